@@ -1,0 +1,43 @@
+# The rules that hold for every target, and kva_layer(), which makes a folder of the house a build target.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release)
+endif()
+
+add_library(kva_rules INTERFACE)
+target_compile_options(kva_rules INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
+                                           -Woverloaded-virtual -Werror)
+if(KVA_SANITIZE)
+  target_compile_options(kva_rules INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+                                             -fno-omit-frame-pointer)
+  target_link_options(kva_rules INTERFACE -fsanitize=address,undefined)
+endif()
+
+# kva_layer(NAME SOURCES ... [SEES layer ...] [PRIVATE_LIBS lib ...])
+#
+# Makes the library kva_NAME of the present folder. Its headers are included as "NAME/Header.h", and the only
+# include path that finds them is one that comes with linking kva_NAME: an include of a folder that SEES does
+# not name, directly or through what it names, does not compile, and a forward declaration does not link.
+function(kva_layer name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;SEES;PRIVATE_LIBS" ${ARGN})
+  set(view ${CMAKE_BINARY_DIR}/include/${name})
+  file(MAKE_DIRECTORY ${view})
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${view}/${name} SYMBOLIC)
+  list(TRANSFORM ARG_SEES PREPEND kva_ OUTPUT_VARIABLE seen)
+  if(ARG_SOURCES)
+    add_library(kva_${name} STATIC ${ARG_SOURCES})
+    target_include_directories(kva_${name} PUBLIC ${view})
+    target_link_libraries(kva_${name} PUBLIC ${seen} PRIVATE kva_rules ${ARG_PRIVATE_LIBS})
+  else()
+    add_library(kva_${name} INTERFACE)
+    target_include_directories(kva_${name} INTERFACE ${view})
+    target_link_libraries(kva_${name} INTERFACE ${seen})
+  endif()
+endfunction()

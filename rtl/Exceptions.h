@@ -1,0 +1,30 @@
+// The exception classes of the run-time library. A message is complete: it names what it is about.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace rtl {
+
+class Exception : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+class EAbort : public Exception { using Exception::Exception; };            // stopped by the user
+class EAssertionFailed : public Exception { using Exception::Exception; };  // a contract was broken
+class EInvalidCast : public Exception { using Exception::Exception; };
+class EConvertError : public Exception { using Exception::Exception; };
+
+class EStreamError : public Exception { using Exception::Exception; };
+class EFCreateError : public EStreamError { using EStreamError::EStreamError; };
+class EFOpenError : public EStreamError { using EStreamError::EStreamError; };
+class EReadError : public EStreamError { using EStreamError::EStreamError; };
+class EWriteError : public EStreamError { using EStreamError::EStreamError; };
+
+// Raises EAssertionFailed with `message` unless `condition` holds.
+inline void Assert(bool condition, const char* message) {
+  if (!condition) throw EAssertionFailed(message);
+}
+
+}  // namespace rtl

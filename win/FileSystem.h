@@ -1,0 +1,105 @@
+// The file functions of Windows that the system uses, as one interface.
+//
+// Everything above this layer speaks Windows paths: UTF-8 strings with a backslash between components and an
+// optional drive letter. The host's implementation turns them into the host's names (win/Drives.h) and keeps
+// Windows' rules for case, attributes and overwriting. win/FileApi.h gives the same operations as free
+// functions on the file system in force; a test puts another one in force with TFileSystemOverride.
+//
+// Every operation reports failure by its result and leaves the reason in GetLastError (win/Errors.h).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace win {
+
+inline constexpr uint32_t FILE_ATTRIBUTE_READONLY = 0x01;
+inline constexpr uint32_t FILE_ATTRIBUTE_DIRECTORY = 0x10;
+inline constexpr uint32_t FILE_ATTRIBUTE_NORMAL = 0x80;
+inline constexpr uint32_t INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
+
+// How CreateFileA opens: an existing file for reading, or a new or truncated one for reading and writing.
+enum class TFileMode { OpenRead, Create };
+
+// An open file. The destructor closes it. Reads and writes go on from the file's position, counted in bytes.
+class TFileHandle {
+ public:
+  virtual ~TFileHandle() = default;
+  // Reads up to `count` bytes; the number read, 0 at the end of the file, -1 on failure.
+  [[nodiscard]] virtual int64_t Read(void* buffer, size_t count) = 0;
+  // Writes all `count` bytes, or fails: the number written may then be anything below `count`.
+  [[nodiscard]] virtual bool Write(const void* buffer, size_t count) = 0;
+  // Moves to `position`, counted in bytes from the start; it may lie behind the end.
+  [[nodiscard]] virtual bool Seek(int64_t position) = 0;
+  // The file's length in bytes, -1 on failure.
+  [[nodiscard]] virtual int64_t Size() = 0;
+};
+
+struct TFindData {
+  std::string FileName;  // the entry's name as it stands on disk, without its folder
+  uint32_t FileAttributes = 0;
+};
+
+// An open folder walk; the destructor is FindClose.
+class TFindHandle {
+ public:
+  virtual ~TFindHandle() = default;
+  // FindNextFileA: False, with ERROR_NO_MORE_FILES, behind the last entry.
+  [[nodiscard]] virtual bool Next(TFindData& data) = 0;
+};
+
+class TFileSystem {
+ public:
+  virtual ~TFileSystem() = default;
+
+  // Null on failure. `Create` replaces the contents of an existing file and keeps its name's case; a read-only
+  // file, or a folder, of that name is ERROR_ACCESS_DENIED.
+  [[nodiscard]] virtual std::unique_ptr<TFileHandle> CreateFileA(std::string_view path, TFileMode mode) = 0;
+
+  // Copies contents, last-write time and permission bits. The target comes into being, or is replaced, in one
+  // step: nobody ever sees half a file under its name, also not after a kill. After a failure the target is as it was.
+  [[nodiscard]] virtual bool CopyFileA(std::string_view source, std::string_view target, bool failIfExists) = 0;
+
+  // Walks the folder of a pattern "FOLDER\*.*", the only pattern there is. The first entries are "." and "..",
+  // then come all others in the order that NTFS gives: by upper-cased name, compared by UTF-16 unit, and by the
+  // exact name where two are equal so far. The order is fixed when the walk begins. Null on failure.
+  [[nodiscard]] virtual std::unique_ptr<TFindHandle> FindFirstFileA(std::string_view pattern, TFindData& data) = 0;
+
+  [[nodiscard]] virtual uint32_t GetFileAttributesA(std::string_view path) = 0;  // INVALID_FILE_ATTRIBUTES
+  [[nodiscard]] virtual bool CreateDirectoryA(std::string_view path) = 0;        // also ERROR_ALREADY_EXISTS for a file
+  [[nodiscard]] virtual bool CreatePrivateDirectory(std::string_view path) = 0;  // the same, for the owner alone
+  [[nodiscard]] virtual bool RemoveDirectoryA(std::string_view path) = 0;        // an empty folder, or a link to a folder
+  [[nodiscard]] virtual bool DeleteFileA(std::string_view path) = 0;             // not a read-only one
+
+  // Gives `target` the permission bits of `source`, and its owner the right to write. For temporary copies.
+  [[nodiscard]] virtual bool CopyPermissions(std::string_view source, std::string_view target) = 0;
+
+  // The system's temporary path with its trailing backslash; empty on failure.
+  [[nodiscard]] virtual std::string GetTempPathA() = 0;
+
+  // The path with every component spelled as on disk, where it exists; what does not exist stays as given.
+  [[nodiscard]] virtual std::string GetLongPathNameA(std::string_view path) = 0;
+
+  // Brings everything that was written through this object since the last call to the disk.
+  [[nodiscard]] virtual bool FlushWritten() = 0;
+};
+
+// The file system in force; the host's own unless an override is alive.
+TFileSystem& FileSystem();
+
+// Puts `replacement` in force for its own lifetime. Overrides nest; `replacement` is not owned.
+class TFileSystemOverride {
+ public:
+  explicit TFileSystemOverride(TFileSystem& replacement);
+  ~TFileSystemOverride();
+  TFileSystemOverride(const TFileSystemOverride&) = delete;
+  TFileSystemOverride& operator=(const TFileSystemOverride&) = delete;
+
+ private:
+  TFileSystem* FPrevious;
+};
+
+}  // namespace win
