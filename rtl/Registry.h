@@ -4,7 +4,8 @@
 // $XDG_CONFIG_HOME or ~/.config: `[section]` and `key=value` lines in UTF-8, with control characters and
 // backslashes escaped as \n, \r, \t, \xHH and \\. Lines that are not of this form are somebody else's and stay.
 //
-// Nothing here fails: what cannot be read gives the default, what cannot be written is not stored.
+// Nothing here fails: what cannot be read gives the default, what cannot be written is not stored. Section and key
+// are names: a section holds no control character and no bracket, a key neither these nor "=".
 #pragma once
 
 #include <cstdint>
@@ -39,7 +40,13 @@ class TRegIniFile {
 
  private:
   using TLines = std::vector<std::string>;
-  static bool FindKey(const TLines& lines, std::string_view section, std::string_view key, size_t& index);
+  // Where a key stands, or else where its line would go; Line counts from 0.
+  struct TPlace {
+    bool SectionFound = false;
+    bool KeyFound = false;
+    size_t Line = 0;
+  };
+  static TPlace FindKey(const TLines& lines, std::string_view section, std::string_view key);
   bool ReadRaw(std::string_view section, std::string_view key, std::string& value) const;
 
   std::string FStoreName;
