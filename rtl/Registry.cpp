@@ -18,7 +18,8 @@ namespace fs = std::filesystem;
 
 constexpr uint32_t kSetValue = 0x2;
 
-// The folder of a user's settings; empty without one. A relative $XDG_CONFIG_HOME is no folder by its own rules.
+// The folder of a user's settings; empty without one. A relative $XDG_CONFIG_HOME is no folder by its own
+// rules.
 fs::path ConfigFolder() {
   const char* configured = std::getenv("XDG_CONFIG_HOME");
   if (configured != nullptr && *configured == '/') return configured;
@@ -72,10 +73,18 @@ std::optional<std::string> Unescape(std::string_view escaped) {
     }
     if (++i == escaped.size()) return std::nullopt;
     switch (escaped[i]) {
-      case '\\': value += '\\'; break;
-      case 'n': value += '\n'; break;
-      case 'r': value += '\r'; break;
-      case 't': value += '\t'; break;
+      case '\\':
+        value += '\\';
+        break;
+      case 'n':
+        value += '\n';
+        break;
+      case 'r':
+        value += '\r';
+        break;
+      case 't':
+        value += '\t';
+        break;
       case 'x': {
         if (i + 2 >= escaped.size()) return std::nullopt;
         unsigned byte = 0;
@@ -86,7 +95,8 @@ std::optional<std::string> Unescape(std::string_view escaped) {
         i += 2;
         break;
       }
-      default: return std::nullopt;
+      default:
+        return std::nullopt;
     }
   }
   return value;
@@ -114,7 +124,9 @@ bool IsSectionLine(std::string_view line, std::string_view& name) {
   return true;
 }
 
-bool IsBlank(std::string_view line) { return Trim(line).empty(); }
+bool IsBlank(std::string_view line) {
+  return Trim(line).empty();
+}
 
 // The lines of a store. A file that does not exist is an empty store; nothing for one that cannot be read.
 std::optional<std::vector<std::string>> ReadStore(const fs::path& store) {
@@ -129,8 +141,8 @@ std::optional<std::vector<std::string>> ReadStore(const fs::path& store) {
   return lines;
 }
 
-// Writes the lines beside the store and renames them over it. A link is followed, so that it stays a link; a store
-// that its owner has write-protected stays as it is.
+// Writes the lines beside the store and renames them over it. A link is followed, so that it stays a link; a
+// store that its owner has write-protected stays as it is.
 void ReplaceStore(const fs::path& store, const std::vector<std::string>& lines) {
   std::error_code error;
   fs::create_directories(store.parent_path(), error);
@@ -205,7 +217,8 @@ void TRegIniFile::WriteString(std::string_view section, std::string_view key, st
   ReplaceStore(FStoreName, FLines);
 }
 
-TRegIniFile::TPlace TRegIniFile::FindKey(const TLines& lines, std::string_view section, std::string_view key) {
+TRegIniFile::TPlace TRegIniFile::FindKey(const TLines& lines, std::string_view section,
+                                         std::string_view key) {
   TPlace place;
   bool inSection = false;
   for (size_t i = 0; i < lines.size(); ++i) {
