@@ -50,7 +50,7 @@ struct TControlRow {
   std::string_view Parent;  // the control in which it stands; empty for the form
   TControlKind Kind = TControlKind::Label;
   std::string_view Name;
-  std::string_view Text;               // caption, or the text of an edit
+  std::string_view Text = {};          // caption, or the text of an edit
   bool Checked = false;                // radio button, check box
   bool Bold = false;                   // label
   bool Default = false;                // button: answers the Enter key
