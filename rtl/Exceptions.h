@@ -11,16 +11,34 @@ class Exception : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-class EAbort : public Exception { using Exception::Exception; };            // stopped by the user
-class EAssertionFailed : public Exception { using Exception::Exception; };  // a contract was broken
-class EInvalidCast : public Exception { using Exception::Exception; };
-class EConvertError : public Exception { using Exception::Exception; };
+class EAbort : public Exception {
+  using Exception::Exception;
+};  // stopped by the user
+class EAssertionFailed : public Exception {
+  using Exception::Exception;
+};  // a contract was broken
+class EInvalidCast : public Exception {
+  using Exception::Exception;
+};
+class EConvertError : public Exception {
+  using Exception::Exception;
+};
 
-class EStreamError : public Exception { using Exception::Exception; };
-class EFCreateError : public EStreamError { using EStreamError::EStreamError; };
-class EFOpenError : public EStreamError { using EStreamError::EStreamError; };
-class EReadError : public EStreamError { using EStreamError::EStreamError; };
-class EWriteError : public EStreamError { using EStreamError::EStreamError; };
+class EStreamError : public Exception {
+  using Exception::Exception;
+};
+class EFCreateError : public EStreamError {
+  using EStreamError::EStreamError;
+};
+class EFOpenError : public EStreamError {
+  using EStreamError::EStreamError;
+};
+class EReadError : public EStreamError {
+  using EStreamError::EStreamError;
+};
+class EWriteError : public EStreamError {
+  using EStreamError::EStreamError;
+};
 
 // Raises EAssertionFailed with `message` unless `condition` holds.
 inline void Assert(bool condition, const char* message) {

@@ -15,7 +15,7 @@ class TFileHandle;
 
 namespace rtl {
 
-inline constexpr uint16_t fmCreate = 0xFFFF;           // create, or empty an existing file; read and write
+inline constexpr uint16_t fmCreate = 0xFFFF;  // create, or empty an existing file; read and write
 inline constexpr uint16_t fmOpenRead = 0x0000;
 inline constexpr uint16_t fmShareDenyNone = 0x0040;
 
@@ -27,8 +27,8 @@ class TStream {
   // Reads up to `count` bytes at the position and moves behind them. The number read; 0 only at the end.
   // A failure of the device raises EReadError.
   virtual size_t Read(void* buffer, size_t count) = 0;
-  // Writes over what stands at the position, growing the stream where it ends. Raises EWriteError; how much was
-  // written then is open.
+  // Writes over what stands at the position, growing the stream where it ends. Raises EWriteError; how much
+  // was written then is open.
   virtual void Write(const void* buffer, size_t count) = 0;
   virtual int64_t Position() const = 0;
   virtual void SetPosition(int64_t position) = 0;
@@ -41,8 +41,8 @@ class TStream {
 
 class TFileStream : public TStream {
  public:
-  // `fileName` is a Windows path, `mode` one of the fm constants. Raises EFCreateError or EFOpenError with the
-  // texts 'Cannot create file "%s". %s' and 'Cannot open file "%s". %s': path and system's reason.
+  // `fileName` is a Windows path, `mode` one of the fm constants. Raises EFCreateError or EFOpenError with
+  // the texts 'Cannot create file "%s". %s' and 'Cannot open file "%s". %s': path and system's reason.
   TFileStream(std::string_view fileName, uint16_t mode);
   ~TFileStream() override;
 
@@ -59,7 +59,8 @@ class TFileStream : public TStream {
   int64_t FPosition = 0;
 };
 
-// A stream in memory. Writing over from an earlier position leaves what stands behind it: nothing is shortened.
+// A stream in memory. Writing over from an earlier position leaves what stands behind it: nothing is
+// shortened.
 class TMemoryStream : public TStream {
  public:
   TMemoryStream() = default;

@@ -1,5 +1,5 @@
-// Strings, paths and single files. Paths are Windows paths throughout: the separators are the backslash and the
-// colon of a drive.
+// Strings, paths and single files. Paths are Windows paths throughout: the separators are the backslash and
+// the colon of a drive.
 #pragma once
 
 #include <cstdint>
@@ -39,8 +39,8 @@ std::string Format(std::string_view format, std::initializer_list<TFormatArg> ar
 std::string DateTimeNowToStr();
 
 // --- File names. None of these touches a file. ---
-std::string ExtractFilePath(std::string_view fileName);   // up to and with the last separator
-std::string ExtractFileDir(std::string_view fileName);    // without the separator, but for that of a root
+std::string ExtractFilePath(std::string_view fileName);  // up to and with the last separator
+std::string ExtractFileDir(std::string_view fileName);   // without the separator, but for that of a root
 std::string ExtractFileName(std::string_view fileName);
 std::string ExtractFileExt(std::string_view fileName);    // with its dot, or empty
 std::string ExtractFileDrive(std::string_view fileName);  // "C:" or "\\server\share", or empty

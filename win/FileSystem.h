@@ -19,6 +19,7 @@ namespace win {
 inline constexpr uint32_t FILE_ATTRIBUTE_READONLY = 0x01;
 inline constexpr uint32_t FILE_ATTRIBUTE_DIRECTORY = 0x10;
 inline constexpr uint32_t FILE_ATTRIBUTE_NORMAL = 0x80;
+inline constexpr uint32_t FILE_ATTRIBUTE_REPARSE_POINT = 0x400;  // a link, beside the attributes of what it leads to
 inline constexpr uint32_t INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
 
 // How CreateFileA opens: an existing file for reading, or a new or truncated one for reading and writing.
@@ -55,24 +56,31 @@ class TFileSystem {
  public:
   virtual ~TFileSystem() = default;
 
-  // Null on failure. `Create` replaces the contents of an existing file and keeps its name's case; a read-only
-  // file, or a folder, of that name is ERROR_ACCESS_DENIED.
+  // Null on failure. `Create` replaces the contents of an existing file and keeps its name's case; a
+  // read-only file, or a folder, of that name is ERROR_ACCESS_DENIED.
   [[nodiscard]] virtual std::unique_ptr<TFileHandle> CreateFileA(std::string_view path, TFileMode mode) = 0;
 
   // Copies contents, last-write time and permission bits. The target comes into being, or is replaced, in one
-  // step: nobody ever sees half a file under its name, also not after a kill. After a failure the target is as it was.
-  [[nodiscard]] virtual bool CopyFileA(std::string_view source, std::string_view target, bool failIfExists) = 0;
+  // step: nobody ever sees half a file under its name, also not after a kill. After a failure the target is
+  // as it was.
+  [[nodiscard]] virtual bool CopyFileA(std::string_view source, std::string_view target,
+                                       bool failIfExists) = 0;
 
-  // Walks the folder of a pattern "FOLDER\*.*", the only pattern there is. The first entries are "." and "..",
-  // then come all others in the order that NTFS gives: by upper-cased name, compared by UTF-16 unit, and by the
-  // exact name where two are equal so far. The order is fixed when the walk begins. Null on failure.
-  [[nodiscard]] virtual std::unique_ptr<TFindHandle> FindFirstFileA(std::string_view pattern, TFindData& data) = 0;
+  // Walks the folder of a pattern "FOLDER\*.*", the only pattern there is. The first entries are "." and
+  // "..", then come all others in the order that NTFS gives: by upper-cased name, compared by UTF-16 unit,
+  // and by the exact name where two are equal so far. The order is fixed when the walk begins. Null on
+  // failure.
+  [[nodiscard]] virtual std::unique_ptr<TFindHandle> FindFirstFileA(std::string_view pattern,
+                                                                    TFindData& data) = 0;
 
   [[nodiscard]] virtual uint32_t GetFileAttributesA(std::string_view path) = 0;  // INVALID_FILE_ATTRIBUTES
-  [[nodiscard]] virtual bool CreateDirectoryA(std::string_view path) = 0;        // also ERROR_ALREADY_EXISTS for a file
-  [[nodiscard]] virtual bool CreatePrivateDirectory(std::string_view path) = 0;  // the same, for the owner alone
-  [[nodiscard]] virtual bool RemoveDirectoryA(std::string_view path) = 0;        // an empty folder, or a link to a folder
-  [[nodiscard]] virtual bool DeleteFileA(std::string_view path) = 0;             // not a read-only one
+  [[nodiscard]] virtual bool CreateDirectoryA(
+      std::string_view path) = 0;  // also ERROR_ALREADY_EXISTS for a file
+  [[nodiscard]] virtual bool CreatePrivateDirectory(
+      std::string_view path) = 0;  // the same, for the owner alone
+  [[nodiscard]] virtual bool RemoveDirectoryA(
+      std::string_view path) = 0;  // an empty folder, or a link to a folder
+  [[nodiscard]] virtual bool DeleteFileA(std::string_view path) = 0;  // not a read-only one
 
   // Gives `target` the permission bits of `source`, and its owner the right to write. For temporary copies.
   [[nodiscard]] virtual bool CopyPermissions(std::string_view source, std::string_view target) = 0;
