@@ -14,7 +14,7 @@ namespace host {
 namespace {
 
 std::vector<TFileReference> ReadReferences(const std::string& fileName) {
-  TProjectText file = ReadProjectText(fileName);
+  mig::TTextFile file = ReadProjectText(fileName);
   switch (ProjectKindOf(fileName)) {
     case TProjectKind::Groupproj:
       return ReadGroupproj(ToXmlText(std::move(file)), fileName);
