@@ -23,6 +23,10 @@ class EInvalidCast : public Exception {
 class EConvertError : public Exception {
   using Exception::Exception;
 };
+// Form text that cannot be read.
+class EParserError : public Exception {
+  using Exception::Exception;
+};
 
 class EStreamError : public Exception {
   using Exception::Exception;

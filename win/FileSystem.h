@@ -19,7 +19,8 @@ namespace win {
 inline constexpr uint32_t FILE_ATTRIBUTE_READONLY = 0x01;
 inline constexpr uint32_t FILE_ATTRIBUTE_DIRECTORY = 0x10;
 inline constexpr uint32_t FILE_ATTRIBUTE_NORMAL = 0x80;
-inline constexpr uint32_t FILE_ATTRIBUTE_REPARSE_POINT = 0x400;  // a link, beside the attributes of what it leads to
+inline constexpr uint32_t FILE_ATTRIBUTE_REPARSE_POINT =
+    0x400;  // a link, beside the attributes of what it leads to
 inline constexpr uint32_t INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
 
 // How CreateFileA opens: an existing file for reading, or a new or truncated one for reading and writing.
