@@ -161,6 +161,8 @@ bool TPosixFileSystem::FindTarget(std::string_view path, TPlace& place, struct s
   if (!exists && errno != ENOENT) return FailErrno(errno);
   if (exists && S_ISLNK(info.st_mode) && !FollowLinks(place, info, exists)) return FailErrno(errno);
   if (exists && (!S_ISREG(info.st_mode) || !(info.st_mode & S_IWUSR))) return Fail(ERROR_ACCESS_DENIED);
+  // Taking the name would otherwise change its case.
+  if (exists && FoldsCase(place, info.st_dev)) FFolders.SpellAll(place);
   return true;
 }
 

@@ -6,6 +6,7 @@
 
 #include <string>
 #include <sys/stat.h>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -52,11 +53,13 @@ class TPosixFileSystem : public TFileSystem {
   TUniqueFd OpenForReading(std::string_view path, struct stat& info);
   bool FindTarget(std::string_view path, TPlace& place, struct stat& info, bool& exists);
   bool CopyContents(int from, int to, int64_t size);
+  bool FoldsCase(const TPlace& place, dev_t device);
   bool PassesOver(const TPlace& folder, std::string_view name);
 
   TFolderCache FFolders;
   TWrittenFiles FWritten;
-  std::vector<char> FBuffer;                    // for copying
+  std::vector<char> FBuffer;  // for copying
+  std::unordered_map<dev_t, bool> FFoldsCase;
   std::unordered_set<std::string> FPassedOver;  // names that were reported already
 };
 

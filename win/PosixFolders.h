@@ -79,7 +79,7 @@ class TFolderCache {
   enum class TOutcome {
     Found,     // `Path` is spelled as on disk
     NoEntry,   // its folder is spelled as on disk, and holds no such name; the name is as given
-    NoFolder,  // some folder on the way is missing
+    NoFolder,  // some folder on the way is missing, and what is above it is spelled as on disk
     Failed     // errno tells
   };
 
@@ -87,9 +87,9 @@ class TFolderCache {
   // NTFS' order that is equal in upper case. To be called where the path as given was not found.
   TOutcome Respell(TPlace& place);
 
-  // The spelling on disk of one name in a folder, or the name itself where there is none or it cannot be
-  // told.
-  std::string SpellingOf(int base, const std::string& folder, std::string_view name);
+  // Spells `place`, which is there, as on disk, where the host itself ignores case. What cannot be told
+  // stays.
+  void SpellAll(TPlace& place);
 
   // Forgets the listing of the folder in which `place` lies: it was found to be wrong.
   void Forget(const TPlace& place);
