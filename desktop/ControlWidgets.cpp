@@ -14,6 +14,7 @@
 #include <QStyle>
 #include <cstdlib>
 
+#include "desktop/FormLayout.h"
 #include "desktop/QtText.h"
 #include "desktop/WizardPicture.h"
 #include "rtl/Application.h"
@@ -234,13 +235,6 @@ class TPlainWidget : public TControlWidget {
  public:
   TPlainWidget(const rtl::TControl& control, QWidget* widget) : TControlWidget(control, widget) {}
 };
-
-QFrame* NewLine(QWidget* parent) {
-  auto* const line = new QFrame(parent);
-  line->setFrameShape(QFrame::HLine);
-  line->setFrameShadow(QFrame::Sunken);
-  return line;
-}
 
 }  // namespace
 

@@ -115,7 +115,9 @@ void TFormWindow::Run() {
 
 void TFormWindow::Place() {
   layout()->activate();
-  setFixedSize(sizeHint().expandedTo(minimumSize()));
+  const int width = sizeHint().expandedTo(minimumSize()).width();
+  setFixedSize(width,
+               layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width) : sizeHint().height());
   const QRect wanted(QPoint(FForm.Left(), FForm.Top()), size());
   const QScreen* const screen = QGuiApplication::screenAt(wanted.center());
   if (!FForm.Centered() && screen != nullptr) {

@@ -18,6 +18,7 @@ namespace desktop {
 namespace {
 
 constexpr char kTitle[] = "Migration Wizard";
+constexpr int kExitStopped = 1;
 constexpr int kExitUsage = 2;
 constexpr int kExitException = 3;
 
@@ -116,6 +117,8 @@ int Main(int argc, char** argv) {
   } catch (const EUsage& error) {
     rtl::Application().HandleException(error);
     return kExitUsage;
+  } catch (const rtl::EAbort&) {
+    return kExitStopped;  // by the user, who knows
   } catch (const std::exception& error) {
     frontEnd.OnModal = nullptr;
     rtl::Application().HandleException(error);

@@ -61,6 +61,7 @@ void TProgressWindow::Open(const std::string& title) {
   FFileName = new QLabel(FWindow.get());
   FFileName->setTextFormat(Qt::PlainText);
   FBar = new QProgressBar(FWindow.get());
+  FBar->setFormat("%v of %m");
   FStop = new QPushButton("&Stop", FWindow.get());
   FStop->setObjectName("Stop");
   FStop->setVisible(!IsRestoring());

@@ -64,11 +64,20 @@ class DesktopTest : public testing::Test {
       acts.pop_front();
       if (const auto* box = qobject_cast<QMessageBox*>(window))
         FMessages.push_back(box->text().toStdString());
+      TakePicture(*window);
       act(*window);
     };
     tick();
     FExpert->ShowWizard();
     EXPECT_TRUE(acts.empty() && patience < 100);
+  }
+  // For the manual: with KVA_PICTURES set to a folder, every window is saved there as it is before an act.
+  void TakePicture(QWidget& window) {
+    if (qEnvironmentVariableIsEmpty("KVA_PICTURES")) return;
+    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+    window.grab().save(QString("%1/%2-%3.png")
+                           .arg(qEnvironmentVariable("KVA_PICTURES"), test->name())
+                           .arg(++FPictures, 2, 10, QChar('0')));
   }
   static std::function<void(QWidget&)> Press(Qt::Key key) {
     return [=](QWidget& window) {
@@ -102,6 +111,7 @@ class DesktopTest : public testing::Test {
   target::TKVAMigration FMigration{target::TCatalogue::BuiltIn()};
   toolsapi::TIntf<mig::TCompReplaceExpert> FExpert = target::MakeExpert(FMigration);
   std::vector<std::string> FMessages;
+  int FPictures = 0;
 };
 
 TEST_F(DesktopTest, ProjectRoadByTheKeyboardAloneAndBack) {
@@ -132,13 +142,13 @@ TEST_F(DesktopTest, FolderRoadWithAPathOfTheHost) {
   const std::string hostFolder = (FScratch.Folder() / "App").string();
   Use({Click("btNext"), Press(Qt::Key_Return),  // the scope can only be a folder
        [](QWidget& window) { EXPECT_FALSE(window.findChild<QWidget*>("btNext")->isEnabled()); },
-       Type("cbDirectory", "C:\\Nowhere"), Click("btNext"), Press(Qt::Key_Return),
+       Type("cbDirectory", "C:\\Legacy\\Orders"), Click("btNext"), Press(Qt::Key_Return),
        [](QWidget& window) { EXPECT_EQ(window.focusWidget()->objectName(), "cbDirectory"); },
        Type("cbDirectory", hostFolder), Click("chSubDirs"), Press(Qt::Key_Return),
        Check([](auto& form) { EXPECT_EQ(form.cbBackupDir.Text(), "C:\\App\\RBackup"); }), Click("chWriteLog"),
        [](QWidget& window) { EXPECT_FALSE(window.findChild<QWidget*>("chViewLog")->isEnabled()); },
        Type("cbBackupDir", "C:\\Old"), Click("btNext"), Click("btFinish"), Press(Qt::Key_Return)});
-  EXPECT_EQ(FMessages, (std::vector<std::string>{"Target directory \"C:\\Nowhere\" does not exist.",
+  EXPECT_EQ(FMessages, (std::vector<std::string>{"Target directory \"C:\\Legacy\\Orders\" does not exist.",
                                                  "Replace procedure was performed sucessfully."}));
   EXPECT_NE(Tree(), FOriginal);
   EXPECT_TRUE(fs::exists(FScratch.Folder() / "Old/RExpert.reu"));
@@ -175,9 +185,10 @@ TEST_F(DesktopTest, MarksShowAndArriveInBothDirections) {
 TEST_F(DesktopTest, ARunCanBeStoppedBetweenTwoFiles) {
   desktop::TProgressWindow progress({&FMigration.BDE()});
   const auto& report = FMigration.BDE().OnProgress;
-  report({0, 3, "C:\\App\\A.pas"});
+  report({0, 3, "C:\\App\\Loans\\LoanDesk.pas"});
   QWidget* const window = QApplication::activeModalWidget();
   ASSERT_NE(window, nullptr);
+  TakePicture(*window);
   Click("Stop")(*window);
   QTest::qWait(60);
   EXPECT_THROW(report({1, 3, "C:\\App\\B.pas"}), rtl::EAbort);
@@ -193,7 +204,7 @@ TEST(FilterTest, OfAPicker) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
