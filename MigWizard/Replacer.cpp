@@ -35,7 +35,7 @@ EFileConversion::EFileConversion(std::string_view fileName, std::string_view rea
 
 TComponentReplacer::TComponentReplacer(const TFormParserClass& parserClass, std::string_view oldUnit,
                                        std::string_view newUnits, TReplaceOptions& options)
-    : FFormParser(parserClass(TFormParseState::Class())),
+    : FFormParser(parserClass(ParseStateClass<TFormParseState>())),
       FOldUnit(rtl::UpperCase(oldUnit)),
       FNewUnits(newUnits),
       FOptions(options) {

@@ -30,37 +30,37 @@ class TTempTree {
   TTempTree(const TTempTree&) = delete;
   TTempTree& operator=(const TTempTree&) = delete;
 
-  std::string Host(std::string_view name = {}) const {
+  const std::string& HostPath() const { return FRoot; }
+  std::string HostPath(std::string_view name) const {
     return name.empty() ? FRoot : FRoot + "/" + std::string(name);
   }
-  // The Windows path of Host(name); `name` may have either separator.
-  std::string Path(std::string_view name = {}) const { return win::ToWindowsPath(Host(name)); }
+  std::string WindowsPath(std::string_view name = {}) const { return win::ToWindowsPath(HostPath(name)); }
 
   // Makes the file, and the folders that it needs.
   void Write(std::string_view name, std::string_view bytes) const {
-    std::filesystem::create_directories(std::filesystem::path(Host(name)).parent_path());
-    std::ofstream file(Host(name), std::ios::binary | std::ios::trunc);
+    std::filesystem::create_directories(std::filesystem::path(HostPath(name)).parent_path());
+    std::ofstream file(HostPath(name), std::ios::binary | std::ios::trunc);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    if (!file.flush()) ADD_FAILURE() << "cannot write " << Host(name);
+    if (!file.flush()) ADD_FAILURE() << "cannot write " << HostPath(name);
   }
-  void MakeFolder(std::string_view name) const { std::filesystem::create_directories(Host(name)); }
+  void MakeFolder(std::string_view name) const { std::filesystem::create_directories(HostPath(name)); }
   void Link(std::string_view text, std::string_view name) const {
-    std::filesystem::create_symlink(text, Host(name));
+    std::filesystem::create_symlink(text, HostPath(name));
   }
 
   bool Exists(std::string_view name) const {
-    return std::filesystem::exists(std::filesystem::symlink_status(Host(name)));
+    return std::filesystem::exists(std::filesystem::symlink_status(HostPath(name)));
   }
   // "(missing)" where there is no such file.
   std::string Read(std::string_view name) const {
-    std::ifstream file(Host(name), std::ios::binary);
+    std::ifstream file(HostPath(name), std::ios::binary);
     if (!file) return "(missing)";
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   }
   // The names in a folder, sorted by their bytes.
   std::vector<std::string> Names(std::string_view folder = {}) const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(Host(folder))) {
+    for (const auto& entry : std::filesystem::directory_iterator(HostPath(folder))) {
       names.push_back(entry.path().filename().string());
     }
     std::sort(names.begin(), names.end());

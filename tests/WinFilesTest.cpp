@@ -28,23 +28,24 @@ class WinFilesTest : public testing::Test {
 
   // What reading `name`, as the program spells it, gives: contents, or "error N".
   std::string Open(std::string_view name) {
-    const auto file = FFiles.CreateFileA(FTree.Path(name), TFileMode::OpenRead);
+    const auto file = FFiles.CreateFileA(FTree.WindowsPath(name), TFileMode::OpenRead);
     char buffer[100];
     const int64_t got = file ? file->Read(buffer, sizeof buffer) : -1;
     return got < 0 ? "error " + std::to_string(GetLastError())
                    : std::string(buffer, static_cast<size_t>(got));
   }
   uint32_t Create(std::string_view name, std::string_view bytes = "new") {
-    const auto file = FFiles.CreateFileA(FTree.Path(name), TFileMode::Create);
+    const auto file = FFiles.CreateFileA(FTree.WindowsPath(name), TFileMode::Create);
     return file && file->Write(bytes.data(), bytes.size()) ? ERROR_SUCCESS : GetLastError();
   }
   uint32_t Copy(std::string_view source, std::string_view target, bool failIfExists = false) {
-    return FFiles.CopyFileA(FTree.Path(source), FTree.Path(target), failIfExists) ? ERROR_SUCCESS
-                                                                                  : GetLastError();
+    return FFiles.CopyFileA(FTree.WindowsPath(source), FTree.WindowsPath(target), failIfExists)
+               ? ERROR_SUCCESS
+               : GetLastError();
   }
   uint32_t Outcome(bool succeeded) { return succeeded ? ERROR_SUCCESS : GetLastError(); }
   std::string Attributes(std::string_view name) {
-    const uint32_t bits = FFiles.GetFileAttributesA(FTree.Path(name));
+    const uint32_t bits = FFiles.GetFileAttributesA(FTree.WindowsPath(name));
     return bits == INVALID_FILE_ATTRIBUTES ? "error " + std::to_string(GetLastError()) : Bits(bits);
   }
   static std::string Bits(uint32_t bits) {
@@ -59,7 +60,7 @@ class WinFilesTest : public testing::Test {
   TNames Walk(std::string_view folder) {
     TNames entries;
     TFindData data;
-    auto walk = FFiles.FindFirstFileA(FTree.Path(folder) + "\\*.*", data);
+    auto walk = FFiles.FindFirstFileA(FTree.WindowsPath(folder) + "\\*.*", data);
     if (!walk) return {"error " + std::to_string(GetLastError())};
     do entries.push_back(data.FileName + " " + Bits(data.FileAttributes));
     while (walk->Next(data));
@@ -106,26 +107,27 @@ TEST_F(WinFilesTest, WritingKeepsTheCaseOnDiskAndMakesNoTwin) {
   EXPECT_EQ(Create("sub/New.pas"), ERROR_SUCCESS);
   EXPECT_EQ(Copy("sub/new.pas", "sub/UNIT1.pas"), ERROR_SUCCESS);
   EXPECT_EQ(Copy("sub/new.pas", "SUB/Third.pas"), ERROR_SUCCESS);
-  EXPECT_EQ(Outcome(FFiles.CreateDirectoryA(FTree.Path("SUB"))), ERROR_ALREADY_EXISTS);
-  EXPECT_EQ(Outcome(FFiles.CreateDirectoryA(FTree.Path("sUB\\new.PAS"))), ERROR_ALREADY_EXISTS);
-  EXPECT_EQ(Outcome(FFiles.CreateDirectoryA(FTree.Path("sub\\Folder"))), ERROR_SUCCESS);
+  EXPECT_EQ(Outcome(FFiles.CreateDirectoryA(FTree.WindowsPath("SUB"))), ERROR_ALREADY_EXISTS);
+  EXPECT_EQ(Outcome(FFiles.CreateDirectoryA(FTree.WindowsPath("sUB\\new.PAS"))), ERROR_ALREADY_EXISTS);
+  EXPECT_EQ(Outcome(FFiles.CreateDirectoryA(FTree.WindowsPath("sub\\Folder"))), ERROR_SUCCESS);
   EXPECT_EQ(Create("sub/folder/x"), ERROR_SUCCESS);
   EXPECT_EQ(FTree.Names(), TNames{"Sub"});
   EXPECT_EQ(FTree.Names("Sub"), (TNames{"Folder", "New.pas", "Third.pas", "Unit1.pas"}));
   EXPECT_EQ(FTree.Read("Sub/Unit1.pas"), "new");
-  EXPECT_EQ(FFiles.GetLongPathNameA(FTree.Path("SUB/unit1.PAS")), FTree.Path("Sub/Unit1.pas"));
-  EXPECT_EQ(FFiles.GetLongPathNameA(FTree.Path("SUB/No/unit1.PAS")), FTree.Path("Sub/No/unit1.PAS"));
-  EXPECT_EQ(Outcome(FFiles.DeleteFileA(FTree.Path("sub/THIRD.pas"))), ERROR_SUCCESS);
-  EXPECT_EQ(Outcome(FFiles.RemoveDirectoryA(FTree.Path("sub"))), ERROR_DIR_NOT_EMPTY);
+  EXPECT_EQ(FFiles.GetLongPathNameA(FTree.WindowsPath("SUB/unit1.PAS")), FTree.WindowsPath("Sub/Unit1.pas"));
+  EXPECT_EQ(FFiles.GetLongPathNameA(FTree.WindowsPath("SUB/No/unit1.PAS")),
+            FTree.WindowsPath("Sub/No/unit1.PAS"));
+  EXPECT_EQ(Outcome(FFiles.DeleteFileA(FTree.WindowsPath("sub/THIRD.pas"))), ERROR_SUCCESS);
+  EXPECT_EQ(Outcome(FFiles.RemoveDirectoryA(FTree.WindowsPath("sub"))), ERROR_DIR_NOT_EMPTY);
   EXPECT_EQ(FTree.Names("Sub"), (TNames{"Folder", "New.pas", "Unit1.pas"}));
 }
 
 TEST_F(WinFilesTest, WhatCannotBeWrittenOrOpened) {
   FTree.Write("readonly", "kept");
   FTree.Write("plain", "plain");
-  chmod(FTree.Host("readonly").c_str(), 0444);
+  chmod(FTree.HostPath("readonly").c_str(), 0444);
   FTree.MakeFolder("folder");
-  ASSERT_EQ(mkfifo(FTree.Host("pipe").c_str(), 0600), 0);
+  ASSERT_EQ(mkfifo(FTree.HostPath("pipe").c_str(), 0600), 0);
   FTree.Link("/dev/zero", "device");
   FTree.Link("loop", "loop");
   for (const char* const name : {"readonly", "folder", "pipe", "device", "READONLY"}) {
@@ -136,9 +138,9 @@ TEST_F(WinFilesTest, WhatCannotBeWrittenOrOpened) {
     EXPECT_EQ(Open(name), "error 5") << name;
     EXPECT_EQ(Copy(name, "x"), ERROR_ACCESS_DENIED) << name;
   }
-  EXPECT_EQ(Outcome(FFiles.DeleteFileA(FTree.Path("readonly"))), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(Outcome(FFiles.DeleteFileA(FTree.Path("folder"))), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(Outcome(FFiles.RemoveDirectoryA(FTree.Path("plain"))), ERROR_DIRECTORY);
+  EXPECT_EQ(Outcome(FFiles.DeleteFileA(FTree.WindowsPath("readonly"))), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(Outcome(FFiles.DeleteFileA(FTree.WindowsPath("folder"))), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(Outcome(FFiles.RemoveDirectoryA(FTree.WindowsPath("plain"))), ERROR_DIRECTORY);
   EXPECT_EQ(Open("loop"), "error 1921");
   EXPECT_EQ(Copy("plain", "loop"), ERROR_CANT_RESOLVE_FILENAME);
   EXPECT_EQ(Copy("plain", "PLAIN"), ERROR_SHARING_VIOLATION);
@@ -147,13 +149,14 @@ TEST_F(WinFilesTest, WhatCannotBeWrittenOrOpened) {
   EXPECT_EQ(Copy("none", "x"), ERROR_FILE_NOT_FOUND);
   EXPECT_EQ(Copy("plain", "none/x"), ERROR_PATH_NOT_FOUND);
   EXPECT_EQ(Create("none/x"), ERROR_PATH_NOT_FOUND);
-  EXPECT_EQ(Outcome(FFiles.CreateDirectoryA(FTree.Path("none/x"))), ERROR_PATH_NOT_FOUND);
+  EXPECT_EQ(Outcome(FFiles.CreateDirectoryA(FTree.WindowsPath("none/x"))), ERROR_PATH_NOT_FOUND);
   for (const char* const path : {"", "Q:\\x", "\\\\server\\x"}) {
     EXPECT_EQ(Outcome(FFiles.CreateDirectoryA(path)), ERROR_PATH_NOT_FOUND) << path;
   }
-  EXPECT_EQ(Outcome(FFiles.CopyFileA(FTree.Path("plain"), FTree.Path() + std::string("\\a\0b", 4), false)),
+  EXPECT_EQ(Outcome(FFiles.CopyFileA(FTree.WindowsPath("plain"),
+                                     FTree.WindowsPath() + std::string("\\a\0b", 4), false)),
             ERROR_INVALID_NAME);
-  EXPECT_EQ(Outcome(FFiles.CopyFileA(FTree.Path("plain"), FTree.Path("a") + "\\", false)),
+  EXPECT_EQ(Outcome(FFiles.CopyFileA(FTree.WindowsPath("plain"), FTree.WindowsPath("a") + "\\", false)),
             ERROR_INVALID_NAME);
   EXPECT_EQ(FTree.Read("readonly"), "kept");
   EXPECT_EQ(FTree.Names(), (TNames{"device", "folder", "loop", "pipe", "plain", "readonly", "taken"}));
@@ -163,7 +166,7 @@ TEST_F(WinFilesTest, LinksAndAttributes) {
   FTree.Write("folder/file", "old");
   FTree.Write("new", "new");
   FTree.Write("readonly", "");
-  chmod(FTree.Host("readonly").c_str(), 0444);
+  chmod(FTree.HostPath("readonly").c_str(), 0444);
   FTree.Link("folder", "toFolder");
   FTree.Link("toFolder/file", "toFile");
   FTree.Link("toFile", "toLink");
@@ -172,8 +175,8 @@ TEST_F(WinFilesTest, LinksAndAttributes) {
                                  {"toFolder", "DL"},  {"TOFILE", "N"},    {"broken", "error 2"},
                                  {"none", "error 2"}, {"no/x", "error 3"}};
   for (const auto& [name, attributes] : rows) EXPECT_EQ(Attributes(name), attributes) << name;
-  EXPECT_EQ(FFiles.GetFileAttributesA(FTree.Path("FOLDER") + "\\"), FILE_ATTRIBUTE_DIRECTORY);
-  EXPECT_EQ(FFiles.GetFileAttributesA(FTree.Path("new") + "\\"), INVALID_FILE_ATTRIBUTES);
+  EXPECT_EQ(FFiles.GetFileAttributesA(FTree.WindowsPath("FOLDER") + "\\"), FILE_ATTRIBUTE_DIRECTORY);
+  EXPECT_EQ(FFiles.GetFileAttributesA(FTree.WindowsPath("new") + "\\"), INVALID_FILE_ATTRIBUTES);
   EXPECT_EQ(Walk(""), (TNames{". D", ".. D", "broken N", "folder D", "new N", "readonly N", "toFile N",
                               "toFolder DL", "toLink N"}));
   EXPECT_EQ(Copy("new", "TOLINK"), ERROR_SUCCESS);
@@ -182,9 +185,9 @@ TEST_F(WinFilesTest, LinksAndAttributes) {
   EXPECT_EQ(FTree.Read("folder/later"), "new");
   EXPECT_EQ(Create("toFile", "again"), ERROR_SUCCESS);
   EXPECT_EQ(FTree.Read("folder/file"), "again");
-  EXPECT_EQ(Outcome(FFiles.DeleteFileA(FTree.Path("toFile"))), ERROR_SUCCESS);
-  EXPECT_EQ(Outcome(FFiles.DeleteFileA(FTree.Path("toFolder"))), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(Outcome(FFiles.RemoveDirectoryA(FTree.Path("TOFOLDER"))), ERROR_SUCCESS);
+  EXPECT_EQ(Outcome(FFiles.DeleteFileA(FTree.WindowsPath("toFile"))), ERROR_SUCCESS);
+  EXPECT_EQ(Outcome(FFiles.DeleteFileA(FTree.WindowsPath("toFolder"))), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(Outcome(FFiles.RemoveDirectoryA(FTree.WindowsPath("TOFOLDER"))), ERROR_SUCCESS);
   EXPECT_EQ(FTree.Names(), (TNames{"broken", "folder", "new", "readonly", "toLink"}));
   EXPECT_EQ(FTree.Names("folder"), (TNames{"file", "later"}));
 }
@@ -199,7 +202,7 @@ TEST_F(WinFilesTest, WalksGoInNtfsOrderAndPassOverWhatHasNoWindowsName) {
   }
   SetDiagnosticsSink(previous);
   std::sort(lines.begin(), lines.end());
-  const std::string text = "Passed over, because no Windows path can name it: " + FTree.Host();
+  const std::string text = "Passed over, because no Windows path can name it: " + FTree.HostPath();
   EXPECT_EQ(lines, (TNames{text + "/\\xE4.pas", text + "/a\\b.pas"}));
   EXPECT_EQ(Walk("none"), TNames{"error 3"});
   EXPECT_EQ(Walk("a"), TNames{"error 267"});
@@ -211,25 +214,25 @@ TEST_F(WinFilesTest, CopyTakesContentsTimeAndPermissions) {
   const timespec times[2] = {{1000000000, 0}, {1111111111, 123456000}};
   for (const std::string& bytes : {std::string(), std::string("small"), large}) {
     FTree.Write("source", bytes);
-    chmod(FTree.Host("source").c_str(), 0640);
-    utimensat(AT_FDCWD, FTree.Host("source").c_str(), times, 0);
+    chmod(FTree.HostPath("source").c_str(), 0640);
+    utimensat(AT_FDCWD, FTree.HostPath("source").c_str(), times, 0);
     FTree.Write("target", std::string(3000000, 'x'));
-    chmod(FTree.Host("target").c_str(), 0666);
+    chmod(FTree.HostPath("target").c_str(), 0666);
     const bool isRoot = geteuid() == 0;
-    ASSERT_TRUE(!isRoot || chown(FTree.Host("target").c_str(), 12, 34) == 0);
+    ASSERT_TRUE(!isRoot || chown(FTree.HostPath("target").c_str(), 12, 34) == 0);
     EXPECT_EQ(Copy("source", "target"), ERROR_SUCCESS);
     EXPECT_TRUE(FTree.Read("target") == bytes) << bytes.size();
     struct stat info {};
-    ASSERT_EQ(stat(FTree.Host("target").c_str(), &info), 0);
+    ASSERT_EQ(stat(FTree.HostPath("target").c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 0777, 0640u);
     EXPECT_EQ(info.st_mtim.tv_sec, times[1].tv_sec);
     EXPECT_EQ(info.st_mtim.tv_nsec, times[1].tv_nsec);
     EXPECT_TRUE(!isRoot || (info.st_uid == 12 && info.st_gid == 34));
   }
-  chmod(FTree.Host("source").c_str(), 0450);
-  EXPECT_TRUE(FFiles.CopyPermissions(FTree.Path("SOURCE"), FTree.Path("target")));
+  chmod(FTree.HostPath("source").c_str(), 0450);
+  EXPECT_TRUE(FFiles.CopyPermissions(FTree.WindowsPath("SOURCE"), FTree.WindowsPath("target")));
   struct stat info {};
-  ASSERT_EQ(stat(FTree.Host("target").c_str(), &info), 0);
+  ASSERT_EQ(stat(FTree.HostPath("target").c_str(), &info), 0);
   EXPECT_EQ(info.st_mode & 0777, 0650u);
 }
 
@@ -300,14 +303,14 @@ TEST_F(WinFilesTest, LongNamesAndLongPaths) {
   EXPECT_EQ(Create(name), ERROR_SUCCESS);
   EXPECT_EQ(Copy(name, std::string(255, 'm')), ERROR_SUCCESS);
   EXPECT_EQ(Create(std::string(256, 'n')), ERROR_FILENAME_EXCED_RANGE);
-  std::string folder = FTree.Path();
+  std::string folder = FTree.WindowsPath();
   for (int i = 0; i < 40; ++i) {  // some 8,000 bytes
     folder += "\\" + std::string(200, 'd');
     ASSERT_TRUE(FFiles.CreateDirectoryA(folder)) << GetLastError();
   }
   std::string upper =
-      folder.substr(0, FTree.Path().size()) + UpperFileName(folder.substr(FTree.Path().size()));
-  ASSERT_TRUE(FFiles.CopyFileA(FTree.Path(name), upper + "\\File", false)) << GetLastError();
+      folder.substr(0, FTree.WindowsPath().size()) + UpperFileName(folder.substr(FTree.WindowsPath().size()));
+  ASSERT_TRUE(FFiles.CopyFileA(FTree.WindowsPath(name), upper + "\\File", false)) << GetLastError();
   ASSERT_TRUE(FFiles.CopyFileA(upper + "\\file", folder + "\\second", false)) << GetLastError();
   TFindData data;
   const auto walk = FFiles.FindFirstFileA(upper + "\\*.*", data);
@@ -315,7 +318,7 @@ TEST_F(WinFilesTest, LongNamesAndLongPaths) {
   EXPECT_EQ(data.FileName, "File");
   EXPECT_EQ(FFiles.GetFileAttributesA(folder + "\\SECOND"), FILE_ATTRIBUTE_NORMAL);
   EXPECT_TRUE(FFiles.DeleteFileA(upper + "\\file") && FFiles.DeleteFileA(upper + "\\second"));
-  while (folder.size() > FTree.Path().size()) {
+  while (folder.size() > FTree.WindowsPath().size()) {
     ASSERT_TRUE(FFiles.RemoveDirectoryA(folder)) << GetLastError();
     folder.resize(folder.rfind('\\'));
   }
@@ -339,12 +342,12 @@ TEST_F(WinFilesTest, ForeignChangesBetweenLookUpsAreSeen) {
       own();
       FTree.Write(base + "foreign", "1");
       EXPECT_EQ(Open(base + "FOREIGN"), "1") << mode << " " << i;
-      std::filesystem::rename(FTree.Host(base + "foreign"), FTree.Host(base + "Renamed"));
+      std::filesystem::rename(FTree.HostPath(base + "foreign"), FTree.HostPath(base + "Renamed"));
       EXPECT_EQ(Open(base + "FOREIGN"), "error 2") << mode << " " << i;
       EXPECT_EQ(Open(base + "RENAMED"), "1") << mode << " " << i;
-      std::filesystem::rename(FTree.Host(base + "Renamed"), FTree.Host(base + "renameD"));
+      std::filesystem::rename(FTree.HostPath(base + "Renamed"), FTree.HostPath(base + "renameD"));
       EXPECT_EQ(Open(base + "RENAMED"), "1") << mode << " " << i;
-      std::filesystem::remove(FTree.Host(base + "renameD"));
+      std::filesystem::remove(FTree.HostPath(base + "renameD"));
       EXPECT_EQ(Open(base + "RENAMED"), "error 2") << mode << " " << i;
       EXPECT_EQ(Open(base + "OTHER"), "other");
     }
@@ -355,7 +358,9 @@ TEST(WinFilesManyTest, AFolderOfManyNamesIsNotReadForEachOfThem) {
   constexpr size_t kFiles = 5000;
   const bool inMemory = access("/dev/shm", W_OK | X_OK) == 0;
   const tests::TTempTree tree(inMemory ? "/dev/shm" : std::filesystem::temp_directory_path());
-  const auto path = [&tree](const char* stem, size_t i) { return tree.Path(stem + std::to_string(i)); };
+  const auto path = [&tree](const char* stem, size_t i) {
+    return tree.WindowsPath(stem + std::to_string(i));
+  };
   TPosixFileSystem files;
   const auto begin = std::chrono::steady_clock::now();
   for (size_t i = 0; i < kFiles; ++i) ASSERT_TRUE(files.CreateFileA(path("Unit", i), TFileMode::Create));
@@ -379,10 +384,10 @@ TEST_F(WinFilesTest, FlushBringsFewAndManyFilesToTheDisk) {
 
 TEST_F(WinFilesTest, Drives) {
   FTree.MakeFolder("checkout/Sub");
-  ASSERT_TRUE(MapDrive('c', FTree.Host("checkout/")));
-  EXPECT_FALSE(MapDrive('1', FTree.Host()));
-  EXPECT_FALSE(MapDrive('D', FTree.Host("none")));
-  const std::string checkout = FTree.Host("checkout");
+  ASSERT_TRUE(MapDrive('c', FTree.HostPath("checkout/")));
+  EXPECT_FALSE(MapDrive('1', FTree.HostPath()));
+  EXPECT_FALSE(MapDrive('D', FTree.HostPath("none")));
+  const std::string checkout = FTree.HostPath("checkout");
   const std::string toHost[][2] = {{"C:\\", checkout},
                                    {"c:/Sub\\.\\x", checkout + "/Sub/x"},
                                    {"C:\\..\\..\\x", checkout + "/x"},
@@ -400,7 +405,7 @@ TEST_F(WinFilesTest, Drives) {
   std::replace(currentAsWindows.begin(), currentAsWindows.end(), '/', '\\');
   const std::string toWindows[][2] = {{checkout, "C:\\"},
                                       {checkout + "/Sub//x", "C:\\Sub\\x"},
-                                      {checkout + "2/x", FTree.Path("checkout2/x")},
+                                      {checkout + "2/x", FTree.WindowsPath("checkout2/x")},
                                       {"/", "Z:\\"},
                                       {"/a/./b/../c", "Z:\\a\\c"},
                                       {"z:a/b", "Z:\\a\\b"},
@@ -410,7 +415,7 @@ TEST_F(WinFilesTest, Drives) {
                                       {"", ""}};
   for (const auto& [typed, path] : toWindows) EXPECT_EQ(ToWindowsPath(typed), path) << typed;
   FTree.Write("a\\b", "");
-  EXPECT_EQ(ToWindowsPath(FTree.Host("a\\b")), "");
+  EXPECT_EQ(ToWindowsPath(FTree.HostPath("a\\b")), "");
   EXPECT_EQ(FFiles.GetLongPathNameA("c:/SUB"), "C:\\Sub");
 }
 
@@ -419,30 +424,30 @@ TEST_F(WinFilesTest, TemporaryPathAndNames) {
   EXPECT_EQ(GetTempFileNameA("C:\\Temp\\", "$DS", 0x1ABCD), "C:\\Temp\\$DSABCD.tmp");
   const char* const before = getenv("TMPDIR");
   const std::string kept = before ? before : "";
-  setenv("TMPDIR", FTree.Host().c_str(), 1);
-  EXPECT_EQ(FFiles.GetTempPathA(), FTree.Path() + "\\");
+  setenv("TMPDIR", FTree.HostPath().c_str(), 1);
+  EXPECT_EQ(FFiles.GetTempPathA(), FTree.WindowsPath() + "\\");
   unsetenv("TMPDIR");
   EXPECT_EQ(FFiles.GetTempPathA(), "Z:\\tmp\\");
   if (before) setenv("TMPDIR", kept.c_str(), 1);
-  ASSERT_TRUE(FFiles.CreatePrivateDirectory(FTree.Path("private")));
+  ASSERT_TRUE(FFiles.CreatePrivateDirectory(FTree.WindowsPath("private")));
   struct stat info {};
-  ASSERT_EQ(stat(FTree.Host("private").c_str(), &info), 0);
+  ASSERT_EQ(stat(FTree.HostPath("private").c_str(), &info), 0);
   EXPECT_EQ(info.st_mode & 0777, 0700u);
 }
 
 TEST_F(WinFilesTest, ADocumentIsOpenedByTheUsersViewer) {
   FTree.Write("Log -x.txt", "");
-  FTree.Write("bin/xdg-open", "#!/bin/sh\nprintf '%s' \"$#$1\" > '" + FTree.Host("seen.new") + "'\nmv '" +
-                                  FTree.Host("seen.new") + "' '" + FTree.Host("seen") + "'\n");
-  chmod(FTree.Host("bin/xdg-open").c_str(), 0755);
+  FTree.Write("bin/xdg-open", "#!/bin/sh\nprintf '%s' \"$#$1\" > '" + FTree.HostPath("seen.new") + "'\nmv '" +
+                                  FTree.HostPath("seen.new") + "' '" + FTree.HostPath("seen") + "'\n");
+  chmod(FTree.HostPath("bin/xdg-open").c_str(), 0755);
   const std::string path = getenv("PATH");
-  setenv("PATH", (FTree.Host("bin") + ":" + path).c_str(), 1);
-  EXPECT_TRUE(ShellExecuteA("open", FTree.Path("LOG -x.txt")));
+  setenv("PATH", (FTree.HostPath("bin") + ":" + path).c_str(), 1);
+  EXPECT_TRUE(ShellExecuteA("open", FTree.WindowsPath("LOG -x.txt")));
   for (int i = 0; i < 500 && !FTree.Exists("seen"); ++i)
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  EXPECT_EQ(FTree.Read("seen"), "1" + FTree.Host("Log -x.txt"));
-  setenv("PATH", FTree.Host("none").c_str(), 1);
-  EXPECT_FALSE(ShellExecuteA("open", FTree.Path("Log -x.txt")));
+  EXPECT_EQ(FTree.Read("seen"), "1" + FTree.HostPath("Log -x.txt"));
+  setenv("PATH", FTree.HostPath("none").c_str(), 1);
+  EXPECT_FALSE(ShellExecuteA("open", FTree.WindowsPath("Log -x.txt")));
   setenv("PATH", path.c_str(), 1);
 }
 
