@@ -15,8 +15,8 @@ constexpr int64_t kMillisecond = 1000000;
 constexpr int64_t kClearlyOlder = 30 * kMillisecond;
 // File systems that keep whole seconds; FAT has every second one.
 constexpr int64_t kClearlyOlderInSeconds = 2500 * kMillisecond;
-// How long own changes keep a listing in use.
-constexpr int64_t kShortest = 20 * kMillisecond;
+// How long own changes keep a listing in use: at least, at most, and in times of what its reading took.
+constexpr int64_t kShortest = 100 * kMillisecond;
 constexpr int64_t kLongest = 5000 * kMillisecond;
 constexpr int64_t kReadingTimes = 30;
 // Names that are held at most, all folders together.
@@ -202,6 +202,7 @@ TFolderListing* TFolderCache::Current(int base, const std::string& folder, const
 }
 
 bool TFolderCache::Read(int base, const std::string& folder, TFolderListing& listing) {
+  ++FReadings;
   const int64_t begin = Now();
   TUniqueFd fd(openat(base, folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   struct stat before {};

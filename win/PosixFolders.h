@@ -94,6 +94,9 @@ class TFolderCache {
   // Forgets the listing of the folder in which `place` lies: it was found to be wrong.
   void Forget(const TPlace& place);
 
+  // How often a folder was read so far, for measurements.
+  size_t Readings() const { return FReadings; }
+
  private:
   friend class TFolderChange;
 
@@ -108,6 +111,7 @@ class TFolderCache {
   };
   std::unordered_map<std::pair<dev_t, ino_t>, TFolderListing, TKeyHash> FListings;
   size_t FTotal = 0;  // names in all listings, roughly
+  size_t FReadings = 0;
 };
 
 // A change in the folder of `place` that this process makes: made before the change, committed behind it. If
