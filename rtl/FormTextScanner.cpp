@@ -107,11 +107,12 @@ bool TFormTextScanner::AcceptKeyword(std::string_view keyword) {
   if (static_cast<size_t>(FEnd - begin) < keyword.size()) return false;
   if ((*begin | 0x20) != keyword[0] || !SameText({begin, keyword.size()}, keyword)) return false;
   FNext += keyword.size();
-  const bool wholeWord = FNext == FEnd || !IsNamePart(*FNext);
+  const char* end = FNext;
+  const bool wholeWord = end == FEnd || !IsNamePart(*end);
   const char next = wholeWord ? Peek() : '=';
-  if (next != '=' && next != '.') return true;
-  FNext = begin;
-  return false;
+  const bool property = next == '=' || next == '.';
+  FNext = property ? begin : end;
+  return !property;
 }
 
 void TFormTextScanner::ScanDigits() {
