@@ -63,7 +63,9 @@ template <class TControl, class TQtButton>
 class TClickWidget : public TControlWidget {
  public:
   TClickWidget(TControl& control, QWidget* parent, const TEventRunner& run)
-      : TControlWidget(control, new TQtButton(parent)), FButton(control), FView(static_cast<TQtButton*>(Widget())) {
+      : TControlWidget(control, new TQtButton(parent)),
+        FButton(control),
+        FView(static_cast<TQtButton*>(Widget())) {
     QObject::connect(FView, &TQtButton::clicked, FView, [this, &run] {
       run([this] { FButton.Click(); });
       ShowChecked();
@@ -81,49 +83,38 @@ class TClickWidget : public TControlWidget {
   TQtButton* FView;
 };
 
+// A line of text: an edit, or what a combo box is typed into.
 class TEditWidget : public TControlWidget {
  public:
   TEditWidget(rtl::TEdit& edit, QWidget* parent, const TEventRunner& run)
-      : TEditWidget(edit, new QLineEdit(parent), run) {
-    FLine = static_cast<QLineEdit*>(Widget());
-    Connect();
-  }
+      : TEditWidget(edit, new QLineEdit(parent), run) {}
 
  protected:
-  TEditWidget(rtl::TEdit& edit, QWidget* widget, const TEventRunner& run)
-      : TControlWidget(edit, widget), FEdit(edit), Run(run) {}
-  void Connect() {
+  // `widget` is the line itself, or what it stands in.
+  TEditWidget(rtl::TEdit& edit, QWidget* widget, QLineEdit* line, const TEventRunner& run)
+      : TControlWidget(edit, widget), FEdit(edit), FLine(line) {
     QObject::connect(FLine, &QLineEdit::textEdited, FLine,
-                     [this](const QString& text) { Run([&] { FEdit.Enter(FromQt(text)); }); });
-    QObject::connect(FLine, &QLineEdit::editingFinished, FLine,
-                     [this] { Run([this] { FEdit.Enter(AsWindowsPath(FEdit.Text())); }); });
+                     [this, &run](const QString& text) { run([&] { FEdit.Enter(FromQt(text)); }); });
+    QObject::connect(FLine, &QLineEdit::editingFinished, FLine, [this, &run] {
+      run([this] { FEdit.Enter(AsWindowsPath(FEdit.Text())); });
+    });
   }
   void ShowText() override {
     const QString text = ToQt(FEdit.Text());
     if (FLine->text() != text) FLine->setText(text);
   }
 
+ private:
+  TEditWidget(rtl::TEdit& edit, QLineEdit* line, const TEventRunner& run) : TEditWidget(edit, line, line, run) {}
+
   rtl::TEdit& FEdit;
-  const TEventRunner& Run;
-  QLineEdit* FLine = nullptr;
+  QLineEdit* FLine;
 };
 
 class TComboWidget : public TEditWidget {
  public:
   TComboWidget(rtl::TComboBox& combo, QWidget* parent, const TEventRunner& run)
-      : TEditWidget(combo, new QComboBox(parent), run),
-        FCombo(combo),
-        FView(static_cast<QComboBox*>(Widget())) {
-    FView->setEditable(true);
-    FView->setInsertPolicy(QComboBox::NoInsert);
-    FView->setCompleter(nullptr);
-    FView->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    FView->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    FLine = FView->lineEdit();
-    Connect();
-    QObject::connect(FView, &QComboBox::activated, FView,
-                     [this](int index) { Run([&] { FCombo.Pick(index); }); });
-  }
+      : TComboWidget(combo, NewView(parent), run) {}
 
  protected:
   void ShowItems() override {
@@ -134,6 +125,21 @@ class TComboWidget : public TEditWidget {
   }
 
  private:
+  TComboWidget(rtl::TComboBox& combo, QComboBox* view, const TEventRunner& run)
+      : TEditWidget(combo, view, view->lineEdit(), run), FCombo(combo), FView(view) {
+    QObject::connect(FView, &QComboBox::activated, FView,
+                     [this, &run](int index) { run([&] { FCombo.Pick(index); }); });
+  }
+  static QComboBox* NewView(QWidget* parent) {
+    auto* const view = new QComboBox(parent);
+    view->setEditable(true);
+    view->setInsertPolicy(QComboBox::NoInsert);
+    view->setCompleter(nullptr);
+    view->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    view->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    return view;
+  }
+
   rtl::TComboBox& FCombo;
   QComboBox* FView;
 };
@@ -141,7 +147,9 @@ class TComboWidget : public TEditWidget {
 class TCheckListWidget : public TControlWidget {
  public:
   TCheckListWidget(rtl::TCheckListBox& list, QWidget* parent, const TEventRunner& run)
-      : TControlWidget(list, new QListWidget(parent)), FList(list), FView(static_cast<QListWidget*>(Widget())) {
+      : TControlWidget(list, new QListWidget(parent)),
+        FList(list),
+        FView(static_cast<QListWidget*>(Widget())) {
     FView->setUniformItemSizes(true);
     FView->setMinimumHeight(FView->fontMetrics().lineSpacing() * kVisibleEntries);
     QObject::connect(FView, &QListWidget::itemChanged, FView, [this, &run](const QListWidgetItem* item) {
@@ -173,7 +181,9 @@ class TCheckListWidget : public TControlWidget {
 class TPagesWidget : public TControlWidget {
  public:
   TPagesWidget(const rtl::TPageControl& pages, QWidget* parent)
-      : TControlWidget(pages, new QStackedWidget(parent)), FPages(pages), FView(static_cast<QStackedWidget*>(Widget())) {}
+      : TControlWidget(pages, new QStackedWidget(parent)),
+        FPages(pages),
+        FView(static_cast<QStackedWidget*>(Widget())) {}
 
  protected:
   void ShowActivePage() override { FView->setCurrentIndex(FPages.ActivePageIndex()); }
@@ -185,7 +195,8 @@ class TPagesWidget : public TControlWidget {
 
 class TScrollWidget : public TControlWidget {
  public:
-  TScrollWidget(const rtl::TControl& box, QWidget* parent) : TControlWidget(box, new QScrollArea(parent)), FInside(new QWidget) {
+  TScrollWidget(const rtl::TControl& box, QWidget* parent)
+      : TControlWidget(box, new QScrollArea(parent)), FInside(new QWidget) {
     auto* const view = static_cast<QScrollArea*>(Widget());
     view->setWidget(FInside);
     view->setWidgetResizable(true);
@@ -234,47 +245,69 @@ QFrame* NewLine(QWidget* parent) {
 
 }  // namespace
 
-std::unique_ptr<TControlWidget> CreateControlWidget(rtl::TControl& control, QWidget* parent, const TEventRunner& run) {
+std::unique_ptr<TControlWidget> CreateControlWidget(rtl::TControl& control, QWidget* parent,
+                                                    const TEventRunner& run) {
   using rtl::TControlKind;
   switch (control.Kind()) {
-    case TControlKind::Label: return std::make_unique<TLabelWidget>(static_cast<rtl::TLabel&>(control), parent);
+    case TControlKind::Label:
+      return std::make_unique<TLabelWidget>(static_cast<rtl::TLabel&>(control), parent);
     case TControlKind::RadioButton:
       return std::make_unique<TClickWidget<rtl::TRadioButton, QRadioButton>>(
           static_cast<rtl::TRadioButton&>(control), parent, run);
     case TControlKind::CheckBox:
-      return std::make_unique<TClickWidget<rtl::TCheckBox, QCheckBox>>(static_cast<rtl::TCheckBox&>(control), parent,
-                                                                       run);
+      return std::make_unique<TClickWidget<rtl::TCheckBox, QCheckBox>>(static_cast<rtl::TCheckBox&>(control),
+                                                                       parent, run);
     case TControlKind::Button:
-      return std::make_unique<TClickWidget<rtl::TButton, QPushButton>>(static_cast<rtl::TButton&>(control), parent,
-                                                                       run);
-    case TControlKind::Edit: return std::make_unique<TEditWidget>(static_cast<rtl::TEdit&>(control), parent, run);
+      return std::make_unique<TClickWidget<rtl::TButton, QPushButton>>(static_cast<rtl::TButton&>(control),
+                                                                       parent, run);
+    case TControlKind::Edit:
+      return std::make_unique<TEditWidget>(static_cast<rtl::TEdit&>(control), parent, run);
     case TControlKind::ComboBox:
       return std::make_unique<TComboWidget>(static_cast<rtl::TComboBox&>(control), parent, run);
     case TControlKind::CheckListBox:
       return std::make_unique<TCheckListWidget>(static_cast<rtl::TCheckListBox&>(control), parent, run);
     case TControlKind::PageControl:
       return std::make_unique<TPagesWidget>(static_cast<rtl::TPageControl&>(control), parent);
-    case TControlKind::Image: return std::make_unique<TImageWidget>(static_cast<rtl::TImage&>(control), parent);
-    case TControlKind::ScrollBox: return std::make_unique<TScrollWidget>(control, parent);
-    case TControlKind::Bevel: return std::make_unique<TPlainWidget>(control, NewLine(parent));
-    case TControlKind::TabSheet: break;
+    case TControlKind::Image:
+      return std::make_unique<TImageWidget>(static_cast<rtl::TImage&>(control), parent);
+    case TControlKind::ScrollBox:
+      return std::make_unique<TScrollWidget>(control, parent);
+    case TControlKind::Bevel:
+      return std::make_unique<TPlainWidget>(control, NewLine(parent));
+    case TControlKind::TabSheet:
+      break;
   }
   return std::make_unique<TPlainWidget>(control, new QWidget(parent));
 }
 
-TControlWidget::TControlWidget(const rtl::TControl& control, QWidget* widget) : FControl(control), FWidget(widget) {
+TControlWidget::TControlWidget(const rtl::TControl& control, QWidget* widget)
+    : FControl(control), FWidget(widget) {
   widget->setObjectName(ToQt(control.Name()));
 }
 
 void TControlWidget::Show(rtl::TChange what) {
   switch (what) {
-    case rtl::TChange::Text: ShowText(); break;
-    case rtl::TChange::Checked: ShowChecked(); break;
-    case rtl::TChange::Enabled: FWidget->setEnabled(FControl.Enabled()); break;
-    case rtl::TChange::Visible: FWidget->setVisible(FControl.Visible()); break;
-    case rtl::TChange::Items: ShowItems(); break;
-    case rtl::TChange::ActivePage: ShowActivePage(); break;
-    case rtl::TChange::Picture: ShowPicture(); break;
+    case rtl::TChange::Text:
+      ShowText();
+      break;
+    case rtl::TChange::Checked:
+      ShowChecked();
+      break;
+    case rtl::TChange::Enabled:
+      FWidget->setEnabled(FControl.Enabled());
+      break;
+    case rtl::TChange::Visible:
+      FWidget->setVisible(FControl.Visible());
+      break;
+    case rtl::TChange::Items:
+      ShowItems();
+      break;
+    case rtl::TChange::ActivePage:
+      ShowActivePage();
+      break;
+    case rtl::TChange::Picture:
+      ShowPicture();
+      break;
   }
 }
 

@@ -18,8 +18,8 @@ class TControlWidget {
   QWidget* Widget() const { return FWidget; }
   // Where the widgets of the control's own controls stand: the widget itself, or what is inside it.
   virtual QWidget* Inside() const { return FWidget; }
-  // Shows the control's present state of that sort. A widget that shows it already is not touched: a cursor in a text,
-  // a scrolled list stay as they are.
+  // Shows the control's present state of that sort. A widget that shows it already is not touched: a cursor
+  // in a text, a scrolled list stay as they are.
   void Show(rtl::TChange what);
   void ShowAll();
 
@@ -36,11 +36,12 @@ class TControlWidget {
   QWidget* FWidget;
 };
 
-// What surrounds the widgets of a form: runs what the user does as one event, in which an exception goes to the
-// application's handler.
+// What surrounds the widgets of a form: runs what the user does as one event, in which an exception goes to
+// the application's handler.
 using TEventRunner = std::function<void(const std::function<void()>&)>;
 
 // `parent` is where the widget stands. `run` outlives the widget.
-std::unique_ptr<TControlWidget> CreateControlWidget(rtl::TControl& control, QWidget* parent, const TEventRunner& run);
+std::unique_ptr<TControlWidget> CreateControlWidget(rtl::TControl& control, QWidget* parent,
+                                                    const TEventRunner& run);
 
 }  // namespace desktop

@@ -22,28 +22,18 @@ struct TPlace {
 };
 
 constexpr TPlace kPlaces[] = {
-    {.Name = "Label1", .GapAbove = true},
+    {.Name = "Label1", .GapAbove = true},       {.Name = "Label11", .GapAbove = true},
     {.Name = "rbModeReplace", .GapAbove = true},
-    {.Name = "lUndo", .GapAbove = true},
-    {.Name = "btRestoreBrowse", .Beside = true},
-    {.Name = "Label5", .GapAbove = true},
-    {.Name = "rbDestProject", .GapAbove = true},
-    {.Name = "Label7", .GapAbove = true},
-    {.Name = "lbModules", .GapAbove = true},
-    {.Name = "btDeselect", .Beside = true},
-    {.Name = "lSource", .GapAbove = true},
-    {.Name = "btBrowseFolder", .Beside = true},
-    {.Name = "chSubDirs", .GapAbove = true},
-    {.Name = "chMakeBackup", .GapAbove = true},
-    {.Name = "lBackupFolder", .Indented = true},
-    {.Name = "cbBackupDir", .Indented = true},
-    {.Name = "btBrowseBackFolder", .Beside = true},
-    {.Name = "chWriteLog", .GapAbove = true},
-    {.Name = "lblLogNote", .Indented = true},
-    {.Name = "chViewLog", .Indented = true},
-    {.Name = "Label15", .GapAbove = true},
-    {.Name = "Label14", .GapAbove = true},
-    {.Name = "lblNote", .Beside = true},
+    {.Name = "lUndo", .GapAbove = true},        {.Name = "btRestoreBrowse", .Beside = true},
+    {.Name = "Label5", .GapAbove = true},       {.Name = "rbDestProject", .GapAbove = true},
+    {.Name = "Label7", .GapAbove = true},       {.Name = "lbModules", .GapAbove = true},
+    {.Name = "btDeselect", .Beside = true},     {.Name = "lSource", .GapAbove = true},
+    {.Name = "btBrowseFolder", .Beside = true}, {.Name = "chSubDirs", .GapAbove = true},
+    {.Name = "chMakeBackup", .GapAbove = true}, {.Name = "lBackupFolder", .Indented = true},
+    {.Name = "cbBackupDir", .Indented = true},  {.Name = "btBrowseBackFolder", .Beside = true},
+    {.Name = "chWriteLog", .GapAbove = true},   {.Name = "lblLogNote", .Indented = true},
+    {.Name = "chViewLog", .Indented = true},    {.Name = "Label15", .GapAbove = true},
+    {.Name = "Label14", .GapAbove = true},      {.Name = "lblNote", .Beside = true},
     {.Name = "chkDontAsk", .GapAbove = true},
 };
 
@@ -64,9 +54,12 @@ bool Grows(const rtl::TControl& control) {
 bool Widens(const rtl::TControl& control, bool isLast) {
   using rtl::TControlKind;
   switch (control.Kind()) {
-    case TControlKind::Button: return false;
-    case TControlKind::Label: return isLast;
-    default: return true;
+    case TControlKind::Button:
+      return false;
+    case TControlKind::Label:
+      return isLast;
+    default:
+      return true;
   }
 }
 
@@ -79,8 +72,10 @@ void LayOutRows(const std::vector<rtl::TControl*>& controls, QVBoxLayout& rows, 
     if (place.GapAbove) rows.addSpacing(kGap);
     auto* const row = new QHBoxLayout;
     if (place.Indented) row->addSpacing(kIndent);
-    for (size_t j = i; j < end; ++j) row->addWidget(widgetOf(*controls[j]), Widens(*controls[j], j + 1 == end) ? 1 : 0);
-    if (controls[end - 1]->Kind() == rtl::TControlKind::Button && !Widens(*controls[i], false)) row->addStretch(1);
+    for (size_t j = i; j < end; ++j)
+      row->addWidget(widgetOf(*controls[j]), Widens(*controls[j], j + 1 == end) ? 1 : 0);
+    if (controls[end - 1]->Kind() == rtl::TControlKind::Button && !Widens(*controls[i], false))
+      row->addStretch(1);
     rows.addLayout(row, Grows(*controls[i]) ? 1 : 0);
     grows = grows || Grows(*controls[i]);
     i = end;
@@ -106,10 +101,18 @@ void LayOutForm(const rtl::TForm& form, QWidget* window, const TWidgetOf& widget
   for (rtl::TControl* control : form.Controls()) {
     QWidget* const widget = widgetOf(*control);
     switch (control->Kind()) {
-      case rtl::TControlKind::Image: top->addWidget(widget, 0, Qt::AlignTop); break;
-      case rtl::TControlKind::Button: buttons->addWidget(widget); break;
-      case rtl::TControlKind::Bevel: line = widget; break;
-      default: body.push_back(control); break;
+      case rtl::TControlKind::Image:
+        top->addWidget(widget, 0, Qt::AlignTop);
+        break;
+      case rtl::TControlKind::Button:
+        buttons->addWidget(widget);
+        break;
+      case rtl::TControlKind::Bevel:
+        line = widget;
+        break;
+      default:
+        body.push_back(control);
+        break;
     }
   }
   auto* const rows = new QVBoxLayout;

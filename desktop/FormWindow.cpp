@@ -20,6 +20,8 @@ namespace {
 // The width of a page, in average characters of its font, and its least height, which is that of the picture.
 constexpr int kPageWidth = 68;
 constexpr int kPageHeight = 260;
+// The least width of a window, likewise.
+constexpr int kWindowWidth = 62;
 
 bool IsInput(const rtl::TControl& control) {
   using rtl::TControlKind;
@@ -27,9 +29,12 @@ bool IsInput(const rtl::TControl& control) {
     case TControlKind::Edit:
     case TControlKind::ComboBox:
     case TControlKind::CheckListBox:
-    case TControlKind::CheckBox: return true;
-    case TControlKind::RadioButton: return static_cast<const rtl::TRadioButton&>(control).Checked();
-    default: return false;
+    case TControlKind::CheckBox:
+      return true;
+    case TControlKind::RadioButton:
+      return static_cast<const rtl::TRadioButton&>(control).Checked();
+    default:
+      return false;
   }
 }
 
@@ -45,12 +50,16 @@ TFormWindow::TFormWindow(rtl::TForm& form, QWidget* parent) : QDialog(parent), F
   ConnectLabels();
   SetTabOrder();
   for (const auto& [control, widget] : FWidgets) widget->ShowAll();
+  setMinimumWidth(fontMetrics().averageCharWidth() * kWindowWidth);
   form.SetView(this);
   CaptionChanged();
-  connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this, [this] { BeIdle(); });
+  connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+          [this] { BeIdle(); });
 }
 
-TFormWindow::~TFormWindow() { FForm.SetView(nullptr); }
+TFormWindow::~TFormWindow() {
+  FForm.SetView(nullptr);
+}
 
 void TFormWindow::AddWidgets(const std::vector<rtl::TControl*>& controls, QWidget* parent) {
   for (rtl::TControl* control : controls) {
@@ -99,7 +108,7 @@ void TFormWindow::Run() {
 
 void TFormWindow::Place() {
   layout()->activate();
-  setFixedSize(sizeHint());
+  setFixedSize(sizeHint().expandedTo(minimumSize()));
   const QRect wanted(QPoint(FForm.Left(), FForm.Top()), size());
   const QScreen* const screen = QGuiApplication::screenAt(wanted.center());
   if (!FForm.Centered() && screen != nullptr) {
@@ -128,7 +137,8 @@ void TFormWindow::BeIdle() {
   FIsIdle = false;
 }
 
-// The keyboard goes to what there is to enter, or else to the button that goes on. So a whole walk needs Enter alone.
+// The keyboard goes to what there is to enter, or else to the button that goes on. So a whole walk needs
+// Enter alone.
 void TFormWindow::FocusPage() {
   QWidget* widget = FirstInput(FForm.Controls());
   if (widget == nullptr && FForm.DefaultButton() != nullptr) widget = WidgetOf(*FForm.DefaultButton());
@@ -150,9 +160,13 @@ void TFormWindow::ControlChanged(const rtl::TControl& control, rtl::TChange what
   if (what == rtl::TChange::ActivePage) FPageTurned = true;
 }
 
-void TFormWindow::FocusChanged(const rtl::TControl& control) { WidgetOf(control)->setFocus(); }
+void TFormWindow::FocusChanged(const rtl::TControl& control) {
+  WidgetOf(control)->setFocus();
+}
 
-void TFormWindow::CaptionChanged() { setWindowTitle(ToQt(FForm.Caption())); }
+void TFormWindow::CaptionChanged() {
+  setWindowTitle(ToQt(FForm.Caption()));
+}
 
 void TFormWindow::ModalResultChanged() {
   QTimer::singleShot(0, this, [this] { done(FForm.ModalResult()); });

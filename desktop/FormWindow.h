@@ -1,5 +1,5 @@
-// The window of a form: every control as a widget, every change of state shown, every act of the user carried to the
-// control. It knows no form in particular.
+// The window of a form: every control as a widget, every change of state shown, every act of the user carried
+// to the control. It knows no form in particular.
 #pragma once
 
 #include <QDialog>

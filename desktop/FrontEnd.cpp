@@ -14,12 +14,6 @@ namespace desktop {
 
 namespace {
 
-void ShowMessage(QMessageBox::Icon icon, const QString& title, std::string_view text) {
-  QMessageBox box(icon, title, ToQt(text), QMessageBox::Ok, QApplication::activeWindow());
-  box.setTextFormat(Qt::PlainText);
-  box.exec();
-}
-
 void ShowWaitCursor(bool waiting) {
   if (waiting) {
     QApplication::setOverrideCursor(Qt::WaitCursor);
@@ -28,7 +22,9 @@ void ShowWaitCursor(bool waiting) {
   }
 }
 
-QString ToHost(std::string_view path) { return path.empty() ? QString() : ToQt(win::ToHostName(path)); }
+QString ToHost(std::string_view path) {
+  return path.empty() ? QString() : ToQt(win::ToHostName(path));
+}
 
 struct TMessageType {
   QMessageBox::Icon Icon;
@@ -37,10 +33,14 @@ struct TMessageType {
 
 TMessageType TypeOf(rtl::TMsgDlgType type) {
   switch (type) {
-    case rtl::TMsgDlgType::Warning: return {QMessageBox::Warning, "Warning"};
-    case rtl::TMsgDlgType::Error: return {QMessageBox::Critical, "Error"};
-    case rtl::TMsgDlgType::Confirmation: return {QMessageBox::Question, "Confirm"};
-    case rtl::TMsgDlgType::Information: break;
+    case rtl::TMsgDlgType::Warning:
+      return {QMessageBox::Warning, "Warning"};
+    case rtl::TMsgDlgType::Error:
+      return {QMessageBox::Critical, "Error"};
+    case rtl::TMsgDlgType::Confirmation:
+      return {QMessageBox::Question, "Confirm"};
+    case rtl::TMsgDlgType::Information:
+      break;
   }
   return {QMessageBox::Information, "Information"};
 }
@@ -57,7 +57,18 @@ TFrontEnd::~TFrontEnd() {
   rtl::Application().SetFrontEnd(nullptr);
 }
 
-void TFrontEnd::ShowModal(rtl::TForm& form) { TFormWindow(form, QApplication::activeWindow()).Run(); }
+void TFrontEnd::ShowModal(rtl::TForm& form) {
+  BeforeModal();
+  TFormWindow(form, QApplication::activeWindow()).Run();
+}
+
+void TFrontEnd::ShowMessage(int icon, const QString& title, std::string_view text) {
+  BeforeModal();
+  QMessageBox box(static_cast<QMessageBox::Icon>(icon), title, ToQt(text), QMessageBox::Ok,
+                  QApplication::activeWindow());
+  box.setTextFormat(Qt::PlainText);
+  box.exec();
+}
 
 void TFrontEnd::MessageBox(std::string_view text, std::string_view caption, unsigned flags) {
   const bool isError = (flags & rtl::MB_ICONERROR) != 0;
@@ -70,12 +81,15 @@ void TFrontEnd::MessageDlg(std::string_view text, rtl::TMsgDlgType type, rtl::TM
 }
 
 bool TFrontEnd::SelectDirectory(std::string_view caption, std::string_view root, std::string& directory) {
+  BeforeModal();
   const QString start = ToHost(directory.empty() ? root : std::string_view(directory));
-  const QString picked = QFileDialog::getExistingDirectory(QApplication::activeWindow(), ToQt(caption), start);
+  const QString picked =
+      QFileDialog::getExistingDirectory(QApplication::activeWindow(), ToQt(caption), start);
   return TakePath(picked, directory);
 }
 
 bool TFrontEnd::OpenFile(rtl::TOpenDialog& dialog) {
+  BeforeModal();
   QFileDialog picker(QApplication::activeWindow());
   picker.setNameFilters(ToQtFilter(dialog.Filter).split(";;"));
   picker.setFileMode(dialog.FileMustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
