@@ -23,16 +23,16 @@ class CommandLineTest : public testing::Test {
     FTree.Write("src/A.pas", kUnit);
     FTree.Write("src/A.dfm", kForm);
     FTree.Write("src/old/B.pas", kUnit);
-    FTree.Write("src/old/B.dfm", "\xFF\x0A");
+    FTree.Write("src/old/B.dfm", "no form");
   }
 
   // Runs kvamigrate in the tree: "STATUS|standard output|standard error", with the tree's Windows path as <dir>.
   std::string Run(const std::string& arguments) {
-    const std::string command = "cd " + FTree.Host() + " && " + KVA_BINARY_DIR + "/cli/kvamigrate " + arguments +
+    const std::string command = "cd " + FTree.HostPath() + " && " + KVA_BINARY_DIR + "/cli/kvamigrate " + arguments +
                                 " >out.txt 2>err.txt </dev/null";
     const int status = std::system(command.c_str());
     std::string text = std::to_string(WEXITSTATUS(status)) + "|" + FTree.Read("out.txt") + "|" + FTree.Read("err.txt");
-    for (size_t at; (at = text.find(FTree.Path())) != std::string::npos;) text.replace(at, FTree.Path().size(), "<dir>");
+    for (size_t at; (at = text.find(FTree.WindowsPath())) != std::string::npos;) text.replace(at, FTree.WindowsPath().size(), "<dir>");
     return text;
   }
 
@@ -44,18 +44,18 @@ TEST_F(CommandLineTest, ReplaceAndRestore) {
   EXPECT_EQ(FTree.Read("src/RBackup/RExpert.reu"),
             rtl::Format("%s\\src\\A.pas=%s\\src\\RBackup\\A.~pas\r\n%s\\src\\old\\B.pas=%s\\src\\RBackup\\old\\B.~pas\r\n"
                         "%s\\src\\A.DFM=%s\\src\\RBackup\\A.~DFM\r\n",
-                        {FTree.Path(), FTree.Path(), FTree.Path(), FTree.Path(), FTree.Path(), FTree.Path()}));
+                        {FTree.WindowsPath(), FTree.WindowsPath(), FTree.WindowsPath(), FTree.WindowsPath(), FTree.WindowsPath(), FTree.WindowsPath()}));
   EXPECT_EQ(Run("restore src/RBackup/RExpert.reu"), "0|Files were succefully restored.\n|");
   EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
   EXPECT_EQ(FTree.Read("src/A.dfm"), kForm);
-  fs::remove(FTree.Host("src/RBackup/A.~pas"));
+  fs::remove(FTree.HostPath("src/RBackup/A.~pas"));
   EXPECT_EQ(Run("restore src/RBackup/RExpert.reu"), "1|Failed to restore files.\n|");
 }
 
 TEST_F(CommandLineTest, AFileThatStopsARunIsNamedWithAWayOut) {
   FTree.Write("src/old/B.dfm", std::string("\xFF\x0A\x00" "B\0", 5));
   EXPECT_EQ(Run("replace --mode bde --folder src --subfolders"),
-            "3||kvamigrate: <dir>\\src\\old\\B.DFM: Form data at offset 5: it ends within the resource header.\n"
+            "3||kvamigrate: <dir>\\src\\old\\B.DFM: Form data at offset 5: the signature TPF0 is missing.\n"
             "Leave the file out with --exclude 'old\\B.DFM' to convert the others. No file was changed.\n");
   EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
   EXPECT_EQ(Run("replace --mode bde --folder src --subfolders --exclude 'old\\B.DFM'"),
@@ -67,7 +67,7 @@ TEST_F(CommandLineTest, BackupFolders) {
   EXPECT_EQ(Run("replace --mode bde --folder src --backup-dir sub/back --no-log")[0], '0');
   EXPECT_EQ(FTree.Read("src/sub/back/A.~pas"), kUnit);
   EXPECT_EQ(Run("restore src/sub/back/RExpert.reu")[0], '0');
-  EXPECT_EQ(Run("replace --mode bde --folder src --backup-dir " + FTree.Host("elsewhere"))[0], '0');
+  EXPECT_EQ(Run("replace --mode bde --folder src --backup-dir " + FTree.HostPath("elsewhere"))[0], '0');
   EXPECT_EQ(FTree.Read("elsewhere/A.~pas"), kUnit);
   EXPECT_EQ(Run("restore elsewhere/RExpert.reu")[0], '0');
   EXPECT_EQ(Run("replace --mode bde --folder 'Q:\\src' --drive q=. --no-backup")[0], '0');

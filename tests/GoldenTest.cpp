@@ -60,7 +60,7 @@ class GoldenTest : public testing::TestWithParam<std::string> {
 TEST_P(GoldenTest, RunAndRestore) {
   const std::string name = GetParam();
   const tests::TTempTree temp;
-  const fs::path tree = fs::path(temp.Host()) / "tree";
+  const fs::path tree = fs::path(temp.HostPath()) / "tree";
   fs::copy(kGolden / name / "in", tree, fs::copy_options::recursive);
   const auto before = ReadTree(tree);
   const auto readOnly = Setting(name, "readonly");

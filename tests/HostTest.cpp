@@ -55,7 +55,7 @@ class TRecorder final : public THostObserver {
 class HostTest : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(win::MapDrive('C', FTree.Host()));
+    ASSERT_TRUE(win::MapDrive('C', FTree.HostPath()));
     for (const char* name : {"App/Main.pas", "App/main.DFM", "lib/Shared.pas", "Lone.pas"})
       FTree.Write(name, name);
     FTree.Write("App/App.dpr",
@@ -72,7 +72,7 @@ class HostTest : public testing::Test {
   void TearDown() override { win::ResetDrives(); }
 
   std::string OnDisk(std::string_view name) const {
-    std::ifstream file(FTree.Host(name), std::ios::binary);
+    std::ifstream file(FTree.HostPath(name), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
   std::string Modules() const {
@@ -157,7 +157,7 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   EXPECT_TRUE(TIDEUtils::SaveProject());
   EXPECT_EQ(OnDisk("App/Main.pas"), "new");
   EXPECT_EQ(OnDisk("App/main.DFM"), "new form");
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(FTree.Host("App")), {}), 3);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(FTree.HostPath("App")), {}), 3);
 
   FRecorder.Take();
   source.SetBytes("mine");
@@ -169,13 +169,13 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   EXPECT_EQ(FRecorder.Take(), "*Main.pas =Main.pas =Main.dfm");
   EXPECT_TRUE(TIDEUtils::ReloadFile("C:\\Lone.pas"));
   EXPECT_FALSE(TIDEUtils::ReloadFile("C:\\App\\Gone.pas"));
-  std::filesystem::remove(FTree.Host("App/main.DFM"));
+  std::filesystem::remove(FTree.HostPath("App/main.DFM"));
   EXPECT_FALSE(TIDEUtils::ReloadFile("C:\\App\\Main.pas"));
   EXPECT_EQ(form.Bytes(), "their form");
 
   // A file that cannot be written keeps its module open and its changes in memory.
   source.SetBytes("kept");
-  std::filesystem::permissions(FTree.Host("App/Main.pas"), std::filesystem::perms::owner_read);
+  std::filesystem::permissions(FTree.HostPath("App/Main.pas"), std::filesystem::perms::owner_read);
   FReports.clear();
   EXPECT_FALSE(TIDEUtils::SaveProject());
   EXPECT_FALSE(TIDEUtils::CloseProjectGroup());
@@ -272,9 +272,9 @@ TEST_F(HostTest, ChoicesOfACommandLine) {
     return Error([&] { throw rtl::Exception("ok " + OpenProjectForRun(FHost, file, active).FileName()); });
   };
   EXPECT_EQ(open("c:/All.bpg"), "ok C:\\App\\App.dpr");
-  EXPECT_EQ(open(FTree.Host("All.bpg").c_str(), "tool"), "ok C:\\Tool\\Tool.dpr");
+  EXPECT_EQ(open(FTree.HostPath("All.bpg").c_str(), "tool"), "ok C:\\Tool\\Tool.dpr");
   EXPECT_EQ(open("C:\\All.bpg", "TOOL.DPR"), "ok C:\\Tool\\Tool.dpr");
-  EXPECT_EQ(open("C:\\All.bpg", FTree.Host("Tool/Tool.dpr").c_str()), "ok C:\\Tool\\Tool.dpr");
+  EXPECT_EQ(open("C:\\All.bpg", FTree.HostPath("Tool/Tool.dpr").c_str()), "ok C:\\Tool\\Tool.dpr");
   EXPECT_EQ(open("C:\\All.bpg", "Toolbox"),
             "choice: There is no project \"Toolbox\", only: App.dpr, Tool.dpr.");
   EXPECT_EQ(open("C:\\None.bpg"), "C:\\None.bpg: this group has no projects.");
@@ -301,11 +301,11 @@ TEST_F(HostTest, WizardModulesThatAreNone) {
 
 // Would not come to an end if anything here went over all units, or over a folder, for each unit.
 TEST_F(HostTest, ManyUnits) {
-  std::filesystem::create_directory(FTree.Host("Big"));
+  std::filesystem::create_directory(FTree.HostPath("Big"));
   std::string source = "program Big;\nuses\n";
   for (int i = 0; i < 5000; ++i) {
     const std::string unit = "Unit" + std::to_string(i);
-    std::filesystem::create_hard_link(FTree.Host("Lone.pas"), FTree.Host("Big/" + unit + ".pas"));
+    std::filesystem::create_hard_link(FTree.HostPath("Lone.pas"), FTree.HostPath("Big/" + unit + ".pas"));
     source.append("  u")
         .append(unit.substr(1))
         .append(i % 2 ? " in 'UNIT" + std::to_string(i) + ".pas'" : "");

@@ -218,7 +218,7 @@ TEST(ProjectPathTest, Names) {
 // A project tree on drive C:.
 class ProjectFileTest : public testing::Test {
  protected:
-  void SetUp() override { ASSERT_TRUE(win::MapDrive('C', FTree.Host())); }
+  void SetUp() override { ASSERT_TRUE(win::MapDrive('C', FTree.HostPath())); }
   void TearDown() override { win::ResetDrives(); }
 
   void Write(std::string_view name, std::string_view text) { FTree.Write(name, text); }
