@@ -10,7 +10,8 @@
 namespace host {
 
 mig::TTextFile ReadProjectText(std::string_view fileName) {
-  if (rtl::DirectoryExists(fileName)) throw EHostError(At(fileName, 0, "this is a folder, not a project file."));
+  if (rtl::DirectoryExists(fileName))
+    throw EHostError(At(fileName, 0, "this is a folder, not a project file."));
   rtl::TFileStream file(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
   return mig::ReadTextFile(file);
 }

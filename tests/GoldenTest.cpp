@@ -102,8 +102,8 @@ std::vector<std::string> Names() {
   return names;
 }
 
-INSTANTIATE_TEST_SUITE_P(Folders, GoldenTest, testing::ValuesIn(Names()), [](const auto& info) {
-  std::string name = info.param;
+INSTANTIATE_TEST_SUITE_P(Folders, GoldenTest, testing::ValuesIn(Names()), [](const auto& test) {
+  std::string name = test.param;
   std::replace(name.begin(), name.end(), '-', '_');
   return name;
 });
