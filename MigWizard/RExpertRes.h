@@ -1,6 +1,6 @@
 // Every text that a user sees and that is not part of a form's layout, each once, under a name; and the few
-// names that the system leaves behind on a machine. Spelling, blanks and full stops are part of the texts: users
-// search their logs for them, and people have scripts that read those logs.
+// names that the system leaves behind on a machine. Spelling, blanks and full stops are part of the texts:
+// users search their logs for them, and people have scripts that read those logs.
 //
 // The constants are character arrays, so that they convert to std::string_view and take part in sums with
 // std::string. Texts with %s or %d are for rtl::Format.
@@ -61,7 +61,8 @@ inline constexpr char SExpertItem[] = "RExpertItem";
 inline constexpr char SReplaceComponents[] = "&Replace %s components";
 inline constexpr char SCannotStartReplace[] = "Cannot start replace process.";
 inline constexpr char SProjectNotSaved[] = "Project was not saved.";
-inline constexpr char SReplaceSuccess[] = "Replace procedure was performed sucessfully.";  // the log's last line too
+inline constexpr char SReplaceSuccess[] =
+    "Replace procedure was performed sucessfully.";  // the log's last line too
 inline constexpr char SReplaceFailed[] = "Replace failed.";
 inline constexpr char SRestoreSuccess[] = "Files were succefully restored.";
 inline constexpr char SRestoreFailed[] = "Failed to restore files.";

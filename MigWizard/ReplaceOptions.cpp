@@ -25,6 +25,8 @@ void TReplaceOptions::Save(rtl::TRegIniFile& reg, std::string_view section) cons
   reg.WriteBool(section, "ViewLog", ViewLog);
 }
 
-std::string TReplaceOptions::GetTitle() const { return SourceName + SMigrationWizard; }
+std::string TReplaceOptions::GetTitle() const {
+  return SourceName + SMigrationWizard;
+}
 
 }  // namespace mig

@@ -1,5 +1,5 @@
-// The options of a run. One object is shared by the replacers, the wizard, which fills it, and the expert, which
-// stores it: whoever holds a replacer sees what the user chose last.
+// The options of a run. One object is shared by the replacers, the wizard, which fills it, and the expert,
+// which stores it: whoever holds a replacer sees what the user chose last.
 #pragma once
 
 #include <cstdint>
@@ -23,12 +23,14 @@ class TReplaceOptions {
   // `sourceName` names the families that are replaced: "BDE/IBX".
   explicit TReplaceOptions(std::string_view sourceName);
 
-  // Read and write the six options that outlive the program, from and to `section` of an open store. A key that
-  // is missing or cannot be read leaves its field as it is. BackupDir, UnitNames and SourceName are not stored.
+  // Read and write the six options that outlive the program, from and to `section` of an open store. A key
+  // that is missing or cannot be read leaves its field as it is. BackupDir, UnitNames and SourceName are not
+  // stored.
   void Load(const rtl::TRegIniFile& reg, std::string_view section);
   void Save(rtl::TRegIniFile& reg, std::string_view section) const;
 
-  // "BDE/IBX Migration Wizard": the caption of message boxes, the section's name, the stem of the log's title.
+  // "BDE/IBX Migration Wizard": the caption of message boxes, the section's name, the stem of the log's
+  // title.
   std::string GetTitle() const;
 
   std::string SourceName;
@@ -38,8 +40,9 @@ class TReplaceOptions {
   bool MakeBackup = true;       // take backups and write the undo file
   std::string BackupDir;        // full Windows path of this run's backup folder
   bool WriteLog = true;
-  std::string UnitNames;  // with sdProject: bare file names of the selected units, one a line, as a list's Text
-  bool ViewLog = false;   // open the log after the run; no effect without WriteLog
+  std::string
+      UnitNames;  // with sdProject: bare file names of the selected units, one a line, as a list's Text
+  bool ViewLog = false;  // open the log after the run; no effect without WriteLog
 };
 
 }  // namespace mig

@@ -23,6 +23,13 @@ class EInvalidCast : public Exception {
 class EConvertError : public Exception {
   using Exception::Exception;
 };
+// Binary form data, and form text, that cannot be read.
+class EFilerError : public Exception {
+  using Exception::Exception;
+};
+class EParserError : public Exception {
+  using Exception::Exception;
+};
 
 class EStreamError : public Exception {
   using Exception::Exception;

@@ -1,0 +1,141 @@
+#include "MigWizard/FileUtils.h"
+
+#include "rtl/Streams.h"
+#include "rtl/SysUtils.h"
+#include "win/FileApi.h"
+
+namespace mig {
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+
+// Calls visit(name, attributes) for each entry but "." and ".." until it gives False. False if the folder could not be
+// read to its end.
+template <typename TVisit>
+bool WalkFolder(std::string_view dir, TVisit visit) {
+  win::TFindData entry;
+  auto walk = win::FindFirstFileA(JoinPath(dir, "*.*"), entry);
+  if (!walk) return false;
+  bool hasNext = true;
+  while (hasNext) {
+    const bool isReal = entry.FileName != "." && entry.FileName != "..";
+    if (isReal && !visit(entry.FileName, entry.FileAttributes)) return true;
+    hasNext = win::FindNextFileA(*walk, entry);
+  }
+  return win::GetLastError() == win::ERROR_NO_MORE_FILES;
+}
+
+bool IsFolder(uint32_t attributes) {
+  return (attributes & win::FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+bool IsLink(uint32_t attributes) {
+  return (attributes & win::FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+bool FolderStands(std::string_view path) {
+  return rtl::CreateDir(path) || win::GetLastError() == win::ERROR_ALREADY_EXISTS;
+}
+
+void EmptyFolder(std::string_view dir) {
+  (void)WalkFolder(dir, [dir](const std::string& name, uint32_t attributes) {
+    const std::string path = JoinPath(dir, name);
+    if (IsFolder(attributes)) {
+      if (!IsLink(attributes)) EmptyFolder(path);
+      rtl::RemoveDir(path);
+    } else {
+      rtl::DeleteFile(path);
+    }
+    return true;
+  });
+}
+
+}  // namespace
+
+std::string JoinPath(std::string_view dir, std::string_view name) {
+  std::string path(dir);
+  if (!path.empty() && path.back() != '\\') path += '\\';
+  if (name.size() >= 2 && name.front() == '\\') name.remove_prefix(1);
+  return path.append(name);
+}
+
+std::string BackupFileName(std::string_view fileName) {
+  const std::string extension = rtl::ExtractFileExt(fileName);
+  return rtl::ChangeFileExt(fileName, extension.size() > 1 ? ".~" + extension.substr(1) : ".~");
+}
+
+bool ForceFolders(std::string_view path) {
+  for (size_t i = path.find('\\'); i != std::string_view::npos; i = path.find('\\', i + 1)) {
+    if (i == 2 && path[1] == ':') continue;
+    if (!FolderStands(path.substr(0, i))) return false;
+    if (i + 1 == path.size()) return true;
+  }
+  if (path.size() == 3 && path[1] == ':') return true;
+  return FolderStands(path);
+}
+
+std::string CreateTempFolder(std::string_view prefix, uint32_t unique) {
+  const std::string tempPath = win::GetTempPathA();
+  if (tempPath.empty()) return {};
+  std::string name;
+  do {
+    name = win::GetTempFileNameA(tempPath, prefix, unique++);
+    if (name.empty()) return {};
+    name = rtl::ChangeFileExt(name, "");
+  } while (rtl::DirectoryExists(name));
+  return win::FileSystem().CreatePrivateDirectory(name) ? name : std::string();
+}
+
+bool DeleteFolder(std::string_view dir) {
+  EmptyFolder(dir);
+  return rtl::RemoveDir(dir);
+}
+
+bool DeleteTempFolder(std::string_view dir) {
+  return DeleteFolder(dir);
+}
+
+bool CopyFolder(std::string_view source, std::string_view target) {
+  bool result = true;
+  const bool readAll = WalkFolder(source, [&](const std::string& name, uint32_t attributes) {
+    const std::string from = JoinPath(source, name);
+    const std::string to = JoinPath(target, name);
+    if (!IsFolder(attributes)) {
+      if (win::CopyFileA(from, to, false)) return true;
+      result = false;
+      return false;
+    }
+    if (!rtl::DirectoryExists(to) && !rtl::CreateDir(to)) {
+      result = false;
+      return false;
+    }
+    if (!CopyFolder(from, to)) result = false;
+    return true;
+  });
+  return result && readAll;
+}
+
+TLogWriter::TLogWriter() = default;
+TLogWriter::~TLogWriter() = default;
+
+void TLogWriter::Open(std::string_view fileName) {
+  FStream = std::make_unique<rtl::TFileStream>(fileName, rtl::fmCreate);
+  if (!FTitle.empty()) WriteLine(FTitle);
+  WriteLine(FCreatedCaption + " " + rtl::DateTimeNowToStr());
+}
+
+void TLogWriter::WriteLine(std::string_view line) {
+  if (!FStream) return;
+  std::string text(line == " " ? std::string_view() : line);
+  if (text.empty() || (text.back() != '\n' && text.back() != '\r')) text += kLineEnd;
+  if (FDoubleSpaced) text += kLineEnd;
+  try {
+    FStream->Write(text);
+  } catch (const rtl::EWriteError&) {  // the run goes on without its log
+  }
+}
+
+void TLogWriter::Close() {
+  FStream.reset();
+}
+
+}  // namespace mig

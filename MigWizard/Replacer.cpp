@@ -1,0 +1,227 @@
+#include "MigWizard/Replacer.h"
+
+#include <utility>
+
+#include "MigWizard/RExpertRes.h"
+#include "qrl/QrlVcl.h"
+#include "rtl/Streams.h"
+#include "rtl/SysUtils.h"
+#include "win/CodePage.h"
+#include "win/FileApi.h"
+
+namespace mig {
+namespace {
+
+constexpr char kLogName[] = "Wiz_Log.txt";
+constexpr char kTempPrefix[] = "$DS";
+
+// Runs `action` at the end of its block, also when an exception passes.
+template <typename TAction>
+class TFinally {
+ public:
+  explicit TFinally(TAction action) : FAction(std::move(action)) {}
+  ~TFinally() { FAction(); }
+  TFinally(const TFinally&) = delete;
+  TFinally& operator=(const TFinally&) = delete;
+
+ private:
+  TAction FAction;
+};
+
+}  // namespace
+
+EFileConversion::EFileConversion(std::string_view fileName, std::string_view reason)
+    : Exception(std::string(fileName).append(": ").append(reason)), FFileName(fileName) {}
+
+TComponentReplacer::TComponentReplacer(const TFormParserClass& parserClass, std::string_view oldUnit,
+                                       std::string_view newUnits, TReplaceOptions& options)
+    : FFormParser(parserClass(ParseStateClass<TFormParseState>())),
+      FOldUnit(rtl::UpperCase(oldUnit)),
+      FNewUnits(newUnits),
+      FOptions(options) {
+  FFormParser->OnGetPropValue = [this](std::string_view propName, std::string_view value) {
+    return GetDatabaseValue(propName, value);
+  };
+  FLog.SetTitle(FOptions.GetTitle() + SLog);
+  FLog.SetCreatedCaption(SCreatedAt);
+  FLog.SetDoubleSpaced(true);
+}
+
+TComponentReplacer::~TComponentReplacer() = default;
+
+std::string TComponentReplacer::GetReplacement(std::string_view, std::string_view newClass) {
+  return std::string(newClass);
+}
+
+std::string TComponentReplacer::GetDatabaseValue(std::string_view, std::string_view value) const {
+  return std::string(FDatabases.Values(value));
+}
+
+void TComponentReplacer::Warn(std::string_view message) const {
+  if (OnWarning) OnWarning(message);
+}
+
+bool TComponentReplacer::Replace() {
+  FUndoList.Clear();
+  FChangedFiles = 0;
+  const std::string logName = JoinPath(RunFolder(), kLogName);
+  if (FOptions.WriteLog) FLog.Open(logName);
+  bool succeeded = false;
+  {
+    qrl::StartWait();
+    const TFinally closeLog([this] {
+      FLog.Close();
+      qrl::StopWait();
+    });
+    InitUnitList();
+    succeeded = RunFiles();
+    if (succeeded) FLog.WriteLine(SReplaceSuccess);
+  }
+  if (FOptions.WriteLog && FOptions.ViewLog) win::ShellExecuteA("open", logName);
+  return succeeded;
+}
+
+// From the backup folder to the last copy. FUnits is filled, and empty afterwards.
+bool TComponentReplacer::RunFiles() {
+  const TFinally clearUnits([this] { FUnits.Clear(); });
+  if (FOptions.MakeBackup) {
+    FLog.WriteLine(SCreateBackupFolder);
+    // A file of that name satisfies ForceFolders, and could hold no backup.
+    if (!ForceFolders(FOptions.BackupDir) || !rtl::DirectoryExists(FOptions.BackupDir))
+      throw rtl::EFCreateError(SCannotCreateDir);
+  }
+  FLog.WriteLine(SAllocTempFolder);
+  const std::string tempDir = CreateTempFolder(kTempPrefix, 1);
+  if (tempDir.empty()) throw rtl::EFCreateError(SCannotCreateDir);
+  const TFinally deleteTemp([&tempDir] { DeleteTempFolder(tempDir); });
+
+  WalkUnits(tempDir);
+  const bool succeeded = ReplaceOriginals(tempDir);
+  if (FOptions.MakeBackup) WriteUndoFile();
+  FLog.WriteLine(SRemoveTempFolder);
+  return succeeded;
+}
+
+// The units come first, and each appends its form files behind all that is there. In a project run all forms are read for
+// their aliases before the first of them is converted.
+void TComponentReplacer::WalkUnits(const std::string& tempDir) {
+  FDatabases.Clear();
+  FProcessed.clear();
+  FNamesOnDisk.clear();
+  const int firstAdded = FUnits.Count();
+  bool prePass = FOptions.Dest == sdProject;
+  for (int i = 0; i < FUnits.Count(); ++i) {
+    if (prePass && i >= firstAdded) {
+      for (int form = firstAdded; form < FUnits.Count(); ++form) {
+        ReportProgress(i, FUnits[form]);
+        CollectDatabaseNames(FUnits[form]);
+      }
+      prePass = false;
+    }
+    ReportProgress(i, FUnits[i]);
+    ProcessEntry(FUnits[i], tempDir);
+  }
+  ReportProgress(FUnits.Count(), {});
+}
+
+void TComponentReplacer::ReportProgress(int done, std::string_view fileName) const {
+  if (OnProgress) OnProgress({done, FUnits.Count(), fileName});
+}
+
+// `fileName` is a copy: the list that it comes from grows meanwhile.
+void TComponentReplacer::ProcessEntry(std::string fileName, const std::string& tempDir) {
+  std::string relPath;
+  if (FOptions.Dest == sdFolder) {
+    relPath = rtl::ExtractRelativePath(JoinPath(FOptions.Directory, ""), fileName);
+    ForceFolders(JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
+  } else {
+    RefuseSecondFile(fileName);
+  }
+  const int changedBefore = FChangedFiles;
+  ProcessFile(fileName, JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
+  if (FChangedFiles > changedBefore && FOptions.MakeBackup) BackupFile(fileName, relPath);
+}
+
+// The folders of a project run are flat: one bare name has one place in them.
+void TComponentReplacer::RefuseSecondFile(const std::string& fileName) {
+  const std::string bareName = rtl::ExtractFileName(fileName);
+  const auto [place, isNew] = FProcessed.try_emplace(win::UpperFileName(bareName), fileName);
+  if (isNew || win::UpperFileName(place->second) == win::UpperFileName(fileName)) return;
+  throw rtl::Exception(rtl::Format("Two files named \"%s\" cannot be converted in one project run: \"%s\" and \"%s\".",
+                                   {bareName, place->second, fileName}));
+}
+
+// On a host where names that differ in case alone can stand side by side, the temporary folder, the backup folder and the
+// undo file have one place for both.
+void TComponentReplacer::RefuseCaseTwin(const std::string& fileName) {
+  const std::string onDisk = win::FileSystem().GetLongPathNameA(fileName);
+  for (size_t end = onDisk.find('\\'); end != std::string::npos;) {
+    end = onDisk.find('\\', end + 1);
+    const std::string name = onDisk.substr(0, end);
+    const auto [place, isNew] = FNamesOnDisk.try_emplace(win::UpperFileName(name), name);
+    if (isNew || place->second == name) continue;
+    throw rtl::Exception(rtl::Format("\"%s\" and \"%s\" differ in case alone and cannot be converted in one run.",
+                                     {place->second, name}));
+  }
+}
+
+void TComponentReplacer::BackupFile(const std::string& fileName, const std::string& relPath) {
+  std::string backupName;
+  if (FOptions.Dest == sdFolder) {
+    ForceFolders(JoinPath(FOptions.BackupDir, rtl::ExtractFileDir(relPath)));
+    backupName = BackupFileName(JoinPath(FOptions.BackupDir, relPath));
+  } else {
+    backupName = JoinPath(FOptions.BackupDir, rtl::ExtractFileName(BackupFileName(fileName)));
+  }
+  if (!win::CopyFileA(fileName, backupName, false)) {
+    Warn(rtl::Format("No backup of \"%s\" could be made. %s", {fileName, win::SysErrorMessage(win::GetLastError())}));
+  }
+  FUndoList.SetValue(fileName, backupName);
+}
+
+bool TComponentReplacer::ReplaceOriginals(const std::string& tempDir) {
+  if (FChangedFiles > 0) {
+    FLog.WriteLine(SReplacingOriginals);
+    if (!win::FileSystem().FlushWritten()) {
+      throw rtl::EWriteError(rtl::Format("Cannot write the changed files to the disk. %s",
+                                         {win::SysErrorMessage(win::GetLastError())}));
+    }
+  }
+  if (FOptions.Dest == sdFolder) return CopyFolder(tempDir, FOptions.Directory);
+  bool succeeded = true;
+  for (int i = 0; i < FUnits.Count(); ++i) {
+    const std::string changed = JoinPath(tempDir, rtl::ExtractFileName(FUnits[i]));
+    if (rtl::FileExists(changed) && !win::CopyFileA(changed, FUnits[i], false)) succeeded = false;
+  }
+  return succeeded;
+}
+
+// A run that changed nothing leaves the way back from an earlier one.
+void TComponentReplacer::WriteUndoFile() {
+  const std::string undoName = JoinPath(FOptions.BackupDir, SUndoFileName);
+  if (FUndoList.Count() > 0 || !rtl::FileExists(undoName)) FUndoList.SaveToFile(undoName);
+  FLog.WriteLine(rtl::Format(SBackupFile, {undoName}));
+  for (int i = 0; i < FUndoList.Count(); ++i) {
+    const std::string& line = FUndoList[i];
+    if (line.find('=') == line.rfind('=') && line.find_first_of("\r\n") == std::string::npos) continue;
+    Warn(rtl::Format("The undo file cannot restore files while it lists a name with \"=\" or a line end in it: %s", {line}));
+    break;
+  }
+}
+
+bool TComponentReplacer::Restore(std::string_view undoFile) {
+  FUnits.LoadFromFile(undoFile);
+  const TFinally clearUnits([this] { FUnits.Clear(); });
+  for (int i = 0; i < FUnits.Count(); ++i)
+    if (!rtl::FileExists(FUnits.Values(FUnits.Names(i)))) return false;
+  bool succeeded = false;
+  for (int i = 0; i < FUnits.Count(); ++i) {
+    const std::string_view name = FUnits.Names(i);
+    ReportProgress(i, name);
+    succeeded = win::CopyFileA(FUnits.Values(name), name, false);
+    if (!succeeded) break;
+  }
+  return succeeded;
+}
+
+}  // namespace mig

@@ -1,0 +1,22 @@
+#include "MigWizard/TextEdits.h"
+
+namespace mig {
+
+void TTextEdits::Replace(size_t position, size_t length, std::string replacement) {
+  FEdits.push_back({position, length, std::move(replacement)});
+}
+
+void TTextEdits::WriteTo(rtl::TStream& stream, std::string_view text, const qrl::TEncoding& encoding) const {
+  std::string changed;
+  changed.reserve(text.size() + 32 * FEdits.size());
+  size_t done = 0;
+  for (const TEdit& edit : FEdits) {
+    changed.append(text.substr(done, edit.Position - done)).append(edit.Replacement);
+    done = edit.Position + edit.Length;
+  }
+  changed.append(text.substr(done));
+  stream.Write(encoding.WrittenMark());
+  stream.Write(encoding.IsIdentity() ? changed : encoding.GetBytes(changed));
+}
+
+}  // namespace mig

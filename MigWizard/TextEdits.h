@@ -1,0 +1,32 @@
+// The changes to a text as values: what stands where is replaced by what. The text itself is not touched, and
+// whatever no edit names comes out byte for byte.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "qrl/Encoding.h"
+#include "rtl/Streams.h"
+
+namespace mig {
+
+class TTextEdits {
+ public:
+  // Replaces `length` bytes at `position` (bytes, from 0). Edits come in the order of the text and do not overlap.
+  void Replace(size_t position, size_t length, std::string replacement);
+  bool Empty() const { return FEdits.empty(); }
+
+  // Writes `text`, the one that the edits were made for, with all edits, in `encoding` and behind its mark.
+  void WriteTo(rtl::TStream& stream, std::string_view text, const qrl::TEncoding& encoding) const;
+
+ private:
+  struct TEdit {
+    size_t Position, Length;
+    std::string Replacement;
+  };
+  std::vector<TEdit> FEdits;
+};
+
+}  // namespace mig

@@ -1,0 +1,21 @@
+// The commands of kvamigrate. Each one gives the program's exit status (cli/CommandLine.h); exceptions are the caller's.
+#pragma once
+
+#include <string>
+
+#include "cli/CommandLine.h"
+#include "rtl/Exceptions.h"
+
+namespace cli {
+
+// A mistake in the command line that shows only when the files are looked at.
+class EUsage : public rtl::Exception {
+ public:
+  using Exception::Exception;
+};
+
+int RunReplace(const TCommandLine& line);
+int RunRestore(const TCommandLine& line);
+int RunCatalogue(const TCommandLine& line);
+
+}  // namespace cli

@@ -1,0 +1,54 @@
+// kvamigrate, the migration wizard on the command line.
+#include <cstdio>
+#include <exception>
+
+#include "cli/CommandLine.h"
+#include "cli/Commands.h"
+#include "cli/Interrupt.h"
+#include "win/CodePage.h"
+#include "win/Drives.h"
+
+namespace cli {
+namespace {
+
+void SetEnvironment(const TCommandLine& line) {
+  if (!win::SetACP(line.CodePage)) throw EUsage("Code page " + std::to_string(line.CodePage) + " is not known.");
+  for (const auto& [letter, folder] : line.Drives)
+    if (!win::MapDrive(letter, folder)) throw EUsage(std::string("--drive ") + letter + "=" + folder + ": no such folder.");
+}
+
+int RunCommand(const TCommandLine& line) {
+  SetEnvironment(line);
+  switch (line.Command) {
+    case TCommand::Replace:
+      return RunReplace(line);
+    case TCommand::Restore:
+      return RunRestore(line);
+    case TCommand::Catalogue:
+      return RunCatalogue(line);
+    default:
+      return kExitUsage;
+  }
+}
+
+int Main(int argc, char** argv) {
+  const auto parsed = ParseCommandLine(argc, argv);
+  if (const int* status = std::get_if<int>(&parsed)) return *status;
+  try {
+    return RunCommand(std::get<TCommandLine>(parsed));
+  } catch (const EUsage& error) {
+    std::fprintf(stderr, "kvamigrate: %s\n", error.what());
+    return kExitUsage;
+  } catch (const rtl::EAbort& error) {
+    std::fprintf(stderr, "kvamigrate: %s\n", error.what());
+    return kExitSignal + PendingInterrupt();
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "kvamigrate: %s\n", error.what());
+    return kExitException;
+  }
+}
+
+}  // namespace
+}  // namespace cli
+
+int main(int argc, char** argv) { return cli::Main(argc, argv); }

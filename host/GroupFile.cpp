@@ -1,0 +1,86 @@
+#include "host/GroupFile.h"
+
+#include <unordered_set>
+#include <utility>
+
+#include "host/HostError.h"
+#include "host/MakeGroup.h"
+#include "host/ProjectFile.h"
+#include "host/ProjectText.h"
+#include "host/ProjectXml.h"
+
+namespace host {
+
+namespace {
+
+std::vector<TFileReference> ReadReferences(const std::string& fileName) {
+  mig::TTextFile file = ReadProjectText(fileName);
+  switch (ProjectKindOf(fileName)) {
+    case TProjectKind::Groupproj:
+      return ReadGroupproj(ToXmlText(std::move(file)), fileName);
+    case TProjectKind::Bdsgroup:
+      return ReadBdsgroup(ToXmlText(std::move(file)), fileName);
+    case TProjectKind::Bpg:
+      return ReadBpg(ToUtf8(file.Text, *file.Encoding), fileName);
+    default:
+      throw EHostError(At(fileName, 0, "this is no project group."));
+  }
+}
+
+class TGroupReader {
+ public:
+  TGroupReader(std::string_view fileName, TFolderIndex& index) : FIndex(index) { FGroup.FileName = fileName; }
+
+  TGroupFile Read() {
+    ReadOne(FGroup.FileName);
+    return std::move(FGroup);
+  }
+
+ private:
+  // The depth is that of different groups, each a file that lists the next.
+  void ReadOne(const std::string& fileName) {
+    FOpen.insert(FileKey(fileName));
+    for (const TFileReference& reference : ReadReferences(fileName)) {
+      const std::string name = ResolveName(fileName, reference.Name);
+      const TProjectKind kind = ProjectKindOf(name);
+      if (kind == TProjectKind::None) {
+        FGroup.PassedOver.push_back(
+            At(fileName, reference.Line, Quoted(name) + " is no Delphi project and is passed over."));
+        continue;
+      }
+      CheckIsFile(fileName, reference.Line, name);
+      if (IsGroupKind(kind)) {
+        if (FOpen.contains(FileKey(name))) {
+          throw EHostError(
+              At(fileName, reference.Line, "the group " + Quoted(name) + " leads back to itself."));
+        }
+        if (FRead.insert(FileKey(name)).second) ReadOne(name);
+      } else if (FListed.insert(FileKey(name)).second) {
+        FGroup.Projects.push_back(name);
+      }
+    }
+    FOpen.erase(FileKey(fileName));
+  }
+
+  void CheckIsFile(std::string_view namedIn, int line, const std::string& name) {
+    const TFolderIndex::TKind kind = FIndex.KindOf(name);
+    if (kind == TFolderIndex::TKind::File) return;
+    const bool isFolder = kind == TFolderIndex::TKind::Folder;
+    throw EHostError(
+        At(namedIn, line, "the project " + Quoted(name) + (isFolder ? " is a folder." : " does not exist.")));
+  }
+
+  TFolderIndex& FIndex;
+  TGroupFile FGroup;
+  std::unordered_set<std::string> FOpen;    // keys of the groups on the way to the present one
+  std::unordered_set<std::string> FRead;    // keys of the groups that were met
+  std::unordered_set<std::string> FListed;  // keys of Projects
+};
+
+}  // namespace
+
+TGroupFile ReadGroupFile(std::string_view fileName, TFolderIndex& index) {
+  return TGroupReader(fileName, index).Read();
+}
+
+}  // namespace host

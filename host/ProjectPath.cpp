@@ -1,0 +1,75 @@
+#include "host/ProjectPath.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "rtl/SysUtils.h"
+#include "win/CodePage.h"
+#include "win/Drives.h"
+#include "win/FileApi.h"
+
+namespace host {
+
+namespace {
+
+// `rest`, which follows a drive, with one separator at its beginning and none of "", "." and ".." as
+// components.
+std::string WithoutDots(std::string_view rest) {
+  std::vector<std::string_view> parts;
+  while (!rest.empty()) {
+    const size_t end = std::min(rest.find('\\'), rest.size());
+    const std::string_view part = rest.substr(0, end);
+    if (part == "..") {
+      if (!parts.empty()) parts.pop_back();
+    } else if (!part.empty() && part != ".") {
+      parts.push_back(part);
+    }
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+  }
+  std::string result;
+  for (const std::string_view part : parts) result.append("\\").append(part);
+  return result.empty() ? "\\" : result;
+}
+
+}  // namespace
+
+std::string ResolveName(std::string_view baseFile, std::string_view name) {
+  // A path of a host that has no drive letters.
+  if (name.starts_with('/') && !name.starts_with("//")) {
+    if (std::string path = win::ToWindowsPath(name); !path.empty()) return path;
+  }
+  std::string path(name);
+  std::replace(path.begin(), path.end(), '/', '\\');
+  if (rtl::ExtractFileDrive(path).empty()) {
+    path.insert(0, path.starts_with('\\') ? rtl::ExtractFileDrive(baseFile) : rtl::ExtractFilePath(baseFile));
+  }
+  std::string drive = rtl::ExtractFileDrive(path);
+  return drive + WithoutDots(std::string_view(path).substr(drive.size()));
+}
+
+std::string FileKey(std::string_view fileName) {
+  return win::UpperFileName(fileName);
+}
+
+TFolderIndex::TKind TFolderIndex::KindOf(std::string_view fileName) {
+  const TEntries& entries = EntriesOf(rtl::ExtractFilePath(fileName));
+  const auto found = entries.find(win::UpperFileName(rtl::ExtractFileName(fileName)));
+  return found == entries.end() ? TKind::Missing : found->second;
+}
+
+const TFolderIndex::TEntries& TFolderIndex::EntriesOf(const std::string& folder) {
+  const auto [place, isNew] = FFolders.try_emplace(folder);
+  TEntries& entries = place->second;
+  if (!isNew) return entries;
+  win::TFindData data;
+  auto walk = win::FindFirstFileA(folder + "*.*", data);
+  for (bool more = walk != nullptr; more; more = win::FindNextFileA(*walk, data)) {
+    const bool isFolder = (data.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY) != 0;
+    TKind& kind = entries.try_emplace(win::UpperFileName(data.FileName), TKind::Missing).first->second;
+    if (kind != TKind::File) kind = isFolder ? TKind::Folder : TKind::File;
+  }
+  win::FindClose(std::move(walk));
+  return entries;
+}
+
+}  // namespace host

@@ -1,0 +1,55 @@
+# Sourced by the project's commands: installs Debian packages, quietly, and only those that are missing.
+
+# install_packages PACKAGE...
+install_packages() {
+  local missing=() package
+  for package in "$@"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  echo "Installing: ${missing[*]}" >&2
+  local as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || { echo "These packages are missing, and neither root nor sudo is there to install them." >&2; return 1; }
+    as_root=(sudo)
+  fi
+  local log
+  log=$(mktemp)
+  if ! { "${as_root[@]}" apt-get update -qq &&
+         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"; } \
+       >"$log" 2>&1 </dev/null; then
+    cat "$log" >&2
+    rm -f "$log"
+    return 1
+  fi
+  rm -f "$log"
+}
+
+# build_quietly DIR TARGET...: what it prints is shown only when it fails.
+build_quietly() {
+  local dir=$1 log
+  shift
+  log=$(mktemp)
+  if ! cmake --build "$dir" --target "$@" >"$log" 2>&1 </dev/null; then
+    cat "$log" >&2
+    rm -f "$log"
+    return 1
+  fi
+  rm -f "$log"
+}
+
+# configure_quietly PRESET
+configure_quietly() {
+  local log
+  log=$(mktemp)
+  if ! cmake --preset "$1" -G Ninja >"$log" 2>&1 </dev/null; then
+    cat "$log" >&2
+    rm -f "$log"
+    return 1
+  fi
+  rm -f "$log"
+}
+
+PACKAGES_PROGRAM=(cmake g++ ninja-build libcli11-dev libicu-dev libpugixml-dev)
+PACKAGES_DESKTOP=(qt6-base-dev libgl-dev)
+PACKAGES_TESTS=(libgtest-dev libbenchmark-dev fp-compiler fp-units-rtl binutils python3)

@@ -1,0 +1,83 @@
+#include "target/KVAReplacer.h"
+
+#include "rtl/ClassRegistry.h"
+#include "rtl/SysUtils.h"
+#include "target/KVAFormParser.h"
+
+namespace target {
+namespace {
+
+constexpr char kSourceName[] = "BDE/IBX";
+constexpr char kOldUnit[] = "DBTables";  // in both modes
+constexpr char kNewUnitsBDE[] = ", Quorel, KVA, Velmar, KVAError";
+constexpr char kNewUnitsIBX[] = ", Quorel, KVA, KVAScript, Velmar, KVAError";
+
+struct TClassRow {
+  const char* OldClass;
+  const char* NewClass;
+  bool Registers;  // enters the new class into the registry, so that the property filter works for it
+};
+
+constexpr TClassRow kClassesBDE[] = {
+    {"TDatabase", "TKVAConnection", true},
+    {"TQuery", "TKVAQuery", false},
+    {"TwwQuery", "TKVAQuery", true},
+    {"TTable", "TKVATable", false},
+    {"TwwTable", "TKVATable", true},
+    {"TStoredProc", "TKVAStoredProc", false},
+    {"TwwStoredProc", "TKVAStoredProc", true},
+    {"TUpdateSQL", "TKVAUpdateSQL", true},
+    {"EDBEngineError", "EKVAError", false},
+    {"TBatchMove", "THXBatchMove", false},
+};
+
+constexpr TClassRow kClassesIBX[] = {
+    {"TIBDatabase", "TKVAConnection", true},
+    {"TIBTransaction", "TKVATransaction", true},
+    {"TIBQuery", "TKVAQuery", true},
+    {"TIBSQL", "TKVASQL", true},
+    {"TIBScript", "TKVAScript", true},
+    {"TIBDataset", "TKVAQuery", true},
+    {"TIBTable", "TKVATable", true},
+    {"TIBStoredProc", "TKVAStoredProc", true},
+    {"TIBUpdateSQL", "TKVAUpdateSQL", true},
+    {"EDBEngineError", "EKVAError", false},
+};
+
+template <size_t N>
+void FillMap(TKVAComponentReplacer& replacer, const TClassRow (&rows)[N], const TCatalogue& catalogue) {
+  for (const TClassRow& row : rows) {
+    replacer.AddClass(row.OldClass, row.NewClass);
+    if (row.Registers) rtl::RegisterClass(catalogue.ClassInfo(row.NewClass));
+  }
+}
+
+std::unique_ptr<TKVAComponentReplacer> MakeReplacer(const char* newUnits, mig::TReplaceOptions& options) {
+  const auto parserClass = [](mig::TParseStateClass stateClass) {
+    return std::make_unique<TKVAFormParser>(std::move(stateClass));
+  };
+  return std::make_unique<TKVAComponentReplacer>(parserClass, kOldUnit, newUnits, options);
+}
+
+}  // namespace
+
+std::string TKVAComponentReplacer::GetReplacement(std::string_view oldClass, std::string_view newClass) {
+  if (newClass == "TKVAConnection" && oldClass == "TDatabase")
+    return std::string(newClass) + ";\r\n    Transaction: TKVATransaction";
+  return TComponentReplacer::GetReplacement(oldClass, newClass);
+}
+
+TKVAMigration::TKVAMigration(const TCatalogue& catalogue)
+    : FOptions(kSourceName),
+      FReplacerBDE(MakeReplacer(kNewUnitsBDE, FOptions)),
+      FReplacerIBX(MakeReplacer(kNewUnitsIBX, FOptions)) {
+  FillMap(*FReplacerBDE, kClassesBDE, catalogue);
+  FillMap(*FReplacerIBX, kClassesIBX, catalogue);
+}
+
+TKVAMigration::~TKVAMigration() {
+  FReplacerBDE.reset();
+  FReplacerIBX.reset();
+}
+
+}  // namespace target

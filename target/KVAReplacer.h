@@ -1,0 +1,42 @@
+// What becomes what in this migration, at the level of whole names: the class maps of both modes, the units that go
+// into uses clauses, and the one place where a unit gets more than a name.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "MigWizard/ReplaceOptions.h"
+#include "MigWizard/Replacer.h"
+#include "target/Catalogue.h"
+
+namespace target {
+
+class TKVAComponentReplacer : public mig::TComponentReplacer {
+ public:
+  using TComponentReplacer::TComponentReplacer;
+
+ protected:
+  // A declaration of a `TDatabase`, spelled so, becomes two: of the connection, and of its transaction.
+  std::string GetReplacement(std::string_view oldClass, std::string_view newClass) override;
+};
+
+// The objects that live as long as the program: the options, and a replacer for each mode that shares them. Making it
+// fills the class maps, and enters the target classes with what `catalogue` says that they publish into the registry
+// (rtl/ClassRegistry.h). Raises rtl::Exception if the catalogue lacks one of them.
+class TKVAMigration {
+ public:
+  explicit TKVAMigration(const TCatalogue& catalogue);
+  ~TKVAMigration();
+
+  mig::TReplaceOptions& Options() { return FOptions; }
+  TKVAComponentReplacer& BDE() { return *FReplacerBDE; }
+  TKVAComponentReplacer& IBX() { return *FReplacerIBX; }
+
+ private:
+  mig::TReplaceOptions FOptions;
+  std::unique_ptr<TKVAComponentReplacer> FReplacerBDE;
+  std::unique_ptr<TKVAComponentReplacer> FReplacerIBX;
+};
+
+}  // namespace target

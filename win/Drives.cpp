@@ -1,0 +1,175 @@
+#include "win/Drives.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <limits.h>
+#include <optional>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+#include "win/CodePage.h"
+
+namespace win {
+namespace {
+
+// The folder of each letter, full and without a separator at its end: the root folder is the empty string.
+using TDrives = std::array<std::optional<std::string>, 26>;
+
+TDrives& Drives() {
+  static TDrives drives = [] {
+    TDrives initial;
+    initial['Z' - 'A'] = "";
+    return initial;
+  }();
+  return drives;
+}
+
+// The index of a drive letter, or -1.
+int DriveIndex(char letter) {
+  if (letter >= 'a' && letter <= 'z') return letter - 'a';
+  return letter >= 'A' && letter <= 'Z' ? letter - 'A' : -1;
+}
+
+bool HasDrive(std::string_view path) {
+  return path.size() >= 2 && path[1] == ':' && DriveIndex(path[0]) >= 0;
+}
+
+// "C:\\" for 2.
+std::string DriveRoot(int index) {
+  return {static_cast<char>('A' + index), ':', '\\'};
+}
+
+bool IsSeparator(char c) {
+  return c == '\\' || c == '/';
+}
+
+// Appends the components of `path` to `components`: without empty ones and ".", and with ".." taking one
+// away. Where there is none to take, `keepParents` decides whether ".." stays or is dropped, as above a root.
+void AppendComponents(std::vector<std::string_view>& components, std::string_view path, bool backslashes,
+                      bool keepParents) {
+  for (size_t start = 0; start < path.size();) {
+    size_t end = start;
+    while (end < path.size() && path[end] != '/' && !(backslashes && path[end] == '\\')) ++end;
+    const std::string_view component = path.substr(start, end - start);
+    start = end + 1;
+    if (component.empty() || component == ".") continue;
+    if (component != "..") {
+      components.push_back(component);
+    } else if (!components.empty() && components.back() != "..") {
+      components.pop_back();
+    } else if (keepParents) {
+      components.push_back(component);
+    }
+  }
+}
+
+// `root`, then the components with `separator` between them.
+std::string Join(std::string_view root, const std::vector<std::string_view>& components, char separator) {
+  std::string result(root);
+  for (const std::string_view component : components) {
+    if (result.size() > root.size()) result += separator;
+    result += component;
+  }
+  return result;
+}
+
+std::string CurrentFolder() {
+  std::vector<char> buffer(PATH_MAX);
+  while (!getcwd(buffer.data(), buffer.size())) {
+    if (errno != ERANGE) return {};
+    buffer.resize(buffer.size() * 2);
+  }
+  return buffer.data();
+}
+
+// The full host path in its shortest spelling, without a separator at its end: the root folder is empty.
+std::string FullHostPath(std::string_view hostPath, bool backslashes) {
+  const bool full = !hostPath.empty() && (hostPath[0] == '/' || (backslashes && hostPath[0] == '\\'));
+  const std::string folder = full ? std::string() : CurrentFolder();
+  std::vector<std::string_view> components;
+  AppendComponents(components, folder, false, false);
+  AppendComponents(components, hostPath, backslashes, false);
+  return components.empty() ? std::string() : Join("/", components, '/');
+}
+
+// The Windows path of a full host path, on the drive whose folder reaches deepest.
+std::string OnDeepestDrive(std::string_view full) {
+  int best = -1;
+  for (int i = 0; i < 26; ++i) {
+    const auto& folder = Drives()[static_cast<size_t>(i)];
+    if (!folder || full.substr(0, folder->size()) != *folder) continue;
+    if (full.size() > folder->size() && full[folder->size()] != '/') continue;
+    if (best < 0 || folder->size() > Drives()[static_cast<size_t>(best)]->size()) best = i;
+  }
+  if (best < 0) return {};
+  std::string rest(full.substr(Drives()[static_cast<size_t>(best)]->size()));
+  if (rest.find('\\') != std::string::npos || !IsValidUtf8(rest)) return {};
+  std::replace(rest.begin(), rest.end(), '/', '\\');
+  return DriveRoot(best).append(rest, rest.empty() ? 0 : 1);
+}
+
+}  // namespace
+
+bool MapDrive(char letter, std::string_view hostFolder) {
+  const int index = DriveIndex(letter);
+  struct stat info {};
+  if (index < 0 || hostFolder.empty() || stat(std::string(hostFolder).c_str(), &info) != 0 ||
+      !S_ISDIR(info.st_mode)) {
+    return false;
+  }
+  Drives()[static_cast<size_t>(index)] = FullHostPath(hostFolder, false);
+  return true;
+}
+
+void ResetDrives() {
+  Drives() = {};
+  Drives()['Z' - 'A'] = "";
+}
+
+std::string ToHostName(std::string_view path) {
+  if (path.empty() || path.substr(0, 2) == "\\\\") return {};
+  std::vector<std::string_view> components;
+  if (HasDrive(path)) {
+    const auto& folder = Drives()[static_cast<size_t>(DriveIndex(path[0]))];
+    if (!folder) return {};
+    AppendComponents(components, path.substr(2), true, false);
+    if (components.empty() && !folder->empty()) return *folder;
+    return Join(*folder + '/', components, '/');
+  }
+  const bool rooted = IsSeparator(path[0]);
+  AppendComponents(components, path, true, !rooted);
+  if (components.empty() && !rooted) return ".";
+  return Join(rooted ? "/" : "", components, '/');
+}
+
+std::string RespelledPath(std::string_view path, std::string_view hostName) {
+  std::string result;
+  if (HasDrive(path)) {
+    result = DriveRoot(DriveIndex(path[0]));
+    hostName.remove_prefix(
+        std::min(hostName.size(), Drives()[static_cast<size_t>(DriveIndex(path[0]))]->size() + 1));
+  }
+  result += hostName;
+  std::replace(result.begin(), result.end(), '/', '\\');
+  return result;
+}
+
+std::string ToWindowsPath(std::string_view typed) {
+  if (typed.empty()) return {};
+  if (HasDrive(typed)) {
+    if (!Drives()[static_cast<size_t>(DriveIndex(typed[0]))] || !IsValidUtf8(typed)) return {};
+    std::vector<std::string_view> components;
+    AppendComponents(components, typed.substr(2), true, false);
+    return Join(DriveRoot(DriveIndex(typed[0])), components, '\\');
+  }
+  if (typed.substr(0, 2) == "\\\\") return {};
+  // A file of the host that has a backslash in its very name cannot be meant by any Windows path.
+  struct stat info {};
+  if (typed.find('\\') != std::string_view::npos && lstat(std::string(typed).c_str(), &info) == 0) return {};
+  return OnDeepestDrive(FullHostPath(typed, true));
+}
+
+}  // namespace win
