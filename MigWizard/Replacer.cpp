@@ -86,7 +86,9 @@ bool TComponentReplacer::RunFiles() {
   const TFinally clearUnits([this] { FUnits.Clear(); });
   if (FOptions.MakeBackup) {
     FLog.WriteLine(SCreateBackupFolder);
-    if (!ForceFolders(FOptions.BackupDir)) throw rtl::EFCreateError(SCannotCreateDir);
+    // A file of that name satisfies ForceFolders, and could hold no backup.
+    if (!ForceFolders(FOptions.BackupDir) || !rtl::DirectoryExists(FOptions.BackupDir))
+      throw rtl::EFCreateError(SCannotCreateDir);
   }
   FLog.WriteLine(SAllocTempFolder);
   const std::string tempDir = CreateTempFolder(kTempPrefix, 1);
@@ -158,8 +160,8 @@ void TComponentReplacer::RefuseCaseTwin(const std::string& fileName) {
     const std::string name = onDisk.substr(0, end);
     const auto [place, isNew] = FNamesOnDisk.try_emplace(win::UpperFileName(name), name);
     if (isNew || place->second == name) continue;
-    throw EFileConversion(fileName, rtl::Format("\"%s\" and \"%s\" differ in case alone and cannot be converted in one run.",
-                                                {place->second, name}));
+    throw rtl::Exception(rtl::Format("\"%s\" and \"%s\" differ in case alone and cannot be converted in one run.",
+                                     {place->second, name}));
   }
 }
 

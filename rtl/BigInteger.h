@@ -21,8 +21,8 @@ class TBigInteger {
   // Negative, 0 or positive.
   int Compare(const TBigInteger& other) const;
 
-  // Divides by `divisor` and keeps the remainder; the quotient is the result. The quotient must be below 2^32, and the
-  // highest word of `divisor` must have its highest bit set (AlignForDivision).
+  // Divides by `divisor` and keeps the remainder; the quotient is the result. The quotient must be below
+  // 2^32, and the highest word of `divisor` must have its highest bit set (AlignForDivision).
   uint32_t DivideBy(const TBigInteger& divisor);
   // Multiplies both by the power of two that gives `divisor` the form that DivideBy asks for.
   static void AlignForDivision(TBigInteger& dividend, TBigInteger& divisor);

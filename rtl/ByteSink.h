@@ -1,14 +1,14 @@
 // Where a converter puts its bytes, piece by piece: a string, or a stream in large writes.
 //
-// A sink collects in a buffer of its own that stays in the processor's cache; what it stands for sees only whole
-// buffers. Small things are composed in place:
+// A sink collects in a buffer of its own that stays in the processor's cache; what it stands for sees only
+// whole buffers. Small things are composed in place:
 //
 //   char* end = sink.Room();          // at least TByteSink::kRoom bytes
 //   *end++ = 'x';
 //   sink.Take(end);
 //
-// Nothing has arrived for certain before Flush. A sink that is destroyed without it drops what it still holds, which
-// is what a conversion that failed wants.
+// Nothing has arrived for certain before Flush. A sink that is destroyed without it drops what it still
+// holds, which is what a conversion that failed wants.
 #pragma once
 
 #include <cstddef>

@@ -23,7 +23,10 @@ class EInvalidCast : public Exception {
 class EConvertError : public Exception {
   using Exception::Exception;
 };
-// Form text that cannot be read.
+// Binary form data, and form text, that cannot be read.
+class EFilerError : public Exception {
+  using Exception::Exception;
+};
 class EParserError : public Exception {
   using Exception::Exception;
 };

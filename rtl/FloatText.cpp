@@ -14,7 +14,8 @@ namespace rtl {
 
 namespace {
 
-// Significant decimal digits, without leading zeros, and the place of the point: 0.DIGITS * 10^Point. No digits: zero.
+// Significant decimal digits, without leading zeros, and the place of the point: 0.DIGITS * 10^Point. No
+// digits: zero.
 struct TDecimal {
   std::string Digits;
   int64_t Point = 0;
@@ -32,9 +33,10 @@ TEncoding EncodingOf(const TFloatFormat& format) {
   return {10, 15, 64};
 }
 
-// Rounds (high + fraction) * 2^exponent, where 0 <= fraction < 1 and `sticky` says that it is not 0, to the nearest
-// number of `format`. `high` has its highest bit set.
-bool Round(uint64_t high, uint32_t next, bool sticky, int exponent, const TFloatFormat& format, TFloat& value) {
+// Rounds (high + fraction) * 2^exponent, where 0 <= fraction < 1 and `sticky` says that it is not 0, to the
+// nearest number of `format`. `high` has its highest bit set.
+bool Round(uint64_t high, uint32_t next, bool sticky, int exponent, const TFloatFormat& format,
+           TFloat& value) {
   // 96 bits are at hand: `high` and `next` behind it. How many of `high` are kept?
   const int drop = std::max(64 - format.Precision, format.MinExponent - exponent);
   uint64_t mantissa = 0;
@@ -120,7 +122,8 @@ TDecimal ToDecimal(const TFloat& value, bool& exact) {
   exact = true;
   if (value.Mantissa == 0) return decimal;
   const int bits = 64 - std::countl_zero(value.Mantissa) + value.Exponent;
-  int point = static_cast<int>((static_cast<int64_t>(bits - 1) * 78913) >> 18) + 1;  // log10(2) in 18 bits: a guess
+  int point =
+      static_cast<int>((static_cast<int64_t>(bits - 1) * 78913) >> 18) + 1;  // log10(2) in 18 bits: a guess
   TBigInteger dividend(value.Mantissa);
   TBigInteger divisor(1);
   (value.Exponent >= 0 ? dividend : divisor).ShiftLeft(static_cast<size_t>(std::abs(value.Exponent)));

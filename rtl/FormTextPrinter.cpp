@@ -14,7 +14,8 @@ namespace {
 constexpr size_t kLineLength = 64;    // characters of a string on a line, as they are in the string
 constexpr size_t kBytesPerLine = 32;  // of binary data
 
-// Whether a character stands as itself between quotes; the quote is a case of its own. Narrow bytes from 128 up do.
+// Whether a character stands as itself between quotes; the quote is a case of its own. Narrow bytes from 128
+// up do.
 constexpr bool IsPlain(char byte) {
   const uint8_t code = static_cast<uint8_t>(byte);
   return code >= 32 && code != 127;
@@ -38,7 +39,8 @@ constexpr auto kHexPairs = [] {
 }();
 
 bool IsAllPlain(std::string_view bytes) {
-  return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return kPlainBytes[static_cast<uint8_t>(byte)]; });
+  return std::all_of(bytes.begin(), bytes.end(),
+                     [](char byte) { return kPlainBytes[static_cast<uint8_t>(byte)]; });
 }
 
 unsigned Code(char byte) {

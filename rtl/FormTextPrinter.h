@@ -1,8 +1,9 @@
-// Form text as the IDE writes it, value by value, into a sink: indentation, numbers, strings, hexadecimal data.
+// Form text as the IDE writes it, value by value, into a sink: indentation, numbers, strings, hexadecimal
+// data.
 //
-// There are two spellings of strings. In memory, where the text is only a way station, a string is one piece whatever
-// its length, and a quote in it is doubled. For people, a string of more than 64 characters begins on a line of its own
-// and is broken after every 64th with " +", and a quote is #39.
+// There are two spellings of strings. In memory, where the text is only a way station, a string is one piece
+// whatever its length, and a quote in it is doubled. For people, a string of more than 64 characters begins
+// on a line of its own and is broken after every 64th with " +", and a quote is #39.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +22,8 @@ class TFormTextPrinter {
   void Text(std::string_view text) { FSink.Append(text); }
   // CR LF.
   void EndLine() { FSink.Append("\r\n"); }
-  // Two blanks a level, and no more than kDeepest levels of them: text stays in proportion to the data however deep it nests.
+  // Two blanks a level, and no more than kDeepest levels of them: text stays in proportion to the data
+  // however deep it nests.
   void Indent(size_t level);
   static constexpr size_t kDeepest = 128;
 

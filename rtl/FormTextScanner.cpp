@@ -107,11 +107,12 @@ bool TFormTextScanner::AcceptKeyword(std::string_view keyword) {
   if (static_cast<size_t>(FEnd - begin) < keyword.size()) return false;
   if ((*begin | 0x20) != keyword[0] || !SameText({begin, keyword.size()}, keyword)) return false;
   FNext += keyword.size();
-  const bool wholeWord = FNext == FEnd || !IsNamePart(*FNext);
+  const char* end = FNext;
+  const bool wholeWord = end == FEnd || !IsNamePart(*end);
   const char next = wholeWord ? Peek() : '=';
-  if (next != '=' && next != '.') return true;
-  FNext = begin;
-  return false;
+  const bool property = next == '=' || next == '.';
+  FNext = property ? begin : end;
+  return !property;
 }
 
 void TFormTextScanner::ScanDigits() {
@@ -160,10 +161,17 @@ TFormNumber TFormTextScanner::Number() {
   const TFormNumber number{kind, 0, text()};
   if (finished()) return number;
   switch (*FNext++ | 0x20) {
-    case 's': kind = TNumberKind::Single; break;
-    case 'd': kind = TNumberKind::Date; break;
-    case 'c': kind = TNumberKind::Currency; break;
-    default: Fail("malformed number");
+    case 's':
+      kind = TNumberKind::Single;
+      break;
+    case 'd':
+      kind = TNumberKind::Date;
+      break;
+    case 'c':
+      kind = TNumberKind::Currency;
+      break;
+    default:
+      Fail("malformed number");
   }
   if (!finished()) Fail("malformed number");
   return {kind, 0, number.Text};
@@ -254,7 +262,8 @@ void TFormTextScanner::WideString() {
 // Appends what was quoted since the last code to FUnits.
 void TFormTextScanner::AppendRaw() {
   const bool narrow = !FUtf8 && !IsAscii(FBytes);
-  if (Utf8ToUtf16(narrow ? win::SourceToUtf8(FBytes) : FBytes, TSurrogates::Allow, FUnits) != std::string::npos)
+  if (Utf8ToUtf16(narrow ? win::SourceToUtf8(FBytes) : FBytes, TSurrogates::Allow, FUnits) !=
+      std::string::npos)
     Fail("malformed UTF-8 in a string");
   FBytes.clear();
 }

@@ -1,5 +1,6 @@
-// Reads form text token by token, as the IDE's reader understands it: names, numbers, strings with their codes and
-// concatenations, hexadecimal data. Everything from code 1 to 32 between tokens is white space, line ends included.
+// Reads form text token by token, as the IDE's reader understands it: names, numbers, strings with their
+// codes and concatenations, hexadecimal data. Everything from code 1 to 32 between tokens is white space,
+// line ends included.
 #pragma once
 
 #include <cstddef>
@@ -24,14 +25,14 @@ struct TFormNumber {
 // A string is wide if it holds a code above 127, or, in UTF-8 text, anything that is not ASCII.
 struct TFormString {
   bool Wide;
-  std::string_view Bytes;       // of a narrow one, in the code page of the source
-  std::u16string_view Units;    // of a wide one
+  std::string_view Bytes;     // of a narrow one, in the code page of the source
+  std::u16string_view Units;  // of a wide one
 };
 
 class TFormTextScanner {
  public:
-  // `text` and `path` must live as long. `utf8` says how bytes from 128 up in strings are meant: as UTF-8, or in the
-  // source code page. A mark EF BB BF in front means the former.
+  // `text` and `path` must live as long. `utf8` says how bytes from 128 up in strings are meant: as UTF-8, or
+  // in the source code page. A mark EF BB BF in front means the former.
   TFormTextScanner(std::string_view text, bool utf8, const TFormPath& path);
 
   // Raises EParserError "Form text, line N: REASON (object PATH, property PATH)." for the present position.
@@ -53,9 +54,11 @@ class TFormTextScanner {
   // Takes it, or fails with what was expected.
   void Expect(char character);
 
-  // The name that comes next, with further ones behind dots if they follow at once. Fails, naming `what`, if there is none.
+  // The name that comes next, with further ones behind dots if they follow at once. Fails, naming `what`, if
+  // there is none.
   std::string_view Name(std::string_view what);
-  // The same for the name of a property, where white space may stand around the dots. Valid until the next call.
+  // The same for the name of a property, where white space may stand around the dots. Valid until the next
+  // call.
   std::string_view PropertyName();
   // Whether an object's `end`, or the keyword of one, comes next and not a property of that name. Takes it.
   [[nodiscard]] bool AcceptKeyword(std::string_view keyword);
@@ -85,7 +88,7 @@ class TFormTextScanner {
   bool FUtf8;
   const TFormPath& FPath;
   std::string FJoinedName;
-  std::string FBytes;     // of the string being read: all that is narrow, or the quoted bytes not yet made wide
+  std::string FBytes;  // of the string being read: all that is narrow, or the quoted bytes not yet made wide
   std::u16string FUnits;
 };
 

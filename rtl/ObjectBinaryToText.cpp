@@ -17,16 +17,19 @@ static_assert(std::endian::native == std::endian::little, "numbers are copied as
 
 // Which names a place of the data takes.
 enum class TNameKind {
-  Plain,    // a name, or several with dots between them
-  Optional, // or nothing
-  Element,  // of a set: a name or a whole number
+  Plain,     // a name, or several with dots between them
+  Optional,  // or nothing
+  Element,   // of a set: a name or a whole number
 };
 
 // One conversion: a cursor on the data, and the path of what is open in place of a call stack.
 class TBinaryForm {
  public:
   TBinaryForm(std::string_view data, TByteSink& sink, const TBinaryTextOptions& options)
-      : FBegin(data.data()), FNext(data.data()), FEnd(data.data() + data.size()), FOptions(options),
+      : FBegin(data.data()),
+        FNext(data.data()),
+        FEnd(data.data() + data.size()),
+        FOptions(options),
         FOut(sink, options.ForPeople) {}
 
   TBinaryInfo Convert();
@@ -79,13 +82,13 @@ void TBinaryForm::Fail(const char* at, std::string_view reason) const {
   message.append(": ").append(reason);
   const std::string path = FPath.Describe();
   if (!path.empty()) message.append(" (").append(path).append(")");
-  throw EReadError(message + ".");
+  throw EFilerError(message + ".");
 }
 
 std::string_view TBinaryForm::Take(uint64_t count, std::string_view what) {
   if (count > Left())
-    Fail(FNext, std::string(what) + " of " + std::to_string(count) + " bytes, but only " + std::to_string(Left()) +
-                    " are left");
+    Fail(FNext, std::string(what) + " of " + std::to_string(count) + " bytes, but only " +
+                    std::to_string(Left()) + " are left");
   return {std::exchange(FNext, FNext + count), static_cast<size_t>(count)};
 }
 
@@ -144,7 +147,8 @@ bool TBinaryForm::EndOfList(std::string_view what) {
 }
 
 void TBinaryForm::Open(TFormNode node, std::string_view name) {
-  if (FPath.Depth() == kMaxNesting) Fail(FNext, "nesting of more than " + std::to_string(kMaxNesting) + " levels");
+  if (FPath.Depth() == kMaxNesting)
+    Fail(FNext, "nesting of more than " + std::to_string(kMaxNesting) + " levels");
   FPath.Push(node, name);
 }
 
@@ -157,7 +161,8 @@ void TBinaryForm::Close() {
 }
 
 TBinaryInfo TBinaryForm::Convert() {
-  if (Left() < kObjectSignature.size() || std::memcmp(FNext, kObjectSignature.data(), kObjectSignature.size()) != 0)
+  if (Left() < kObjectSignature.size() ||
+      std::memcmp(FNext, kObjectSignature.data(), kObjectSignature.size()) != 0)
     Fail(FNext, "the signature TPF0 is missing");
   FNext += kObjectSignature.size();
   ObjectHeader();
@@ -165,10 +170,18 @@ TBinaryInfo TBinaryForm::Convert() {
     TFormFrame& frame = FPath.Top();
     switch (frame.Node) {
       case TFormNode::Properties:
-      case TFormNode::Item: Properties(frame); break;
-      case TFormNode::Children: Children(); break;
-      case TFormNode::Collection: Collection(frame); break;
-      case TFormNode::List: List(); break;
+      case TFormNode::Item:
+        Properties(frame);
+        break;
+      case TFormNode::Children:
+        Children();
+        break;
+      case TFormNode::Collection:
+        Collection(frame);
+        break;
+      case TFormNode::List:
+        List();
+        break;
     }
   }
   FInfo.Size = static_cast<size_t>(FNext - FBegin);
@@ -212,9 +225,15 @@ void TBinaryForm::ObjectHeader() {
 void TBinaryForm::Position() {
   FOut.Text(" [");
   switch (Number<uint8_t>("a position")) {
-    case vaInt8: FOut.Integer(Number<int8_t>("a position")); break;
-    case vaInt16: FOut.Integer(Number<int16_t>("a position")); break;
-    default: FOut.Integer(Number<int32_t>("a position")); break;
+    case vaInt8:
+      FOut.Integer(Number<int8_t>("a position"));
+      break;
+    case vaInt16:
+      FOut.Integer(Number<int16_t>("a position"));
+      break;
+    default:
+      FOut.Integer(Number<int32_t>("a position"));
+      break;
   }
   FOut.Text("]");
 }
@@ -262,7 +281,8 @@ void TBinaryForm::Collection(TFormFrame& frame) {
   const uint8_t kind = Peek("a collection item");
   if (kind == vaInt8 || kind == vaInt16 || kind == vaInt32) Position();
   const char* at = FNext;
-  if (Number<uint8_t>("a collection item") != vaList) Fail(at, "a collection item that is no list of properties");
+  if (Number<uint8_t>("a collection item") != vaList)
+    Fail(at, "a collection item that is no list of properties");
   FOut.EndLine();
   Open(TFormNode::Item);
 }
@@ -285,29 +305,55 @@ void TBinaryForm::Value(size_t level) {
   const char* at = FNext;
   const uint8_t kind = Number<uint8_t>("a value");
   switch (kind) {
-    case vaNull: return FOut.Text("Null");
-    case vaList: FOut.Text("("); return Open(TFormNode::List);
-    case vaInt8: return FOut.Integer(Number<int8_t>("an integer"));
-    case vaInt16: return FOut.Integer(Number<int16_t>("an integer"));
-    case vaInt32: return FOut.Integer(Number<int32_t>("an integer"));
-    case vaInt64: return FOut.Integer(Number<int64_t>("an integer"));
-    case vaExtended: return Float(kExtendedFormat, TFloatStyle::Fraction, {});
-    case vaDouble: return Float(kDoubleFormat, TFloatStyle::Marked, {});
-    case vaSingle: return Float(kSingleFormat, TFloatStyle::Short, "s");
-    case vaDate: return Float(kDoubleFormat, TFloatStyle::Short, "d");
-    case vaCurrency: FOut.Integer(Number<int64_t>("a currency value")); return FOut.Text("c");
-    case vaString: return NarrowString(vaString, ShortText("a string"), level);
-    case vaLString: return NarrowString(vaLString, LongText(1, "a string"), level);
-    case vaWString: return WideString(LongText(2, "a wide string"), level);
-    case vaUTF8String: return Utf8String(LongText(1, "a UTF-8 string"), level);
-    case vaIdent: return FOut.Text(Name(TNameKind::Plain, "an identifier"));
-    case vaFalse: return FOut.Text("False");
-    case vaTrue: return FOut.Text("True");
-    case vaNil: return FOut.Text("nil");
-    case vaBinary: return FOut.Binary(LongText(1, "binary data"), level);
-    case vaSet: return Set();
-    case vaCollection: FOut.Text("<"); return Open(TFormNode::Collection);
-    default: Fail(at, "unknown kind of value " + std::to_string(kind));
+    case vaNull:
+      return FOut.Text("Null");
+    case vaList:
+      FOut.Text("(");
+      return Open(TFormNode::List);
+    case vaInt8:
+      return FOut.Integer(Number<int8_t>("an integer"));
+    case vaInt16:
+      return FOut.Integer(Number<int16_t>("an integer"));
+    case vaInt32:
+      return FOut.Integer(Number<int32_t>("an integer"));
+    case vaInt64:
+      return FOut.Integer(Number<int64_t>("an integer"));
+    case vaExtended:
+      return Float(kExtendedFormat, TFloatStyle::Fraction, {});
+    case vaDouble:
+      return Float(kDoubleFormat, TFloatStyle::Marked, {});
+    case vaSingle:
+      return Float(kSingleFormat, TFloatStyle::Short, "s");
+    case vaDate:
+      return Float(kDoubleFormat, TFloatStyle::Short, "d");
+    case vaCurrency:
+      FOut.Integer(Number<int64_t>("a currency value"));
+      return FOut.Text("c");
+    case vaString:
+      return NarrowString(vaString, ShortText("a string"), level);
+    case vaLString:
+      return NarrowString(vaLString, LongText(1, "a string"), level);
+    case vaWString:
+      return WideString(LongText(2, "a wide string"), level);
+    case vaUTF8String:
+      return Utf8String(LongText(1, "a UTF-8 string"), level);
+    case vaIdent:
+      return FOut.Text(Name(TNameKind::Plain, "an identifier"));
+    case vaFalse:
+      return FOut.Text("False");
+    case vaTrue:
+      return FOut.Text("True");
+    case vaNil:
+      return FOut.Text("nil");
+    case vaBinary:
+      return FOut.Binary(LongText(1, "binary data"), level);
+    case vaSet:
+      return Set();
+    case vaCollection:
+      FOut.Text("<");
+      return Open(TFormNode::Collection);
+    default:
+      Fail(at, "unknown kind of value " + std::to_string(kind));
   }
 }
 
@@ -358,7 +404,8 @@ TBinaryInfo ObjectBinaryToText(std::string_view binary, TByteSink& text, const T
   return info;
 }
 
-std::string ObjectBinaryToText(std::string_view binary, const TBinaryTextOptions& options, TBinaryInfo& info) {
+std::string ObjectBinaryToText(std::string_view binary, const TBinaryTextOptions& options,
+                               TBinaryInfo& info) {
   std::string text;
   // Generous, because memory that is not written to is not taken, and growing would hold the text twice.
   text.reserve(binary.size() * 4 + 4096);

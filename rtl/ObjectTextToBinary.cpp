@@ -70,7 +70,8 @@ void TTextForm::ShortText(std::string_view text) {
 
 // `length` is in the kind's own unit.
 void TTextForm::LongText(TValueType kind, size_t length, std::string_view bytes) {
-  if (length > static_cast<size_t>(std::numeric_limits<int32_t>::max())) FScanner.Fail("more than 2 GB in a value");
+  if (length > static_cast<size_t>(std::numeric_limits<int32_t>::max()))
+    FScanner.Fail("more than 2 GB in a value");
   Byte(kind);
   Raw(static_cast<int32_t>(length));
   FSink.Append(bytes);
@@ -108,10 +109,18 @@ TTextInfo TTextForm::Convert() {
     TFormFrame& frame = FPath.Top();
     switch (frame.Node) {
       case TFormNode::Properties:
-      case TFormNode::Item: Properties(frame); break;
-      case TFormNode::Children: Children(frame); break;
-      case TFormNode::Collection: Collection(frame); break;
-      case TFormNode::List: List(); break;
+      case TFormNode::Item:
+        Properties(frame);
+        break;
+      case TFormNode::Children:
+        Children(frame);
+        break;
+      case TFormNode::Collection:
+        Collection(frame);
+        break;
+      case TFormNode::List:
+        List();
+        break;
     }
   }
   FInfo.Size = FScanner.Offset();
@@ -225,8 +234,10 @@ void TTextForm::Value() {
   const char first = FScanner.Peek();
   switch (first) {
     case '\'':
-    case '#': return String();
-    case '[': return Set();
+    case '#':
+      return String();
+    case '[':
+      return Set();
     case '(':
       FScanner.Expect('(');
       Byte(vaList);
@@ -240,8 +251,10 @@ void TTextForm::Value() {
       return FScanner.Binary(FSink);
     case '-':
     case '+':
-    case '$': return Number();
-    default: return first >= '0' && first <= '9' ? Number() : Name();
+    case '$':
+      return Number();
+    default:
+      return first >= '0' && first <= '9' ? Number() : Name();
   }
 }
 
@@ -273,7 +286,8 @@ void TTextForm::Set() {
       const bool number = (first >= '0' && first <= '9') || first == '-';
       if (number) {
         const TFormNumber element = FScanner.Number();
-        if (element.Kind != TNumberKind::Integer) FScanner.Fail("an element of a set that is no name and no integer");
+        if (element.Kind != TNumberKind::Integer)
+          FScanner.Fail("an element of a set that is no name and no integer");
         ShortText(std::to_string(element.Integer));
       } else {
         ShortText(FScanner.Name("an element of a set"));
@@ -290,8 +304,8 @@ void TTextForm::Number() {
   Float(number.Kind, number.Text);
 }
 
-// Ten-thousandths as written, which are whole unless somebody has edited them; half to even. False if 64 bits do not
-// hold them.
+// Ten-thousandths as written, which are whole unless somebody has edited them; half to even. False if 64 bits
+// do not hold them.
 bool ParseCurrency(std::string_view text, int64_t& amount) {
   TFloat value;
   if (!ParseFloat(text, kExtendedFormat, value)) return false;

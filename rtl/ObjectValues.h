@@ -49,7 +49,8 @@ inline constexpr uint8_t ffInherited = 1;
 inline constexpr uint8_t ffChildPos = 2;
 inline constexpr uint8_t ffInline = 4;
 
-// Objects, collections, items and lists may lie in one another this deep. No form comes near it; damaged data does.
+// Objects, collections, items and lists may lie in one another this deep. No form comes near it; damaged data
+// does.
 inline constexpr size_t kMaxNesting = 10'000;
 
 // The characters of names: letters, "_" and all bytes from 128 up; behind the first also digits.
@@ -58,7 +59,8 @@ inline constexpr uint8_t kNamePart = 2;
 inline constexpr auto kNameBytes = [] {
   std::array<uint8_t, 256> table{};
   for (size_t byte = 0; byte < 256; ++byte) {
-    const bool letter = (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') || byte == '_' || byte >= 128;
+    const bool letter =
+        (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') || byte == '_' || byte >= 128;
     const bool digit = byte >= '0' && byte <= '9';
     table[byte] = static_cast<uint8_t>((letter ? kNameStart | kNamePart : 0) | (digit ? kNamePart : 0));
   }

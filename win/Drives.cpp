@@ -1,6 +1,8 @@
 #include "win/Drives.h"
 
+#include <algorithm>
 #include <array>
+#include <cerrno>
 #include <limits.h>
 #include <optional>
 #include <stdlib.h>
@@ -105,9 +107,7 @@ std::string OnDeepestDrive(std::string_view full) {
   if (best < 0) return {};
   std::string rest(full.substr(Drives()[static_cast<size_t>(best)]->size()));
   if (rest.find('\\') != std::string::npos || !IsValidUtf8(rest)) return {};
-  for (char& c : rest) {
-    if (c == '/') c = '\\';
-  }
+  std::replace(rest.begin(), rest.end(), '/', '\\');
   return DriveRoot(best).append(rest, rest.empty() ? 0 : 1);
 }
 
@@ -143,6 +143,18 @@ std::string ToHostName(std::string_view path) {
   AppendComponents(components, path, true, !rooted);
   if (components.empty() && !rooted) return ".";
   return Join(rooted ? "/" : "", components, '/');
+}
+
+std::string RespelledPath(std::string_view path, std::string_view hostName) {
+  std::string result;
+  if (HasDrive(path)) {
+    result = DriveRoot(DriveIndex(path[0]));
+    hostName.remove_prefix(
+        std::min(hostName.size(), Drives()[static_cast<size_t>(DriveIndex(path[0]))]->size() + 1));
+  }
+  result += hostName;
+  std::replace(result.begin(), result.end(), '/', '\\');
+  return result;
 }
 
 std::string ToWindowsPath(std::string_view typed) {

@@ -20,6 +20,10 @@ void ResetDrives();
 // relative to the process's folder. Empty if the drive is not mapped.
 [[nodiscard]] std::string ToHostName(std::string_view path);
 
+// The Windows path for `hostName`, which is what ToHostName gave for `path` with its components spelled
+// otherwise. The drive, or what else the path begins with, stays.
+[[nodiscard]] std::string RespelledPath(std::string_view path, std::string_view hostName);
+
 // The full Windows path for what a user typed: a host path or a Windows path, relative or full, with either
 // separator. "." and ".." are resolved by text. The deepest mapped folder that holds the path gives the
 // drive. Empty if the host path cannot be written as a Windows path (it holds a backslash that is no

@@ -1,8 +1,13 @@
 #include "win/PosixFileSystem.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <limits.h>
 #include <stdlib.h>
+#ifdef __linux__
+#include <sys/vfs.h>
+#endif
 
 #include "win/Drives.h"
 #include "win/Errors.h"
@@ -167,23 +172,34 @@ std::string TPosixFileSystem::GetTempPathA() {
 }
 
 std::string TPosixFileSystem::GetLongPathNameA(std::string_view path) {
-  std::string result;
-  for (size_t start = 0; start < path.size();) {
-    size_t end = start;
-    while (end < path.size() && !IsSeparator(path[end])) ++end;
-    const std::string_view component = path.substr(start, end - start);
-    const bool isName = !component.empty() && component != "." && component != ".." &&
-                        !(start == 0 && component.size() == 2 && component[1] == ':');
-    TPlace folder;
-    if (isName && Locate(result.empty() ? "." : result, TKind::Folder, folder)) {
-      result += FFolders.SpellingOf(folder.Base, folder.Path, component);
-    } else {
-      result += component;
-    }
-    if (end < path.size()) result += path[end];
-    start = end + 1;
-  }
-  return result;
+  TPlace place;
+  struct stat info {};
+  if (!Locate(path, TKind::Folder, place) || place.Base != AT_FDCWD) return std::string(path);
+  const std::string given = place.Path;
+  if (StatAt(place, info) == 0 && FoldsCase(place, info.st_dev)) FFolders.SpellAll(place);
+  return place.Path == given ? std::string(path) : RespelledPath(path, place.Path);
+}
+
+// Whether the host's own look-up on the device ignores case, so that a path which is found need not be
+// spelled as on disk. Asked of each device once.
+bool TPosixFileSystem::FoldsCase(const TPlace& place, dev_t device) {
+  const auto [known, isNew] = FFoldsCase.try_emplace(device, false);
+  if (!isNew) return known->second;
+#ifdef __linux__
+  constexpr unsigned long kFolding[] = {
+      0x4D44 /* FAT */,        0x2011BAB0 /* exFAT */, 0x5346544E /* NTFS */,
+      0x7366746E /* NTFS 3 */, 0x65735546 /* FUSE */,  0xFF534D42 /* CIFS */,
+      0xFE534D42 /* SMB 2 */,  0x517B /* SMB */,       0x482B /* HFS+ */};
+  struct statfs system {};
+  const TUniqueFd fd(openat(place.Base, place.FolderPath().c_str(), kPassThrough));
+  if (!fd.IsOpen() || fstatfs(fd.Get(), &system) != 0) return false;
+  const auto kind = static_cast<unsigned long>(system.f_type) & 0xFFFFFFFF;
+  known->second = std::find(std::begin(kFolding), std::end(kFolding), kind) != std::end(kFolding);
+#else
+  static_cast<void>(place);
+  known->second = true;
+#endif
+  return known->second;
 }
 
 bool TPosixFileSystem::FlushWritten() {

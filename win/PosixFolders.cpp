@@ -15,8 +15,8 @@ constexpr int64_t kMillisecond = 1000000;
 constexpr int64_t kClearlyOlder = 30 * kMillisecond;
 // File systems that keep whole seconds; FAT has every second one.
 constexpr int64_t kClearlyOlderInSeconds = 2500 * kMillisecond;
-// How long own changes keep a listing in use.
-constexpr int64_t kShortest = 20 * kMillisecond;
+// How long own changes keep a listing in use: at least, at most, and in times of what its reading took.
+constexpr int64_t kShortest = 100 * kMillisecond;
 constexpr int64_t kLongest = 5000 * kMillisecond;
 constexpr int64_t kReadingTimes = 30;
 // Names that are held at most, all folders together.
@@ -141,19 +141,31 @@ TFolderCache::TOutcome TFolderCache::Respell(TPlace& place) {
       return found || !listing ? TOutcome::Found : TOutcome::NoEntry;
     }
     spelled += '/';
-    if (listing && !found) return TOutcome::NoFolder;
-    if (!ReadStamp(place.Base, spelled, stamp)) {
-      return errno == ENOTDIR || errno == ENOENT ? TOutcome::NoFolder : TOutcome::Failed;
+    const bool goesOn = (found || !listing) && ReadStamp(place.Base, spelled, stamp);
+    if (!goesOn) {
+      place.Path = spelled.append(wanted, known);
+      const bool missing = (listing && !found) || errno == ENOTDIR || errno == ENOENT;
+      return missing ? TOutcome::NoFolder : TOutcome::Failed;
     }
   }
 }
 
-std::string TFolderCache::SpellingOf(int base, const std::string& folder, std::string_view name) {
-  TFolderStamp stamp;
-  TFolderListing* const listing =
-      ReadStamp(base, OrCurrent(folder), stamp) ? Current(base, OrCurrent(folder), stamp) : nullptr;
-  const std::string* const found = listing ? listing->Find(name) : nullptr;
-  return found ? *found : std::string(name);
+void TFolderCache::SpellAll(TPlace& place) {
+  const std::string given = place.Path;
+  place.Path.resize(given[0] == '/' ? 1 : 0);
+  place.Listing = nullptr;
+  for (size_t start = place.Path.size(); start < given.size();) {
+    const size_t end = std::min(given.find('/', start), given.size());
+    const std::string_view name = std::string_view(given).substr(start, end - start);
+    TFolderStamp stamp;
+    const std::string& folder = OrCurrent(place.Path);
+    const TFolderListing* const listing =
+        ReadStamp(place.Base, folder, stamp) ? Current(place.Base, folder, stamp) : nullptr;
+    const std::string* const found = listing ? listing->Find(name) : nullptr;
+    place.Path += found ? std::string_view(*found) : name;
+    if (end < given.size()) place.Path += '/';
+    start = end + 1;
+  }
 }
 
 void TFolderCache::Forget(const TPlace& place) {
@@ -190,6 +202,7 @@ TFolderListing* TFolderCache::Current(int base, const std::string& folder, const
 }
 
 bool TFolderCache::Read(int base, const std::string& folder, TFolderListing& listing) {
+  ++FReadings;
   const int64_t begin = Now();
   TUniqueFd fd(openat(base, folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   struct stat before {};

@@ -79,7 +79,7 @@ class TFolderCache {
   enum class TOutcome {
     Found,     // `Path` is spelled as on disk
     NoEntry,   // its folder is spelled as on disk, and holds no such name; the name is as given
-    NoFolder,  // some folder on the way is missing
+    NoFolder,  // some folder on the way is missing, and what is above it is spelled as on disk
     Failed     // errno tells
   };
 
@@ -87,12 +87,15 @@ class TFolderCache {
   // NTFS' order that is equal in upper case. To be called where the path as given was not found.
   TOutcome Respell(TPlace& place);
 
-  // The spelling on disk of one name in a folder, or the name itself where there is none or it cannot be
-  // told.
-  std::string SpellingOf(int base, const std::string& folder, std::string_view name);
+  // Spells `place`, which is there, as on disk, where the host itself ignores case. What cannot be told
+  // stays.
+  void SpellAll(TPlace& place);
 
   // Forgets the listing of the folder in which `place` lies: it was found to be wrong.
   void Forget(const TPlace& place);
+
+  // How often a folder was read so far, for measurements.
+  size_t Readings() const { return FReadings; }
 
  private:
   friend class TFolderChange;
@@ -108,6 +111,7 @@ class TFolderCache {
   };
   std::unordered_map<std::pair<dev_t, ino_t>, TFolderListing, TKeyHash> FListings;
   size_t FTotal = 0;  // names in all listings, roughly
+  size_t FReadings = 0;
 };
 
 // A change in the folder of `place` that this process makes: made before the change, committed behind it. If
