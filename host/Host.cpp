@@ -20,7 +20,7 @@ using toolsapi::TIntf;
 namespace {
 
 // The host whose services BorlandIDEServices are; a module's entry point registers its wizard there.
-THost* currentHost = nullptr;
+THost* CurrentHost = nullptr;
 
 struct TTopItem {
   const char* Name;
@@ -35,7 +35,7 @@ constexpr std::array<TTopItem, 3> kTopItems = {{
 }  // namespace
 
 THost::THost() {
-  rtl::Assert(currentHost == nullptr, "There is a host already.");
+  rtl::Assert(CurrentHost == nullptr, "There is a host already.");
   for (const TTopItem& top : kTopItems) {
     rtl::TMenuItem& item = FMainMenu.NewItem();
     item.SetName(top.Name);
@@ -46,7 +46,7 @@ THost::THost() {
   const TIntf<THostServices> services = MakeIntf<THostServices>(*this);
   FServicesObject = services.Get();
   FServices = TIntf<toolsapi::IOTAModuleServices>(services);
-  currentHost = this;
+  CurrentHost = this;
   BorlandIDEServices = FServices;
 }
 
@@ -59,7 +59,7 @@ THost::~THost() {
   FWizards.clear();
   if (BorlandIDEServices == FServices) BorlandIDEServices = nullptr;
   FServicesObject->CutOff();
-  currentHost = nullptr;
+  CurrentHost = nullptr;
 }
 
 // --- Projects ---
@@ -224,7 +224,7 @@ TModule& THost::Module(int index) const {
 // --- Wizards ---
 
 void THost::RegisterWizard(const TIntf<toolsapi::IOTAWizard>& wizard) {
-  currentHost->FWizards.push_back(wizard);
+  CurrentHost->FWizards.push_back(wizard);
 }
 
 void THost::LoadWizardModule(std::string_view fileName) {

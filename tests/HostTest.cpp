@@ -290,7 +290,22 @@ TEST_F(HostTest, ChoicesOfACommandLine) {
             "choice: The project \"C:\\App\\App.dpr\" has no unit \"Gone.pas\".");
 }
 
-TEST_F(HostTest, WizardModulesThatAreNone) {
+TEST_F(HostTest, WizardModules) {
+  const std::string probe = win::ToWindowsPath(KVA_PROBE_MODULE);
+  for (const bool refuses : {false, true}) {
+    setenv("KVA_PROBE", refuses ? "refuse" : "run", 1);
+    const std::string expected = refuses ? probe + ": this wizard refused to be loaded." : "none";
+    EXPECT_EQ(Error([&] { FHost.LoadWizardModule(probe); }), expected);
+    ASSERT_EQ(FHost.Wizards().size(), refuses ? 0u : 1u);
+    if (!refuses) {
+      EXPECT_EQ(FHost.Wizards()[0]->GetName(), "a variable of its own");
+    }
+    FHost.MainMenu().FindItem("Probe")->Click();
+    EXPECT_EQ(FHost.MainMenu().FindItem("Probe")->Caption(), "clicked");
+    FHost.~THost();
+    new (&FHost) THost();
+    EXPECT_STREQ(getenv("KVA_PROBE"), "ended");
+  }
   FTree.Write("text.so", "no module");
   EXPECT_EQ(Error([&] {
               FHost.LoadWizardModule("C:\\text.so");
