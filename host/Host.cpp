@@ -65,16 +65,15 @@ THost::~THost() {
 // --- Projects ---
 
 bool THost::OpenProject(std::string_view fileName, bool newGroup) {
-  TFolderIndex index;
   const bool isGroup = IsGroupKind(ProjectKindOf(fileName));
   TGroupFile group;
   if (isGroup) {
-    group = ReadGroupFile(fileName, index);
+    group = ReadGroupFile(fileName);
   } else {
     group.Projects.emplace_back(fileName);
   }
   std::vector<TProjectFile> projects;
-  for (const std::string& project : group.Projects) projects.push_back(ReadProjectFile(project, index));
+  for (const std::string& project : group.Projects) projects.push_back(ReadProjectFile(project));
   for (const std::string& line : group.PassedOver) win::Diagnose(line);
 
   if (newGroup || isGroup || !FGroup) {

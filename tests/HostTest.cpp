@@ -335,6 +335,10 @@ TEST_F(HostTest, ManyUnits) {
   const TProject& project = OpenProjectForRun(FHost, "C:\\Big\\Big.dpr");
   EXPECT_EQ(project.Units().size(), 5000u);
   EXPECT_EQ(SelectUnits(project, {}).size(), 5000u);
+  for (const TFileReference& unit : project.Units()) FHost.OpenModule(unit.Name);
+  EXPECT_TRUE(TIDEUtils::SaveProject());
+  EXPECT_TRUE(TIDEUtils::CloseProjectGroup());
+  EXPECT_EQ(FHost.ModuleCount(), 0);
 }
 
 }  // namespace
