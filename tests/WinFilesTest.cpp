@@ -193,7 +193,8 @@ TEST_F(WinFilesTest, LinksAndAttributes) {
 }
 
 TEST_F(WinFilesTest, WalksGoInNtfsOrderAndPassOverWhatHasNoWindowsName) {
-  for (const char* const name : {"b", "_", "a", "B1", "Ä", "z", "A", "a\\b.pas", "\xE4.pas"})
+  for (const char* const name :
+       {"b", "_", "a", "B1", "Ä", "z", "A", "a\\b.pas", "\xE4.pas", "a:b.pas", "a\nb"})
     FTree.Write(name, "");
   TNames lines;
   const auto previous = SetDiagnosticsSink([&lines](std::string_view line) { lines.emplace_back(line); });
@@ -203,7 +204,7 @@ TEST_F(WinFilesTest, WalksGoInNtfsOrderAndPassOverWhatHasNoWindowsName) {
   SetDiagnosticsSink(previous);
   std::sort(lines.begin(), lines.end());
   const std::string text = "Passed over, because no Windows path can name it: " + FTree.HostPath();
-  EXPECT_EQ(lines, (TNames{text + "/\\xE4.pas", text + "/a\\b.pas"}));
+  EXPECT_EQ(lines, (TNames{text + "/\\xE4.pas", text + "/a:b.pas", text + "/a\\b.pas", text + "/a\\x0Ab"}));
   EXPECT_EQ(Walk("none"), TNames{"error 3"});
   EXPECT_EQ(Walk("a"), TNames{"error 267"});
 }
@@ -411,6 +412,8 @@ TEST_F(WinFilesTest, Drives) {
                                       {"z:a/b", "Z:\\a\\b"},
                                       {"sub\\Unit1.pas", currentAsWindows + "\\sub\\Unit1.pas"},
                                       {"/tmp/\xE4", ""},
+                                      {"/tmp/a:b", ""},
+                                      {"Z:\\a:b", ""},
                                       {"D:\\x", ""},
                                       {"", ""}};
   for (const auto& [typed, path] : toWindows) EXPECT_EQ(ToWindowsPath(typed), path) << typed;
