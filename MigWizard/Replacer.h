@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "MigWizard/ClassMap.h"
 #include "MigWizard/FileUtils.h"
@@ -87,6 +88,7 @@ class TComponentReplacer {
   void ProcessEntry(std::string fileName, const std::string& tempDir);
   void RefuseSecondFile(const std::string& fileName);
   void RefuseCaseTwin(const std::string& fileName);
+  void NeedFolder(const std::string& folder);
   void BackupFile(const std::string& fileName, const std::string& relPath);
   bool ReplaceOriginals(const std::string& tempDir);
   void WriteUndoFile();
@@ -113,7 +115,8 @@ class TComponentReplacer {
   std::string FNewUnits;
   TReplaceOptions& FOptions;
   std::unordered_map<std::string, std::string> FProcessed;  // of a project run: upper-cased bare name -> full name
-  std::unordered_map<std::string, std::string> FNamesOnDisk;  // of changed files and their folders, by upper case
+  std::unordered_map<std::string, std::string> FNames;  // changed files and their folders, by their upper-cased names
+  std::unordered_set<std::string> FFolders;             // temporary and backup folders that stand
 };
 
 }  // namespace mig

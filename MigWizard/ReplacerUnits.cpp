@@ -61,8 +61,7 @@ void TComponentReplacer::InitProjectUnits() {
 void TComponentReplacer::ScanFolder(const std::string& dir, bool includeSubDirs) {
   win::TFindData entry;
   const auto walk = win::FindFirstFileA(JoinPath(dir, "*.*"), entry);
-  if (!walk) return;
-  do {
+  for (bool found = walk != nullptr; found; found = win::FindNextFileA(*walk, entry)) {
     if (entry.FileName == "." || entry.FileName == "..") continue;
     const bool isFolder = (entry.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY) != 0;
     const bool isLink = (entry.FileAttributes & win::FILE_ATTRIBUTE_REPARSE_POINT) != 0;
@@ -72,7 +71,9 @@ void TComponentReplacer::ScanFolder(const std::string& dir, bool includeSubDirs)
     } else if (IsUnitName(entry.FileName) && !IsExcluded(path)) {
       FUnits.Add(path);
     }
-  } while (win::FindNextFileA(*walk, entry));
+  }
+  if (win::GetLastError() != win::ERROR_NO_MORE_FILES)
+    Warn(rtl::Format("The folder \"%s\" could not be read. %s", {dir, win::SysErrorMessage(win::GetLastError())}));
 }
 
 }  // namespace mig

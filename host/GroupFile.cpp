@@ -14,7 +14,7 @@ namespace host {
 namespace {
 
 std::vector<TFileReference> ReadReferences(const std::string& fileName) {
-  TProjectText file = ReadProjectText(fileName);
+  mig::TTextFile file = ReadProjectText(fileName);
   switch (ProjectKindOf(fileName)) {
     case TProjectKind::Groupproj:
       return ReadGroupproj(ToXmlText(std::move(file)), fileName);
@@ -54,7 +54,7 @@ class TGroupReader {
           throw EHostError(
               At(fileName, reference.Line, "the group " + Quoted(name) + " leads back to itself."));
         }
-        ReadOne(name);
+        if (FRead.insert(FileKey(name)).second) ReadOne(name);
       } else if (FListed.insert(FileKey(name)).second) {
         FGroup.Projects.push_back(name);
       }
@@ -73,6 +73,7 @@ class TGroupReader {
   TFolderIndex& FIndex;
   TGroupFile FGroup;
   std::unordered_set<std::string> FOpen;    // keys of the groups on the way to the present one
+  std::unordered_set<std::string> FRead;    // keys of the groups that were met
   std::unordered_set<std::string> FListed;  // keys of Projects
 };
 

@@ -99,7 +99,7 @@ class TBpgReader {
     const size_t colon = FindRuleColon(line);
     if (equals < colon) {
       const std::string name = rtl::UpperCase(rtl::Trim(line.substr(0, equals)));
-      const std::string value = Expand(line.substr(equals + 1));
+      const std::string value = Expand(rtl::Trim(line.substr(equals + 1)));
       if (name == "PROJECTS") FProjects = {value, number};
       FMacros.insert_or_assign(name, value);
     } else if (colon != line.npos) {

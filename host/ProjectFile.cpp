@@ -76,7 +76,7 @@ class TProjectReader {
   }
 
   void ReadSource(const std::string& sourceName) {
-    const TProjectText source = ReadProjectText(sourceName);
+    const mig::TTextFile source = ReadProjectText(sourceName);
     FProject.MainSource = sourceName;
     for (TSourceUnit& unit : ReadProjectSource(source.Text, *source.Encoding, sourceName)) {
       if (unit.Path.empty()) {

@@ -98,6 +98,7 @@ class TClauseReader {
       FSuspendedDepth = FDepth > FClauseDepth ? FDepth : 0;
     } else if (rtl::SameText(lexem, "in") && !FUnit.UnitName.empty() && !FExpectPath) {
       FExpectPath = true;
+      FUnit.FormName = FUnit.FormClass = {};  // the form stands behind the path
     } else if (IsName(lexem)) {
       TakeName(lexem);
     } else if (lexem != "&") {  // which lets a reserved word be a name
@@ -133,7 +134,8 @@ class TClauseReader {
     const std::string_view body = CommentBody(comment);
     if (body.starts_with('$')) {
       TakeDirective(body.substr(1));
-    } else if (FInClause && !FUnit.UnitName.empty() && FUnit.FormName.empty()) {
+    } else if (FInClause && !FUnit.UnitName.empty() && FUnit.FormName.empty() &&
+               FExpectPath != FUnit.Path.empty()) {
       TakeForm(body);
     }
   }

@@ -1,6 +1,5 @@
 #include "host/ProjectText.h"
 
-#include <array>
 #include <utility>
 
 #include "host/HostError.h"
@@ -10,26 +9,18 @@
 
 namespace host {
 
-TProjectText ReadProjectText(std::string_view fileName) {
+mig::TTextFile ReadProjectText(std::string_view fileName) {
   if (rtl::DirectoryExists(fileName))
     throw EHostError(At(fileName, 0, "this is a folder, not a project file."));
-  std::string bytes = rtl::TFileStream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone).ReadToEnd();
-
-  const std::array<std::pair<std::string_view, const qrl::TEncoding*>, 2> marks = {{
-      {"\xFF\xFE", &qrl::TEncoding::Unicode()},
-      {"\xEF\xBB\xBF", &qrl::TEncoding::UTF8()},
-  }};
-  for (const auto& [mark, encoding] : marks) {
-    if (bytes.starts_with(mark)) return {encoding->GetString(bytes.substr(mark.size())), encoding};
-  }
-  return {std::move(bytes), &qrl::TEncoding::Default()};
+  rtl::TFileStream file(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
+  return mig::ReadTextFile(file);
 }
 
 std::string ToUtf8(std::string_view piece, const qrl::TEncoding& encoding) {
   return encoding == qrl::TEncoding::Default() ? win::SourceToUtf8(piece) : std::string(piece);
 }
 
-std::string ToXmlText(TProjectText file) {
+std::string ToXmlText(mig::TTextFile file) {
   if (*file.Encoding == qrl::TEncoding::Default() && !win::IsValidUtf8(file.Text)) {
     return win::SourceToUtf8(file.Text);
   }

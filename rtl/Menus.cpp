@@ -56,7 +56,12 @@ TMenuItem* FindBelow(const TMenuItem& parent, std::string_view name) {
 }  // namespace
 
 TMenuItem* TMainMenu::FindItem(std::string_view name) {
-  return FindBelow(FItems, name);
+  return name.empty() ? nullptr : FindBelow(FItems, name);
+}
+
+TMenuItem& TMenuItem::operator[](int index) const {
+  Assert(index >= 0 && index < Count(), "Menu index out of range.");
+  return *FItems[static_cast<size_t>(index)];
 }
 
 }  // namespace rtl

@@ -33,7 +33,7 @@ class TMenuItem {
   void Click();
 
   int Count() const { return static_cast<int>(FItems.size()); }
-  TMenuItem& operator[](int index) const { return *FItems[static_cast<size_t>(index)]; }
+  TMenuItem& operator[](int index) const;        // the child at `index`, from 0; EAssertionFailed if there is none
   TMenuItem* Parent() const { return FParent; }  // null while the item stands nowhere
   int IndexOf(const TMenuItem& item) const;      // -1 if it is not a child
   // Puts `item` before the child at `index`, or at the end with Count(). It must be of the same owner and
@@ -58,7 +58,7 @@ class TMainMenu {
   // A new item, owned by this menu to its end, that stands nowhere yet.
   TMenuItem& NewItem();
   // The first item of that component name in the tree, in the order in which a reader meets them, or null.
-  // Case counts.
+  // Case counts, and no item has the empty name.
   TMenuItem* FindItem(std::string_view name);
 
   // Called after every change of the tree or of an item in it.

@@ -53,7 +53,10 @@ void FillMap(TKVAComponentReplacer& replacer, const TClassRow (&rows)[N], const 
 }
 
 std::unique_ptr<TKVAComponentReplacer> MakeReplacer(const char* newUnits, mig::TReplaceOptions& options) {
-  return std::make_unique<TKVAComponentReplacer>(TKVAFormParser::Class(), kOldUnit, newUnits, options);
+  const auto parserClass = [](mig::TParseStateClass stateClass) {
+    return std::make_unique<TKVAFormParser>(std::move(stateClass));
+  };
+  return std::make_unique<TKVAComponentReplacer>(parserClass, kOldUnit, newUnits, options);
 }
 
 }  // namespace

@@ -35,6 +35,8 @@ namespace win {
 // Upper case for file names: one character to one, by the Unicode simple mapping. Malformed bytes stay as
 // they are.
 [[nodiscard]] std::string UpperFileName(std::string_view utf8);
+// Negative, 0 or positive: two UTF-8 texts in the order of their UTF-16 units.
+[[nodiscard]] int CompareUtf16Order(std::string_view left, std::string_view right);
 // Less than, as NTFS sorts: upper-cased names by UTF-16 unit, then the exact names by UTF-16 unit.
 [[nodiscard]] bool FileNameLess(std::string_view left, std::string_view right);
 [[nodiscard]] bool IsValidUtf8(std::string_view text);

@@ -27,21 +27,6 @@ void AppendUpper(std::string& result, std::string_view utf8, size_t from) {
   }
 }
 
-// The order of UTF-16 units, found in UTF-8: it is the order of the bytes, but for the characters beyond the
-// first plane. Those begin with F0 and above, and their surrogates come before U+E000 (EE) and above.
-int CompareUtf16Order(std::string_view left, std::string_view right) {
-  const size_t common = std::min(left.size(), right.size());
-  const auto [l, r] =
-      std::mismatch(left.begin(), left.begin() + static_cast<ptrdiff_t>(common), right.begin());
-  if (l == left.begin() + static_cast<ptrdiff_t>(common)) {
-    return left.size() < right.size() ? -1 : left.size() > right.size() ? 1 : 0;
-  }
-  const auto a = static_cast<uint8_t>(*l);
-  const auto b = static_cast<uint8_t>(*r);
-  if (a >= 0xEE && b >= 0xEE && (a >= 0xF0) != (b >= 0xF0)) return a >= 0xF0 ? -1 : 1;
-  return a < b ? -1 : 1;
-}
-
 }  // namespace
 
 std::string UpperFileName(std::string_view utf8) {
@@ -56,6 +41,21 @@ std::string UpperFileName(std::string_view utf8) {
     result.push_back(c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c);
   }
   return result;
+}
+
+int CompareUtf16Order(std::string_view left, std::string_view right) {
+  const size_t common = std::min(left.size(), right.size());
+  const auto [l, r] =
+      std::mismatch(left.begin(), left.begin() + static_cast<ptrdiff_t>(common), right.begin());
+  if (l == left.begin() + static_cast<ptrdiff_t>(common)) {
+    return left.size() < right.size() ? -1 : left.size() > right.size() ? 1 : 0;
+  }
+  // The order of the bytes, but for the characters beyond the first plane: they begin with F0 and above, and
+  // their surrogates come before U+E000 (EE) and above.
+  const auto a = static_cast<uint8_t>(*l);
+  const auto b = static_cast<uint8_t>(*r);
+  if (a >= 0xEE && b >= 0xEE && (a >= 0xF0) != (b >= 0xF0)) return a >= 0xF0 ? -1 : 1;
+  return a < b ? -1 : 1;
 }
 
 bool FileNameLess(std::string_view left, std::string_view right) {

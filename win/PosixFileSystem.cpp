@@ -2,260 +2,208 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <dirent.h>
-#include <fcntl.h>
+#include <iterator>
+#include <limits.h>
 #include <stdlib.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#include <vector>
+#ifdef __linux__
+#include <sys/vfs.h>
+#endif
 
-#include "win/CodePage.h"
 #include "win/Drives.h"
 #include "win/Errors.h"
+#include "win/PosixErrors.h"
 
 namespace win {
 namespace {
 
-bool Fail(int error) {
-  switch (error) {
-    case ENOENT:
-      SetLastError(ERROR_FILE_NOT_FOUND);
-      break;
-    case ENOTDIR:
-      SetLastError(ERROR_PATH_NOT_FOUND);
-      break;
-    case EEXIST:
-      SetLastError(ERROR_ALREADY_EXISTS);
-      break;
-    case ENOTEMPTY:
-      SetLastError(ERROR_DIR_NOT_EMPTY);
-      break;
-    case ENOSPC:
-      SetLastError(ERROR_DISK_FULL);
-      break;
-    case EACCES:
-    case EPERM:
-    case EISDIR:
-      SetLastError(ERROR_ACCESS_DENIED);
-      break;
-    default:
-      SetLastError(ERROR_GEN_FAILURE);
-      break;
-  }
-  return false;
+// The system takes PATH_MAX bytes with the NUL. The room is for the names of temporary files.
+constexpr size_t kLongestPath = PATH_MAX - 64;
+
+#ifdef O_PATH
+constexpr int kPassThrough = O_PATH | O_DIRECTORY | O_CLOEXEC;
+#else
+constexpr int kPassThrough = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+#endif
+
+bool IsSeparator(char c) {
+  return c == '\\' || c == '/';
 }
-
-bool FindEntry(const std::string& folder, std::string_view name, std::string& found) {
-  DIR* const dir = opendir(folder.c_str());
-  if (!dir) return false;
-  const std::string upper = UpperFileName(name);
-  found.clear();
-  while (const dirent* entry = readdir(dir)) {
-    if (UpperFileName(entry->d_name) == upper && (found.empty() || FileNameLess(entry->d_name, found))) {
-      found = entry->d_name;
-    }
-  }
-  closedir(dir);
-  return !found.empty();
-}
-
-std::string Locate(std::string_view path) {
-  const std::string host = ToHostName(path);
-  struct stat info {};
-  if (host.empty() || lstat(host.c_str(), &info) == 0) return host;
-  std::string result = host[0] == '/' ? "/" : "";
-  for (size_t start = host[0] == '/' ? 1 : 0; start < host.size();) {
-    const size_t end = std::min(host.find('/', start), host.size());
-    std::string name = host.substr(start, end - start);
-    std::string found;
-    if (lstat((result + name).c_str(), &info) != 0 && FindEntry(result.empty() ? "." : result, name, found)) {
-      name = found;
-    }
-    result += name;
-    if (end < host.size()) result += '/';
-    start = end + 1;
-  }
-  return result;
-}
-
-class TPosixFileHandle : public TFileHandle {
- public:
-  explicit TPosixFileHandle(int fd) : FFd(fd) {}
-  ~TPosixFileHandle() override { close(FFd); }
-  int64_t Read(void* buffer, size_t count) override {
-    const ssize_t got = read(FFd, buffer, count);
-    if (got < 0) Fail(errno);
-    return got;
-  }
-  bool Write(const void* buffer, size_t count) override {
-    const char* from = static_cast<const char*>(buffer);
-    while (count > 0) {
-      const ssize_t done = write(FFd, from, count);
-      if (done < 0 && errno == EINTR) continue;
-      if (done < 0) return Fail(errno);
-      from += done;
-      count -= static_cast<size_t>(done);
-    }
-    return true;
-  }
-  bool Seek(int64_t position) override { return lseek(FFd, position, SEEK_SET) >= 0 || Fail(errno); }
-  int64_t Size() override {
-    struct stat info {};
-    return fstat(FFd, &info) == 0 ? info.st_size : -1;
-  }
-
- private:
-  int FFd;
-};
-
-class TPosixFindHandle : public TFindHandle {
- public:
-  explicit TPosixFindHandle(std::vector<TFindData> entries) : FEntries(std::move(entries)) {}
-  bool Next(TFindData& data) override {
-    if (FNext == FEntries.size()) {
-      SetLastError(ERROR_NO_MORE_FILES);
-      return false;
-    }
-    data = FEntries[FNext++];
-    return true;
-  }
-
- private:
-  std::vector<TFindData> FEntries;
-  size_t FNext = 0;
-};
 
 }  // namespace
 
-std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path, TFileMode mode) {
-  const std::string host = Locate(path);
-  const int flags = mode == TFileMode::OpenRead ? O_RDONLY : O_RDWR | O_CREAT;
-  const int fd = open(host.c_str(), flags | O_NONBLOCK | O_CLOEXEC, 0666);
-  if (fd < 0) {
-    Fail(errno);
-    return nullptr;
-  }
-  auto handle = std::make_unique<TPosixFileHandle>(fd);
-  struct stat info {};
-  fstat(fd, &info);
-  if (!S_ISREG(info.st_mode) || (mode == TFileMode::Create && !(info.st_mode & S_IWUSR))) {
-    SetLastError(ERROR_ACCESS_DENIED);
-    return nullptr;
-  }
-  if (mode == TFileMode::Create && ftruncate(fd, 0) != 0) {
-    Fail(errno);
-    return nullptr;
-  }
-  return handle;
+bool TPosixFileSystem::Locate(std::string_view path, TKind kind, TPlace& place) {
+  if (path.find('\0') != std::string_view::npos) return Fail(ERROR_INVALID_NAME);
+  place.Path = ToHostName(path);
+  if (place.Path.empty()) return Fail(ERROR_PATH_NOT_FOUND);
+  if (kind == TKind::File && IsSeparator(path.back())) return Fail(ERROR_INVALID_NAME);
+  return place.Path.size() <= kLongestPath || Shorten(place);
 }
 
-bool TPosixFileSystem::CopyFileA(std::string_view source, std::string_view target, bool failIfExists) {
-  const std::string from = Locate(source);
-  const std::string to = Locate(target);
-  struct stat info {
-  }, existing{};
-  if (stat(from.c_str(), &info) != 0) return Fail(errno);
-  if (stat(to.c_str(), &existing) == 0) {
-    if (failIfExists) return Fail(EEXIST);
-    if (!S_ISREG(existing.st_mode) || !(existing.st_mode & S_IWUSR)) return Fail(EACCES);
+// Walks along the path until what is left of it is short enough.
+bool TPosixFileSystem::Shorten(TPlace& place) {
+  while (place.Path.size() > kLongestPath) {
+    const size_t end = place.Path.rfind('/', kLongestPath);
+    if (end == std::string::npos || end == 0) return Fail(ERROR_FILENAME_EXCED_RANGE);
+    TPlace part;
+    part.Base = place.Base;
+    part.Path = place.Path.substr(0, end);
+    TUniqueFd folder(
+        AtPlace(part, [](const TPlace& at) { return openat(at.Base, at.Path.c_str(), kPassThrough); }));
+    if (!folder.IsOpen()) return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
+    place.BaseOwner = std::move(folder);
+    place.Base = place.BaseOwner.Get();
+    place.Path.erase(0, end + 1);
   }
-  const auto input = CreateFileA(source, TFileMode::OpenRead);
-  if (!input) return false;
-  const std::string temporary =
-      to.substr(0, to.find_last_of('/') + 1) + "$kva" + std::to_string(getpid()) + ".$$$";
-  const int fd = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-  if (fd < 0) return Fail(errno);
-  TPosixFileHandle output(fd);
-  std::vector<char> buffer(1 << 16);
-  int64_t got = 0;
-  bool done = true;
-  while (done && (got = input->Read(buffer.data(), buffer.size())) > 0) {
-    done = output.Write(buffer.data(), static_cast<size_t>(got));
-  }
-  done = done && got == 0;
-  const timespec times[2] = {info.st_atim, info.st_mtim};
-  if (done)
-    done = (fchmod(fd, info.st_mode & 07777) == 0 && futimens(fd, times) == 0 &&
-            rename(temporary.c_str(), to.c_str()) == 0) ||
-           Fail(errno);
-  if (!done) unlink(temporary.c_str());
-  return done;
+  return true;
 }
 
-std::unique_ptr<TFindHandle> TPosixFileSystem::FindFirstFileA(std::string_view pattern, TFindData& data) {
-  const size_t end = pattern.find_last_of("\\/") + 1;
-  const std::string folder = end == 0 ? "." : Locate(pattern.substr(0, end));
-  DIR* const dir = opendir(folder.c_str());
-  if (!dir) {
-    Fail(errno);
-    return nullptr;
-  }
-  std::vector<TFindData> entries;
-  while (const dirent* entry = readdir(dir)) {
-    struct stat info {};
-    const bool folderEntry = fstatat(dirfd(dir), entry->d_name, &info, 0) == 0 && S_ISDIR(info.st_mode);
-    entries.push_back({entry->d_name, folderEntry ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_NORMAL});
-  }
-  closedir(dir);
-  std::sort(entries.begin(), entries.end(), [](const TFindData& left, const TFindData& right) {
-    const auto rank = [](const std::string& name) { return name == "." ? 0 : name == ".." ? 1 : 2; };
-    if (rank(left.FileName) != rank(right.FileName)) return rank(left.FileName) < rank(right.FileName);
-    return FileNameLess(left.FileName, right.FileName);
+int TPosixFileSystem::StatAt(TPlace& place, struct stat& info) {
+  return AtPlace(place, [&info](const TPlace& at) {
+    return fstatat(at.Base, at.Path.c_str(), &info, AT_SYMLINK_NOFOLLOW);
   });
-  auto handle = std::make_unique<TPosixFindHandle>(std::move(entries));
-  if (!handle->Next(data)) return nullptr;
-  return handle;
 }
 
 uint32_t TPosixFileSystem::GetFileAttributesA(std::string_view path) {
+  TPlace place;
   struct stat info {};
-  if (stat(Locate(path).c_str(), &info) != 0) {
-    Fail(errno);
+  if (!Locate(path, TKind::Folder, place)) return INVALID_FILE_ATTRIBUTES;
+  if (StatAt(place, info) < 0) {
+    FailErrno(errno);
     return INVALID_FILE_ATTRIBUTES;
   }
-  uint32_t attributes = S_ISDIR(info.st_mode) ? FILE_ATTRIBUTE_DIRECTORY : 0;
+  uint32_t attributes = 0;
+  if (S_ISLNK(info.st_mode)) {
+    if (fstatat(place.Base, place.Path.c_str(), &info, 0) != 0) {
+      FailErrno(errno);
+      return INVALID_FILE_ATTRIBUTES;
+    }
+    if (S_ISDIR(info.st_mode)) attributes = FILE_ATTRIBUTE_REPARSE_POINT;
+  }
+  if (S_ISDIR(info.st_mode)) {
+    attributes |= FILE_ATTRIBUTE_DIRECTORY;
+  } else if (IsSeparator(path.back())) {
+    SetLastError(ERROR_INVALID_NAME);
+    return INVALID_FILE_ATTRIBUTES;
+  }
   if (!(info.st_mode & S_IWUSR)) attributes |= FILE_ATTRIBUTE_READONLY;
-  return attributes ? attributes : FILE_ATTRIBUTE_NORMAL;
+  return attributes != 0 ? attributes : FILE_ATTRIBUTE_NORMAL;
+}
+
+bool TPosixFileSystem::MakeDirectory(std::string_view path, mode_t mode) {
+  TPlace place;
+  struct stat info {};
+  if (!Locate(path, TKind::Folder, place)) return false;
+  if (StatAt(place, info) == 0) return Fail(ERROR_ALREADY_EXISTS);
+  if (errno != ENOENT) return FailErrno(errno);
+  TFolderChange change(FFolders, place);
+  if (mkdirat(place.Base, place.Path.c_str(), mode) != 0) {
+    return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
+  }
+  change.Commit(place.Leaf());
+  return true;
 }
 
 bool TPosixFileSystem::CreateDirectoryA(std::string_view path) {
-  return mkdir(Locate(path).c_str(), 0777) == 0 || Fail(errno);
+  return MakeDirectory(path, 0777);
 }
 
 bool TPosixFileSystem::CreatePrivateDirectory(std::string_view path) {
-  return mkdir(Locate(path).c_str(), 0700) == 0 || Fail(errno);
+  return MakeDirectory(path, 0700);
 }
 
 bool TPosixFileSystem::RemoveDirectoryA(std::string_view path) {
-  return rmdir(Locate(path).c_str()) == 0 || Fail(errno);
+  TPlace place;
+  struct stat info {};
+  if (!Locate(path, TKind::Folder, place)) return false;
+  if (StatAt(place, info) < 0) return FailErrno(errno);
+  const bool isLink = S_ISLNK(info.st_mode);
+  if (isLink && fstatat(place.Base, place.Path.c_str(), &info, 0) != 0) return Fail(ERROR_DIRECTORY);
+  if (!S_ISDIR(info.st_mode)) return Fail(ERROR_DIRECTORY);
+  TFolderChange change(FFolders, place);
+  // Of a link to a folder the link goes, and the folder stays.
+  if (unlinkat(place.Base, place.Path.c_str(), isLink ? 0 : AT_REMOVEDIR) != 0) {
+    return errno == EEXIST ? Fail(ERROR_DIR_NOT_EMPTY) : FailErrno(errno);
+  }
+  change.Commit({}, place.Leaf());
+  return true;
 }
 
 bool TPosixFileSystem::DeleteFileA(std::string_view path) {
-  const uint32_t attributes = GetFileAttributesA(path);
-  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)) return Fail(EACCES);
-  return unlink(Locate(path).c_str()) == 0 || Fail(errno);
+  TPlace place;
+  struct stat info {};
+  if (!Locate(path, TKind::File, place)) return false;
+  if (StatAt(place, info) < 0) return FailErrno(errno);
+  if (S_ISDIR(info.st_mode)) return Fail(ERROR_ACCESS_DENIED);
+  if (S_ISLNK(info.st_mode)) {
+    // A link goes by itself, whatever it names; one to a folder is RemoveDirectoryA's.
+    if (fstatat(place.Base, place.Path.c_str(), &info, 0) == 0 && S_ISDIR(info.st_mode)) {
+      return Fail(ERROR_ACCESS_DENIED);
+    }
+  } else if (S_ISREG(info.st_mode) && !(info.st_mode & S_IWUSR)) {
+    return Fail(ERROR_ACCESS_DENIED);
+  }
+  TFolderChange change(FFolders, place);
+  if (unlinkat(place.Base, place.Path.c_str(), 0) != 0) return FailErrno(errno);
+  change.Commit({}, place.Leaf());
+  return true;
 }
 
 bool TPosixFileSystem::CopyPermissions(std::string_view source, std::string_view target) {
+  TPlace from, to;
   struct stat info {};
-  if (stat(Locate(source).c_str(), &info) != 0) return Fail(errno);
-  return chmod(Locate(target).c_str(), (info.st_mode & 07777) | S_IWUSR) == 0 || Fail(errno);
+  if (!Locate(source, TKind::Folder, from) || !Locate(target, TKind::Folder, to)) return false;
+  if (AtPlace(from, [&info](const TPlace& at) { return fstatat(at.Base, at.Path.c_str(), &info, 0); }) < 0) {
+    return FailErrno(errno);
+  }
+  const mode_t mode = (info.st_mode & 0777) | S_IWUSR;
+  return AtPlace(to, [mode](const TPlace& at) { return fchmodat(at.Base, at.Path.c_str(), mode, 0); }) == 0 ||
+         FailErrno(errno);
 }
 
 std::string TPosixFileSystem::GetTempPathA() {
   const char* const folder = getenv("TMPDIR");
-  const std::string path = ToWindowsPath(folder && *folder ? folder : "/tmp");
-  return path.empty() || path.back() == '\\' ? path : path + '\\';
+  std::string path = ToWindowsPath(folder && *folder ? folder : "/tmp");
+  if (path.empty()) {
+    SetLastError(ERROR_PATH_NOT_FOUND);
+  } else if (path.back() != '\\') {
+    path += '\\';
+  }
+  return path;
 }
 
 std::string TPosixFileSystem::GetLongPathNameA(std::string_view path) {
-  const std::string found = ToWindowsPath(Locate(path));
-  return found.empty() ? std::string(path) : found;
+  TPlace place;
+  struct stat info {};
+  if (!Locate(path, TKind::Folder, place) || place.Base != AT_FDCWD) return std::string(path);
+  const std::string given = place.Path;
+  if (StatAt(place, info) == 0 && FoldsCase(place, info.st_dev)) FFolders.SpellAll(place);
+  return place.Path == given ? std::string(path) : RespelledPath(path, place.Path);
+}
+
+// Whether the host's own look-up on the device ignores case, so that a path which is found need not be
+// spelled as on disk. Asked of each device once.
+bool TPosixFileSystem::FoldsCase(const TPlace& place, dev_t device) {
+  const auto [known, isNew] = FFoldsCase.try_emplace(device, false);
+  if (!isNew) return known->second;
+#ifdef __linux__
+  constexpr unsigned long kFolding[] = {
+      0x4D44 /* FAT */,        0x2011BAB0 /* exFAT */, 0x5346544E /* NTFS */,
+      0x7366746E /* NTFS 3 */, 0x65735546 /* FUSE */,  0xFF534D42 /* CIFS */,
+      0xFE534D42 /* SMB 2 */,  0x517B /* SMB */,       0x482B /* HFS+ */};
+  struct statfs system {};
+  const TUniqueFd fd(openat(place.Base, place.FolderPath().c_str(), kPassThrough));
+  if (!fd.IsOpen() || fstatfs(fd.Get(), &system) != 0) return false;
+  const auto kind = static_cast<unsigned long>(system.f_type) & 0xFFFFFFFF;
+  known->second = std::find(std::begin(kFolding), std::end(kFolding), kind) != std::end(kFolding);
+#else
+  static_cast<void>(place);
+  known->second = true;
+#endif
+  return known->second;
 }
 
 bool TPosixFileSystem::FlushWritten() {
-  sync();
-  return true;
+  return FWritten.Flush() || FailErrno(errno);
 }
 
 }  // namespace win

@@ -1,0 +1,285 @@
+#include "MigWizard/LL1Program.h"
+
+#include <algorithm>
+#include <memory>
+#include <span>
+
+namespace mig {
+namespace {
+
+// A step of a rule's tree before it is laid out. Literals are single characters here, so that alternatives
+// can part within a literal.
+struct TDraft {
+  TLL1Item Step;
+  std::vector<std::unique_ptr<TDraft>> Children;  // in trying order
+  bool EndsRule = false;                          // behind the children the rule is done
+};
+
+void AddStep(TDraft*& place, TLL1Item::TKind kind, std::string_view text) {
+  const bool isShared = !place->Children.empty() && place->Children.back()->Step.Kind == kind &&
+                        place->Children.back()->Step.Text == text;
+  if (!isShared)
+    place->Children.push_back(std::make_unique<TDraft>(TDraft{{kind, std::string(text)}, {}, false}));
+  place = place->Children.back().get();
+}
+
+void AddAlternative(TDraft& root, const std::vector<TLL1Item>& items) {
+  TDraft* place = &root;
+  for (const TLL1Item& item : items) {
+    if (place->EndsRule) return;  // ordered choice never comes here
+    if (item.Kind == TLL1Item::TKind::Literal) {
+      for (const char& c : item.Text) AddStep(place, item.Kind, {&c, 1});
+    } else {
+      AddStep(place, item.Kind, item.Text);
+    }
+  }
+  place->EndsRule = true;
+}
+
+// With what something can begin.
+struct TStart {
+  TStartSet Set;
+  bool IsNullable = false;  // it can match without reading anything
+
+  bool Unite(const TStart& other) {
+    const bool isNew = other.IsNullable && !IsNullable;
+    IsNullable = IsNullable || other.IsNullable;
+    return Set.Unite(other.Set) || isNew;
+  }
+};
+
+}  // namespace
+
+void TStartSet::AddAll() {
+  std::fill_n(FBits, 4, ~uint64_t{0});
+  Add(kEnd);
+}
+
+bool TStartSet::Unite(const TStartSet& other) {
+  uint64_t added = 0;
+  for (size_t i = 0; i < std::size(FBits); ++i) {
+    added |= other.FBits[i] & ~FBits[i];
+    FBits[i] |= other.FBits[i];
+  }
+  return added != 0;
+}
+
+class TLL1Program::TBuilder {
+ public:
+  TBuilder(TLL1Program& program, const TLL1Grammar& grammar, const std::vector<std::string>& hooks,
+           const TTerminalSource& terminals)
+      : FProgram(program), FGrammar(grammar), FHooks(hooks), FTerminalSource(terminals) {}
+
+  void Build();
+
+ private:
+  using TDrafts = std::span<const std::unique_ptr<TDraft>>;
+
+  int32_t LayOut(TDrafts drafts, bool endsRule);
+  int32_t AddNode(TLL1Node::TKind kind);
+  const TDraft* LayOutStep(TLL1Node& node, const TDraft& draft);
+  void LayOutReference(TLL1Node& node, const std::string& name);
+  int32_t TerminalIndex(const std::string& name);
+  void FindImpureRules();
+  bool ReachesHook(const TLL1Node& node) const;
+  void FindStarts();
+  TStart StartOf(const TLL1Node& node, std::span<const TStart> nodes, std::span<const TStart> rules) const;
+  TStart StartOfList(int32_t first, std::span<const TStart> nodes) const;
+
+  TLL1Node& Node(int32_t index) { return FProgram.FNodes[static_cast<size_t>(index)]; }
+
+  TLL1Program& FProgram;
+  const TLL1Grammar& FGrammar;
+  const std::vector<std::string>& FHooks;
+  const TTerminalSource& FTerminalSource;
+  std::vector<size_t> FNodeEnds;  // by rule: where its nodes end
+};
+
+void TLL1Program::TBuilder::Build() {
+  for (const TLL1Grammar::TRule& source : FGrammar.Rules()) {
+    TLL1ProgramRule& rule = FProgram.FRules.emplace_back();
+    rule.Name = source.Name;
+    rule.IsHooked = std::find(FHooks.begin(), FHooks.end(), source.Name) != FHooks.end();
+  }
+  for (size_t i = 0; i < FProgram.FRules.size(); ++i) {
+    TDraft root;
+    for (const auto& items : FGrammar.Rules()[i].Items) AddAlternative(root, items);
+    FProgram.FRules[i].Entry = LayOut(root.Children, root.EndsRule);
+    FNodeEnds.push_back(FProgram.FNodes.size());
+  }
+  FindImpureRules();
+  FindStarts();
+}
+
+// Lays out the nodes of a list of siblings, and what is behind them. The first of them.
+int32_t TLL1Program::TBuilder::LayOut(TDrafts drafts, bool endsRule) {
+  if (drafts.empty()) return endsRule ? AddNode(TLL1Node::TKind::Done) : TLL1Node::kNone;
+  const int32_t index = AddNode(TLL1Node::TKind::Done);
+  TLL1Node node;
+  const TDraft* last = LayOutStep(node, *drafts.front());
+  node.Child = LayOut(last->Children, last->EndsRule);
+  node.CannotFail = last->EndsRule;
+  node.IsTail = node.Kind == TLL1Node::TKind::Rule && last->EndsRule && last->Children.empty();
+  node.Sibling = LayOut(drafts.subspan(1), endsRule);
+  Node(index) = node;
+  return index;
+}
+
+int32_t TLL1Program::TBuilder::AddNode(TLL1Node::TKind kind) {
+  FProgram.FNodes.emplace_back().Kind = kind;
+  return static_cast<int32_t>(FProgram.FNodes.size()) - 1;
+}
+
+// Fills `node` from the step, and from the steps behind it that go on with the same literal. The last of
+// these.
+const TDraft* TLL1Program::TBuilder::LayOutStep(TLL1Node& node, const TDraft& draft) {
+  switch (draft.Step.Kind) {
+    case TLL1Item::TKind::Literal: {
+      node.Kind = TLL1Node::TKind::Literal;
+      node.Argument = static_cast<int32_t>(FProgram.FLiterals.size());
+      const TDraft* last = &draft;
+      FProgram.FLiterals += last->Step.Text;
+      while (!last->EndsRule && last->Children.size() == 1 &&
+             last->Children.front()->Step.Kind == TLL1Item::TKind::Literal) {
+        last = last->Children.front().get();
+        FProgram.FLiterals += last->Step.Text;
+      }
+      node.Length = static_cast<int32_t>(FProgram.FLiterals.size()) - node.Argument;
+      return last;
+    }
+    case TLL1Item::TKind::WordEnd:
+      node.Kind = TLL1Node::TKind::WordEnd;
+      break;
+    case TLL1Item::TKind::Terminal:
+      node.Argument = TerminalIndex(draft.Step.Text);
+      node.Kind = FProgram.FTerminals[static_cast<size_t>(node.Argument)].IsSingle ? TLL1Node::TKind::One
+                                                                                   : TLL1Node::TKind::Run;
+      break;
+    case TLL1Item::TKind::Nonterminal:
+      LayOutReference(node, draft.Step.Text);
+      break;
+  }
+  return &draft;
+}
+
+void TLL1Program::TBuilder::LayOutReference(TLL1Node& node, const std::string& name) {
+  node.Argument = FGrammar.Find(name);
+  node.Name = static_cast<int32_t>(FProgram.FNames.size());
+  FProgram.FNames.push_back(name);
+  if (node.Argument < 0) {
+    node.Kind = TLL1Node::TKind::UnknownRule;
+  } else {
+    node.Kind = FProgram.Rule(node.Argument).IsHooked ? TLL1Node::TKind::HookedRule : TLL1Node::TKind::Rule;
+  }
+}
+
+int32_t TLL1Program::TBuilder::TerminalIndex(const std::string& name) {
+  std::vector<TTerminal>& terminals = FProgram.FTerminals;
+  auto place = std::find_if(terminals.begin(), terminals.end(),
+                            [&](const TTerminal& terminal) { return terminal.Name == name; });
+  if (place == terminals.end()) {
+    TCharSet chars;
+    bool single = false;
+    FTerminalSource(name, chars, single);
+    place = terminals.insert(terminals.end(), TTerminal{name, single, {}});
+    for (size_t i = 0; i < 256; ++i) place->Members[i] = chars[i] ? 1 : 0;
+  }
+  return static_cast<int32_t>(place - terminals.begin());
+}
+
+bool TLL1Program::TBuilder::ReachesHook(const TLL1Node& node) const {
+  return node.Kind == TLL1Node::TKind::HookedRule ||
+         (node.Kind == TLL1Node::TKind::Rule && !FProgram.Rule(node.Argument).IsPure);
+}
+
+void TLL1Program::TBuilder::FindImpureRules() {
+  for (bool changed = true; changed;) {
+    changed = false;
+    size_t node = 0;
+    for (size_t i = 0; i < FProgram.FRules.size(); ++i) {
+      TLL1ProgramRule& rule = FProgram.FRules[i];
+      for (; node < FNodeEnds[i]; ++node) {
+        if (!rule.IsPure || !ReachesHook(FProgram.FNodes[node])) continue;
+        rule.IsPure = false;
+        changed = true;
+      }
+    }
+  }
+  size_t node = 0;
+  for (size_t i = 0; i < FProgram.FRules.size(); ++i) {
+    TLL1ProgramRule& rule = FProgram.FRules[i];
+    for (; node < FNodeEnds[i]; ++node) {
+      FProgram.FNodes[node].IsPure = rule.IsPure;
+      if (rule.IsPure && FProgram.FNodes[node].Kind == TLL1Node::TKind::Rule) rule.IsRemembered = true;
+    }
+  }
+}
+
+// The least sets that satisfy StartOf everywhere.
+void TLL1Program::TBuilder::FindStarts() {
+  std::vector<TStart> nodes(FProgram.FNodes.size());
+  std::vector<TStart> rules(FProgram.FRules.size());
+  for (bool changed = true; changed;) {
+    changed = false;
+    for (size_t i = nodes.size(); i-- > 0;) {  // children stand behind their parents
+      if (nodes[i].Unite(StartOf(FProgram.FNodes[i], nodes, rules))) changed = true;
+    }
+    for (size_t i = 0; i < rules.size(); ++i) {
+      if (rules[i].Unite(StartOfList(FProgram.FRules[i].Entry, nodes))) changed = true;
+    }
+  }
+  for (size_t i = 0; i < nodes.size(); ++i) {
+    FProgram.FNodes[i].Starts = nodes[i].Set;
+    if (nodes[i].IsNullable) FProgram.FNodes[i].Starts.AddAll();
+  }
+}
+
+TStart TLL1Program::TBuilder::StartOf(const TLL1Node& node, std::span<const TStart> nodes,
+                                      std::span<const TStart> rules) const {
+  TStart start;
+  switch (node.Kind) {
+    case TLL1Node::TKind::Literal:
+      for (unsigned byte = 0; byte < 256; ++byte) {
+        if (FoldByte(static_cast<uint8_t>(byte)) == static_cast<uint8_t>(*FProgram.Literal(node)))
+          start.Set.Add(byte);
+      }
+      return start;
+    case TLL1Node::TKind::One:
+    case TLL1Node::TKind::Run:
+      for (unsigned byte = 0; byte < 256; ++byte)
+        if (FProgram.Terminal(node.Argument)[byte] != 0) start.Set.Add(byte);
+      return start;
+    case TLL1Node::TKind::Rule:
+    case TLL1Node::TKind::HookedRule:
+      start = rules[static_cast<size_t>(node.Argument)];
+      break;
+    case TLL1Node::TKind::WordEnd:
+      start.IsNullable = true;
+      break;
+    case TLL1Node::TKind::UnknownRule:
+      start.Set.AddAll();
+      [[fallthrough]];
+    case TLL1Node::TKind::Done:
+      start.IsNullable = true;
+      return start;
+  }
+  if (start.IsNullable) {
+    start.IsNullable = false;
+    start.Unite(StartOfList(node.Child, nodes));
+  }
+  return start;
+}
+
+TStart TLL1Program::TBuilder::StartOfList(int32_t first, std::span<const TStart> nodes) const {
+  TStart start;
+  for (int32_t i = first; i != TLL1Node::kNone; i = FProgram.Node(i).Sibling)
+    start.Unite(nodes[static_cast<size_t>(i)]);
+  return start;
+}
+
+TLL1Program::TLL1Program(const TLL1Grammar& grammar, const std::vector<std::string>& hooks,
+                         const TTerminalSource& terminals) {
+  TBuilder(*this, grammar, hooks, terminals).Build();
+}
+
+}  // namespace mig

@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Builds what is measured, runs all benchmarks, and writes docs/benchmarks.md.
+#
+#   ./bench/run.sh [--quick] [--only GROUP]...    GROUP: tree, disk, form, grammar, scanner. With either the table is only printed.
+#
+# The build folder is build/bench, or what KVA_BUILD names. Exit status 1: a target was missed.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# shellcheck source=scripts/packages.sh
+. scripts/packages.sh
+
+install_packages "${PACKAGES_PROGRAM[@]}" "${PACKAGES_TESTS[@]}" perl
+build=${KVA_BUILD:-build/bench}
+[ -f "$build/build.ninja" ] ||
+  cmake -G Ninja -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DKVA_BENCH=ON >/dev/null
+echo "Building: $build" >&2
+build_quietly "$build" all
+exec python3 bench/measure.py "$build" "$@"

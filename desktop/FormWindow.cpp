@@ -1,0 +1,188 @@
+#include "desktop/FormWindow.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QStackedWidget>
+#include <QTimer>
+
+#include "desktop/FormLayout.h"
+#include "desktop/QtText.h"
+#include "rtl/Application.h"
+
+namespace desktop {
+
+namespace {
+
+// The width of a page, in average characters of its font, and its least height, which is that of the picture.
+constexpr int kPageWidth = 68;
+constexpr int kPageHeight = 260;
+// The least width of a window, likewise.
+constexpr int kWindowWidth = 62;
+
+bool IsInput(const rtl::TControl& control) {
+  using rtl::TControlKind;
+  switch (control.Kind()) {
+    case TControlKind::Edit:
+    case TControlKind::ComboBox:
+    case TControlKind::CheckListBox:
+    case TControlKind::CheckBox:
+      return true;
+    case TControlKind::RadioButton:
+      return static_cast<const rtl::TRadioButton&>(control).Checked();
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+TFormWindow::TFormWindow(rtl::TForm& form, QWidget* parent) : QDialog(parent), FForm(form) {
+  FRunner = [this](const auto& event) { RunEvent(event); };
+  setObjectName(ToQt(form.Name()));
+  setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                 Qt::WindowCloseButtonHint);
+  AddWidgets(form.Controls(), this);
+  LayOutForm(form, this, [this](const rtl::TControl& control) { return WidgetOf(control); });
+  ConnectLabels();
+  SetTabOrder();
+  for (const auto& [control, widget] : FWidgets) widget->ShowAll();
+  setMinimumWidth(fontMetrics().averageCharWidth() * kWindowWidth);
+  form.SetView(this);
+  CaptionChanged();
+  connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+          [this] { BeIdle(); });
+}
+
+TFormWindow::~TFormWindow() {
+  FForm.SetView(nullptr);
+}
+
+void TFormWindow::AddWidgets(const std::vector<rtl::TControl*>& controls, QWidget* parent) {
+  for (rtl::TControl* control : controls) {
+    auto widget = CreateControlWidget(*control, parent, FRunner);
+    FOrder.push_back(control);
+    QWidget* const inside = widget->Inside();
+    FWidgets.emplace(control, std::move(widget));
+    if (control->Controls().empty()) continue;
+    AddWidgets(control->Controls(), inside);
+    if (control->Kind() == rtl::TControlKind::PageControl) {
+      auto* const pages = static_cast<QStackedWidget*>(inside);
+      for (const rtl::TControl* page : control->Controls()) pages->addWidget(WidgetOf(*page));
+      inside->setMinimumSize(fontMetrics().averageCharWidth() * kPageWidth, kPageHeight);
+    } else {
+      LayOutBox(control->Controls(), inside, [this](const rtl::TControl& inner) { return WidgetOf(inner); });
+      if (control->Kind() == rtl::TControlKind::TabSheet) inside->layout()->setContentsMargins(0, 0, 0, 0);
+    }
+  }
+}
+
+void TFormWindow::ConnectLabels() {
+  for (const rtl::TControl* control : FOrder) {
+    if (control->Kind() != rtl::TControlKind::Label) continue;
+    const rtl::TControl* const target = static_cast<const rtl::TLabel*>(control)->FocusControl();
+    if (target != nullptr) static_cast<QLabel*>(WidgetOf(*control))->setBuddy(WidgetOf(*target));
+  }
+}
+
+void TFormWindow::SetTabOrder() {
+  QWidget* last = nullptr;
+  for (const rtl::TControl* control : FOrder) {
+    QWidget* const widget = WidgetOf(*control);
+    if (widget->focusPolicy() == Qt::NoFocus) continue;
+    if (last != nullptr) setTabOrder(last, widget);
+    last = widget;
+  }
+}
+
+void TFormWindow::Run() {
+  if (FForm.ModalResult() != rtl::mrNone) return;
+  Place();
+  exec();
+  FForm.SetLeft(x());
+  FForm.SetTop(y());
+}
+
+void TFormWindow::Place() {
+  layout()->activate();
+  setFixedSize(sizeHint().expandedTo(minimumSize()));
+  const QRect wanted(QPoint(FForm.Left(), FForm.Top()), size());
+  const QScreen* const screen = QGuiApplication::screenAt(wanted.center());
+  if (!FForm.Centered() && screen != nullptr) {
+    move(wanted.topLeft());
+  } else if (QGuiApplication::primaryScreen() != nullptr) {
+    move(QGuiApplication::primaryScreen()->availableGeometry().center() - rect().center());
+  }
+}
+
+void TFormWindow::RunEvent(const std::function<void()>& event) {
+  try {
+    event();
+  } catch (const std::exception& exception) {
+    rtl::Application().HandleException(exception);
+  }
+}
+
+void TFormWindow::BeIdle() {
+  if (FIsIdle || !isVisible()) return;
+  FIsIdle = true;  // showing a change may wait for events in its turn
+  RunEvent([this] { FForm.UpdateActions(); });
+  const rtl::TButton* const defaultButton = FForm.DefaultButton();
+  if (defaultButton != nullptr) static_cast<QPushButton*>(WidgetOf(*defaultButton))->setDefault(true);
+  if (FPageTurned) FocusPage();
+  FPageTurned = false;
+  FIsIdle = false;
+}
+
+// The keyboard goes to what there is to enter, or else to the button that goes on. So a whole walk needs
+// Enter alone.
+void TFormWindow::FocusPage() {
+  QWidget* widget = FirstInput(FForm.Controls());
+  if (widget == nullptr && FForm.DefaultButton() != nullptr) widget = WidgetOf(*FForm.DefaultButton());
+  if (widget != nullptr) widget->setFocus();
+}
+
+QWidget* TFormWindow::FirstInput(const std::vector<rtl::TControl*>& controls) const {
+  for (const rtl::TControl* control : controls) {
+    QWidget* const widget = WidgetOf(*control);
+    if (!widget->isVisible() || !widget->isEnabled()) continue;
+    if (IsInput(*control)) return widget;
+    if (QWidget* const inner = FirstInput(control->Controls())) return inner;
+  }
+  return nullptr;
+}
+
+void TFormWindow::ControlChanged(const rtl::TControl& control, rtl::TChange what) {
+  FWidgets.at(&control)->Show(what);
+  if (what == rtl::TChange::ActivePage) FPageTurned = true;
+}
+
+void TFormWindow::FocusChanged(const rtl::TControl& control) {
+  WidgetOf(control)->setFocus();
+}
+
+void TFormWindow::CaptionChanged() {
+  setWindowTitle(ToQt(FForm.Caption()));
+}
+
+void TFormWindow::ModalResultChanged() {
+  QTimer::singleShot(0, this, [this] { done(FForm.ModalResult()); });
+}
+
+void TFormWindow::reject() {
+  if (rtl::TButton* const button = FForm.CancelButton()) {
+    RunEvent([button] { button->Click(); });
+  } else {
+    FForm.Close();
+  }
+}
+
+void TFormWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  FForm.Close();
+}
+
+}  // namespace desktop

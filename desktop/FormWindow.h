@@ -1,0 +1,55 @@
+// The window of a form: every control as a widget, every change of state shown, every act of the user carried
+// to the control. It knows no form in particular.
+#pragma once
+
+#include <QDialog>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "desktop/ControlWidgets.h"
+#include "rtl/Forms.h"
+
+namespace desktop {
+
+class TFormWindow : public QDialog, public rtl::IFormView {
+ public:
+  // Becomes the form's view for its own lifetime. The form is not owned, and lives longer.
+  TFormWindow(rtl::TForm& form, QWidget* parent);
+  ~TFormWindow() override;
+
+  // Shows the window until the form has a modal result.
+  void Run();
+
+  // The widget of a control of the form.
+  QWidget* WidgetOf(const rtl::TControl& control) const { return FWidgets.at(&control)->Widget(); }
+
+  // --- rtl::IFormView ---
+  void ControlChanged(const rtl::TControl& control, rtl::TChange what) override;
+  void FocusChanged(const rtl::TControl& control) override;
+  void CaptionChanged() override;
+  void ModalResultChanged() override;
+
+ protected:
+  void reject() override;                        // the Cancel key
+  void closeEvent(QCloseEvent* event) override;  // the system menu
+
+ private:
+  void AddWidgets(const std::vector<rtl::TControl*>& controls, QWidget* parent);
+  void ConnectLabels();
+  void SetTabOrder();
+  void Place();
+  void RunEvent(const std::function<void()>& event);
+  void BeIdle();
+  void FocusPage();
+  QWidget* FirstInput(const std::vector<rtl::TControl*>& controls) const;
+
+  rtl::TForm& FForm;
+  TEventRunner FRunner;
+  std::unordered_map<const rtl::TControl*, std::unique_ptr<TControlWidget>> FWidgets;
+  std::vector<const rtl::TControl*> FOrder;  // all controls, in tab order
+  bool FPageTurned = true;
+  bool FIsIdle = false;
+};
+
+}  // namespace desktop

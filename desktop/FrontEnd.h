@@ -1,0 +1,43 @@
+// The front end of the program in Qt: forms, messages and pickers as windows of the desktop.
+#pragma once
+
+#include <QString>
+#include <functional>
+
+#include "rtl/Application.h"
+
+namespace desktop {
+
+class TFrontEnd : public rtl::IFrontEnd {
+ public:
+  // In force for its own lifetime. Makes the wait cursor of long operations, too.
+  TFrontEnd();
+  ~TFrontEnd() override;
+  TFrontEnd(const TFrontEnd&) = delete;
+  TFrontEnd& operator=(const TFrontEnd&) = delete;
+
+  // Called before a form, a message or a picker appears.
+  std::function<void()> OnModal;
+
+  void ShowModal(rtl::TForm& form) override;
+  void MessageBox(std::string_view text, std::string_view caption, unsigned flags) override;
+  void MessageDlg(std::string_view text, rtl::TMsgDlgType type, rtl::TMsgDlgButton button,
+                  int helpContext) override;
+  // Folder and file pickers speak the host's paths; a choice that has no Windows path is refused with a
+  // message.
+  bool SelectDirectory(std::string_view caption, std::string_view root, std::string& directory) override;
+  bool OpenFile(rtl::TOpenDialog& dialog) override;
+  void ShowException(std::string_view message) override;
+
+ private:
+  void BeforeModal() const {
+    if (OnModal) OnModal();
+  }
+  void ShowMessage(int icon, const QString& title, std::string_view text);
+  bool TakePath(const QString& hostPath, std::string& path);
+};
+
+// "Undo files (*.reu)|*.reu|All files (*.*)|*.*" as Qt's pickers write it.
+QString ToQtFilter(std::string_view filter);
+
+}  // namespace desktop

@@ -1,0 +1,94 @@
+#include "desktop/ProgressWindow.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "MigWizard/Wizard.h"
+#include "desktop/QtText.h"
+#include "rtl/Exceptions.h"
+
+namespace desktop {
+
+namespace {
+
+// Short enough to look alive, and long enough to cost the run nothing.
+constexpr qint64 kShowEvery = 40;  // milliseconds
+constexpr int kWidth = 72;         // average characters
+
+// A restore copies over originals one by one: it cannot be stopped halfway.
+bool IsRestoring() {
+  return mig::WizardForm && mig::WizardForm->GetReplacerIndex() == mig::kRestoreIndex;
+}
+
+// A dialog that does not go before the run is over, whatever keys are pressed.
+class TRunDialog : public QDialog {
+ public:
+  using QDialog::QDialog;
+  void reject() override {}
+};
+
+}  // namespace
+
+TProgressWindow::TProgressWindow(std::vector<mig::TComponentReplacer*> replacers)
+    : FReplacers(std::move(replacers)) {
+  for (mig::TComponentReplacer* replacer : FReplacers) {
+    replacer->OnProgress = [this, replacer](const mig::TRunProgress& progress) {
+      if (!FWindow) Open(replacer->Options().GetTitle());
+      Show(progress);
+    };
+  }
+}
+
+TProgressWindow::~TProgressWindow() {
+  for (mig::TComponentReplacer* replacer : FReplacers) replacer->OnProgress = nullptr;
+}
+
+void TProgressWindow::Open(const std::string& title) {
+  FWindow = std::make_unique<TRunDialog>(QApplication::activeWindow());
+  FWindow->setObjectName("ProgressWindow");
+  FWindow->setWindowTitle(ToQt(title));
+  FWindow->setModal(true);
+  FWindow->setMinimumWidth(FWindow->fontMetrics().averageCharWidth() * kWidth);
+  auto* const rows = new QVBoxLayout(FWindow.get());
+  FFileName = new QLabel(FWindow.get());
+  FFileName->setTextFormat(Qt::PlainText);
+  FBar = new QProgressBar(FWindow.get());
+  FStop = new QPushButton("&Stop", FWindow.get());
+  FStop->setVisible(!IsRestoring());
+  rows->addWidget(FFileName);
+  rows->addWidget(FBar);
+  rows->addWidget(FStop, 0, Qt::AlignRight);
+  FStopped = false;
+  QObject::connect(FStop, &QPushButton::clicked, FWindow.get(), [this] {
+    FStopped = true;
+    FStop->setEnabled(false);
+  });
+  FWindow->show();
+  FSinceShown.invalidate();
+}
+
+void TProgressWindow::Show(const mig::TRunProgress& progress) {
+  const bool isLast = progress.Done >= progress.Known;
+  if (FSinceShown.isValid() && FSinceShown.elapsed() < kShowEvery && !isLast) return;
+  FBar->setRange(0, progress.Known);
+  FBar->setValue(progress.Done);
+  if (isLast) FStop->setEnabled(false);  // from here on originals are written
+  const QString fileName = ToQt(progress.FileName);
+  FFileName->setText(FFileName->fontMetrics().elidedText(fileName, Qt::ElideMiddle, FBar->width()));
+  QApplication::processEvents();
+  FSinceShown.start();
+  if (FStopped && !isLast) {
+    Close();
+    throw rtl::EAbort("Stopped by the user.");
+  }
+}
+
+void TProgressWindow::Close() {
+  FWindow.reset();
+}
+
+}  // namespace desktop

@@ -1,0 +1,48 @@
+#include "host/HostServices.h"
+
+#include <string>
+
+#include "host/Host.h"
+#include "host/HostError.h"
+
+namespace host {
+
+THost& THostServices::Host() const {
+  if (!FHost) throw EHostError("The host has ended.");
+  return *FHost;
+}
+
+int THostServices::GetModuleCount() {
+  return Host().ModuleCount();
+}
+
+toolsapi::TIntf<toolsapi::IOTAModule> THostServices::GetModule(int index) {
+  return Host().Module(index).Interface();
+}
+
+bool THostServices::ReloadFile(std::string_view fileName) {
+  return Host().ReloadFile(fileName);
+}
+
+bool THostServices::OpenProject(std::string_view fileName, bool newProjGroup) {
+  return !fileName.empty() && Host().OpenProject(fileName, newProjGroup);
+}
+
+rtl::TMainMenu* THostServices::GetMainMenu() {
+  return &Host().MainMenu();
+}
+
+void THostServices::AddActionMenu(std::string_view name, rtl::TAction* action, rtl::TMenuItem* menuItem,
+                                  bool insertAfter, bool insertAsChild) {
+  rtl::Assert(action == nullptr, "This host knows no actions.");
+  rtl::TMenuItem* const place = Host().MainMenu().FindItem(name);
+  if (!place) throw EHostError("There is no menu item " + Quoted(name) + ".");
+  if (insertAsChild) {
+    place->Insert(insertAfter ? place->Count() : 0, *menuItem);
+  } else {
+    rtl::TMenuItem& parent = *place->Parent();
+    parent.Insert(parent.IndexOf(*place) + (insertAfter ? 1 : 0), *menuItem);
+  }
+}
+
+}  // namespace host

@@ -1,0 +1,88 @@
+#include "host/ProjectChoice.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "host/HostError.h"
+#include "rtl/SysUtils.h"
+#include "win/Drives.h"
+
+namespace host {
+
+namespace {
+
+bool IsPascalUnit(const TFileReference& unit) {
+  return rtl::SameText(rtl::ExtractFileExt(unit.Name), ".pas");
+}
+
+// Whether `named` is what the user may call the project: its path, its file name, or that without its
+// extension.
+bool IsCalled(const TProject& project, std::string_view named) {
+  const std::string fileName = rtl::ExtractFileName(project.FileName());
+  const std::string key = FileKey(named);
+  return key == FileKey(fileName) || key == FileKey(rtl::ChangeFileExt(fileName, "")) ||
+         FileKey(win::ToWindowsPath(named)) == FileKey(project.FileName());
+}
+
+std::string ListOf(const TProjectGroup& group) {
+  std::string list;
+  for (int i = 0; i < group.Count(); ++i) {
+    list.append(i == 0 ? "" : ", ").append(rtl::ExtractFileName(group[i].FileName()));
+  }
+  return list;
+}
+
+TProject& ProjectCalled(const TProjectGroup& group, std::string_view named) {
+  TProject* found = nullptr;
+  for (int i = 0; i < group.Count(); ++i) {
+    if (!IsCalled(group[i], named)) continue;
+    if (found) throw EChoiceError("More than one project is called " + Quoted(named) + ".");
+    found = &group[i];
+  }
+  if (!found) throw EChoiceError("There is no project " + Quoted(named) + ", only: " + ListOf(group) + ".");
+  return *found;
+}
+
+}  // namespace
+
+TProject& OpenProjectForRun(THost& host, std::string_view typed, std::string_view active) {
+  const std::string fileName = win::ToWindowsPath(typed);
+  if (fileName.empty()) throw EHostError(At(typed, 0, "this path has no drive."));
+  if (!host.OpenProject(fileName, /*newGroup=*/true)) {
+    throw EHostError(At(fileName, 0, "what is open could not be closed."));
+  }
+  const TProjectGroup& group = *host.Group();
+  if (group.Count() == 0) throw EHostError(At(fileName, 0, "this group has no projects."));
+  if (!active.empty()) host.SetActiveProject(ProjectCalled(group, active));
+  TProject& project = *host.ActiveProject();
+  const auto& units = project.Units();
+  if (std::none_of(units.begin(), units.end(), IsPascalUnit)) {
+    throw EHostError(At(project.FileName(), 0, "this project has no units."));
+  }
+  return project;
+}
+
+std::vector<std::string> SelectUnits(const TProject& project, const std::vector<std::string>& names) {
+  std::unordered_map<std::string, bool> wanted;  // by FileKey: whether a unit of that name was met
+  for (const std::string& name : names) wanted.emplace(FileKey(name), false);
+
+  std::vector<std::string> selected;
+  for (const TFileReference& unit : project.Units()) {
+    if (!IsPascalUnit(unit)) continue;
+    std::string name = rtl::ExtractFileName(unit.Name);
+    if (!names.empty()) {
+      const auto found = wanted.find(FileKey(name));
+      if (found == wanted.end()) continue;
+      found->second = true;
+    }
+    selected.push_back(std::move(name));
+  }
+  for (const std::string& name : names) {
+    if (!wanted[FileKey(name)]) {
+      throw EChoiceError("The project " + Quoted(project.FileName()) + " has no unit " + Quoted(name) + ".");
+    }
+  }
+  return selected;
+}
+
+}  // namespace host

@@ -1,0 +1,336 @@
+// The stand-alone host: what is open, what is saved, what a front end hears of it, what a command line
+// chooses.
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "MigWizard/IDEUtils.h"
+#include "host/Host.h"
+#include "host/HostError.h"
+#include "host/ProjectChoice.h"
+#include "qrl/KVAMenu.h"
+#include "tests/TempTree.h"
+#include "win/Drives.h"
+
+namespace host {
+namespace {
+
+using mig::TIDEUtils;
+using toolsapi::BorlandIDEServices;
+using toolsapi::TIntf;
+
+std::string Name(const std::string& fileName) {
+  return fileName.substr(fileName.rfind('\\') + 1);
+}
+
+class TRecorder final : public THostObserver {
+ public:
+  void ProjectOpened() override { Events.push_back("+project"); }
+  void ProjectClosed() override { Events.push_back("-project"); }
+  void ActiveProjectChanged() override { Events.push_back("active"); }
+  void ModuleOpened(TModule& module) override { Events.push_back("+" + Name(module.FileName())); }
+  void ModuleClosed(TModule& module) override { Events.push_back("-" + Name(module.FileName())); }
+  void BufferChanged(TFileBuffer& buffer) override {
+    Events.push_back((buffer.Modified() ? "*" : "=") + Name(buffer.FileName()));
+  }
+  void EditorShown(TFileEditor& editor) override {
+    Events.push_back("show " + Name(editor.Buffer().FileName()));
+  }
+  void MenuChanged() override { Events.push_back("menu"); }
+
+  // What happened since the last call.
+  std::string Take() {
+    std::string text;
+    for (const std::string& event : Events) text.append(text.empty() ? "" : " ").append(event);
+    Events.clear();
+    return text;
+  }
+  std::vector<std::string> Events;
+};
+
+// Drive C: with a group of two projects: App (Main with a form, Shared, and Gone, which is not there) and
+// Tool (Shared).
+class HostTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(win::MapDrive('C', FTree.HostPath()));
+    for (const char* name : {"App/Main.pas", "App/main.DFM", "lib/Shared.pas", "Lone.pas"})
+      FTree.Write(name, name);
+    FTree.Write("App/App.dpr",
+                "program App;\nuses Main in 'Main.pas' {MainForm}, Shared in '..\\Lib\\Shared.pas',\n"
+                "Gone in 'Gone.pas';\nbegin end.");
+    FTree.Write("Tool/Tool.dpr", "program Tool; uses Shared in '..\\lib\\Shared.pas'; begin end.");
+    FTree.Write("All.bpg", "PROJECTS = App.exe Tool.exe\nApp.exe: App\\App.dpr\nTool.exe: Tool\\Tool.dpr");
+    FTree.Write("None.bpg", "PROJECTS =\n");
+    FTree.Write("Broken.dproj", "<Project>");
+    FTree.Write("Bare.dpr", "program Bare; begin end.");
+    FHost.AddObserver(FRecorder);
+    FHost.OnReport = [this](std::string_view line) { FReports.emplace_back(line); };
+  }
+  void TearDown() override { win::ResetDrives(); }
+
+  std::string OnDisk(std::string_view name) const {
+    std::ifstream file(FTree.HostPath(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  std::string Modules() const {
+    std::string list;
+    for (int i = 0; i < FHost.ModuleCount(); ++i) list.append(Name(FHost.Module(i).FileName())).append(" ");
+    return list;
+  }
+  template <class TCall>
+  static std::string Error(TCall call) {
+    try {
+      call();
+    } catch (const EChoiceError& error) {
+      return std::string("choice: ") + error.what();
+    } catch (const rtl::Exception& error) {
+      return error.what();
+    }
+    return "none";
+  }
+
+  tests::TTempTree FTree;
+  TRecorder FRecorder;
+  THost FHost;
+  std::vector<std::string> FReports;
+};
+
+TEST_F(HostTest, ProjectThroughTheInterfaces) {
+  EXPECT_EQ(TIDEUtils::GetProjectFileName(), "");
+  EXPECT_FALSE(TIDEUtils::OpenProject(""));
+  ASSERT_TRUE(TIDEUtils::OpenProject("C:\\All.bpg"));
+  EXPECT_EQ(FRecorder.Take(), "+project");
+  EXPECT_EQ(FReports, std::vector<std::string>{"C:\\App\\App.dpr(3): \"C:\\App\\Gone.pas\" does not exist."});
+  EXPECT_EQ(TIDEUtils::GetProjectFileName(), "C:\\App\\App.dpr");
+  ASSERT_EQ(TIDEUtils::GetModuleCount(), 2);
+  EXPECT_EQ(TIDEUtils::GetModuleFileName(0), "C:\\App\\Main.pas");
+  EXPECT_EQ(TIDEUtils::GetModuleFileName(1), "C:\\Lib\\Shared.pas");
+  EXPECT_TRUE(TIDEUtils::SaveProject());
+
+  TModule& main = FHost.OpenModule("c:\\app\\MAIN.pas");
+  TModule& shared = FHost.OpenModule("C:\\lib\\shared.pas");
+  FHost.OpenModule("C:\\Lone.pas");
+  EXPECT_EQ(&FHost.OpenModule("C:\\App\\Main.dfm"), &main);
+  EXPECT_EQ(Modules(), "All.bpg App.dpr Tool.dpr MAIN.pas shared.pas Lone.pas ");
+  EXPECT_EQ(FRecorder.Take(), "+MAIN.pas +shared.pas +Lone.pas");
+
+  // As the expert hides the forms of a project: by the source editors, found by what they support.
+  const auto module = TIDEUtils::GetModuleServices()->GetModule(3);
+  ASSERT_EQ(module->GetModuleFileCount(), 2);
+  EXPECT_FALSE(toolsapi::Supports<toolsapi::IOTASourceEditor>(module->GetModuleFileEditor(1)));
+  const auto source = toolsapi::CastTo<toolsapi::IOTASourceEditor>(module->GetModuleFileEditor(0));
+  toolsapi::CastTo<toolsapi::IOTAEditor>(source)->Show();
+  EXPECT_EQ(FRecorder.Take(), "show MAIN.pas");
+  ASSERT_EQ(module->GetOwnerCount(), 1);
+  EXPECT_EQ(module->GetOwner(0), TIDEUtils::GetActiveProject());
+  ASSERT_EQ(shared.Interface()->GetOwnerCount(), 2);
+  EXPECT_EQ(shared.Interface()->GetOwner(1)->GetFileName(), "C:\\Tool\\Tool.dpr");
+  EXPECT_EQ(FHost.Module(5).Interface()->GetOwnerCount(), 0);
+
+  FHost.SetActiveProject((*FHost.Group())[1]);
+  EXPECT_EQ(TIDEUtils::GetProjectFileName(), "C:\\Tool\\Tool.dpr");
+  EXPECT_EQ(TIDEUtils::GetModuleCount(), 1);
+
+  EXPECT_TRUE(TIDEUtils::CloseProjectGroup());
+  EXPECT_EQ(FRecorder.Take(), "active -MAIN.pas -shared.pas -project");
+  EXPECT_EQ(Modules(), "Lone.pas ");
+  EXPECT_EQ(module->GetFileName(), "c:\\app\\MAIN.pas");
+  EXPECT_EQ(module->GetOwnerCount(), 0);
+  source->Show();
+  EXPECT_EQ(FRecorder.Take(), "");
+  EXPECT_TRUE(TIDEUtils::CloseProjectGroup());
+}
+
+TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
+  ASSERT_TRUE(FHost.OpenProject("C:\\App\\App.dpr", true));
+  TModule& main = FHost.OpenModule("C:\\App\\Main.pas");
+  TFileBuffer& source = main.Editor(0).Buffer();
+  TFileBuffer& form = main.Editor(1).Buffer();
+  EXPECT_EQ(source.Bytes(), "App/Main.pas");
+  source.SetBytes("App/Main.pas");
+  EXPECT_FALSE(main.Modified());
+  source.SetBytes("new");
+  form.SetBytes("new form");
+  EXPECT_TRUE(TIDEUtils::SaveProject());
+  EXPECT_EQ(OnDisk("App/Main.pas"), "new");
+  EXPECT_EQ(OnDisk("App/main.DFM"), "new form");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(FTree.HostPath("App")), {}), 3);
+
+  FRecorder.Take();
+  source.SetBytes("mine");
+  FTree.Write("App/Main.pas", "theirs");
+  FTree.Write("App/main.DFM", "their form");
+  EXPECT_TRUE(TIDEUtils::ReloadFile("C:\\APP\\main.PAS"));
+  EXPECT_EQ(source.Bytes(), "theirs");
+  EXPECT_EQ(form.Bytes(), "their form");
+  EXPECT_EQ(FRecorder.Take(), "*Main.pas =Main.pas =Main.dfm");
+  EXPECT_TRUE(TIDEUtils::ReloadFile("C:\\Lone.pas"));
+  EXPECT_FALSE(TIDEUtils::ReloadFile("C:\\App\\Gone.pas"));
+  std::filesystem::remove(FTree.HostPath("App/main.DFM"));
+  EXPECT_FALSE(TIDEUtils::ReloadFile("C:\\App\\Main.pas"));
+  EXPECT_EQ(form.Bytes(), "their form");
+
+  // A file that cannot be written keeps its module open and its changes in memory.
+  source.SetBytes("kept");
+  std::filesystem::permissions(FTree.HostPath("App/Main.pas"), std::filesystem::perms::owner_read);
+  FReports.clear();
+  EXPECT_FALSE(TIDEUtils::SaveProject());
+  EXPECT_FALSE(TIDEUtils::CloseProjectGroup());
+  EXPECT_FALSE(FHost.OpenProject("C:\\All.bpg", true));
+  EXPECT_EQ(FReports.front(), "C:\\App\\Main.pas: cannot be saved. Access is denied.");
+  EXPECT_EQ(OnDisk("App/Main.pas"), "theirs");
+  EXPECT_TRUE(main.IsOpen() && main.Modified());
+}
+
+TEST_F(HostTest, TheUserIsAsked) {
+  const struct {
+    TSaveAnswer Answer;
+    bool Closed, Saved;
+    const char* OnDisk;
+  } rows[] = {
+      {TSaveAnswer::Cancel, false, false, "lib/Shared.pas"},
+      {TSaveAnswer::No, true, false, "lib/Shared.pas"},
+      {TSaveAnswer::Yes, true, true, "changed"},
+  };
+  for (const auto& row : rows) {
+    ASSERT_TRUE(FHost.OpenProject("C:\\All.bpg", true));
+    FHost.OpenModule("C:\\lib\\Shared.pas").Editor(0).Buffer().SetBytes("changed");
+    FHost.OnQuerySave = [&](TModule& module) {
+      EXPECT_EQ(module.FileName(), "C:\\lib\\Shared.pas");
+      return row.Answer;
+    };
+    EXPECT_EQ(TIDEUtils::GetActiveProject()->Save(false, false), row.Saved);
+    EXPECT_FALSE(TIDEUtils::GetActiveProject()->Save(true, true));
+    EXPECT_EQ(TIDEUtils::CloseProjectGroup(), row.Closed);
+    EXPECT_EQ(OnDisk("lib/Shared.pas"), row.OnDisk);
+    if (!row.Closed) {
+      FHost.OnQuerySave = [](TModule&) { return TSaveAnswer::No; };
+      ASSERT_TRUE(TIDEUtils::CloseProjectGroup());
+    }
+  }
+}
+
+TEST_F(HostTest, ProjectsComeAndGo) {
+  ASSERT_TRUE(FHost.OpenProject("C:\\App\\App.dpr", true));
+  ASSERT_TRUE(FHost.OpenProject("C:\\Tool\\Tool.dpr", false));
+  EXPECT_EQ(FHost.ActiveProject()->FileName(), "C:\\Tool\\Tool.dpr");
+  ASSERT_TRUE(FHost.OpenProject("c:\\app\\app.DPR", false));
+  EXPECT_EQ(FHost.Group()->Count(), 2);
+  FHost.OpenModule("C:\\App\\Main.pas");
+  FHost.OpenModule("C:\\lib\\Shared.pas");
+  EXPECT_EQ(FRecorder.Take(), "+project +project active active +Main.pas +Shared.pas");
+
+  // A failure leaves what is open.
+  EXPECT_EQ(Error([&] { TIDEUtils::OpenProject("C:\\Broken.dproj"); }),
+            "C:\\Broken.dproj(1): this is not well-formed XML: Start-end tags mismatch.");
+  EXPECT_EQ(Error([&] { FHost.OpenModule("C:\\App\\Gone.pas"); }),
+            "C:\\App\\Gone.pas: this file does not exist.");
+  EXPECT_EQ(Modules(), " App.dpr Tool.dpr Main.pas Shared.pas ");
+
+  TIntf<TProject> app(FHost.ActiveProject());
+  EXPECT_TRUE(app->Close());
+  EXPECT_EQ(Modules(), " Tool.dpr Shared.pas ");
+  EXPECT_EQ(FRecorder.Take(), "-Main.pas -project active");
+  EXPECT_EQ(app->GetModuleCount(), 2);
+  EXPECT_TRUE(FHost.ActiveProject()->GetModule(0) && FHost.Group()->Close());
+  ASSERT_TRUE(FHost.OpenProject("C:\\None.bpg", true));
+  EXPECT_EQ(TIDEUtils::GetActiveProject(), nullptr);
+  EXPECT_EQ(TIDEUtils::GetProjectFileName(), "");
+}
+
+TEST_F(HostTest, MenuAndEnd) {
+  TIntf<toolsapi::IInterface> services;
+  {
+    FHost.~THost();
+    EXPECT_EQ(BorlandIDEServices, nullptr);
+    new (&FHost) THost();
+    FHost.AddObserver(FRecorder);
+    TIDEUtils::AddExpertMenuItem(qrl::Menu(), "&Wizard", "W",
+                                 [](rtl::TMenuItem& item) { item.SetCaption("!"); });
+    EXPECT_FALSE(FRecorder.Take().empty());
+    ASSERT_EQ(FHost.MainMenu().Items().Count(), 4);
+    EXPECT_EQ(FHost.MainMenu().Items()[2].Name(), qrl::Menu().MenuName);
+    FHost.MainMenu().FindItem("W")->Click();
+    EXPECT_EQ(FHost.MainMenu().FindItem("W")->Caption(), "!");
+    const auto menus = toolsapi::CastTo<toolsapi::INTAServices>(BorlandIDEServices);
+    EXPECT_EQ(Error([&] { menus->AddActionMenu("No", nullptr, &FHost.MainMenu().NewItem(), true, true); }),
+              "There is no menu item \"No\".");
+    services = BorlandIDEServices;
+    FHost.~THost();
+    new (&FHost) THost();
+  }
+  const auto modules = toolsapi::CastTo<toolsapi::IOTAModuleServices>(services);
+  EXPECT_EQ(Error([&] { modules->GetModuleCount(); }), "The host has ended.");
+  EXPECT_EQ(Error([&] { THost second; }), "There is a host already.");
+}
+
+TEST_F(HostTest, ChoicesOfACommandLine) {
+  const auto open = [&](const char* file, const char* active = "") {
+    return Error([&] { throw rtl::Exception("ok " + OpenProjectForRun(FHost, file, active).FileName()); });
+  };
+  EXPECT_EQ(open("c:/All.bpg"), "ok C:\\App\\App.dpr");
+  EXPECT_EQ(open(FTree.HostPath("All.bpg").c_str(), "tool"), "ok C:\\Tool\\Tool.dpr");
+  EXPECT_EQ(open("C:\\All.bpg", "TOOL.DPR"), "ok C:\\Tool\\Tool.dpr");
+  EXPECT_EQ(open("C:\\All.bpg", FTree.HostPath("Tool/Tool.dpr").c_str()), "ok C:\\Tool\\Tool.dpr");
+  EXPECT_EQ(open("C:\\All.bpg", "Toolbox"),
+            "choice: There is no project \"Toolbox\", only: App.dpr, Tool.dpr.");
+  EXPECT_EQ(open("C:\\None.bpg"), "C:\\None.bpg: this group has no projects.");
+  EXPECT_EQ(open("C:\\Bare.dpr"), "C:\\Bare.dpr: this project has no units.");
+  EXPECT_EQ(open("Q:\\x.dpr"), "Q:\\x.dpr: this path has no drive.");
+
+  const TProject& app = OpenProjectForRun(FHost, "C:\\App\\App.dpr");
+  EXPECT_EQ(SelectUnits(app, {}), (std::vector<std::string>{"Main.pas", "Shared.pas"}));
+  EXPECT_EQ(SelectUnits(app, {"SHARED.pas", "shared.PAS"}), std::vector<std::string>{"Shared.pas"});
+  EXPECT_EQ(Error([&] {
+              SelectUnits(app, {"Main.pas", "Gone.pas"});
+            }),
+            "choice: The project \"C:\\App\\App.dpr\" has no unit \"Gone.pas\".");
+}
+
+TEST_F(HostTest, WizardModules) {
+  const std::string probe = win::ToWindowsPath(KVA_PROBE_MODULE);
+  for (const bool refuses : {false, true}) {
+    setenv("KVA_PROBE", refuses ? "refuse" : "run", 1);
+    const std::string expected = refuses ? probe + ": this wizard refused to be loaded." : "none";
+    EXPECT_EQ(Error([&] { FHost.LoadWizardModule(probe); }), expected);
+    ASSERT_EQ(FHost.Wizards().size(), refuses ? 0u : 1u);
+    if (!refuses) {
+      EXPECT_EQ(FHost.Wizards()[0]->GetName(), "a variable of its own");
+    }
+    FHost.MainMenu().FindItem("Probe")->Click();
+    EXPECT_EQ(FHost.MainMenu().FindItem("Probe")->Caption(), "clicked");
+    FHost.~THost();
+    new (&FHost) THost();
+    EXPECT_STREQ(getenv("KVA_PROBE"), "ended");
+  }
+  FTree.Write("text.so", "no module");
+  EXPECT_EQ(Error([&] {
+              FHost.LoadWizardModule("C:\\text.so");
+            }).rfind("C:\\text.so: this module cannot be loaded: ", 0),
+            0u);
+  EXPECT_TRUE(FHost.Wizards().empty());
+}
+
+// Would not come to an end if anything here went over all units, or over a folder, for each unit.
+TEST_F(HostTest, ManyUnits) {
+  std::filesystem::create_directory(FTree.HostPath("Big"));
+  std::string source = "program Big;\nuses\n";
+  for (int i = 0; i < 5000; ++i) {
+    const std::string unit = "Unit" + std::to_string(i);
+    std::filesystem::create_hard_link(FTree.HostPath("Lone.pas"), FTree.HostPath("Big/" + unit + ".pas"));
+    source.append("  u")
+        .append(unit.substr(1))
+        .append(i % 2 ? " in 'UNIT" + std::to_string(i) + ".pas'" : "");
+    source.append(i < 4999 ? ",\n" : ";\n");
+  }
+  FTree.Write("Big/Big.dpr", source);
+  const TProject& project = OpenProjectForRun(FHost, "C:\\Big\\Big.dpr");
+  EXPECT_EQ(project.Units().size(), 5000u);
+  EXPECT_EQ(SelectUnits(project, {}).size(), 5000u);
+}
+
+}  // namespace
+}  // namespace host

@@ -1,0 +1,268 @@
+// A host for tests that records what is asked of it, and a front end that follows a script.
+#pragma once
+
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "rtl/Application.h"
+#include "rtl/Forms.h"
+#include "rtl/Menus.h"
+#include "rtl/SysUtils.h"
+#include "toolsapi/InterfacedObject.h"
+#include "toolsapi/ToolsAPI.h"
+#include "win/Drives.h"
+
+namespace test {
+
+using namespace toolsapi;  // NOLINT: a host is made of nothing else
+
+// What the host has and answers. An empty ProjectFile: no project group is open.
+struct THostState {
+  struct TModule {
+    std::string FileName;
+    bool HasForm = false;
+    bool IsOwned = true;  // belongs to the active project
+  };
+  std::string ProjectFile;
+  std::vector<TModule> Modules;
+  bool SaveResult = true;
+  bool CloseResult = true;
+  std::vector<std::string> Calls;
+  rtl::TMainMenu MainMenu;
+};
+
+class TSourceEditor : public TInterfacedObject<IOTASourceEditor> {
+ public:
+  TSourceEditor(THostState& state, std::string fileName) : FState(state), FFileName(std::move(fileName)) {}
+  std::string GetFileName() override { return FFileName; }
+  void Show() override { FState.Calls.push_back("Show " + FFileName); }
+
+ private:
+  THostState& FState;
+  std::string FFileName;
+};
+
+class TFormEditor : public TInterfacedObject<IOTAEditor> {
+ public:
+  std::string GetFileName() override { return {}; }
+  void Show() override {}
+};
+
+class TModuleInfo : public TInterfacedObject<IOTAModuleInfo> {
+ public:
+  explicit TModuleInfo(std::string fileName) : FFileName(std::move(fileName)) {}
+  std::string GetFileName() override { return FFileName; }
+
+ private:
+  std::string FFileName;
+};
+
+class TProject : public TInterfacedObject<IOTAProject> {
+ public:
+  explicit TProject(THostState& state) : FState(state) {}
+  std::string GetFileName() override { return FState.ProjectFile; }
+  int GetModuleFileCount() override { return 0; }
+  TIntf<IOTAEditor> GetModuleFileEditor(int) override { return nullptr; }
+  int GetOwnerCount() override { return 0; }
+  TIntf<IOTAProject> GetOwner(int) override { return nullptr; }
+  bool Save(bool changeName, bool forceSave) override {
+    FState.Calls.push_back(rtl::Format("Save %d %d", {changeName, forceSave}));
+    return FState.SaveResult;
+  }
+  bool Close() override { return true; }
+  int GetModuleCount() override { return static_cast<int>(FState.Modules.size()); }
+  TIntf<IOTAModuleInfo> GetModule(int index) override {
+    return MakeIntf<TModuleInfo>(FState.Modules[static_cast<size_t>(index)].FileName);
+  }
+
+ private:
+  THostState& FState;
+};
+
+class TGroup : public TInterfacedObject<IOTAProjectGroup> {
+ public:
+  TGroup(THostState& state, TIntf<IOTAProject> project) : FState(state), FProject(std::move(project)) {}
+  std::string GetFileName() override { return {}; }
+  int GetModuleFileCount() override { return 0; }
+  TIntf<IOTAEditor> GetModuleFileEditor(int) override { return nullptr; }
+  int GetOwnerCount() override { return 0; }
+  TIntf<IOTAProject> GetOwner(int) override { return nullptr; }
+  bool Save(bool, bool) override { return true; }
+  bool Close() override {
+    FState.Calls.push_back("Close");
+    return FState.CloseResult;
+  }
+  TIntf<IOTAProject> GetActiveProject() override { return FProject; }
+
+ private:
+  THostState& FState;
+  TIntf<IOTAProject> FProject;
+};
+
+class TUnitModule : public TInterfacedObject<IOTAModule> {
+ public:
+  TUnitModule(THostState& state, THostState::TModule module, TIntf<IOTAProject> owner)
+      : FState(state), FModule(std::move(module)), FOwner(std::move(owner)) {}
+  std::string GetFileName() override { return FModule.FileName; }
+  int GetModuleFileCount() override { return FModule.HasForm ? 2 : 1; }
+  TIntf<IOTAEditor> GetModuleFileEditor(int index) override {
+    // The form first: the source editor has to be looked for.
+    if (FModule.HasForm && index == 0) return MakeIntf<TFormEditor>();
+    return MakeIntf<TSourceEditor>(FState, FModule.FileName);
+  }
+  int GetOwnerCount() override { return FModule.IsOwned ? 1 : 0; }
+  TIntf<IOTAProject> GetOwner(int) override { return FOwner; }
+  bool Save(bool, bool) override { return true; }
+  bool Close() override { return true; }
+
+ private:
+  THostState& FState;
+  THostState::TModule FModule;
+  TIntf<IOTAProject> FOwner;
+};
+
+class TServices : public TInterfacedObject<IOTAModuleServices, IOTAActionServices, INTAServices> {
+ public:
+  explicit TServices(THostState& state) : FState(state), FProject(MakeIntf<TProject>(state)) {}
+  int GetModuleCount() override {
+    return FState.ProjectFile.empty() ? 0 : 1 + static_cast<int>(FState.Modules.size());
+  }
+  TIntf<IOTAModule> GetModule(int index) override {
+    if (index == GetModuleCount() - 1) return MakeIntf<TGroup>(FState, FProject);
+    return MakeIntf<TUnitModule>(FState, FState.Modules[static_cast<size_t>(index)], FProject);
+  }
+  bool ReloadFile(std::string_view fileName) override { return Record("Reload ", fileName); }
+  bool OpenProject(std::string_view fileName, bool newProjGroup) override {
+    return Record(newProjGroup ? "Open new " : "Open ", fileName);
+  }
+  rtl::TMainMenu* GetMainMenu() override { return &FState.MainMenu; }
+  void AddActionMenu(std::string_view name, rtl::TAction*, rtl::TMenuItem* menuItem, bool insertAfter,
+                     bool insertAsChild) override {
+    rtl::TMenuItem* const place = FState.MainMenu.FindItem(name);
+    rtl::TMenuItem& parent = insertAsChild ? *place : *place->Parent();
+    parent.Insert(insertAsChild ? (insertAfter ? parent.Count() : 0) : parent.IndexOf(*place) + insertAfter,
+                  *menuItem);
+  }
+
+ private:
+  bool Record(const char* call, std::string_view fileName) {
+    FState.Calls.push_back(call + std::string(fileName));
+    return true;
+  }
+  THostState& FState;
+  TIntf<IOTAProject> FProject;
+};
+
+// The host's services, for the time of a test.
+class THostInForce {
+ public:
+  explicit THostInForce(THostState& state) {
+    BorlandIDEServices = TIntf<IOTAModuleServices>(MakeIntf<TServices>(state));
+  }
+  ~THostInForce() { BorlandIDEServices = nullptr; }
+};
+
+// Shows each form by running the next step of the script on it; records every form and message into `shown`.
+class TScriptedFrontEnd : public rtl::IFrontEnd {
+ public:
+  explicit TScriptedFrontEnd(std::vector<std::string>& shown) : Shown(shown) {
+    rtl::Application().SetFrontEnd(this);
+  }
+  ~TScriptedFrontEnd() override { rtl::Application().SetFrontEnd(nullptr); }
+
+  std::deque<std::function<void(rtl::TForm&)>> Script;
+  std::vector<std::string>& Shown;
+  std::string Picked;     // what the user picks; empty: he gives up
+  std::string AskedWith;  // what the last picker was called with
+
+  void ShowModal(rtl::TForm& form) override {
+    Shown.push_back("Form " + form.Name());
+    rtl::Assert(!Script.empty(), "A form that the script does not expect");
+    const auto step = std::move(Script.front());
+    Script.pop_front();
+    step(form);
+    rtl::Assert(form.ModalResult() != rtl::mrNone, "The script leaves the form open");
+  }
+  void MessageBox(std::string_view text, std::string_view caption, unsigned flags) override {
+    Shown.push_back(rtl::Format("Box %d %s: %s", {static_cast<int>(flags), caption, text}));
+  }
+  void MessageDlg(std::string_view text, rtl::TMsgDlgType type, rtl::TMsgDlgButton,
+                  int helpContext) override {
+    const bool isPlain = type == rtl::TMsgDlgType::Information && helpContext == 0;
+    Shown.push_back((isPlain ? "Information: " : "Other dialog: ") + std::string(text));
+  }
+  bool SelectDirectory(std::string_view caption, std::string_view root, std::string& directory) override {
+    AskedWith = rtl::Format("%s|%s|%s", {caption, root, directory});
+    if (!Picked.empty()) directory = Picked;
+    return !Picked.empty();
+  }
+  bool OpenFile(rtl::TOpenDialog& dialog) override {
+    AskedWith = rtl::Format("%s|%s|%d%d",
+                            {dialog.Filter, dialog.InitialDir, dialog.PathMustExist, dialog.FileMustExist});
+    if (!Picked.empty()) dialog.FileName = Picked;
+    return !Picked.empty();
+  }
+  void ShowException(std::string_view message) override {
+    Shown.push_back("Exception " + std::string(message));
+  }
+};
+
+// Plays the user on a form: steps divided by "; ". A button, box or radio is clicked by its name, `name=text`
+// types, `name[2]` clicks the mark of an entry. An idle moment follows each.
+inline void Play(rtl::TForm& form, std::string_view steps) {
+  while (!steps.empty()) {
+    const size_t end = std::min(steps.find("; "), steps.size());
+    const std::string_view step = steps.substr(0, end);
+    steps.remove_prefix(std::min(end + 2, steps.size()));
+    const size_t name = step.find_first_of("=[");
+    rtl::TControl& control = form.Control<rtl::TControl>(step.substr(0, name));
+    if (name == std::string_view::npos) {
+      dynamic_cast<rtl::TButtonControl&>(control).Click();
+    } else if (step[name] == '=') {
+      dynamic_cast<rtl::TEdit&>(control).Enter(step.substr(name + 1));
+    } else {
+      auto& list = dynamic_cast<rtl::TCheckListBox&>(control);
+      const int index = std::stoi(std::string(step.substr(name + 1)));
+      list.SetChecked(index, !list.Checked(index));
+    }
+    form.UpdateActions();
+  }
+}
+
+// A scratch folder of the host that is drive C:, holds the user's settings too, and goes with the object.
+class TScratch {
+ public:
+  TScratch() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "kvaXXXXXX").string();
+    rtl::Assert(mkdtemp(pattern.data()) != nullptr, "No scratch folder");
+    FFolder = pattern;
+    rtl::Assert(win::MapDrive('C', pattern), "The scratch folder is no drive");
+    setenv("XDG_CONFIG_HOME", (FFolder / "config").c_str(), 1);
+  }
+  ~TScratch() {
+    win::ResetDrives();
+    std::error_code error;
+    std::filesystem::remove_all(FFolder, error);
+  }
+  const std::filesystem::path& Folder() const { return FFolder; }
+  std::filesystem::path Settings() const { return FFolder / "config/Tarvex/registry.ini"; }
+
+  // `name` with slashes, below the scratch folder.
+  void Write(const std::string& name, const std::string& bytes) const {
+    std::filesystem::create_directories((FFolder / name).parent_path());
+    std::ofstream(FFolder / name, std::ios::binary) << bytes;
+  }
+  std::string Read(const std::filesystem::path& name) const {
+    std::ifstream file(FFolder / name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+ private:
+  std::filesystem::path FFolder;
+};
+
+}  // namespace test

@@ -1,0 +1,190 @@
+#include <gtest/gtest.h>
+
+#include "MigWizard/ReplaceOptions.h"
+#include "RecordingHost.h"
+#include "rtl/Registry.h"
+#include "target/KVAWizard.h"
+
+namespace {
+
+constexpr char kRoot[] = "Software\\Tarvex";
+constexpr char kSection[] = "BDE/IBX Migration Wizard";
+
+class SettingsTest : public testing::Test {
+ protected:
+  static rtl::TRegIniFile Open() { return rtl::TRegIniFile(kRoot, rtl::KEY_READ_WRITE); }
+  void Store(const std::string& text) const { FScratch.Write("config/Tarvex/registry.ini", text); }
+  std::string Stored() const { return FScratch.Read(FScratch.Settings()); }
+
+  test::TScratch FScratch;
+};
+
+TEST_F(SettingsTest, ValuesComeBack) {
+  const std::string values[] = {"",           " C:\\new\\table ",       "one\r\ntwo\r\n",      "a=b;[c]#\"",
+                                "\xC3\xA9\t", std::string("\0\x1f", 2), "\\n is no line end\\"};
+  for (const std::string& value : values) {
+    Open().WriteString(kSection, "Directory", value);
+    EXPECT_EQ(Open().ReadString(kSection, "DIRECTORY", "default"), value);
+  }
+  for (const int32_t value : {0, -1, 2147483647, -2147483647 - 1}) {
+    Open().WriteInteger(kSection, "Left", value);
+    EXPECT_EQ(Open().ReadInteger("bde/ibx migration wizard", "Left", 7), value);
+  }
+  for (const bool value : {true, false}) {
+    Open().WriteBool(kSection, "ViewLog", value);
+    EXPECT_EQ(Open().ReadBool(kSection, "ViewLog", !value), value);
+  }
+  EXPECT_EQ(Open().ReadString("Other", "Left", "default"), "default");
+}
+
+TEST_F(SettingsTest, BrokenValuesGiveTheDefault) {
+  Store(
+      "[S]\nInt=12x\nBig=99999999999\nEmpty=\nNoEnd=a\\\nBad=\\q\nHex=\\x4\nOdd\nYes=true\nSpaced = 5 "
+      "\r\nDouble=1\nDouble=2\n");
+  const rtl::TRegIniFile reg = Open();
+  for (const char* key : {"Int", "Big", "Empty", "Odd"}) EXPECT_EQ(reg.ReadInteger("S", key, 7), 7) << key;
+  for (const char* key : {"NoEnd", "Bad", "Hex", "Odd"}) EXPECT_EQ(reg.ReadString("S", key, "?"), "?") << key;
+  EXPECT_TRUE(reg.ReadBool("S", "Yes", true));
+  EXPECT_FALSE(reg.ReadBool("S", "Yes", false));
+  EXPECT_EQ(reg.ReadInteger("S", "Spaced", 0), 5);
+  EXPECT_EQ(reg.ReadInteger("S", "Double", 0), 1);
+}
+
+TEST_F(SettingsTest, WhatOthersWroteStays) {
+  Store("; mine\nstray\n[Other]\nLeft=1\n\n[S]\nLeft=2\n# note\n\n[Last]\nx");
+  Open().WriteInteger("S", "Left", 3);
+  Open().WriteInteger("S", "Top", 4);
+  Open().WriteInteger("New", "Top", 5);
+  EXPECT_EQ(Stored(),
+            "; mine\nstray\n[Other]\nLeft=1\n\n[S]\nLeft=3\n# note\nTop=4\n\n[Last]\nx\n\n[New]\nTop=5\n");
+}
+
+TEST_F(SettingsTest, WhatAnotherProcessStoredMeanwhileStays) {
+  rtl::TRegIniFile first = Open();
+  rtl::TRegIniFile second = Open();
+  first.WriteInteger("S", "A", 1);
+  second.WriteInteger("S", "B", 2);
+  EXPECT_EQ(Stored(), "[S]\nA=1\nB=2\n");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(FScratch.Settings().parent_path()), {}), 1)
+      << "no temporary file is left";
+}
+
+TEST_F(SettingsTest, StoresThatCannotBeWrittenStayAsTheyAre) {
+  namespace fs = std::filesystem;
+  Store("[S]\nA=1\n");
+  fs::permissions(FScratch.Settings(), fs::perms::owner_read);
+  Open().WriteInteger("S", "A", 2);
+  EXPECT_EQ(Stored(), "[S]\nA=1\n");
+  fs::permissions(FScratch.Settings(), fs::perms::owner_all);
+
+  rtl::TRegIniFile(kRoot, 0x20019).WriteInteger("S", "A", 2);  // read access alone
+  EXPECT_EQ(Stored(), "[S]\nA=1\n");
+
+  // Reached through a link, the file that it names is written.
+  fs::rename(FScratch.Settings(), FScratch.Folder() / "real.ini");
+  fs::create_symlink(FScratch.Folder() / "real.ini", FScratch.Settings());
+  Open().WriteInteger("S", "A", 2);
+  EXPECT_TRUE(fs::is_symlink(FScratch.Settings()));
+  EXPECT_EQ(FScratch.Read("real.ini"), "[S]\nA=2\n");
+
+  // A folder where the file should be, a file where its folder should be, and no home at all.
+  fs::remove(FScratch.Settings());
+  fs::create_directory(FScratch.Settings());
+  Open().WriteInteger("S", "A", 2);
+  EXPECT_EQ(Open().ReadInteger("S", "A", 7), 7);
+  fs::remove_all(FScratch.Folder() / "config");
+  FScratch.Write("config", "");
+  Open().WriteInteger("S", "A", 2);
+  EXPECT_EQ(Open().ReadInteger("S", "A", 7), 7);
+  const std::string home = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "";
+  unsetenv("XDG_CONFIG_HOME");
+  unsetenv("HOME");
+  Open().WriteInteger("S", "A", 2);
+  EXPECT_EQ(Open().ReadInteger("S", "A", 7), 7);
+  if (!home.empty()) setenv("HOME", home.c_str(), 1);
+}
+
+TEST_F(SettingsTest, Options) {
+  mig::TReplaceOptions options("BDE/IBX");
+  options.Dest = mig::sdFolder;
+  options.Directory = "C:\\Src";
+  options.IncludeSubDirs = true;
+  options.MakeBackup = false;
+  options.ViewLog = true;
+  options.BackupDir = "C:\\B";
+  options.UnitNames = "A.pas\r\n";
+  rtl::TRegIniFile reg = Open();
+  options.Save(reg, options.GetTitle());
+  EXPECT_EQ(
+      Stored(),
+      "[BDE/IBX Migration Wizard]\nDest=1\nDirectory=C:\\\\Src\nIncludeSubDirs=1\nMakeBackup=0\nWriteLog=1\n"
+      "ViewLog=1\n");
+
+  mig::TReplaceOptions loaded("BDE/IBX");
+  loaded.BackupDir = "kept";
+  loaded.Load(Open(), kSection);
+  EXPECT_EQ(loaded.Dest, mig::sdFolder);
+  EXPECT_EQ(loaded.Directory, "C:\\Src");
+  EXPECT_TRUE(loaded.IncludeSubDirs && !loaded.MakeBackup && loaded.WriteLog && loaded.ViewLog);
+  EXPECT_EQ(loaded.BackupDir, "kept");
+
+  // A number of more than a byte is cut to its low byte; what is missing stays as it is in the object.
+  Store("[BDE/IBX Migration Wizard]\nDest=257\nMakeBackup=7\n");
+  loaded.Dest = mig::sdProject;
+  loaded.Directory = "present";
+  loaded.Load(Open(), kSection);
+  EXPECT_EQ(loaded.Dest, mig::sdFolder);
+  EXPECT_TRUE(loaded.MakeBackup);
+  EXPECT_EQ(loaded.Directory, "present");
+}
+
+// Stores the settings of a form in which `steps` were played, and reads them into a new one.
+class HistoryTest : public SettingsTest {
+ protected:
+  void SaveAfter(std::string_view steps) {
+    target::TKVAWizardForm form;
+    form.SetLeft(FLeft);
+    test::Play(form, steps);
+    rtl::TRegIniFile reg = Open();
+    form.SaveHistory(reg, kSection);
+  }
+  static std::string Load() {
+    target::TKVAWizardForm form;
+    form.LoadHistory(Open(), kSection);
+    return rtl::Format("%d %d %d %s %d|%s|%s",
+                       {form.rbModeReplace.Checked(), form.rbModeReplaceIBX.Checked(),
+                        form.rbModeRestore.Checked(), form.edUndoFile.Text(), form.Left(),
+                        form.cbDirectory.Items().Text(), form.cbBackupDir.Items().Text()});
+  }
+  int FLeft = 0;
+};
+
+TEST_F(HistoryTest, FirstUseStartsAsTheFormIsMade) {
+  EXPECT_EQ(Load(), "1 0 0  0||");
+}
+
+TEST_F(HistoryTest, OneBooleanHoldsTheMode) {
+  struct TRow {
+    const char *Steps, *Loaded;
+  };
+  const TRow rows[] = {
+      {"", "1 0 0 RExpert.reu 5||"},
+      {"rbModeReplaceIBX", "0 0 1 RExpert.reu 5||"},
+      {"rbModeRestore", "0 0 1 RExpert.reu 5||"},
+      {"chMakeBackup", "1 0 0  5||"},
+      {"rbDestFolder; cbDirectory=C:\\Src", "1 0 0 C:\\Src\\RExpert.reu 5||"},
+      {"rbDestFolder; cbDirectory=C:\\Src; cbBackupDir=D:\\B", "1 0 0 D:\\B\\RExpert.reu 5||"},
+  };
+  FLeft = 5;
+  for (const TRow& row : rows) {
+    SaveAfter(row.Steps);
+    EXPECT_EQ(Load(), row.Loaded) << row.Steps;
+  }
+}
+
+TEST_F(HistoryTest, ListsComeBackInTheirOrder) {
+  Store("[BDE/IBX Migration Wizard]\nDirHistory=C:\\\\B\\r\\nC:\\\\A\\r\\n\nBackDirHistory=R\\r\\n\n");
+  EXPECT_EQ(Load(), "1 0 0  0|C:\\B\r\nC:\\A\r\n|R\r\n");
+}
+
+}  // namespace

@@ -1,0 +1,9 @@
+unit Rows;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

@@ -1,0 +1,5 @@
+unit Odd;
+type
+  TOdd = object
+    Next: TQuery;
+  end;

@@ -1,0 +1,4 @@
+object F: TF
+  object Q: TQuery
+    SQL.Strings = (
+      'sel

@@ -1,0 +1,9 @@
+unit Cut;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

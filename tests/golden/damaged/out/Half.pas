@@ -1,0 +1,9 @@
+unit Half;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

@@ -1,0 +1,9 @@
+unit Nul;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

@@ -1,0 +1,5 @@
+object F: TF
+    object U: TKVAUpdateSQL
+  end
+end
+

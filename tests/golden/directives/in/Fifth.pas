@@ -1,0 +1,9 @@
+unit Fifth;
+
+interface
+
+implementation
+
+{$R forms\Main.dfm} {$R 'Main.dfm'}
+
+end.

@@ -1,0 +1,9 @@
+unit First;
+
+interface
+
+implementation
+
+{$R My_Form.dfm}
+
+end.

@@ -1,0 +1,9 @@
+unit Fourth;
+
+interface
+
+implementation
+
+{$RESOURCE *.nfm}
+
+end.

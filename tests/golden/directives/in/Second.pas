@@ -1,0 +1,9 @@
+unit Second;
+
+interface
+
+implementation
+
+{$R *.dfm1} {$r *.Dfm}
+
+end.

@@ -1,0 +1,4 @@
+object F: TF
+  object U: TUpdateSQL
+  end
+end

@@ -1,0 +1,9 @@
+unit Alone;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

@@ -1,0 +1,9 @@
+unit Beside;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

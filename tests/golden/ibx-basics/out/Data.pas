@@ -1,0 +1,20 @@
+unit Data;
+
+interface
+
+uses DBTables, Quorel, KVA, KVAScript, Velmar, KVAError, IBDatabase, IBQuery;
+
+type
+  TDM = class(TDataModule)
+    DB: TKVAConnection;
+    Tr: TKVATransaction;
+    DS: TKVAQuery;
+    Old: TDatabase;
+    Mover: TBatchMove;
+  end;
+
+implementation
+
+{$R *.dfm}
+
+end.

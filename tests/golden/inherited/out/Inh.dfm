@@ -1,0 +1,21 @@
+inherited Form2: TForm2
+  Left = 1
+  inherited Q1: TQuery
+    Left = 2
+  end
+  inline Frame1: TFrame1
+    inherited Q2: TTable
+      Top = 3
+    end
+    inherited Q3: TTable [3]
+    end
+        object Q4: TKVATable
+      Left = 4
+      AutoCommit = True
+    end
+end
+    object Q5: TKVATable
+    Left = 5
+    AutoCommit = True
+  end
+end

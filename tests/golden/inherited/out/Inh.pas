@@ -1,0 +1,9 @@
+unit Inh;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

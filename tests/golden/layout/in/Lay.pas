@@ -1,0 +1,9 @@
+unit Lay;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

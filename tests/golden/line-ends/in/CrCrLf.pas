@@ -1,0 +1,5 @@
+unit CrCrLf;
+uses DBTables;
+var D: TDatabase;
+{$R *.dfm}
+end.

@@ -1,0 +1,5 @@
+unit Lf;
+uses DBTables;
+var D: TDatabase;
+{$R *.dfm}
+end.

@@ -1,0 +1,1 @@
+unit Mac;uses DBTables;var D: TDatabase;{$R *.dfm}end.

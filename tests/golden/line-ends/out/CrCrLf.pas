@@ -1,0 +1,6 @@
+unit CrCrLf;
+uses DBTables, Quorel, KVA, Velmar, KVAError;
+var D: TKVAConnection;
+    Transaction: TKVATransaction;
+{$R *.dfm}
+end.

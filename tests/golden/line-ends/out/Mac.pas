@@ -1,0 +1,2 @@
+unit Mac;uses DBTables, Quorel, KVA, Velmar, KVAError;var D: TKVAConnection;
+    Transaction: TKVATransaction;{$R *.dfm}end.

@@ -1,0 +1,9 @@
+unit Log;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

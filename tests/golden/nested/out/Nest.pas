@@ -1,0 +1,9 @@
+unit Nest;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

@@ -1,0 +1,2 @@
+var Q: TQuery;
+end.

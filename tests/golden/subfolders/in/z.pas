@@ -1,0 +1,3 @@
+unit z;
+var Q: TQuery;
+end.

@@ -1,0 +1,3 @@
+unit App;
+var Q: TKVAQuery;
+end.

@@ -1,0 +1,4 @@
+unit deep;
+{$R *.dfm}
+var Q: TKVAQuery;
+end.

@@ -1,0 +1,3 @@
+unit a_;
+var Q: TKVAQuery;
+end.

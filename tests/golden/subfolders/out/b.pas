@@ -1,0 +1,2 @@
+unit b;
+end.

@@ -1,0 +1,6 @@
+unit Same;
+uses DB;
+var Q: TQuery; D: TDatabase;
+implementation
+{$R *.dfm}
+end.

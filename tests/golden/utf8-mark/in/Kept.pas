@@ -1,0 +1,3 @@
+﻿unit Kept;
+{ nothing to change: the mark stays }
+end.

@@ -1,0 +1,6 @@
+﻿object Form1: TForm1
+  Caption = 'Győr'
+  object T: TTable
+    TableName = 'Čísla'
+  end
+end

@@ -1,0 +1,8 @@
+﻿unit Marked;
+interface
+uses DBTables; { Škofja Loka }
+var
+  TQueryé, éTQuery: TQuery; // �( � TTable
+implementation
+{$R *.dfm}
+end.

@@ -1,0 +1,9 @@
+unit Val;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

@@ -1,0 +1,9 @@
+unit Over;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

@@ -1,0 +1,31 @@
+// A place among the host's files: a path as the system calls take it.
+#pragma once
+
+#include <fcntl.h>
+#include <string>
+#include <string_view>
+
+#include "win/PosixFd.h"
+
+namespace win {
+
+class TFolderListing;
+
+// `Path` in its shortest spelling, without a separator at its end, seen from the folder `Base`. Every system
+// call takes the two together (openat and its like).
+struct TPlace {
+  int Base = AT_FDCWD;
+  std::string Path;
+  TUniqueFd BaseOwner;  // open where `Base` is a folder on the way of a path too long for the system
+  // The listing of the place's folder that was just found current, or null; it holds until the next look-up.
+  TFolderListing* Listing = nullptr;
+
+  // The part up to and with the last separator; empty for a name in `Base` itself.
+  std::string_view Folder() const { return std::string_view(Path).substr(0, LeafStart()); }
+  // The same as an argument of a system call: "." where it is empty.
+  std::string FolderPath() const { return LeafStart() == 0 ? std::string(".") : std::string(Folder()); }
+  std::string_view Leaf() const { return std::string_view(Path).substr(LeafStart()); }
+  size_t LeafStart() const { return Path.rfind('/') + 1; }  // npos + 1 is 0
+};
+
+}  // namespace win
