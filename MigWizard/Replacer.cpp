@@ -102,8 +102,8 @@ bool TComponentReplacer::RunFiles() {
   return succeeded;
 }
 
-// The units come first, and each appends its form files behind all that is there. In a project run all forms are read for
-// their aliases before the first of them is converted.
+// The units come first, and each appends its form files behind all that is there. In a project run all forms
+// are read for their aliases before the first of them is converted.
 void TComponentReplacer::WalkUnits(const std::string& tempDir) {
   FDatabases.Clear();
   FProcessed.clear();
@@ -148,12 +148,13 @@ void TComponentReplacer::RefuseSecondFile(const std::string& fileName) {
   const std::string bareName = rtl::ExtractFileName(fileName);
   const auto [place, isNew] = FProcessed.try_emplace(win::UpperFileName(bareName), fileName);
   if (isNew || win::UpperFileName(place->second) == win::UpperFileName(fileName)) return;
-  throw rtl::Exception(rtl::Format("Two files named \"%s\" cannot be converted in one project run: \"%s\" and \"%s\".",
-                                   {bareName, place->second, fileName}));
+  throw rtl::Exception(
+      rtl::Format("Two files named \"%s\" cannot be converted in one project run: \"%s\" and \"%s\".",
+                  {bareName, place->second, fileName}));
 }
 
-// On a host where names that differ in case alone can stand side by side, the temporary folder, the backup folder and the
-// undo file have one place for both. Two spellings of one file or folder are no such pair.
+// On a host where names that differ in case alone can stand side by side, the temporary folder, the backup
+// folder and the undo file have one place for both. Two spellings of one file or folder are no such pair.
 void TComponentReplacer::RefuseCaseTwin(const std::string& fileName) {
   for (size_t end = fileName.find('\\'); end != std::string::npos;) {
     end = fileName.find('\\', end + 1);
@@ -162,8 +163,8 @@ void TComponentReplacer::RefuseCaseTwin(const std::string& fileName) {
     if (isNew || place->second == name) continue;
     win::TFileSystem& disk = win::FileSystem();
     if (disk.GetLongPathNameA(place->second) == disk.GetLongPathNameA(name)) continue;
-    throw rtl::Exception(rtl::Format("\"%s\" and \"%s\" differ in case alone and cannot be converted in one run.",
-                                     {place->second, name}));
+    throw rtl::Exception(rtl::Format(
+        "\"%s\" and \"%s\" differ in case alone and cannot be converted in one run.", {place->second, name}));
   }
 }
 
@@ -181,7 +182,8 @@ void TComponentReplacer::BackupFile(const std::string& fileName, const std::stri
     backupName = JoinPath(FOptions.BackupDir, rtl::ExtractFileName(BackupFileName(fileName)));
   }
   if (!win::CopyFileA(fileName, backupName, false)) {
-    Warn(rtl::Format("No backup of \"%s\" could be made. %s", {fileName, win::SysErrorMessage(win::GetLastError())}));
+    Warn(rtl::Format("No backup of \"%s\" could be made. %s",
+                     {fileName, win::SysErrorMessage(win::GetLastError())}));
   }
   FUndoList.SetValue(fileName, backupName);
 }
@@ -211,7 +213,9 @@ void TComponentReplacer::WriteUndoFile() {
   for (int i = 0; i < FUndoList.Count(); ++i) {
     const std::string& line = FUndoList[i];
     if (line.find('=') == line.rfind('=') && line.find_first_of("\r\n") == std::string::npos) continue;
-    Warn(rtl::Format("The undo file cannot restore files while it lists a name with \"=\" or a line end in it: %s", {line}));
+    Warn(rtl::Format(
+        "The undo file cannot restore files while it lists a name with \"=\" or a line end in it: %s",
+        {line}));
     break;
   }
 }

@@ -95,9 +95,8 @@ class TEditWidget : public TControlWidget {
       : TControlWidget(edit, widget), FEdit(edit), FLine(line) {
     QObject::connect(FLine, &QLineEdit::textEdited, FLine,
                      [this, &run](const QString& text) { run([&] { FEdit.Enter(FromQt(text)); }); });
-    QObject::connect(FLine, &QLineEdit::editingFinished, FLine, [this, &run] {
-      run([this] { FEdit.Enter(AsWindowsPath(FEdit.Text())); });
-    });
+    QObject::connect(FLine, &QLineEdit::editingFinished, FLine,
+                     [this, &run] { run([this] { FEdit.Enter(AsWindowsPath(FEdit.Text())); }); });
   }
   void ShowText() override {
     const QString text = ToQt(FEdit.Text());
@@ -105,7 +104,8 @@ class TEditWidget : public TControlWidget {
   }
 
  private:
-  TEditWidget(rtl::TEdit& edit, QLineEdit* line, const TEventRunner& run) : TEditWidget(edit, line, line, run) {}
+  TEditWidget(rtl::TEdit& edit, QLineEdit* line, const TEventRunner& run)
+      : TEditWidget(edit, line, line, run) {}
 
   rtl::TEdit& FEdit;
   QLineEdit* FLine;

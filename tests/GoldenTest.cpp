@@ -1,9 +1,9 @@
-// Whole runs over the folders of tests/golden: the tree that comes out, log and undo file included, and the way back.
-#include <gtest/gtest.h>
-
+// Whole runs over the folders of tests/golden: the tree that comes out, log and undo file included, and the
+// way back.
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <map>
 #include <regex>
 #include <sstream>
@@ -37,13 +37,15 @@ std::map<std::string, std::string> ReadTree(const fs::path& root) {
 }
 
 std::string ReplaceAll(std::string text, const std::string& what, const std::string& by) {
-  for (size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size()) text.replace(at, what.size(), by);
+  for (size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size())
+    text.replace(at, what.size(), by);
   return text;
 }
 
 // What a run writes of paths and times, as the golden folders write it.
 std::string WithPlaceholders(const std::string& text, const std::string& dir) {
-  return std::regex_replace(ReplaceAll(text, dir, "<dir>"), std::regex("Created at: [^\r]*"), "Created at: <time>");
+  return std::regex_replace(ReplaceAll(text, dir, "<dir>"), std::regex("Created at: [^\r]*"),
+                            "Created at: <time>");
 }
 
 // The words of a file beside `in`, which says what is special about the run.
@@ -75,8 +77,9 @@ TEST_P(GoldenTest, RunAndRestore) {
   options.Directory = win::ToWindowsPath(tree.string());
   options.IncludeSubDirs = true;
   options.BackupDir = JoinPath(options.Directory, "RBackup");
-  TComponentReplacer& replacer =
-      Setting(name, "mode").at(0) == "ibx" ? migration.IBX() : static_cast<TComponentReplacer&>(migration.BDE());
+  TComponentReplacer& replacer = Setting(name, "mode").at(0) == "ibx"
+                                     ? migration.IBX()
+                                     : static_cast<TComponentReplacer&>(migration.BDE());
   EXPECT_EQ(replacer.Replace(), Setting(name, "result") != std::vector<std::string>{"False"});
 
   auto after = ReadTree(tree);
@@ -84,9 +87,11 @@ TEST_P(GoldenTest, RunAndRestore) {
     if (after.contains(file)) after[file] = WithPlaceholders(after[file], options.Directory);
   const auto expected = ReadTree(kGolden / name / "out");
   for (const auto& [file, text] : expected) EXPECT_EQ(after[file], text) << name << "/" << file;
-  for (const auto& [file, text] : after) EXPECT_TRUE(expected.contains(file)) << name << ": unexpected " << file;
+  for (const auto& [file, text] : after)
+    EXPECT_TRUE(expected.contains(file)) << name << ": unexpected " << file;
 
-  for (const std::string& file : readOnly) fs::permissions(tree / file, fs::perms::owner_write, fs::perm_options::add);
+  for (const std::string& file : readOnly)
+    fs::permissions(tree / file, fs::perms::owner_write, fs::perm_options::add);
   const std::string undoFile = JoinPath(options.BackupDir, "RExpert.reu");
   const bool changedAny = !ReadFile(tree / "RBackup" / "RExpert.reu").empty();
   EXPECT_EQ(replacer.Restore(undoFile), changedAny);

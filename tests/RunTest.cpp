@@ -1,9 +1,8 @@
 // Runs that meet trouble: what they raise, and that every original is as it was or can be had back.
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <map>
+#include <sys/stat.h>
 
 #include "MigWizard/FileUtils.h"
 #include "rtl/Streams.h"
@@ -46,7 +45,8 @@ class RunTest : public testing::Test {
   }
   std::map<std::string, std::string> Sources() {
     std::map<std::string, std::string> files;
-    for (const char* name : {"src/A.pas", "src/A.dfm", "src/Sub/B.pas", "src/Sub/B.dfm"}) files[name] = Read(name);
+    for (const char* name : {"src/A.pas", "src/A.dfm", "src/Sub/B.pas", "src/Sub/B.dfm"})
+      files[name] = Read(name);
     return files;
   }
   // What Replace raises, as "CLASS: message" with the tree's folder as <dir>.
@@ -64,7 +64,8 @@ class RunTest : public testing::Test {
   }
   bool TempFolderIsEmpty() { return fs::is_empty(FTree.HostPath("tmp")); }
 
-  tests::TTempTree FTree{fs::exists("/dev/shm") ? "/dev/shm" : fs::temp_directory_path()};  // flushing costs nothing there
+  tests::TTempTree FTree{fs::exists("/dev/shm") ? "/dev/shm"
+                                                : fs::temp_directory_path()};  // flushing costs nothing there
   target::TKVAMigration FMigration;
   std::vector<std::string> FWarnings;
 };
@@ -142,7 +143,9 @@ TEST_F(RunTest, BadInput) {
     std::function<void()> Prepare;
     const char* Message;
   };
-  const auto remove = [this](const char* name) { return [this, name] { fs::remove_all(FTree.HostPath(name)); }; };
+  const auto remove = [this](const char* name) {
+    return [this, name] { fs::remove_all(FTree.HostPath(name)); };
+  };
   const TRow rows[] = {
       {"a form that vanishes",
        [this] {
@@ -151,11 +154,22 @@ TEST_F(RunTest, BadInput) {
          };
        },
        "Cannot open file \"<dir>\\src\\Sub\\B.DFM\". The system cannot find the file specified."},
-      {"odd UTF-16", [this] { FTree.Write("src/A.dfm", "\xFF\xFE" "abc"); },
+      {"odd UTF-16",
+       [this] {
+         FTree.Write("src/A.dfm",
+                     "\xFF\xFE"
+                     "abc");
+       },
        "<dir>\\src\\A.DFM: UTF-16 text with an odd number of bytes."},
-      {"a damaged binary form", [this] { FTree.Write("src/A.dfm", std::string("\xFF\x0A\x00" "A\0\x30\x10xxxxTPF", 14)); },
+      {"a damaged binary form",
+       [this] {
+         FTree.Write("src/A.dfm", std::string("\xFF\x0A\x00"
+                                              "A\0\x30\x10xxxxTPF",
+                                              14));
+       },
        "<dir>\\src\\A.DFM: Form data at offset 11: the signature TPF0 is missing."},
-      {"a backup folder that is a file", [this] { FTree.Write("src/RBackup", "x"); }, "Failed to create directory."},
+      {"a backup folder that is a file", [this] { FTree.Write("src/RBackup", "x"); },
+       "Failed to create directory."},
       {"no place for the temporary folder", remove("tmp"), "Failed to create directory."},
       {"a log that is a folder", [this] { fs::create_directory(FTree.HostPath("src/Wiz_Log.txt")); },
        "Cannot create file \"<dir>\\src\\Wiz_Log.txt\". Access is denied."},
@@ -171,7 +185,8 @@ TEST_F(RunTest, BadInput) {
          FTree.Write("src/Main.dfm", kForm);
          FTree.Write("src/MAIN.dfm", kForm);
        },
-       "<dir>\\src\\MAIN.dfm: \"<dir>\\src\\Main.dfm\" and \"<dir>\\src\\MAIN.dfm\" differ in case alone and cannot be "
+       "<dir>\\src\\MAIN.dfm: \"<dir>\\src\\Main.dfm\" and \"<dir>\\src\\MAIN.dfm\" differ in case alone and "
+       "cannot be "
        "converted in one run."},
   };
   for (const TRow& row : rows) {
@@ -214,11 +229,14 @@ TEST_F(RunTest, OptionsAreHonoured) {
   FMigration.Options().ViewLog = true;
   FMigration.Options().IncludeSubDirs = false;
   chmod(FTree.HostPath("src/A.dfm").c_str(), 0640);
-  Replacer().OnExclude = [](std::string_view name) { return name.ends_with(".pas") && name.find("src\\B") != name.npos; };
+  Replacer().OnExclude = [](std::string_view name) {
+    return name.ends_with(".pas") && name.find("src\\B") != name.npos;
+  };
   FTree.Write("src/B.pas", kUnit);
   EXPECT_TRUE(Replacer().Replace());
   EXPECT_EQ(Read("src/A.dfm"),
-            "object A: TForm\r\n    object Q: TKVAQuery\r\n    Left = 1\r\n    AutoCommit = True\r\n  end\r\nend\r\n");
+            "object A: TForm\r\n    object Q: TKVAQuery\r\n    Left = 1\r\n    AutoCommit = True\r\n  "
+            "end\r\nend\r\n");
   EXPECT_EQ(Read("src/B.pas"), kUnit);
   EXPECT_EQ(Read("src/Sub/B.pas"), kUnit);
   EXPECT_FALSE(fs::exists(FTree.HostPath("src/RBackup")));
