@@ -9,17 +9,20 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
-// Calls visit(name, attributes) for each entry but "." and ".." until it gives False.
+// Calls visit(name, attributes) for each entry but "." and ".." until it gives False. False if the folder
+// could not be read to its end.
 template <typename TVisit>
-void WalkFolder(std::string_view dir, TVisit visit) {
+bool WalkFolder(std::string_view dir, TVisit visit) {
   win::TFindData entry;
   auto walk = win::FindFirstFileA(JoinPath(dir, "*.*"), entry);
-  if (!walk) return;
-  do {
-    if (entry.FileName == "." || entry.FileName == "..") continue;
-    if (!visit(entry.FileName, entry.FileAttributes)) break;
-  } while (win::FindNextFileA(*walk, entry));
-  win::FindClose(std::move(walk));
+  if (!walk) return false;
+  bool hasNext = true;
+  while (hasNext) {
+    const bool isReal = entry.FileName != "." && entry.FileName != "..";
+    if (isReal && !visit(entry.FileName, entry.FileAttributes)) return true;
+    hasNext = win::FindNextFileA(*walk, entry);
+  }
+  return win::GetLastError() == win::ERROR_NO_MORE_FILES;
 }
 
 bool IsFolder(uint32_t attributes) {
@@ -34,7 +37,7 @@ bool FolderStands(std::string_view path) {
 }
 
 void EmptyFolder(std::string_view dir) {
-  WalkFolder(dir, [dir](const std::string& name, uint32_t attributes) {
+  (void)WalkFolder(dir, [dir](const std::string& name, uint32_t attributes) {
     const std::string path = JoinPath(dir, name);
     if (IsFolder(attributes)) {
       if (!IsLink(attributes)) EmptyFolder(path);
@@ -93,7 +96,7 @@ bool DeleteTempFolder(std::string_view dir) {
 
 bool CopyFolder(std::string_view source, std::string_view target) {
   bool result = true;
-  WalkFolder(source, [&](const std::string& name, uint32_t attributes) {
+  const bool readAll = WalkFolder(source, [&](const std::string& name, uint32_t attributes) {
     const std::string from = JoinPath(source, name);
     const std::string to = JoinPath(target, name);
     if (!IsFolder(attributes)) {
@@ -108,7 +111,7 @@ bool CopyFolder(std::string_view source, std::string_view target) {
     if (!CopyFolder(from, to)) result = false;
     return true;
   });
-  return result;
+  return result && readAll;
 }
 
 TLogWriter::TLogWriter() = default;

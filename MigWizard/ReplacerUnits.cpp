@@ -27,7 +27,8 @@ bool EndsInPas(std::string_view fileName) {
 
 // The folder of the log: the project's, or the one that is scanned.
 std::string TComponentReplacer::RunFolder() const {
-  return FOptions.Dest == sdProject ? rtl::ExtractFileDir(TIDEUtils::GetProjectFileName()) : FOptions.Directory;
+  return FOptions.Dest == sdProject ? rtl::ExtractFileDir(TIDEUtils::GetProjectFileName())
+                                    : FOptions.Directory;
 }
 
 void TComponentReplacer::InitUnitList() {
@@ -61,8 +62,7 @@ void TComponentReplacer::InitProjectUnits() {
 void TComponentReplacer::ScanFolder(const std::string& dir, bool includeSubDirs) {
   win::TFindData entry;
   const auto walk = win::FindFirstFileA(JoinPath(dir, "*.*"), entry);
-  if (!walk) return;
-  do {
+  for (bool found = walk != nullptr; found; found = win::FindNextFileA(*walk, entry)) {
     if (entry.FileName == "." || entry.FileName == "..") continue;
     const bool isFolder = (entry.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY) != 0;
     const bool isLink = (entry.FileAttributes & win::FILE_ATTRIBUTE_REPARSE_POINT) != 0;
@@ -72,7 +72,10 @@ void TComponentReplacer::ScanFolder(const std::string& dir, bool includeSubDirs)
     } else if (IsUnitName(entry.FileName) && !IsExcluded(path)) {
       FUnits.Add(path);
     }
-  } while (win::FindNextFileA(*walk, entry));
+  }
+  if (win::GetLastError() != win::ERROR_NO_MORE_FILES)
+    Warn(rtl::Format("The folder \"%s\" could not be read. %s",
+                     {dir, win::SysErrorMessage(win::GetLastError())}));
 }
 
 }  // namespace mig

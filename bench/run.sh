@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds what is measured, runs all benchmarks, and writes docs/benchmarks.md.
 #
-#   ./bench/run.sh [--quick] [--only GROUP]...    GROUP: tree, form, grammar, scanner. With either the table is only printed.
+#   ./bench/run.sh [--quick] [--only GROUP]...    GROUP: tree, disk, form, grammar, scanner. With either the table is only printed.
 #
 # The build folder is build/bench, or what KVA_BUILD names. Exit status 1: a target was missed.
 set -euo pipefail

@@ -1,4 +1,5 @@
-// The commands of kvamigrate. Each one gives the program's exit status (cli/CommandLine.h); exceptions are the caller's.
+// The commands of kvamigrate. Each one gives the program's exit status (cli/CommandLine.h); exceptions are
+// the caller's.
 #pragma once
 
 #include <string>

@@ -1,12 +1,16 @@
 #include <cstdio>
 
 #include "MigWizard/FileUtils.h"
+#include "MigWizard/IDEUtils.h"
 #include "MigWizard/RExpertRes.h"
 #include "cli/Commands.h"
 #include "cli/Interrupt.h"
 #include "cli/PathPattern.h"
 #include "cli/Progress.h"
+#include "host/HostError.h"
+#include "host/ProjectChoice.h"
 #include "rtl/Streams.h"
+#include "rtl/StringList.h"
 #include "rtl/SysUtils.h"
 #include "target/Catalogue.h"
 #include "target/KVAReplacer.h"
@@ -19,7 +23,8 @@ constexpr char kDefaultBackupDir[] = "RBackup";
 
 std::string WindowsPath(const std::string& typed) {
   std::string path = win::ToWindowsPath(typed);
-  if (path.empty()) throw EUsage("\"" + typed + "\" cannot be written as a Windows path; is its drive mapped?");
+  if (path.empty())
+    throw EUsage("\"" + typed + "\" cannot be written as a Windows path; is its drive mapped?");
   return path;
 }
 
@@ -79,18 +84,38 @@ std::string ExcludeHint(const std::string& fileName, const std::string& base) {
          "' to convert the others. No file was changed.";
 }
 
+// What is to be scanned, as options of the run. The folder that log and backups belong to.
+std::string SetFolder(const TCommandLine& line, mig::TReplaceOptions& options) {
+  options.Dest = mig::sdFolder;
+  options.Directory = WindowsPath(line.Folder);
+  options.IncludeSubDirs = line.SubFolders;
+  if (!rtl::DirectoryExists(options.Directory))
+    throw EUsage(rtl::Format(mig::STargetDirNotExist, {options.Directory}));
+  return options.Directory;
+}
+
+// The same for the units of the project, which `host` then holds open.
+std::string SetProject(const TCommandLine& line, host::THost& host, mig::TReplaceOptions& options) {
+  try {
+    const host::TProject& project = host::OpenProjectForRun(host, line.Project, line.ActiveProject);
+    rtl::TStringList units;
+    for (const std::string& unit : host::SelectUnits(project, line.Units)) units.Add(unit);
+    options.Dest = mig::sdProject;
+    options.UnitNames = units.Text();
+  } catch (const host::EChoiceError& error) {
+    throw EUsage(error.what());
+  }
+  return rtl::ExtractFileDir(mig::TIDEUtils::GetProjectFileName());
+}
+
 }  // namespace
 
 int RunReplace(const TCommandLine& line) {
   target::TKVAMigration migration(LoadCatalogue(line.Catalogue));
   target::TKVAComponentReplacer& replacer = line.ModeIBX ? migration.IBX() : migration.BDE();
   mig::TReplaceOptions& options = migration.Options();
-  options.Dest = mig::sdFolder;
-  options.Directory = WindowsPath(line.Folder);
-  if (!rtl::DirectoryExists(options.Directory))
-    throw EUsage(rtl::Format(mig::STargetDirNotExist, {options.Directory}));
-  const std::string base = options.Directory;
-  options.IncludeSubDirs = line.SubFolders;
+  host::THost host;
+  const std::string base = line.Project.empty() ? SetFolder(line, options) : SetProject(line, host, options);
   options.MakeBackup = !line.NoBackup;
   options.BackupDir = BackupDir(line.BackupDir, base);
   options.WriteLog = !line.NoLog;

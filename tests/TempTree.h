@@ -1,42 +1,74 @@
-// A temporary folder of a test, gone with all in it at the end.
+// A folder of its own for a test, made below TMPDIR or where it says, and removed with all that is in it.
 #pragma once
 
-#include <cstdlib>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "win/Drives.h"
 
 namespace tests {
 
+// Names are host paths below the folder, with "/". They are taken exactly as they are: no look-up of this
+// program's own is between a test and the disk.
 class TTempTree {
  public:
-  TTempTree() {
-    std::string name = (std::filesystem::temp_directory_path() / "kvatestXXXXXX").string();
-    FHostPath = mkdtemp(name.data());
+  explicit TTempTree(const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+    std::string pattern = (parent / "kvatest.XXXXXX").string();
+    if (!mkdtemp(pattern.data())) ADD_FAILURE() << "no temporary folder " << pattern;
+    FRoot = std::filesystem::canonical(pattern).string();
   }
   ~TTempTree() {
     std::error_code ignored;
-    std::filesystem::remove_all(FHostPath, ignored);
+    std::filesystem::remove_all(FRoot, ignored);
   }
   TTempTree(const TTempTree&) = delete;
   TTempTree& operator=(const TTempTree&) = delete;
 
-  const std::string& HostPath() const { return FHostPath; }
-  std::string HostPath(std::string_view name) const { return FHostPath + "/" + std::string(name); }
-  std::string WindowsPath() const { return win::ToWindowsPath(FHostPath); }
+  const std::string& HostPath() const { return FRoot; }
+  std::string HostPath(std::string_view name) const {
+    return name.empty() ? FRoot : FRoot + "/" + std::string(name);
+  }
+  std::string WindowsPath(std::string_view name = {}) const { return win::ToWindowsPath(HostPath(name)); }
 
-  // Writes a file, making its folders. `name` is relative, with slashes.
+  // Makes the file, and the folders that it needs.
   void Write(std::string_view name, std::string_view bytes) const {
-    const std::filesystem::path path = HostPath(name);
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
+    std::filesystem::create_directories(std::filesystem::path(HostPath(name)).parent_path());
+    std::ofstream file(HostPath(name), std::ios::binary | std::ios::trunc);
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (!file.flush()) ADD_FAILURE() << "cannot write " << HostPath(name);
+  }
+  void MakeFolder(std::string_view name) const { std::filesystem::create_directories(HostPath(name)); }
+  void Link(std::string_view text, std::string_view name) const {
+    std::filesystem::create_symlink(text, HostPath(name));
+  }
+
+  bool Exists(std::string_view name) const {
+    return std::filesystem::exists(std::filesystem::symlink_status(HostPath(name)));
+  }
+  // "(missing)" where there is no such file.
+  std::string Read(std::string_view name) const {
+    std::ifstream file(HostPath(name), std::ios::binary);
+    if (!file) return "(missing)";
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  }
+  // The names in a folder, sorted by their bytes.
+  std::vector<std::string> Names(std::string_view folder = {}) const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(HostPath(folder))) {
+      names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
   }
 
  private:
-  std::string FHostPath;
+  std::string FRoot;
 };
 
 }  // namespace tests

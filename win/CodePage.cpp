@@ -61,6 +61,7 @@ class TCodePage {
     if (row.Converter) {
       UErrorCode error = U_ZERO_ERROR;
       FConverter.reset(ucnv_open(row.Converter, &error));
+      ucnv_setToUCallBack(FConverter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
     }
     for (size_t byte = 0; byte < 256; ++byte) {
       const char single = static_cast<char>(byte);

@@ -58,30 +58,48 @@ class TFileSystem {
   virtual ~TFileSystem() = default;
 
   // Null on failure. `Create` replaces the contents of an existing file and keeps its name's case; a
-  // read-only file, or a folder, of that name is ERROR_ACCESS_DENIED.
+  // read-only file, or a folder, of that name is ERROR_ACCESS_DENIED. Only regular files are opened: a pipe
+  // or a device is ERROR_ACCESS_DENIED too, at once. A file that is created, or emptied, stays where writing
+  // to it fails.
   [[nodiscard]] virtual std::unique_ptr<TFileHandle> CreateFileA(std::string_view path, TFileMode mode) = 0;
 
-  // Copies contents, last-write time and permission bits. The target comes into being, or is replaced, in one
-  // step: nobody ever sees half a file under its name, also not after a kill. After a failure the target is
-  // as it was.
+  // Copies contents, last-write time and permission bits to a file; `target` names the file, not its folder.
+  // An existing target keeps the case of its name and its owner; a link is followed to the file it names. A
+  // read-only target, or a folder, is ERROR_ACCESS_DENIED, the source itself ERROR_SHARING_VIOLATION.
+  //
+  // The target comes into being, or is replaced, in one step, by a temporary file in its folder that takes
+  // its name: nobody ever sees half a file under that name. After a failure the target is as it was and the
+  // temporary file is gone; a process that is killed may leave one behind ("~kva...$$$"). The folder must be
+  // writable. What a power cut leaves is the target as it was or as it became if FlushWritten succeeded
+  // since; else, on file systems that do not bring contents to the disk before names, a file may come out
+  // empty. The source is not touched, so one that was flushed before is there to copy from again.
   [[nodiscard]] virtual bool CopyFileA(std::string_view source, std::string_view target,
                                        bool failIfExists) = 0;
 
   // Walks the folder of a pattern "FOLDER\*.*", the only pattern there is. The first entries are "." and
   // "..", then come all others in the order that NTFS gives: by upper-cased name, compared by UTF-16 unit,
-  // and by the exact name where two are equal so far. The order is fixed when the walk begins. Null on
-  // failure.
+  // and by the exact name where two are equal so far. The entries are fixed when the walk begins: what is
+  // created or deleted meanwhile makes no difference. Null on failure.
+  //
+  // An entry's attributes tell folders, links to folders (both DIRECTORY and REPARSE_POINT) and all others
+  // (NORMAL); whether one is read-only is left to GetFileAttributesA. An entry that no Windows path can name
+  // is passed over, and the user told once (win/Diagnostics.h).
   [[nodiscard]] virtual std::unique_ptr<TFindHandle> FindFirstFileA(std::string_view pattern,
                                                                     TFindData& data) = 0;
 
-  [[nodiscard]] virtual uint32_t GetFileAttributesA(std::string_view path) = 0;  // INVALID_FILE_ATTRIBUTES
-  [[nodiscard]] virtual bool CreateDirectoryA(
-      std::string_view path) = 0;  // also ERROR_ALREADY_EXISTS for a file
-  [[nodiscard]] virtual bool CreatePrivateDirectory(
-      std::string_view path) = 0;  // the same, for the owner alone
-  [[nodiscard]] virtual bool RemoveDirectoryA(
-      std::string_view path) = 0;  // an empty folder, or a link to a folder
-  [[nodiscard]] virtual bool DeleteFileA(std::string_view path) = 0;  // not a read-only one
+  // READONLY, DIRECTORY and REPARSE_POINT (a link to a folder, beside DIRECTORY) as they apply, else NORMAL.
+  // A link to a file counts as that file. INVALID_FILE_ATTRIBUTES on failure, and for a link that leads
+  // nowhere.
+  [[nodiscard]] virtual uint32_t GetFileAttributesA(std::string_view path) = 0;
+
+  // ERROR_ALREADY_EXISTS where there is a folder or a file of that name, in any case.
+  [[nodiscard]] virtual bool CreateDirectoryA(std::string_view path) = 0;
+  // The same, for the owner alone.
+  [[nodiscard]] virtual bool CreatePrivateDirectory(std::string_view path) = 0;
+  // An empty folder, or a link to a folder, whose folder stays.
+  [[nodiscard]] virtual bool RemoveDirectoryA(std::string_view path) = 0;
+  // Not a read-only file, nor a folder. Of a link, the link goes.
+  [[nodiscard]] virtual bool DeleteFileA(std::string_view path) = 0;
 
   // Gives `target` the permission bits of `source`, and its owner the right to write. For temporary copies.
   [[nodiscard]] virtual bool CopyPermissions(std::string_view source, std::string_view target) = 0;
@@ -89,10 +107,12 @@ class TFileSystem {
   // The system's temporary path with its trailing backslash; empty on failure.
   [[nodiscard]] virtual std::string GetTempPathA() = 0;
 
-  // The path with every component spelled as on disk, where it exists; what does not exist stays as given.
+  // The path with every component spelled as on disk, as far as it exists; what does not exist stays as
+  // given. A path in which nothing is to be spelled otherwise comes back as it is.
   [[nodiscard]] virtual std::string GetLongPathNameA(std::string_view path) = 0;
 
-  // Brings everything that was written through this object since the last call to the disk.
+  // Brings everything that was written through this object since the last call to the disk, with the names
+  // under which it stands. After a failure it is open how much of it is there.
   [[nodiscard]] virtual bool FlushWritten() = 0;
 };
 

@@ -155,11 +155,13 @@ bool FollowLinks(TPlace& place, struct stat& info, bool& exists) {
 
 // The place that a copy to `path` replaces or makes, and what is there. False, with the last error set, where
 // it may not be replaced.
-bool TPosixFileSystem::FindTarget(std::string_view path, TPlace& place, struct stat& info, bool& exists) {
+bool TPosixFileSystem::FindTarget(std::string_view path, TPlace& place, struct stat& info, bool& exists,
+                                  bool failIfExists) {
   if (!Locate(path, TKind::File, place)) return false;
   exists = StatAt(place, info) == 0;
   if (!exists && errno != ENOENT) return FailErrno(errno);
   if (exists && S_ISLNK(info.st_mode) && !FollowLinks(place, info, exists)) return FailErrno(errno);
+  if (exists && failIfExists) return Fail(ERROR_FILE_EXISTS);
   if (exists && (!S_ISREG(info.st_mode) || !(info.st_mode & S_IWUSR))) return Fail(ERROR_ACCESS_DENIED);
   // Taking the name would otherwise change its case.
   if (exists && FoldsCase(place, info.st_dev)) FFolders.SpellAll(place);
@@ -187,8 +189,7 @@ bool TPosixFileSystem::CopyFileA(std::string_view source, std::string_view targe
   if (!from.IsOpen()) return false;
   TPlace place;
   bool exists = false;
-  if (!FindTarget(target, place, existing, exists)) return false;
-  if (exists && failIfExists) return Fail(ERROR_FILE_EXISTS);
+  if (!FindTarget(target, place, existing, exists, failIfExists)) return false;
   if (exists && existing.st_dev == info.st_dev && existing.st_ino == info.st_ino) {
     return Fail(ERROR_SHARING_VIOLATION);
   }

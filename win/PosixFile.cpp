@@ -8,7 +8,8 @@
 namespace win {
 namespace {
 
-// Without O_NONBLOCK, opening a pipe would wait for whoever writes to it.
+// Without O_NONBLOCK, opening a pipe would wait for whoever writes to it. It stays set: what is kept open is
+// a regular file, and those pay no heed to it.
 constexpr int kOpenFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 class TPosixFileHandle : public TFileHandle {
@@ -76,7 +77,6 @@ TUniqueFd TPosixFileSystem::OpenForReading(std::string_view path, struct stat& i
     Fail(ERROR_ACCESS_DENIED);
     return {};
   }
-  fcntl(fd.Get(), F_SETFL, 0);
   return fd;
 }
 
@@ -96,7 +96,7 @@ std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path
   TUniqueFd fd(AtPlace(place, [&open](const TPlace& at) { return open(at, 0); }));
   if (!fd.IsOpen() && errno == ENOENT) {
     TFolderChange change(FFolders, place);
-    fd = TUniqueFd(open(place, O_CREAT));
+    fd = TUniqueFd(open(place, O_CREAT));  // also through a link that leads to no file yet
     if (fd.IsOpen()) change.Commit(place.Leaf());
   }
   if (!fd.IsOpen() || fstat(fd.Get(), &info) != 0) {
@@ -111,7 +111,6 @@ std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path
     FailErrno(errno);
     return nullptr;
   }
-  fcntl(fd.Get(), F_SETFL, 0);
   place.Listing = nullptr;
   return std::make_unique<TPosixFileHandle>(std::move(fd), std::move(place), info.st_dev, FWritten);
 }

@@ -33,6 +33,9 @@ class TPosixFileSystem : public TFileSystem {
   std::string GetLongPathNameA(std::string_view path) override;
   bool FlushWritten() override;
 
+  // How often a folder was read to look a name up, for measurements.
+  size_t FolderReadings() const { return FFolders.Readings(); }
+
  private:
   // Whether a path may end in a separator.
   enum class TKind { File, Folder };
@@ -51,7 +54,7 @@ class TPosixFileSystem : public TFileSystem {
 
   bool MakeDirectory(std::string_view path, mode_t mode);
   TUniqueFd OpenForReading(std::string_view path, struct stat& info);
-  bool FindTarget(std::string_view path, TPlace& place, struct stat& info, bool& exists);
+  bool FindTarget(std::string_view path, TPlace& place, struct stat& info, bool& exists, bool failIfExists);
   bool CopyContents(int from, int to, int64_t size);
   bool FoldsCase(const TPlace& place, dev_t device);
   bool PassesOver(const TPlace& folder, std::string_view name);

@@ -15,8 +15,8 @@ constexpr int64_t kMillisecond = 1000000;
 constexpr int64_t kClearlyOlder = 30 * kMillisecond;
 // File systems that keep whole seconds; FAT has every second one.
 constexpr int64_t kClearlyOlderInSeconds = 2500 * kMillisecond;
-// How long own changes keep a listing in use.
-constexpr int64_t kShortest = 20 * kMillisecond;
+// How long own changes keep a listing in use: at least, at most, and in times of what its reading took.
+constexpr int64_t kShortest = 100 * kMillisecond;
 constexpr int64_t kLongest = 5000 * kMillisecond;
 constexpr int64_t kReadingTimes = 30;
 // Names that are held at most, all folders together.
@@ -170,24 +170,27 @@ void TFolderCache::SpellAll(TPlace& place) {
 
 void TFolderCache::Forget(const TPlace& place) {
   TFolderStamp stamp;
-  if (ReadStamp(place.Base, place.FolderPath(), stamp)) FListings.erase({stamp.Device, stamp.Inode});
+  if (!ReadStamp(place.Base, place.FolderPath(), stamp)) return;
+  const auto found = FListings.find({stamp.Device, stamp.Inode});
+  if (found == FListings.end()) return;
+  FTotal -= std::min(FTotal, found->second.Count());
+  FListings.erase(found);
 }
 
-// The listing that is held for the folder if it may be used as it is, or null.
-TFolderListing* TFolderCache::Cached(const TFolderStamp& stamp) {
+// The listing that is held for the folder if it is true as far as can be told, or null.
+TFolderListing* TFolderCache::Held(const TFolderStamp& stamp) {
   const auto found = FListings.find({stamp.Device, stamp.Inode});
   if (found == FListings.end() || !(found->second.FStamp == stamp)) return nullptr;
   TFolderListing& listing = found->second;
-  if (listing.FSettled) return &listing;
-  if (!listing.FKeptCurrent) return nullptr;
   const int64_t life = std::clamp(kReadingTimes * listing.FReadingTime, kShortest, kLongest);
-  return Now() - listing.FUnsettledSince < life ? &listing : nullptr;
+  return listing.FSettled || Now() - listing.FUnsettledSince < life ? &listing : nullptr;
 }
 
 // The listing of a folder whose stamp was just read, read now if need be. Null, with errno, where the folder
 // cannot be read.
 TFolderListing* TFolderCache::Current(int base, const std::string& folder, const TFolderStamp& stamp) {
-  if (TFolderListing* const cached = Cached(stamp)) return cached;
+  TFolderListing* const current = Held(stamp);
+  if (current && (current->FSettled || current->FKeptCurrent)) return current;
   if (FTotal > kMostNames) {
     FListings.clear();
     FTotal = 0;
@@ -202,6 +205,7 @@ TFolderListing* TFolderCache::Current(int base, const std::string& folder, const
 }
 
 bool TFolderCache::Read(int base, const std::string& folder, TFolderListing& listing) {
+  ++FReadings;
   const int64_t begin = Now();
   TUniqueFd fd(openat(base, folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   struct stat before {};
@@ -229,7 +233,7 @@ TFolderChange::TFolderChange(TFolderCache& cache, const TPlace& place)
     : FPlace(place), FListing(place.Listing) {
   TFolderStamp stamp;
   if (FListing || cache.FListings.empty()) return;
-  if (ReadStamp(place.Base, place.FolderPath(), stamp)) FListing = cache.Cached(stamp);
+  if (ReadStamp(place.Base, place.FolderPath(), stamp)) FListing = cache.Held(stamp);
 }
 
 void TFolderChange::Commit(std::string_view added, std::string_view removed) {

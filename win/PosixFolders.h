@@ -68,7 +68,7 @@ class TFolderListing {
   size_t FCount = 0;
   TFolderStamp FStamp;
   bool FSettled = false;
-  bool FKeptCurrent = false;  // by own changes, since it was read or was last settled
+  bool FKeptCurrent = false;  // by own changes
   int64_t FUnsettledSince = 0;
   int64_t FReadingTime = 0;
 };
@@ -94,11 +94,14 @@ class TFolderCache {
   // Forgets the listing of the folder in which `place` lies: it was found to be wrong.
   void Forget(const TPlace& place);
 
+  // How often a folder was read so far, for measurements.
+  size_t Readings() const { return FReadings; }
+
  private:
   friend class TFolderChange;
 
   TFolderListing* Current(int base, const std::string& folder, const TFolderStamp& stamp);
-  TFolderListing* Cached(const TFolderStamp& stamp);
+  TFolderListing* Held(const TFolderStamp& stamp);
   bool Read(int base, const std::string& folder, TFolderListing& listing);
 
   struct TKeyHash {
@@ -108,6 +111,7 @@ class TFolderCache {
   };
   std::unordered_map<std::pair<dev_t, ino_t>, TFolderListing, TKeyHash> FListings;
   size_t FTotal = 0;  // names in all listings, roughly
+  size_t FReadings = 0;
 };
 
 // A change in the folder of `place` that this process makes: made before the change, committed behind it. If

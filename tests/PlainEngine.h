@@ -1,0 +1,76 @@
+// The grammar engine and the form parser once more, in the plainest way: strings all through, nothing
+// compiled beyond the inlining and the sort, everything read again on every attempt. Slow, and only there to
+// be compared with.
+#pragma once
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace plain {
+
+// A parse that would take too long to wait for.
+struct OutOfSteps : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+class TEngine {
+ public:
+  virtual ~TEngine() = default;
+  void AddRule(const std::string& rule);
+  bool Parse(const std::string& text, const std::string& start, size_t& position);
+
+  std::vector<std::pair<std::string, std::vector<std::string>>>
+      Rules;  // by name; once parsed, in trying order
+  std::vector<std::string> Words;
+  std::string Delims;   // the characters of <*delim>
+  long Steps = 200000;  // left before OutOfSteps
+
+ protected:
+  virtual bool ParseNonterminal(const std::string& name);
+  // What a client adds to the state: copied, and put back.
+  virtual std::function<void()> Snapshot() {
+    return [] {};
+  }
+  virtual void BeforeParse() {}
+
+  std::string Text;
+  size_t Pos = 1;
+
+ private:
+  void Prepare();
+  void Rewrite(std::vector<std::string>& target, const std::string& name,
+               const std::vector<std::string>& inlined);
+  bool MatchAlternative(const std::string& alternative);
+  bool ParseTerminal(const std::string& name);
+
+  bool FPrepared = false;
+};
+
+class TFormEngine : public TEngine {
+ public:
+  using TEntry = std::pair<std::string, std::string>;
+
+  explicit TFormEngine(std::function<std::vector<TEntry>(const TEntry&)> convert);
+  std::string Print(size_t level) const;
+
+  std::vector<TEntry> Properties;
+  std::vector<std::string> NestedObjects;
+  std::string Keyword, ObjName, ObjType;
+
+ protected:
+  bool ParseNonterminal(const std::string& name) override;
+  std::function<void()> Snapshot() override;
+  void BeforeParse() override;
+
+ private:
+  std::function<std::vector<TEntry>(const TEntry&)> FConvert;
+  std::string FPropName;
+  int FDepth = 0;
+  size_t FNestedStart = 0;
+  size_t FNestedCount = 0;
+};
+
+}  // namespace plain

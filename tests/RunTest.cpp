@@ -1,0 +1,278 @@
+// Runs that meet trouble: what they raise, and that every original is as it was or can be had back.
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <map>
+#include <sys/stat.h>
+
+#include "MigWizard/FileUtils.h"
+#include "rtl/Streams.h"
+#include "rtl/SysUtils.h"
+#include "target/KVAReplacer.h"
+#include "tests/RecordingFileSystem.h"
+#include "tests/TempTree.h"
+
+namespace mig {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kUnit[] = "unit A;\r\nuses DBTables;\r\nvar Q: TQuery;\r\n{$R *.dfm}\r\n";
+constexpr char kForm[] = "object A: TForm\r\n  object Q: TQuery\r\n    Left = 1\r\n  end\r\nend\r\n";
+
+class RunTest : public testing::Test {
+ protected:
+  RunTest() : FMigration(target::TCatalogue::BuiltIn()) {
+    FTree.Write("src/A.pas", kUnit);
+    FTree.Write("src/A.dfm", kForm);
+    FTree.Write("src/Sub/B.pas", kUnit);
+    FTree.Write("src/Sub/B.dfm", kForm);
+    TReplaceOptions& options = FMigration.Options();
+    options.Dest = sdFolder;
+    options.Directory = JoinPath(FTree.WindowsPath(), "src");
+    options.IncludeSubDirs = true;
+    options.BackupDir = JoinPath(options.Directory, "RBackup");
+    fs::create_directory(FTree.HostPath("tmp"));
+    setenv("TMPDIR", FTree.HostPath("tmp").c_str(), 1);
+    Replacer().OnWarning = [this](std::string_view message) { FWarnings.emplace_back(message); };
+  }
+  ~RunTest() override { unsetenv("TMPDIR"); }
+
+  target::TKVAComponentReplacer& Replacer() { return FMigration.BDE(); }
+  std::string UndoFile() { return JoinPath(FMigration.Options().BackupDir, "RExpert.reu"); }
+  std::string Read(const std::string& name) {
+    std::ifstream file(FTree.HostPath(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  std::map<std::string, std::string> Sources() {
+    std::map<std::string, std::string> files;
+    for (const char* name : {"src/A.pas", "src/A.dfm", "src/Sub/B.pas", "src/Sub/B.dfm"})
+      files[name] = Read(name);
+    return files;
+  }
+  // What Replace raises, as "CLASS: message" with the tree's folder as <dir>.
+  template <typename TError>
+  std::string Failure() {
+    try {
+      EXPECT_TRUE(Replacer().Replace());
+      return "no exception";
+    } catch (const TError& error) {
+      std::string text = error.what();
+      for (size_t at; (at = text.find(FTree.WindowsPath())) != std::string::npos;)
+        text.replace(at, FTree.WindowsPath().size(), "<dir>");
+      return text;
+    }
+  }
+  bool TempFolderIsEmpty() { return fs::is_empty(FTree.HostPath("tmp")); }
+
+  tests::TTempTree FTree{fs::exists("/dev/shm") ? "/dev/shm"
+                                                : fs::temp_directory_path()};  // flushing costs nothing there
+  target::TKVAMigration FMigration;
+  std::vector<std::string> FWarnings;
+};
+
+TEST_F(RunTest, AnyOperationMayFail) {
+  const auto before = Sources();
+  size_t operations = 0;
+  for (size_t n = 0; n <= operations; ++n) {  // 0: none fails
+    SCOPED_TRACE(n);
+    FWarnings.clear();
+    tests::TRecordingFileSystem faulty(win::FileSystem());
+    faulty.FailAt(n, win::ERROR_DISK_FULL);
+    bool raised = false;
+    {
+      const win::TFileSystemOverride inForce(faulty);
+      try {
+        (void)Replacer().Replace();
+      } catch (const rtl::Exception&) {
+        raised = true;
+      }
+    }
+    operations = std::max(operations, faulty.Count());
+    const std::string call = faulty.HasFailed() ? faulty.Calls()[n - 1] : "";
+    SCOPED_TRACE(call);
+    if (Sources() != before) {
+      const bool undoFailed = raised;
+      const bool backupFailed = !FWarnings.empty() && FWarnings[0].starts_with("No backup of ");
+      if (undoFailed) {
+        EXPECT_NE(call.find("RExpert.reu"), std::string::npos);
+        for (const auto& [name, text] : before) {
+          const std::string backup = "src/RBackup/" + rtl::ChangeFileExt(name.substr(4), "") + ".~" +
+                                     (name.ends_with("pas") ? "pas" : "DFM");
+          EXPECT_EQ(Read(backup), text);
+        }
+      } else if (backupFailed) {
+        EXPECT_FALSE(Replacer().Restore(UndoFile()));
+      } else {
+        EXPECT_TRUE(Replacer().Restore(UndoFile()));
+        EXPECT_EQ(Sources(), before);
+      }
+    }
+    for (const auto& [name, text] : before) FTree.Write(name, text);
+    fs::remove_all(FTree.HostPath("src/RBackup"));
+    fs::remove_all(FTree.HostPath("tmp"));
+    fs::create_directory(FTree.HostPath("tmp"));
+  }
+  EXPECT_GT(operations, 60U);
+}
+
+TEST_F(RunTest, KilledBeforeTheLastStepLeavesAllOriginals) {
+  const auto before = Sources();
+  Replacer().OnProgress = [&](const TRunProgress& progress) {
+    if (progress.FileName.empty()) throw rtl::EAbort("stop");
+  };
+  EXPECT_EQ(Failure<rtl::EAbort>(), "stop");
+  EXPECT_EQ(Sources(), before);
+  EXPECT_TRUE(TempFolderIsEmpty());
+  EXPECT_FALSE(fs::exists(FTree.HostPath("src/RBackup/RExpert.reu")));
+  EXPECT_TRUE(Read("src/Wiz_Log.txt").ends_with("1 change(s)\r\n\r\n"));
+}
+
+TEST_F(RunTest, ProgressCountsFiles) {
+  std::string steps;
+  Replacer().OnProgress = [&](const TRunProgress& progress) {
+    steps += std::to_string(progress.Done) + "/" + std::to_string(progress.Known) + " " +
+             rtl::ExtractFileName(progress.FileName) + "\n";
+  };
+  EXPECT_TRUE(Replacer().Replace());
+  EXPECT_EQ(steps, "0/2 A.pas\n1/3 B.pas\n2/4 A.DFM\n3/4 B.DFM\n4/4 \n");
+}
+
+TEST_F(RunTest, BadInput) {
+  struct TRow {
+    const char* Name;
+    std::function<void()> Prepare;
+    const char* Message;
+  };
+  const auto remove = [this](const char* name) {
+    return [this, name] { fs::remove_all(FTree.HostPath(name)); };
+  };
+  const TRow rows[] = {
+      {"a form that vanishes",
+       [this] {
+         Replacer().OnProgress = [this](const TRunProgress& progress) {
+           if (progress.FileName.ends_with("B.DFM")) fs::remove(FTree.HostPath("src/Sub/B.dfm"));
+         };
+       },
+       "Cannot open file \"<dir>\\src\\Sub\\B.DFM\". The system cannot find the file specified."},
+      {"odd UTF-16",
+       [this] {
+         FTree.Write("src/A.dfm",
+                     "\xFF\xFE"
+                     "abc");
+       },
+       "<dir>\\src\\A.DFM: UTF-16 text with an odd number of bytes."},
+      {"a damaged binary form",
+       [this] {
+         FTree.Write("src/A.dfm", std::string("\xFF\x0A\x00"
+                                              "A\0\x30\x10xxxxTPF",
+                                              14));
+       },
+       "<dir>\\src\\A.DFM: Form data at offset 11: the signature TPF0 is missing."},
+      {"a backup folder that is a file", [this] { FTree.Write("src/RBackup", "x"); },
+       "Failed to create directory."},
+      {"no place for the temporary folder", remove("tmp"), "Failed to create directory."},
+      {"a log that is a folder", [this] { fs::create_directory(FTree.HostPath("src/Wiz_Log.txt")); },
+       "Cannot create file \"<dir>\\src\\Wiz_Log.txt\". Access is denied."},
+      {"a folder that is named like a unit",
+       [this] {
+         fs::create_directory(FTree.HostPath("src/X.pas"));
+         FMigration.Options().IncludeSubDirs = false;
+       },
+       "Cannot open file \"<dir>\\src\\X.pas\". Access is denied."},
+      {"forms that differ in case alone",
+       [this] {
+         FTree.Write("src/C.pas", "{$R Main.dfm}{$R MAIN.dfm}");
+         FTree.Write("src/Main.dfm", kForm);
+         FTree.Write("src/MAIN.dfm", kForm);
+       },
+       "<dir>\\src\\MAIN.dfm: \"<dir>\\src\\Main.dfm\" and \"<dir>\\src\\MAIN.dfm\" differ in case alone and "
+       "cannot be "
+       "converted in one run."},
+  };
+  for (const TRow& row : rows) {
+    SCOPED_TRACE(row.Name);
+    Replacer().OnProgress = nullptr;
+    FMigration.Options().IncludeSubDirs = true;
+    fs::remove_all(FTree.HostPath("src"));
+    fs::create_directory(FTree.HostPath("tmp"));
+    FTree.Write("src/A.pas", kUnit);
+    FTree.Write("src/A.dfm", kForm);
+    FTree.Write("src/Sub/B.pas", kUnit);
+    FTree.Write("src/Sub/B.dfm", kForm);
+    row.Prepare();
+    EXPECT_EQ(Failure<rtl::Exception>(), row.Message);
+    EXPECT_EQ(Read("src/A.pas"), kUnit);
+    EXPECT_EQ(Read("src/Sub/B.pas"), kUnit);
+    EXPECT_TRUE(!fs::exists(FTree.HostPath("tmp")) || TempFolderIsEmpty());
+  }
+}
+
+TEST_F(RunTest, RunWithoutChangesKeepsTheWayBack) {
+  EXPECT_TRUE(Replacer().Replace());
+  const std::string undo = Read("src/RBackup/RExpert.reu");
+  EXPECT_FALSE(undo.empty());
+  FTree.Write("src/A.pas", "unit A;");
+  FTree.Write("src/Sub/B.pas", "unit B;");
+  EXPECT_TRUE(Replacer().Replace());
+  EXPECT_EQ(Read("src/RBackup/RExpert.reu"), undo);
+  EXPECT_NE(Read("src/Wiz_Log.txt").find("Backup file: "), std::string::npos);
+
+  FMigration.Options().BackupDir = JoinPath(FTree.WindowsPath(), "new\\deep\\");
+  EXPECT_TRUE(Replacer().Replace());
+  EXPECT_TRUE(fs::exists(FTree.HostPath("new/deep/RExpert.reu")));
+  EXPECT_FALSE(Replacer().Restore(UndoFile()));
+}
+
+TEST_F(RunTest, OptionsAreHonoured) {
+  FMigration.Options().MakeBackup = false;
+  FMigration.Options().WriteLog = false;
+  FMigration.Options().ViewLog = true;
+  FMigration.Options().IncludeSubDirs = false;
+  chmod(FTree.HostPath("src/A.dfm").c_str(), 0640);
+  Replacer().OnExclude = [](std::string_view name) {
+    return name.ends_with(".pas") && name.find("src\\B") != name.npos;
+  };
+  FTree.Write("src/B.pas", kUnit);
+  EXPECT_TRUE(Replacer().Replace());
+  EXPECT_EQ(Read("src/A.dfm"),
+            "object A: TForm\r\n    object Q: TKVAQuery\r\n    Left = 1\r\n    AutoCommit = True\r\n  "
+            "end\r\nend\r\n");
+  EXPECT_EQ(Read("src/B.pas"), kUnit);
+  EXPECT_EQ(Read("src/Sub/B.pas"), kUnit);
+  EXPECT_FALSE(fs::exists(FTree.HostPath("src/RBackup")));
+  EXPECT_FALSE(fs::exists(FTree.HostPath("src/Wiz_Log.txt")));
+  struct stat status {};
+  ASSERT_EQ(stat(FTree.HostPath("src/A.dfm").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0640U);
+}
+
+TEST_F(RunTest, NamesOfAllKinds) {
+  for (const char* name : {"src/a=b.pas", "src/Ж\xE6\x97\xA5.pas", "src/ä ö.PAS"}) FTree.Write(name, kUnit);
+  EXPECT_TRUE(Replacer().Replace());
+  EXPECT_EQ(FWarnings.size(), 1U);
+  EXPECT_FALSE(Replacer().Restore(UndoFile()));  // "a=b.pas" breaks its line
+  EXPECT_NE(Read("src/a=b.pas"), kUnit);
+  EXPECT_EQ(Read("src/RBackup/a=b.~pas"), kUnit);
+  EXPECT_EQ(Read("src/RBackup/Ж\xE6\x97\xA5.~pas"), kUnit);
+  EXPECT_EQ(Read("src/RBackup/ä ö.~PAS"), kUnit);
+}
+
+TEST_F(RunTest, RestoreChecksBeforeItTouches) {
+  EXPECT_TRUE(Replacer().Replace());
+  const auto converted = Sources();
+  fs::rename(FTree.HostPath("src/RBackup/Sub/B.~DFM"), FTree.HostPath("aside"));
+  EXPECT_FALSE(Replacer().Restore(UndoFile()));
+  EXPECT_EQ(Sources(), converted);
+  fs::rename(FTree.HostPath("aside"), FTree.HostPath("src/RBackup/Sub/B.~DFM"));
+  fs::remove(FTree.HostPath("src/A.dfm"));
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_TRUE(Replacer().Restore(UndoFile()));
+    EXPECT_EQ(Read("src/A.pas"), kUnit);
+    EXPECT_EQ(Read("src/Sub/B.dfm"), kForm);
+  }
+  EXPECT_EQ(Read("src/A.DFM"), kForm);  // made anew, under the name that the undo file has
+  EXPECT_THROW((void)Replacer().Restore(JoinPath(FTree.WindowsPath(), "none.reu")), rtl::EFOpenError);
+}
+
+}  // namespace
+}  // namespace mig
