@@ -1,6 +1,8 @@
 // The wizard's walk: which page follows which, what is enabled where, and the summaries.
 
 #include <cstddef>
+#include <string>
+#include <vector>
 
 #include "MigWizard/IDEUtils.h"
 #include "MigWizard/RExpertRes.h"
@@ -131,11 +133,13 @@ void TWizardForm::RefuseDirectory() {
 void TWizardForm::FillModuleList() {
   // Filled once, so that marks survive going back and forth.
   if (lbModules.Count() > 0) return;
+  std::vector<std::string> names;
   const int count = TIDEUtils::GetModuleCount();
   for (int i = 0; i < count; ++i) {
     const std::string fileName = TIDEUtils::GetModuleFileName(i);
-    if (IsUnitFileName(fileName)) lbModules.Add(rtl::ExtractFileName(fileName));
+    if (IsUnitFileName(fileName)) names.push_back(rtl::ExtractFileName(fileName));
   }
+  lbModules.SetEntries(names);
   btSelectClick();
 }
 

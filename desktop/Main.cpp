@@ -115,7 +115,7 @@ int Main(int argc, char** argv) {
     RunWizard(options, frontEnd);
     return 0;
   } catch (const EUsage& error) {
-    rtl::Application().HandleException(error);
+    std::fprintf(stderr, "kvawizard: %s\n", error.what());
     return kExitUsage;
   } catch (const rtl::EAbort&) {
     return kExitStopped;  // by the user, who knows

@@ -64,6 +64,7 @@ void TProgressWindow::Open(const std::string& title) {
   FBar->setFormat("%v of %m");
   FStop = new QPushButton("&Stop", FWindow.get());
   FStop->setObjectName("Stop");
+  FStop->setAutoDefault(false);  // Enter has led here, and must not lead on
   FStop->setVisible(!IsRestoring());
   rows->addWidget(FFileName);
   rows->addWidget(FBar);

@@ -149,8 +149,9 @@ void TComboBox::SetItems(TStringList items) {
   Changed(TChange::Items);
 }
 
-void TCheckListBox::Add(std::string_view name) {
-  FEntries.push_back({std::string(name), false});
+void TCheckListBox::SetEntries(const std::vector<std::string>& names) {
+  FEntries.clear();
+  for (const std::string& name : names) FEntries.push_back({name, false});
   Changed(TChange::Items);
 }
 

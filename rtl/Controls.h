@@ -209,8 +209,8 @@ class TCheckListBox : public TControl {
   int Count() const { return static_cast<int>(FEntries.size()); }
   const std::string& Entry(int index) const { return FEntries[static_cast<size_t>(index)].Name; }
   bool Checked(int index) const { return FEntries[static_cast<size_t>(index)].Checked; }
-  void Add(std::string_view name);
-  void SetChecked(int index, bool checked);  // also the user's click on a mark
+  void SetEntries(const std::vector<std::string>& names);  // none of them marked
+  void SetChecked(int index, bool checked);                // also the user's click on a mark
   void CheckAll(bool checked);
   void RemoveUnchecked();
   void Clear();

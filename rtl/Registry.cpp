@@ -1,12 +1,12 @@
 #include "rtl/Registry.h"
 
 #include <charconv>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
-#include <random>
 
 #include "rtl/SysUtils.h"
 
@@ -152,7 +152,8 @@ void ReplaceStore(const fs::path& store, const std::vector<std::string>& lines) 
   const bool exists = fs::exists(status);
   if (exists && (status.permissions() & fs::perms::owner_write) == fs::perms::none) return;
 
-  const fs::path copy = target.string() + "." + std::to_string(std::random_device()()) + ".tmp";
+  const fs::path copy = target.string() + "." +
+                        std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + ".tmp";
   std::ofstream file(copy, std::ios::binary | std::ios::trunc);
   for (const std::string& line : lines) file << line << '\n';
   file.close();
