@@ -184,17 +184,16 @@ class Benchmarks:
         return {b["run_name"]: b for b in found if b.get("aggregate_name") == "median"}
 
     def grammar_rows(self):
-        """Names are ROW/SIZE; a row's value is the time for each byte at its last size, by that at its first."""
+        """Names are BM_Parse/ROW/SIZE; a row is the time for each byte at its last size, by that at its first."""
         rows = {}
-        for name, result in self.google("GrammarBench").items():
-            parts = name.split("/")
-            if len(parts) > 1 and parts[1].isdigit():
-                rows.setdefault(parts[0], []).append((int(parts[1]), result["bytes_per_second"]))
+        for name, result in self.google("GrammarBench", "--benchmark_filter=BM_Parse/").items():
+            _, row, size = name.split("/")
+            rows.setdefault(row, []).append((int(size), result["bytes_per_second"]))
         for name, points in rows.items():
             points.sort()
-            speeds = ", ".join(f"{size:,}: {speed / MB:.0f}" for size, speed in points)
-            yield Row(f"Grammar, time a byte, last by first: {name}", points[0][1] / points[-1][1], 1.5, True,
-                      f"MB a second at {speeds}")
+            speeds = ", ".join(f"{speed / MB:.0f} ({size:,})" for size, speed in points)
+            yield Row(f"Grammar, time a byte, last size by first: {name}", points[0][1] / points[-1][1], 1.5, True,
+                      f"MB a second: {speeds}")
 
     def scanner_rows(self):
         results = self.google("ScannerBench")
