@@ -188,7 +188,7 @@ TBinaryInfo TBinaryForm::Convert() {
     }
   }
   FInfo.Size = static_cast<size_t>(FNext - FBegin);
-  return FInfo;
+  return std::move(FInfo);
 }
 
 void TBinaryForm::ObjectHeader() {
@@ -222,6 +222,7 @@ void TBinaryForm::ObjectHeader() {
     FNext = end;
   }
   FOut.EndLine();
+  if (FPath.Empty()) FInfo.ClassName = className;
   Open(TFormNode::Properties, name.empty() ? className : name);
 }
 
@@ -400,7 +401,7 @@ void TBinaryForm::Utf8String(std::string_view bytes, size_t level) {
 }  // namespace
 
 TBinaryInfo ObjectBinaryToText(std::string_view binary, TByteSink& text, const TBinaryTextOptions& options) {
-  const TBinaryInfo info = TBinaryForm(binary, text, options).Convert();
+  TBinaryInfo info = TBinaryForm(binary, text, options).Convert();
   text.Flush();
   return info;
 }
@@ -419,7 +420,7 @@ TBinaryInfo ObjectBinaryToText(TStream& input, TStream& output, const TBinaryTex
   const int64_t start = input.Position();
   const std::string binary = input.ReadToEnd();
   TStreamSink sink(output);
-  const TBinaryInfo info = ObjectBinaryToText(binary, sink, options);
+  TBinaryInfo info = ObjectBinaryToText(binary, sink, options);
   input.SetPosition(start + static_cast<int64_t>(info.Size));
   return info;
 }
