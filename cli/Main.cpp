@@ -31,6 +31,8 @@ int RunCommand(const TCommandLine& line) {
       return RunForm(line);
     case TCommand::Catalogue:
       return RunCatalogue(line);
+    case TCommand::Wizard:
+      return RunWizard(line);
     default:
       return kExitUsage;
   }
