@@ -39,7 +39,8 @@ bool IsWholeNumber(std::string_view name) {
   return name.size() == kNumberedName && name[0] == kNumberMark && (name[1] == 0 || name[2] != 0);
 }
 
-// The size that follows the flags; 0 where the header is cut short. Little-endian, as the machine's numbers are.
+// The size that follows the flags; 0 where the header is cut short. Little-endian, as the machine's numbers
+// are.
 int32_t ReadSize(std::string_view bytes) {
   int32_t size = 0;
   if (bytes.size() >= kFlagsAndSize) std::memcpy(&size, bytes.data() + kMemoryFlags.size(), sizeof size);
@@ -48,10 +49,13 @@ int32_t ReadSize(std::string_view bytes) {
 
 }  // namespace
 
-bool IsBinaryForm(std::string_view file) { return file.starts_with(kResourceType); }
+bool IsBinaryForm(std::string_view file) {
+  const size_t count = std::min(file.size(), kResourceType.size());
+  return count >= 2 && file.substr(0, count) == kResourceType.substr(0, count);
+}
 
 std::string_view ReadFormHeader(std::string_view file, TRCData& rcData) {
-  std::string_view rest = file.substr(kResourceType.size());
+  std::string_view rest = file.substr(std::min(file.size(), kResourceType.size()));
   size_t nameLength = 0;
   rcData.Name = NameOf(rest, nameLength);
   rest.remove_prefix(nameLength);
@@ -81,7 +85,7 @@ TFormFile ReadFormFile(rtl::TStream& stream) {
   }
   stream.SetPosition(start);
   TFormFile form;
-  form.IsBinary = IsBinaryForm({first, sizeof first});
+  form.IsBinary = IsBinaryForm({first, count});
   if (!form.IsBinary) {
     TTextFile file = ReadTextFile(stream);
     form.Encoding = file.Encoding;

@@ -35,10 +35,11 @@ struct TFormFile {
   std::string Text;                                             // without a mark
 };
 
-// Whether a file with these first bytes, of which three count, is a binary form file.
+// Whether a file with these first bytes, of which three count, is a binary form file. One that the file does
+// not have counts as 00.
 [[nodiscard]] bool IsBinaryForm(std::string_view file);
-// The object data in the bytes of a binary form file, to the end of the file; fills the name and the size. A header that
-// is cut short gives no data.
+// The object data in the bytes of a binary form file, to the end of the file; fills the name and the size. A
+// header that is cut short gives no data.
 std::string_view ReadFormHeader(std::string_view file, TRCData& rcData);
 // The header for that name and size.
 std::string FormHeader(const TRCData& rcData);

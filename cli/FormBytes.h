@@ -19,11 +19,13 @@ TFormKind KindOfForm(std::string_view bytes);
 struct TConvertedForm {
   bool Changed = false;  // else it was of the wanted kind, and Bytes are what they were
   std::string Bytes;
-  size_t Dropped = 0;  // bytes behind the form that are not part of it; white space behind a text does not count
+  size_t Dropped =
+      0;  // bytes behind the form that are not part of it; white space behind a text does not count
 };
 
-// The text is made for people: rtl/FormTextPrinter.h. The resource of a binary form that comes from text, or from a bare
-// stream, is named after the form's class. Raises rtl::EFilerError, rtl::EParserError or rtl::EConvertError.
+// The text is made for people: rtl/FormTextPrinter.h. The resource of a binary form that comes from text, or
+// from a bare stream, is named after the form's class. Raises rtl::EFilerError, rtl::EParserError or
+// rtl::EConvertError.
 TConvertedForm ConvertFormBytes(std::string bytes, TFormKind wanted);
 
 }  // namespace cli

@@ -33,7 +33,8 @@ std::string ReadInput(const std::string& input) {
   }
   std::string bytes;
   char buffer[64 * 1024];
-  for (size_t count = 0; (count = std::fread(buffer, 1, sizeof buffer, stdin)) > 0;) bytes.append(buffer, count);
+  for (size_t count = 0; (count = std::fread(buffer, 1, sizeof buffer, stdin)) > 0;)
+    bytes.append(buffer, count);
   if (std::ferror(stdin)) throw rtl::EReadError("Cannot read the standard input.");
   return bytes;
 }
@@ -52,7 +53,8 @@ TConvertedForm Convert(std::string bytes, TFormKind wanted, const std::string& n
   try {
     TConvertedForm form = ConvertFormBytes(std::move(bytes), wanted);
     if (form.Dropped > 0)
-      Report(rtl::Format("%s: %d bytes behind the form are not part of it.", {name, static_cast<int64_t>(form.Dropped)}));
+      Report(rtl::Format("%s: %d bytes behind the form are not part of it.",
+                         {name, static_cast<int64_t>(form.Dropped)}));
     return form;
   } catch (const rtl::Exception& error) {
     throw rtl::Exception(name + ": " + error.what());
@@ -64,8 +66,8 @@ bool IsFormName(std::string_view name) {
   return rtl::SameText(extension, ".dfm") || rtl::SameText(extension, ".nfm");
 }
 
-// Forms that are converted where they are. All are converted into a folder of their own first, and put in place when
-// they are safe on the disk; each file is at every moment either as it was or as it is to be.
+// Forms that are converted where they are. All are converted into a folder of their own first, and put in
+// place when they are safe on the disk; each file is at every moment either as it was or as it is to be.
 class TInPlace {
  public:
   explicit TInPlace(TFormKind wanted) : FWanted(wanted), FTempDir(mig::CreateTempFolder(kTempPrefix, 1)) {
@@ -126,8 +128,8 @@ void TInPlace::AddFile(const std::string& fileName) {
   StopIfInterrupted();
   const std::string name = win::ToHostName(fileName);
   try {
-    TConvertedForm form =
-        Convert(rtl::TFileStream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone).ReadToEnd(), FWanted, name);
+    TConvertedForm form = Convert(
+        rtl::TFileStream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone).ReadToEnd(), FWanted, name);
     if (!form.Changed) {
       ++FKept;
       return;
@@ -145,7 +147,8 @@ void TInPlace::AddFile(const std::string& fileName) {
 
 void TInPlace::PutInPlace() {
   if (FChanged.empty()) return;
-  if (!win::FileSystem().FlushWritten()) throw rtl::EWriteError("Cannot write the changed files to the disk. " + LastError());
+  if (!win::FileSystem().FlushWritten())
+    throw rtl::EWriteError("Cannot write the changed files to the disk. " + LastError());
   for (const TChanged& changed : FChanged) {
     if (win::CopyFileA(changed.Temp, changed.FileName, false)) {
       ++FConverted;
@@ -163,8 +166,10 @@ int TInPlace::Finish() const {
 void CheckOptions(const TCommandLine& line, bool isFolder) {
   if (line.Bare && line.Command == TCommand::FormToText) throw EUsage("--bare is for binary output.");
   if (line.InPlace && !line.Output.empty()) throw EUsage("--in-place takes no OUTPUT.");
-  if (line.InPlace && line.Input == kStandardStream) throw EUsage("The standard input cannot be converted in place.");
-  if (isFolder && !line.InPlace) throw EUsage("\"" + line.Input + "\" is a folder; its forms are converted with --in-place.");
+  if (line.InPlace && line.Input == kStandardStream)
+    throw EUsage("The standard input cannot be converted in place.");
+  if (isFolder && !line.InPlace)
+    throw EUsage("\"" + line.Input + "\" is a folder; its forms are converted with --in-place.");
 }
 
 }  // namespace

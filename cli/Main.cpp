@@ -26,6 +26,9 @@ int RunCommand(const TCommandLine& line) {
       return RunReplace(line);
     case TCommand::Restore:
       return RunRestore(line);
+    case TCommand::FormToText:
+    case TCommand::FormToBinary:
+      return RunForm(line);
     case TCommand::Catalogue:
       return RunCatalogue(line);
     case TCommand::Wizard:

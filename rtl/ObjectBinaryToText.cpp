@@ -105,8 +105,8 @@ void TBinaryForm::Fail(const char* at, std::string_view reason) const {
 }
 
 void TBinaryForm::FailShort(uint64_t count, std::string_view what) const {
-  Fail(FNext, std::string(what) + " of " + std::to_string(count) + " bytes, but only " + std::to_string(Left()) +
-                  " are left");
+  Fail(FNext, std::string(what) + " of " + std::to_string(count) + " bytes, but only " +
+                  std::to_string(Left()) + " are left");
 }
 
 void TBinaryForm::FailEnd(std::string_view what) const {
@@ -246,7 +246,7 @@ void TBinaryForm::Properties(TFormFrame& frame) {
   // Until the list ends or a value opens a level of its own.
   const size_t depth = FPath.Depth();
   const size_t level = Level();
-  while (!EndOfList("a property")) {
+  while (frame.Property = {}, !EndOfList("a property")) {
     frame.Property = Name(TNameKind::Plain, "a property's name");
     FOut.PropertyName(level, frame.Property);
     Value(level);
@@ -258,7 +258,6 @@ void TBinaryForm::Properties(TFormFrame& frame) {
     FOut.Text("end");
     FPath.Pop();
   } else {
-    frame.Property = {};
     frame.Node = TFormNode::Children;
   }
 }
