@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <typeinfo>
 
 #include "MigWizard/FormGrammar.h"
 #include "rtl/Exceptions.h"
@@ -36,7 +37,9 @@ const TMarkedNonterminal* FindMarked(std::string_view name) {
 }  // namespace
 
 void TFormParseState::Assign(const TParseState& source) {
-  const auto* from = dynamic_cast<const TFormParseState*>(&source);
+  const bool isOfThisClass = typeid(source) == typeid(TFormParseState);  // almost always, and quickly told
+  const auto* from = isOfThisClass ? static_cast<const TFormParseState*>(&source)
+                                   : dynamic_cast<const TFormParseState*>(&source);
   if (from == nullptr) throw rtl::EInvalidCast("TFormParseState.Assign: the source is no TFormParseState");
   TParseState::Assign(source);
   TokenStart = from->TokenStart;

@@ -15,17 +15,12 @@ constexpr size_t kMostEntries = size_t{1} << 27;  // 2 GB
 
 TLL1Machine::TLL1Machine(const TLL1Program& program, TLL1Parser& client, TParseState& state,
                          TStateStack& copies)
-    : FProgram(program), FClient(client), FState(state), FCopies(copies) {
-  FStack.reserve(kKeptEntries);
-}
+    : FProgram(program), FClient(client), FState(state), FCopies(copies), FStack(kKeptEntries) {}
 
 void TLL1Machine::Start(std::string_view text, int64_t rereadAllowance) {
   FText = text;
-  FStack.clear();
-  if (FStack.capacity() > kKeptEntries) {
-    FStack.shrink_to_fit();
-    FStack.reserve(kKeptEntries);
-  }
+  FHeight = FFrame = 0;
+  if (FStack.size() > kKeptEntries) FStack = std::vector<TEntry>(kKeptEntries);
   FMemo.Clear();
   FIsRemembering = false;
   FWork = 0;
@@ -35,11 +30,11 @@ void TLL1Machine::Start(std::string_view text, int64_t rereadAllowance) {
 
 bool TLL1Machine::Run(int32_t rule) {
   const TLL1ProgramRule& source = FProgram.Rule(rule);
-  const size_t floor = FStack.size();
+  const size_t floor = FHeight;
   const size_t callersFrame = FFrame;
   FPosition = FState.Pos - 1;
   PushAlternative(TLL1Node::kNone, source.IsPure);  // the last one: to fail
-  FFrame = FStack.size();
+  FFrame = FHeight;
   const bool result = RunFrom(source.Entry, floor);
   FFrame = callersFrame;
   FState.Pos = FPosition + 1;
@@ -48,13 +43,15 @@ bool TLL1Machine::Run(int32_t rule) {
 
 bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
   for (;;) {
-    node = FirstThatCanStart(node);
+    unsigned next = Next();
+    node = FProgram.FirstThatCanStart(node, next);
     if (node == TLL1Node::kNone) {
       node = TakeAlternative();
       if (node == TLL1Node::kNone) return false;
+      next = Next();
     }
     const TLL1Node* step = &FProgram.Node(node);
-    const int32_t alternative = FirstThatCanStart(step->Sibling);
+    const int32_t alternative = FProgram.FirstThatCanStart(step->Sibling, next);
     if (alternative != TLL1Node::kNone) PushAlternative(alternative, step->IsPure);
 
     bool matched = false;
@@ -63,7 +60,7 @@ bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
         matched = MatchLiteral(*step);
         break;
       case TLL1Node::TKind::WordEnd:
-        matched = Next() == TStartSet::kEnd || !WordCharacters()[Next()];
+        matched = next == TLL1Program::kEnd || !WordCharacters()[next];
         break;
       case TLL1Node::TKind::One:
         matched = MatchOne(*step);
@@ -95,26 +92,24 @@ bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
         matched = true;
         break;
     }
-    if (matched && step->CannotFail) CutTo(FFrame);
+    if (matched && step->CannotFail && FHeight > FFrame) CutTo(FFrame);
     node = matched ? step->Child : TLL1Node::kNone;
   }
 }
 
 unsigned TLL1Machine::Next() const {
   const auto place = static_cast<size_t>(FPosition);
-  return place < FText.size() ? static_cast<uint8_t>(FText[place]) : TStartSet::kEnd;
+  return place < FText.size() ? static_cast<uint8_t>(FText[place]) : TLL1Program::kEnd;
 }
 
-inline int32_t TLL1Machine::FirstThatCanStart(int32_t node) const {
-  if (node == TLL1Node::kNone) return node;
-  const unsigned next = Next();
-  while (node != TLL1Node::kNone && !FProgram.Node(node).Starts.Has(next)) node = FProgram.Node(node).Sibling;
-  return node;
+inline void TLL1Machine::Push(const TEntry& entry) {
+  if (FHeight == FStack.size()) Grow();
+  FStack[FHeight++] = entry;
 }
 
-void TLL1Machine::Push(const TEntry& entry) {
-  if (FStack.size() == kMostEntries) FClient.RaiseTooDeep(FPosition + 1);
-  FStack.push_back(entry);
+void TLL1Machine::Grow() {
+  if (FStack.size() >= kMostEntries) FClient.RaiseTooDeep(FPosition + 1);
+  FStack.resize(FStack.size() * 2);
 }
 
 void TLL1Machine::PushAlternative(int32_t node, bool isPure) {
@@ -130,16 +125,15 @@ void TLL1Machine::PushAlternative(int32_t node, bool isPure) {
 // stand above one without in the same frame, so the lowest alternative tells.
 void TLL1Machine::CutTo(size_t size) {
   size_t lowest = size;
-  if (lowest < FStack.size() && FStack[lowest].Rule != kAlternative) ++lowest;
-  if (lowest < FStack.size() && FStack[lowest].Link != kNoCopy) FCopies.CutTo(FStack[lowest].Link);
-  FStack.resize(size);
+  if (lowest < FHeight && FStack[lowest].Rule != kAlternative) ++lowest;
+  if (lowest < FHeight && FStack[lowest].Link != kNoCopy) FCopies.CutTo(FStack[lowest].Link);
+  FHeight = size;
 }
 
 // Goes back to the last alternative that is left. The rules on the way to it have failed. The node to try.
 int32_t TLL1Machine::TakeAlternative() {
   for (;;) {
-    const TEntry entry = FStack.back();
-    FStack.pop_back();
+    const TEntry entry = FStack[--FHeight];
     if (entry.Rule == kAlternative) {
       if (entry.Link != kNoCopy) {
         FState.Assign(FCopies[entry.Link]);
@@ -169,7 +163,7 @@ int32_t TLL1Machine::EnterRule(const TLL1Node& node, int32_t index) {
   if (++FWork > FWorkLimit) CheckWork();
   if (!node.IsTail || (FIsRemembering && rule.IsRemembered)) {
     Push({index, FPosition, static_cast<int32_t>(FFrame), node.Argument});
-    FFrame = FStack.size();
+    FFrame = FHeight;
   }
   return rule.Entry;
 }
@@ -203,7 +197,7 @@ bool TLL1Machine::MatchLiteral(const TLL1Node& node) {
 
 bool TLL1Machine::MatchOne(const TLL1Node& node) {
   const unsigned next = Next();
-  if (next == TStartSet::kEnd || FProgram.Terminal(node.Argument)[next] == 0) return false;
+  if (next == TLL1Program::kEnd || FProgram.Terminal(node.Argument)[next] == 0) return false;
   ++FPosition;
   return true;
 }

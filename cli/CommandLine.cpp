@@ -141,6 +141,18 @@ void AddCatalogue(CLI::App& app, TCommandLine& line) {
   command->callback([&line] { line.Command = TCommand::Catalogue; });
 }
 
+void AddWizard(CLI::App& app, TCommandLine& line) {
+  CLI::App* command = app.add_subcommand("wizard", "Open the wizard's dialog, where the desktop part was built");
+  command->add_option("PROJECT", line.Project, "The project or project group to open first");
+  command->add_option("--codepage", line.CodePage, "Code page of sources without a mark (default: 1252)")
+      ->check(CLI::IsMember(win::SupportedCodePages()))
+      ->type_name("N");
+  command->add_option("--catalogue", line.Catalogue, "What the target classes publish, instead of what is built in")
+      ->type_name("FILE");
+  AddEnvironment(command, line);
+  command->callback([&line] { line.Command = TCommand::Wizard; });
+}
+
 }  // namespace
 
 std::variant<TCommandLine, int> ParseCommandLine(int argc, const char* const* argv) {
@@ -151,6 +163,7 @@ std::variant<TCommandLine, int> ParseCommandLine(int argc, const char* const* ar
   AddReplace(app, line);
   AddRestore(app, line);
   AddCatalogue(app, line);
+  AddWizard(app, line);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp& help) {

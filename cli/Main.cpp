@@ -28,6 +28,8 @@ int RunCommand(const TCommandLine& line) {
       return RunRestore(line);
     case TCommand::Catalogue:
       return RunCatalogue(line);
+    case TCommand::Wizard:
+      return RunWizard(line);
     default:
       return kExitUsage;
   }

@@ -96,6 +96,14 @@ void LayOutRows(const std::vector<rtl::TControl*>& controls, QVBoxLayout& rows, 
 
 }  // namespace
 
+QFrame* NewLine(QWidget* parent) {
+  auto* const line = new QFrame(parent);
+  line->setFrameShape(QFrame::HLine);
+  line->setFrameShadow(QFrame::Plain);
+  line->setForegroundRole(QPalette::Mid);
+  return line;
+}
+
 void LayOutBox(const std::vector<rtl::TControl*>& controls, QWidget* inside, const TWidgetOf& widgetOf) {
   auto* const rows = new QVBoxLayout(inside);
   rows->setSpacing(kSpacing);
@@ -131,12 +139,7 @@ void LayOutForm(const rtl::TForm& form, QWidget* window, const TWidgetOf& widget
   LayOutRows(body, *rows, widgetOf);
   top->addLayout(rows, 1);
 
-  if (line == nullptr) {
-    auto* const frame = new QFrame(window);
-    frame->setFrameShape(QFrame::HLine);
-    frame->setFrameShadow(QFrame::Sunken);
-    line = frame;
-  }
+  if (line == nullptr) line = NewLine(window);
   auto* const all = new QVBoxLayout(window);
   all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   all->setSpacing(kMargin);

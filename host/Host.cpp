@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <iostream>
 #include <utility>
 
 #include "host/GroupFile.h"
 #include "host/HostError.h"
 #include "host/HostServices.h"
 #include "rtl/SysUtils.h"
+#include "win/Diagnostics.h"
+#include "win/Drives.h"
 
 namespace host {
 
@@ -64,18 +65,20 @@ THost::~THost() {
 
 // --- Projects ---
 
-bool THost::OpenProject(std::string_view fileName, bool newGroup) {
-  TFolderIndex index;
+bool THost::OpenProject(std::string_view name, bool newGroup) {
+  // What the project names is taken from its folder, so that has to be a full path whoever the caller is.
+  std::string fileName = win::ToWindowsPath(name);
+  if (fileName.empty()) fileName = name;
   const bool isGroup = IsGroupKind(ProjectKindOf(fileName));
   TGroupFile group;
   if (isGroup) {
-    group = ReadGroupFile(fileName, index);
+    group = ReadGroupFile(fileName);
   } else {
-    group.Projects.emplace_back(fileName);
+    group.Projects.push_back(fileName);
   }
   std::vector<TProjectFile> projects;
-  for (const std::string& project : group.Projects) projects.push_back(ReadProjectFile(project, index));
-  for (const std::string& line : group.PassedOver) Report(line);
+  for (const std::string& project : group.Projects) projects.push_back(ReadProjectFile(project));
+  for (const std::string& line : group.PassedOver) win::Diagnose(line);
 
   if (newGroup || isGroup || !FGroup) {
     if (FGroup && !TIntf<TProjectGroup>(FGroup)->TModule::Close()) return false;
@@ -89,7 +92,7 @@ bool THost::OpenProject(std::string_view fileName, bool newGroup) {
 void THost::Install(std::string_view groupFile, std::vector<TProjectFile> projects) {
   FGroup = MakeIntf<TProjectGroup>(*this, groupFile);
   for (TProjectFile& file : projects) {
-    for (const std::string& line : file.Missing) Report(line);
+    for (const std::string& line : file.Missing) win::Diagnose(line);
     const TIntf<TProject> project = MakeIntf<TProject>(*this, std::move(file));
     EnterFiles(*project);
     FGroup->Add(project);
@@ -102,7 +105,7 @@ void THost::AddProject(TProjectFile file) {
   for (int i = 0; i < FGroup->Count(); ++i) {
     if (&(*FGroup)[i] == open) return SetActiveProject((*FGroup)[i]);
   }
-  for (const std::string& line : file.Missing) Report(line);
+  for (const std::string& line : file.Missing) win::Diagnose(line);
   const TIntf<TProject> project = MakeIntf<TProject>(*this, std::move(file));
   EnterFiles(*project);
   FGroup->Add(project);
@@ -244,14 +247,6 @@ void THost::AddObserver(THostObserver& observer) {
 
 void THost::RemoveObserver(THostObserver& observer) {
   std::erase(FObservers, &observer);
-}
-
-void THost::Report(std::string_view line) const {
-  if (OnReport) {
-    OnReport(line);
-  } else {
-    std::cerr << line << '\n';
-  }
 }
 
 TSaveAnswer THost::QuerySave(TModule& module) const {

@@ -12,6 +12,7 @@
 #include "host/ProjectChoice.h"
 #include "qrl/KVAMenu.h"
 #include "tests/TempTree.h"
+#include "win/Diagnostics.h"
 #include "win/Drives.h"
 
 namespace host {
@@ -67,9 +68,12 @@ class HostTest : public testing::Test {
     FTree.Write("Broken.dproj", "<Project>");
     FTree.Write("Bare.dpr", "program Bare; begin end.");
     FHost.AddObserver(FRecorder);
-    FHost.OnReport = [this](std::string_view line) { FReports.emplace_back(line); };
+    FSink = win::SetDiagnosticsSink([this](std::string_view line) { FReports.emplace_back(line); });
   }
-  void TearDown() override { win::ResetDrives(); }
+  void TearDown() override {
+    win::SetDiagnosticsSink(FSink);
+    win::ResetDrives();
+  }
 
   std::string OnDisk(std::string_view name) const {
     std::ifstream file(FTree.HostPath(name), std::ios::binary);
@@ -95,6 +99,7 @@ class HostTest : public testing::Test {
   tests::TTempTree FTree;
   TRecorder FRecorder;
   THost FHost;
+  win::TDiagnosticsSink FSink;  // that was in force
   std::vector<std::string> FReports;
 };
 
@@ -217,7 +222,7 @@ TEST_F(HostTest, ProjectsComeAndGo) {
   ASSERT_TRUE(FHost.OpenProject("C:\\App\\App.dpr", true));
   ASSERT_TRUE(FHost.OpenProject("C:\\Tool\\Tool.dpr", false));
   EXPECT_EQ(FHost.ActiveProject()->FileName(), "C:\\Tool\\Tool.dpr");
-  ASSERT_TRUE(FHost.OpenProject("c:\\app\\app.DPR", false));
+  ASSERT_TRUE(FHost.OpenProject("C:/app/x/../app.DPR", false));
   EXPECT_EQ(FHost.Group()->Count(), 2);
   FHost.OpenModule("C:\\App\\Main.pas");
   FHost.OpenModule("C:\\lib\\Shared.pas");
@@ -330,6 +335,10 @@ TEST_F(HostTest, ManyUnits) {
   const TProject& project = OpenProjectForRun(FHost, "C:\\Big\\Big.dpr");
   EXPECT_EQ(project.Units().size(), 5000u);
   EXPECT_EQ(SelectUnits(project, {}).size(), 5000u);
+  for (const TFileReference& unit : project.Units()) FHost.OpenModule(unit.Name);
+  EXPECT_TRUE(TIDEUtils::SaveProject());
+  EXPECT_TRUE(TIDEUtils::CloseProjectGroup());
+  EXPECT_EQ(FHost.ModuleCount(), 0);
 }
 
 }  // namespace
