@@ -76,6 +76,13 @@ void AddCodePage(CLI::App* command, TCommandLine& line) {
       ->type_name("N");
 }
 
+void AddCatalogueFile(CLI::App* command, TCommandLine& line) {
+  command
+      ->add_option("--catalogue", line.Catalogue,
+                   "What the target classes publish, instead of what is built in")
+      ->type_name("FILE");
+}
+
 void AddReplace(CLI::App& app, TCommandLine& line) {
   CLI::App* command =
       app.add_subcommand("replace", "Convert the units of a folder or a project, and their forms");
@@ -117,10 +124,7 @@ void AddReplace(CLI::App& app, TCommandLine& line) {
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   AddCodePage(command, line);
-  command
-      ->add_option("--catalogue", line.Catalogue,
-                   "What the target classes publish, instead of what is built in")
-      ->type_name("FILE");
+  AddCatalogueFile(command, line);
   AddEnvironment(command, line);
   command->parse_complete_callback([&line] { line.Command = TCommand::Replace; });
   command->callback([&line] {
@@ -163,20 +167,17 @@ void AddForm(CLI::App& app, TCommandLine& line) {
 void AddCatalogue(CLI::App& app, TCommandLine& line) {
   CLI::App* command = app.add_subcommand(
       "catalogue", "Print what the target classes publish, in the form that --catalogue reads");
-  command->add_option("--catalogue", line.Catalogue, "Print this one instead of what is built in")
-      ->type_name("FILE");
+  AddCatalogueFile(command, line);
   AddEnvironment(command, line);
   command->callback([&line] { line.Command = TCommand::Catalogue; });
 }
 
 void AddWizard(CLI::App& app, TCommandLine& line) {
-  CLI::App* command = app.add_subcommand("wizard", "Open the wizard's dialog, where the desktop part was built");
+  CLI::App* command =
+      app.add_subcommand("wizard", "Open the wizard's dialog, where the desktop part was built");
   command->add_option("PROJECT", line.Project, "The project or project group to open first");
-  command->add_option("--codepage", line.CodePage, "Code page of sources without a mark (default: 1252)")
-      ->check(CLI::IsMember(win::SupportedCodePages()))
-      ->type_name("N");
-  command->add_option("--catalogue", line.Catalogue, "What the target classes publish, instead of what is built in")
-      ->type_name("FILE");
+  AddCodePage(command, line);
+  AddCatalogueFile(command, line);
   AddEnvironment(command, line);
   command->callback([&line] { line.Command = TCommand::Wizard; });
 }

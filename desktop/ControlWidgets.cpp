@@ -96,11 +96,6 @@ class TEditWidget : public TControlWidget {
       : TControlWidget(edit, widget), FEdit(edit), FLine(line) {
     QObject::connect(FLine, &QLineEdit::textEdited, FLine,
                      [this, &run](const QString& text) { run([&] { FEdit.Enter(FromQt(text)); }); });
-<<<<<<< HEAD
-=======
-    QObject::connect(FLine, &QLineEdit::editingFinished, FLine,
-                     [this, &run] { run([this] { FEdit.Enter(AsWindowsPath(FEdit.Text())); }); });
->>>>>>> main
   }
   void Settle() override { FEdit.Enter(AsWindowsPath(FEdit.Text())); }
   void ShowText() override {
