@@ -40,8 +40,10 @@ class TGeneratedForm {
 
   void Integer() {
     // In the smallest kind that holds it.
-    const int64_t value = static_cast<int64_t>(FRandom()) * (Below(2) ? 1 : -1) >> Below(32);
-    const int64_t wide = Below(8) == 0 ? value * 5000000000 : value;
+    int64_t wide = static_cast<int64_t>(FRandom());
+    wide >>= Below(32);
+    if (Below(2) == 0) wide = -wide;
+    if (Below(8) == 0) wide *= 1'000'000'000;
     const auto fits = [wide](int bits) {
       return wide >= -(int64_t{1} << (bits - 1)) && wide < int64_t{1} << (bits - 1);
     };
