@@ -241,7 +241,7 @@ TEST(FormParserTest, AgreesWithThePlainParserOnRandomForms) {
     bool expected = false;
     try {
       expected = reference.Parse(text, "<object>", position);
-    } catch (const plain::OutOfSteps&) {
+    } catch (const plain::EOutOfSteps&) {
       reference = plain::TFormEngine(Convert);
       continue;
     }

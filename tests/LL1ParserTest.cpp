@@ -158,10 +158,10 @@ class TPlainTracer : public plain::TEngine {
 
  protected:
   bool ParseNonterminal(const std::string& name) override {
-    const size_t start = Pos;
+    const size_t start = FPos;
     Entered.push_back(name + std::to_string(start));
     if (!TEngine::ParseNonterminal(name)) return false;
-    Matched.push_back({name, start, Pos});
+    Matched.push_back({name, start, FPos});
     return true;
   }
   std::function<void()> Snapshot() override {
@@ -245,7 +245,7 @@ TEST(LL1ParserTest, BothWaysOfRunningAgreeWithThePlainEngine) {
       bool expected = false;
       try {
         expected = reference.Parse(text, "<a>", position);
-      } catch (const plain::OutOfSteps&) {
+      } catch (const plain::EOutOfSteps&) {
         continue;
       }
       std::string description = text + " with";
