@@ -1,5 +1,5 @@
-// The class map of a migration: which class name becomes which. Filled once, looked up for every identifier of
-// every unit, ignoring case.
+// The class map of a migration: which class name becomes which. Filled once, looked up for every identifier
+// of every unit, ignoring case.
 #pragma once
 
 #include <array>

@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
-// Calls visit(name, attributes) for each entry but "." and ".." until it gives False. False if the folder could not be
-// read to its end.
+// Calls visit(name, attributes) for each entry but "." and ".." until it gives False. False if the folder
+// could not be read to its end.
 template <typename TVisit>
 bool WalkFolder(std::string_view dir, TVisit visit) {
   win::TFindData entry;

@@ -10,8 +10,8 @@ namespace {
 
 class TFormPass {
  public:
-  TFormPass(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes, TFormParser& parser,
-            rtl::TMemoryStream& output)
+  TFormPass(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
+            TFormParser& parser, rtl::TMemoryStream& output)
       : FText(text),
         FEncoding(encoding),
         FClasses(classes),
@@ -67,8 +67,8 @@ class TFormPass {
       return;
     }
     if (FChanges++ == 0) FOutput.Reserve(FText.size() + FText.size() / 8);
-    // The object's header up to its class has been copied by now, and the printed object is written over it from
-    // its keyword on. What it does not reach stays until later text reaches it.
+    // The object's header up to its class has been copied by now, and the printed object is written over it
+    // from its keyword on. What it does not reach stays until later text reaches it.
     CopyUpTo(FStart);
     const int64_t mark = FOutput.Position();
     CopyUpTo(FScanner.PrevPos());
@@ -115,17 +115,17 @@ class TFormPass {
   std::string FPrinted;
   TFormObject FObject;
   int FChanges = 0;
-  int FLevel = -1;     // of the object being read; the root object has level 0
-  size_t FStart = 0;   // where the last keyword `object` begins
-  size_t FCopied = 0;  // what lies before is in the output, or was replaced there
+  int FLevel = -1;                    // of the object being read; the root object has level 0
+  size_t FStart = 0;                  // where the last keyword `object` begins
+  size_t FCopied = 0;                 // what lies before is in the output, or was replaced there
   std::vector<TFailedClass> FFailed;  // in the order of the text
   size_t FNextFailed = 0;             // the first that is not in the output yet
 };
 
 }  // namespace
 
-int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes, TFormParser& parser,
-                rtl::TMemoryStream& output) {
+int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
+                TFormParser& parser, rtl::TMemoryStream& output) {
   return TFormPass(text, encoding, classes, parser, output).Run();
 }
 

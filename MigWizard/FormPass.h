@@ -1,5 +1,6 @@
-// The conversion of a form's text: every object of a mapped class is parsed whole and printed anew, everything else
-// keeps its text and layout. And the walk that finds the database aliases that a form declares.
+// The conversion of a form's text: every object of a mapped class is parsed whole and printed anew,
+// everything else keeps its text and layout. And the walk that finds the database aliases that a form
+// declares.
 //
 // Both are functions of their input; the run driver reads and writes the files.
 #pragma once
@@ -23,15 +24,17 @@ struct TFormObject {
   bool ExpectClass = false;    // the next identifier is an object's class
 };
 
-// Converts the objects of a form. `text` must live as long as the call. The number of objects converted; if it is not 0,
-// `output` holds the whole changed form in `encoding`, without a mark, and otherwise it is untouched.
+// Converts the objects of a form. `text` must live as long as the call. The number of objects converted; if
+// it is not 0, `output` holds the whole changed form in `encoding`, without a mark, and otherwise it is
+// untouched.
 //
-// An object whose class is mapped but whose text `parser` cannot take keeps its properties: only its class is replaced,
-// and that does not count.
-int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes, TFormParser& parser,
-                rtl::TMemoryStream& output);
+// An object whose class is mapped but whose text `parser` cannot take keeps its properties: only its class is
+// replaced, and that does not count.
+int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
+                TFormParser& parser, rtl::TMemoryStream& output);
 
-// Calls found(alias, "Root.Component") for each database alias that a TDatabase of the form declares, in their order.
+// Calls found(alias, "Root.Component") for each database alias that a TDatabase of the form declares, in
+// their order.
 void FindDatabaseNames(std::string_view text, const qrl::TEncoding& encoding,
                        const std::function<void(std::string_view alias, std::string_view component)>& found);
 

@@ -102,12 +102,13 @@ bool TComponentReplacer::RunFiles() {
   return succeeded;
 }
 
-// The units come first, and each appends its form files behind all that is there. In a project run all forms are read for
-// their aliases before the first of them is converted.
+// The units come first, and each appends its form files behind all that is there. In a project run all forms
+// are read for their aliases before the first of them is converted.
 void TComponentReplacer::WalkUnits(const std::string& tempDir) {
   FDatabases.Clear();
   FProcessed.clear();
-  FNamesOnDisk.clear();
+  FNames.clear();
+  FFolders.clear();
   const int firstAdded = FUnits.Count();
   bool prePass = FOptions.Dest == sdProject;
   for (int i = 0; i < FUnits.Count(); ++i) {
@@ -133,7 +134,7 @@ void TComponentReplacer::ProcessEntry(std::string fileName, const std::string& t
   std::string relPath;
   if (FOptions.Dest == sdFolder) {
     relPath = rtl::ExtractRelativePath(JoinPath(FOptions.Directory, ""), fileName);
-    ForceFolders(JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
+    NeedFolder(JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
   } else {
     RefuseSecondFile(fileName);
   }
@@ -147,34 +148,42 @@ void TComponentReplacer::RefuseSecondFile(const std::string& fileName) {
   const std::string bareName = rtl::ExtractFileName(fileName);
   const auto [place, isNew] = FProcessed.try_emplace(win::UpperFileName(bareName), fileName);
   if (isNew || win::UpperFileName(place->second) == win::UpperFileName(fileName)) return;
-  throw rtl::Exception(rtl::Format("Two files named \"%s\" cannot be converted in one project run: \"%s\" and \"%s\".",
-                                   {bareName, place->second, fileName}));
+  throw rtl::Exception(
+      rtl::Format("Two files named \"%s\" cannot be converted in one project run: \"%s\" and \"%s\".",
+                  {bareName, place->second, fileName}));
 }
 
-// On a host where names that differ in case alone can stand side by side, the temporary folder, the backup folder and the
-// undo file have one place for both.
+// On a host where names that differ in case alone can stand side by side, the temporary folder, the backup
+// folder and the undo file have one place for both. Two spellings of one file or folder are no such pair.
 void TComponentReplacer::RefuseCaseTwin(const std::string& fileName) {
-  const std::string onDisk = win::FileSystem().GetLongPathNameA(fileName);
-  for (size_t end = onDisk.find('\\'); end != std::string::npos;) {
-    end = onDisk.find('\\', end + 1);
-    const std::string name = onDisk.substr(0, end);
-    const auto [place, isNew] = FNamesOnDisk.try_emplace(win::UpperFileName(name), name);
+  for (size_t end = fileName.find('\\'); end != std::string::npos;) {
+    end = fileName.find('\\', end + 1);
+    const std::string name = fileName.substr(0, end);
+    const auto [place, isNew] = FNames.try_emplace(win::UpperFileName(name), name);
     if (isNew || place->second == name) continue;
-    throw rtl::Exception(rtl::Format("\"%s\" and \"%s\" differ in case alone and cannot be converted in one run.",
-                                     {place->second, name}));
+    win::TFileSystem& disk = win::FileSystem();
+    if (disk.GetLongPathNameA(place->second) == disk.GetLongPathNameA(name)) continue;
+    throw rtl::Exception(rtl::Format(
+        "\"%s\" and \"%s\" differ in case alone and cannot be converted in one run.", {place->second, name}));
   }
+}
+
+// The folders of a run are made once each, however many files come into them.
+void TComponentReplacer::NeedFolder(const std::string& folder) {
+  if (!FFolders.contains(folder) && ForceFolders(folder)) FFolders.insert(folder);
 }
 
 void TComponentReplacer::BackupFile(const std::string& fileName, const std::string& relPath) {
   std::string backupName;
   if (FOptions.Dest == sdFolder) {
-    ForceFolders(JoinPath(FOptions.BackupDir, rtl::ExtractFileDir(relPath)));
+    NeedFolder(JoinPath(FOptions.BackupDir, rtl::ExtractFileDir(relPath)));
     backupName = BackupFileName(JoinPath(FOptions.BackupDir, relPath));
   } else {
     backupName = JoinPath(FOptions.BackupDir, rtl::ExtractFileName(BackupFileName(fileName)));
   }
   if (!win::CopyFileA(fileName, backupName, false)) {
-    Warn(rtl::Format("No backup of \"%s\" could be made. %s", {fileName, win::SysErrorMessage(win::GetLastError())}));
+    Warn(rtl::Format("No backup of \"%s\" could be made. %s",
+                     {fileName, win::SysErrorMessage(win::GetLastError())}));
   }
   FUndoList.SetValue(fileName, backupName);
 }
@@ -204,7 +213,9 @@ void TComponentReplacer::WriteUndoFile() {
   for (int i = 0; i < FUndoList.Count(); ++i) {
     const std::string& line = FUndoList[i];
     if (line.find('=') == line.rfind('=') && line.find_first_of("\r\n") == std::string::npos) continue;
-    Warn(rtl::Format("The undo file cannot restore files while it lists a name with \"=\" or a line end in it: %s", {line}));
+    Warn(rtl::Format(
+        "The undo file cannot restore files while it lists a name with \"=\" or a line end in it: %s",
+        {line}));
     break;
   }
 }

@@ -1,9 +1,9 @@
-// The replacement engine: takes a set of Delphi units, and the form files that they name, from the first log line to
-// the last file written; and puts everything back from an undo file.
+// The replacement engine: takes a set of Delphi units, and the form files that they name, from the first log
+// line to the last file written; and puts everything back from an undo file.
 //
-// Nothing is rewritten in place. Every changed file is first made in a private temporary folder, and its original is
-// backed up; when all files are done, the changed versions are copied over the originals in one last step. A failure
-// before that step leaves every original as it was.
+// Nothing is rewritten in place. Every changed file is first made in a private temporary folder, and its
+// original is backed up; when all files are done, the changed versions are copied over the originals in one
+// last step. A failure before that step leaves every original as it was.
 #pragma once
 
 #include <functional>
@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "MigWizard/ClassMap.h"
 #include "MigWizard/FileUtils.h"
@@ -23,7 +24,8 @@
 
 namespace mig {
 
-// A file of a run could not be converted. The message names the file, and what stands in it where that is known.
+// A file of a run could not be converted. The message names the file, and what stands in it where that is
+// known.
 class EFileConversion : public rtl::Exception {
  public:
   EFileConversion(std::string_view fileName, std::string_view reason);
@@ -42,8 +44,8 @@ struct TRunProgress {
 
 class TComponentReplacer {
  public:
-  // `oldUnit` is the unit that is looked for in uses clauses, ignoring case, and `newUnits` the text that goes behind
-  // it. `options` are not owned, and must outlive the replacer.
+  // `oldUnit` is the unit that is looked for in uses clauses, ignoring case, and `newUnits` the text that
+  // goes behind it. `options` are not owned, and must outlive the replacer.
   TComponentReplacer(const TFormParserClass& parserClass, std::string_view oldUnit, std::string_view newUnits,
                      TReplaceOptions& options);
   virtual ~TComponentReplacer();
@@ -51,21 +53,25 @@ class TComponentReplacer {
   TComponentReplacer& operator=(const TComponentReplacer&) = delete;
 
   // Makes `oldClass` become `newClass`. For the time right after construction.
-  void AddClass(std::string_view oldClass, std::string_view newClass) { FClasses.AddClass(oldClass, newClass); }
+  void AddClass(std::string_view oldClass, std::string_view newClass) {
+    FClasses.AddClass(oldClass, newClass);
+  }
 
-  // Runs a replacement with the options. True when it succeeded; False when some changed file could not be copied over
-  // its original, which the undo file then restores all the same. Every other failure is an exception: all originals
-  // are as they were then (but for a failure to write the undo file, which comes last), and the temporary folder is gone.
+  // Runs a replacement with the options. True when it succeeded; False when some changed file could not be
+  // copied over its original, which the undo file then restores all the same. Every other failure is an
+  // exception: all originals are as they were then (but for a failure to write the undo file, which comes
+  // last), and the temporary folder is gone.
   [[nodiscard]] bool Replace();
 
-  // Copies every backup that the undo file lists over its original. False when the list is empty or a backup is missing,
-  // and nothing was touched then; or when a copy failed, and those before it are restored. A file that cannot be read
-  // raises.
+  // Copies every backup that the undo file lists over its original. False when the list is empty or a backup
+  // is missing, and nothing was touched then; or when a copy failed, and those before it are restored. A file
+  // that cannot be read raises.
   [[nodiscard]] bool Restore(std::string_view undoFile);
 
   TReplaceOptions& Options() const { return FOptions; }
 
-  // Called before each file of a run, and before the originals are replaced; an exception out of it stops the run.
+  // Called before each file of a run, and before the originals are replaced; an exception out of it stops the
+  // run.
   std::function<void(const TRunProgress&)> OnProgress;
   // Called with a line for the user about something that does not stop the run.
   std::function<void(std::string_view message)> OnWarning;
@@ -87,6 +93,7 @@ class TComponentReplacer {
   void ProcessEntry(std::string fileName, const std::string& tempDir);
   void RefuseSecondFile(const std::string& fileName);
   void RefuseCaseTwin(const std::string& fileName);
+  void NeedFolder(const std::string& folder);
   void BackupFile(const std::string& fileName, const std::string& relPath);
   bool ReplaceOriginals(const std::string& tempDir);
   void WriteUndoFile();
@@ -103,17 +110,21 @@ class TComponentReplacer {
   void Warn(std::string_view message) const;
 
   TClassMap FClasses;
-  rtl::TStringList FUnits;  // the working list of a run: full names, in processing order; grows during the walk
+  rtl::TStringList
+      FUnits;  // the working list of a run: full names, in processing order; grows during the walk
   TLogWriter FLog;
-  int FChangedFiles = 0;       // of this run
-  rtl::TStringList FUndoList;  // original=backup
+  int FChangedFiles = 0;        // of this run
+  rtl::TStringList FUndoList;   // original=backup
   rtl::TStringList FDatabases;  // alias=Root.Component
   std::unique_ptr<TFormParser> FFormParser;
   std::string FOldUnit;  // in upper case
   std::string FNewUnits;
   TReplaceOptions& FOptions;
-  std::unordered_map<std::string, std::string> FProcessed;  // of a project run: upper-cased bare name -> full name
-  std::unordered_map<std::string, std::string> FNamesOnDisk;  // of changed files and their folders, by upper case
+  std::unordered_map<std::string, std::string>
+      FProcessed;  // of a project run: upper-cased bare name -> full name
+  std::unordered_map<std::string, std::string>
+      FNames;                                // changed files and their folders, by their upper-cased names
+  std::unordered_set<std::string> FFolders;  // temporary and backup folders that stand
 };
 
 }  // namespace mig

@@ -16,7 +16,8 @@ bool IsUnit(std::string_view fileName) {
   return rtl::SameText(extension, ".PAS") || rtl::SameText(extension, ".DPR");
 }
 
-// Adds the file's name to whatever goes wrong with its contents. The exceptions of streams name their file already.
+// Adds the file's name to whatever goes wrong with its contents. The exceptions of streams name their file
+// already.
 template <typename TAction>
 void NamingFile(const std::string& fileName, TAction action) {
   try {
@@ -56,7 +57,8 @@ void TComponentReplacer::ProcessFile(const std::string& fileName, const std::str
 
 void TComponentReplacer::ProcessUnit(std::string_view text, const std::string& sourceFile,
                                      const qrl::TEncoding& encoding, const std::string& targetFile) {
-  const TUnitRules rules{FClasses, FOldUnit, FNewUnits, [this](std::string_view oldClass, std::string_view newClass) {
+  const TUnitRules rules{FClasses, FOldUnit, FNewUnits,
+                         [this](std::string_view oldClass, std::string_view newClass) {
                            return GetReplacement(oldClass, newClass);
                          }};
   const TUnitResult result = ConvertUnit(text, encoding, rules);
@@ -73,8 +75,8 @@ void TComponentReplacer::ProcessUnit(std::string_view text, const std::string& s
   LogChanges(result.Changes);
 }
 
-void TComponentReplacer::ProcessForm(std::string_view text, const std::string& sourceFile, const TFormFile& form,
-                                     const std::string& targetFile) {
+void TComponentReplacer::ProcessForm(std::string_view text, const std::string& sourceFile,
+                                     const TFormFile& form, const std::string& targetFile) {
   rtl::TMemoryStream output;
   const int changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output);
   LogChanges(changes);
@@ -94,9 +96,10 @@ void TComponentReplacer::CollectDatabaseNames(const std::string& fileName) {
   NamingFile(fileName, [&] {
     const TFormFile form = ReadFormFile(file);
     const std::string_view text = form.Text;
-    FindDatabaseNames(
-        text.substr(0, text.find('\0')), *form.Encoding,
-        [this](std::string_view alias, std::string_view component) { FDatabases.SetValue(alias, component); });
+    FindDatabaseNames(text.substr(0, text.find('\0')), *form.Encoding,
+                      [this](std::string_view alias, std::string_view component) {
+                        FDatabases.SetValue(alias, component);
+                      });
   });
 }
 

@@ -27,7 +27,8 @@ bool EndsInPas(std::string_view fileName) {
 
 // The folder of the log: the project's, or the one that is scanned.
 std::string TComponentReplacer::RunFolder() const {
-  return FOptions.Dest == sdProject ? rtl::ExtractFileDir(TIDEUtils::GetProjectFileName()) : FOptions.Directory;
+  return FOptions.Dest == sdProject ? rtl::ExtractFileDir(TIDEUtils::GetProjectFileName())
+                                    : FOptions.Directory;
 }
 
 void TComponentReplacer::InitUnitList() {
@@ -73,7 +74,8 @@ void TComponentReplacer::ScanFolder(const std::string& dir, bool includeSubDirs)
     }
   }
   if (win::GetLastError() != win::ERROR_NO_MORE_FILES)
-    Warn(rtl::Format("The folder \"%s\" could not be read. %s", {dir, win::SysErrorMessage(win::GetLastError())}));
+    Warn(rtl::Format("The folder \"%s\" could not be read. %s",
+                     {dir, win::SysErrorMessage(win::GetLastError())}));
 }
 
 }  // namespace mig

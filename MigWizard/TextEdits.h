@@ -14,7 +14,8 @@ namespace mig {
 
 class TTextEdits {
  public:
-  // Replaces `length` bytes at `position` (bytes, from 0). Edits come in the order of the text and do not overlap.
+  // Replaces `length` bytes at `position` (bytes, from 0). Edits come in the order of the text and do not
+  // overlap.
   void Replace(size_t position, size_t length, std::string replacement);
   bool Empty() const { return FEdits.empty(); }
 

@@ -13,8 +13,8 @@ struct TTextFile {
   std::string Text;  // without the mark
 };
 
-// Reads from the stream's position to its end: FF FE begins UTF-16, EF BB BF UTF-8, anything else is text in the
-// source code page. Raises rtl::EConvertError on UTF-16 with an odd number of bytes.
+// Reads from the stream's position to its end: FF FE begins UTF-16, EF BB BF UTF-8, anything else is text in
+// the source code page. Raises rtl::EConvertError on UTF-16 with an odd number of bytes.
 TTextFile ReadTextFile(rtl::TStream& stream);
 
 }  // namespace mig

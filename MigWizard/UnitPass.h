@@ -1,7 +1,7 @@
 // The conversion of a unit's source: class names, the uses clause, class names in comments.
 //
-// It works on tokens, not on a syntax tree, and is a function of its input: the run driver reads the unit, writes
-// what changed, and looks for the form files that the unit's resource directives name.
+// It works on tokens, not on a syntax tree, and is a function of its input: the run driver reads the unit,
+// writes what changed, and looks for the form files that the unit's resource directives name.
 #pragma once
 
 #include <functional>
@@ -19,7 +19,8 @@ struct TUnitRules {
   const TClassMap& Classes;
   std::string_view OldUnit;   // in upper case; in a uses clause NewUnits goes behind it
   std::string_view NewUnits;  // ", First, Second"
-  // The text for an identifier that the map knows, from the name in the source and the new class. Not for comments.
+  // The text for an identifier that the map knows, from the name in the source and the new class. Not for
+  // comments.
   std::function<std::string(std::string_view oldClass, std::string_view newClass)> GetReplacement;
 };
 
@@ -31,8 +32,8 @@ struct TUnitResult {
 
 TUnitResult ConvertUnit(std::string_view text, const qrl::TEncoding& encoding, const TUnitRules& rules);
 
-// The full name of the form file that a resource directive names, or empty if it names none. `sourceFile` is the
-// unit's Windows path, `encoding` that of its text. Whether there is such a file is not asked.
+// The full name of the form file that a resource directive names, or empty if it names none. `sourceFile` is
+// the unit's Windows path, `encoding` that of its text. Whether there is such a file is not asked.
 std::string FormFileOfDirective(std::string_view directive, std::string_view sourceFile,
                                 const qrl::TEncoding& encoding);
 

@@ -82,5 +82,3 @@ BENCHMARK_CAPTURE(ByteLoop, form, TText::Form);
 
 }  // namespace
 }  // namespace bench
-
-BENCHMARK_MAIN();

@@ -2,7 +2,8 @@
 
 Every row is a ratio of two times (or of a size and a size) taken within one run on one machine: A B A B ... after a
 round that does not count, each pair gives a ratio, and the row shows the median of these. Before a program starts, its
-input is made anew and the disk is idle (sync), and all of the input is in the cache.
+input is made anew, all of it in the cache. The folder lies in memory where the machine has such a place, so that the
+programs are measured and not the disk that they share with others; one pair of rows is taken on the disk as well.
 """
 import argparse
 import json
@@ -16,7 +17,8 @@ import tempfile
 import time
 from dataclasses import dataclass
 
-KB, MB = 1 << 10, 1 << 20
+KB, MB, GB = 1 << 10, 1 << 20, 1 << 30
+MEMORY = "/dev/shm/"
 CLASSES = {  # what perl renames: the classes of the family bde
     "TDatabase": "TKVAConnection", "TQuery": "TKVAQuery", "TwwQuery": "TKVAQuery", "TTable": "TKVATable",
     "TwwTable": "TKVATable", "TStoredProc": "TKVAStoredProc", "TwwStoredProc": "TKVAStoredProc",
@@ -44,11 +46,12 @@ class Row:
         return self.value <= self.target if self.at_most else self.value >= self.target
 
 
-def run(command, cwd=None):
-    """Runs a program to its end; a failure is an error that shows its output."""
+def run(command, temp, cwd=None):
+    """Runs a program to its end, its temporary files in `temp`; a failure is an error that shows its output."""
     with tempfile.TemporaryFile() as output:
         start = time.perf_counter()
-        process = subprocess.Popen(command, cwd=cwd, stdin=subprocess.DEVNULL, stdout=output, stderr=output)
+        process = subprocess.Popen(command, cwd=cwd, stdin=subprocess.DEVNULL, stdout=output, stderr=output,
+                                   env=os.environ | {"TMPDIR": temp})
         _, status, usage = os.wait4(process.pid, 0)
         seconds = time.perf_counter() - start
         process.returncode = os.waitstatus_to_exitcode(status)
@@ -57,13 +60,6 @@ def run(command, cwd=None):
             raise RuntimeError(f"{' '.join(map(str, command[:6]))}: status {process.returncode}\n"
                                + output.read().decode(errors="replace")[-2000:])
     return Cost(seconds, usage.ru_utime + usage.ru_stime, usage.ru_maxrss * KB)
-
-
-def fresh(pristine, work):
-    """A copy of the tree, all of it in the cache and none of it waiting for the disk."""
-    shutil.rmtree(work, ignore_errors=True)
-    subprocess.run(["cp", "-a", pristine, work], check=True)
-    os.sync()
 
 
 def pairs(rounds, first, second):
@@ -83,6 +79,17 @@ class Benchmarks:
         self.program = os.path.join(build, "cli", "kvamigrate")
         self.folder, self.rounds, self.units = folder, rounds, units
         self.work = os.path.join(folder, "work")
+        self.on_disk = not folder.startswith(MEMORY)
+
+    def run(self, command, cwd=None):
+        return run(command, self.folder, cwd)
+
+    def fresh(self, tree):
+        """A copy of the tree, all of it in the cache and none of it waiting for the disk."""
+        shutil.rmtree(self.work, ignore_errors=True)
+        subprocess.run(["cp", "-a", tree, self.work], check=True)
+        if self.on_disk:
+            os.sync()
 
     def path(self, *names):
         return os.path.join(self.folder, *names)
@@ -90,13 +97,13 @@ class Benchmarks:
     def make(self, name, *arguments):
         tree, listed = self.path(name), self.path(name + ".list")
         if not os.path.exists(tree):
-            run([os.path.join(self.bin, "kva_maketree"), tree, "--list", listed, *map(str, arguments)])
+            self.run([os.path.join(self.bin, "kva_maketree"), tree, "--list", listed, *map(str, arguments)])
         return tree, listed
 
     def migrate(self, tree, check=True):
         """One run over a fresh copy of the tree. Looks that the run did what it is timed for."""
-        fresh(tree, self.work)
-        cost = run([self.program, "replace", "--mode", "bde", "--folder", self.work, "--subfolders"])
+        self.fresh(tree)
+        cost = self.run([self.program, "replace", "--mode", "bde", "--folder", self.work, "--subfolders"])
         if check and not os.path.getsize(os.path.join(self.work, "RBackup", "RExpert.reu")):
             raise RuntimeError(f"the run over {tree} changed nothing")
         return cost
@@ -110,15 +117,15 @@ class Benchmarks:
         what = f"{self.units:,} units and {self.units:,} forms, {size / MB:.0f} MB, half of them changing"
 
         def bare():
-            fresh(tree, self.work)
-            return run([os.path.join(self.bin, "kva_barecopy"), self.work, listed])
+            self.fresh(tree)
+            return self.run([os.path.join(self.bin, "kva_barecopy"), self.work, listed])
 
         def perl():
-            fresh(tree, self.work)
+            self.fresh(tree)
             table = ",".join(f"{old}=>'{new}'" for old, new in CLASSES.items())
             script = "BEGIN{%m=(" + table + r")} s/\b(" + "|".join(CLASSES) + r")\b/$m{$1}/g"
             files = [os.path.relpath(name, tree) for name in names]
-            return run(["perl", "-pi.bak", "-e", script, *files], cwd=self.work)
+            return self.run(["perl", "-pi.bak", "-e", script, *files], cwd=self.work)
 
         undo = os.path.join(self.work, "RBackup", "RExpert.reu")
         self.migrate(tree)
@@ -127,14 +134,16 @@ class Benchmarks:
         if changed != due:
             raise RuntimeError(f"the run changed {changed} files of {due}")
 
+        place = "on the disk" if self.on_disk else "in memory"
         ratio, cpu, ours, theirs, spread = pairs(self.rounds, lambda: self.migrate(tree), bare)
-        yield Row("Whole run, beside the bare file operations", ratio, 1.25, True,
+        yield Row(f"Whole run, beside the bare file operations: {place}", ratio, 1.25, True,
                   f"{what}; {ours:.2f} s to {theirs:.2f} s, pairs {spread[0]:.2f} to {spread[1]:.2f}, "
                   f"processor time {cpu:.2f}")
         ratio, cpu, theirs, ours, spread = pairs(self.rounds, perl, lambda: self.migrate(tree))
-        yield Row("`perl -pi.bak` renaming the classes, beside the whole run", ratio, 3, False,
+        yield Row(f"`perl -pi.bak` renaming the classes, beside the whole run: {place}", ratio,
+                  3, False,
                   f"the same tree; {theirs:.2f} s to {ours:.2f} s, pairs {spread[0]:.2f} to {spread[1]:.2f}, "
-                  f"processor time {cpu:.2f}")
+                  f"processor time {cpu:.2f}" + ("; perl flushes nothing to the disk" if self.on_disk else ""))
 
     def form_rows(self):
         kinds = (("text", []), ("lists", ["--lists"]), ("UTF-16", ["--utf16", 100]), ("binary", []))
@@ -143,7 +152,7 @@ class Benchmarks:
             large, _ = self.make(f"large-{kind}", "--form", 50 * MB, "--objects", 20000, *options)
             if kind == "binary":
                 for tree in (small, large):
-                    run([self.program, "form", "to-binary", "--in-place", tree])
+                    self.run([self.program, "form", "to-binary", "--in-place", tree])
             peaks = []
 
             def on_large():
@@ -168,24 +177,52 @@ class Benchmarks:
             print(f"not built: {name}", file=sys.stderr)
             return {}
         output = self.path(name + ".json")
-        run([program, f"--benchmark_out={output}", "--benchmark_out_format=json", "--benchmark_repetitions=5",
+        self.run([program, f"--benchmark_out={output}", "--benchmark_out_format=json", "--benchmark_repetitions=5",
              "--benchmark_report_aggregates_only=true", *options])
         with open(output, encoding="utf-8") as file:
             found = json.load(file)["benchmarks"]
         return {b["run_name"]: b for b in found if b.get("aggregate_name") == "median"}
 
     def grammar_rows(self):
-        """Names are ROW/SIZE; a row's value is the time for each byte at its last size, by that at its first."""
+        """Names are BM_Parse/ROW/SIZE; a row is the time for each byte at its last size, by that at its first."""
         rows = {}
-        for name, result in self.google("GrammarBench").items():
-            parts = name.split("/")
-            if len(parts) > 1 and parts[1].isdigit():
-                rows.setdefault(parts[0], []).append((int(parts[1]), result["bytes_per_second"]))
+        for name, result in self.google("GrammarBench", "--benchmark_filter=BM_Parse/").items():
+            _, row, size = name.split("/")
+            rows.setdefault(row, []).append((int(size), result["bytes_per_second"]))
         for name, points in rows.items():
             points.sort()
-            speeds = ", ".join(f"{size:,}: {speed / MB:.0f}" for size, speed in points)
-            yield Row(f"Grammar, time a byte, last by first: {name}", points[0][1] / points[-1][1], 1.5, True,
-                      f"MB a second at {speeds}")
+            speeds = ", ".join(f"{speed / MB:.0f} ({size:,})" for size, speed in points)
+            yield Row(f"Grammar, time a byte, last size by first: {name}", points[0][1] / points[-1][1], 1.5, True,
+                      f"MB a second: {speeds}")
+
+    def conversion_rows(self):
+        """Both programs: text|binary INPUT OUTPUT REPEATS, on bare object streams; they print their fastest seconds."""
+        ours, theirs = os.path.join(self.bin, "FormConversionBench"), self.path("fpcforms")
+        if not os.path.exists(ours):
+            print("not built: FormConversionBench", file=sys.stderr)
+            return
+        self.run(["fpc", "-O3", "-FU" + self.folder, "-o" + theirs, os.path.join("bench", "fpcforms.pas")])
+        tree, _ = self.make("conversion", "--form", 15 * MB, "--objects", 6000)
+        text, binary = os.path.join(tree, "Big.dfm"), self.path("conversion.bin")
+        self.run([theirs, "binary", text, binary, "1"])
+        for kind, source in (("binary", text), ("text", binary)):
+            seconds, outputs = {ours: [], theirs: []}, {}
+            for _ in range(self.rounds):
+                for program in (theirs, ours):
+                    output = self.path("conversion.out")
+                    printed = subprocess.run([program, kind, source, output, "3"], check=True, capture_output=True)
+                    seconds[program].append(float(printed.stdout.split()[-1]))
+                    if kind == "text":  # the two lay text out differently: what both mean is compared
+                        self.run([theirs, "binary", output, output + ".bin", "1"])
+                        output += ".bin"
+                    with open(output, "rb") as file:
+                        outputs[program] = file.read()
+            ratio = statistics.median(a / b for a, b in zip(seconds[theirs], seconds[ours]))
+            size = os.path.getsize(source)
+            yield Row(f"Free Pascal's conversion to {kind}, beside ours", ratio, 10, False,
+                      f"a form of {size / MB:.0f} MB; {size / MB / statistics.median(seconds[theirs]):.0f} MB a second "
+                      f"to {size / MB / statistics.median(seconds[ours]):.0f}; "
+                      f"outputs {'equal' if outputs[ours] == outputs[theirs] else 'differ'}")
 
     def scanner_rows(self):
         results = self.google("ScannerBench")
@@ -195,12 +232,6 @@ class Benchmarks:
             yield Row(f"Scanner, beside a byte loop: {text}", speed["ByteLoop"] / speed["Scanner"], 0, True,
                       f"{speed['Scanner'] / MB:.0f} MB a second; a byte loop {speed['ByteLoop'] / MB:.0f}, "
                       f"`memcpy` {speed['MemoryCopy'] / MB:.0f}")
-
-    def rows(self):
-        yield from self.tree_rows()
-        yield from self.form_rows()
-        yield from self.grammar_rows()
-        yield from self.scanner_rows()
 
 
 def processor():
@@ -229,16 +260,24 @@ def main():
     parser.add_argument("build")
     parser.add_argument("--quick", action="store_true", help="a tenth of the tree, three pairs: does it run at all?")
     parser.add_argument("--only", action="append", default=[], metavar="GROUP",
-                        choices=["tree", "form", "grammar", "scanner"])
+                        choices=["tree", "disk", "form", "grammar", "conversion", "scanner"])
     arguments = parser.parse_args()
     rounds, units = (3, 300) if arguments.quick else (9, 3000)
-    with tempfile.TemporaryDirectory(prefix="kva_bench") as folder:
-        benchmarks = Benchmarks(os.path.abspath(arguments.build), folder, rounds, units)
-        rows = []
-        for group in arguments.only or ["tree", "form", "grammar", "scanner"]:
-            for row in getattr(benchmarks, group + "_rows")():
-                print(f"{row.value:8.2f}  {row.name}", file=sys.stderr)
-                rows.append(row)
+    rows = []
+
+    def measure(parent, groups):
+        with tempfile.TemporaryDirectory(prefix="kva_bench", dir=parent) as folder:
+            benchmarks = Benchmarks(os.path.abspath(arguments.build), folder, rounds, units)
+            for group in groups:
+                for row in getattr(benchmarks, group + "_rows")():
+                    print(f"{row.value:8.2f}  {row.name}", file=sys.stderr)
+                    rows.append(row)
+
+    groups = arguments.only or ["tree", "disk", "form", "grammar", "conversion", "scanner"]
+    in_memory = os.path.isdir(MEMORY) and shutil.disk_usage(MEMORY).free > 2 * GB
+    measure(MEMORY if in_memory else None, [group for group in groups if group != "disk"])
+    if in_memory and "disk" in groups:
+        measure(None, ["tree"])
     text = table(rows, rounds)
     print(text, end="")
     if not arguments.only and not arguments.quick:

@@ -47,8 +47,8 @@ struct TCommandLine {
   std::vector<std::pair<char, std::string>> Drives;
 };
 
-// The command line, or, where there is nothing to run, the exit status: help was asked for and printed, or what is wrong
-// was printed on standard error.
+// The command line, or, where there is nothing to run, the exit status: help was asked for and printed, or
+// what is wrong was printed on standard error.
 std::variant<TCommandLine, int> ParseCommandLine(int argc, const char* const* argv);
 
 }  // namespace cli

@@ -1,4 +1,5 @@
-// The commands of kvamigrate. Each one gives the program's exit status (cli/CommandLine.h); exceptions are the caller's.
+// The commands of kvamigrate. Each one gives the program's exit status (cli/CommandLine.h); exceptions are
+// the caller's.
 #pragma once
 
 #include <string>
@@ -16,6 +17,9 @@ class EUsage : public rtl::Exception {
 
 int RunReplace(const TCommandLine& line);
 int RunRestore(const TCommandLine& line);
+int RunForm(const TCommandLine& line);
 int RunCatalogue(const TCommandLine& line);
+// Becomes the desktop program; comes back only when that cannot be started, with an exception.
+int RunWizard(const TCommandLine& line);
 
 }  // namespace cli

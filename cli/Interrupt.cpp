@@ -9,7 +9,9 @@ namespace {
 
 volatile std::sig_atomic_t pendingSignal = 0;
 
-void Remember(int signal) { pendingSignal = signal; }
+void Remember(int signal) {
+  pendingSignal = signal;
+}
 
 }  // namespace
 
@@ -21,7 +23,9 @@ void CatchInterrupts() {
 #endif
 }
 
-int PendingInterrupt() { return pendingSignal; }
+int PendingInterrupt() {
+  return pendingSignal;
+}
 
 void StopIfInterrupted() {
   if (pendingSignal != 0) throw rtl::EAbort("Stopped: no file was replaced.");

@@ -3,7 +3,8 @@
 
 namespace cli {
 
-// From here on, the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP) are remembered instead of ending it.
+// From here on, the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP) are remembered instead of
+// ending it.
 void CatchInterrupts();
 // The number of the signal that came, or 0.
 int PendingInterrupt();

@@ -12,9 +12,11 @@ namespace cli {
 namespace {
 
 void SetEnvironment(const TCommandLine& line) {
-  if (!win::SetACP(line.CodePage)) throw EUsage("Code page " + std::to_string(line.CodePage) + " is not known.");
+  if (!win::SetACP(line.CodePage))
+    throw EUsage("Code page " + std::to_string(line.CodePage) + " is not known.");
   for (const auto& [letter, folder] : line.Drives)
-    if (!win::MapDrive(letter, folder)) throw EUsage(std::string("--drive ") + letter + "=" + folder + ": no such folder.");
+    if (!win::MapDrive(letter, folder))
+      throw EUsage(std::string("--drive ") + letter + "=" + folder + ": no such folder.");
 }
 
 int RunCommand(const TCommandLine& line) {
@@ -24,8 +26,13 @@ int RunCommand(const TCommandLine& line) {
       return RunReplace(line);
     case TCommand::Restore:
       return RunRestore(line);
+    case TCommand::FormToText:
+    case TCommand::FormToBinary:
+      return RunForm(line);
     case TCommand::Catalogue:
       return RunCatalogue(line);
+    case TCommand::Wizard:
+      return RunWizard(line);
     default:
       return kExitUsage;
   }
@@ -51,4 +58,6 @@ int Main(int argc, char** argv) {
 }  // namespace
 }  // namespace cli
 
-int main(int argc, char** argv) { return cli::Main(argc, argv); }
+int main(int argc, char** argv) {
+  return cli::Main(argc, argv);
+}

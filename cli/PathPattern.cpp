@@ -20,8 +20,8 @@ size_t CharacterLength(std::string_view text) {
   return length;
 }
 
-// Takes a set "[...]" off the pattern's front and tells whether `character` is in it. A "[" that is never closed
-// stands for itself; `isSet` is False then and nothing is taken.
+// Takes a set "[...]" off the pattern's front and tells whether `character` is in it. A "[" that is never
+// closed stands for itself; `isSet` is False then and nothing is taken.
 bool MatchSet(std::string_view& pattern, std::string_view character, bool& isSet) {
   size_t at = 1;
   const bool negated = at < pattern.size() && (pattern[at] == '!' || pattern[at] == '^');

@@ -1,8 +1,8 @@
 // Shell patterns against the path of a file below the folder of a run.
 //
-// `*` stands for any characters, separators too, `?` for one, `[a-z]` and `[!a-z]` for one of a set. Both separators are
-// the same, and so are the cases of a letter. A pattern fits the whole path, or, where it has no separator, the bare
-// file name.
+// `*` stands for any characters, separators too, `?` for one, `[a-z]` and `[!a-z]` for one of a set. Both
+// separators are the same, and so are the cases of a letter. A pattern fits the whole path, or, where it has
+// no separator, the bare file name.
 #pragma once
 
 #include <string>

@@ -1,10 +1,9 @@
 #include "cli/Progress.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <string>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
 namespace cli {
 namespace {

@@ -1,5 +1,5 @@
-// The progress line of a long command: files done of files known, and the present file's name, on standard error.
-// Nothing is written where that is not a terminal.
+// The progress line of a long command: files done of files known, and the present file's name, on standard
+// error. Nothing is written where that is not a terminal.
 #pragma once
 
 #include <chrono>

@@ -7,6 +7,7 @@
 #include "cli/Interrupt.h"
 #include "cli/PathPattern.h"
 #include "cli/Progress.h"
+#include "cli/TypedPath.h"
 #include "host/HostError.h"
 #include "host/ProjectChoice.h"
 #include "rtl/Streams.h"
@@ -20,12 +21,6 @@ namespace cli {
 namespace {
 
 constexpr char kDefaultBackupDir[] = "RBackup";
-
-std::string WindowsPath(const std::string& typed) {
-  std::string path = win::ToWindowsPath(typed);
-  if (path.empty()) throw EUsage("\"" + typed + "\" cannot be written as a Windows path; is its drive mapped?");
-  return path;
-}
 
 target::TCatalogue LoadCatalogue(const std::string& fileName) {
   if (fileName.empty()) return target::TCatalogue::BuiltIn();

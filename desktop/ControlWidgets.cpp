@@ -14,6 +14,7 @@
 #include <QStyle>
 #include <cstdlib>
 
+#include "desktop/FormLayout.h"
 #include "desktop/QtText.h"
 #include "desktop/WizardPicture.h"
 #include "rtl/Application.h"
@@ -95,17 +96,16 @@ class TEditWidget : public TControlWidget {
       : TControlWidget(edit, widget), FEdit(edit), FLine(line) {
     QObject::connect(FLine, &QLineEdit::textEdited, FLine,
                      [this, &run](const QString& text) { run([&] { FEdit.Enter(FromQt(text)); }); });
-    QObject::connect(FLine, &QLineEdit::editingFinished, FLine, [this, &run] {
-      run([this] { FEdit.Enter(AsWindowsPath(FEdit.Text())); });
-    });
   }
+  void Settle() override { FEdit.Enter(AsWindowsPath(FEdit.Text())); }
   void ShowText() override {
     const QString text = ToQt(FEdit.Text());
     if (FLine->text() != text) FLine->setText(text);
   }
 
  private:
-  TEditWidget(rtl::TEdit& edit, QLineEdit* line, const TEventRunner& run) : TEditWidget(edit, line, line, run) {}
+  TEditWidget(rtl::TEdit& edit, QLineEdit* line, const TEventRunner& run)
+      : TEditWidget(edit, line, line, run) {}
 
   rtl::TEdit& FEdit;
   QLineEdit* FLine;
@@ -235,13 +235,6 @@ class TPlainWidget : public TControlWidget {
  public:
   TPlainWidget(const rtl::TControl& control, QWidget* widget) : TControlWidget(control, widget) {}
 };
-
-QFrame* NewLine(QWidget* parent) {
-  auto* const line = new QFrame(parent);
-  line->setFrameShape(QFrame::HLine);
-  line->setFrameShadow(QFrame::Sunken);
-  return line;
-}
 
 }  // namespace
 

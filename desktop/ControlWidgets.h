@@ -22,6 +22,8 @@ class TControlWidget {
   // in a text, a scrolled list stay as they are.
   void Show(rtl::TChange what);
   void ShowAll();
+  // Brings what the user has typed into its final form, before a click on a button goes by it.
+  virtual void Settle() {}
 
  protected:
   TControlWidget(const rtl::TControl& control, QWidget* widget);

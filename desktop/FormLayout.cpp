@@ -22,18 +22,29 @@ struct TPlace {
 };
 
 constexpr TPlace kPlaces[] = {
-    {.Name = "Label1", .GapAbove = true},       {.Name = "Label11", .GapAbove = true},
+    {.Name = "Label1", .GapAbove = true},
+    {.Name = "Label11", .GapAbove = true},
     {.Name = "rbModeReplace", .GapAbove = true},
-    {.Name = "lUndo", .GapAbove = true},        {.Name = "btRestoreBrowse", .Beside = true},
-    {.Name = "Label5", .GapAbove = true},       {.Name = "rbDestProject", .GapAbove = true},
-    {.Name = "Label7", .GapAbove = true},       {.Name = "lbModules", .GapAbove = true},
-    {.Name = "btDeselect", .Beside = true},     {.Name = "lSource", .GapAbove = true},
-    {.Name = "btBrowseFolder", .Beside = true}, {.Name = "chSubDirs", .GapAbove = true},
-    {.Name = "chMakeBackup", .GapAbove = true}, {.Name = "lBackupFolder", .Indented = true},
-    {.Name = "cbBackupDir", .Indented = true},  {.Name = "btBrowseBackFolder", .Beside = true},
-    {.Name = "chWriteLog", .GapAbove = true},   {.Name = "lblLogNote", .Indented = true},
-    {.Name = "chViewLog", .Indented = true},    {.Name = "Label15", .GapAbove = true},
-    {.Name = "Label14", .GapAbove = true},      {.Name = "lblNote", .Beside = true},
+    {.Name = "lUndo", .GapAbove = true},
+    {.Name = "btRestoreBrowse", .Beside = true},
+    {.Name = "Label5", .GapAbove = true},
+    {.Name = "rbDestProject", .GapAbove = true},
+    {.Name = "Label7", .GapAbove = true},
+    {.Name = "lbModules", .GapAbove = true},
+    {.Name = "btDeselect", .Beside = true},
+    {.Name = "lSource", .GapAbove = true},
+    {.Name = "btBrowseFolder", .Beside = true},
+    {.Name = "chSubDirs", .GapAbove = true},
+    {.Name = "chMakeBackup", .GapAbove = true},
+    {.Name = "lBackupFolder", .Indented = true},
+    {.Name = "cbBackupDir", .Indented = true},
+    {.Name = "btBrowseBackFolder", .Beside = true},
+    {.Name = "chWriteLog", .GapAbove = true},
+    {.Name = "lblLogNote", .Indented = true},
+    {.Name = "chViewLog", .Indented = true},
+    {.Name = "Label15", .GapAbove = true},
+    {.Name = "Label14", .GapAbove = true},
+    {.Name = "lblNote", .Beside = true},
     {.Name = "chkDontAsk", .GapAbove = true},
 };
 
@@ -85,6 +96,14 @@ void LayOutRows(const std::vector<rtl::TControl*>& controls, QVBoxLayout& rows, 
 
 }  // namespace
 
+QFrame* NewLine(QWidget* parent) {
+  auto* const line = new QFrame(parent);
+  line->setFrameShape(QFrame::HLine);
+  line->setFrameShadow(QFrame::Plain);
+  line->setForegroundRole(QPalette::Mid);
+  return line;
+}
+
 void LayOutBox(const std::vector<rtl::TControl*>& controls, QWidget* inside, const TWidgetOf& widgetOf) {
   auto* const rows = new QVBoxLayout(inside);
   rows->setSpacing(kSpacing);
@@ -120,12 +139,7 @@ void LayOutForm(const rtl::TForm& form, QWidget* window, const TWidgetOf& widget
   LayOutRows(body, *rows, widgetOf);
   top->addLayout(rows, 1);
 
-  if (line == nullptr) {
-    auto* const frame = new QFrame(window);
-    frame->setFrameShape(QFrame::HLine);
-    frame->setFrameShadow(QFrame::Sunken);
-    line = frame;
-  }
+  if (line == nullptr) line = NewLine(window);
   auto* const all = new QVBoxLayout(window);
   all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   all->setSpacing(kMargin);

@@ -8,11 +8,15 @@
 
 #include "rtl/Forms.h"
 
+class QFrame;
 class QWidget;
 
 namespace desktop {
 
 using TWidgetOf = std::function<QWidget*(const rtl::TControl&)>;
+
+// A line across, in a colour that is quiet on light and dark grounds.
+QFrame* NewLine(QWidget* parent);
 
 // Lays out the controls of a page or another box, in `inside`.
 void LayOutBox(const std::vector<rtl::TControl*>& controls, QWidget* inside, const TWidgetOf& widgetOf);

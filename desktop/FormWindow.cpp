@@ -42,6 +42,12 @@ bool IsInput(const rtl::TControl& control) {
 
 TFormWindow::TFormWindow(rtl::TForm& form, QWidget* parent) : QDialog(parent), FForm(form) {
   FRunner = [this](const auto& event) { RunEvent(event); };
+  FClickRunner = [this](const auto& click) {
+    RunEvent([&] {
+      for (const auto& [control, widget] : FWidgets) widget->Settle();
+      click();
+    });
+  };
   setObjectName(ToQt(form.Name()));
   setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                  Qt::WindowCloseButtonHint);
@@ -63,7 +69,8 @@ TFormWindow::~TFormWindow() {
 
 void TFormWindow::AddWidgets(const std::vector<rtl::TControl*>& controls, QWidget* parent) {
   for (rtl::TControl* control : controls) {
-    auto widget = CreateControlWidget(*control, parent, FRunner);
+    const bool isButton = control->Kind() == rtl::TControlKind::Button;
+    auto widget = CreateControlWidget(*control, parent, isButton ? FClickRunner : FRunner);
     FOrder.push_back(control);
     QWidget* const inside = widget->Inside();
     FWidgets.emplace(control, std::move(widget));
@@ -108,7 +115,9 @@ void TFormWindow::Run() {
 
 void TFormWindow::Place() {
   layout()->activate();
-  setFixedSize(sizeHint().expandedTo(minimumSize()));
+  const int width = sizeHint().expandedTo(minimumSize()).width();
+  setFixedSize(width,
+               layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width) : sizeHint().height());
   const QRect wanted(QPoint(FForm.Left(), FForm.Top()), size());
   const QScreen* const screen = QGuiApplication::screenAt(wanted.center());
   if (!FForm.Centered() && screen != nullptr) {
@@ -137,22 +146,20 @@ void TFormWindow::BeIdle() {
   FIsIdle = false;
 }
 
-// The keyboard goes to what there is to enter, or else to the button that goes on. So a whole walk needs
-// Enter alone.
+// The keyboard goes to what there is to enter on the page, or else to the button that goes on. So a whole
+// walk, and the answer to a question, need Enter alone.
 void TFormWindow::FocusPage() {
-  QWidget* widget = FirstInput(FForm.Controls());
+  QWidget* widget = nullptr;
+  for (const rtl::TControl* control : FOrder) {
+    const bool isOnPage =
+        control->Parent() != nullptr && WidgetOf(*control)->isVisible() && control->Enabled();
+    if (isOnPage && IsInput(*control)) {
+      widget = WidgetOf(*control);
+      break;
+    }
+  }
   if (widget == nullptr && FForm.DefaultButton() != nullptr) widget = WidgetOf(*FForm.DefaultButton());
   if (widget != nullptr) widget->setFocus();
-}
-
-QWidget* TFormWindow::FirstInput(const std::vector<rtl::TControl*>& controls) const {
-  for (const rtl::TControl* control : controls) {
-    QWidget* const widget = WidgetOf(*control);
-    if (!widget->isVisible() || !widget->isEnabled()) continue;
-    if (IsInput(*control)) return widget;
-    if (QWidget* const inner = FirstInput(control->Controls())) return inner;
-  }
-  return nullptr;
 }
 
 void TFormWindow::ControlChanged(const rtl::TControl& control, rtl::TChange what) {

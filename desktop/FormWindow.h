@@ -42,10 +42,10 @@ class TFormWindow : public QDialog, public rtl::IFormView {
   void RunEvent(const std::function<void()>& event);
   void BeIdle();
   void FocusPage();
-  QWidget* FirstInput(const std::vector<rtl::TControl*>& controls) const;
 
   rtl::TForm& FForm;
   TEventRunner FRunner;
+  TEventRunner FClickRunner;
   std::unordered_map<const rtl::TControl*, std::unique_ptr<TControlWidget>> FWidgets;
   std::vector<const rtl::TControl*> FOrder;  // all controls, in tab order
   bool FPageTurned = true;

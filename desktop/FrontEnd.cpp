@@ -47,7 +47,7 @@ TMessageType TypeOf(rtl::TMsgDlgType type) {
 
 }  // namespace
 
-TFrontEnd::TFrontEnd() {
+TFrontEnd::TFrontEnd(std::string_view title) : FTitle(ToQt(title)) {
   rtl::Application().SetFrontEnd(this);
   qrl::SetWaitCursor(ShowWaitCursor);
 }
@@ -110,7 +110,7 @@ bool TFrontEnd::TakePath(const QString& hostPath, std::string& path) {
 }
 
 void TFrontEnd::ShowException(std::string_view message) {
-  ShowMessage(QMessageBox::Critical, QApplication::applicationDisplayName(), message);
+  ShowMessage(QMessageBox::Critical, FTitle, message);
 }
 
 QString ToQtFilter(std::string_view filter) {

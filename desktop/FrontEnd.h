@@ -10,8 +10,9 @@ namespace desktop {
 
 class TFrontEnd : public rtl::IFrontEnd {
  public:
-  // In force for its own lifetime. Makes the wait cursor of long operations, too.
-  TFrontEnd();
+  // In force for its own lifetime. Makes the wait cursor of long operations, too. `title` is that of
+  // exceptions.
+  explicit TFrontEnd(std::string_view title);
   ~TFrontEnd() override;
   TFrontEnd(const TFrontEnd&) = delete;
   TFrontEnd& operator=(const TFrontEnd&) = delete;
@@ -35,6 +36,8 @@ class TFrontEnd : public rtl::IFrontEnd {
   }
   void ShowMessage(int icon, const QString& title, std::string_view text);
   bool TakePath(const QString& hostPath, std::string& path);
+
+  QString FTitle;
 };
 
 // "Undo files (*.reu)|*.reu|All files (*.*)|*.*" as Qt's pickers write it.

@@ -40,11 +40,15 @@ TProgressWindow::TProgressWindow(std::vector<mig::TComponentReplacer*> replacers
       if (!FWindow) Open(replacer->Options().GetTitle());
       Show(progress);
     };
+    replacer->OnWarning = [this](std::string_view message) { FWarnings.append(message).append("\n"); };
   }
 }
 
 TProgressWindow::~TProgressWindow() {
-  for (mig::TComponentReplacer* replacer : FReplacers) replacer->OnProgress = nullptr;
+  for (mig::TComponentReplacer* replacer : FReplacers) {
+    replacer->OnProgress = nullptr;
+    replacer->OnWarning = nullptr;
+  }
 }
 
 void TProgressWindow::Open(const std::string& title) {
@@ -57,7 +61,9 @@ void TProgressWindow::Open(const std::string& title) {
   FFileName = new QLabel(FWindow.get());
   FFileName->setTextFormat(Qt::PlainText);
   FBar = new QProgressBar(FWindow.get());
+  FBar->setFormat("%v of %m");
   FStop = new QPushButton("&Stop", FWindow.get());
+  FStop->setObjectName("Stop");
   FStop->setVisible(!IsRestoring());
   rows->addWidget(FFileName);
   rows->addWidget(FBar);

@@ -28,6 +28,9 @@ class TProgressWindow {
   // Takes the window away, as before a message of the outcome.
   void Close();
 
+  // What the runs had to say that did not stop them, a line each.
+  const std::string& Warnings() const { return FWarnings; }
+
  private:
   void Open(const std::string& title);
   void Show(const mig::TRunProgress& progress);
@@ -39,6 +42,7 @@ class TProgressWindow {
   QPushButton* FStop = nullptr;
   QElapsedTimer FSinceShown;
   bool FStopped = false;
+  std::string FWarnings;
 };
 
 }  // namespace desktop

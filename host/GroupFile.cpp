@@ -29,7 +29,7 @@ std::vector<TFileReference> ReadReferences(const std::string& fileName) {
 
 class TGroupReader {
  public:
-  TGroupReader(std::string_view fileName, TFolderIndex& index) : FIndex(index) { FGroup.FileName = fileName; }
+  explicit TGroupReader(std::string_view fileName) { FGroup.FileName = fileName; }
 
   TGroupFile Read() {
     ReadOne(FGroup.FileName);
@@ -63,14 +63,13 @@ class TGroupReader {
   }
 
   void CheckIsFile(std::string_view namedIn, int line, const std::string& name) {
-    const TFolderIndex::TKind kind = FIndex.KindOf(name);
-    if (kind == TFolderIndex::TKind::File) return;
-    const bool isFolder = kind == TFolderIndex::TKind::Folder;
+    const TFileKind kind = KindOfFile(name);
+    if (kind == TFileKind::File) return;
+    const bool isFolder = kind == TFileKind::Folder;
     throw EHostError(
         At(namedIn, line, "the project " + Quoted(name) + (isFolder ? " is a folder." : " does not exist.")));
   }
 
-  TFolderIndex& FIndex;
   TGroupFile FGroup;
   std::unordered_set<std::string> FOpen;    // keys of the groups on the way to the present one
   std::unordered_set<std::string> FRead;    // keys of the groups that were met
@@ -79,8 +78,8 @@ class TGroupReader {
 
 }  // namespace
 
-TGroupFile ReadGroupFile(std::string_view fileName, TFolderIndex& index) {
-  return TGroupReader(fileName, index).Read();
+TGroupFile ReadGroupFile(std::string_view fileName) {
+  return TGroupReader(fileName).Read();
 }
 
 }  // namespace host

@@ -19,6 +19,6 @@ struct TGroupFile {
 
 // Reads the group `fileName`, a full Windows path. Raises EHostError, with file and line, when it cannot be
 // read, lists a project that does not exist, or leads back to itself; and rtl::EFOpenError.
-TGroupFile ReadGroupFile(std::string_view fileName, TFolderIndex& index);
+TGroupFile ReadGroupFile(std::string_view fileName);
 
 }  // namespace host

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <iostream>
 #include <utility>
 
 #include "host/GroupFile.h"
 #include "host/HostError.h"
 #include "host/HostServices.h"
 #include "rtl/SysUtils.h"
+#include "win/Diagnostics.h"
+#include "win/Drives.h"
 
 namespace host {
 
@@ -20,7 +21,7 @@ using toolsapi::TIntf;
 namespace {
 
 // The host whose services BorlandIDEServices are; a module's entry point registers its wizard there.
-THost* currentHost = nullptr;
+THost* CurrentHost = nullptr;
 
 struct TTopItem {
   const char* Name;
@@ -35,7 +36,7 @@ constexpr std::array<TTopItem, 3> kTopItems = {{
 }  // namespace
 
 THost::THost() {
-  rtl::Assert(currentHost == nullptr, "There is a host already.");
+  rtl::Assert(CurrentHost == nullptr, "There is a host already.");
   for (const TTopItem& top : kTopItems) {
     rtl::TMenuItem& item = FMainMenu.NewItem();
     item.SetName(top.Name);
@@ -46,7 +47,7 @@ THost::THost() {
   const TIntf<THostServices> services = MakeIntf<THostServices>(*this);
   FServicesObject = services.Get();
   FServices = TIntf<toolsapi::IOTAModuleServices>(services);
-  currentHost = this;
+  CurrentHost = this;
   BorlandIDEServices = FServices;
 }
 
@@ -59,23 +60,25 @@ THost::~THost() {
   FWizards.clear();
   if (BorlandIDEServices == FServices) BorlandIDEServices = nullptr;
   FServicesObject->CutOff();
-  currentHost = nullptr;
+  CurrentHost = nullptr;
 }
 
 // --- Projects ---
 
-bool THost::OpenProject(std::string_view fileName, bool newGroup) {
-  TFolderIndex index;
+bool THost::OpenProject(std::string_view name, bool newGroup) {
+  // What the project names is taken from its folder, so that has to be a full path whoever the caller is.
+  std::string fileName = win::ToWindowsPath(name);
+  if (fileName.empty()) fileName = name;
   const bool isGroup = IsGroupKind(ProjectKindOf(fileName));
   TGroupFile group;
   if (isGroup) {
-    group = ReadGroupFile(fileName, index);
+    group = ReadGroupFile(fileName);
   } else {
-    group.Projects.emplace_back(fileName);
+    group.Projects.push_back(fileName);
   }
   std::vector<TProjectFile> projects;
-  for (const std::string& project : group.Projects) projects.push_back(ReadProjectFile(project, index));
-  for (const std::string& line : group.PassedOver) Report(line);
+  for (const std::string& project : group.Projects) projects.push_back(ReadProjectFile(project));
+  for (const std::string& line : group.PassedOver) win::Diagnose(line);
 
   if (newGroup || isGroup || !FGroup) {
     if (FGroup && !TIntf<TProjectGroup>(FGroup)->TModule::Close()) return false;
@@ -89,7 +92,7 @@ bool THost::OpenProject(std::string_view fileName, bool newGroup) {
 void THost::Install(std::string_view groupFile, std::vector<TProjectFile> projects) {
   FGroup = MakeIntf<TProjectGroup>(*this, groupFile);
   for (TProjectFile& file : projects) {
-    for (const std::string& line : file.Missing) Report(line);
+    for (const std::string& line : file.Missing) win::Diagnose(line);
     const TIntf<TProject> project = MakeIntf<TProject>(*this, std::move(file));
     EnterFiles(*project);
     FGroup->Add(project);
@@ -102,7 +105,7 @@ void THost::AddProject(TProjectFile file) {
   for (int i = 0; i < FGroup->Count(); ++i) {
     if (&(*FGroup)[i] == open) return SetActiveProject((*FGroup)[i]);
   }
-  for (const std::string& line : file.Missing) Report(line);
+  for (const std::string& line : file.Missing) win::Diagnose(line);
   const TIntf<TProject> project = MakeIntf<TProject>(*this, std::move(file));
   EnterFiles(*project);
   FGroup->Add(project);
@@ -224,7 +227,7 @@ TModule& THost::Module(int index) const {
 // --- Wizards ---
 
 void THost::RegisterWizard(const TIntf<toolsapi::IOTAWizard>& wizard) {
-  currentHost->FWizards.push_back(wizard);
+  CurrentHost->FWizards.push_back(wizard);
 }
 
 void THost::LoadWizardModule(std::string_view fileName) {
@@ -244,14 +247,6 @@ void THost::AddObserver(THostObserver& observer) {
 
 void THost::RemoveObserver(THostObserver& observer) {
   std::erase(FObservers, &observer);
-}
-
-void THost::Report(std::string_view line) const {
-  if (OnReport) {
-    OnReport(line);
-  } else {
-    std::cerr << line << '\n';
-  }
 }
 
 TSaveAnswer THost::QuerySave(TModule& module) const {

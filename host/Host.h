@@ -44,7 +44,7 @@ class THost {
   // --- Projects. ---
   // Opens a group file, or a project in a group of its own; with `newGroup` False a project joins the open
   // group and becomes the active one. False when what is open could not be closed. Whatever is wrong with the
-  // files raises EHostError or rtl::EFOpenError, and what was open stays so. Missing units are reported, a
+  // files raises EHostError or rtl::EFOpenError, and what was open stays so. Missing units are told, a
   // line each.
   [[nodiscard]] bool OpenProject(std::string_view fileName, bool newGroup);
   TProjectGroup* Group() const { return FGroup.Get(); }  // null when nothing is open
@@ -86,11 +86,8 @@ class THost {
   void RemoveObserver(THostObserver& observer);
   // Asked before a modified module is closed, or saved without force. Unset: Yes, so that nothing is lost.
   std::function<TSaveAnswer(TModule& module)> OnQuerySave;
-  // Gets each line of diagnostics, without a line end. Unset: standard error.
-  std::function<void(std::string_view line)> OnReport;
 
   // --- For the host's modules. ---
-  void Report(std::string_view line) const;
   TSaveAnswer QuerySave(TModule& module) const;
   void NotifyBufferChanged(TFileBuffer& buffer);
   void NotifyEditorShown(TFileEditor& editor);

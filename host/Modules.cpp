@@ -6,6 +6,7 @@
 #include "host/Host.h"
 #include "host/HostError.h"
 #include "rtl/SysUtils.h"
+#include "win/Diagnostics.h"
 #include "win/Errors.h"
 
 namespace host {
@@ -71,7 +72,7 @@ bool TModule::SaveBuffers() {
     if (buffer.Save()) continue;
     isSaved = false;
     const uint32_t reason = win::GetLastError();
-    if (FHost) FHost->Report(At(buffer.FileName(), 0, "cannot be saved. " + win::SysErrorMessage(reason)));
+    win::Diagnose(At(buffer.FileName(), 0, "cannot be saved. " + win::SysErrorMessage(reason)));
   }
   return isSaved;
 }

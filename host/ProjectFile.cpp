@@ -35,9 +35,7 @@ bool IsCompiled(std::string_view fileName) {
 
 class TProjectReader {
  public:
-  TProjectReader(std::string_view fileName, TFolderIndex& index) : FIndex(index) {
-    FProject.FileName = fileName;
-  }
+  explicit TProjectReader(std::string_view fileName) { FProject.FileName = fileName; }
 
   TProjectFile Read() {
     const TProjectKind kind = ProjectKindOf(FProject.FileName);
@@ -65,7 +63,7 @@ class TProjectReader {
     const TFileReference& source = project.MainSource;
     if (source.Name.empty()) return;
     const std::string sourceName = ResolveName(fileName, source.Name);
-    if (FIndex.KindOf(sourceName) != TFolderIndex::TKind::Missing) {
+    if (KindOfFile(sourceName) != TFileKind::Missing) {
       ReadSource(sourceName);
     } else if (!FProject.Units.empty()) {
       NoteMissing(fileName, source.Line, sourceName);
@@ -81,7 +79,7 @@ class TProjectReader {
     for (TSourceUnit& unit : ReadProjectSource(source.Text, *source.Encoding, sourceName)) {
       if (unit.Path.empty()) {
         unit.Path = unit.UnitName + ".pas";
-        if (FIndex.KindOf(ResolveName(sourceName, unit.Path)) != TFolderIndex::TKind::File) continue;
+        if (KindOfFile(ResolveName(sourceName, unit.Path)) != TFileKind::File) continue;
       }
       Add(sourceName, {.Name = std::move(unit.Path),
                        .FormName = std::move(unit.FormName),
@@ -97,13 +95,13 @@ class TProjectReader {
       CompleteForm(place->second, unit);
       return;
     }
-    switch (FIndex.KindOf(unit.Name)) {
-      case TFolderIndex::TKind::File:
+    switch (KindOfFile(unit.Name)) {
+      case TFileKind::File:
         FProject.Units.push_back(std::move(unit));
         return;
-      case TFolderIndex::TKind::Folder:
+      case TFileKind::Folder:
         throw EHostError(At(namedIn, unit.Line, Quoted(unit.Name) + " is a folder, not a unit."));
-      case TFolderIndex::TKind::Missing:
+      case TFileKind::Missing:
         place->second = kMissing;
         NoteMissing(namedIn, unit.Line, unit.Name);
     }
@@ -122,7 +120,6 @@ class TProjectReader {
 
   static constexpr size_t kMissing = static_cast<size_t>(-1);
 
-  TFolderIndex& FIndex;
   TProjectFile FProject;
   std::unordered_map<std::string, size_t> FPlaces;  // in Units, by FileKey
 };
@@ -147,8 +144,8 @@ std::string KnownExtensions() {
   return list;
 }
 
-TProjectFile ReadProjectFile(std::string_view fileName, TFolderIndex& index) {
-  return TProjectReader(fileName, index).Read();
+TProjectFile ReadProjectFile(std::string_view fileName) {
+  return TProjectReader(fileName).Read();
 }
 
 }  // namespace host

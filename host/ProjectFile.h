@@ -31,9 +31,9 @@ struct TProjectFile {
   std::vector<std::string> Missing;
 };
 
-// Reads the project `fileName`, a full Windows path, and whatever it names. `index` looks files up. Raises
+// Reads the project `fileName`, a full Windows path, and whatever it names. Raises
 // EHostError, with file and line, when the project cannot be read or names a folder as a unit, and
 // rtl::EFOpenError.
-TProjectFile ReadProjectFile(std::string_view fileName, TFolderIndex& index);
+TProjectFile ReadProjectFile(std::string_view fileName);
 
 }  // namespace host

@@ -6,7 +6,7 @@
 #include "rtl/SysUtils.h"
 #include "win/CodePage.h"
 #include "win/Drives.h"
-#include "win/FileApi.h"
+#include "win/FileSystem.h"
 
 namespace host {
 
@@ -51,25 +51,10 @@ std::string FileKey(std::string_view fileName) {
   return win::UpperFileName(fileName);
 }
 
-TFolderIndex::TKind TFolderIndex::KindOf(std::string_view fileName) {
-  const TEntries& entries = EntriesOf(rtl::ExtractFilePath(fileName));
-  const auto found = entries.find(win::UpperFileName(rtl::ExtractFileName(fileName)));
-  return found == entries.end() ? TKind::Missing : found->second;
-}
-
-const TFolderIndex::TEntries& TFolderIndex::EntriesOf(const std::string& folder) {
-  const auto [place, isNew] = FFolders.try_emplace(folder);
-  TEntries& entries = place->second;
-  if (!isNew) return entries;
-  win::TFindData data;
-  auto walk = win::FindFirstFileA(folder + "*.*", data);
-  for (bool more = walk != nullptr; more; more = win::FindNextFileA(*walk, data)) {
-    const bool isFolder = (data.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY) != 0;
-    TKind& kind = entries.try_emplace(win::UpperFileName(data.FileName), TKind::Missing).first->second;
-    if (kind != TKind::File) kind = isFolder ? TKind::Folder : TKind::File;
-  }
-  win::FindClose(std::move(walk));
-  return entries;
+TFileKind KindOfFile(std::string_view fileName) {
+  const uint32_t attributes = win::FileSystem().GetFileAttributesA(fileName);
+  if (attributes == win::INVALID_FILE_ATTRIBUTES) return TFileKind::Missing;
+  return (attributes & win::FILE_ATTRIBUTE_DIRECTORY) ? TFileKind::Folder : TFileKind::File;
 }
 
 }  // namespace host

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstring>
 
+#include "rtl/EightBytes.h"
 #include "win/CodePage.h"
 
 namespace rtl {
@@ -38,16 +39,14 @@ constexpr auto kHexPairs = [] {
   return table;
 }();
 
-bool IsAllPlain(std::string_view bytes) {
-  return std::all_of(bytes.begin(), bytes.end(),
-                     [](char byte) { return kPlainBytes[static_cast<uint8_t>(byte)]; });
-}
-
-unsigned Code(char byte) {
-  return static_cast<uint8_t>(byte);
-}
-unsigned Code(char16_t unit) {
-  return unit;
+// The first byte of the range that does not stand as itself between quotes, or its end.
+const char* EndOfPlain(const char* at, const char* end) {
+  for (; end - at >= 8; at += 8) {
+    const TEightBytes bytes(at);
+    if (bytes.AnyBelow(32) || bytes.Any('\'') || bytes.Any(127)) break;
+  }
+  while (at != end && kPlainBytes[static_cast<uint8_t>(*at)]) ++at;
+  return at;
 }
 
 // How much of `units` goes on one line. A double-byte character of the source code page is not cut in two.
@@ -66,14 +65,25 @@ size_t LineEndOf(std::string_view bytes) {
   return at;
 }
 
+char* Blanks(char* out, size_t level) {
+  const size_t count = 2 * std::min(level, TFormTextPrinter::kDeepest);
+  std::memset(out, ' ', count);
+  return out + count;
+}
+
 }  // namespace
 
 void TFormTextPrinter::Indent(size_t level) {
-  const size_t count = 2 * std::min(level, kDeepest);
-  static_assert(2 * kDeepest <= TByteSink::kRoom);
-  char* out = FSink.Room();
-  std::memset(out, ' ', count);
-  FSink.Take(out + count);
+  FSink.Take(Blanks(FSink.Room(), level));
+}
+
+void TFormTextPrinter::PropertyName(size_t level, std::string_view name) {
+  static_assert(2 * kDeepest + 255 + 3 <= TByteSink::kRoom);
+  char* out = Blanks(FSink.Room(), level);
+  std::memcpy(out, name.data(), name.size());
+  out += name.size();
+  std::memcpy(out, " = ", 3);
+  FSink.Take(out + 3);
 }
 
 void TFormTextPrinter::Integer(int64_t value) {
@@ -83,10 +93,8 @@ void TFormTextPrinter::Integer(int64_t value) {
 
 void TFormTextPrinter::NarrowString(std::string_view bytes, size_t level) {
   if (FForPeople && bytes.size() > kLineLength) return BrokenString(bytes, level);
-  if (!IsAllPlain(bytes)) return Line(bytes);
-  FSink.Append('\'');
-  FSink.Append(bytes);
-  FSink.Append('\'');
+  if (bytes.empty()) return FSink.Append("''");
+  Line(bytes);
 }
 
 void TFormTextPrinter::WideString(std::u16string_view units, size_t level) {
@@ -109,28 +117,53 @@ void TFormTextPrinter::BrokenString(const TUnits& units, size_t level) {
   }
 }
 
+void TFormTextPrinter::Code(unsigned code) {
+  char* out = FSink.Room();
+  *out++ = '#';
+  FSink.Take(std::to_chars(out, out + 5, code).ptr);
+}
+
 // A piece of a string: quoted runs and codes, end to end.
-template <typename TUnits>
-void TFormTextPrinter::Line(const TUnits& units) {
-  constexpr size_t kLongest = 8;  // a unit as text, with the quotes around it: #65535, or '''
+void TFormTextPrinter::Line(std::string_view bytes) {
   bool quoted = false;
-  for (size_t at = 0; at < units.size();) {
-    char* out = FSink.Room();
-    for (const char* limit = out + TByteSink::kRoom - kLongest; at < units.size() && out < limit; ++at) {
-      const auto unit = units[at];
-      const bool quote = unit == '\'';
-      const bool plain = IsPlain(unit) && !(quote && FForPeople);
-      if (plain != quoted) *out++ = '\'';
-      quoted = plain;
-      if (plain) {
-        *out++ = static_cast<char>(unit);
-        if (quote) *out++ = '\'';
-      } else {
-        *out++ = '#';
-        out = std::to_chars(out, out + 5, Code(unit)).ptr;
-      }
+  const auto setQuoted = [&](bool now) {
+    if (quoted != now) FSink.Append('\'');
+    quoted = now;
+  };
+  const char* const end = bytes.data() + bytes.size();
+  for (const char* at = bytes.data(); at != end;) {
+    const char* const run = at;
+    at = EndOfPlain(run, end);
+    if (at != run) {
+      setQuoted(true);
+      FSink.Append({run, static_cast<size_t>(at - run)});
     }
-    FSink.Take(out);
+    if (at == end) break;
+    const char byte = *at++;
+    const bool doubled = byte == '\'' && !FForPeople;
+    setQuoted(doubled);
+    if (doubled) {
+      FSink.Append("''");
+    } else {
+      Code(static_cast<uint8_t>(byte));
+    }
+  }
+  setQuoted(false);
+}
+
+void TFormTextPrinter::Line(std::u16string_view units) {
+  bool quoted = false;
+  for (const char16_t unit : units) {
+    const bool quote = unit == '\'';
+    const bool plain = unit >= 32 && unit <= 126 && !(quote && FForPeople);
+    if (plain != quoted) FSink.Append('\'');
+    quoted = plain;
+    if (plain) {
+      FSink.Append(static_cast<char>(unit));
+      if (quote) FSink.Append('\'');
+    } else {
+      Code(unit);
+    }
   }
   if (quoted) FSink.Append('\'');
 }

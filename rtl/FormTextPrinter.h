@@ -27,6 +27,9 @@ class TFormTextPrinter {
   void Indent(size_t level);
   static constexpr size_t kDeepest = 128;
 
+  // The indentation, the name, which has no more than 255 bytes, and " = ".
+  void PropertyName(size_t level, std::string_view name);
+
   void Integer(int64_t value);
   void Float(const TFloat& value, const TFloatFormat& format, TFloatStyle style) {
     FSink.Append(FormatFloat(value, format, style));
@@ -41,8 +44,9 @@ class TFormTextPrinter {
  private:
   template <typename TUnits>
   void BrokenString(const TUnits& units, size_t level);
-  template <typename TUnits>
-  void Line(const TUnits& units);
+  void Line(std::string_view bytes);
+  void Line(std::u16string_view units);
+  void Code(unsigned code);
 
   TByteSink& FSink;
   const bool FForPeople;

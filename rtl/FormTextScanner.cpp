@@ -101,11 +101,10 @@ std::string_view TFormTextScanner::PropertyName() {
   return FJoinedName;
 }
 
-bool TFormTextScanner::AcceptKeyword(std::string_view keyword) {
-  Peek();
+bool TFormTextScanner::AcceptWholeKeyword(std::string_view keyword) {
   const char* begin = FNext;
   if (static_cast<size_t>(FEnd - begin) < keyword.size()) return false;
-  if ((*begin | 0x20) != keyword[0] || !SameText({begin, keyword.size()}, keyword)) return false;
+  if (!SameText({begin, keyword.size()}, keyword)) return false;
   FNext += keyword.size();
   const char* end = FNext;
   const bool wholeWord = end == FEnd || !IsNamePart(*end);

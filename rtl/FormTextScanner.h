@@ -61,7 +61,9 @@ class TFormTextScanner {
   // call.
   std::string_view PropertyName();
   // Whether an object's `end`, or the keyword of one, comes next and not a property of that name. Takes it.
-  [[nodiscard]] bool AcceptKeyword(std::string_view keyword);
+  [[nodiscard]] bool AcceptKeyword(std::string_view keyword) {
+    return (Peek() | 0x20) == keyword[0] && AcceptWholeKeyword(keyword);
+  }
 
   // Each of these reads what its first character, already peeked, has announced.
   TFormNumber Number();
@@ -71,6 +73,7 @@ class TFormTextScanner {
   void Binary(TByteSink& sink);
 
  private:
+  bool AcceptWholeKeyword(std::string_view keyword);
   std::string_view ScanName();
   void ScanDigits();
   int64_t IntegerOf(std::string_view text);

@@ -33,7 +33,7 @@ class TMenuItem {
   void Click();
 
   int Count() const { return static_cast<int>(FItems.size()); }
-  TMenuItem& operator[](int index) const;        // the child at `index`, from 0; EAssertionFailed if there is none
+  TMenuItem& operator[](int index) const;  // the child at `index`, from 0; EAssertionFailed if there is none
   TMenuItem* Parent() const { return FParent; }  // null while the item stands nowhere
   int IndexOf(const TMenuItem& item) const;      // -1 if it is not a child
   // Puts `item` before the child at `index`, or at the end with Count(). It must be of the same owner and

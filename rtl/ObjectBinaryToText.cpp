@@ -36,17 +36,36 @@ class TBinaryForm {
 
  private:
   [[noreturn]] void Fail(const char* at, std::string_view reason) const;
+  [[noreturn]] void FailShort(uint64_t count, std::string_view what) const;
+  [[noreturn]] void FailEnd(std::string_view what) const;
 
   // Cursor. Each operation moves behind what it gives; `what` names it in a message.
   size_t Left() const { return static_cast<size_t>(FEnd - FNext); }
-  std::string_view Take(uint64_t count, std::string_view what);
+  std::string_view Take(uint64_t count, std::string_view what) {
+    if (count > Left()) FailShort(count, what);
+    return {std::exchange(FNext, FNext + count), static_cast<size_t>(count)};
+  }
   template <typename T>
-  T Number(std::string_view what);
-  std::string_view ShortText(std::string_view what);
+  T Number(std::string_view what) {
+    T number;
+    std::memcpy(&number, Take(sizeof(T), what).data(), sizeof(T));
+    return number;
+  }
+  std::string_view ShortText(std::string_view what) {
+    const uint8_t length = Number<uint8_t>(what);
+    return Take(length, what);
+  }
   std::string_view LongText(size_t unitSize, std::string_view what);
   std::string_view Name(TNameKind kind, std::string_view what);
-  uint8_t Peek(std::string_view what);
-  bool EndOfList(std::string_view what);  // takes the 0 byte
+  uint8_t Peek(std::string_view what) const {
+    if (FNext == FEnd) FailEnd(what);
+    return static_cast<uint8_t>(*FNext);
+  }
+  bool EndOfList(std::string_view what) {  // takes the 0 byte
+    if (Peek(what) != 0) return false;
+    ++FNext;
+    return true;
+  }
 
   void Open(TFormNode node, std::string_view name = {});
   void Close();
@@ -85,23 +104,13 @@ void TBinaryForm::Fail(const char* at, std::string_view reason) const {
   throw EFilerError(message + ".");
 }
 
-std::string_view TBinaryForm::Take(uint64_t count, std::string_view what) {
-  if (count > Left())
-    Fail(FNext, std::string(what) + " of " + std::to_string(count) + " bytes, but only " +
-                    std::to_string(Left()) + " are left");
-  return {std::exchange(FNext, FNext + count), static_cast<size_t>(count)};
+void TBinaryForm::FailShort(uint64_t count, std::string_view what) const {
+  Fail(FNext, std::string(what) + " of " + std::to_string(count) + " bytes, but only " +
+                  std::to_string(Left()) + " are left");
 }
 
-template <typename T>
-T TBinaryForm::Number(std::string_view what) {
-  T number;
-  std::memcpy(&number, Take(sizeof(T), what).data(), sizeof(T));
-  return number;
-}
-
-std::string_view TBinaryForm::ShortText(std::string_view what) {
-  const uint8_t length = Number<uint8_t>(what);
-  return Take(length, what);
+void TBinaryForm::FailEnd(std::string_view what) const {
+  Fail(FNext, "the data ends where " + std::string(what) + " must follow");
 }
 
 std::string_view TBinaryForm::LongText(size_t unitSize, std::string_view what) {
@@ -113,12 +122,17 @@ std::string_view TBinaryForm::LongText(size_t unitSize, std::string_view what) {
 
 // Names, dots between them.
 bool IsDottedName(std::string_view text) {
-  bool expectName = true;
-  for (char character : text) {
-    if (expectName ? !IsNameStart(character) : !IsNamePart(character) && character != '.') return false;
-    expectName = character == '.';
+  if (text.empty() || !IsNameStart(text[0])) return false;
+  bool dots = false;
+  for (const char character : text.substr(1)) {
+    if (IsNamePart(character)) continue;
+    if (character != '.') return false;
+    dots = true;
   }
-  return !expectName;
+  if (!dots) return true;
+  for (size_t dot = text.find('.'); dot != std::string_view::npos; dot = text.find('.', dot + 1))
+    if (dot + 1 == text.size() || !IsNameStart(text[dot + 1])) return false;
+  return true;
 }
 
 bool IsWholeNumber(std::string_view text) {
@@ -133,17 +147,6 @@ std::string_view TBinaryForm::Name(TNameKind kind, std::string_view what) {
   if (kind == TNameKind::Optional && name.empty()) return name;
   if (kind == TNameKind::Element && IsWholeNumber(name)) return name;
   Fail(at, std::string(what) + " that is no name");
-}
-
-uint8_t TBinaryForm::Peek(std::string_view what) {
-  if (FNext == FEnd) Fail(FNext, "the data ends where " + std::string(what) + " must follow");
-  return static_cast<uint8_t>(*FNext);
-}
-
-bool TBinaryForm::EndOfList(std::string_view what) {
-  if (Peek(what) != 0) return false;
-  ++FNext;
-  return true;
 }
 
 void TBinaryForm::Open(TFormNode node, std::string_view name) {
@@ -185,7 +188,7 @@ TBinaryInfo TBinaryForm::Convert() {
     }
   }
   FInfo.Size = static_cast<size_t>(FNext - FBegin);
-  return FInfo;
+  return std::move(FInfo);
 }
 
 void TBinaryForm::ObjectHeader() {
@@ -219,6 +222,7 @@ void TBinaryForm::ObjectHeader() {
     FNext = end;
   }
   FOut.EndLine();
+  if (FPath.Empty()) FInfo.ClassName = className;
   Open(TFormNode::Properties, name.empty() ? className : name);
 }
 
@@ -242,11 +246,9 @@ void TBinaryForm::Properties(TFormFrame& frame) {
   // Until the list ends or a value opens a level of its own.
   const size_t depth = FPath.Depth();
   const size_t level = Level();
-  while (!EndOfList("a property")) {
+  while (frame.Property = {}, !EndOfList("a property")) {
     frame.Property = Name(TNameKind::Plain, "a property's name");
-    FOut.Indent(level);
-    FOut.Text(frame.Property);
-    FOut.Text(" = ");
+    FOut.PropertyName(level, frame.Property);
     Value(level);
     if (FPath.Depth() != depth) return;
     FOut.EndLine();
@@ -256,7 +258,6 @@ void TBinaryForm::Properties(TFormFrame& frame) {
     FOut.Text("end");
     FPath.Pop();
   } else {
-    frame.Property = {};
     frame.Node = TFormNode::Children;
   }
 }
@@ -399,7 +400,7 @@ void TBinaryForm::Utf8String(std::string_view bytes, size_t level) {
 }  // namespace
 
 TBinaryInfo ObjectBinaryToText(std::string_view binary, TByteSink& text, const TBinaryTextOptions& options) {
-  const TBinaryInfo info = TBinaryForm(binary, text, options).Convert();
+  TBinaryInfo info = TBinaryForm(binary, text, options).Convert();
   text.Flush();
   return info;
 }
@@ -418,7 +419,7 @@ TBinaryInfo ObjectBinaryToText(TStream& input, TStream& output, const TBinaryTex
   const int64_t start = input.Position();
   const std::string binary = input.ReadToEnd();
   TStreamSink sink(output);
-  const TBinaryInfo info = ObjectBinaryToText(binary, sink, options);
+  TBinaryInfo info = ObjectBinaryToText(binary, sink, options);
   input.SetPosition(start + static_cast<int64_t>(info.Size));
   return info;
 }

@@ -29,6 +29,7 @@ struct TBinaryTextOptions {
 struct TBinaryInfo {
   size_t Size = 0;                    // bytes of the object data; what follows them was not read
   TValueType EmptyString = vaString;  // how the first empty string is stored, as all of a file are
+  std::string ClassName;              // of the outermost object
 };
 
 // Appends the text of the object at the beginning of `binary` to `text`, which is flushed at the end. Raises

@@ -53,7 +53,9 @@ void TCatalogue::AddClass(std::string_view declaration, const std::string& place
   FClasses.push_back({std::string(name), std::string(base), {}});
 }
 
-TCatalogue TCatalogue::BuiltIn() { return {kCatalogueText, "built-in catalogue"}; }
+TCatalogue TCatalogue::BuiltIn() {
+  return {kCatalogueText, "built-in catalogue"};
+}
 
 const TCatalogue::TClass* TCatalogue::Find(std::string_view name) const {
   const auto found = std::find_if(FClasses.begin(), FClasses.end(),

@@ -1,8 +1,8 @@
-// The catalogue of the target product: which class publishes which properties. It is a data file, catalogue.txt, that
-// is compiled in; whoever has the product at hand can put another file in its place.
+// The catalogue of the target product: which class publishes which properties. It is a data file,
+// catalogue.txt, that is compiled in; whoever has the product at hand can put another file in its place.
 //
-// The format: `#` begins a comment; `class NAME` or `class NAME : BASE` begins a class, whose base stands above it;
-// then comes a property a line, indented.
+// The format: `#` begins a comment; `class NAME` or `class NAME : BASE` begins a class, whose base stands
+// above it; then comes a property a line, indented.
 #pragma once
 
 #include <string>

@@ -19,29 +19,19 @@ struct TClassRow {
 };
 
 constexpr TClassRow kClassesBDE[] = {
-    {"TDatabase", "TKVAConnection", true},
-    {"TQuery", "TKVAQuery", false},
-    {"TwwQuery", "TKVAQuery", true},
-    {"TTable", "TKVATable", false},
-    {"TwwTable", "TKVATable", true},
-    {"TStoredProc", "TKVAStoredProc", false},
-    {"TwwStoredProc", "TKVAStoredProc", true},
-    {"TUpdateSQL", "TKVAUpdateSQL", true},
-    {"EDBEngineError", "EKVAError", false},
-    {"TBatchMove", "THXBatchMove", false},
+    {"TDatabase", "TKVAConnection", true},     {"TQuery", "TKVAQuery", false},
+    {"TwwQuery", "TKVAQuery", true},           {"TTable", "TKVATable", false},
+    {"TwwTable", "TKVATable", true},           {"TStoredProc", "TKVAStoredProc", false},
+    {"TwwStoredProc", "TKVAStoredProc", true}, {"TUpdateSQL", "TKVAUpdateSQL", true},
+    {"EDBEngineError", "EKVAError", false},    {"TBatchMove", "THXBatchMove", false},
 };
 
 constexpr TClassRow kClassesIBX[] = {
-    {"TIBDatabase", "TKVAConnection", true},
-    {"TIBTransaction", "TKVATransaction", true},
-    {"TIBQuery", "TKVAQuery", true},
-    {"TIBSQL", "TKVASQL", true},
-    {"TIBScript", "TKVAScript", true},
-    {"TIBDataset", "TKVAQuery", true},
-    {"TIBTable", "TKVATable", true},
-    {"TIBStoredProc", "TKVAStoredProc", true},
-    {"TIBUpdateSQL", "TKVAUpdateSQL", true},
-    {"EDBEngineError", "EKVAError", false},
+    {"TIBDatabase", "TKVAConnection", true}, {"TIBTransaction", "TKVATransaction", true},
+    {"TIBQuery", "TKVAQuery", true},         {"TIBSQL", "TKVASQL", true},
+    {"TIBScript", "TKVAScript", true},       {"TIBDataset", "TKVAQuery", true},
+    {"TIBTable", "TKVATable", true},         {"TIBStoredProc", "TKVAStoredProc", true},
+    {"TIBUpdateSQL", "TKVAUpdateSQL", true}, {"EDBEngineError", "EKVAError", false},
 };
 
 template <size_t N>

@@ -1,5 +1,5 @@
-// What becomes what in this migration, at the level of whole names: the class maps of both modes, the units that go
-// into uses clauses, and the one place where a unit gets more than a name.
+// What becomes what in this migration, at the level of whole names: the class maps of both modes, the units
+// that go into uses clauses, and the one place where a unit gets more than a name.
 #pragma once
 
 #include <memory>
@@ -21,9 +21,9 @@ class TKVAComponentReplacer : public mig::TComponentReplacer {
   std::string GetReplacement(std::string_view oldClass, std::string_view newClass) override;
 };
 
-// The objects that live as long as the program: the options, and a replacer for each mode that shares them. Making it
-// fills the class maps, and enters the target classes with what `catalogue` says that they publish into the registry
-// (rtl/ClassRegistry.h). Raises rtl::Exception if the catalogue lacks one of them.
+// The objects that live as long as the program: the options, and a replacer for each mode that shares them.
+// Making it fills the class maps, and enters the target classes with what `catalogue` says that they publish
+// into the registry (rtl/ClassRegistry.h). Raises rtl::Exception if the catalogue lacks one of them.
 class TKVAMigration {
  public:
   explicit TKVAMigration(const TCatalogue& catalogue);

@@ -1,9 +1,8 @@
 // kvamigrate as a script sees it: exit status, standard output and standard error.
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
 #include <cstdlib>
 #include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include "cli/PathPattern.h"
 #include "rtl/SysUtils.h"
@@ -23,16 +22,19 @@ class CommandLineTest : public testing::Test {
     FTree.Write("src/A.pas", kUnit);
     FTree.Write("src/A.dfm", kForm);
     FTree.Write("src/old/B.pas", kUnit);
-    FTree.Write("src/old/B.dfm", "\xFF\x0A");
+    FTree.Write("src/old/B.dfm", "no form");
   }
 
-  // Runs kvamigrate in the tree: "STATUS|standard output|standard error", with the tree's Windows path as <dir>.
+  // Runs kvamigrate in the tree: "STATUS|standard output|standard error", with the tree's Windows path as
+  // <dir>.
   std::string Run(const std::string& arguments) {
-    const std::string command = "cd " + FTree.Host() + " && " + KVA_BINARY_DIR + "/cli/kvamigrate " + arguments +
-                                " >out.txt 2>err.txt </dev/null";
+    const std::string command = "cd " + FTree.HostPath() + " && " + KVA_BINARY_DIR + "/cli/kvamigrate " +
+                                arguments + " >out.txt 2>err.txt </dev/null";
     const int status = std::system(command.c_str());
-    std::string text = std::to_string(WEXITSTATUS(status)) + "|" + FTree.Read("out.txt") + "|" + FTree.Read("err.txt");
-    for (size_t at; (at = text.find(FTree.Path())) != std::string::npos;) text.replace(at, FTree.Path().size(), "<dir>");
+    std::string text =
+        std::to_string(WEXITSTATUS(status)) + "|" + FTree.Read("out.txt") + "|" + FTree.Read("err.txt");
+    for (size_t at; (at = text.find(FTree.WindowsPath())) != std::string::npos;)
+      text.replace(at, FTree.WindowsPath().size(), "<dir>");
     return text;
   }
 
@@ -40,22 +42,28 @@ class CommandLineTest : public testing::Test {
 };
 
 TEST_F(CommandLineTest, ReplaceAndRestore) {
-  EXPECT_EQ(Run("replace --mode bde --folder src --subfolders"), "0|Replace procedure was performed sucessfully.\n|");
-  EXPECT_EQ(FTree.Read("src/RBackup/RExpert.reu"),
-            rtl::Format("%s\\src\\A.pas=%s\\src\\RBackup\\A.~pas\r\n%s\\src\\old\\B.pas=%s\\src\\RBackup\\old\\B.~pas\r\n"
-                        "%s\\src\\A.DFM=%s\\src\\RBackup\\A.~DFM\r\n",
-                        {FTree.Path(), FTree.Path(), FTree.Path(), FTree.Path(), FTree.Path(), FTree.Path()}));
+  EXPECT_EQ(Run("replace --mode bde --folder src --subfolders"),
+            "0|Replace procedure was performed sucessfully.\n|");
+  EXPECT_EQ(
+      FTree.Read("src/RBackup/RExpert.reu"),
+      rtl::Format(
+          "%s\\src\\A.pas=%s\\src\\RBackup\\A.~pas\r\n%s\\src\\old\\B.pas=%s\\src\\RBackup\\old\\B.~pas\r\n"
+          "%s\\src\\A.DFM=%s\\src\\RBackup\\A.~DFM\r\n",
+          {FTree.WindowsPath(), FTree.WindowsPath(), FTree.WindowsPath(), FTree.WindowsPath(),
+           FTree.WindowsPath(), FTree.WindowsPath()}));
   EXPECT_EQ(Run("restore src/RBackup/RExpert.reu"), "0|Files were succefully restored.\n|");
   EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
   EXPECT_EQ(FTree.Read("src/A.dfm"), kForm);
-  fs::remove(FTree.Host("src/RBackup/A.~pas"));
+  fs::remove(FTree.HostPath("src/RBackup/A.~pas"));
   EXPECT_EQ(Run("restore src/RBackup/RExpert.reu"), "1|Failed to restore files.\n|");
 }
 
 TEST_F(CommandLineTest, AFileThatStopsARunIsNamedWithAWayOut) {
-  FTree.Write("src/old/B.dfm", std::string("\xFF\x0A\x00" "B\0", 5));
+  FTree.Write("src/old/B.dfm", std::string("\xFF\x0A\x00"
+                                           "B\0",
+                                           5));
   EXPECT_EQ(Run("replace --mode bde --folder src --subfolders"),
-            "3||kvamigrate: <dir>\\src\\old\\B.DFM: Form data at offset 5: it ends within the resource header.\n"
+            "3||kvamigrate: <dir>\\src\\old\\B.DFM: Form data at offset 5: the signature TPF0 is missing.\n"
             "Leave the file out with --exclude 'old\\B.DFM' to convert the others. No file was changed.\n");
   EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
   EXPECT_EQ(Run("replace --mode bde --folder src --subfolders --exclude 'old\\B.DFM'"),
@@ -67,7 +75,7 @@ TEST_F(CommandLineTest, BackupFolders) {
   EXPECT_EQ(Run("replace --mode bde --folder src --backup-dir sub/back --no-log")[0], '0');
   EXPECT_EQ(FTree.Read("src/sub/back/A.~pas"), kUnit);
   EXPECT_EQ(Run("restore src/sub/back/RExpert.reu")[0], '0');
-  EXPECT_EQ(Run("replace --mode bde --folder src --backup-dir " + FTree.Host("elsewhere"))[0], '0');
+  EXPECT_EQ(Run("replace --mode bde --folder src --backup-dir " + FTree.HostPath("elsewhere"))[0], '0');
   EXPECT_EQ(FTree.Read("elsewhere/A.~pas"), kUnit);
   EXPECT_EQ(Run("restore elsewhere/RExpert.reu")[0], '0');
   EXPECT_EQ(Run("replace --mode bde --folder 'Q:\\src' --drive q=. --no-backup")[0], '0');
@@ -76,7 +84,8 @@ TEST_F(CommandLineTest, BackupFolders) {
 }
 
 TEST_F(CommandLineTest, AProjectWithTwoSelectedUnits) {
-  FTree.Write("src/P.dpr", "program P;\r\nuses A in 'A.pas' {A}, B in 'old\\B.pas' {B}, C in 'C.pas';\r\nend.\r\n");
+  FTree.Write("src/P.dpr",
+              "program P;\r\nuses A in 'A.pas' {A}, B in 'old\\B.pas' {B}, C in 'C.pas';\r\nend.\r\n");
   FTree.Write("src/C.pas", kUnit);
   EXPECT_EQ(Run("replace --mode bde --project src/P.dpr --unit a.PAS --unit C.pas"),
             "0|Replace procedure was performed sucessfully.\n|");
@@ -131,14 +140,25 @@ TEST(PathPatternTest, Patterns) {
     bool Fits;
   };
   const TRow rows[] = {
-      {"a.pas", "a.pas", true},        {"a.pas", "sub\\A.PAS", true}, {"sub/a.pas", "sub\\a.pas", true},
-      {"sub\\a.pas", "x/sub/a.pas", false}, {"*.dfm", "sub\\x.DFM", true}, {"old/*", "old\\x\\y.pas", true},
-      {"old/*", "older\\y.pas", false}, {"*/x?.pas", "a\\x1.pas", true}, {"*/x?.pas", "a\\x12.pas", false},
-      {"x[0-9a].pas", "x7.pas", true}, {"x[!0-9].pas", "x7.pas", false}, {"x[.pas", "x[.pas", true},
-      {"[\xC3\xA4].pas", "\xC3\x84.pas", true}, {"?.pas", "\xE6\x97\xA5.pas", true}, {"", "a", false},
+      {"a.pas", "a.pas", true},
+      {"a.pas", "sub\\A.PAS", true},
+      {"sub/a.pas", "sub\\a.pas", true},
+      {"sub\\a.pas", "x/sub/a.pas", false},
+      {"*.dfm", "sub\\x.DFM", true},
+      {"old/*", "old\\x\\y.pas", true},
+      {"old/*", "older\\y.pas", false},
+      {"*/x?.pas", "a\\x1.pas", true},
+      {"*/x?.pas", "a\\x12.pas", false},
+      {"x[0-9a].pas", "x7.pas", true},
+      {"x[!0-9].pas", "x7.pas", false},
+      {"x[.pas", "x[.pas", true},
+      {"[\xC3\xA4].pas", "\xC3\x84.pas", true},
+      {"?.pas", "\xE6\x97\xA5.pas", true},
+      {"", "a", false},
       {"*a*a*a*b", "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa", false},
   };
-  for (const TRow& row : rows) EXPECT_EQ(TPathPatterns({row.Pattern}).Match(row.Path), row.Fits) << row.Pattern << " " << row.Path;
+  for (const TRow& row : rows)
+    EXPECT_EQ(TPathPatterns({row.Pattern}).Match(row.Path), row.Fits) << row.Pattern << " " << row.Path;
 }
 
 }  // namespace

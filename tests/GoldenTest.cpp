@@ -1,14 +1,16 @@
-// Whole runs over the folders of tests/golden: the tree that comes out, log and undo file included, and the way back.
-#include <gtest/gtest.h>
-
+// Whole runs over the folders of tests/golden: the tree that comes out, log and undo file included, and the
+// way back.
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <map>
 #include <regex>
 #include <sstream>
 
 #include "MigWizard/FileUtils.h"
+#include "host/ProjectChoice.h"
+#include "rtl/StringList.h"
 #include "rtl/SysUtils.h"
 #include "target/KVAReplacer.h"
 #include "tests/TempTree.h"
@@ -37,19 +39,26 @@ std::map<std::string, std::string> ReadTree(const fs::path& root) {
 }
 
 std::string ReplaceAll(std::string text, const std::string& what, const std::string& by) {
-  for (size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size()) text.replace(at, what.size(), by);
+  for (size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size())
+    text.replace(at, what.size(), by);
   return text;
 }
 
 // What a run writes of paths and times, as the golden folders write it.
 std::string WithPlaceholders(const std::string& text, const std::string& dir) {
-  return std::regex_replace(ReplaceAll(text, dir, "<dir>"), std::regex("Created at: [^\r]*"), "Created at: <time>");
+  return std::regex_replace(ReplaceAll(text, dir, "<dir>"), std::regex("Created at: [^\r]*"),
+                            "Created at: <time>");
 }
 
 // The words of a file beside `in`, which says what is special about the run.
 std::vector<std::string> Setting(const std::string& name, const char* setting) {
   std::istringstream text(ReadFile(kGolden / name / setting));
   return {std::istream_iterator<std::string>(text), {}};
+}
+
+fs::path Before(const std::string& name) {
+  const auto from = Setting(name, "from");
+  return from.empty() ? kGolden / name / "in" : fs::path(KVA_SOURCE_DIR) / from[0];
 }
 
 class GoldenTest : public testing::TestWithParam<std::string> {
@@ -60,8 +69,8 @@ class GoldenTest : public testing::TestWithParam<std::string> {
 TEST_P(GoldenTest, RunAndRestore) {
   const std::string name = GetParam();
   const tests::TTempTree temp;
-  const fs::path tree = fs::path(temp.Host()) / "tree";
-  fs::copy(kGolden / name / "in", tree, fs::copy_options::recursive);
+  const fs::path tree = fs::path(temp.HostPath()) / "tree";
+  fs::copy(Before(name), tree, fs::copy_options::recursive);
   const auto before = ReadTree(tree);
   const auto readOnly = Setting(name, "readonly");
   for (const std::string& file : readOnly)
@@ -71,24 +80,40 @@ TEST_P(GoldenTest, RunAndRestore) {
 
   target::TKVAMigration migration(target::TCatalogue::BuiltIn());
   TReplaceOptions& options = migration.Options();
-  options.Dest = sdFolder;
-  options.Directory = win::ToWindowsPath(tree.string());
-  options.IncludeSubDirs = true;
-  options.BackupDir = JoinPath(options.Directory, "RBackup");
-  TComponentReplacer& replacer =
-      Setting(name, "mode").at(0) == "ibx" ? migration.IBX() : static_cast<TComponentReplacer&>(migration.BDE());
+  fs::path base = tree;
+  host::THost host;
+  if (const auto project = Setting(name, "project"); !project.empty()) {
+    rtl::TStringList units;
+    for (const std::string& unit :
+         host::SelectUnits(host::OpenProjectForRun(host, (tree / project[0]).string()), {}))
+      units.Add(unit);
+    options.Dest = sdProject;
+    options.UnitNames = units.Text();
+    base = (tree / project[0]).parent_path();
+  } else {
+    options.Dest = sdFolder;
+    options.Directory = win::ToWindowsPath(tree.string());
+    options.IncludeSubDirs = true;
+  }
+  options.BackupDir = JoinPath(win::ToWindowsPath(base.string()), "RBackup");
+  TComponentReplacer& replacer = Setting(name, "mode").at(0) == "ibx"
+                                     ? migration.IBX()
+                                     : static_cast<TComponentReplacer&>(migration.BDE());
   EXPECT_EQ(replacer.Replace(), Setting(name, "result") != std::vector<std::string>{"False"});
 
   auto after = ReadTree(tree);
-  for (const char* file : {"Wiz_Log.txt", "RBackup/RExpert.reu"})
-    if (after.contains(file)) after[file] = WithPlaceholders(after[file], options.Directory);
+  for (auto& [file, text] : after)
+    if (file.ends_with("Wiz_Log.txt") || file.ends_with("RExpert.reu"))
+      text = WithPlaceholders(text, win::ToWindowsPath(tree.string()));
   const auto expected = ReadTree(kGolden / name / "out");
   for (const auto& [file, text] : expected) EXPECT_EQ(after[file], text) << name << "/" << file;
-  for (const auto& [file, text] : after) EXPECT_TRUE(expected.contains(file)) << name << ": unexpected " << file;
+  for (const auto& [file, text] : after)
+    EXPECT_TRUE(expected.contains(file)) << name << ": unexpected " << file;
 
-  for (const std::string& file : readOnly) fs::permissions(tree / file, fs::perms::owner_write, fs::perm_options::add);
+  for (const std::string& file : readOnly)
+    fs::permissions(tree / file, fs::perms::owner_write, fs::perm_options::add);
   const std::string undoFile = JoinPath(options.BackupDir, "RExpert.reu");
-  const bool changedAny = !ReadFile(tree / "RBackup" / "RExpert.reu").empty();
+  const bool changedAny = !ReadFile(base / "RBackup" / "RExpert.reu").empty();
   EXPECT_EQ(replacer.Restore(undoFile), changedAny);
   const auto restored = ReadTree(tree);
   for (const auto& [file, text] : before) EXPECT_EQ(restored.at(file), text) << name << "/" << file;

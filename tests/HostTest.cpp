@@ -12,6 +12,7 @@
 #include "host/ProjectChoice.h"
 #include "qrl/KVAMenu.h"
 #include "tests/TempTree.h"
+#include "win/Diagnostics.h"
 #include "win/Drives.h"
 
 namespace host {
@@ -55,7 +56,7 @@ class TRecorder final : public THostObserver {
 class HostTest : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(win::MapDrive('C', FTree.Host()));
+    ASSERT_TRUE(win::MapDrive('C', FTree.HostPath()));
     for (const char* name : {"App/Main.pas", "App/main.DFM", "lib/Shared.pas", "Lone.pas"})
       FTree.Write(name, name);
     FTree.Write("App/App.dpr",
@@ -67,12 +68,15 @@ class HostTest : public testing::Test {
     FTree.Write("Broken.dproj", "<Project>");
     FTree.Write("Bare.dpr", "program Bare; begin end.");
     FHost.AddObserver(FRecorder);
-    FHost.OnReport = [this](std::string_view line) { FReports.emplace_back(line); };
+    FSink = win::SetDiagnosticsSink([this](std::string_view line) { FReports.emplace_back(line); });
   }
-  void TearDown() override { win::ResetDrives(); }
+  void TearDown() override {
+    win::SetDiagnosticsSink(FSink);
+    win::ResetDrives();
+  }
 
   std::string OnDisk(std::string_view name) const {
-    std::ifstream file(FTree.Host(name), std::ios::binary);
+    std::ifstream file(FTree.HostPath(name), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
   std::string Modules() const {
@@ -95,6 +99,7 @@ class HostTest : public testing::Test {
   tests::TTempTree FTree;
   TRecorder FRecorder;
   THost FHost;
+  win::TDiagnosticsSink FSink;  // that was in force
   std::vector<std::string> FReports;
 };
 
@@ -157,7 +162,7 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   EXPECT_TRUE(TIDEUtils::SaveProject());
   EXPECT_EQ(OnDisk("App/Main.pas"), "new");
   EXPECT_EQ(OnDisk("App/main.DFM"), "new form");
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(FTree.Host("App")), {}), 3);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(FTree.HostPath("App")), {}), 3);
 
   FRecorder.Take();
   source.SetBytes("mine");
@@ -169,13 +174,13 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   EXPECT_EQ(FRecorder.Take(), "*Main.pas =Main.pas =Main.dfm");
   EXPECT_TRUE(TIDEUtils::ReloadFile("C:\\Lone.pas"));
   EXPECT_FALSE(TIDEUtils::ReloadFile("C:\\App\\Gone.pas"));
-  std::filesystem::remove(FTree.Host("App/main.DFM"));
+  std::filesystem::remove(FTree.HostPath("App/main.DFM"));
   EXPECT_FALSE(TIDEUtils::ReloadFile("C:\\App\\Main.pas"));
   EXPECT_EQ(form.Bytes(), "their form");
 
   // A file that cannot be written keeps its module open and its changes in memory.
   source.SetBytes("kept");
-  std::filesystem::permissions(FTree.Host("App/Main.pas"), std::filesystem::perms::owner_read);
+  std::filesystem::permissions(FTree.HostPath("App/Main.pas"), std::filesystem::perms::owner_read);
   FReports.clear();
   EXPECT_FALSE(TIDEUtils::SaveProject());
   EXPECT_FALSE(TIDEUtils::CloseProjectGroup());
@@ -217,7 +222,7 @@ TEST_F(HostTest, ProjectsComeAndGo) {
   ASSERT_TRUE(FHost.OpenProject("C:\\App\\App.dpr", true));
   ASSERT_TRUE(FHost.OpenProject("C:\\Tool\\Tool.dpr", false));
   EXPECT_EQ(FHost.ActiveProject()->FileName(), "C:\\Tool\\Tool.dpr");
-  ASSERT_TRUE(FHost.OpenProject("c:\\app\\app.DPR", false));
+  ASSERT_TRUE(FHost.OpenProject("C:/app/x/../app.DPR", false));
   EXPECT_EQ(FHost.Group()->Count(), 2);
   FHost.OpenModule("C:\\App\\Main.pas");
   FHost.OpenModule("C:\\lib\\Shared.pas");
@@ -272,9 +277,9 @@ TEST_F(HostTest, ChoicesOfACommandLine) {
     return Error([&] { throw rtl::Exception("ok " + OpenProjectForRun(FHost, file, active).FileName()); });
   };
   EXPECT_EQ(open("c:/All.bpg"), "ok C:\\App\\App.dpr");
-  EXPECT_EQ(open(FTree.Host("All.bpg").c_str(), "tool"), "ok C:\\Tool\\Tool.dpr");
+  EXPECT_EQ(open(FTree.HostPath("All.bpg").c_str(), "tool"), "ok C:\\Tool\\Tool.dpr");
   EXPECT_EQ(open("C:\\All.bpg", "TOOL.DPR"), "ok C:\\Tool\\Tool.dpr");
-  EXPECT_EQ(open("C:\\All.bpg", FTree.Host("Tool/Tool.dpr").c_str()), "ok C:\\Tool\\Tool.dpr");
+  EXPECT_EQ(open("C:\\All.bpg", FTree.HostPath("Tool/Tool.dpr").c_str()), "ok C:\\Tool\\Tool.dpr");
   EXPECT_EQ(open("C:\\All.bpg", "Toolbox"),
             "choice: There is no project \"Toolbox\", only: App.dpr, Tool.dpr.");
   EXPECT_EQ(open("C:\\None.bpg"), "C:\\None.bpg: this group has no projects.");
@@ -290,7 +295,22 @@ TEST_F(HostTest, ChoicesOfACommandLine) {
             "choice: The project \"C:\\App\\App.dpr\" has no unit \"Gone.pas\".");
 }
 
-TEST_F(HostTest, WizardModulesThatAreNone) {
+TEST_F(HostTest, WizardModules) {
+  const std::string probe = win::ToWindowsPath(KVA_PROBE_MODULE);
+  for (const bool refuses : {false, true}) {
+    setenv("KVA_PROBE", refuses ? "refuse" : "run", 1);
+    const std::string expected = refuses ? probe + ": this wizard refused to be loaded." : "none";
+    EXPECT_EQ(Error([&] { FHost.LoadWizardModule(probe); }), expected);
+    ASSERT_EQ(FHost.Wizards().size(), refuses ? 0u : 1u);
+    if (!refuses) {
+      EXPECT_EQ(FHost.Wizards()[0]->GetName(), "a variable of its own");
+    }
+    FHost.MainMenu().FindItem("Probe")->Click();
+    EXPECT_EQ(FHost.MainMenu().FindItem("Probe")->Caption(), "clicked");
+    FHost.~THost();
+    new (&FHost) THost();
+    EXPECT_STREQ(getenv("KVA_PROBE"), "ended");
+  }
   FTree.Write("text.so", "no module");
   EXPECT_EQ(Error([&] {
               FHost.LoadWizardModule("C:\\text.so");
@@ -301,11 +321,11 @@ TEST_F(HostTest, WizardModulesThatAreNone) {
 
 // Would not come to an end if anything here went over all units, or over a folder, for each unit.
 TEST_F(HostTest, ManyUnits) {
-  std::filesystem::create_directory(FTree.Host("Big"));
+  std::filesystem::create_directory(FTree.HostPath("Big"));
   std::string source = "program Big;\nuses\n";
   for (int i = 0; i < 5000; ++i) {
     const std::string unit = "Unit" + std::to_string(i);
-    std::filesystem::create_hard_link(FTree.Host("Lone.pas"), FTree.Host("Big/" + unit + ".pas"));
+    std::filesystem::create_hard_link(FTree.HostPath("Lone.pas"), FTree.HostPath("Big/" + unit + ".pas"));
     source.append("  u")
         .append(unit.substr(1))
         .append(i % 2 ? " in 'UNIT" + std::to_string(i) + ".pas'" : "");
@@ -315,6 +335,10 @@ TEST_F(HostTest, ManyUnits) {
   const TProject& project = OpenProjectForRun(FHost, "C:\\Big\\Big.dpr");
   EXPECT_EQ(project.Units().size(), 5000u);
   EXPECT_EQ(SelectUnits(project, {}).size(), 5000u);
+  for (const TFileReference& unit : project.Units()) FHost.OpenModule(unit.Name);
+  EXPECT_TRUE(TIDEUtils::SaveProject());
+  EXPECT_TRUE(TIDEUtils::CloseProjectGroup());
+  EXPECT_EQ(FHost.ModuleCount(), 0);
 }
 
 }  // namespace

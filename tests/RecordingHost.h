@@ -127,10 +127,10 @@ class TUnitModule : public TInterfacedObject<IOTAModule> {
 
 class TServices : public TInterfacedObject<IOTAModuleServices, IOTAActionServices, INTAServices> {
  public:
-  explicit TServices(THostState& state) : FState(state) {
-    if (!state.ProjectFile.empty()) FProject = MakeIntf<TProject>(state);
+  explicit TServices(THostState& state) : FState(state), FProject(MakeIntf<TProject>(state)) {}
+  int GetModuleCount() override {
+    return FState.ProjectFile.empty() ? 0 : 1 + static_cast<int>(FState.Modules.size());
   }
-  int GetModuleCount() override { return FProject ? 1 + static_cast<int>(FState.Modules.size()) : 0; }
   TIntf<IOTAModule> GetModule(int index) override {
     if (index == GetModuleCount() - 1) return MakeIntf<TGroup>(FState, FProject);
     return MakeIntf<TUnitModule>(FState, FState.Modules[static_cast<size_t>(index)], FProject);
@@ -166,14 +166,16 @@ class THostInForce {
   ~THostInForce() { BorlandIDEServices = nullptr; }
 };
 
-// Shows each form by running the next step of the script on it; records every message into Shown.
+// Shows each form by running the next step of the script on it; records every form and message into `shown`.
 class TScriptedFrontEnd : public rtl::IFrontEnd {
  public:
-  TScriptedFrontEnd() { rtl::Application().SetFrontEnd(this); }
+  explicit TScriptedFrontEnd(std::vector<std::string>& shown) : Shown(shown) {
+    rtl::Application().SetFrontEnd(this);
+  }
   ~TScriptedFrontEnd() override { rtl::Application().SetFrontEnd(nullptr); }
 
   std::deque<std::function<void(rtl::TForm&)>> Script;
-  std::vector<std::string> Shown;
+  std::vector<std::string>& Shown;
   std::string Picked;     // what the user picks; empty: he gives up
   std::string AskedWith;  // what the last picker was called with
 

@@ -1,9 +1,8 @@
 // Runs that meet trouble: what they raise, and that every original is as it was or can be had back.
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <map>
+#include <sys/stat.h>
 
 #include "MigWizard/FileUtils.h"
 #include "rtl/Streams.h"
@@ -29,11 +28,11 @@ class RunTest : public testing::Test {
     FTree.Write("src/Sub/B.dfm", kForm);
     TReplaceOptions& options = FMigration.Options();
     options.Dest = sdFolder;
-    options.Directory = JoinPath(FTree.Path(), "src");
+    options.Directory = JoinPath(FTree.WindowsPath(), "src");
     options.IncludeSubDirs = true;
     options.BackupDir = JoinPath(options.Directory, "RBackup");
-    fs::create_directory(FTree.Host("tmp"));
-    setenv("TMPDIR", FTree.Host("tmp").c_str(), 1);
+    fs::create_directory(FTree.HostPath("tmp"));
+    setenv("TMPDIR", FTree.HostPath("tmp").c_str(), 1);
     Replacer().OnWarning = [this](std::string_view message) { FWarnings.emplace_back(message); };
   }
   ~RunTest() override { unsetenv("TMPDIR"); }
@@ -41,12 +40,13 @@ class RunTest : public testing::Test {
   target::TKVAComponentReplacer& Replacer() { return FMigration.BDE(); }
   std::string UndoFile() { return JoinPath(FMigration.Options().BackupDir, "RExpert.reu"); }
   std::string Read(const std::string& name) {
-    std::ifstream file(FTree.Host(name), std::ios::binary);
+    std::ifstream file(FTree.HostPath(name), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
   std::map<std::string, std::string> Sources() {
     std::map<std::string, std::string> files;
-    for (const char* name : {"src/A.pas", "src/A.dfm", "src/Sub/B.pas", "src/Sub/B.dfm"}) files[name] = Read(name);
+    for (const char* name : {"src/A.pas", "src/A.dfm", "src/Sub/B.pas", "src/Sub/B.dfm"})
+      files[name] = Read(name);
     return files;
   }
   // What Replace raises, as "CLASS: message" with the tree's folder as <dir>.
@@ -57,14 +57,15 @@ class RunTest : public testing::Test {
       return "no exception";
     } catch (const TError& error) {
       std::string text = error.what();
-      for (size_t at; (at = text.find(FTree.Path())) != std::string::npos;)
-        text.replace(at, FTree.Path().size(), "<dir>");
+      for (size_t at; (at = text.find(FTree.WindowsPath())) != std::string::npos;)
+        text.replace(at, FTree.WindowsPath().size(), "<dir>");
       return text;
     }
   }
-  bool TempFolderIsEmpty() { return fs::is_empty(FTree.Host("tmp")); }
+  bool TempFolderIsEmpty() { return fs::is_empty(FTree.HostPath("tmp")); }
 
-  tests::TTempTree FTree{fs::exists("/dev/shm") ? "/dev/shm" : fs::temp_directory_path()};  // flushing costs nothing there
+  tests::TTempTree FTree{fs::exists("/dev/shm") ? "/dev/shm"
+                                                : fs::temp_directory_path()};  // flushing costs nothing there
   target::TKVAMigration FMigration;
   std::vector<std::string> FWarnings;
 };
@@ -107,9 +108,9 @@ TEST_F(RunTest, AnyOperationMayFail) {
       }
     }
     for (const auto& [name, text] : before) FTree.Write(name, text);
-    fs::remove_all(FTree.Host("src/RBackup"));
-    fs::remove_all(FTree.Host("tmp"));
-    fs::create_directory(FTree.Host("tmp"));
+    fs::remove_all(FTree.HostPath("src/RBackup"));
+    fs::remove_all(FTree.HostPath("tmp"));
+    fs::create_directory(FTree.HostPath("tmp"));
   }
   EXPECT_GT(operations, 60U);
 }
@@ -122,7 +123,7 @@ TEST_F(RunTest, KilledBeforeTheLastStepLeavesAllOriginals) {
   EXPECT_EQ(Failure<rtl::EAbort>(), "stop");
   EXPECT_EQ(Sources(), before);
   EXPECT_TRUE(TempFolderIsEmpty());
-  EXPECT_FALSE(fs::exists(FTree.Host("src/RBackup/RExpert.reu")));
+  EXPECT_FALSE(fs::exists(FTree.HostPath("src/RBackup/RExpert.reu")));
   EXPECT_TRUE(Read("src/Wiz_Log.txt").ends_with("1 change(s)\r\n\r\n"));
 }
 
@@ -142,26 +143,39 @@ TEST_F(RunTest, BadInput) {
     std::function<void()> Prepare;
     const char* Message;
   };
-  const auto remove = [this](const char* name) { return [this, name] { fs::remove_all(FTree.Host(name)); }; };
+  const auto remove = [this](const char* name) {
+    return [this, name] { fs::remove_all(FTree.HostPath(name)); };
+  };
   const TRow rows[] = {
       {"a form that vanishes",
        [this] {
          Replacer().OnProgress = [this](const TRunProgress& progress) {
-           if (progress.FileName.ends_with("B.DFM")) fs::remove(FTree.Host("src/Sub/B.dfm"));
+           if (progress.FileName.ends_with("B.DFM")) fs::remove(FTree.HostPath("src/Sub/B.dfm"));
          };
        },
        "Cannot open file \"<dir>\\src\\Sub\\B.DFM\". The system cannot find the file specified."},
-      {"odd UTF-16", [this] { FTree.Write("src/A.dfm", "\xFF\xFE" "abc"); },
+      {"odd UTF-16",
+       [this] {
+         FTree.Write("src/A.dfm",
+                     "\xFF\xFE"
+                     "abc");
+       },
        "<dir>\\src\\A.DFM: UTF-16 text with an odd number of bytes."},
-      {"a damaged binary form", [this] { FTree.Write("src/A.dfm", std::string("\xFF\x0A\x00" "A\0\x30\x10xxxxTPF", 14)); },
+      {"a damaged binary form",
+       [this] {
+         FTree.Write("src/A.dfm", std::string("\xFF\x0A\x00"
+                                              "A\0\x30\x10xxxxTPF",
+                                              14));
+       },
        "<dir>\\src\\A.DFM: Form data at offset 11: the signature TPF0 is missing."},
-      {"a backup folder that is a file", [this] { FTree.Write("src/RBackup", "x"); }, "Failed to create directory."},
+      {"a backup folder that is a file", [this] { FTree.Write("src/RBackup", "x"); },
+       "Failed to create directory."},
       {"no place for the temporary folder", remove("tmp"), "Failed to create directory."},
-      {"a log that is a folder", [this] { fs::create_directory(FTree.Host("src/Wiz_Log.txt")); },
+      {"a log that is a folder", [this] { fs::create_directory(FTree.HostPath("src/Wiz_Log.txt")); },
        "Cannot create file \"<dir>\\src\\Wiz_Log.txt\". Access is denied."},
       {"a folder that is named like a unit",
        [this] {
-         fs::create_directory(FTree.Host("src/X.pas"));
+         fs::create_directory(FTree.HostPath("src/X.pas"));
          FMigration.Options().IncludeSubDirs = false;
        },
        "Cannot open file \"<dir>\\src\\X.pas\". Access is denied."},
@@ -171,15 +185,16 @@ TEST_F(RunTest, BadInput) {
          FTree.Write("src/Main.dfm", kForm);
          FTree.Write("src/MAIN.dfm", kForm);
        },
-       "<dir>\\src\\MAIN.dfm: \"<dir>\\src\\Main.dfm\" and \"<dir>\\src\\MAIN.dfm\" differ in case alone and cannot be "
+       "<dir>\\src\\MAIN.dfm: \"<dir>\\src\\Main.dfm\" and \"<dir>\\src\\MAIN.dfm\" differ in case alone and "
+       "cannot be "
        "converted in one run."},
   };
   for (const TRow& row : rows) {
     SCOPED_TRACE(row.Name);
     Replacer().OnProgress = nullptr;
     FMigration.Options().IncludeSubDirs = true;
-    fs::remove_all(FTree.Host("src"));
-    fs::create_directory(FTree.Host("tmp"));
+    fs::remove_all(FTree.HostPath("src"));
+    fs::create_directory(FTree.HostPath("tmp"));
     FTree.Write("src/A.pas", kUnit);
     FTree.Write("src/A.dfm", kForm);
     FTree.Write("src/Sub/B.pas", kUnit);
@@ -188,7 +203,7 @@ TEST_F(RunTest, BadInput) {
     EXPECT_EQ(Failure<rtl::Exception>(), row.Message);
     EXPECT_EQ(Read("src/A.pas"), kUnit);
     EXPECT_EQ(Read("src/Sub/B.pas"), kUnit);
-    EXPECT_TRUE(!fs::exists(FTree.Host("tmp")) || TempFolderIsEmpty());
+    EXPECT_TRUE(!fs::exists(FTree.HostPath("tmp")) || TempFolderIsEmpty());
   }
 }
 
@@ -202,9 +217,9 @@ TEST_F(RunTest, RunWithoutChangesKeepsTheWayBack) {
   EXPECT_EQ(Read("src/RBackup/RExpert.reu"), undo);
   EXPECT_NE(Read("src/Wiz_Log.txt").find("Backup file: "), std::string::npos);
 
-  FMigration.Options().BackupDir = JoinPath(FTree.Path(), "new\\deep\\");
+  FMigration.Options().BackupDir = JoinPath(FTree.WindowsPath(), "new\\deep\\");
   EXPECT_TRUE(Replacer().Replace());
-  EXPECT_TRUE(fs::exists(FTree.Host("new/deep/RExpert.reu")));
+  EXPECT_TRUE(fs::exists(FTree.HostPath("new/deep/RExpert.reu")));
   EXPECT_FALSE(Replacer().Restore(UndoFile()));
 }
 
@@ -213,18 +228,21 @@ TEST_F(RunTest, OptionsAreHonoured) {
   FMigration.Options().WriteLog = false;
   FMigration.Options().ViewLog = true;
   FMigration.Options().IncludeSubDirs = false;
-  chmod(FTree.Host("src/A.dfm").c_str(), 0640);
-  Replacer().OnExclude = [](std::string_view name) { return name.ends_with(".pas") && name.find("src\\B") != name.npos; };
+  chmod(FTree.HostPath("src/A.dfm").c_str(), 0640);
+  Replacer().OnExclude = [](std::string_view name) {
+    return name.ends_with(".pas") && name.find("src\\B") != name.npos;
+  };
   FTree.Write("src/B.pas", kUnit);
   EXPECT_TRUE(Replacer().Replace());
   EXPECT_EQ(Read("src/A.dfm"),
-            "object A: TForm\r\n    object Q: TKVAQuery\r\n    Left = 1\r\n    AutoCommit = True\r\n  end\r\nend\r\n");
+            "object A: TForm\r\n    object Q: TKVAQuery\r\n    Left = 1\r\n    AutoCommit = True\r\n  "
+            "end\r\nend\r\n");
   EXPECT_EQ(Read("src/B.pas"), kUnit);
   EXPECT_EQ(Read("src/Sub/B.pas"), kUnit);
-  EXPECT_FALSE(fs::exists(FTree.Host("src/RBackup")));
-  EXPECT_FALSE(fs::exists(FTree.Host("src/Wiz_Log.txt")));
+  EXPECT_FALSE(fs::exists(FTree.HostPath("src/RBackup")));
+  EXPECT_FALSE(fs::exists(FTree.HostPath("src/Wiz_Log.txt")));
   struct stat status {};
-  ASSERT_EQ(stat(FTree.Host("src/A.dfm").c_str(), &status), 0);
+  ASSERT_EQ(stat(FTree.HostPath("src/A.dfm").c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777U, 0640U);
 }
 
@@ -242,18 +260,18 @@ TEST_F(RunTest, NamesOfAllKinds) {
 TEST_F(RunTest, RestoreChecksBeforeItTouches) {
   EXPECT_TRUE(Replacer().Replace());
   const auto converted = Sources();
-  fs::rename(FTree.Host("src/RBackup/Sub/B.~DFM"), FTree.Host("aside"));
+  fs::rename(FTree.HostPath("src/RBackup/Sub/B.~DFM"), FTree.HostPath("aside"));
   EXPECT_FALSE(Replacer().Restore(UndoFile()));
   EXPECT_EQ(Sources(), converted);
-  fs::rename(FTree.Host("aside"), FTree.Host("src/RBackup/Sub/B.~DFM"));
-  fs::remove(FTree.Host("src/A.dfm"));
+  fs::rename(FTree.HostPath("aside"), FTree.HostPath("src/RBackup/Sub/B.~DFM"));
+  fs::remove(FTree.HostPath("src/A.dfm"));
   for (int round = 0; round < 2; ++round) {
     EXPECT_TRUE(Replacer().Restore(UndoFile()));
     EXPECT_EQ(Read("src/A.pas"), kUnit);
     EXPECT_EQ(Read("src/Sub/B.dfm"), kForm);
   }
   EXPECT_EQ(Read("src/A.DFM"), kForm);  // made anew, under the name that the undo file has
-  EXPECT_THROW((void)Replacer().Restore(JoinPath(FTree.Path(), "none.reu")), rtl::EFOpenError);
+  EXPECT_THROW((void)Replacer().Restore(JoinPath(FTree.WindowsPath(), "none.reu")), rtl::EFOpenError);
 }
 
 }  // namespace

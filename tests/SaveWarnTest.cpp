@@ -25,7 +25,8 @@ TEST(SaveWarnTest, EachQuestionHasItsTextsAndItsFlag) {
   };
   for (const TRow& row : rows) {
     const test::TScratch scratch;
-    test::TScriptedFrontEnd frontEnd;
+    std::vector<std::string> shown;
+    test::TScriptedFrontEnd frontEnd(shown);
     const auto ask = [&](std::string_view steps) {
       frontEnd.Script.push_back([=](rtl::TForm& form) {
         EXPECT_EQ(form.Caption(), kTitle);

@@ -1,6 +1,5 @@
 // The scanner: what each token is, and that the lexems put end to end are the text.
 #include <gtest/gtest.h>
-
 #include <random>
 #include <string>
 #include <vector>
@@ -32,13 +31,32 @@ const TRow kRows[] = {
     {" \t\r\n\x01x", {{kBlank, " \t\r\n\x01"}, {kName, "x"}}},
     {std::string("a\0b", 3), {{kName, "a"}, {qrl::kNul, std::string(1, '\0')}, {kName, "b"}}},
     {"End INHERITED inline iTem object uses usesx EndDate",
-     {{28, "End"}, {kBlank, " "}, {29, "INHERITED"}, {kBlank, " "}, {30, "inline"}, {kBlank, " "}, {31, "iTem"},
-      {kBlank, " "}, {32, "object"}, {kBlank, " "}, {33, "uses"}, {kBlank, " "}, {kName, "usesx"}, {kBlank, " "},
+     {{28, "End"},
+      {kBlank, " "},
+      {29, "INHERITED"},
+      {kBlank, " "},
+      {30, "inline"},
+      {kBlank, " "},
+      {31, "iTem"},
+      {kBlank, " "},
+      {32, "object"},
+      {kBlank, " "},
+      {33, "uses"},
+      {kBlank, " "},
+      {kName, "usesx"},
+      {kBlank, " "},
       {kName, "EndDate"}}},
     {"DBTables.TQuery;", {{kName, "DBTables"}, {13, "."}, {kName, "TQuery"}, {16, ";"}}},
     {"_a1\xE9", {{kName, "_a1\xE9"}}},
-    {"12FFx $0a 1.5e3", {{kNum, "12FF"}, {kName, "x"}, {kBlank, " "}, {kNum, "$0a"}, {kBlank, " "}, {kNum, "1"},
-                         {13, "."}, {kNum, "5e3"}}},
+    {"12FFx $0a 1.5e3",
+     {{kNum, "12FF"},
+      {kName, "x"},
+      {kBlank, " "},
+      {kNum, "$0a"},
+      {kBlank, " "},
+      {kNum, "1"},
+      {13, "."},
+      {kNum, "5e3"}}},
     {"'It''s'x", {{kStr, "'It''s'"}, {kName, "x"}}},
     {"''''+''", {{kStr, "''''"}, {10, "+"}, {kStr, "''"}}},
     {"'open\r\nTQuery", {{kStr, "'open"}, {kBlank, "\r\n"}, {kName, "TQuery"}}},
@@ -48,9 +66,10 @@ const TRow kRows[] = {
     {"//x'\ny/z", {{kRem, "//x'"}, {kBlank, "\n"}, {kName, "y"}, {14, "/"}, {kName, "z"}}},
     {"(a)", {{7, "("}, {kName, "a"}, {8, ")"}}},
     {"|}~\x7F", {{kOther, "|"}, {kOther, "}"}, {kOther, "~"}, {kOther, "\x7F"}}},
-    {"!\"#%&*+,-.:<=>?@[\\]^`", {{1, "!"}, {2, "\""}, {3, "#"}, {4, "%"}, {5, "&"}, {9, "*"}, {10, "+"}, {11, ","},
-                                 {12, "-"}, {13, "."}, {15, ":"}, {17, "<"}, {18, "="}, {19, ">"}, {20, "?"}, {21, "@"},
-                                 {22, "["}, {23, "\\"}, {24, "]"}, {25, "^"}, {27, "`"}}},
+    {"!\"#%&*+,-.:<=>?@[\\]^`",
+     {{1, "!"},  {2, "\""}, {3, "#"},  {4, "%"},   {5, "&"},  {9, "*"},  {10, "+"},
+      {11, ","}, {12, "-"}, {13, "."}, {15, ":"},  {17, "<"}, {18, "="}, {19, ">"},
+      {20, "?"}, {21, "@"}, {22, "["}, {23, "\\"}, {24, "]"}, {25, "^"}, {27, "`"}}},
 };
 
 TEST(ScannerTest, Tokens) {
@@ -75,7 +94,8 @@ TEST(ScannerTest, DoubleByteCharactersStayWhole) {
   const qrl::TEncoding& source = qrl::TEncoding::Default();
   using TTokens = std::vector<std::pair<int, std::string>>;
   EXPECT_EQ(Scan(TPasParser("{\x83\x7D}x", source)), (TTokens{{kRem, "{\x83\x7D}"}, {kName, "x"}}));
-  EXPECT_EQ(Scan(TPasParser("a\x83\x7B\x83\x5B=", source)), (TTokens{{kName, "a\x83\x7B\x83\x5B"}, {18, "="}}));
+  EXPECT_EQ(Scan(TPasParser("a\x83\x7B\x83\x5B=", source)),
+            (TTokens{{kName, "a\x83\x7B\x83\x5B"}, {18, "="}}));
   EXPECT_EQ(Scan(TPasParser("\x83'x'", source)), (TTokens{{kName, "\x83"}, {kStr, "'x'"}}));
   EXPECT_EQ(Scan(TPasParser("\x83{x}", qrl::TEncoding::UTF8())), (TTokens{{kName, "\x83"}, {kRem, "{x}"}}));
   ASSERT_TRUE(win::SetACP(1252));

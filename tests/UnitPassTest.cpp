@@ -1,6 +1,5 @@
 // The unit pass: what changes in a unit, and which form file it names.
 #include <gtest/gtest.h>
-
 #include <string>
 
 #include "MigWizard/UnitPass.h"
@@ -20,15 +19,17 @@ struct TUnitRow {
 const TUnitRow kUnitRows[] = {
     {"uses Forms, DBTables, DB;", "uses Forms, DBTables, New, Units, DB;", 1},
     {"USES dbtables;dbtables", "USES dbtables, New, Units;dbtables", 1},
-    {"uses A, DBTables, TQuery, dbtables in 'x';", "uses A, DBTables, New, Units, TKVAQuery, dbtables, New, Units in 'x';",
-     3},
-    {"uses A {;}, DBTables (* ; *), // ;\nDBTables;", "uses A {;}, DBTables, New, Units (* ; *), // ;\nDBTables, New, Units;",
-     2},
+    {"uses A, DBTables, TQuery, dbtables in 'x';",
+     "uses A, DBTables, New, Units, TKVAQuery, dbtables, New, Units in 'x';", 3},
+    {"uses A {;}, DBTables (* ; *), // ;\nDBTables;",
+     "uses A {;}, DBTables, New, Units (* ; *), // ;\nDBTables, New, Units;", 2},
     {"uses {$IFDEF X} DBTables, {$ENDIF} Bde.DBTables;",
      "uses {$IFDEF X} DBTables, New, Units, {$ENDIF} Bde.DBTables, New, Units;", 2},
     {"DBTables", "DBTables", 0},
-    {"a: tquery; b: DBTables.TQuery; c: TQueryHelper", "a: TKVAQuery; b: DBTables.TKVAQuery; c: TQueryHelper", 2},
-    {"class(TQuery); array of TQuery; S := 'TQuery'", "class(TKVAQuery); array of TKVAQuery; S := 'TQuery'", 2},
+    {"a: tquery; b: DBTables.TQuery; c: TQueryHelper", "a: TKVAQuery; b: DBTables.TKVAQuery; c: TQueryHelper",
+     2},
+    {"class(TQuery); array of TQuery; S := 'TQuery'", "class(TKVAQuery); array of TKVAQuery; S := 'TQuery'",
+     2},
     {"x: TDatabase; y: tdatabase;", "x: <TDatabase>; y: <tdatabase>;", 2},
     {"{ TQuery } (* TQuery *) // TQuery", "{ TKVAQuery } (* TKVAQuery *) // TKVAQuery", 3},
     {"{TQuery}(*TQuery*)//TQuery", "{TKVAQuery}(*TKVAQuery*)//TKVAQuery", 3},
@@ -54,10 +55,10 @@ class UnitPassTest : public testing::Test {
   }
 
   TUnitResult Convert(std::string_view text, const qrl::TEncoding& encoding) {
-    const TUnitRules rules{FClasses, "DBTABLES", ", New, Units", [](std::string_view oldClass, std::string_view newClass) {
-                             return newClass == "TKVAConnection" ? "<" + std::string(oldClass) + ">"
-                                                                 : std::string(newClass);
-                           }};
+    const TUnitRules rules{
+        FClasses, "DBTABLES", ", New, Units", [](std::string_view oldClass, std::string_view newClass) {
+          return newClass == "TKVAConnection" ? "<" + std::string(oldClass) + ">" : std::string(newClass);
+        }};
     return ConvertUnit(text, encoding, rules);
   }
 
@@ -106,24 +107,32 @@ const TFormRow kFormRows[] = {
     {"{$R a.dfm b.res}", ""},
     {"{$R .dfm}", ""},
     {"{$R Caf\xE9.dfm}", "C:\\src\\Caf\xC3\xA9.dfm"},
-    {"{$R a\xD7" "b.dfm}", "C:\\src\\b.dfm"},
+    {"{$R a\xD7"
+     "b.dfm}",
+     "C:\\src\\b.dfm"},
     {"{$R b.dfm\xE9}", ""},
 };
 
 TEST(FormSearchTest, Directives) {
   for (const TFormRow& row : kFormRows)
-    EXPECT_EQ(FormFileOfDirective(row.Directive, "C:\\src\\Unit1.pas", qrl::TEncoding::Default()), row.Form) << row.Directive;
+    EXPECT_EQ(FormFileOfDirective(row.Directive, "C:\\src\\Unit1.pas", qrl::TEncoding::Default()), row.Form)
+        << row.Directive;
 }
 
 TEST(FormSearchTest, Encodings) {
   const char* const source = "C:\\src\\Unit1.pas";
-  EXPECT_EQ(FormFileOfDirective("{$R x\xC3\x97Gr\xC3\xBC\xC3\x9F" "e.dfm}", source, qrl::TEncoding::UTF8()),
-            "C:\\src\\Gr\xC3\xBC\xC3\x9F" "e.dfm");
+  EXPECT_EQ(FormFileOfDirective("{$R x\xC3\x97Gr\xC3\xBC\xC3\x9F"
+                                "e.dfm}",
+                                source, qrl::TEncoding::UTF8()),
+            "C:\\src\\Gr\xC3\xBC\xC3\x9F"
+            "e.dfm");
   EXPECT_EQ(FormFileOfDirective("{$R \xA9x.dfm}", source, qrl::TEncoding::UTF8()), "C:\\src\\x.dfm");
   ASSERT_TRUE(win::SetACP(1251));
-  EXPECT_EQ(FormFileOfDirective("{$R \xC4\xE0.dfm}", source, qrl::TEncoding::Default()), "C:\\src\\\xD0\x94\xD0\xB0.dfm");
+  EXPECT_EQ(FormFileOfDirective("{$R \xC4\xE0.dfm}", source, qrl::TEncoding::Default()),
+            "C:\\src\\\xD0\x94\xD0\xB0.dfm");
   ASSERT_TRUE(win::SetACP(932));
-  EXPECT_EQ(FormFileOfDirective("{$R \x83\x7B.dfm}", source, qrl::TEncoding::Default()), "C:\\src\\\xE3\x83\x9C.dfm");
+  EXPECT_EQ(FormFileOfDirective("{$R \x83\x7B.dfm}", source, qrl::TEncoding::Default()),
+            "C:\\src\\\xE3\x83\x9C.dfm");
   ASSERT_TRUE(win::SetACP(1252));
 }
 

@@ -8,6 +8,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <thread>
 #include <unistd.h>
 
@@ -193,7 +194,8 @@ TEST_F(WinFilesTest, LinksAndAttributes) {
 }
 
 TEST_F(WinFilesTest, WalksGoInNtfsOrderAndPassOverWhatHasNoWindowsName) {
-  for (const char* const name : {"b", "_", "a", "B1", "Ä", "z", "A", "a\\b.pas", "\xE4.pas"})
+  for (const char* const name :
+       {"b", "_", "a", "B1", "Ä", "z", "A", "a\\b.pas", "\xE4.pas", "a:b.pas", "a\nb"})
     FTree.Write(name, "");
   TNames lines;
   const auto previous = SetDiagnosticsSink([&lines](std::string_view line) { lines.emplace_back(line); });
@@ -203,7 +205,7 @@ TEST_F(WinFilesTest, WalksGoInNtfsOrderAndPassOverWhatHasNoWindowsName) {
   SetDiagnosticsSink(previous);
   std::sort(lines.begin(), lines.end());
   const std::string text = "Passed over, because no Windows path can name it: " + FTree.HostPath();
-  EXPECT_EQ(lines, (TNames{text + "/\\xE4.pas", text + "/a\\b.pas"}));
+  EXPECT_EQ(lines, (TNames{text + "/\\xE4.pas", text + "/a:b.pas", text + "/a\\b.pas", text + "/a\\x0Ab"}));
   EXPECT_EQ(Walk("none"), TNames{"error 3"});
   EXPECT_EQ(Walk("a"), TNames{"error 267"});
 }
@@ -220,7 +222,11 @@ TEST_F(WinFilesTest, CopyTakesContentsTimeAndPermissions) {
     chmod(FTree.HostPath("target").c_str(), 0666);
     const bool isRoot = geteuid() == 0;
     ASSERT_TRUE(!isRoot || chown(FTree.HostPath("target").c_str(), 12, 34) == 0);
+    const bool isLabelled = setxattr(FTree.HostPath("target").c_str(), "user.kva", "label", 5, 0) == 0;
     EXPECT_EQ(Copy("source", "target"), ERROR_SUCCESS);
+    char label[8] = {};
+    EXPECT_EQ(getxattr(FTree.HostPath("target").c_str(), "user.kva", label, sizeof label),
+              isLabelled ? 5 : -1);
     EXPECT_TRUE(FTree.Read("target") == bytes) << bytes.size();
     struct stat info {};
     ASSERT_EQ(stat(FTree.HostPath("target").c_str(), &info), 0);
@@ -411,6 +417,8 @@ TEST_F(WinFilesTest, Drives) {
                                       {"z:a/b", "Z:\\a\\b"},
                                       {"sub\\Unit1.pas", currentAsWindows + "\\sub\\Unit1.pas"},
                                       {"/tmp/\xE4", ""},
+                                      {"/tmp/a:b", ""},
+                                      {"Z:\\a:b", ""},
                                       {"D:\\x", ""},
                                       {"", ""}};
   for (const auto& [typed, path] : toWindows) EXPECT_EQ(ToWindowsPath(typed), path) << typed;

@@ -52,7 +52,7 @@ class WizardTest : public testing::Test {
 
   test::TScratch FScratch;
   test::THostState FHost;
-  test::TScriptedFrontEnd FFrontEnd;
+  test::TScriptedFrontEnd FFrontEnd{FHost.Calls};
   mig::TReplaceOptions FOptions{"BDE/IBX"};
   std::function<void(target::TKVAWizardForm&)> Prepare;
 };

@@ -33,6 +33,14 @@ int DriveIndex(char letter) {
   return letter >= 'A' && letter <= 'Z' ? letter - 'A' : -1;
 }
 
+// The folder that a path with a drive begins at, or null.
+const std::string* FolderOfDrive(std::string_view path) {
+  const int index = DriveIndex(path[0]);
+  if (index < 0) return nullptr;
+  const auto& folder = Drives()[static_cast<size_t>(index)];
+  return folder ? &*folder : nullptr;
+}
+
 bool HasDrive(std::string_view path) {
   return path.size() >= 2 && path[1] == ':' && DriveIndex(path[0]) >= 0;
 }
@@ -106,12 +114,17 @@ std::string OnDeepestDrive(std::string_view full) {
   }
   if (best < 0) return {};
   std::string rest(full.substr(Drives()[static_cast<size_t>(best)]->size()));
-  if (rest.find('\\') != std::string::npos || !IsValidUtf8(rest)) return {};
+  if (!IsWindowsName(rest)) return {};
   std::replace(rest.begin(), rest.end(), '/', '\\');
   return DriveRoot(best).append(rest, rest.empty() ? 0 : 1);
 }
 
 }  // namespace
+
+bool IsWindowsName(std::string_view name) {
+  const auto isBad = [](char c) { return c == '\\' || c == ':' || static_cast<unsigned char>(c) < 32; };
+  return std::none_of(name.begin(), name.end(), isBad) && IsValidUtf8(name);
+}
 
 bool MapDrive(char letter, std::string_view hostFolder) {
   const int index = DriveIndex(letter);
@@ -133,7 +146,7 @@ std::string ToHostName(std::string_view path) {
   if (path.empty() || path.substr(0, 2) == "\\\\") return {};
   std::vector<std::string_view> components;
   if (HasDrive(path)) {
-    const auto& folder = Drives()[static_cast<size_t>(DriveIndex(path[0]))];
+    const std::string* const folder = FolderOfDrive(path);
     if (!folder) return {};
     AppendComponents(components, path.substr(2), true, false);
     if (components.empty() && !folder->empty()) return *folder;
@@ -147,10 +160,9 @@ std::string ToHostName(std::string_view path) {
 
 std::string RespelledPath(std::string_view path, std::string_view hostName) {
   std::string result;
-  if (HasDrive(path)) {
+  if (const std::string* const folder = HasDrive(path) ? FolderOfDrive(path) : nullptr) {
     result = DriveRoot(DriveIndex(path[0]));
-    hostName.remove_prefix(
-        std::min(hostName.size(), Drives()[static_cast<size_t>(DriveIndex(path[0]))]->size() + 1));
+    hostName.remove_prefix(std::min(hostName.size(), folder->size() + 1));
   }
   result += hostName;
   std::replace(result.begin(), result.end(), '/', '\\');
@@ -160,9 +172,10 @@ std::string RespelledPath(std::string_view path, std::string_view hostName) {
 std::string ToWindowsPath(std::string_view typed) {
   if (typed.empty()) return {};
   if (HasDrive(typed)) {
-    if (!Drives()[static_cast<size_t>(DriveIndex(typed[0]))] || !IsValidUtf8(typed)) return {};
     std::vector<std::string_view> components;
     AppendComponents(components, typed.substr(2), true, false);
+    const bool named = std::all_of(components.begin(), components.end(), IsWindowsName);
+    if (!named || !FolderOfDrive(typed)) return {};
     return Join(DriveRoot(DriveIndex(typed[0])), components, '\\');
   }
   if (typed.substr(0, 2) == "\\\\") return {};

@@ -24,10 +24,14 @@ void ResetDrives();
 // otherwise. The drive, or what else the path begins with, stays.
 [[nodiscard]] std::string RespelledPath(std::string_view path, std::string_view hostName);
 
+// Whether a Windows path can hold the name of a host's file or folder: it is UTF-8, and has no backslash, no
+// colon (to which the drive belongs) and no control character (which would break the lines of an undo file).
+[[nodiscard]] bool IsWindowsName(std::string_view name);
+
 // The full Windows path for what a user typed: a host path or a Windows path, relative or full, with either
 // separator. "." and ".." are resolved by text. The deepest mapped folder that holds the path gives the
-// drive. Empty if the host path cannot be written as a Windows path (it holds a backslash that is no
-// separator, or is not UTF-8), or its drive is not mapped.
+// drive. Empty if a component below that folder is no Windows name (where a file of the host has a backslash
+// in its very name, that is no separator), or the drive is not mapped.
 [[nodiscard]] std::string ToWindowsPath(std::string_view typed);
 
 }  // namespace win

@@ -5,6 +5,7 @@
 
 #include "win/CodePage.h"
 #include "win/Diagnostics.h"
+#include "win/Drives.h"
 #include "win/Errors.h"
 #include "win/PosixErrors.h"
 #include "win/PosixFileSystem.h"
@@ -64,7 +65,7 @@ bool EntryLess(const TEntry& left, const TEntry& right) {
 
 // Whether no Windows path can name the entry. The first time, a line tells.
 bool TPosixFileSystem::PassesOver(const TPlace& folder, std::string_view name) {
-  if (name.find('\\') == std::string_view::npos && IsValidUtf8(name)) return false;
+  if (IsWindowsName(name)) return false;
   std::string path = folder.Path;
   if (path.back() != '/') path += '/';
   path += name;

@@ -170,24 +170,27 @@ void TFolderCache::SpellAll(TPlace& place) {
 
 void TFolderCache::Forget(const TPlace& place) {
   TFolderStamp stamp;
-  if (ReadStamp(place.Base, place.FolderPath(), stamp)) FListings.erase({stamp.Device, stamp.Inode});
+  if (!ReadStamp(place.Base, place.FolderPath(), stamp)) return;
+  const auto found = FListings.find({stamp.Device, stamp.Inode});
+  if (found == FListings.end()) return;
+  FTotal -= std::min(FTotal, found->second.Count());
+  FListings.erase(found);
 }
 
-// The listing that is held for the folder if it may be used as it is, or null.
-TFolderListing* TFolderCache::Cached(const TFolderStamp& stamp) {
+// The listing that is held for the folder if it is true as far as can be told, or null.
+TFolderListing* TFolderCache::Held(const TFolderStamp& stamp) {
   const auto found = FListings.find({stamp.Device, stamp.Inode});
   if (found == FListings.end() || !(found->second.FStamp == stamp)) return nullptr;
   TFolderListing& listing = found->second;
-  if (listing.FSettled) return &listing;
-  if (!listing.FKeptCurrent) return nullptr;
   const int64_t life = std::clamp(kReadingTimes * listing.FReadingTime, kShortest, kLongest);
-  return Now() - listing.FUnsettledSince < life ? &listing : nullptr;
+  return listing.FSettled || Now() - listing.FUnsettledSince < life ? &listing : nullptr;
 }
 
 // The listing of a folder whose stamp was just read, read now if need be. Null, with errno, where the folder
 // cannot be read.
 TFolderListing* TFolderCache::Current(int base, const std::string& folder, const TFolderStamp& stamp) {
-  if (TFolderListing* const cached = Cached(stamp)) return cached;
+  TFolderListing* const current = Held(stamp);
+  if (current && (current->FSettled || current->FKeptCurrent)) return current;
   if (FTotal > kMostNames) {
     FListings.clear();
     FTotal = 0;
@@ -230,7 +233,7 @@ TFolderChange::TFolderChange(TFolderCache& cache, const TPlace& place)
     : FPlace(place), FListing(place.Listing) {
   TFolderStamp stamp;
   if (FListing || cache.FListings.empty()) return;
-  if (ReadStamp(place.Base, place.FolderPath(), stamp)) FListing = cache.Cached(stamp);
+  if (ReadStamp(place.Base, place.FolderPath(), stamp)) FListing = cache.Held(stamp);
 }
 
 void TFolderChange::Commit(std::string_view added, std::string_view removed) {

@@ -68,7 +68,7 @@ class TFolderListing {
   size_t FCount = 0;
   TFolderStamp FStamp;
   bool FSettled = false;
-  bool FKeptCurrent = false;  // by own changes, since it was read or was last settled
+  bool FKeptCurrent = false;  // by own changes
   int64_t FUnsettledSince = 0;
   int64_t FReadingTime = 0;
 };
@@ -101,7 +101,7 @@ class TFolderCache {
   friend class TFolderChange;
 
   TFolderListing* Current(int base, const std::string& folder, const TFolderStamp& stamp);
-  TFolderListing* Cached(const TFolderStamp& stamp);
+  TFolderListing* Held(const TFolderStamp& stamp);
   bool Read(int base, const std::string& folder, TFolderListing& listing);
 
   struct TKeyHash {

@@ -1,0 +1,134 @@
+// kvawizard: the wizard's dialog over the stand-alone host. The command line program starts it for its
+// command `wizard`.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <cstdio>
+
+#include "desktop/FrontEnd.h"
+#include "desktop/ProgressWindow.h"
+#include "desktop/QtText.h"
+#include "host/Host.h"
+#include "rtl/Streams.h"
+#include "target/Catalogue.h"
+#include "target/KVAExpert.h"
+#include "win/CodePage.h"
+#include "win/Drives.h"
+
+namespace desktop {
+namespace {
+
+constexpr char kTitle[] = "Migration Wizard";
+constexpr int kExitStopped = 1;
+constexpr int kExitUsage = 2;
+constexpr int kExitException = 3;
+
+// A mistake in the command line.
+class EUsage : public rtl::Exception {
+ public:
+  using Exception::Exception;
+};
+
+struct TOptions {
+  QString Project;
+  QString CodePage;
+  QStringList Drives;
+  QString Catalogue;
+};
+
+TOptions ParseCommandLine(const QApplication& application) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription("The migration wizard as a dialog.");
+  parser.addHelpOption();
+  parser.addPositionalArgument("PROJECT", "The project or project group to open first.", "[PROJECT]");
+  parser.addOptions({
+      {"codepage", "Code page of sources without a mark (default: 1252).", "N"},
+      {"drive", "Let drive X: be a folder of this machine (repeatable; Z: is the root folder).", "X=DIR"},
+      {"catalogue", "What the target classes publish, instead of what is built in.", "FILE"},
+  });
+  if (!parser.parse(application.arguments())) throw EUsage(FromQt(parser.errorText()));
+  if (parser.isSet("help")) parser.showHelp();
+  return {parser.positionalArguments().value(0), parser.value("codepage"), parser.values("drive"),
+          parser.value("catalogue")};
+}
+
+void SetEnvironment(const TOptions& options) {
+  if (!options.CodePage.isEmpty() && !win::SetACP(options.CodePage.toUInt())) {
+    throw EUsage("Code page " + FromQt(options.CodePage) + " is not known.");
+  }
+  for (const QString& drive : options.Drives) {
+    const bool isMapping = drive.size() > 2 && drive[1] == '=';
+    if (!isMapping || !win::MapDrive(static_cast<char>(drive[0].unicode()), FromQt(drive.mid(2)))) {
+      throw EUsage("--drive " + FromQt(drive) + ": no such folder.");
+    }
+  }
+}
+
+std::string WindowsPath(const QString& typed) {
+  std::string path = win::ToWindowsPath(FromQt(typed));
+  if (path.empty())
+    throw EUsage("\"" + FromQt(typed) + "\" cannot be written as a Windows path; is its drive mapped?");
+  return path;
+}
+
+target::TCatalogue LoadCatalogue(const QString& fileName) {
+  if (fileName.isEmpty()) return target::TCatalogue::BuiltIn();
+  rtl::TFileStream file(WindowsPath(fileName), rtl::fmOpenRead | rtl::fmShareDenyNone);
+  return {file.ReadToEnd(), FromQt(fileName)};
+}
+
+// One use of the wizard, as a click on its menu item in the host. What did not stop the run is told at its
+// end.
+void RunWizard(const TOptions& options, TFrontEnd& frontEnd) {
+  host::THost host;
+  if (!options.Project.isEmpty())
+    static_cast<void>(host.OpenProject(WindowsPath(options.Project), /*newGroup=*/true));
+  target::TKVAMigration migration(LoadCatalogue(options.Catalogue));
+  const auto expert = target::MakeExpert(migration);
+  TProgressWindow progress({&migration.BDE(), &migration.IBX()});
+  frontEnd.OnModal = [&progress] { progress.Close(); };
+  expert->ShowWizard();
+  frontEnd.OnModal = nullptr;
+  if (!progress.Warnings().empty()) {
+    rtl::Application().MessageBox(progress.Warnings(), migration.Options().GetTitle(),
+                                  rtl::MB_ICONINFORMATION);
+  }
+}
+
+// Without a display Qt ends the process; this says why.
+bool HasDisplay() {
+  const auto isSet = [](const char* name) { return !qEnvironmentVariableIsEmpty(name); };
+  return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
+}
+
+int Main(int argc, char** argv) {
+#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
+  if (!HasDisplay()) {
+    std::fputs("kvawizard: there is no display to show the wizard on.\n", stderr);
+    return kExitException;
+  }
+#endif
+  QApplication application(argc, argv);
+  TFrontEnd frontEnd(kTitle);
+  try {
+    const TOptions options = ParseCommandLine(application);
+    SetEnvironment(options);
+    RunWizard(options, frontEnd);
+    return 0;
+  } catch (const EUsage& error) {
+    rtl::Application().HandleException(error);
+    return kExitUsage;
+  } catch (const rtl::EAbort&) {
+    return kExitStopped;  // by the user, who knows
+  } catch (const std::exception& error) {
+    frontEnd.OnModal = nullptr;
+    rtl::Application().HandleException(error);
+    return kExitException;
+  }
+}
+
+}  // namespace
+}  // namespace desktop
+
+int main(int argc, char** argv) {
+  return desktop::Main(argc, argv);
+}

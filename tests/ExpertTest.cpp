@@ -1,0 +1,205 @@
+#include <algorithm>
+#include <cstdio>
+#include <gtest/gtest.h>
+
+#include "RecordingHost.h"
+#include "host/Host.h"
+#include "target/Catalogue.h"
+#include "target/KVAExpert.h"
+#include "target/KVAWizard.h"
+
+namespace {
+
+using TLines = std::vector<std::string>;
+
+constexpr char kTitle[] = "BDE/IBX Migration Wizard";
+constexpr char kUnit[] = "unit Main;\r\nQ: TQuery; I: TIBQuery;\r\nend.\r\n";
+constexpr char kWizard[] = "Form KVAWizardForm";
+constexpr char kQuestion[] = "Form SaveWarnForm";
+
+// The expert in a host with the project C:\App\App.dpr: the unit Main, which has a form, the unit Data, and
+// the form unit Other of another project.
+class ExpertTest : public testing::Test {
+ protected:
+  ExpertTest() {
+    FScratch.Write("App/Main.pas", kUnit);
+    FScratch.Write("App/Data.pas", "unit Data;\r\nend.\r\n");
+    FScratch.Write("Src/Main.pas", kUnit);
+    FScratch.Write("App/RBackup/Empty.reu", "");
+    FHost.ProjectFile = "C:\\App\\App.dpr";
+    FHost.Modules = {{"C:\\App\\Main.pas", true}, {"C:\\App\\Data.pas"}, {"C:\\B\\Other.txt", true, false}};
+    rtl::TMenuItem& help = FHost.MainMenu.NewItem();
+    help.SetName("HelpMenu");
+    FHost.MainMenu.Items().Insert(0, help);
+  }
+
+  // A use of the wizard: `steps` on the wizard's form, then `answer` to the question. What the user and the
+  // host see, in its order.
+  TLines Use(std::string_view steps, std::string_view answer = {}) {
+    FHost.Calls.clear();
+    if (!FExpert) FExpert = target::MakeExpert(FMigration);
+    FFrontEnd.Script = {[steps](rtl::TForm& form) { test::Play(form, steps); }};
+    if (!answer.empty()) FFrontEnd.Script.push_back([answer](rtl::TForm& form) { test::Play(form, answer); });
+    FHost.MainMenu.FindItem("RExpertItemBDE_IBXKORVA")->Click();
+    EXPECT_TRUE(FFrontEnd.Script.empty()) << "a form that was expected did not come";
+    EXPECT_EQ(mig::WizardForm, nullptr);
+    return FHost.Calls;
+  }
+  bool IsStored() const { return std::filesystem::exists(FScratch.Settings()); }
+  std::string Unit(const char* folder) const { return FScratch.Read(std::string(folder) + "/Main.pas"); }
+
+  test::TScratch FScratch;
+  test::THostState FHost;
+  test::TScriptedFrontEnd FFrontEnd{FHost.Calls};
+  target::TKVAMigration FMigration{target::TCatalogue::BuiltIn()};
+  test::THostInForce FHostInForce{FHost};
+  toolsapi::TIntf<mig::TCompReplaceExpert> FExpert;
+};
+
+constexpr char kProject[] = "btNext; btNext; btNext; btNext; btFinish";
+constexpr char kProjectIBX[] = "rbModeReplaceIBX; btNext; btNext; btNext; btNext; btFinish";
+constexpr char kFolder[] = "btNext; rbDestFolder; btNext; cbDirectory=C:\\Src; btNext; btNext; btFinish";
+constexpr char kRestore[] =
+    "rbModeRestore; btNext; edUndoFile=C:\\App\\RBackup\\RExpert.reu; btNext; btFinish";
+constexpr char kRestoreEmpty[] =
+    "rbModeRestore; btNext; edUndoFile=C:\\App\\RBackup\\Empty.reu; btNext; btFinish";
+constexpr char kReplaced[] = "Box 64 BDE/IBX Migration Wizard: Replace procedure was performed sucessfully.";
+
+TEST_F(ExpertTest, ReplaceInTheProject) {
+  EXPECT_EQ(Use(kProject, "OKBtn"),
+            (TLines{kWizard, kQuestion, "Save 0 1", "Show C:\\App\\Main.pas", "Reload C:\\App\\Main.pas",
+                    "Reload C:\\App\\Data.pas", kReplaced}));
+  EXPECT_EQ(Unit("App"), "unit Main;\r\nQ: TKVAQuery; I: TIBQuery;\r\nend.\r\n");
+  EXPECT_TRUE(IsStored());
+  // A unit that was not chosen is taken from disk anew, too.
+  const TLines calls = Use("rbModeReplace; btNext; btNext; lbModules[0]; btNext; btNext; btFinish", "OKBtn");
+  EXPECT_EQ(std::count(calls.begin(), calls.end(), "Reload C:\\App\\Main.pas"), 1);
+}
+
+TEST_F(ExpertTest, TheModeChoosesTheReplacer) {
+  Use(kProjectIBX, "OKBtn");
+  EXPECT_EQ(Unit("App"), "unit Main;\r\nQ: TQuery; I: TKVAQuery;\r\nend.\r\n");
+}
+
+TEST_F(ExpertTest, CancelDoesNothing) {
+  EXPECT_EQ(Use("btNext; btCancel"), TLines{kWizard});
+  EXPECT_FALSE(IsStored());
+}
+
+TEST_F(ExpertTest, NoEndsTheOperationAndStoresTheSettings) {
+  EXPECT_EQ(Use(kProject, "CancelBtn"), (TLines{kWizard, kQuestion}));
+  EXPECT_EQ(Unit("App"), kUnit);
+  EXPECT_TRUE(IsStored());
+}
+
+TEST_F(ExpertTest, ASilencedQuestionDoesNotCome) {
+  FScratch.Write("config/Tarvex/registry.ini", "[BDE/IBX Migration Wizard]\nReplaceProjWarn=0\n");
+  EXPECT_EQ(Use(kProject)[1], "Save 0 1");
+}
+
+TEST_F(ExpertTest, AProjectThatCannotBeSaved) {
+  FHost.SaveResult = false;
+  EXPECT_EQ(
+      Use(kProject, "OKBtn"),
+      (TLines{kWizard, kQuestion, "Save 0 1",
+              "Box 64 BDE/IBX Migration Wizard: Cannot start replace process.\nProject was not saved."}));
+  EXPECT_EQ(Unit("App"), kUnit);
+  EXPECT_TRUE(IsStored());
+}
+
+TEST_F(ExpertTest, AFolderDoesNotConcernTheHost) {
+  EXPECT_EQ(Use(kFolder), (TLines{kWizard, kReplaced}));
+  EXPECT_EQ(Unit("Src"), "unit Main;\r\nQ: TKVAQuery; I: TIBQuery;\r\nend.\r\n");
+  EXPECT_EQ(Unit("App"), kUnit);
+}
+
+TEST_F(ExpertTest, AReplaceThatFailsReloadsNothing) {
+  std::filesystem::permissions(FScratch.Folder() / "App/Main.pas", std::filesystem::perms::owner_read);
+  EXPECT_EQ(Use(kProject, "OKBtn"), (TLines{kWizard, kQuestion, "Save 0 1", "Show C:\\App\\Main.pas",
+                                            "Box 16 BDE/IBX Migration Wizard: Replace failed."}));
+  EXPECT_TRUE(IsStored());
+}
+
+TEST_F(ExpertTest, AnExceptionGoesToTheHostAndStoresNothing) {
+  std::filesystem::remove(FScratch.Folder() / "App/Data.pas");
+  EXPECT_THROW(Use(kProject, "OKBtn"), rtl::Exception);
+  EXPECT_EQ(FHost.Calls, (TLines{kWizard, kQuestion, "Save 0 1", "Show C:\\App\\Main.pas"}));
+  EXPECT_EQ(mig::WizardForm, nullptr);
+  EXPECT_FALSE(IsStored() && FScratch.Read(FScratch.Settings()).find("Dest") != std::string::npos);
+}
+
+TEST_F(ExpertTest, Restore) {
+  Use(kProject, "OKBtn");
+  const TLines restored = {kWizard, kQuestion, "Close",
+                           "Box 64 BDE/IBX Migration Wizard: Files were succefully restored.",
+                           "Open new C:\\App\\App.dpr"};
+  EXPECT_EQ(Use(kRestore, "OKBtn"), restored);
+  EXPECT_EQ(Unit("App"), kUnit);
+  FHost.CloseResult = false;
+  EXPECT_EQ(Use(kRestore, "OKBtn"), restored) << "nobody looks whether the host has closed";
+  EXPECT_EQ(Use(kRestore, "CancelBtn"), (TLines{kWizard, kQuestion}));
+}
+
+TEST_F(ExpertTest, ARestoreThatFailsReopensTheProjectToo) {
+  const char kFailed[] = "Box 16 BDE/IBX Migration Wizard: Failed to restore files.";
+  EXPECT_EQ(Use(kRestoreEmpty, "OKBtn"),
+            (TLines{kWizard, kQuestion, "Close", kFailed, "Open new C:\\App\\App.dpr"}));
+  FHost.ProjectFile.clear();
+  EXPECT_EQ(Use(kRestoreEmpty, "OKBtn"), (TLines{kWizard, kQuestion, kFailed, "Open new "})) << "no project";
+}
+
+TEST_F(ExpertTest, TheSettingsOfOneUseAreTheStartOfTheNext) {
+  Use(kFolder);
+  Use("btNext; btCancel");
+  FFrontEnd.Script = {[](rtl::TForm& form) {
+    auto& wizard = dynamic_cast<target::TKVAWizardForm&>(form);
+    EXPECT_TRUE(wizard.rbModeReplace.Checked() && wizard.rbDestFolder.Checked());
+    EXPECT_EQ(wizard.cbDirectory.Text(), "C:\\Src");
+    EXPECT_EQ(wizard.cbBackupDir.Items().Text(), "C:\\Src\\RBackup\r\n");
+    EXPECT_EQ(wizard.edUndoFile.Text(), "C:\\Src\\RBackup\\RExpert.reu");
+    form.Close();
+  }};
+  FExpert->ShowWizard();
+}
+
+TEST_F(ExpertTest, NamesThatTheHostSees) {
+  rtl::TMenuItem* item = nullptr;
+  {
+    const toolsapi::TIntf<toolsapi::IOTAWizard> wizard = target::MakeExpert(FMigration);
+    EXPECT_EQ(wizard->GetIDString(), "Tarvex.BDE/IBXMigrationWizard.KORVA");
+    EXPECT_EQ(wizard->GetName(), kTitle);
+    EXPECT_EQ(wizard->GetState(), 0);
+    wizard->Execute();
+    EXPECT_TRUE(FHost.Calls.empty());
+    item = FHost.MainMenu.FindItem("RExpertItemBDE_IBXKORVA");
+    ASSERT_NE(item, nullptr);
+    EXPECT_EQ(item->Caption(), "&Migration Wizard");
+  }
+  item->Click();
+  EXPECT_TRUE(FHost.Calls.empty()) << "without the expert the item does nothing";
+}
+
+// --- The loadable module ---
+
+TEST(ExpertModuleTest, ExportsItsEntryPointAlone) {
+  FILE* const nm = popen("nm -D --defined-only " KVA_BINARY_DIR "/target/kvaexpert.so", "r");
+  ASSERT_NE(nm, nullptr);
+  TLines names;
+  char line[512];
+  while (std::fgets(line, sizeof line, nm) != nullptr) {
+    const std::string symbol = line;
+    names.push_back(symbol.substr(symbol.rfind(' ') + 1));
+  }
+  EXPECT_EQ(pclose(nm), 0);
+  EXPECT_EQ(names, TLines{"INITWIZARD0001\n"});
+}
+
+TEST(ExpertModuleTest, RegistersTheExpertWithTheHost) {
+  host::THost host;
+  host.LoadWizardModule(win::ToWindowsPath(KVA_BINARY_DIR "/target/kvaexpert.so"));
+  ASSERT_EQ(host.Wizards().size(), 1U);
+  EXPECT_EQ(host.Wizards()[0]->GetIDString(), "Tarvex.BDE/IBXMigrationWizard.KORVA");
+  EXPECT_NE(host.MainMenu().FindItem("RExpertItemBDE_IBXKORVA"), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,139 @@
+// Forms of any size in their binary form, the same on every machine: objects in objects, with properties such
+// as those of real forms. Only kinds of values for which all readers and writers of forms have the same
+// rules.
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <string>
+#include <string_view>
+
+namespace tests {
+
+class TGeneratedForm {
+ public:
+  explicit TGeneratedForm(uint32_t seed) : FRandom(seed) {}
+
+  // A form of at least `size` bytes, and not much more.
+  std::string Binary(size_t size) {
+    FBytes = "TPF0";
+    Header("TForm1", "Form1");
+    Properties();
+    while (FBytes.size() < size) Object(0);
+    return FBytes.append(1, '\0');
+  }
+
+ private:
+  uint32_t Below(uint32_t limit) { return static_cast<uint32_t>(FRandom() % limit); }
+  void Byte(uint32_t byte) { FBytes += static_cast<char>(byte); }
+  void Raw(uint64_t number, int bytes) {
+    for (int i = 0; i < bytes; ++i) Byte(static_cast<uint8_t>(number >> (8 * i)));
+  }
+  void Name(std::string_view name) {
+    Byte(static_cast<uint32_t>(name.size()));
+    FBytes += name;
+  }
+  void Header(std::string_view className, std::string_view name) {
+    Name(className);
+    Name(name);
+  }
+
+  void Integer() {
+    // In the smallest kind that holds it.
+    const int64_t value = static_cast<int64_t>(FRandom()) * (Below(2) ? 1 : -1) >> Below(32);
+    const int64_t wide = Below(8) == 0 ? value * 5000000000 : value;
+    const auto fits = [wide](int bits) {
+      return wide >= -(int64_t{1} << (bits - 1)) && wide < int64_t{1} << (bits - 1);
+    };
+    const int kind = fits(8) ? 2 : fits(16) ? 3 : fits(32) ? 4 : 19;
+    Byte(static_cast<uint32_t>(kind));
+    Raw(static_cast<uint64_t>(wide), kind == 2 ? 1 : kind == 3 ? 2 : kind == 4 ? 4 : 8);
+  }
+
+  void String(uint32_t longest) {
+    static constexpr std::string_view kWords[] = {
+        "SELECT ", "CustNo", ", ", " FROM orders ", "WHERE ", "O'Hara", "&Name ", "1 = ", "\t", "(c) \r\n"};
+    std::string text;
+    const size_t length = Below(longest);
+    while (text.size() < length) text += kWords[Below(10)];
+    if (text.size() > 255) {
+      Byte(12);
+      Raw(text.size(), 4);
+    } else {
+      Byte(6);
+      Byte(static_cast<uint32_t>(text.size()));
+    }
+    FBytes += text;
+  }
+
+  void Data() {
+    const uint32_t length = Below(10) == 0 ? Below(2000) : Below(40);
+    Byte(10);
+    Raw(length, 4);
+    for (uint32_t i = 0; i < length; ++i) Byte(Below(256));
+  }
+
+  void Property(uint32_t depth) {
+    static constexpr std::string_view kNames[] = {"Left",     "Top",           "Caption", "Font.Name",
+                                                  "TabOrder", "Items.Strings", "Glyph"};
+    Name(kNames[Below(7)]);
+    switch (Below(14)) {
+      case 0:
+        String(60);
+        break;
+      case 1:
+        Byte(7), Name("clBtnFace");
+        break;
+      case 2:
+        Byte(8 + Below(2));
+        break;
+      case 3:
+        Byte(11), Name("akLeft"), Name("akTop"), Byte(0);
+        break;
+      case 4:
+        Byte(7), Name("DataModule2.Query1");
+        break;
+      case 5:
+        Below(4) == 0 ? Data() : Integer();
+        break;
+      case 6:
+        Byte(1);
+        for (uint32_t i = Below(12); i-- > 0;) String(70);
+        Byte(0);
+        break;
+      case 7:
+        if (depth > 2) return Integer();
+        Byte(14);
+        for (uint32_t i = Below(4); i-- > 0;) {
+          Byte(1);
+          for (uint32_t j = Below(4); j-- > 0;) Property(depth + 1);
+          Byte(0);
+        }
+        Byte(0);
+        break;
+      case 8:
+        Below(30) == 0 ? String(600) : Integer();
+        break;
+      default:
+        Integer();
+        break;
+    }
+  }
+  void Properties() {
+    for (uint32_t i = Below(12); i-- > 0;) Property(0);
+    Byte(0);
+  }
+  void Object(int depth) {
+    if (Below(10) == 0) Byte(Below(2) ? 0xF1 : 0xF4);
+    Header("TEdit", Below(12) == 0 ? "" : "Edit" + std::to_string(Below(1000)));
+    Properties();
+    if (depth < 6)
+      for (uint32_t i = Below(3); i-- > 0;) Object(depth + 1);
+    Byte(0);
+  }
+
+  std::mt19937 FRandom;
+  std::string FBytes;
+};
+
+}  // namespace tests

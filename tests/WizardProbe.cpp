@@ -1,0 +1,44 @@
+// A loadable module with a wizard, for the tests of how the host loads one. It refuses if KVA_PROBE is
+// "refuse".
+#include <cstdlib>
+#include <string_view>
+
+#include "rtl/Menus.h"
+#include "toolsapi/InterfacedObject.h"
+#include "toolsapi/ToolsAPI.h"
+
+namespace {
+
+class TProbe final : public toolsapi::TInterfacedObject<toolsapi::IOTAWizard> {
+ public:
+  explicit TProbe(std::string name) : FName(std::move(name)) {}
+  void AfterSave() override {}
+  void BeforeSave() override {}
+  void Destroyed() override {}
+  void Modified() override {}
+  std::string GetIDString() override { return "Probe"; }
+  std::string GetName() override { return FName; }
+  toolsapi::TWizardState GetState() override { return {}; }
+  void Execute() override {}
+
+ private:
+  std::string FName;
+};
+
+}  // namespace
+
+extern "C" [[gnu::visibility("default")]] bool INITWIZARD0001(
+    const toolsapi::TIntf<toolsapi::IInterface>& services, toolsapi::TWizardRegisterProc registerProc,
+    toolsapi::TWizardTerminateProc* terminate) {
+  const char* const word = std::getenv("KVA_PROBE");
+  const bool isOwn = toolsapi::BorlandIDEServices == nullptr;
+  toolsapi::BorlandIDEServices = services;
+  const auto menus = toolsapi::CastTo<toolsapi::INTAServices>(toolsapi::BorlandIDEServices);
+  rtl::TMenuItem& item = menus->GetMainMenu()->NewItem();
+  item.SetName("Probe");
+  item.SetOnClick([](rtl::TMenuItem& sender) { sender.SetCaption("clicked"); });
+  menus->AddActionMenu("HelpMenu", nullptr, &item, true, true);
+  registerProc(toolsapi::MakeIntf<TProbe>(isOwn ? "a variable of its own" : "the program's variable"));
+  *terminate = [] { setenv("KVA_PROBE", "ended", 1); };
+  return !word || word != std::string_view("refuse");
+}

@@ -1,0 +1,9 @@
+unit Same;
+
+interface
+
+implementation
+
+{$R *.DFM}
+
+end.

@@ -1,0 +1,9 @@
+unit Bin;
+
+interface
+
+implementation
+
+{$R *.DFM}
+
+end.

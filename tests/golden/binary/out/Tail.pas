@@ -1,0 +1,9 @@
+unit Tail;
+
+interface
+
+implementation
+
+{$R *.DFM}
+
+end.

@@ -1,0 +1,9 @@
+unit DataA;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

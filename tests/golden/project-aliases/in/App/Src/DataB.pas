@@ -1,0 +1,9 @@
+unit DataB;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

@@ -1,0 +1,3 @@
+unit Plain;
+var Q: TQuery;
+end.

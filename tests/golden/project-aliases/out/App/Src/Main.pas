@@ -1,0 +1,9 @@
+unit Main;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

@@ -1,0 +1,3 @@
+unit Other;
+var Q: TQuery; { no unit of the project }
+end.

@@ -1,0 +1,9 @@
+unit Quiet;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.

@@ -1,0 +1,9 @@
+unit Far;
+
+interface
+
+implementation
+
+{$R *.dfm}
+
+end.
