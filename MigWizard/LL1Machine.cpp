@@ -5,8 +5,8 @@
 namespace mig {
 namespace {
 
-// Work for each byte gained that counts as no waste. Plain form text takes about three.
-constexpr int64_t kWorkPerByte = 12;
+// Work for each byte gained that counts as no waste. Form text takes less than two.
+constexpr int64_t kWorkPerByte = 6;
 
 constexpr size_t kKeptEntries = size_t{1} << 12;  // stack that is kept for the next parse
 constexpr size_t kMostEntries = size_t{1} << 27;  // 2 GB

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
+#include "MigWizard/LL1Memo.h"
 #include "MigWizard/LL1Parser.h"
 #include "tests/PlainEngine.h"
 
@@ -58,18 +59,15 @@ TEST(LL1GrammarTest, RuleStringsAreSplitIntoAlternatives) {
 }
 
 TEST(LL1GrammarTest, SymbolsAreToldFromLiteralBrackets) {
-  const std::tuple<const char*, TSymbolKind, const char*> rows[] = {{"<a>x", TSymbolKind::Nonterminal, "<a>"},
-                                                                    {"<*a>", TSymbolKind::Terminal, "<*a>"},
-                                                                    {"<<a>", TSymbolKind::None, ""},
-                                                                    {"<>a>", TSymbolKind::None, ""},
-                                                                    {"<a<b>", TSymbolKind::None, ""},
-                                                                    {"<a", TSymbolKind::None, ""},
-                                                                    {"<", TSymbolKind::None, ""},
-                                                                    {"a<b>", TSymbolKind::None, ""}};
-  for (const auto& [text, kind, name] : rows) {
+  const std::pair<const char*, const char*> rows[] = {{"<a>x", "<a>"}, {"<*a>", "<*a>"}, {"<<a>", ""},
+                                                      {"<>a>", ""},    {"<a<b>", ""},    {"<a", ""},
+                                                      {"<", ""},       {"a<b>", ""}};
+  for (const auto& [text, name] : rows) {
     size_t position = 0;
     std::string_view found;
-    EXPECT_EQ(TLL1Grammar::ScanSymbol(text, position, found), kind) << text;
+    const TSymbolKind kind = TLL1Grammar::ScanSymbol(text, position, found);
+    EXPECT_EQ(kind == TSymbolKind::Terminal, found.substr(0, 2) == "<*") << text;
+    EXPECT_EQ(kind == TSymbolKind::None, found.empty()) << text;
     EXPECT_EQ(found, name);
     EXPECT_EQ(position, found.size());
   }
@@ -160,10 +158,10 @@ class TPlainTracer : public plain::TEngine {
 
  protected:
   bool ParseNonterminal(const std::string& name) override {
-    const size_t start = Pos;
+    const size_t start = FPos;
     Entered.push_back(name + std::to_string(start));
     if (!TEngine::ParseNonterminal(name)) return false;
-    Matched.push_back({name, start, Pos});
+    Matched.push_back({name, start, FPos});
     return true;
   }
   std::function<void()> Snapshot() override {
@@ -247,7 +245,7 @@ TEST(LL1ParserTest, BothWaysOfRunningAgreeWithThePlainEngine) {
       bool expected = false;
       try {
         expected = reference.Parse(text, "<a>", position);
-      } catch (const plain::OutOfSteps&) {
+      } catch (const plain::EOutOfSteps&) {
         continue;
       }
       std::string description = text + " with";
@@ -334,6 +332,28 @@ TEST(LL1ParserTest, AParserCanBeUsedAgainAfterAnError) {
   TTracer unknownTerminal({"<a>-<*none>"});
   int64_t position = 1;
   EXPECT_THROW(static_cast<void>(unknownTerminal.Parse("x", "<a>", position)), rtl::EAssertionFailed);
+}
+
+TEST(LL1MemoTest, RecallsWhatWasStoredOrNothing) {
+  const auto result = [](int rule, int position) {
+    return position % 7 == 0 ? TLL1Memo::kFailed : position + rule;
+  };
+  TLL1Memo memo;
+  for (int epoch = 0; epoch < 2; ++epoch) {
+    int recalled = 0;
+    EXPECT_EQ(memo.Find(0, 1), TLL1Memo::kUnknown);
+    for (int i = 0; i < 1000000; ++i) memo.Store(i % 9, i / 9, result(i % 9, i / 9));
+    for (int i = 0; i < 1000000; ++i) {
+      ASSERT_EQ(memo.Find(9 + i % 9, i / 9), TLL1Memo::kUnknown);
+      const int found = memo.Find(i % 9, i / 9);
+      recalled += found == TLL1Memo::kUnknown ? 0 : 1;
+      if (found != TLL1Memo::kUnknown) {
+        ASSERT_EQ(found, result(i % 9, i / 9));
+      }
+    }
+    EXPECT_GT(recalled, 700000);
+    memo.Clear();
+  }
 }
 
 // The plain engine would try each of these for ages.
