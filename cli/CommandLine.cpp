@@ -22,7 +22,7 @@ constexpr char kExamples[] = R"(Examples:
       all options of a command
 
 Exit status: 0 done; 1 some file could not be put in place; 2 wrong command line; 3 stopped by an error, with
-the originals untouched; 130 stopped by Ctrl-C, with the originals untouched.)";
+the originals untouched unless the message says otherwise; 130 stopped by Ctrl-C, with the originals untouched.)";
 
 constexpr char kReplaceExamples[] = R"(What it does:
   Each file that changes is copied to the backup folder first, under an extension with "~" (Unit1.~pas), and the

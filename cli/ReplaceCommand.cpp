@@ -72,10 +72,13 @@ class TRunWatch {
   std::string FFileName;
 };
 
-// What to do about a file that ends a run, as a pattern for --exclude.
+// What to do about a file that ends a run. In the pattern "?" stands for characters that would not stand for
+// themselves there, or between quotes of a shell.
 std::string ExcludeHint(const std::string& fileName, const std::string& base) {
-  return "Leave the file out with --exclude '" + rtl::ExtractRelativePath(mig::JoinPath(base, ""), fileName) +
-         "' to convert the others. No file was changed.";
+  std::string pattern = rtl::ExtractRelativePath(mig::JoinPath(base, ""), fileName);
+  for (char& c : pattern)
+    if (c == '[' || c == '*' || c == '\'') c = '?';
+  return "Leave the file out with --exclude '" + pattern + "' to convert the others. No file was changed.";
 }
 
 // What is to be scanned, as options of the run. The folder that log and backups belong to.
