@@ -5,8 +5,8 @@
 // choice gives the same outcome either way, since a step that starts from the same state ends in the same
 // state.
 //
-// Each node knows with which bytes its continuation can begin, so that alternatives that cannot match are
-// passed over.
+// From the bytes with which each node and what is behind it can begin, a table is made that tells which of a
+// list of nodes is the first worth trying. So alternatives that cannot match are passed over in one step.
 #pragma once
 
 #include <array>
@@ -67,8 +67,8 @@ class TLL1Program {
   // Rules in the order of the grammar's.
   const TLL1ProgramRule& Rule(int32_t index) const { return FRules[static_cast<size_t>(index)]; }
   const TLL1Node& Node(int32_t index) const { return FNodes[static_cast<size_t>(index)]; }
-  // The first of the node `first` and its further siblings that can match in front of the byte value `next`,
-  // or kNone.
+  // The first of the node `first` and its further siblings that can match where the byte value `next` comes
+  // next, or kNone. Of a node that is no rule reference that byte is then certain to fit.
   int32_t FirstThatCanStart(int32_t first, unsigned next) const {
     if (first == TLL1Node::kNone) return first;
     return FChoices[static_cast<size_t>(first) * FClassCount + FClasses[next]];

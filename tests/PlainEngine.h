@@ -12,7 +12,8 @@
 namespace plain {
 
 // A parse that would take too long to wait for.
-struct EOutOfSteps : std::runtime_error {
+class EOutOfSteps : public std::runtime_error {
+ public:
   using std::runtime_error::runtime_error;
 };
 
