@@ -94,24 +94,24 @@ bool DeleteTempFolder(std::string_view dir) {
   return DeleteFolder(dir);
 }
 
-bool CopyFolder(std::string_view source, std::string_view target) {
+bool CopyFolder(std::string_view source, std::string_view target,
+                const std::function<void(std::string_view name)>& failed) {
   bool result = true;
+  const auto fail = [&](std::string_view name) {
+    if (failed) failed(name);
+    result = false;
+    return false;
+  };
   const bool readAll = WalkFolder(source, [&](const std::string& name, uint32_t attributes) {
     const std::string from = JoinPath(source, name);
     const std::string to = JoinPath(target, name);
-    if (!IsFolder(attributes)) {
-      if (win::CopyFileA(from, to, false)) return true;
-      result = false;
-      return false;
-    }
-    if (!rtl::DirectoryExists(to) && !rtl::CreateDir(to)) {
-      result = false;
-      return false;
-    }
-    if (!CopyFolder(from, to)) result = false;
+    if (!IsFolder(attributes)) return win::CopyFileA(from, to, false) || fail(to);
+    if (!rtl::DirectoryExists(to) && !rtl::CreateDir(to)) return fail(to);
+    if (!CopyFolder(from, to, failed)) result = false;
     return true;
   });
-  return result && readAll;
+  if (!readAll) fail(target);
+  return result;
 }
 
 TLogWriter::TLogWriter() = default;

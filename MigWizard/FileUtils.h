@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -33,8 +34,10 @@ bool DeleteFolder(std::string_view dir);
 bool DeleteTempFolder(std::string_view dir);
 
 // Mirrors the contents of `source` over the existing folder `target`, deleting nothing there. An entry that
-// fails ends the walk of its own folder alone, and makes the result False.
-[[nodiscard]] bool CopyFolder(std::string_view source, std::string_view target);
+// fails ends the walk of its own folder alone, makes the result False, and is told to `failed`: the name in
+// `target`, with the reason in win::GetLastError.
+[[nodiscard]] bool CopyFolder(std::string_view source, std::string_view target,
+                              const std::function<void(std::string_view name)>& failed = {});
 
 // The log of a run. Each line reaches the file at once. A closed writer drops what it is given.
 class TLogWriter {

@@ -39,34 +39,40 @@ bool IsWholeNumber(std::string_view name) {
   return name.size() == kNumberedName && name[0] == kNumberMark && (name[1] == 0 || name[2] != 0);
 }
 
-// Numbers of the header are little-endian, as the machine's.
+// The size that follows the flags; 0 where the header is cut short. Little-endian, as the machine's numbers
+// are.
 int32_t ReadSize(std::string_view bytes) {
   int32_t size = 0;
-  if (bytes.size() >= sizeof size) std::memcpy(&size, bytes.data(), sizeof size);
+  if (bytes.size() >= kFlagsAndSize) std::memcpy(&size, bytes.data() + kMemoryFlags.size(), sizeof size);
   return size;
 }
 
-TFormFile ReadBinary(const std::string& bytes) {
-  TFormFile form;
-  form.IsBinary = true;
-  std::string_view rest = bytes;
-  rest.remove_prefix(kResourceType.size());
-  size_t nameLength = 0;
-  form.RCData.Name = NameOf(rest, nameLength);
-  rest.remove_prefix(nameLength);
-  rest.remove_prefix(std::min<size_t>(rest.size(), kMemoryFlags.size()));
-  form.RCData.Size = ReadSize(rest);
-  rest.remove_prefix(std::min<size_t>(rest.size(), sizeof(int32_t)));
-  rtl::TBinaryTextOptions options;
-  options.FirstOffset = bytes.size() - rest.size();
-  rtl::TBinaryInfo info;
-  form.Text = rtl::ObjectBinaryToText(rest, options, info);
-  form.RCData.EmptyString = info.EmptyString;
-  form.RCData.TrailingBytes = rest.size() - info.Size;
-  return form;
+}  // namespace
+
+bool IsBinaryForm(std::string_view file) {
+  const size_t count = std::min(file.size(), kResourceType.size());
+  return count >= 2 && file.substr(0, count) == kResourceType.substr(0, count);
 }
 
-}  // namespace
+std::string_view ReadFormHeader(std::string_view file, TRCData& rcData) {
+  std::string_view rest = file.substr(std::min(file.size(), kResourceType.size()));
+  size_t nameLength = 0;
+  rcData.Name = NameOf(rest, nameLength);
+  rest.remove_prefix(nameLength);
+  rcData.Size = ReadSize(rest);
+  rest.remove_prefix(std::min(rest.size(), kFlagsAndSize));
+  return rest;
+}
+
+std::string FormHeader(const TRCData& rcData) {
+  std::string header(kResourceType);
+  header += rcData.Name;
+  if (!IsWholeNumber(rcData.Name)) header += '\0';
+  header += kMemoryFlags;
+  char size[sizeof rcData.Size];
+  std::memcpy(size, &rcData.Size, sizeof size);
+  return header.append(size, sizeof size);
+}
 
 TFormFile ReadFormFile(rtl::TStream& stream) {
   const int64_t start = stream.Position();
@@ -78,11 +84,23 @@ TFormFile ReadFormFile(rtl::TStream& stream) {
     count += got;
   }
   stream.SetPosition(start);
-  if (std::string_view(first, sizeof first) == kResourceType) return ReadBinary(stream.ReadToEnd());
-  TTextFile file = ReadTextFile(stream);
   TFormFile form;
-  form.Encoding = file.Encoding;
-  form.Text = std::move(file.Text);
+  form.IsBinary = IsBinaryForm({first, count});
+  if (!form.IsBinary) {
+    TTextFile file = ReadTextFile(stream);
+    form.Encoding = file.Encoding;
+    form.Text = std::move(file.Text);
+    return form;
+  }
+  const std::string bytes = stream.ReadToEnd();
+  const std::string_view data = ReadFormHeader(bytes, form.RCData);
+  rtl::TBinaryTextOptions options;
+  options.Indented = false;
+  options.FirstOffset = bytes.size() - data.size();
+  rtl::TBinaryInfo info;
+  form.Text = rtl::ObjectBinaryToText(data, options, info);
+  form.RCData.EmptyString = info.EmptyString;
+  form.RCData.TrailingBytes = data.size() - info.Size;
   return form;
 }
 
@@ -92,22 +110,16 @@ void WriteFormFile(rtl::TStream& stream, std::string_view output, const TFormFil
     stream.Write(output);
     return;
   }
+  // The size comes last, over its place in the header.
+  stream.Write(FormHeader(form.RCData));
+  const int64_t begin = stream.Position();
   rtl::TStreamSink sink(stream);
-  sink.Append(kResourceType);
-  sink.Append(form.RCData.Name);
-  if (!IsWholeNumber(form.RCData.Name)) sink.Append('\0');
-  sink.Append(kMemoryFlags);
-  sink.Flush();
-  const int64_t sizePosition = stream.Position();
-  sink.Append(std::string_view("\0\0\0\0", 4));
-  rtl::TTextBinaryOptions options;
-  options.EmptyString = form.RCData.EmptyString;
-  rtl::ObjectTextToBinary(output, sink, options);
+  rtl::ObjectTextToBinary(output, sink, {.EmptyString = form.RCData.EmptyString});
   const int64_t end = stream.Position();
-  const int64_t size = end - sizePosition - 4;
+  const int64_t size = end - begin;
   if (size > std::numeric_limits<int32_t>::max()) throw rtl::EParserError("A form of more than 2 GB.");
   const int32_t written = static_cast<int32_t>(size);
-  stream.SetPosition(sizePosition);
+  stream.SetPosition(begin - static_cast<int64_t>(sizeof written));
   stream.Write(&written, sizeof written);
   stream.SetPosition(end);
 }

@@ -32,8 +32,17 @@ struct TFormFile {
   bool IsBinary = false;
   TRCData RCData;                                               // of a binary one
   const qrl::TEncoding* Encoding = &qrl::TEncoding::Default();  // Default for a binary one
-  std::string Text;                                             // without a mark
+  std::string Text;  // without a mark; that of a binary one without indentation
 };
+
+// Whether a file with these first bytes, of which three count, is a binary form file. One that the file does
+// not have counts as 00.
+[[nodiscard]] bool IsBinaryForm(std::string_view file);
+// The object data in the bytes of a binary form file, to the end of the file; fills the name and the size. A
+// header that is cut short gives no data.
+std::string_view ReadFormHeader(std::string_view file, TRCData& rcData);
+// The header for that name and size.
+std::string FormHeader(const TRCData& rcData);
 
 // Reads from the stream's position to its end. Raises rtl::EFilerError, with the offset from that position,
 // on damaged binary data, and rtl::EConvertError on UTF-16 with an odd number of bytes.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <typeinfo>
 
 #include "MigWizard/FormGrammar.h"
 #include "rtl/Exceptions.h"
@@ -36,7 +37,9 @@ const TMarkedNonterminal* FindMarked(std::string_view name) {
 }  // namespace
 
 void TFormParseState::Assign(const TParseState& source) {
-  const auto* from = dynamic_cast<const TFormParseState*>(&source);
+  const bool isOfThisClass = typeid(source) == typeid(TFormParseState);  // almost always, and quickly told
+  const auto* from = isOfThisClass ? static_cast<const TFormParseState*>(&source)
+                                   : dynamic_cast<const TFormParseState*>(&source);
   if (from == nullptr) throw rtl::EInvalidCast("TFormParseState.Assign: the source is no TFormParseState");
   TParseState::Assign(source);
   TokenStart = from->TokenStart;
@@ -109,8 +112,10 @@ bool TFormParser::ParseNestedObject(std::string_view name) {
     while (state.NestedStart > 1 && Text()[static_cast<size_t>(state.NestedStart) - 2] == ' ')
       --state.NestedStart;
   }
+  const int32_t start = state.Pos;
   const bool result = TLL1Parser::ParseNonterminal(name);
   if (--state.Depth == 0 && result) TakeNestedObject();
+  if (!result) FFailedObjects.push_back(start);
   return result;
 }
 
@@ -125,6 +130,7 @@ void TFormParser::TakeNestedObject() {
 }
 
 void TFormParser::BeforeParse() {
+  FFailedObjects.clear();
   ClearResults();
   // An exception leaves an earlier parse in the middle of its objects.
   LiveState().Depth = 0;

@@ -5,8 +5,8 @@
 namespace mig {
 namespace {
 
-// Work for each byte gained that counts as no waste. Plain form text takes about three.
-constexpr int64_t kWorkPerByte = 12;
+// Work for each byte gained that counts as no waste. Form text takes less than two.
+constexpr int64_t kWorkPerByte = 6;
 
 constexpr size_t kKeptEntries = size_t{1} << 12;  // stack that is kept for the next parse
 constexpr size_t kMostEntries = size_t{1} << 27;  // 2 GB
@@ -15,17 +15,12 @@ constexpr size_t kMostEntries = size_t{1} << 27;  // 2 GB
 
 TLL1Machine::TLL1Machine(const TLL1Program& program, TLL1Parser& client, TParseState& state,
                          TStateStack& copies)
-    : FProgram(program), FClient(client), FState(state), FCopies(copies) {
-  FStack.reserve(kKeptEntries);
-}
+    : FProgram(program), FClient(client), FState(state), FCopies(copies), FStack(kKeptEntries) {}
 
 void TLL1Machine::Start(std::string_view text, int64_t rereadAllowance) {
   FText = text;
-  FStack.clear();
-  if (FStack.capacity() > kKeptEntries) {
-    FStack.shrink_to_fit();
-    FStack.reserve(kKeptEntries);
-  }
+  FHeight = FFrame = 0;
+  if (FStack.size() > kKeptEntries) FStack = std::vector<TEntry>(kKeptEntries);
   FMemo.Clear();
   FIsRemembering = false;
   FWork = 0;
@@ -35,11 +30,11 @@ void TLL1Machine::Start(std::string_view text, int64_t rereadAllowance) {
 
 bool TLL1Machine::Run(int32_t rule) {
   const TLL1ProgramRule& source = FProgram.Rule(rule);
-  const size_t floor = FStack.size();
+  const size_t floor = FHeight;
   const size_t callersFrame = FFrame;
   FPosition = FState.Pos - 1;
   PushAlternative(TLL1Node::kNone, source.IsPure);  // the last one: to fail
-  FFrame = FStack.size();
+  FFrame = FHeight;
   const bool result = RunFrom(source.Entry, floor);
   FFrame = callersFrame;
   FState.Pos = FPosition + 1;
@@ -48,28 +43,30 @@ bool TLL1Machine::Run(int32_t rule) {
 
 bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
   for (;;) {
-    node = FirstThatCanStart(node);
+    unsigned next = Next();
+    node = FProgram.FirstThatCanStart(node, next);
     if (node == TLL1Node::kNone) {
       node = TakeAlternative();
       if (node == TLL1Node::kNone) return false;
+      next = Next();
     }
     const TLL1Node* step = &FProgram.Node(node);
-    const int32_t alternative = FirstThatCanStart(step->Sibling);
+    const int32_t alternative = FProgram.FirstThatCanStart(step->Sibling, next);
     if (alternative != TLL1Node::kNone) PushAlternative(alternative, step->IsPure);
 
-    bool matched = false;
+    // The node was chosen because it can start here: of what it matches, the next byte is known to fit.
+    bool matched = true;
     switch (step->Kind) {
       case TLL1Node::TKind::Literal:
         matched = MatchLiteral(*step);
         break;
       case TLL1Node::TKind::WordEnd:
-        matched = Next() == TStartSet::kEnd || !WordCharacters()[Next()];
         break;
       case TLL1Node::TKind::One:
-        matched = MatchOne(*step);
+        ++FPosition;
         break;
       case TLL1Node::TKind::Run:
-        matched = MatchRun(*step);
+        SkipRun(*step);
         break;
       case TLL1Node::TKind::HookedRule:
         matched = CallHook(*step);
@@ -92,29 +89,26 @@ bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
           return true;
         }
         step = &FProgram.Node(LeaveRule());
-        matched = true;
         break;
     }
-    if (matched && step->CannotFail) CutTo(FFrame);
+    if (matched && step->CannotFail && FHeight > FFrame) CutTo(FFrame);
     node = matched ? step->Child : TLL1Node::kNone;
   }
 }
 
 unsigned TLL1Machine::Next() const {
   const auto place = static_cast<size_t>(FPosition);
-  return place < FText.size() ? static_cast<uint8_t>(FText[place]) : TStartSet::kEnd;
+  return place < FText.size() ? static_cast<uint8_t>(FText[place]) : TLL1Program::kEnd;
 }
 
-inline int32_t TLL1Machine::FirstThatCanStart(int32_t node) const {
-  if (node == TLL1Node::kNone) return node;
-  const unsigned next = Next();
-  while (node != TLL1Node::kNone && !FProgram.Node(node).Starts.Has(next)) node = FProgram.Node(node).Sibling;
-  return node;
+inline void TLL1Machine::Push(const TEntry& entry) {
+  if (FHeight == FStack.size()) Grow();
+  FStack[FHeight++] = entry;
 }
 
-void TLL1Machine::Push(const TEntry& entry) {
-  if (FStack.size() == kMostEntries) FClient.RaiseTooDeep(FPosition + 1);
-  FStack.push_back(entry);
+void TLL1Machine::Grow() {
+  if (FStack.size() >= kMostEntries) FClient.RaiseTooDeep(FPosition + 1);
+  FStack.resize(FStack.size() * 2);
 }
 
 void TLL1Machine::PushAlternative(int32_t node, bool isPure) {
@@ -130,16 +124,15 @@ void TLL1Machine::PushAlternative(int32_t node, bool isPure) {
 // stand above one without in the same frame, so the lowest alternative tells.
 void TLL1Machine::CutTo(size_t size) {
   size_t lowest = size;
-  if (lowest < FStack.size() && FStack[lowest].Rule != kAlternative) ++lowest;
-  if (lowest < FStack.size() && FStack[lowest].Link != kNoCopy) FCopies.CutTo(FStack[lowest].Link);
-  FStack.resize(size);
+  if (lowest < FHeight && FStack[lowest].Rule != kAlternative) ++lowest;
+  if (lowest < FHeight && FStack[lowest].Link != kNoCopy) FCopies.CutTo(FStack[lowest].Link);
+  FHeight = size;
 }
 
 // Goes back to the last alternative that is left. The rules on the way to it have failed. The node to try.
 int32_t TLL1Machine::TakeAlternative() {
   for (;;) {
-    const TEntry entry = FStack.back();
-    FStack.pop_back();
+    const TEntry entry = FStack[--FHeight];
     if (entry.Rule == kAlternative) {
       if (entry.Link != kNoCopy) {
         FState.Assign(FCopies[entry.Link]);
@@ -169,7 +162,7 @@ int32_t TLL1Machine::EnterRule(const TLL1Node& node, int32_t index) {
   if (++FWork > FWorkLimit) CheckWork();
   if (!node.IsTail || (FIsRemembering && rule.IsRemembered)) {
     Push({index, FPosition, static_cast<int32_t>(FFrame), node.Argument});
-    FFrame = FStack.size();
+    FFrame = FHeight;
   }
   return rule.Entry;
 }
@@ -195,29 +188,21 @@ bool TLL1Machine::MatchLiteral(const TLL1Node& node) {
   const auto place = static_cast<size_t>(FPosition);
   if (length > FText.size() - place) return false;
   const char* literal = FProgram.Literal(node);
-  for (size_t i = 0; i < length; ++i)
+  for (size_t i = 1; i < length; ++i)
     if (FoldByte(static_cast<uint8_t>(FText[place + i])) != static_cast<uint8_t>(literal[i])) return false;
   FPosition += node.Length;
   return true;
 }
 
-bool TLL1Machine::MatchOne(const TLL1Node& node) {
-  const unsigned next = Next();
-  if (next == TStartSet::kEnd || FProgram.Terminal(node.Argument)[next] == 0) return false;
-  ++FPosition;
-  return true;
-}
-
-bool TLL1Machine::MatchRun(const TLL1Node& node) {
+void TLL1Machine::SkipRun(const TLL1Node& node) {
   const uint8_t* members = FProgram.Terminal(node.Argument);
   const char* const start = FText.data() + FPosition;
   const char* const end = FText.data() + FText.size();
-  const char* place = start;
+  const char* place = start + 1;
   while (place != end && members[static_cast<uint8_t>(*place)] != 0) ++place;
   const auto count = static_cast<int32_t>(place - start);
   FPosition += count;
   FWork += count;
-  return count > 0;
 }
 
 void TLL1Machine::CheckWork() {

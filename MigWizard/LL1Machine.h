@@ -56,8 +56,8 @@ class TLL1Machine {
   static constexpr int32_t kNoCopy = -1;
 
   bool RunFrom(int32_t node, size_t floor);
-  int32_t FirstThatCanStart(int32_t node) const;
   void Push(const TEntry& entry);
+  void Grow();
   void PushAlternative(int32_t node, bool isPure);
   void CutTo(size_t size);
   int32_t TakeAlternative();
@@ -67,8 +67,7 @@ class TLL1Machine {
   int32_t LeaveRule();
   bool CallHook(const TLL1Node& node);
   bool MatchLiteral(const TLL1Node& node);
-  bool MatchOne(const TLL1Node& node);
-  bool MatchRun(const TLL1Node& node);
+  void SkipRun(const TLL1Node& node);
   void CheckWork();
   unsigned Next() const;
 
@@ -77,7 +76,8 @@ class TLL1Machine {
   TParseState& FState;
   TStateStack& FCopies;
   std::string_view FText;
-  std::vector<TEntry> FStack;
+  std::vector<TEntry> FStack;  // FHeight of them are in use
+  size_t FHeight = 0;
   size_t FFrame = 0;      // where the entries of the rule under way begin, behind that of the rule itself
   int32_t FPosition = 0;  // counted from 0
   TLL1Memo FMemo;

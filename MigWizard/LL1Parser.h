@@ -53,7 +53,7 @@ class ENestingTooDeep : public rtl::Exception {
 class TLL1Parser {
  public:
   // How many nonterminals that go through ParseNonterminal may be open, one inside the other.
-  static constexpr int kMostNestedCalls = 4000;
+  static constexpr int kMostNestedCalls = 2000;
 
   // Makes the live state, with this parser as its owner.
   explicit TLL1Parser(TParseStateClass stateClass);

@@ -1,8 +1,10 @@
 #include "MigWizard/LL1Program.h"
 
 #include <algorithm>
+#include <bitset>
 #include <memory>
 #include <span>
+#include <utility>
 
 namespace mig {
 namespace {
@@ -36,33 +38,21 @@ void AddAlternative(TDraft& root, const std::vector<TLL1Item>& items) {
   place->EndsRule = true;
 }
 
-// With what something can begin.
+// With what something can begin: byte values, and the end of the text.
 struct TStart {
-  TStartSet Set;
+  std::bitset<TLL1Program::kEnd + 1> Set;
   bool IsNullable = false;  // it can match without reading anything
 
+  // Whether anything was new.
   bool Unite(const TStart& other) {
-    const bool isNew = other.IsNullable && !IsNullable;
+    const bool isNew = (other.IsNullable && !IsNullable) || (other.Set & ~Set).any();
     IsNullable = IsNullable || other.IsNullable;
-    return Set.Unite(other.Set) || isNew;
+    Set |= other.Set;
+    return isNew;
   }
 };
 
 }  // namespace
-
-void TStartSet::AddAll() {
-  std::fill_n(FBits, 4, ~uint64_t{0});
-  Add(kEnd);
-}
-
-bool TStartSet::Unite(const TStartSet& other) {
-  uint64_t added = 0;
-  for (size_t i = 0; i < std::size(FBits); ++i) {
-    added |= other.FBits[i] & ~FBits[i];
-    FBits[i] |= other.FBits[i];
-  }
-  return added != 0;
-}
 
 class TLL1Program::TBuilder {
  public:
@@ -82,8 +72,9 @@ class TLL1Program::TBuilder {
   int32_t TerminalIndex(const std::string& name);
   void FindImpureRules();
   bool ReachesHook(const TLL1Node& node) const;
-  void FindStarts();
-  TStart StartOf(const TLL1Node& node, std::span<const TStart> nodes, std::span<const TStart> rules) const;
+  std::vector<TStart> FindStarts() const;
+  void MakeChoices(const std::vector<TStart>& starts);
+  TStart StartOfStep(const TLL1Node& node) const;
   TStart StartOfList(int32_t first, std::span<const TStart> nodes) const;
 
   TLL1Node& Node(int32_t index) { return FProgram.FNodes[static_cast<size_t>(index)]; }
@@ -108,7 +99,7 @@ void TLL1Program::TBuilder::Build() {
     FNodeEnds.push_back(FProgram.FNodes.size());
   }
   FindImpureRules();
-  FindStarts();
+  MakeChoices(FindStarts());
 }
 
 // Lays out the nodes of a list of siblings, and what is behind them. The first of them.
@@ -215,59 +206,89 @@ void TLL1Program::TBuilder::FindImpureRules() {
   }
 }
 
-// The least sets that satisfy StartOf everywhere.
-void TLL1Program::TBuilder::FindStarts() {
-  std::vector<TStart> nodes(FProgram.FNodes.size());
+// By node. Those of rule references are the least sets that hold what the rule can begin with and, where that
+// can be nothing, what comes behind it.
+std::vector<TStart> TLL1Program::TBuilder::FindStarts() const {
+  std::vector<TStart> nodes;
+  for (const TLL1Node& node : FProgram.FNodes) nodes.push_back(StartOfStep(node));
   std::vector<TStart> rules(FProgram.FRules.size());
   for (bool changed = true; changed;) {
     changed = false;
     for (size_t i = nodes.size(); i-- > 0;) {  // children stand behind their parents
-      if (nodes[i].Unite(StartOf(FProgram.FNodes[i], nodes, rules))) changed = true;
+      const TLL1Node& node = FProgram.FNodes[i];
+      if (node.Kind != TLL1Node::TKind::Rule && node.Kind != TLL1Node::TKind::HookedRule) continue;
+      TStart start = rules[static_cast<size_t>(node.Argument)];
+      if (std::exchange(start.IsNullable, false)) start.Unite(StartOfList(node.Child, nodes));
+      if (nodes[i].Unite(start)) changed = true;
     }
     for (size_t i = 0; i < rules.size(); ++i) {
       if (rules[i].Unite(StartOfList(FProgram.FRules[i].Entry, nodes))) changed = true;
     }
   }
-  for (size_t i = 0; i < nodes.size(); ++i) {
-    FProgram.FNodes[i].Starts = nodes[i].Set;
-    if (nodes[i].IsNullable) FProgram.FNodes[i].Starts.AddAll();
-  }
+  return nodes;
 }
 
-TStart TLL1Program::TBuilder::StartOf(const TLL1Node& node, std::span<const TStart> nodes,
-                                      std::span<const TStart> rules) const {
-  TStart start;
+// With what the step can begin as far as it tells by itself.
+TStart TLL1Program::TBuilder::StartOfStep(const TLL1Node& node) const {
+  const auto setWhere = [](auto condition) {
+    TStart start;
+    for (unsigned next = 0; next <= kEnd; ++next) start.Set[next] = condition(next);
+    return start;
+  };
   switch (node.Kind) {
-    case TLL1Node::TKind::Literal:
-      for (unsigned byte = 0; byte < 256; ++byte) {
-        if (FoldByte(static_cast<uint8_t>(byte)) == static_cast<uint8_t>(*FProgram.Literal(node)))
-          start.Set.Add(byte);
-      }
-      return start;
+    case TLL1Node::TKind::Literal: {
+      const auto first = static_cast<uint8_t>(*FProgram.Literal(node));
+      return setWhere(
+          [&](unsigned next) { return next != kEnd && FoldByte(static_cast<uint8_t>(next)) == first; });
+    }
+    case TLL1Node::TKind::WordEnd:
+      return setWhere([&](unsigned next) { return next == kEnd || !WordCharacters()[next]; });
     case TLL1Node::TKind::One:
     case TLL1Node::TKind::Run:
-      for (unsigned byte = 0; byte < 256; ++byte)
-        if (FProgram.Terminal(node.Argument)[byte] != 0) start.Set.Add(byte);
+      return setWhere(
+          [&](unsigned next) { return next != kEnd && FProgram.Terminal(node.Argument)[next] != 0; });
+    case TLL1Node::TKind::UnknownRule: {
+      TStart start = setWhere([](unsigned) { return true; });  // so that it is reached, and noticed
+      start.IsNullable = true;
       return start;
+    }
+    case TLL1Node::TKind::Done:
+      return {{}, true};
     case TLL1Node::TKind::Rule:
     case TLL1Node::TKind::HookedRule:
-      start = rules[static_cast<size_t>(node.Argument)];
       break;
-    case TLL1Node::TKind::WordEnd:
-      start.IsNullable = true;
-      break;
-    case TLL1Node::TKind::UnknownRule:
-      start.Set.AddAll();
-      [[fallthrough]];
-    case TLL1Node::TKind::Done:
-      start.IsNullable = true;
-      return start;
   }
-  if (start.IsNullable) {
-    start.IsNullable = false;
-    start.Unite(StartOfList(node.Child, nodes));
+  return {};
+}
+
+void TLL1Program::TBuilder::MakeChoices(const std::vector<TStart>& starts) {
+  const auto canStart = [&](size_t node, unsigned next) {
+    return starts[node].IsNullable || starts[node].Set[next];
+  };
+  // Each node in turn parts the classes that it tells apart.
+  std::array<uint16_t, kEnd + 1>& classes = FProgram.FClasses;
+  size_t count = 1;
+  for (size_t i = 0; i < starts.size(); ++i) {
+    std::vector<int> numbers(2 * count, -1);
+    count = 0;
+    for (unsigned next = 0; next <= kEnd; ++next) {
+      int& number = numbers[2 * classes[next] + (canStart(i, next) ? 1U : 0U)];
+      if (number < 0) number = static_cast<int>(count++);
+      classes[next] = static_cast<uint16_t>(number);
+    }
   }
-  return start;
+  FProgram.FClassCount = count;
+  FProgram.FChoices.resize(starts.size() * count);
+  std::vector<unsigned> examples(count);
+  for (unsigned next = 0; next <= kEnd; ++next) examples[classes[next]] = next;
+  for (size_t i = starts.size(); i-- > 0;) {  // siblings stand behind each other
+    for (size_t k = 0; k < count; ++k) {
+      const int32_t sibling = FProgram.FNodes[i].Sibling;
+      FProgram.FChoices[i * count + k] = canStart(i, examples[k])
+                                             ? static_cast<int32_t>(i)
+                                             : FProgram.FirstThatCanStart(sibling, examples[k]);
+    }
+  }
 }
 
 TStart TLL1Program::TBuilder::StartOfList(int32_t first, std::span<const TStart> nodes) const {

@@ -5,10 +5,12 @@
 // choice gives the same outcome either way, since a step that starts from the same state ends in the same
 // state.
 //
-// Each node knows with which bytes its continuation can begin, so that alternatives that cannot match are
-// passed over.
+// From the bytes with which each node and what is behind it can begin, a table is made that tells which of a
+// list of nodes is the first worth trying. So alternatives that cannot match are passed over in one step.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -18,21 +20,6 @@
 #include "MigWizard/LL1Grammar.h"
 
 namespace mig {
-
-// A set of byte values and of the end of the text.
-class TStartSet {
- public:
-  static constexpr unsigned kEnd = 256;
-
-  bool Has(unsigned value) const { return (FBits[value >> 6] >> (value & 63) & 1) != 0; }
-  void Add(unsigned value) { FBits[value >> 6] |= uint64_t{1} << (value & 63); }
-  void AddAll();
-  // Adds what `other` holds. Whether anything was new.
-  bool Unite(const TStartSet& other);
-
- private:
-  uint64_t FBits[5] = {};
-};
 
 struct TLL1Node {
   enum class TKind : uint8_t {
@@ -45,7 +32,6 @@ struct TLL1Node {
     UnknownRule,  // an error as soon as it is reached
     Done,         // the rule has matched
   };
-  TStartSet Starts;  // with what a match of this node and of what is behind it can begin
   int32_t Argument = 0;
   int32_t Length = 0;
   int32_t Name = 0;         // of a reference: where its name stands
@@ -76,10 +62,17 @@ class TLL1Program {
   TLL1Program(const TLL1Grammar& grammar, const std::vector<std::string>& hooks,
               const TTerminalSource& terminals);
 
+  static constexpr unsigned kEnd = 256;  // stands for the end of the text, where a byte value is asked for
+
   // Rules in the order of the grammar's.
   const TLL1ProgramRule& Rule(int32_t index) const { return FRules[static_cast<size_t>(index)]; }
   const TLL1Node& Node(int32_t index) const { return FNodes[static_cast<size_t>(index)]; }
-  const TLL1Node* Nodes() const { return FNodes.data(); }
+  // The first of the node `first` and its further siblings that can match where the byte value `next` comes
+  // next, or kNone. Of a node that is no rule reference that byte is then certain to fit.
+  int32_t FirstThatCanStart(int32_t first, unsigned next) const {
+    if (first == TLL1Node::kNone) return first;
+    return FChoices[static_cast<size_t>(first) * FClassCount + FClasses[next]];
+  }
   const char* Literal(const TLL1Node& node) const { return FLiterals.data() + node.Argument; }
   // By byte value, 1 for a member.
   const uint8_t* Terminal(int32_t index) const { return FTerminals[static_cast<size_t>(index)].Members; }
@@ -98,6 +91,10 @@ class TLL1Program {
 
   std::vector<TLL1ProgramRule> FRules;
   std::vector<TLL1Node> FNodes;
+  // Byte values that no node tells apart are one class.
+  std::array<uint16_t, kEnd + 1> FClasses{};
+  size_t FClassCount = 0;
+  std::vector<int32_t> FChoices;  // by node, then by class
   std::string FLiterals;
   std::vector<TTerminal> FTerminals;
   std::vector<std::string> FNames;

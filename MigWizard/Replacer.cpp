@@ -15,6 +15,24 @@ namespace {
 constexpr char kLogName[] = "Wiz_Log.txt";
 constexpr char kTempPrefix[] = "$DS";
 
+// Whether two spellings name one file. Most that differ do not even look alike.
+bool IsSameFile(const std::string& left, const std::string& right) {
+  if (left == right) return true;
+  if (win::UpperFileName(left) != win::UpperFileName(right)) return false;
+  return win::FileSystem().GetLongPathNameA(left) == win::FileSystem().GetLongPathNameA(right);
+}
+
+std::string LastReason() {
+  return win::SysErrorMessage(win::GetLastError());
+}
+
+// A backup of an earlier run may be read-only, as its original was. It gives way.
+bool CopyBackup(const std::string& fileName, const std::string& backupName) {
+  if (win::CopyFileA(fileName, backupName, false)) return true;
+  return rtl::FileExists(backupName) && win::FileSystem().CopyPermissions(fileName, backupName) &&
+         win::CopyFileA(fileName, backupName, false);
+}
+
 // Runs `action` at the end of its block, also when an exception passes.
 template <typename TAction>
 class TFinally {
@@ -87,12 +105,17 @@ bool TComponentReplacer::RunFiles() {
   if (FOptions.MakeBackup) {
     FLog.WriteLine(SCreateBackupFolder);
     // A file of that name satisfies ForceFolders, and could hold no backup.
-    if (!ForceFolders(FOptions.BackupDir) || !rtl::DirectoryExists(FOptions.BackupDir))
+    if (!ForceFolders(FOptions.BackupDir) || !rtl::DirectoryExists(FOptions.BackupDir)) {
+      Warn(rtl::Format("The backup folder \"%s\" cannot be made. %s", {FOptions.BackupDir, LastReason()}));
       throw rtl::EFCreateError(SCannotCreateDir);
+    }
   }
   FLog.WriteLine(SAllocTempFolder);
   const std::string tempDir = CreateTempFolder(kTempPrefix, 1);
-  if (tempDir.empty()) throw rtl::EFCreateError(SCannotCreateDir);
+  if (tempDir.empty()) {
+    Warn(rtl::Format("No temporary folder can be made in \"%s\". %s", {win::GetTempPathA(), LastReason()}));
+    throw rtl::EFCreateError(SCannotCreateDir);
+  }
   const TFinally deleteTemp([&tempDir] { DeleteTempFolder(tempDir); });
 
   WalkUnits(tempDir);
@@ -108,6 +131,7 @@ void TComponentReplacer::WalkUnits(const std::string& tempDir) {
   FDatabases.Clear();
   FProcessed.clear();
   FNames.clear();
+  FCheckedNames.clear();
   FFolders.clear();
   const int firstAdded = FUnits.Count();
   bool prePass = FOptions.Dest == sdProject;
@@ -133,6 +157,7 @@ void TComponentReplacer::ReportProgress(int done, std::string_view fileName) con
 void TComponentReplacer::ProcessEntry(std::string fileName, const std::string& tempDir) {
   std::string relPath;
   if (FOptions.Dest == sdFolder) {
+    RefuseCaseTwin(rtl::ExtractFileDir(fileName));
     relPath = rtl::ExtractRelativePath(JoinPath(FOptions.Directory, ""), fileName);
     NeedFolder(JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
   } else {
@@ -147,25 +172,22 @@ void TComponentReplacer::ProcessEntry(std::string fileName, const std::string& t
 void TComponentReplacer::RefuseSecondFile(const std::string& fileName) {
   const std::string bareName = rtl::ExtractFileName(fileName);
   const auto [place, isNew] = FProcessed.try_emplace(win::UpperFileName(bareName), fileName);
-  if (isNew || win::UpperFileName(place->second) == win::UpperFileName(fileName)) return;
+  if (isNew || IsSameFile(place->second, fileName)) return;
   throw rtl::Exception(
       rtl::Format("Two files named \"%s\" cannot be converted in one project run: \"%s\" and \"%s\".",
                   {bareName, place->second, fileName}));
 }
 
 // On a host where names that differ in case alone can stand side by side, the temporary folder, the backup
-// folder and the undo file have one place for both. Two spellings of one file or folder are no such pair.
-void TComponentReplacer::RefuseCaseTwin(const std::string& fileName) {
-  for (size_t end = fileName.find('\\'); end != std::string::npos;) {
-    end = fileName.find('\\', end + 1);
-    const std::string name = fileName.substr(0, end);
-    const auto [place, isNew] = FNames.try_emplace(win::UpperFileName(name), name);
-    if (isNew || place->second == name) continue;
-    win::TFileSystem& disk = win::FileSystem();
-    if (disk.GetLongPathNameA(place->second) == disk.GetLongPathNameA(name)) continue;
-    throw rtl::Exception(rtl::Format(
-        "\"%s\" and \"%s\" differ in case alone and cannot be converted in one run.", {place->second, name}));
-  }
+// folder and the undo file have one place for both. `name` is a file or a folder of a folder run.
+void TComponentReplacer::RefuseCaseTwin(const std::string& name) {
+  if (!FCheckedNames.insert(name).second) return;
+  const size_t parent = name.rfind('\\');
+  if (parent != std::string::npos) RefuseCaseTwin(name.substr(0, parent));
+  const auto [place, isNew] = FNames.try_emplace(win::UpperFileName(name), name);
+  if (isNew || IsSameFile(place->second, name)) return;
+  throw rtl::Exception(rtl::Format(
+      "\"%s\" and \"%s\" differ in case alone and cannot be converted in one run.", {place->second, name}));
 }
 
 // The folders of a run are made once each, however many files come into them.
@@ -181,9 +203,9 @@ void TComponentReplacer::BackupFile(const std::string& fileName, const std::stri
   } else {
     backupName = JoinPath(FOptions.BackupDir, rtl::ExtractFileName(BackupFileName(fileName)));
   }
-  if (!win::CopyFileA(fileName, backupName, false)) {
-    Warn(rtl::Format("No backup of \"%s\" could be made. %s",
-                     {fileName, win::SysErrorMessage(win::GetLastError())}));
+  if (!CopyBackup(fileName, backupName)) {
+    const std::string reason = LastReason();
+    Warn(rtl::Format("No backup of \"%s\" could be made. %s", {fileName, reason}));
   }
   FUndoList.SetValue(fileName, backupName);
 }
@@ -192,15 +214,19 @@ bool TComponentReplacer::ReplaceOriginals(const std::string& tempDir) {
   if (FChangedFiles > 0) {
     FLog.WriteLine(SReplacingOriginals);
     if (!win::FileSystem().FlushWritten()) {
-      throw rtl::EWriteError(rtl::Format("Cannot write the changed files to the disk. %s",
-                                         {win::SysErrorMessage(win::GetLastError())}));
+      throw rtl::EWriteError(rtl::Format("Cannot write the changed files to the disk. %s", {LastReason()}));
     }
   }
-  if (FOptions.Dest == sdFolder) return CopyFolder(tempDir, FOptions.Directory);
+  const auto warn = [this](std::string_view fileName) {
+    Warn(rtl::Format("\"%s\" could not be replaced. %s", {fileName, LastReason()}));
+  };
+  if (FOptions.Dest == sdFolder) return CopyFolder(tempDir, FOptions.Directory, warn);
   bool succeeded = true;
   for (int i = 0; i < FUnits.Count(); ++i) {
     const std::string changed = JoinPath(tempDir, rtl::ExtractFileName(FUnits[i]));
-    if (rtl::FileExists(changed) && !win::CopyFileA(changed, FUnits[i], false)) succeeded = false;
+    if (!rtl::FileExists(changed) || win::CopyFileA(changed, FUnits[i], false)) continue;
+    warn(FUnits[i]);
+    succeeded = false;
   }
   return succeeded;
 }
@@ -208,7 +234,15 @@ bool TComponentReplacer::ReplaceOriginals(const std::string& tempDir) {
 // A run that changed nothing leaves the way back from an earlier one.
 void TComponentReplacer::WriteUndoFile() {
   const std::string undoName = JoinPath(FOptions.BackupDir, SUndoFileName);
-  if (FUndoList.Count() > 0 || !rtl::FileExists(undoName)) FUndoList.SaveToFile(undoName);
+  try {
+    if (FUndoList.Count() > 0 || !rtl::FileExists(undoName)) FUndoList.SaveToFile(undoName);
+  } catch (const rtl::EStreamError&) {
+    if (FChangedFiles > 0)
+      Warn(rtl::Format(
+          "The files are replaced, and their backups stand in \"%s\", but no undo file lists them.",
+          {FOptions.BackupDir}));
+    throw;
+  }
   FLog.WriteLine(rtl::Format(SBackupFile, {undoName}));
   for (int i = 0; i < FUndoList.Count(); ++i) {
     const std::string& line = FUndoList[i];
@@ -223,14 +257,22 @@ void TComponentReplacer::WriteUndoFile() {
 bool TComponentReplacer::Restore(std::string_view undoFile) {
   FUnits.LoadFromFile(undoFile);
   const TFinally clearUnits([this] { FUnits.Clear(); });
-  for (int i = 0; i < FUnits.Count(); ++i)
-    if (!rtl::FileExists(FUnits.Values(FUnits.Names(i)))) return false;
+  if (FUnits.Count() == 0) Warn("The undo file lists nothing.");
+  for (int i = 0; i < FUnits.Count(); ++i) {
+    if (rtl::FileExists(FUnits.Values(FUnits.Names(i)))) continue;
+    Warn(rtl::Format("There is no backup for this line of the undo file, so nothing was restored: %s",
+                     {FUnits[i]}));
+    return false;
+  }
   bool succeeded = false;
   for (int i = 0; i < FUnits.Count(); ++i) {
     const std::string_view name = FUnits.Names(i);
     ReportProgress(i, name);
     succeeded = win::CopyFileA(FUnits.Values(name), name, false);
-    if (!succeeded) break;
+    if (succeeded) continue;
+    Warn(rtl::Format("\"%s\" could not be restored, nor were the files behind it in the undo file. %s",
+                     {name, LastReason()}));
+    break;
   }
   return succeeded;
 }

@@ -92,7 +92,7 @@ class TComponentReplacer {
   void ReportProgress(int done, std::string_view fileName) const;
   void ProcessEntry(std::string fileName, const std::string& tempDir);
   void RefuseSecondFile(const std::string& fileName);
-  void RefuseCaseTwin(const std::string& fileName);
+  void RefuseCaseTwin(const std::string& name);
   void NeedFolder(const std::string& folder);
   void BackupFile(const std::string& fileName, const std::string& relPath);
   bool ReplaceOriginals(const std::string& tempDir);
@@ -122,8 +122,9 @@ class TComponentReplacer {
   TReplaceOptions& FOptions;
   std::unordered_map<std::string, std::string>
       FProcessed;  // of a project run: upper-cased bare name -> full name
-  std::unordered_map<std::string, std::string>
-      FNames;                                // changed files and their folders, by their upper-cased names
+  // Of a folder run: the folders of all files, and the changed files. By upper case, and each spelling met.
+  std::unordered_map<std::string, std::string> FNames;
+  std::unordered_set<std::string> FCheckedNames;
   std::unordered_set<std::string> FFolders;  // temporary and backup folders that stand
 };
 

@@ -81,6 +81,8 @@ void TComponentReplacer::ProcessForm(std::string_view text, const std::string& s
   const int changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output);
   LogChanges(changes);
   if (changes == 0) return;
+  if (text.size() < form.Text.size())
+    Warn(rtl::Format("%s: what stands behind a NUL character is not part of the form.", {sourceFile}));
   RefuseCaseTwin(sourceFile);
   rtl::TFileStream target(targetFile, rtl::fmCreate);
   WriteFormFile(target, output.Bytes(), form);

@@ -83,8 +83,7 @@ class TFormWriter {
     Place();
     Number("Width", 16, 300);
     Number("Height", 13, 40);
-    Line(std::string("Caption = '&") + FRandom.Pick(kNouns) + (FRandom.Percent(10) ? " '#39'A'#39" : "") +
-         "'");
+    Line(std::string("Caption = '&") + FRandom.Pick(kNouns) + (FRandom.Percent(10) ? " '#39'A'#39" : "'"));
     Line("TabOrder = " + std::to_string(FRandom.Below(30)));
     if (FRandom.Percent(30)) Line(std::string("OnClick = ") + FRandom.Pick(kNouns) + "Click");
     Close();

@@ -195,6 +195,35 @@ class Benchmarks:
             yield Row(f"Grammar, time a byte, last size by first: {name}", points[0][1] / points[-1][1], 1.5, True,
                       f"MB a second: {speeds}")
 
+    def conversion_rows(self):
+        """Both programs: text|binary INPUT OUTPUT REPEATS, on bare object streams; they print their fastest seconds."""
+        ours, theirs = os.path.join(self.bin, "FormConversionBench"), self.path("fpcforms")
+        if not os.path.exists(ours):
+            print("not built: FormConversionBench", file=sys.stderr)
+            return
+        self.run(["fpc", "-O3", "-FU" + self.folder, "-o" + theirs, os.path.join("bench", "fpcforms.pas")])
+        tree, _ = self.make("conversion", "--form", 15 * MB, "--objects", 6000)
+        text, binary = os.path.join(tree, "Big.dfm"), self.path("conversion.bin")
+        self.run([theirs, "binary", text, binary, "1"])
+        for kind, source in (("binary", text), ("text", binary)):
+            seconds, outputs = {ours: [], theirs: []}, {}
+            for _ in range(self.rounds):
+                for program in (theirs, ours):
+                    output = self.path("conversion.out")
+                    printed = subprocess.run([program, kind, source, output, "3"], check=True, capture_output=True)
+                    seconds[program].append(float(printed.stdout.split()[-1]))
+                    if kind == "text":  # the two lay text out differently: what both mean is compared
+                        self.run([theirs, "binary", output, output + ".bin", "1"])
+                        output += ".bin"
+                    with open(output, "rb") as file:
+                        outputs[program] = file.read()
+            ratio = statistics.median(a / b for a, b in zip(seconds[theirs], seconds[ours]))
+            size = os.path.getsize(source)
+            yield Row(f"Free Pascal's conversion to {kind}, beside ours", ratio, 10, False,
+                      f"a form of {size / MB:.0f} MB; {size / MB / statistics.median(seconds[theirs]):.0f} MB a second "
+                      f"to {size / MB / statistics.median(seconds[ours]):.0f}; "
+                      f"outputs {'equal' if outputs[ours] == outputs[theirs] else 'differ'}")
+
     def scanner_rows(self):
         results = self.google("ScannerBench")
         for text in ("unit", "form") if results else ():
@@ -231,7 +260,7 @@ def main():
     parser.add_argument("build")
     parser.add_argument("--quick", action="store_true", help="a tenth of the tree, three pairs: does it run at all?")
     parser.add_argument("--only", action="append", default=[], metavar="GROUP",
-                        choices=["tree", "disk", "form", "grammar", "scanner"])
+                        choices=["tree", "disk", "form", "grammar", "conversion", "scanner"])
     arguments = parser.parse_args()
     rounds, units = (3, 300) if arguments.quick else (9, 3000)
     rows = []
@@ -244,7 +273,7 @@ def main():
                     print(f"{row.value:8.2f}  {row.name}", file=sys.stderr)
                     rows.append(row)
 
-    groups = arguments.only or ["tree", "disk", "form", "grammar", "scanner"]
+    groups = arguments.only or ["tree", "disk", "form", "grammar", "conversion", "scanner"]
     in_memory = os.path.isdir(MEMORY) and shutil.disk_usage(MEMORY).free > 2 * GB
     measure(MEMORY if in_memory else None, [group for group in groups if group != "disk"])
     if in_memory and "disk" in groups:

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Builds what is measured, runs all benchmarks, and writes docs/benchmarks.md.
 #
-#   ./bench/run.sh [--quick] [--only GROUP]...    GROUP: tree, disk, form, grammar, scanner. With either the table is only printed.
+#   ./bench/run.sh [--quick] [--only GROUP]...    with either the table is only printed
 #
+# GROUP: tree, disk, form, grammar, conversion, scanner.
 # The build folder is build/bench, or what KVA_BUILD names. Exit status 1: a target was missed.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."

@@ -22,7 +22,7 @@ constexpr char kExamples[] = R"(Examples:
       all options of a command
 
 Exit status: 0 done; 1 some file could not be put in place; 2 wrong command line; 3 stopped by an error, with
-the originals untouched; 130 stopped by Ctrl-C, with the originals untouched.)";
+the originals untouched unless the message says otherwise; 130 stopped by Ctrl-C, with the originals untouched.)";
 
 constexpr char kReplaceExamples[] = R"(What it does:
   Each file that changes is copied to the backup folder first, under an extension with "~" (Unit1.~pas), and the
@@ -70,6 +70,19 @@ void AddEnvironment(CLI::App* command, TCommandLine& line) {
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
+void AddCodePage(CLI::App* command, TCommandLine& line) {
+  command->add_option("--codepage", line.CodePage, "Code page of sources without a mark (default: 1252)")
+      ->check(CLI::IsMember(win::SupportedCodePages()))
+      ->type_name("N");
+}
+
+void AddCatalogueFile(CLI::App* command, TCommandLine& line) {
+  command
+      ->add_option("--catalogue", line.Catalogue,
+                   "What the target classes publish, instead of what is built in")
+      ->type_name("FILE");
+}
+
 void AddReplace(CLI::App& app, TCommandLine& line) {
   CLI::App* command =
       app.add_subcommand("replace", "Convert the units of a folder or a project, and their forms");
@@ -110,13 +123,8 @@ void AddReplace(CLI::App& app, TCommandLine& line) {
       ->type_name("PATTERN")
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  command->add_option("--codepage", line.CodePage, "Code page of sources without a mark (default: 1252)")
-      ->check(CLI::IsMember(win::SupportedCodePages()))
-      ->type_name("N");
-  command
-      ->add_option("--catalogue", line.Catalogue,
-                   "What the target classes publish, instead of what is built in")
-      ->type_name("FILE");
+  AddCodePage(command, line);
+  AddCatalogueFile(command, line);
   AddEnvironment(command, line);
   command->parse_complete_callback([&line] { line.Command = TCommand::Replace; });
   command->callback([&line] {
@@ -132,23 +140,44 @@ void AddRestore(CLI::App& app, TCommandLine& line) {
   command->callback([&line] { line.Command = TCommand::Restore; });
 }
 
+void AddFormConversion(CLI::App* form, TCommandLine& line, TCommand conversion, const char* name,
+                       const char* about) {
+  CLI::App* command = form->add_subcommand(name, about);
+  command->footer(kFormExamples);
+  command->add_option("INPUT", line.Input, "A form file; a folder with --in-place; or -")->required();
+  command->add_option("OUTPUT", line.Output, "The file to write; or -");
+  command->add_flag("--in-place", line.InPlace,
+                    "Convert the file, or every form below the folder, where it is");
+  if (conversion == TCommand::FormToBinary)
+    command->add_flag("--bare", line.Bare, "Write the object stream alone, without a resource header");
+  AddCodePage(command, line);
+  AddEnvironment(command, line);
+  command->callback([&line, conversion] { line.Command = conversion; });
+}
+
+void AddForm(CLI::App& app, TCommandLine& line) {
+  CLI::App* form = app.add_subcommand("form", "Convert form files between their text and their binary form");
+  form->footer(kFormExamples);
+  form->require_subcommand(1);
+  AddFormConversion(form, line, TCommand::FormToText, "to-text",
+                    "Make text of binary forms, as the IDE writes it");
+  AddFormConversion(form, line, TCommand::FormToBinary, "to-binary", "Make binary forms of text");
+}
+
 void AddCatalogue(CLI::App& app, TCommandLine& line) {
   CLI::App* command = app.add_subcommand(
       "catalogue", "Print what the target classes publish, in the form that --catalogue reads");
-  command->add_option("--catalogue", line.Catalogue, "Print this one instead of what is built in")
-      ->type_name("FILE");
+  AddCatalogueFile(command, line);
   AddEnvironment(command, line);
   command->callback([&line] { line.Command = TCommand::Catalogue; });
 }
 
 void AddWizard(CLI::App& app, TCommandLine& line) {
-  CLI::App* command = app.add_subcommand("wizard", "Open the wizard's dialog, where the desktop part was built");
+  CLI::App* command =
+      app.add_subcommand("wizard", "Open the wizard's dialog, where the desktop part was built");
   command->add_option("PROJECT", line.Project, "The project or project group to open first");
-  command->add_option("--codepage", line.CodePage, "Code page of sources without a mark (default: 1252)")
-      ->check(CLI::IsMember(win::SupportedCodePages()))
-      ->type_name("N");
-  command->add_option("--catalogue", line.Catalogue, "What the target classes publish, instead of what is built in")
-      ->type_name("FILE");
+  AddCodePage(command, line);
+  AddCatalogueFile(command, line);
   AddEnvironment(command, line);
   command->callback([&line] { line.Command = TCommand::Wizard; });
 }
@@ -162,6 +191,7 @@ std::variant<TCommandLine, int> ParseCommandLine(int argc, const char* const* ar
   app.require_subcommand(1);
   AddReplace(app, line);
   AddRestore(app, line);
+  AddForm(app, line);
   AddCatalogue(app, line);
   AddWizard(app, line);
   try {

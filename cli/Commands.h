@@ -17,6 +17,7 @@ class EUsage : public rtl::Exception {
 
 int RunReplace(const TCommandLine& line);
 int RunRestore(const TCommandLine& line);
+int RunForm(const TCommandLine& line);
 int RunCatalogue(const TCommandLine& line);
 // Becomes the desktop program; comes back only when that cannot be started, with an exception.
 int RunWizard(const TCommandLine& line);

@@ -6,6 +6,7 @@
 #include "cli/Commands.h"
 #include "cli/Interrupt.h"
 #include "win/CodePage.h"
+#include "win/Diagnostics.h"
 #include "win/Drives.h"
 
 namespace cli {
@@ -26,28 +27,35 @@ int RunCommand(const TCommandLine& line) {
       return RunReplace(line);
     case TCommand::Restore:
       return RunRestore(line);
+    case TCommand::FormToText:
+    case TCommand::FormToBinary:
+      return RunForm(line);
     case TCommand::Catalogue:
       return RunCatalogue(line);
     case TCommand::Wizard:
       return RunWizard(line);
-    default:
-      return kExitUsage;
   }
+  return kExitUsage;
+}
+
+void PrintError(std::string_view message) {
+  std::fprintf(stderr, "kvamigrate: %.*s\n", static_cast<int>(message.size()), message.data());
 }
 
 int Main(int argc, char** argv) {
+  win::SetDiagnosticsSink(PrintError);
   const auto parsed = ParseCommandLine(argc, argv);
   if (const int* status = std::get_if<int>(&parsed)) return *status;
   try {
     return RunCommand(std::get<TCommandLine>(parsed));
   } catch (const EUsage& error) {
-    std::fprintf(stderr, "kvamigrate: %s\n", error.what());
+    PrintError(error.what());
     return kExitUsage;
   } catch (const rtl::EAbort& error) {
-    std::fprintf(stderr, "kvamigrate: %s\n", error.what());
+    PrintError(error.what());
     return kExitSignal + PendingInterrupt();
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "kvamigrate: %s\n", error.what());
+    PrintError(error.what());
     return kExitException;
   }
 }

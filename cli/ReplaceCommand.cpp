@@ -7,6 +7,7 @@
 #include "cli/Interrupt.h"
 #include "cli/PathPattern.h"
 #include "cli/Progress.h"
+#include "cli/TypedPath.h"
 #include "host/HostError.h"
 #include "host/ProjectChoice.h"
 #include "rtl/Streams.h"
@@ -20,13 +21,6 @@ namespace cli {
 namespace {
 
 constexpr char kDefaultBackupDir[] = "RBackup";
-
-std::string WindowsPath(const std::string& typed) {
-  std::string path = win::ToWindowsPath(typed);
-  if (path.empty())
-    throw EUsage("\"" + typed + "\" cannot be written as a Windows path; is its drive mapped?");
-  return path;
-}
 
 target::TCatalogue LoadCatalogue(const std::string& fileName) {
   if (fileName.empty()) return target::TCatalogue::BuiltIn();
@@ -78,10 +72,13 @@ class TRunWatch {
   std::string FFileName;
 };
 
-// What to do about a file that ends a run, as a pattern for --exclude.
+// What to do about a file that ends a run. In the pattern "?" stands for characters that would not stand for
+// themselves there, or between quotes of a shell.
 std::string ExcludeHint(const std::string& fileName, const std::string& base) {
-  return "Leave the file out with --exclude '" + rtl::ExtractRelativePath(mig::JoinPath(base, ""), fileName) +
-         "' to convert the others. No file was changed.";
+  std::string pattern = rtl::ExtractRelativePath(mig::JoinPath(base, ""), fileName);
+  for (char& c : pattern)
+    if (c == '[' || c == '*' || c == '\'') c = '?';
+  return "Leave the file out with --exclude '" + pattern + "' to convert the others. No file was changed.";
 }
 
 // What is to be scanned, as options of the run. The folder that log and backups belong to.

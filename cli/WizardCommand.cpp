@@ -1,6 +1,5 @@
-#include <unistd.h>
-
 #include <filesystem>
+#include <unistd.h>
 
 #include "cli/Commands.h"
 

@@ -9,6 +9,7 @@
 #include "host/HostServices.h"
 #include "rtl/SysUtils.h"
 #include "win/Diagnostics.h"
+#include "win/Drives.h"
 
 namespace host {
 
@@ -64,13 +65,16 @@ THost::~THost() {
 
 // --- Projects ---
 
-bool THost::OpenProject(std::string_view fileName, bool newGroup) {
+bool THost::OpenProject(std::string_view name, bool newGroup) {
+  // What the project names is taken from its folder, so that has to be a full path whoever the caller is.
+  std::string fileName = win::ToWindowsPath(name);
+  if (fileName.empty()) fileName = name;
   const bool isGroup = IsGroupKind(ProjectKindOf(fileName));
   TGroupFile group;
   if (isGroup) {
     group = ReadGroupFile(fileName);
   } else {
-    group.Projects.emplace_back(fileName);
+    group.Projects.push_back(fileName);
   }
   std::vector<TProjectFile> projects;
   for (const std::string& project : group.Projects) projects.push_back(ReadProjectFile(project));

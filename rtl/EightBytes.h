@@ -1,5 +1,5 @@
-// Questions about eight bytes at once, for the scans through strings that a byte at a time would be slow for. Each
-// answers for the whole: whether any of the bytes has the property.
+// Questions about eight bytes at once, for the scans through strings that a byte at a time would be slow for.
+// Each answers for the whole: whether any of the bytes has the property.
 #pragma once
 
 #include <cstdint>
@@ -19,8 +19,8 @@ class TEightBytes {
  private:
   static constexpr uint64_t kOnes = 0x0101010101010101;
   static constexpr uint64_t kHighBits = 0x8080808080808080;
-  // Not 0 if a byte is below `limit`. The subtraction borrows from a byte only where the one before it is, so that the
-  // answer for the whole is right.
+  // Not 0 if a byte is below `limit`. The subtraction borrows from a byte only where the one before it is, so
+  // that the answer for the whole is right.
   static uint64_t Below(uint64_t word, uint8_t limit) { return (word - kOnes * limit) & ~word & kHighBits; }
 
   uint64_t FWord;

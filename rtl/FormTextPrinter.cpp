@@ -14,19 +14,13 @@ namespace {
 
 constexpr size_t kLineLength = 64;    // characters of a string on a line, as they are in the string
 constexpr size_t kBytesPerLine = 32;  // of binary data
+constexpr uint32_t kUtf8CodePage = 65001;
 
-// Whether a character stands as itself between quotes; the quote is a case of its own. Narrow bytes from 128
-// up do.
-constexpr bool IsPlain(char byte) {
-  const uint8_t code = static_cast<uint8_t>(byte);
-  return code >= 32 && code != 127;
-}
-constexpr bool IsPlain(char16_t unit) {
-  return unit >= 32 && unit <= 126;
-}
+// Whether a byte of a narrow string stands as itself between quotes, as those from 128 up do. The quote does
+// not.
 constexpr auto kPlainBytes = [] {
   std::array<bool, 256> table{};
-  for (size_t byte = 0; byte < 256; ++byte) table[byte] = IsPlain(static_cast<char>(byte)) && byte != '\'';
+  for (size_t byte = 32; byte < 256; ++byte) table[byte] = byte != 127 && byte != '\'';
   return table;
 }();
 
@@ -49,29 +43,33 @@ const char* EndOfPlain(const char* at, const char* end) {
   return at;
 }
 
-// How much of `units` goes on one line. A double-byte character of the source code page is not cut in two.
+// How much of `units` goes on one line. A character of several bytes in the source code page is not cut in
+// two.
 size_t LineEndOf(std::u16string_view units) {
   return std::min(units.size(), kLineLength);
 }
 size_t LineEndOf(std::string_view bytes) {
   if (bytes.size() <= kLineLength) return bytes.size();
-  if (!win::IsDoubleByteCodePage()) return kLineLength;
-  size_t at = 0;
-  while (at < kLineLength) {
-    const bool pair = at + 1 < bytes.size() && win::IsDBCSLeadByte(static_cast<uint8_t>(bytes[at])) &&
-                      win::IsDBCSTrailByte(static_cast<uint8_t>(bytes[at + 1]));
-    at += pair ? 2 : 1;
+  size_t at = kLineLength;
+  if (win::GetACP() == kUtf8CodePage) {
+    while (at < bytes.size() && at < kLineLength + 3 && (bytes[at] & 0xC0) == 0x80) ++at;
+  } else if (win::IsDoubleByteCodePage()) {
+    for (at = 0; at < kLineLength;) {
+      const bool pair = at + 1 < bytes.size() && win::IsDBCSLeadByte(static_cast<uint8_t>(bytes[at])) &&
+                        win::IsDBCSTrailByte(static_cast<uint8_t>(bytes[at + 1]));
+      at += pair ? 2 : 1;
+    }
   }
   return at;
 }
 
-char* Blanks(char* out, size_t level) {
-  const size_t count = 2 * std::min(level, TFormTextPrinter::kDeepest);
+}  // namespace
+
+char* TFormTextPrinter::Blanks(char* out, size_t level) const {
+  const size_t count = 2 * std::min(level, FDeepest);
   std::memset(out, ' ', count);
   return out + count;
 }
-
-}  // namespace
 
 void TFormTextPrinter::Indent(size_t level) {
   FSink.Take(Blanks(FSink.Room(), level));

@@ -30,7 +30,7 @@ class TBinaryForm {
         FNext(data.data()),
         FEnd(data.data() + data.size()),
         FOptions(options),
-        FOut(sink, options.ForPeople) {}
+        FOut(sink, options.ForPeople, options.Indented) {}
 
   TBinaryInfo Convert();
 
@@ -105,8 +105,8 @@ void TBinaryForm::Fail(const char* at, std::string_view reason) const {
 }
 
 void TBinaryForm::FailShort(uint64_t count, std::string_view what) const {
-  Fail(FNext, std::string(what) + " of " + std::to_string(count) + " bytes, but only " + std::to_string(Left()) +
-                  " are left");
+  Fail(FNext, std::string(what) + " of " + std::to_string(count) + " bytes, but only " +
+                  std::to_string(Left()) + " are left");
 }
 
 void TBinaryForm::FailEnd(std::string_view what) const {
@@ -188,7 +188,7 @@ TBinaryInfo TBinaryForm::Convert() {
     }
   }
   FInfo.Size = static_cast<size_t>(FNext - FBegin);
-  return FInfo;
+  return std::move(FInfo);
 }
 
 void TBinaryForm::ObjectHeader() {
@@ -222,6 +222,7 @@ void TBinaryForm::ObjectHeader() {
     FNext = end;
   }
   FOut.EndLine();
+  if (FPath.Empty()) FInfo.ClassName = className;
   Open(TFormNode::Properties, name.empty() ? className : name);
 }
 
@@ -245,7 +246,7 @@ void TBinaryForm::Properties(TFormFrame& frame) {
   // Until the list ends or a value opens a level of its own.
   const size_t depth = FPath.Depth();
   const size_t level = Level();
-  while (!EndOfList("a property")) {
+  while (frame.Property = {}, !EndOfList("a property")) {
     frame.Property = Name(TNameKind::Plain, "a property's name");
     FOut.PropertyName(level, frame.Property);
     Value(level);
@@ -257,7 +258,6 @@ void TBinaryForm::Properties(TFormFrame& frame) {
     FOut.Text("end");
     FPath.Pop();
   } else {
-    frame.Property = {};
     frame.Node = TFormNode::Children;
   }
 }
@@ -400,7 +400,7 @@ void TBinaryForm::Utf8String(std::string_view bytes, size_t level) {
 }  // namespace
 
 TBinaryInfo ObjectBinaryToText(std::string_view binary, TByteSink& text, const TBinaryTextOptions& options) {
-  const TBinaryInfo info = TBinaryForm(binary, text, options).Convert();
+  TBinaryInfo info = TBinaryForm(binary, text, options).Convert();
   text.Flush();
   return info;
 }
@@ -419,7 +419,7 @@ TBinaryInfo ObjectBinaryToText(TStream& input, TStream& output, const TBinaryTex
   const int64_t start = input.Position();
   const std::string binary = input.ReadToEnd();
   TStreamSink sink(output);
-  const TBinaryInfo info = ObjectBinaryToText(binary, sink, options);
+  TBinaryInfo info = ObjectBinaryToText(binary, sink, options);
   input.SetPosition(start + static_cast<int64_t>(info.Size));
   return info;
 }

@@ -22,6 +22,7 @@ namespace rtl {
 
 struct TBinaryTextOptions {
   bool ForPeople = false;  // how strings are spelled: rtl/FormTextPrinter.h
+  bool Indented = true;    // blanks at the beginning of lines; text that nobody sees is shorter without
   size_t FirstOffset = 0;  // where in its file the data begins, for messages
 };
 
@@ -29,6 +30,7 @@ struct TBinaryTextOptions {
 struct TBinaryInfo {
   size_t Size = 0;                    // bytes of the object data; what follows them was not read
   TValueType EmptyString = vaString;  // how the first empty string is stored, as all of a file are
+  std::string ClassName;              // of the outermost object
 };
 
 // Appends the text of the object at the beginning of `binary` to `text`, which is flushed at the end. Raises

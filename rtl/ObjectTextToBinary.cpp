@@ -124,7 +124,7 @@ TTextInfo TTextForm::Convert() {
     }
   }
   FInfo.Size = FScanner.Offset();
-  return FInfo;
+  return std::move(FInfo);
 }
 
 bool TTextForm::AcceptObject(uint8_t& flags) {

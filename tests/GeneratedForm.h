@@ -1,5 +1,6 @@
-// Forms of any size in their binary form, the same on every machine: objects in objects, with properties such as those of
-// real forms. Only kinds of values for which all readers and writers of forms have the same rules.
+// Forms of any size in their binary form, the same on every machine: objects in objects, with properties such
+// as those of real forms. Only kinds of values for which all readers and writers of forms have the same
+// rules.
 #pragma once
 
 #include <cstdint>
@@ -39,17 +40,21 @@ class TGeneratedForm {
 
   void Integer() {
     // In the smallest kind that holds it.
-    const int64_t value = static_cast<int64_t>(FRandom()) * (Below(2) ? 1 : -1) >> Below(32);
-    const int64_t wide = Below(8) == 0 ? value * 5000000000 : value;
-    const auto fits = [wide](int bits) { return wide >= -(int64_t{1} << (bits - 1)) && wide < int64_t{1} << (bits - 1); };
+    int64_t wide = static_cast<int64_t>(FRandom());
+    wide >>= Below(32);
+    if (Below(2) == 0) wide = -wide;
+    if (Below(8) == 0) wide *= 1'000'000'000;
+    const auto fits = [wide](int bits) {
+      return wide >= -(int64_t{1} << (bits - 1)) && wide < int64_t{1} << (bits - 1);
+    };
     const int kind = fits(8) ? 2 : fits(16) ? 3 : fits(32) ? 4 : 19;
     Byte(static_cast<uint32_t>(kind));
     Raw(static_cast<uint64_t>(wide), kind == 2 ? 1 : kind == 3 ? 2 : kind == 4 ? 4 : 8);
   }
 
   void String(uint32_t longest) {
-    static constexpr std::string_view kWords[] = {"SELECT ", "CustNo", ", ",  " FROM orders ", "WHERE ",
-                                                  "O'Hara",  "&Name ", "1 = ", "\t",            "(c) \r\n"};
+    static constexpr std::string_view kWords[] = {
+        "SELECT ", "CustNo", ", ", " FROM orders ", "WHERE ", "O'Hara", "&Name ", "1 = ", "\t", "(c) \r\n"};
     std::string text;
     const size_t length = Below(longest);
     while (text.size() < length) text += kWords[Below(10)];
@@ -71,15 +76,28 @@ class TGeneratedForm {
   }
 
   void Property(uint32_t depth) {
-    static constexpr std::string_view kNames[] = {"Left", "Top", "Caption", "Font.Name", "TabOrder", "Items.Strings", "Glyph"};
+    static constexpr std::string_view kNames[] = {"Left",     "Top",           "Caption", "Font.Name",
+                                                  "TabOrder", "Items.Strings", "Glyph"};
     Name(kNames[Below(7)]);
     switch (Below(14)) {
-      case 0: String(60); break;
-      case 1: Byte(7), Name("clBtnFace"); break;
-      case 2: Byte(8 + Below(2)); break;
-      case 3: Byte(11), Name("akLeft"), Name("akTop"), Byte(0); break;
-      case 4: Byte(7), Name("DataModule2.Query1"); break;
-      case 5: Below(4) == 0 ? Data() : Integer(); break;
+      case 0:
+        String(60);
+        break;
+      case 1:
+        Byte(7), Name("clBtnFace");
+        break;
+      case 2:
+        Byte(8 + Below(2));
+        break;
+      case 3:
+        Byte(11), Name("akLeft"), Name("akTop"), Byte(0);
+        break;
+      case 4:
+        Byte(7), Name("DataModule2.Query1");
+        break;
+      case 5:
+        Below(4) == 0 ? Data() : Integer();
+        break;
       case 6:
         Byte(1);
         for (uint32_t i = Below(12); i-- > 0;) String(70);
@@ -95,8 +113,12 @@ class TGeneratedForm {
         }
         Byte(0);
         break;
-      case 8: Below(30) == 0 ? String(600) : Integer(); break;
-      default: Integer(); break;
+      case 8:
+        Below(30) == 0 ? String(600) : Integer();
+        break;
+      default:
+        Integer();
+        break;
     }
   }
   void Properties() {

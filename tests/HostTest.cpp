@@ -222,7 +222,7 @@ TEST_F(HostTest, ProjectsComeAndGo) {
   ASSERT_TRUE(FHost.OpenProject("C:\\App\\App.dpr", true));
   ASSERT_TRUE(FHost.OpenProject("C:\\Tool\\Tool.dpr", false));
   EXPECT_EQ(FHost.ActiveProject()->FileName(), "C:\\Tool\\Tool.dpr");
-  ASSERT_TRUE(FHost.OpenProject("c:\\app\\app.DPR", false));
+  ASSERT_TRUE(FHost.OpenProject("C:/app/x/../app.DPR", false));
   EXPECT_EQ(FHost.Group()->Count(), 2);
   FHost.OpenModule("C:\\App\\Main.pas");
   FHost.OpenModule("C:\\lib\\Shared.pas");

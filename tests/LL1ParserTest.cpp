@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
+#include "MigWizard/LL1Memo.h"
 #include "MigWizard/LL1Parser.h"
 #include "tests/PlainEngine.h"
 
@@ -58,18 +59,15 @@ TEST(LL1GrammarTest, RuleStringsAreSplitIntoAlternatives) {
 }
 
 TEST(LL1GrammarTest, SymbolsAreToldFromLiteralBrackets) {
-  const std::tuple<const char*, TSymbolKind, const char*> rows[] = {{"<a>x", TSymbolKind::Nonterminal, "<a>"},
-                                                                    {"<*a>", TSymbolKind::Terminal, "<*a>"},
-                                                                    {"<<a>", TSymbolKind::None, ""},
-                                                                    {"<>a>", TSymbolKind::None, ""},
-                                                                    {"<a<b>", TSymbolKind::None, ""},
-                                                                    {"<a", TSymbolKind::None, ""},
-                                                                    {"<", TSymbolKind::None, ""},
-                                                                    {"a<b>", TSymbolKind::None, ""}};
-  for (const auto& [text, kind, name] : rows) {
+  const std::pair<const char*, const char*> rows[] = {{"<a>x", "<a>"}, {"<*a>", "<*a>"}, {"<<a>", ""},
+                                                      {"<>a>", ""},    {"<a<b>", ""},    {"<a", ""},
+                                                      {"<", ""},       {"a<b>", ""}};
+  for (const auto& [text, name] : rows) {
     size_t position = 0;
     std::string_view found;
-    EXPECT_EQ(TLL1Grammar::ScanSymbol(text, position, found), kind) << text;
+    const TSymbolKind kind = TLL1Grammar::ScanSymbol(text, position, found);
+    EXPECT_EQ(kind == TSymbolKind::Terminal, found.substr(0, 2) == "<*") << text;
+    EXPECT_EQ(kind == TSymbolKind::None, found.empty()) << text;
     EXPECT_EQ(found, name);
     EXPECT_EQ(position, found.size());
   }
@@ -99,6 +97,8 @@ struct TVisit {
   bool operator==(const TVisit&) const = default;
 };
 
+using TRefusal = std::function<bool(const TVisit&)>;
+
 std::ostream& operator<<(std::ostream& out, const TVisit& visit) {
   return out << visit.Name << " " << visit.Start << ".." << visit.End;
 }
@@ -121,6 +121,7 @@ class TTracer : public TLL1Parser {
 
   std::vector<TVisit> Matched;
   TStrings Entered;
+  TRefusal Refuse;  // of a match that the grammar would take
 
  protected:
   class TTraceState : public TParseState {
@@ -147,7 +148,9 @@ class TTracer : public TLL1Parser {
       EXPECT_EQ(static_cast<size_t>(State().Pos), start);
       return false;
     }
-    Matched.push_back({std::string(name), start, static_cast<size_t>(State().Pos)});
+    const TVisit visit = {std::string(name), start, static_cast<size_t>(State().Pos)};
+    if (Refuse && Refuse(visit)) return false;
+    Matched.push_back(visit);
     ++static_cast<TTraceState&>(State()).Count;
     return true;
   }
@@ -157,13 +160,14 @@ class TPlainTracer : public plain::TEngine {
  public:
   std::vector<TVisit> Matched;
   TStrings Entered;
+  TRefusal Refuse;
 
  protected:
   bool ParseNonterminal(const std::string& name) override {
-    const size_t start = Pos;
+    const size_t start = FPos;
     Entered.push_back(name + std::to_string(start));
-    if (!TEngine::ParseNonterminal(name)) return false;
-    Matched.push_back({name, start, Pos});
+    if (!TEngine::ParseNonterminal(name) || Refuse({name, start, FPos})) return false;
+    Matched.push_back({name, start, FPos});
     return true;
   }
   std::function<void()> Snapshot() override {
@@ -233,6 +237,11 @@ TEST(LL1ParserTest, BothWaysOfRunningAgreeWithThePlainEngine) {
     TTracer letter(rules), machine(rules, hooks);
     for (const std::string& rule : rules) reference.AddRule(rule);
     reference.Words = {word};
+    const auto isHook = [&](const TVisit& visit) {
+      return std::find(hooks.begin(), hooks.end(), visit.Name) != hooks.end();
+    };
+    reference.Refuse = letter.Refuse =
+        machine.Refuse = [&](const TVisit& visit) { return visit.End % 5 == seed % 7 && isHook(visit); };
     letter.DeclareWords({word});
     machine.DeclareWords({word});
     if (seed % 3 != 0) machine.SetRereadAllowance(0);
@@ -247,7 +256,7 @@ TEST(LL1ParserTest, BothWaysOfRunningAgreeWithThePlainEngine) {
       bool expected = false;
       try {
         expected = reference.Parse(text, "<a>", position);
-      } catch (const plain::OutOfSteps&) {
+      } catch (const plain::EOutOfSteps&) {
         continue;
       }
       std::string description = text + " with";
@@ -264,9 +273,7 @@ TEST(LL1ParserTest, BothWaysOfRunningAgreeWithThePlainEngine) {
       ++matches;
       // Of the others the machine calls the start symbol alone.
       const TVisit start = reference.Matched.back();
-      std::erase_if(reference.Matched, [&](const TVisit& visit) {
-        return std::find(hooks.begin(), hooks.end(), visit.Name) == hooks.end();
-      });
+      std::erase_if(reference.Matched, [&](const TVisit& visit) { return !isHook(visit); });
       if (reference.Matched.empty() || !(reference.Matched.back() == start))
         reference.Matched.push_back(start);
       ASSERT_EQ(machine.Matched, reference.Matched);
@@ -334,6 +341,28 @@ TEST(LL1ParserTest, AParserCanBeUsedAgainAfterAnError) {
   TTracer unknownTerminal({"<a>-<*none>"});
   int64_t position = 1;
   EXPECT_THROW(static_cast<void>(unknownTerminal.Parse("x", "<a>", position)), rtl::EAssertionFailed);
+}
+
+TEST(LL1MemoTest, RecallsWhatWasStoredOrNothing) {
+  const auto result = [](int rule, int position) {
+    return position % 7 == 0 ? TLL1Memo::kFailed : position + rule;
+  };
+  TLL1Memo memo;
+  for (int epoch = 0; epoch < 2; ++epoch) {
+    int recalled = 0;
+    EXPECT_EQ(memo.Find(0, 1), TLL1Memo::kUnknown);
+    for (int i = 0; i < 1000000; ++i) memo.Store(i % 9, i / 9, result(i % 9, i / 9));
+    for (int i = 0; i < 1000000; ++i) {
+      ASSERT_EQ(memo.Find(9 + i % 9, i / 9), TLL1Memo::kUnknown);
+      const int found = memo.Find(i % 9, i / 9);
+      recalled += found == TLL1Memo::kUnknown ? 0 : 1;
+      if (found != TLL1Memo::kUnknown) {
+        ASSERT_EQ(found, result(i % 9, i / 9));
+      }
+    }
+    EXPECT_GT(recalled, 700000);
+    memo.Clear();
+  }
 }
 
 // The plain engine would try each of these for ages.

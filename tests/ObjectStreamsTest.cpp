@@ -182,6 +182,22 @@ TEST(ObjectStreamsTest, WhatFollowsTheObjectIsNotRead) {
   EXPECT_EQ(textInfo.ClassName, "TForm1");
 }
 
+TEST(ObjectStreamsTest, StreamsAreReadAndWrittenAtTheirPositions) {
+  const std::string binary = BinaryWith("\x09");
+  rtl::TMemoryStream input("head" + binary + "tail");
+  rtl::TMemoryStream text("....");
+  input.SetPosition(4);
+  text.SetPosition(2);
+  rtl::ObjectBinaryToText(input, text);
+  EXPECT_EQ(input.Position(), static_cast<int64_t>(4 + binary.size()));
+  EXPECT_EQ(text.Bytes(), ".." + TextWith("True"));
+  text.SetPosition(2);
+  rtl::TMemoryStream output("**");
+  output.SetPosition(2);
+  rtl::ObjectTextToBinary(text, output);
+  EXPECT_EQ(output.Bytes(), "**" + binary);
+}
+
 TEST(ObjectStreamsTest, EmptyStringsKeepTheKindOfTheirFile) {
   for (const char* hex : {"06 00", "0C 00 00 00 00", "12 00 00 00 00", "14 00 00 00 00"}) {
     const std::string binary = BinaryWith(FromHex(hex));
@@ -231,10 +247,12 @@ TEST(ObjectStreamsTest, LinesForPeople) {
   EXPECT_EQ(ToText(narrow(quotes), true), TextWith("\r\n    '" + std::string(63, 'q') + "'#10 +\r\n    #39"));
   EXPECT_EQ(ToBinary(ToText(narrow(quotes), true)), narrow(quotes));
   EXPECT_EQ(ToText(narrow(digits + "x")), TextWith("'" + digits + "x'"));
-  // A double-byte character stays on one line.
-  ASSERT_TRUE(win::SetACP(949));
-  EXPECT_EQ(ToText(narrow(std::string(63, 'a') + "\xB0\xA1z"), true),
-            TextWith("\r\n    '" + std::string(63, 'a') + "\xB0\xA1' +\r\n    'z'"));
+  // A character of two bytes stays on one line.
+  for (const auto& [codePage, character] : {std::pair{949, "\xB0\xA1"}, std::pair{65001, "\xC3\xA9"}}) {
+    ASSERT_TRUE(win::SetACP(static_cast<uint32_t>(codePage)));
+    EXPECT_EQ(ToText(narrow(std::string(63, 'a') + character + "z"), true),
+              TextWith("\r\n    '" + std::string(63, 'a') + character + "' +\r\n    'z'"));
+  }
   ASSERT_TRUE(win::SetACP(1252));
   const std::string hexLine = "\r\n    6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E6E";
   EXPECT_EQ(ToText(BinaryWith(FromHex("0A 21 00 00 00") + std::string(33, 'n'))),
@@ -278,7 +296,7 @@ TEST(ObjectStreamsTest, DamagedBinaryIsRefused) {
       {BinaryWith(FromHex("0E 02 05 02 01")),
        "Form data at offset 13: a collection item that is no list of properties (object A, property P[0])."},
       {FromHex("'TPF0' 01 'T' 01 'A' 00 01 'U' 00 01 'Q' 09"),
-       "Form data at offset 15: the data ends where a property must follow (object A.U, property Q)."},
+       "Form data at offset 15: the data ends where a property must follow (object A.U)."},
   };
   for (const auto& row : rows)
     EXPECT_EQ(ErrorOf([](auto b) { ToText(b); }, row.Binary), row.Message) << ToHex(row.Binary);

@@ -105,22 +105,22 @@ void TEngine::Prepare() {
 bool TEngine::Parse(const std::string& text, const std::string& start, size_t& position) {
   if (!FPrepared) Prepare();
   FPrepared = true;
-  Text = text;
-  Pos = position;
+  FText = text;
+  FPos = position;
   BeforeParse();
   const bool result = ParseNonterminal(start);
-  if (result) position = Pos;
+  if (result) position = FPos;
   return result;
 }
 
 bool TEngine::ParseNonterminal(const std::string& name) {
-  if (--Steps < 0) throw OutOfSteps(name);
+  if (--Steps < 0) throw EOutOfSteps(name);
   const auto rule = std::find_if(Rules.begin(), Rules.end(), [&](const auto& r) { return r.first == name; });
   for (const std::string& alternative : rule->second) {
-    const size_t pos = Pos;
+    const size_t pos = FPos;
     const auto restore = Snapshot();
     if (MatchAlternative(alternative)) return true;
-    Pos = pos;
+    FPos = pos;
     restore();
   }
   return false;
@@ -131,14 +131,15 @@ bool TEngine::MatchAlternative(const std::string& alternative) {
   const auto goesOn = [&] {
     const bool isWord = std::find(Words.begin(), Words.end(), literal) != Words.end();
     literal.clear();
-    return isWord && Pos <= Text.size() && InTerminal("<*chars_or_digits>", {}, Text[Pos - 1]);
+    return isWord && FPos <= FText.size() && InTerminal("<*chars_or_digits>", {}, FText[FPos - 1]);
   };
   for (size_t at = 0, end; at < alternative.size();) {
     const int kind = ScanSymbol(alternative, at, end);
     if (kind == 0) {
-      if (Pos > Text.size() || rtl::LowerCase(Text.substr(Pos - 1, 1))[0] != alternative[at]) return false;
+      if (FPos > FText.size() || rtl::LowerCase(FText.substr(FPos - 1, 1))[0] != alternative[at])
+        return false;
       literal += alternative[at++];
-      ++Pos;
+      ++FPos;
       continue;
     }
     if (goesOn()) return false;
@@ -151,9 +152,10 @@ bool TEngine::MatchAlternative(const std::string& alternative) {
 
 bool TEngine::ParseTerminal(const std::string& name) {
   const bool single = name == "<*char>" || name == "<*digit>" || name == "<*symbol>";
-  const size_t start = Pos;
-  while (Pos <= Text.size() && InTerminal(name, Delims, Text[Pos - 1]) && (Pos == start || !single)) ++Pos;
-  return Pos > start;
+  const size_t start = FPos;
+  while (FPos <= FText.size() && InTerminal(name, Delims, FText[FPos - 1]) && (FPos == start || !single))
+    ++FPos;
+  return FPos > start;
 }
 
 TFormEngine::TFormEngine(std::function<std::vector<TEntry>(const TEntry&)> convert)
@@ -180,15 +182,15 @@ std::function<void()> TFormEngine::Snapshot() {
 }
 
 bool TFormEngine::ParseNonterminal(const std::string& name) {
-  const size_t start = Pos;
+  const size_t start = FPos;
   if (name == "<nested_obj>" && ++FDepth == 1)
-    for (FNestedStart = Pos; FNestedStart > 1 && Text[FNestedStart - 2] == ' ';) --FNestedStart;
+    for (FNestedStart = FPos; FNestedStart > 1 && FText[FNestedStart - 2] == ' ';) --FNestedStart;
   const bool result = TEngine::ParseNonterminal(name);
-  const std::string token = result ? Text.substr(start - 1, Pos - start) : "";
+  const std::string token = result ? FText.substr(start - 1, FPos - start) : "";
   if (name == "<nested_obj>" && --FDepth == 0 && result) {
-    size_t end = Pos;
-    while (Delims.find(Text[end - 2]) != std::string::npos) --end;
-    const std::string nested = Text.substr(FNestedStart - 1, end - FNestedStart);
+    size_t end = FPos;
+    while (Delims.find(FText[end - 2]) != std::string::npos) --end;
+    const std::string nested = FText.substr(FNestedStart - 1, end - FNestedStart);
     if (!Holds(NestedObjects, nested)) NestedObjects.push_back(nested);
     FNestedStart = 0;
     ++FNestedCount;

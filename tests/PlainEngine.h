@@ -12,7 +12,8 @@
 namespace plain {
 
 // A parse that would take too long to wait for.
-struct OutOfSteps : std::runtime_error {
+class EOutOfSteps : public std::runtime_error {
+ public:
   using std::runtime_error::runtime_error;
 };
 
@@ -26,7 +27,7 @@ class TEngine {
       Rules;  // by name; once parsed, in trying order
   std::vector<std::string> Words;
   std::string Delims;   // the characters of <*delim>
-  long Steps = 200000;  // left before OutOfSteps
+  long Steps = 200000;  // left before EOutOfSteps
 
  protected:
   virtual bool ParseNonterminal(const std::string& name);
@@ -36,8 +37,8 @@ class TEngine {
   }
   virtual void BeforeParse() {}
 
-  std::string Text;
-  size_t Pos = 1;
+  std::string FText;
+  size_t FPos = 1;
 
  private:
   void Prepare();

@@ -207,6 +207,34 @@ TEST_F(RunTest, BadInput) {
   }
 }
 
+// Where both can stand, of two names that differ in case alone neither is written over for the other.
+TEST_F(RunTest, CaseTwins) {
+  const std::string twins = "\"<dir>\\src\\Sub\" and \"<dir>\\src\\sub\" differ in case alone";
+  FTree.Write("src/sub/C.pas", "unit C;");
+  EXPECT_NE(Failure<rtl::Exception>().find(twins), std::string::npos);
+  fs::remove_all(FTree.HostPath("src/sub"));
+
+  FTree.Write("src/a.DFM", "object X: TForm\r\nend\r\n");  // does not change
+  FTree.Write("src/C.pas", "{$R a.DFM}");
+  EXPECT_TRUE(Replacer().Replace());
+  EXPECT_EQ(FTree.Read("src/a.DFM"), "object X: TForm\r\nend\r\n");
+  EXPECT_NE(Read("src/A.dfm"), kForm);
+}
+
+TEST_F(RunTest, ReadOnlyFiles) {
+  chmod(FTree.HostPath("src/A.pas").c_str(), 0444);
+  EXPECT_FALSE(Replacer().Replace());
+  ASSERT_EQ(FWarnings.size(), 1U);
+  EXPECT_EQ(FWarnings[0], rtl::Format("\"%s\\src\\A.pas\" could not be replaced. Access is denied.",
+                                      {FTree.WindowsPath()}));
+  // The read-only backup of that run gives way to the next one's.
+  chmod(FTree.HostPath("src/A.pas").c_str(), 0644);
+  FTree.Write("src/A.pas", "{ TQuery, edited }");
+  EXPECT_TRUE(Replacer().Replace());
+  EXPECT_TRUE(Replacer().Restore(UndoFile()));
+  EXPECT_EQ(Read("src/A.pas"), "{ TQuery, edited }");
+}
+
 TEST_F(RunTest, RunWithoutChangesKeepsTheWayBack) {
   EXPECT_TRUE(Replacer().Replace());
   const std::string undo = Read("src/RBackup/RExpert.reu");

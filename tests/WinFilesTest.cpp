@@ -8,6 +8,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <thread>
 #include <unistd.h>
 
@@ -221,7 +222,11 @@ TEST_F(WinFilesTest, CopyTakesContentsTimeAndPermissions) {
     chmod(FTree.HostPath("target").c_str(), 0666);
     const bool isRoot = geteuid() == 0;
     ASSERT_TRUE(!isRoot || chown(FTree.HostPath("target").c_str(), 12, 34) == 0);
+    const bool isLabelled = setxattr(FTree.HostPath("target").c_str(), "user.kva", "label", 5, 0) == 0;
     EXPECT_EQ(Copy("source", "target"), ERROR_SUCCESS);
+    char label[8] = {};
+    EXPECT_EQ(getxattr(FTree.HostPath("target").c_str(), "user.kva", label, sizeof label),
+              isLabelled ? 5 : -1);
     EXPECT_TRUE(FTree.Read("target") == bytes) << bytes.size();
     struct stat info {};
     ASSERT_EQ(stat(FTree.HostPath("target").c_str(), &info), 0);

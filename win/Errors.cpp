@@ -6,7 +6,10 @@
 namespace win {
 namespace {
 
-thread_local uint32_t lastError = ERROR_SUCCESS;
+uint32_t& LastError() {
+  thread_local uint32_t code = ERROR_SUCCESS;
+  return code;
+}
 
 struct TErrorText {
   uint32_t Code;
@@ -41,10 +44,11 @@ constexpr TErrorText kTexts[] = {
 }  // namespace
 
 uint32_t GetLastError() {
-  return lastError;
+  return LastError();
 }
+
 void SetLastError(uint32_t code) {
-  lastError = code;
+  LastError() = code;
 }
 
 std::string SysErrorMessage(uint32_t code) {

@@ -5,21 +5,24 @@
 namespace win {
 namespace {
 
-TFileSystem* inForce = nullptr;
+TFileSystem*& InForce() {
+  static TFileSystem* inForce = nullptr;
+  return inForce;
+}
 
 }  // namespace
 
 TFileSystem& FileSystem() {
   static TPosixFileSystem host;
-  return inForce ? *inForce : host;
+  return InForce() ? *InForce() : host;
 }
 
-TFileSystemOverride::TFileSystemOverride(TFileSystem& replacement) : FPrevious(inForce) {
-  inForce = &replacement;
+TFileSystemOverride::TFileSystemOverride(TFileSystem& replacement) : FPrevious(InForce()) {
+  InForce() = &replacement;
 }
 
 TFileSystemOverride::~TFileSystemOverride() {
-  inForce = FPrevious;
+  InForce() = FPrevious;
 }
 
 }  // namespace win

@@ -112,7 +112,8 @@ class TFileSystem {
   [[nodiscard]] virtual std::string GetLongPathNameA(std::string_view path) = 0;
 
   // Brings everything that was written through this object since the last call to the disk, with the names
-  // under which it stands. After a failure it is open how much of it is there.
+  // under which it stands. Reports also what only came to light when one of the files was closed. After a
+  // failure it is open how much of it is there.
   [[nodiscard]] virtual bool FlushWritten() = 0;
 };
 

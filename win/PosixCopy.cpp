@@ -117,6 +117,11 @@ void KeepIdentity(const TPlace& target, const struct stat& existing, int fd, con
 #endif
 }
 
+// Media that keep no permissions, as FAT, refuse them; what is copied there is whole all the same.
+bool IsRefusedByMedium(int error) {
+  return error == EPERM || error == ENOTSUP || error == EINVAL || error == ENOSYS;
+}
+
 bool SetPermissionsAndTime(int fd, const struct stat& source) {
 #ifdef __APPLE__
   const timespec modified = source.st_mtimespec;
@@ -124,7 +129,8 @@ bool SetPermissionsAndTime(int fd, const struct stat& source) {
   const timespec modified = source.st_mtim;
 #endif
   const timespec times[2] = {{0, UTIME_OMIT}, modified};
-  return fchmod(fd, source.st_mode & 0777) == 0 && futimens(fd, times) == 0;
+  return (fchmod(fd, source.st_mode & 0777) == 0 || IsRefusedByMedium(errno)) &&
+         (futimens(fd, times) == 0 || IsRefusedByMedium(errno));
 }
 
 // Goes from a link to the place that it names, through further links. `exists` tells whether anything is

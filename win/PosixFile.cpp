@@ -12,10 +12,15 @@ namespace {
 // a regular file, and those pay no heed to it.
 constexpr int kOpenFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
+constexpr uint64_t kNever = UINT64_MAX;
+
 class TPosixFileHandle : public TFileHandle {
  public:
   TPosixFileHandle(TUniqueFd fd, TPlace place, dev_t device, TWrittenFiles& written)
       : FFd(std::move(fd)), FPlace(std::move(place)), FDevice(device), FWritten(written) {}
+  ~TPosixFileHandle() override {
+    if (!FFd.Close() && FNotedIn != kNever) FWritten.NoteFailure(errno);
+  }
 
   int64_t Read(void* buffer, size_t count) override {
     for (;;) {
@@ -59,7 +64,7 @@ class TPosixFileHandle : public TFileHandle {
   TPlace FPlace;
   dev_t FDevice;
   TWrittenFiles& FWritten;
-  uint64_t FNotedIn = UINT64_MAX;
+  uint64_t FNotedIn = kNever;
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <utility>
 
 namespace win {
 namespace {
@@ -55,7 +56,7 @@ void TWrittenFiles::Note(int fd, dev_t device, const TPlace& place) {
 }
 
 bool TWrittenFiles::Flush() {
-  int failure = 0;
+  int failure = std::exchange(FFailure, 0);
   const auto keep = [&failure](bool succeeded) {
     if (!succeeded && failure == 0) failure = errno;
   };

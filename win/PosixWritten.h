@@ -22,6 +22,10 @@ class TWrittenFiles {
   // The file open as `fd`, which lies on `device` at `place`, was written or is about to be.
   void Note(int fd, dev_t device, const TPlace& place);
 
+  // Closing a file that was noted failed with errno `number`: some systems tell only then that what was
+  // written could not be stored. The next Flush fails with it.
+  void NoteFailure(int number) { FFailure = number; }
+
   // Brings all that was noted to the disk, and the entries of the folders with it. False, with errno, if the
   // system could not; then it is open what has reached the disk. Afterwards nothing is noted any more.
   [[nodiscard]] bool Flush();
@@ -39,6 +43,7 @@ class TWrittenFiles {
   std::map<dev_t, TUniqueFd> FDevices;  // a file on each device
   bool FMany = false;
   bool FEverything = false;  // a descriptor could not be kept: only asking for all devices is left
+  int FFailure = 0;
   uint64_t FEpoch = 0;
 };
 

@@ -1,0 +1,172 @@
+// The container of form files, and the command that converts them.
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include "MigWizard/FormFile.h"
+#include "tests/HexText.h"
+#include "tests/TempTree.h"
+
+namespace {
+
+using tests::FromHex;
+using tests::ToHex;
+
+constexpr char kText[] = "object Form1: TForm1\r\n  Caption = 'It'#39's'\r\nend\r\n";
+constexpr char kTextInMemory[] = "object Form1: TForm1\r\nCaption = 'It''s'\r\nend\r\n";
+constexpr char kData[] = "'TPF0' 06 'TForm1' 05 'Form1' 07 'Caption' 06 04 'It' 27 's' 00 00";
+constexpr char kHeader[] = "FF 0A 00 'TFORM1' 00 30 10 21 00 00 00";
+
+mig::TFormFile Read(std::string bytes) {
+  rtl::TMemoryStream stream(std::move(bytes));
+  return mig::ReadFormFile(stream);
+}
+std::string Write(const mig::TFormFile& form, std::string_view output) {
+  rtl::TMemoryStream stream;
+  mig::WriteFormFile(stream, output, form);
+  return stream.TakeBytes();
+}
+
+TEST(FormFileTest, BinaryKeepsItsResourceName) {
+  struct {
+    const char* Header;
+    const char* Name;
+  } rows[] = {
+      {kHeader, "'TFORM1'"},
+      {"FF 0A 00 00 30 10 21 00 00 00", ""},
+      {"FF 0A 00 E9 'A' 00 30 10 21 00 00 00", "E9 'A'"},
+      {"FF 0A 00 FF 07 00 30 10 21 00 00 00", "FF 07"},  // the number 7
+      {"FF 0A 00 FF 00 01 30 10 21 00 00 00", "FF 00 01"},
+      {"FF 0A 00 FF 07 01 30 10 21 00 00 00", "FF 07 01"},
+      {"FF 0A 00 FF 00 00 30 10 21 00 00 00", "FF 00 00"},
+  };
+  for (const auto& row : rows) {
+    const std::string bytes = FromHex(row.Header) + FromHex(kData);
+    const mig::TFormFile form = Read(bytes);
+    EXPECT_TRUE(form.IsBinary);
+    EXPECT_EQ(form.Text, kTextInMemory);
+    EXPECT_EQ(ToHex(form.RCData.Name), ToHex(FromHex(row.Name)));
+    EXPECT_EQ(form.RCData.Size, 0x21);
+    EXPECT_EQ(ToHex(Write(form, form.Text)), ToHex(bytes));
+  }
+}
+
+TEST(FormFileTest, WrittenAnewWithItsSizeAndItsEmptyStrings) {
+  const std::string bytes =
+      FromHex("FF 0A 00 00 30 10 99 99 99 99 'TPF0' 01 'T' 00 01 'P' 12 00 00 00 00 00 00 'second copy'");
+  const mig::TFormFile form = Read(bytes);
+  EXPECT_EQ(form.RCData.TrailingBytes, 11u);
+  EXPECT_EQ(ToHex(Write(form, "object T P = '' Q = '' end")),
+            ToHex(FromHex("FF 0A 00 00 30 10 17 00 00 00 'TPF0' 01 'T' 00 01 'P' 12 00 00 00 00 01 'Q' 12 00 "
+                          "00 00 00 00 00")));
+}
+
+TEST(FormFileTest, TextKeepsItsEncoding) {
+  EXPECT_EQ(Write(Read(std::string("\xFF\xFEo\0", 4)), std::string_view("o\0", 2)),
+            std::string("\xFF\xFEo\0", 4));
+  for (const char* bytes : {"", "\xFF", "object A: T\n", "\xFF\x0A\x01"}) {
+    const mig::TFormFile form = Read(bytes);
+    EXPECT_FALSE(form.IsBinary);
+    EXPECT_EQ(Write(form, form.Text), bytes);
+  }
+  EXPECT_EQ(Write(Read("\xEF\xBB\xBFx"), "x"), "x");  // the mark of UTF-8 is not written
+}
+
+TEST(FormFileTest, DamageIsNamedByItsPlaceInTheFile) {
+  for (const auto& [bytes, message] : std::initializer_list<std::pair<std::string, const char*>>{
+           {FromHex("FF 0A"), "Form data at offset 2: the signature TPF0 is missing."},
+           {FromHex("FF 0A 00 'NAME'"), "Form data at offset 7: the signature TPF0 is missing."},
+           {FromHex("FF 0A 00 'NAME' 00 30"), "Form data at offset 9: the signature TPF0 is missing."},
+           {FromHex(kHeader) + "TPF0\1T",
+            "Form data at offset 22: an object's name of 1 bytes, but only 0 are left."}})
+    try {
+      Read(bytes);
+      ADD_FAILURE() << message;
+    } catch (const rtl::EFilerError& error) {
+      EXPECT_STREQ(error.what(), message);
+    }
+}
+
+class FormCommandTest : public testing::Test {
+ protected:
+  // "STATUS|standard output|standard error", with the tree's path as <dir>.
+  std::string Run(const std::string& arguments) {
+    const std::string command = "cd " + FTree.HostPath() + " && " + KVA_BINARY_DIR + "/cli/kvamigrate form " +
+                                arguments + " >out.txt 2>err.txt";
+    const int status = std::system(command.c_str());
+    std::string text =
+        std::to_string(WEXITSTATUS(status)) + "|" + FTree.Read("out.txt") + "|" + FTree.Read("err.txt");
+    for (size_t at; (at = text.find(FTree.HostPath())) != std::string::npos;)
+      text.replace(at, FTree.HostPath().size(), "<dir>");
+    return text;
+  }
+
+  const std::string FBare = FromHex(kData);
+  const std::string FBinary = FromHex(kHeader) + FBare;
+  tests::TTempTree FTree;
+};
+
+TEST_F(FormCommandTest, OneFile) {
+  FTree.Write("a.dfm", FBinary);
+  FTree.Write("bare", FBare);
+  FTree.Write("a.txt", kText);
+  for (const char* from : {"a.dfm", "bare", "a.txt"}) {
+    const std::string name = from;
+    EXPECT_EQ(Run("to-text " + name), std::string("0|") + kText + "|") << name;
+    EXPECT_EQ(Run("to-text - - <" + name), std::string("0|") + kText + "|") << name;
+    EXPECT_EQ(Run("to-binary " + name + " to"), "0||") << name;
+    EXPECT_EQ(ToHex(FTree.Read("to")), ToHex(FBinary)) << name;
+    EXPECT_EQ(Run("to-binary --bare " + name + " to"), "0||") << name;
+    EXPECT_EQ(ToHex(FTree.Read("to")), ToHex(FBare)) << name;
+  }
+  FTree.Write("utf16", std::string("\xFF\xFE"
+                                   "o\0b\0j\0e\0c\0t\0 \0T\0 \0P\0=\0'\0\xAC\x20'\0e\0n\0d\0\n\0",
+                                   38));
+  EXPECT_EQ(Run("to-binary --bare utf16 to"), "0||");
+  EXPECT_EQ(ToHex(FTree.Read("to")), ToHex(FromHex("'TPF0' 01 'T' 00 01 'P' 12 01 00 00 00 AC 20 00 00")));
+}
+
+TEST_F(FormCommandTest, WhatIsDroppedAndWhatIsRefused) {
+  FTree.Write("a.dfm", FBinary + "second");
+  EXPECT_EQ(Run("to-text a.dfm to"), "0||kvamigrate: a.dfm: 6 bytes behind the form are not part of it.\n");
+  EXPECT_EQ(FTree.Read("to"), kText);
+  EXPECT_EQ(Run("to-binary - to <to"), "0||");
+  FTree.Write("a.txt", "object T end end\r\n");
+  EXPECT_EQ(Run("to-binary a.txt to"), "0||kvamigrate: a.txt: 6 bytes behind the form are not part of it.\n");
+  FTree.Write("bad", "object T P = end");
+  EXPECT_EQ(
+      Run("to-binary bad to2"),
+      "3||kvamigrate: bad: Form text, line 1: the text ends inside an object (object T, property P).\n");
+  EXPECT_FALSE(FTree.Exists("to2"));
+  EXPECT_EQ(Run("to-text ."), "2||kvamigrate: \".\" is a folder; its forms are converted with --in-place.\n");
+  EXPECT_EQ(Run("to-text --in-place bad to"), "2||kvamigrate: --in-place takes no OUTPUT.\n");
+  EXPECT_EQ(Run("to-text --in-place -"), "2||kvamigrate: The standard input cannot be converted in place.\n");
+}
+
+TEST_F(FormCommandTest, AFolderInPlace) {
+  FTree.Write("src/A.dfm", FBinary);
+  FTree.Write("src/B.pas", FBinary);
+  FTree.Write("src/deep/er/C.NFM", FBinary);
+  FTree.Write("src/deep/D.DFM", kText);
+  FTree.Write("src/Bad.dfm", FBinary.substr(0, 40));
+  std::filesystem::permissions(FTree.HostPath("src/A.dfm"), std::filesystem::perms(0640));
+  const std::string bad =
+      "|kvamigrate: <dir>/src/Bad.dfm: Form data at offset 34: a property's name of 7 bytes, but only 6 are "
+      "left "
+      "(object Form1).\n";
+  EXPECT_EQ(Run("to-text --in-place src"), "1|Converted: 2, left as they are: 1, failed: 1\n" + bad);
+  EXPECT_EQ(FTree.Read("src/A.dfm"), kText);
+  EXPECT_EQ(std::filesystem::status(FTree.HostPath("src/A.dfm")).permissions(), std::filesystem::perms(0640));
+  EXPECT_EQ(FTree.Read("src/B.pas"), FBinary);
+  EXPECT_EQ(FTree.Read("src/deep/er/C.NFM"), kText);
+  EXPECT_EQ(FTree.Read("src/Bad.dfm"), FBinary.substr(0, 40));
+  EXPECT_EQ(Run("to-binary --in-place src/deep"), "0|Converted: 2, left as they are: 0, failed: 0\n|");
+  EXPECT_EQ(FTree.Read("src/deep/D.DFM"), FBinary);
+  std::filesystem::permissions(FTree.HostPath("src/A.dfm"), std::filesystem::perms(0440));
+  EXPECT_EQ(Run("to-binary --in-place src/A.dfm"),
+            "1|Converted: 0, left as they are: 0, failed: 1\n|kvamigrate: Cannot replace "
+            "\"<dir>/src/A.dfm\". Access is "
+            "denied.\n");
+}
+
+}  // namespace
