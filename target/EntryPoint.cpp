@@ -8,6 +8,7 @@
 #include "target/KVAExpert.h"
 #include "toolsapi/HostRuntime.h"
 #include "win/CodePage.h"
+#include "win/Diagnostics.h"
 #include "win/Drives.h"
 
 namespace {
@@ -45,6 +46,7 @@ void ShareRuntime(const TIntf<IHostRuntime>& runtime) {
     const std::string folder = runtime->GetDriveFolder(letter);
     if (!folder.empty()) static_cast<void>(win::MapDrive(letter, folder));
   }
+  win::SetDiagnosticsSink([runtime](std::string_view line) { runtime->RunWarning(line); });
   Watch(Migration().BDE(), runtime);
   Watch(Migration().IBX(), runtime);
 }
