@@ -1,7 +1,7 @@
 #include "desktop/RunRecord.h"
 
 #include "rtl/Streams.h"
-#include "rtl/SysUtils.h"
+#include "win/CodePage.h"
 
 namespace desktop {
 
@@ -24,16 +24,15 @@ void TRunRecord::Clear() {
 
 void TRunRecord::Note(std::string_view fileName) {
   if (fileName.empty()) return;
-  const auto [place, isNew] = FBefore.try_emplace(std::string(fileName));
+  const auto [place, isNew] = FBefore.try_emplace(win::UpperFileName(fileName));
   if (!isNew) return;
-  place->second = BytesOf(place->first);
-  FNames.push_back(place->first);
+  place->second = BytesOf(FNames.emplace_back(fileName));
 }
 
 std::vector<TRunRecord::TChange> TRunRecord::Changes() const {
   std::vector<TChange> changes;
   for (const std::string& name : FNames) {
-    const std::string& before = FBefore.at(name);
+    const std::string& before = FBefore.at(win::UpperFileName(name));
     std::string after = BytesOf(name);
     if (after != before) changes.push_back({name, before, std::move(after)});
   }

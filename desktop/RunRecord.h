@@ -30,7 +30,7 @@ class TRunRecord {
 
  private:
   std::vector<std::string> FNames;
-  std::unordered_map<std::string, std::string> FBefore;
+  std::unordered_map<std::string, std::string> FBefore;  // by upper-cased name
   std::string FLogFileName;
   std::string FWarnings;
 };
