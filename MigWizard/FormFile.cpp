@@ -94,8 +94,11 @@ TFormFile ReadFormFile(rtl::TStream& stream) {
   }
   const std::string bytes = stream.ReadToEnd();
   const std::string_view data = ReadFormHeader(bytes, form.RCData);
+  rtl::TBinaryTextOptions options;
+  options.Indented = false;
+  options.FirstOffset = bytes.size() - data.size();
   rtl::TBinaryInfo info;
-  form.Text = rtl::ObjectBinaryToText(data, {.FirstOffset = bytes.size() - data.size()}, info);
+  form.Text = rtl::ObjectBinaryToText(data, options, info);
   form.RCData.EmptyString = info.EmptyString;
   form.RCData.TrailingBytes = data.size() - info.Size;
   return form;

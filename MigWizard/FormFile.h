@@ -32,7 +32,7 @@ struct TFormFile {
   bool IsBinary = false;
   TRCData RCData;                                               // of a binary one
   const qrl::TEncoding* Encoding = &qrl::TEncoding::Default();  // Default for a binary one
-  std::string Text;                                             // without a mark
+  std::string Text;  // without a mark; that of a binary one without indentation
 };
 
 // Whether a file with these first bytes, of which three count, is a binary form file. One that the file does

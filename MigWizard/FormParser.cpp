@@ -112,8 +112,10 @@ bool TFormParser::ParseNestedObject(std::string_view name) {
     while (state.NestedStart > 1 && Text()[static_cast<size_t>(state.NestedStart) - 2] == ' ')
       --state.NestedStart;
   }
+  const int32_t start = state.Pos;
   const bool result = TLL1Parser::ParseNonterminal(name);
   if (--state.Depth == 0 && result) TakeNestedObject();
+  if (!result) FFailedObjects.push_back(start);
   return result;
 }
 
@@ -128,6 +130,7 @@ void TFormParser::TakeNestedObject() {
 }
 
 void TFormParser::BeforeParse() {
+  FFailedObjects.clear();
   ClearResults();
   // An exception leaves an earlier parse in the middle of its objects.
   LiveState().Depth = 0;

@@ -75,6 +75,9 @@ class TFormParser : public TLL1Parser {
 
   const std::vector<TFormProperty>& Properties() const { return FProperties; }
   const std::vector<std::string_view>& NestedObjects() const { return FNestedObjects.Texts(); }
+  // Where the last Parse tried to read a nested object and found none, counted from 1: to parse `<object>`
+  // there, in the same text, will fail again.
+  const std::vector<int32_t>& FailedObjects() const { return FFailedObjects; }
   const TFormParseState& FormState() const { return static_cast<const TFormParseState&>(State()); }
 
  protected:
@@ -103,6 +106,7 @@ class TFormParser : public TLL1Parser {
   bool IsPublished(std::string_view propName);
 
   TNestedObjects FNestedObjects;
+  std::vector<int32_t> FFailedObjects;
   std::string FNewType;
   std::vector<TFormProperty> FProperties;
   const rtl::TClassInfo* FNewClass = nullptr;  // that of FNewType, once it has been looked up

@@ -1,6 +1,7 @@
 #include "MigWizard/FormPass.h"
 
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "MigWizard/PasParser.h"
@@ -60,9 +61,8 @@ class TFormPass {
   }
 
   void ConvertObject(const std::string& newClass) {
-    FParser.SetNewType(newClass);
     auto position = static_cast<int64_t>(FStart) + 1;
-    if (!FParser.Parse(FText, "<object>", position)) {
+    if (!ParseObject(newClass, position)) {
       FFailed.push_back({FScanner.PrevPos(), FLexem.size(), &newClass});
       return;
     }
@@ -78,6 +78,16 @@ class TFormPass {
     FCopied = static_cast<size_t>(position) - 1;
     FScanner.SetPosition(FCopied);
     --FLevel;
+  }
+
+  // What could not be read as part of the object around it is not read once more: else a chain of objects
+  // without their ends would cost the square of its length.
+  bool ParseObject(const std::string& newClass, int64_t& position) {
+    if (FHopeless.contains(static_cast<int32_t>(position))) return false;
+    FParser.SetNewType(newClass);
+    if (FParser.Parse(FText, "<object>", position)) return true;
+    FHopeless.insert(FParser.FailedObjects().begin(), FParser.FailedObjects().end());
+    return false;
   }
 
   // Copies the text from where the last copy ended, with the new classes of objects that could not be parsed.
@@ -115,11 +125,12 @@ class TFormPass {
   std::string FPrinted;
   TFormObject FObject;
   int FChanges = 0;
-  int FLevel = -1;                    // of the object being read; the root object has level 0
-  size_t FStart = 0;                  // where the last keyword `object` begins
-  size_t FCopied = 0;                 // what lies before is in the output, or was replaced there
-  std::vector<TFailedClass> FFailed;  // in the order of the text
-  size_t FNextFailed = 0;             // the first that is not in the output yet
+  int FLevel = -1;                        // of the object being read; the root object has level 0
+  size_t FStart = 0;                      // where the last keyword `object` begins
+  size_t FCopied = 0;                     // what lies before is in the output, or was replaced there
+  std::vector<TFailedClass> FFailed;      // in the order of the text
+  std::unordered_set<int32_t> FHopeless;  // positions, counted from 1, where no object can be parsed
+  size_t FNextFailed = 0;                 // the first that is not in the output yet
 };
 
 }  // namespace

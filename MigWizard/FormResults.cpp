@@ -1,5 +1,7 @@
 #include "MigWizard/FormResults.h"
 
+#include <algorithm>
+
 #include "rtl/SysUtils.h"
 
 namespace mig {
@@ -42,6 +44,13 @@ void TFormProperty::Print(std::string& text) const {
     text.append(FIndent, ' ');
     text += TakeLine(rest);
   }
+}
+
+size_t TFormProperty::MostPrinted() const {
+  const std::string_view value = Value();
+  const auto lineEnds =
+      std::count(value.begin(), value.end(), '\r') + std::count(value.begin(), value.end(), '\n');
+  return value.size() + static_cast<size_t>(lineEnds) * (FIndent + 1);
 }
 
 void TNestedObjects::Add(std::string_view text) {

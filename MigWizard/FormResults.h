@@ -30,8 +30,8 @@ class TFormProperty {
   void IndentLines(size_t blanks) { FIndent += blanks; }
   // Appends the lines to `text`, with CR LF between them.
   void Print(std::string& text) const;
-  // About how long the printed lines are, in bytes.
-  size_t LengthHint() const { return Value().size() + FIndent; }
+  // The most bytes that Print appends.
+  size_t MostPrinted() const;
 
  private:
   std::string_view Value() const { return FMade.empty() ? FView : std::string_view(FMade); }

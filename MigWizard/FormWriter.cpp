@@ -18,17 +18,19 @@ void TFormParser::PrintObject(int level, std::string& text) {
   const TFormParseState& state = FormState();
   if (state.Keyword.empty() || state.ObjName.empty()) return;
 
+  const size_t indent = kIndentStep * static_cast<size_t>(std::max(level, 0));
+  const size_t inner = indent + kIndentStep;
   size_t length = 0;
-  for (const TFormProperty& property : FProperties) length += property.LengthHint();
+  for (TFormProperty& property : FProperties) {
+    property.IndentLines(inner + kIndentStep);
+    length += inner + property.Name().size() + property.MostPrinted() + kLineEnd.size();
+  }
   for (const std::string_view nested : NestedObjects()) length += nested.size() + kLineEnd.size();
   text.reserve(length);
 
-  const size_t indent = kIndentStep * static_cast<size_t>(std::max(level, 0));
-  const size_t inner = indent + kIndentStep;
   text.append(indent, ' ').append(state.Keyword).append(" ").append(state.ObjName).append(": ");
   text.append(FNewType.empty() ? state.ObjType : std::string_view(FNewType)).append(kLineEnd);
-  for (TFormProperty& property : FProperties) {
-    property.IndentLines(inner + kIndentStep);
+  for (const TFormProperty& property : FProperties) {
     text.append(inner, ' ').append(property.Name()).append(" = ");
     property.Print(text);
     text.append(kLineEnd);

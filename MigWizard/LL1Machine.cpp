@@ -54,19 +54,19 @@ bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
     const int32_t alternative = FProgram.FirstThatCanStart(step->Sibling, next);
     if (alternative != TLL1Node::kNone) PushAlternative(alternative, step->IsPure);
 
-    bool matched = false;
+    // The node was chosen because it can start here: of what it matches, the next byte is known to fit.
+    bool matched = true;
     switch (step->Kind) {
       case TLL1Node::TKind::Literal:
         matched = MatchLiteral(*step);
         break;
       case TLL1Node::TKind::WordEnd:
-        matched = next == TLL1Program::kEnd || !WordCharacters()[next];
         break;
       case TLL1Node::TKind::One:
-        matched = MatchOne(*step);
+        ++FPosition;
         break;
       case TLL1Node::TKind::Run:
-        matched = MatchRun(*step);
+        SkipRun(*step);
         break;
       case TLL1Node::TKind::HookedRule:
         matched = CallHook(*step);
@@ -89,7 +89,6 @@ bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
           return true;
         }
         step = &FProgram.Node(LeaveRule());
-        matched = true;
         break;
     }
     if (matched && step->CannotFail && FHeight > FFrame) CutTo(FFrame);
@@ -189,29 +188,21 @@ bool TLL1Machine::MatchLiteral(const TLL1Node& node) {
   const auto place = static_cast<size_t>(FPosition);
   if (length > FText.size() - place) return false;
   const char* literal = FProgram.Literal(node);
-  for (size_t i = 0; i < length; ++i)
+  for (size_t i = 1; i < length; ++i)
     if (FoldByte(static_cast<uint8_t>(FText[place + i])) != static_cast<uint8_t>(literal[i])) return false;
   FPosition += node.Length;
   return true;
 }
 
-bool TLL1Machine::MatchOne(const TLL1Node& node) {
-  const unsigned next = Next();
-  if (next == TLL1Program::kEnd || FProgram.Terminal(node.Argument)[next] == 0) return false;
-  ++FPosition;
-  return true;
-}
-
-bool TLL1Machine::MatchRun(const TLL1Node& node) {
+void TLL1Machine::SkipRun(const TLL1Node& node) {
   const uint8_t* members = FProgram.Terminal(node.Argument);
   const char* const start = FText.data() + FPosition;
   const char* const end = FText.data() + FText.size();
-  const char* place = start;
+  const char* place = start + 1;
   while (place != end && members[static_cast<uint8_t>(*place)] != 0) ++place;
   const auto count = static_cast<int32_t>(place - start);
   FPosition += count;
   FWork += count;
-  return count > 0;
 }
 
 void TLL1Machine::CheckWork() {

@@ -67,8 +67,7 @@ class TLL1Machine {
   int32_t LeaveRule();
   bool CallHook(const TLL1Node& node);
   bool MatchLiteral(const TLL1Node& node);
-  bool MatchOne(const TLL1Node& node);
-  bool MatchRun(const TLL1Node& node);
+  void SkipRun(const TLL1Node& node);
   void CheckWork();
   unsigned Next() const;
 

@@ -66,7 +66,7 @@ void Report(benchmark::State& state, const std::string& text) {
   state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(text.size()));
 }
 
-void BM_Parse(benchmark::State& state, TShape shape) {
+void Parse(benchmark::State& state, TShape shape) {
   const std::string text = shape(static_cast<int>(state.range(0)));
   target::TKVAFormParser parser(mig::ParseStateClass<mig::TFormParseState>());
   for (auto _ : state) {
@@ -76,7 +76,7 @@ void BM_Parse(benchmark::State& state, TShape shape) {
   Report(state, text);
 }
 
-void BM_ParseAndPrint(benchmark::State& state, TShape shape) {
+void ParseAndPrint(benchmark::State& state, TShape shape) {
   const std::string text = shape(static_cast<int>(state.range(0)));
   target::TKVAFormParser parser(mig::ParseStateClass<mig::TFormParseState>());
   std::string printed;
@@ -89,39 +89,33 @@ void BM_ParseAndPrint(benchmark::State& state, TShape shape) {
   Report(state, text);
 }
 
-BENCHMARK_CAPTURE(BM_Parse, ListLines, ListLines)
-    ->Name("ListLines")
-    ->RangeMultiplier(10)
-    ->Range(1000, 1000000);
-BENCHMARK_CAPTURE(BM_Parse, Properties, Properties)
-    ->Name("Properties")
-    ->RangeMultiplier(10)
-    ->Range(10, 100000);
-BENCHMARK_CAPTURE(BM_Parse, NestedObjects, NestedObjects)
+BENCHMARK_CAPTURE(Parse, ListLines, ListLines)->Name("ListLines")->RangeMultiplier(10)->Range(1000, 1000000);
+BENCHMARK_CAPTURE(Parse, Properties, Properties)->Name("Properties")->RangeMultiplier(10)->Range(10, 100000);
+BENCHMARK_CAPTURE(Parse, NestedObjects, NestedObjects)
     ->Name("NestedObjects")
     ->RangeMultiplier(10)
     ->Range(10, 10000);
-BENCHMARK_CAPTURE(BM_Parse, Levels, Levels)->Name("Levels")->RangeMultiplier(10)->Range(10, 1000);
-BENCHMARK_CAPTURE(BM_Parse, Pieces, Pieces)->Name("Pieces")->RangeMultiplier(10)->Range(10, 100000);
-BENCHMARK_CAPTURE(BM_Parse, CollectionItems, CollectionItems)
+BENCHMARK_CAPTURE(Parse, Levels, Levels)->Name("Levels")->RangeMultiplier(10)->Range(10, 1000);
+BENCHMARK_CAPTURE(Parse, Pieces, Pieces)->Name("Pieces")->RangeMultiplier(10)->Range(10, 100000);
+BENCHMARK_CAPTURE(Parse, CollectionItems, CollectionItems)
     ->Name("CollectionItems")
     ->RangeMultiplier(10)
     ->Range(10, 100000);
-BENCHMARK_CAPTURE(BM_Parse, BinaryLines, BinaryLines)
+BENCHMARK_CAPTURE(Parse, BinaryLines, BinaryLines)
     ->Name("BinaryLines")
     ->RangeMultiplier(10)
     ->Range(10, 100000);
-BENCHMARK_CAPTURE(BM_ParseAndPrint, ListLines, ListLines)
+BENCHMARK_CAPTURE(ParseAndPrint, ListLines, ListLines)
     ->Name("ListLines, printed")
     ->RangeMultiplier(10)
     ->Range(1000, 1000000);
-BENCHMARK_CAPTURE(BM_ParseAndPrint, Properties, Properties)
+BENCHMARK_CAPTURE(ParseAndPrint, Properties, Properties)
     ->Name("Properties, printed")
     ->RangeMultiplier(10)
     ->Range(10, 100000);
 
 // A parser of its own for each object, the compilation of the grammar included.
-void BM_Construct(benchmark::State& state) {
+void NewParser(benchmark::State& state) {
   const std::string text = Properties(1);
   for (auto _ : state) {
     target::TKVAFormParser parser(mig::ParseStateClass<mig::TFormParseState>());
@@ -129,6 +123,6 @@ void BM_Construct(benchmark::State& state) {
     if (!parser.Parse(text, "<object>", position)) return state.SkipWithError("the object was refused");
   }
 }
-BENCHMARK(BM_Construct)->Name("NewParser");
+BENCHMARK(NewParser);
 
 }  // namespace

@@ -65,13 +65,13 @@ size_t LineEndOf(std::string_view bytes) {
   return at;
 }
 
-char* Blanks(char* out, size_t level) {
-  const size_t count = 2 * std::min(level, TFormTextPrinter::kDeepest);
+}  // namespace
+
+char* TFormTextPrinter::Blanks(char* out, size_t level) const {
+  const size_t count = 2 * std::min(level, FDeepest);
   std::memset(out, ' ', count);
   return out + count;
 }
-
-}  // namespace
 
 void TFormTextPrinter::Indent(size_t level) {
   FSink.Take(Blanks(FSink.Room(), level));

@@ -16,8 +16,9 @@ namespace rtl {
 
 class TFormTextPrinter {
  public:
-  // Does not own `sink`.
-  TFormTextPrinter(TByteSink& sink, bool forPeople) : FSink(sink), FForPeople(forPeople) {}
+  // Does not own `sink`. Without `indented` every line begins in the first column.
+  TFormTextPrinter(TByteSink& sink, bool forPeople, bool indented)
+      : FSink(sink), FForPeople(forPeople), FDeepest(indented ? kDeepest : 0) {}
 
   void Text(std::string_view text) { FSink.Append(text); }
   // CR LF.
@@ -47,9 +48,11 @@ class TFormTextPrinter {
   void Line(std::string_view bytes);
   void Line(std::u16string_view units);
   void Code(unsigned code);
+  char* Blanks(char* out, size_t level) const;
 
   TByteSink& FSink;
   const bool FForPeople;
+  const size_t FDeepest;  // levels that are indented
 };
 
 }  // namespace rtl

@@ -30,7 +30,7 @@ class TBinaryForm {
         FNext(data.data()),
         FEnd(data.data() + data.size()),
         FOptions(options),
-        FOut(sink, options.ForPeople) {}
+        FOut(sink, options.ForPeople, options.Indented) {}
 
   TBinaryInfo Convert();
 

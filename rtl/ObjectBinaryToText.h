@@ -22,6 +22,7 @@ namespace rtl {
 
 struct TBinaryTextOptions {
   bool ForPeople = false;  // how strings are spelled: rtl/FormTextPrinter.h
+  bool Indented = true;    // blanks at the beginning of lines; text that nobody sees is shorter without
   size_t FirstOffset = 0;  // where in its file the data begins, for messages
 };
 

@@ -13,7 +13,7 @@ using tests::FromHex;
 using tests::ToHex;
 
 constexpr char kText[] = "object Form1: TForm1\r\n  Caption = 'It'#39's'\r\nend\r\n";
-constexpr char kTextInMemory[] = "object Form1: TForm1\r\n  Caption = 'It''s'\r\nend\r\n";
+constexpr char kTextInMemory[] = "object Form1: TForm1\r\nCaption = 'It''s'\r\nend\r\n";
 constexpr char kData[] = "'TPF0' 06 'TForm1' 05 'Form1' 07 'Caption' 06 04 'It' 27 's' 00 00";
 constexpr char kHeader[] = "FF 0A 00 'TFORM1' 00 30 10 21 00 00 00";
 
