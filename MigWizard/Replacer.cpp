@@ -79,10 +79,14 @@ void TComponentReplacer::Warn(std::string_view message) const {
   if (OnWarning) OnWarning(message);
 }
 
+std::string TComponentReplacer::LogFileName() const {
+  return FOptions.WriteLog ? JoinPath(RunFolder(), kLogName) : std::string();
+}
+
 bool TComponentReplacer::Replace() {
   FUndoList.Clear();
   FChangedFiles = 0;
-  const std::string logName = JoinPath(RunFolder(), kLogName);
+  const std::string logName = LogFileName();
   if (FOptions.WriteLog) FLog.Open(logName);
   bool succeeded = false;
   {

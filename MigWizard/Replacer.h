@@ -69,6 +69,8 @@ class TComponentReplacer {
   [[nodiscard]] bool Restore(std::string_view undoFile);
 
   TReplaceOptions& Options() const { return FOptions; }
+  // The full name of the log of a run with the present options; empty when they want none.
+  std::string LogFileName() const;
 
   // Called before each file of a run, and before the originals are replaced; an exception out of it stops the
   // run.
