@@ -1,5 +1,6 @@
 #include "desktop/ChangesView.h"
 
+#include <QEvent>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QSplitter>
@@ -92,6 +93,11 @@ void TChangesView::ShowRun(const TRunRecord& record) {
   FDiff->setPlainText(FChanges.empty() ? "No file was changed." : "");
   FFiles->setCurrentRow(FChanges.empty() ? -1 : 0);
   setCurrentIndex(FChanges.empty() && !record.Warnings().empty() ? 2 : 0);
+}
+
+void TChangesView::changeEvent(QEvent* event) {
+  QTabWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) ShowFile(FFiles->currentRow());
 }
 
 void TChangesView::AddMessage(const QString& line) {
