@@ -126,7 +126,7 @@ void TChangesView::ShowFile(int index) {
     isGap = false;
     const TDiffLine& line = lines[i];
     QTextBlockFormat format;
-    const QColor background = BackgroundOf(line.Kind, IsDark(*FDiff));
+    const QColor background = BackgroundOf(line.Kind, IsDark(*this));
     if (background.isValid()) format.setBackground(background);
     cursor.insertBlock(format);
     const char* const mark = line.Kind == TDiffLine::TKind::Removed ? " - "

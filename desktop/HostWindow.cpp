@@ -102,7 +102,7 @@ void THostWindow::MakePanes() {
   FChangesPane = addPane("ChangesPane", "Last run", FChanges, Qt::BottomDockWidgetArea);
   FChangesPane->hide();
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-  resizeDocks({FTreePane}, {270}, Qt::Horizontal);
+  resizeDocks({FTreePane}, {310}, Qt::Horizontal);
   FEditorState = new QLabel;
   statusBar()->addPermanentWidget(FEditorState);
 }
