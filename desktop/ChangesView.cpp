@@ -1,5 +1,6 @@
 #include "desktop/ChangesView.h"
 
+#include <QEvent>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QSplitter>
@@ -94,6 +95,11 @@ void TChangesView::ShowRun(const TRunRecord& record) {
   setCurrentIndex(FChanges.empty() && !record.Warnings().empty() ? 2 : 0);
 }
 
+void TChangesView::changeEvent(QEvent* event) {
+  QTabWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) ShowFile(FFiles->currentRow());
+}
+
 void TChangesView::AddMessage(const QString& line) {
   FMessages->appendPlainText(line);
 }
@@ -120,7 +126,7 @@ void TChangesView::ShowFile(int index) {
     isGap = false;
     const TDiffLine& line = lines[i];
     QTextBlockFormat format;
-    const QColor background = BackgroundOf(line.Kind, IsDark(*FDiff));
+    const QColor background = BackgroundOf(line.Kind, IsDark(*this));
     if (background.isValid()) format.setBackground(background);
     cursor.insertBlock(format);
     const char* const mark = line.Kind == TDiffLine::TKind::Removed ? " - "

@@ -20,6 +20,9 @@ class TChangesView : public QTabWidget {
   // A line at the end of the messages.
   void AddMessage(const QString& line);
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
   void ShowFile(int index);
 

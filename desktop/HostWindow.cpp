@@ -11,6 +11,7 @@
 #include <QStatusBar>
 #include <QTabWidget>
 
+#include "MigWizard/RExpertRes.h"
 #include "desktop/ChangesView.h"
 #include "desktop/FrontEnd.h"
 #include "desktop/MenuBinding.h"
@@ -18,6 +19,7 @@
 #include "desktop/QtText.h"
 #include "desktop/SourceEditor.h"
 #include "host/HostError.h"
+#include "rtl/Registry.h"
 #include "rtl/SysUtils.h"
 #include "toolsapi/HostRuntime.h"
 #include "win/Diagnostics.h"
@@ -28,6 +30,9 @@ namespace desktop {
 namespace {
 
 constexpr char kTitle[] = "Migration Wizard";
+constexpr char kSection[] = "Host Window";
+constexpr char kGeometry[] = "Geometry";
+constexpr int kMessageTime = 10000;  // milliseconds
 constexpr char kProjectFilter[] =
     "Projects and groups (*.dpr *.dpk *.dproj *.bdsproj *.bpg *.groupproj *.bdsgroup);;All files (*)";
 
@@ -51,9 +56,12 @@ THostWindow::THostWindow(TFrontEnd& frontEnd) : FFrontEnd(frontEnd) {
   win::SetDiagnosticsSink([this](std::string_view line) {
     FLastDiagnostic = line;
     FChanges->AddMessage(ToQt(line));
+    statusBar()->showMessage(ToQt(line), kMessageTime);
   });
   const QSize room = screen()->availableSize();
   resize(qMin(1180, room.width() * 9 / 10), qMin(780, room.height() * 9 / 10));
+  const rtl::TRegIniFile reg(mig::SRegistryRoot, rtl::KEY_READ_WRITE);
+  restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(reg.ReadString(kSection, kGeometry, ""))));
   ShowState();
 }
 
@@ -94,7 +102,7 @@ void THostWindow::MakePanes() {
   FChangesPane = addPane("ChangesPane", "Last run", FChanges, Qt::BottomDockWidgetArea);
   FChangesPane->hide();
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-  resizeDocks({FTreePane}, {270}, Qt::Horizontal);
+  resizeDocks({FTreePane}, {310}, Qt::Horizontal);
   FEditorState = new QLabel;
   statusBar()->addPermanentWidget(FEditorState);
 }
@@ -277,7 +285,7 @@ bool THostWindow::CloseModule() {
   if (page == nullptr) return true;
   host::TModule& module = *page->Editor().Module();
   if (dynamic_cast<host::TProject*>(&module) == nullptr) return module.Close();
-  delete page;
+  RemovePage(FPages->currentIndex());
   return true;
 }
 
@@ -304,6 +312,9 @@ void THostWindow::closeEvent(QCloseEvent* event) {
   bool isClosed = false;
   Run([&] { isClosed = CloseAll(); });
   event->setAccepted(isClosed);
+  if (!isClosed) return;
+  rtl::TRegIniFile reg(mig::SRegistryRoot, rtl::KEY_READ_WRITE);
+  reg.WriteString(kSection, kGeometry, saveGeometry().toBase64().toStdString());
 }
 
 // --- Editors ---
@@ -336,9 +347,16 @@ void THostWindow::ShowEditor(host::TFileEditor& editor) {
   ShowState();
 }
 
+// The page may be in the middle of the key that closes it.
+void THostWindow::RemovePage(int index) {
+  TSourceEditor* const page = Page(index);
+  FPages->removeTab(index);
+  page->deleteLater();
+}
+
 void THostWindow::RemoveClosedPages() {
   for (int i = FPages->count() - 1; i >= 0; --i) {
-    if (Page(i)->Editor().Module() == nullptr) delete Page(i);
+    if (Page(i)->Editor().Module() == nullptr) RemovePage(i);
   }
 }
 

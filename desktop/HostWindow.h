@@ -54,7 +54,6 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  struct TCommand;
   rtl::TMenuItem& AddItem(const char* parent, const char* name, const char* caption,
                           std::function<void()> onClick);
   void MakeMenu();
@@ -72,6 +71,7 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   void ShowEditor(host::TFileEditor& editor);
   TSourceEditor* PageOf(const host::TFileBuffer& buffer) const;
   TSourceEditor* Page(int index) const;
+  void RemovePage(int index);
   void RemoveClosedPages();
   void ShowAbout();
   host::TSaveAnswer AskToSave(const host::TModule& module);

@@ -10,7 +10,7 @@ namespace desktop {
 
 namespace {
 
-constexpr char kSection[] = "Host Window";
+constexpr char kSection[] = "Host Window";  // the window's own
 
 std::string Key(int index) {
   return "RecentProject" + std::to_string(index);

@@ -1,5 +1,6 @@
 #include "desktop/SourceEditor.h"
 
+#include <QEvent>
 #include <QFontDatabase>
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -45,8 +46,7 @@ TSourceEditor::TSourceEditor(host::TFileEditor& editor, QWidget* parent)
   setFont(SourceFont());
   setLineWrapMode(NoWrap);
   setTabStopDistance(fontMetrics().horizontalAdvance(' ') * kTabColumns);
-  const bool isForm = editor.Kind() == host::TFileEditor::TKind::Form;
-  new TSourceHighlighter(document(), isForm, IsDark(*this));  // the document's child
+  SetColors();
   connect(this, &QPlainTextEdit::blockCountChanged, this,
           [this] { setViewportMargins(NumbersWidth(), 0, 0, 0); });
   connect(this, &QPlainTextEdit::updateRequest, this, [this](const QRect& rect, int dy) {
@@ -59,6 +59,21 @@ TSourceEditor::TSourceEditor(host::TFileEditor& editor, QWidget* parent)
   connect(document(), &QTextDocument::contentsChange, this,
           [this](int position, int, int added) { TextChanged(position, added); });
   Load();
+}
+
+// The document tells of the colours' end as of a change.
+TSourceEditor::~TSourceEditor() {
+  disconnect(document(), nullptr, this, nullptr);
+}
+
+void TSourceEditor::SetColors() {
+  const bool isForm = FEditor.Kind() == host::TFileEditor::TKind::Form;
+  FHighlighter = std::make_unique<TSourceHighlighter>(document(), isForm, IsDark(*this));
+}
+
+void TSourceEditor::changeEvent(QEvent* event) {
+  QPlainTextEdit::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && FHighlighter) SetColors();
 }
 
 void TSourceEditor::Load() {
@@ -78,11 +93,9 @@ void TSourceEditor::Load() {
 }
 
 void TSourceEditor::BufferChanged() {
-  if (!FIsOwnChange && FEditor.Buffer().Bytes() != [this] {
-        QString missing;
-        return FSource->Encode(DocumentText(), missing).value_or("");
-      }())
-    Load();
+  if (FIsOwnChange) return;
+  QString missing;
+  if (FSource->Encode(DocumentText(), missing) != FEditor.Buffer().Bytes()) Load();
 }
 
 // As it stands in the page: what a program takes from it otherwise has no-break spaces made plain.

@@ -3,6 +3,9 @@
 #pragma once
 
 #include <QPlainTextEdit>
+#include <QSyntaxHighlighter>
+#include <functional>
+#include <memory>
 #include <optional>
 
 #include "desktop/SourceText.h"
@@ -12,8 +15,10 @@ namespace desktop {
 
 class TSourceEditor : public QPlainTextEdit {
  public:
-  // Raises what reading the file raises. The editor is not owned, and lives longer.
+  // Raises what reading the file raises. The editor is not owned; it may end before its page does,
+  // which then must not be shown any more.
   TSourceEditor(host::TFileEditor& editor, QWidget* parent);
+  ~TSourceEditor() override;
 
   host::TFileEditor& Editor() const { return FEditor; }
   // Takes the text from the buffer, unless it is this one's. The cursor stays on its line.
@@ -29,14 +34,17 @@ class TSourceEditor : public QPlainTextEdit {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   void Load();
+  void SetColors();
   void TextChanged(int position, int added);
   QString DocumentText() const;
 
   host::TFileEditor& FEditor;
   std::optional<TSourceText> FSource;
+  std::unique_ptr<QSyntaxHighlighter> FHighlighter;
   QWidget* FNumbers;
   bool FIsOwnChange = false;
 };

@@ -7,8 +7,10 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QTest>
+#include <QTextBlock>
 #include <QTimer>
 #include <QTreeWidget>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <map>
 
@@ -207,6 +209,40 @@ TEST_F(HostWindowTest, TreeShowsTheGroupAndActivates) {
   EXPECT_NE(
       FScratch.Read("config/Tarvex/registry.ini").find("RecentProject0=C:\\\\App\\\\LendDesk.groupproj"),
       std::string::npos);
+}
+
+// Every colour of the source can be read on its page, light or dark, also when the theme changes meanwhile.
+TEST_F(HostWindowTest, ColoursStandOutFromTheirPage) {
+  Open();
+  FWindow.OpenFile("C:\\App\\DataMod.pas");
+  Choose(kWizardItem, WholeRun());
+  const auto luminance = [](const QColor& color) {
+    const auto linear = [](double c) {
+      return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+  };
+  const QPalette light = QApplication::palette();
+  QPalette dark(QColor(0x353535), QColor(0x2B2B2B));
+  dark.setColor(QPalette::Base, QColor(0x1E1E1E));
+  for (const QPalette& palette : {light, dark}) {
+    QApplication::setPalette(palette);
+    QTest::qWait(20);
+    TakePicture();
+    const double page = luminance(FWindow.CurrentEditor()->palette().color(QPalette::Base));
+    int colors = 0;
+    for (QTextBlock block = FWindow.CurrentEditor()->document()->begin(); block.isValid();
+         block = block.next()) {
+      for (const QTextLayout::FormatRange& range : block.layout()->formats()) {
+        const double text = luminance(range.format.foreground().color());
+        EXPECT_GE((std::max(text, page) + 0.05) / (std::min(text, page) + 0.05), 4.5)
+            << block.text().toStdString();
+        ++colors;
+      }
+    }
+    EXPECT_GT(colors, 50);
+  }
+  QApplication::setPalette(light);
 }
 
 TEST_F(HostWindowTest, EditsAreMarkedSavedAndAskedFor) {
