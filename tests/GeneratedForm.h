@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "tests/HexText.h"
+
 namespace tests {
 
 class TGeneratedForm {
@@ -79,46 +81,34 @@ class TGeneratedForm {
     static constexpr std::string_view kNames[] = {"Left",     "Top",           "Caption", "Font.Name",
                                                   "TabOrder", "Items.Strings", "Glyph"};
     Name(kNames[Below(7)]);
-    switch (Below(14)) {
-      case 0:
-        String(60);
-        break;
-      case 1:
-        Byte(7), Name("clBtnFace");
-        break;
-      case 2:
-        Byte(8 + Below(2));
-        break;
-      case 3:
-        Byte(11), Name("akLeft"), Name("akTop"), Byte(0);
-        break;
-      case 4:
-        Byte(7), Name("DataModule2.Query1");
-        break;
-      case 5:
-        Below(4) == 0 ? Data() : Integer();
-        break;
-      case 6:
+    static const std::string kPlain[] = {FromHex("08"),
+                                         FromHex("09"),
+                                         FromHex("07 09 'clBtnFace'"),
+                                         FromHex("07 06 'DM2.Q1'"),
+                                         FromHex("0B 06 'akLeft' 05 'akTop' 00"),
+                                         FromHex("0E 00"),
+                                         FromHex("0D")};
+    const uint32_t kind = Below(14);
+    if (kind < 6) {
+      FBytes += kPlain[Below(7)];
+    } else if (kind == 6) {
+      Byte(1);
+      for (uint32_t i = Below(12); i-- > 0;) String(70);
+      Byte(0);
+    } else if (kind == 7 && depth < 3) {
+      Byte(14);
+      for (uint32_t i = Below(4); i-- > 0;) {
         Byte(1);
-        for (uint32_t i = Below(12); i-- > 0;) String(70);
+        for (uint32_t j = Below(4); j-- > 0;) Property(depth + 1);
         Byte(0);
-        break;
-      case 7:
-        if (depth > 2) return Integer();
-        Byte(14);
-        for (uint32_t i = Below(4); i-- > 0;) {
-          Byte(1);
-          for (uint32_t j = Below(4); j-- > 0;) Property(depth + 1);
-          Byte(0);
-        }
-        Byte(0);
-        break;
-      case 8:
-        Below(30) == 0 ? String(600) : Integer();
-        break;
-      default:
-        Integer();
-        break;
+      }
+      Byte(0);
+    } else if (kind == 8) {
+      String(Below(30) == 0 ? 600 : 60);
+    } else if (kind == 9 && Below(4) == 0) {
+      Data();
+    } else {
+      Integer();
     }
   }
   void Properties() {

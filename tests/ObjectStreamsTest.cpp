@@ -269,7 +269,7 @@ TEST(ObjectStreamsTest, DamagedBinaryIsRefused) {
       {"TPF0", "Form data at offset 4: the data ends where an object must follow."},
       {FromHex("'TPF0' F8 01 'T' 00"), "Form data at offset 4: unknown object flags."},
       {FromHex("'TPF0' F5 01 'T' 00"), "Form data at offset 4: unknown object flags."},
-      {FromHex("'TPF0' F2 09 01 'T' 00"), "Form data at offset 5: an object's position is no integer."},
+      {FromHex("'TPF0' F2 09 01 'T' 00"), "Form data at offset 5: an object's position that is no integer."},
       {FromHex("'TPF0' 00 00"), "Form data at offset 4: a class name that is no name."},
       {FromHex("'TPF0' 01 'T' 03 'A' 0D 0A"), "Form data at offset 6: an object's name that is no name."},
       {FromHex("'TPF0' 01 'T' 00 02 'P.' 00 00"),
