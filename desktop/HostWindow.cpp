@@ -190,7 +190,7 @@ void THostWindow::ShowState() {
   setWindowTitle(name + kTitle);
   for (int i = 0; i < FPages->count(); ++i) {
     host::TFileBuffer& buffer = Page(i)->Editor().Buffer();
-    const QString title = ToQt(rtl::ExtractFileName(buffer.FileName()));
+    const QString title = ToQt(rtl::ExtractFileName(buffer.FileName())).replace("&", "&&");
     FPages->setTabText(i, buffer.Modified() ? title + " *" : title);
   }
   TSourceEditor* const page = CurrentEditor();

@@ -205,7 +205,9 @@ TEST_F(HostWindowTest, TreeShowsTheGroupAndActivates) {
       tree.findItems("DataMod.dfm", Qt::MatchStartsWith | Qt::MatchRecursive).value(0);
   ASSERT_NE(form, nullptr);
   emit tree.itemActivated(form, 0);
-  EXPECT_TRUE(Shown().startsWith("object "));
+  EXPECT_TRUE(Shown().startsWith("object ") && !FWindow.CurrentEditor()->isReadOnly());
+  FWindow.OpenFile("C:\\App\\About.dfm");
+  EXPECT_TRUE(Shown().startsWith("object ") && FWindow.CurrentEditor()->isReadOnly()) << "a binary form";
   EXPECT_NE(
       FScratch.Read("config/Tarvex/registry.ini").find("RecentProject0=C:\\\\App\\\\LendDesk.groupproj"),
       std::string::npos);
@@ -254,6 +256,12 @@ TEST_F(HostWindowTest, EditsAreMarkedSavedAndAskedFor) {
   EXPECT_EQ(Text("About.pas"), before);
   Choose("FileClose", {Press(QMessageBox::Cancel)});
   ASSERT_NE(FWindow.CurrentEditor(), nullptr);
+  const fs::path file = FScratch.Folder() / "App/About.pas";
+  fs::permissions(file, fs::perms::owner_read);
+  Choose("FileSave", {Press(QMessageBox::Ok)});
+  EXPECT_EQ(FMessages.back(), "C:\\App\\About.pas: cannot be saved. Access is denied.");
+  EXPECT_EQ(Text("About.pas"), before);
+  fs::permissions(file, fs::perms::owner_write, fs::perm_options::add);
   Choose("FileSave");
   EXPECT_EQ(Text("About.pas"), "// \xE9\r\n" + before);
   EXPECT_FALSE(FWindow.CurrentEditor()->Editor().Buffer().Modified());
