@@ -35,6 +35,12 @@ class EFileConversion : public rtl::Exception {
   std::string FFileName;
 };
 
+// Two files of a run would take one place in its folders.
+class ETwinFiles : public rtl::Exception {
+ public:
+  using Exception::Exception;
+};
+
 // Where a run stands.
 struct TRunProgress {
   int Done = 0;               // files dealt with
