@@ -184,10 +184,10 @@ class Benchmarks:
         return {b["run_name"]: b for b in found if b.get("aggregate_name") == "median"}
 
     def grammar_rows(self):
-        """Names are BM_Parse/ROW/SIZE; a row is the time for each byte at its last size, by that at its first."""
+        """Names are ROW/SIZE; a row is the time for each byte at its last size, by that at its first."""
         rows = {}
-        for name, result in self.google("GrammarBench", "--benchmark_filter=BM_Parse/").items():
-            _, row, size = name.split("/")
+        for name, result in self.google("GrammarBench", "--benchmark_filter=/").items():
+            row, size = name.split("/")
             rows.setdefault(row, []).append((int(size), result["bytes_per_second"]))
         for name, points in rows.items():
             points.sort()
