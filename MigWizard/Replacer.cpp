@@ -79,10 +79,14 @@ void TComponentReplacer::Warn(std::string_view message) const {
   if (OnWarning) OnWarning(message);
 }
 
+std::string TComponentReplacer::LogFileName() const {
+  return FOptions.WriteLog ? JoinPath(RunFolder(), kLogName) : std::string();
+}
+
 bool TComponentReplacer::Replace() {
   FUndoList.Clear();
   FChangedFiles = 0;
-  const std::string logName = JoinPath(RunFolder(), kLogName);
+  const std::string logName = LogFileName();
   if (FOptions.WriteLog) FLog.Open(logName);
   bool succeeded = false;
   {
@@ -173,7 +177,7 @@ void TComponentReplacer::RefuseSecondFile(const std::string& fileName) {
   const std::string bareName = rtl::ExtractFileName(fileName);
   const auto [place, isNew] = FProcessed.try_emplace(win::UpperFileName(bareName), fileName);
   if (isNew || IsSameFile(place->second, fileName)) return;
-  throw rtl::Exception(
+  throw ETwinFiles(
       rtl::Format("Two files named \"%s\" cannot be converted in one project run: \"%s\" and \"%s\".",
                   {bareName, place->second, fileName}));
 }
@@ -186,8 +190,8 @@ void TComponentReplacer::RefuseCaseTwin(const std::string& name) {
   if (parent != std::string::npos) RefuseCaseTwin(name.substr(0, parent));
   const auto [place, isNew] = FNames.try_emplace(win::UpperFileName(name), name);
   if (isNew || IsSameFile(place->second, name)) return;
-  throw rtl::Exception(rtl::Format(
-      "\"%s\" and \"%s\" differ in case alone and cannot be converted in one run.", {place->second, name}));
+  throw ETwinFiles(rtl::Format("\"%s\" and \"%s\" differ in case alone and cannot be converted in one run.",
+                               {place->second, name}));
 }
 
 // The folders of a run are made once each, however many files come into them.

@@ -35,6 +35,12 @@ class EFileConversion : public rtl::Exception {
   std::string FFileName;
 };
 
+// Two files of a run would take one place in its folders.
+class ETwinFiles : public rtl::Exception {
+ public:
+  using Exception::Exception;
+};
+
 // Where a run stands.
 struct TRunProgress {
   int Done = 0;               // files dealt with
@@ -69,6 +75,8 @@ class TComponentReplacer {
   [[nodiscard]] bool Restore(std::string_view undoFile);
 
   TReplaceOptions& Options() const { return FOptions; }
+  // The full name of the log of a run with the present options; empty when they want none.
+  std::string LogFileName() const;
 
   // Called before each file of a run, and before the originals are replaced; an exception out of it stops the
   // run.

@@ -26,6 +26,8 @@ void NamingFile(const std::string& fileName, TAction action) {
     throw;
   } catch (const rtl::EStreamError&) {
     throw;
+  } catch (const ETwinFiles&) {
+    throw;
   } catch (const rtl::Exception& error) {
     throw EFileConversion(fileName, error.what());
   }

@@ -132,6 +132,8 @@ int RunReplace(const TCommandLine& line) {
     return Outcome(succeeded, mig::SReplaceSuccess, mig::SReplaceFailed);
   } catch (const rtl::EAbort&) {
     throw;
+  } catch (const mig::ETwinFiles&) {
+    throw;
   } catch (const rtl::Exception& error) {
     watch.Clear();
     Print(stderr, std::string("kvamigrate: ") + error.what());

@@ -17,7 +17,8 @@ std::string DesktopProgram() {
 }
 
 std::vector<std::string> Arguments(const TCommandLine& line) {
-  std::vector<std::string> arguments = {kDesktopProgram, "--codepage", std::to_string(line.CodePage)};
+  std::vector<std::string> arguments = {kDesktopProgram, "--wizard", "--codepage",
+                                        std::to_string(line.CodePage)};
   for (const auto& [letter, folder] : line.Drives)
     arguments.insert(arguments.end(), {"--drive", std::string(1, letter) + "=" + folder});
   if (!line.Catalogue.empty()) arguments.insert(arguments.end(), {"--catalogue", line.Catalogue});

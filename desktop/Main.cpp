@@ -1,10 +1,11 @@
-// kvawizard: the wizard's dialog over the stand-alone host. The command line program starts it for its
-// command `wizard`.
+// kvawizard: the window of the stand-alone host with the wizard in its menu; or, with --wizard, the wizard's
+// dialog alone, which the command line program starts for its command `wizard`.
 #include <QApplication>
 #include <QCommandLineParser>
 #include <cstdio>
 
 #include "desktop/FrontEnd.h"
+#include "desktop/HostWindow.h"
 #include "desktop/ProgressWindow.h"
 #include "desktop/QtText.h"
 #include "host/Host.h"
@@ -33,22 +34,26 @@ struct TOptions {
   QString CodePage;
   QStringList Drives;
   QString Catalogue;
+  bool DialogAlone = false;
 };
 
 TOptions ParseCommandLine(const QApplication& application) {
   QCommandLineParser parser;
-  parser.setApplicationDescription("The migration wizard as a dialog.");
+  parser.setApplicationDescription("Opens Delphi projects in a window with the migration wizard.");
   parser.addHelpOption();
   parser.addPositionalArgument("PROJECT", "The project or project group to open first.", "[PROJECT]");
   parser.addOptions({
       {"codepage", "Code page of sources without a mark (default: 1252).", "N"},
       {"drive", "Let drive X: be a folder of this machine (repeatable; Z: is the root folder).", "X=DIR"},
-      {"catalogue", "What the target classes publish, instead of what is built in.", "FILE"},
+      {"wizard", "Only show the wizard's dialog."},
+      {"catalogue", "With --wizard: what the target classes publish, instead of what is built in.", "FILE"},
   });
   if (!parser.parse(application.arguments())) throw EUsage(FromQt(parser.errorText()));
   if (parser.isSet("help")) parser.showHelp();
+  if (parser.isSet("catalogue") && !parser.isSet("wizard"))
+    throw EUsage("--catalogue goes with --wizard: the window takes the wizard from its module.");
   return {parser.positionalArguments().value(0), parser.value("codepage"), parser.values("drive"),
-          parser.value("catalogue")};
+          parser.value("catalogue"), parser.isSet("wizard")};
 }
 
 void SetEnvironment(const TOptions& options) {
@@ -94,6 +99,20 @@ void RunWizard(const TOptions& options, TFrontEnd& frontEnd) {
   }
 }
 
+// The module with the wizard: where KVA_EXPERT_MODULE says, or beside this program.
+QString ModuleName() {
+  const QString name = qEnvironmentVariable("KVA_EXPERT_MODULE");
+  return name.isEmpty() ? QApplication::applicationDirPath() + "/kvaexpert.so" : name;
+}
+
+int RunWindow(const TOptions& options, TFrontEnd& frontEnd) {
+  THostWindow window(frontEnd);
+  window.show();
+  window.LoadWizard(WindowsPath(ModuleName()));
+  if (!options.Project.isEmpty()) window.OpenProject(WindowsPath(options.Project));
+  return QApplication::exec();
+}
+
 // Without a display Qt ends the process; this says why.
 bool HasDisplay() {
   const auto isSet = [](const char* name) { return !qEnvironmentVariableIsEmpty(name); };
@@ -112,6 +131,7 @@ int Main(int argc, char** argv) {
   try {
     const TOptions options = ParseCommandLine(application);
     SetEnvironment(options);
+    if (!options.DialogAlone) return RunWindow(options, frontEnd);
     RunWizard(options, frontEnd);
     return 0;
   } catch (const EUsage& error) {

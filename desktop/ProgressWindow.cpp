@@ -37,8 +37,7 @@ TProgressWindow::TProgressWindow(std::vector<mig::TComponentReplacer*> replacers
     : FReplacers(std::move(replacers)) {
   for (mig::TComponentReplacer* replacer : FReplacers) {
     replacer->OnProgress = [this, replacer](const mig::TRunProgress& progress) {
-      if (!FWindow) Open(replacer->Options().GetTitle());
-      Show(progress);
+      Report(replacer->Options().GetTitle(), progress, !IsRestoring());
     };
     replacer->OnWarning = [this](std::string_view message) { FWarnings.append(message).append("\n"); };
   }
@@ -51,7 +50,12 @@ TProgressWindow::~TProgressWindow() {
   }
 }
 
-void TProgressWindow::Open(const std::string& title) {
+void TProgressWindow::Report(const std::string& title, const mig::TRunProgress& progress, bool canStop) {
+  if (!FWindow) Open(title, canStop);
+  Show(progress);
+}
+
+void TProgressWindow::Open(const std::string& title, bool canStop) {
   FWindow = std::make_unique<TRunDialog>(QApplication::activeWindow());
   FWindow->setObjectName("ProgressWindow");
   FWindow->setWindowTitle(ToQt(title));
@@ -65,7 +69,7 @@ void TProgressWindow::Open(const std::string& title) {
   FStop = new QPushButton("&Stop", FWindow.get());
   FStop->setObjectName("Stop");
   FStop->setAutoDefault(false);  // Enter has led here, and must not lead on
-  FStop->setVisible(!IsRestoring());
+  FStop->setVisible(canStop);
   rows->addWidget(FFileName);
   rows->addWidget(FBar);
   rows->addWidget(FStop, 0, Qt::AlignRight);

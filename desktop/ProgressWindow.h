@@ -20,10 +20,14 @@ namespace desktop {
 // been touched.
 class TProgressWindow {
  public:
-  explicit TProgressWindow(std::vector<mig::TComponentReplacer*> replacers);
+  explicit TProgressWindow(std::vector<mig::TComponentReplacer*> replacers = {});
   ~TProgressWindow();
   TProgressWindow(const TProgressWindow&) = delete;
   TProgressWindow& operator=(const TProgressWindow&) = delete;
+
+  // Shows where a run stands that somebody else watches; `canStop` False is for a restore. Raises rtl::EAbort
+  // when the user has stopped it.
+  void Report(const std::string& title, const mig::TRunProgress& progress, bool canStop);
 
   // Takes the window away, as before a message of the outcome.
   void Close();
@@ -32,7 +36,7 @@ class TProgressWindow {
   const std::string& Warnings() const { return FWarnings; }
 
  private:
-  void Open(const std::string& title);
+  void Open(const std::string& title, bool canStop);
   void Show(const mig::TRunProgress& progress);
 
   std::vector<mig::TComponentReplacer*> FReplacers;

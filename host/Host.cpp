@@ -261,6 +261,14 @@ void THost::NotifyEditorShown(TFileEditor& editor) {
   Notify([&](THostObserver& observer) { observer.EditorShown(editor); });
 }
 
+void THost::NotifyRun(const toolsapi::TRunStep& step) {
+  Notify([&](THostObserver& observer) { observer.RunAdvanced(step); });
+}
+
+void THost::NotifyRunWarning(std::string_view message) {
+  Notify([&](THostObserver& observer) { observer.RunWarning(message); });
+}
+
 void THost::Notify(const std::function<void(THostObserver&)>& call) {
   for (THostObserver* const observer : FObservers) call(*observer);
 }

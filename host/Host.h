@@ -87,10 +87,12 @@ class THost {
   // Asked before a modified module is closed, or saved without force. Unset: Yes, so that nothing is lost.
   std::function<TSaveAnswer(TModule& module)> OnQuerySave;
 
-  // --- For the host's modules. ---
+  // --- For the host's modules and services. ---
   TSaveAnswer QuerySave(TModule& module) const;
   void NotifyBufferChanged(TFileBuffer& buffer);
   void NotifyEditorShown(TFileEditor& editor);
+  void NotifyRun(const toolsapi::TRunStep& step);
+  void NotifyRunWarning(std::string_view message);
   void RemoveUnits(const std::vector<TUnitModule*>& units);
   void RemoveProject(TProject& project);
   void RemoveGroup();

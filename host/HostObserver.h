@@ -2,6 +2,12 @@
 // operation that made it: an observer looks, and changes nothing of the host.
 #pragma once
 
+#include <string_view>
+
+namespace toolsapi {
+struct TRunStep;
+}
+
 namespace host {
 
 class TFileBuffer;
@@ -22,6 +28,9 @@ class THostObserver {
   }  // its bytes, or whether it is modified
   virtual void EditorShown(TFileEditor& editor) { static_cast<void>(editor); }  // bring it to the front
   virtual void MenuChanged() {}
+  // A wizard of a loaded module is at work. This one call may end what goes on, by an exception.
+  virtual void RunAdvanced(const toolsapi::TRunStep& step) { static_cast<void>(step); }
+  virtual void RunWarning(std::string_view message) { static_cast<void>(message); }
 };
 
 }  // namespace host

@@ -4,6 +4,10 @@
 
 #include "host/Host.h"
 #include "host/HostError.h"
+#include "qrl/QrlVcl.h"
+#include "rtl/Application.h"
+#include "win/CodePage.h"
+#include "win/Drives.h"
 
 namespace host {
 
@@ -43,6 +47,34 @@ void THostServices::AddActionMenu(std::string_view name, rtl::TAction* action, r
     rtl::TMenuItem& parent = *place->Parent();
     parent.Insert(parent.IndexOf(*place) + (insertAfter ? 1 : 0), *menuItem);
   }
+}
+
+rtl::IFrontEnd* THostServices::GetFrontEnd() {
+  return rtl::Application().HasFrontEnd() ? &rtl::Application().FrontEnd() : nullptr;
+}
+
+uint32_t THostServices::GetSourceCodePage() {
+  return win::GetACP();
+}
+
+std::string THostServices::GetDriveFolder(char letter) {
+  return win::ToHostName(std::string(1, letter) + ":\\");
+}
+
+void THostServices::ShowWaiting(bool waiting) {
+  if (waiting) {
+    qrl::StartWait();
+  } else {
+    qrl::StopWait();
+  }
+}
+
+void THostServices::RunAdvanced(const toolsapi::TRunStep& step) {
+  Host().NotifyRun(step);
+}
+
+void THostServices::RunWarning(std::string_view message) {
+  Host().NotifyRunWarning(message);
 }
 
 }  // namespace host

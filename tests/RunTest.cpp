@@ -185,7 +185,7 @@ TEST_F(RunTest, BadInput) {
          FTree.Write("src/Main.dfm", kForm);
          FTree.Write("src/MAIN.dfm", kForm);
        },
-       "<dir>\\src\\MAIN.dfm: \"<dir>\\src\\Main.dfm\" and \"<dir>\\src\\MAIN.dfm\" differ in case alone and "
+       "\"<dir>\\src\\Main.dfm\" and \"<dir>\\src\\MAIN.dfm\" differ in case alone and "
        "cannot be "
        "converted in one run."},
   };

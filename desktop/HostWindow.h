@@ -1,0 +1,106 @@
+// The window of the stand-alone host: menu, project tree, source editors, and what a run has changed.
+//
+//   desktop::TFrontEnd frontEnd("Migration Wizard");
+//   desktop::THostWindow window(frontEnd);
+//   window.show();
+//   window.LoadWizard(fileName);    // the wizard's item is in the menu then
+//   window.OpenProject(project);
+//
+// It draws what the host has, and asks the user where the host does not know; the wizard comes from a loaded
+// module alone. No exception leaves an event: it is shown, and the program lives on.
+#pragma once
+
+#include <QMainWindow>
+#include <map>
+#include <string_view>
+
+#include "desktop/ProgressWindow.h"
+#include "desktop/RecentFiles.h"
+#include "desktop/RunRecord.h"
+#include "host/Host.h"
+
+class QLabel;
+class QTabWidget;
+
+namespace desktop {
+
+class TChangesView;
+class TFrontEnd;
+class TMenuBinding;
+class TProjectTree;
+class TSourceEditor;
+
+class THostWindow : public QMainWindow, private host::THostObserver {
+ public:
+  // The front end is in force, and lives longer than the window.
+  explicit THostWindow(TFrontEnd& frontEnd);
+  ~THostWindow() override;
+
+  // Loads the module with the wizard, a full Windows path. False, and the user has been told why, when it
+  // cannot be loaded: everything else works.
+  bool LoadWizard(std::string_view fileName);
+  // Opens a project or a group, a full Windows path, in the place of what is open. False when that failed,
+  // which the user has been told, or the user wanted to stay.
+  bool OpenProject(std::string_view fileName);
+  // Opens a file of the project, or brings it to the front. Raises what opening it raises.
+  void OpenFile(const std::string& fileName);
+
+  host::THost& Host() { return FHost; }
+  TMenuBinding& Menu() { return *FMenu; }
+  // The editor in front, or null.
+  TSourceEditor* CurrentEditor() const;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  rtl::TMenuItem& AddItem(const char* parent, const char* name, const char* caption,
+                          std::function<void()> onClick);
+  void MakeMenu();
+  void MakePanes();
+  void ShowRecentFiles();
+  void ShowOpenEditors();
+  void ShowState();
+
+  // Carries an event out: tells exceptions, and shows what a run has done.
+  void Run(const std::function<void()>& event);
+  void AskProject();
+  bool Save(host::TModule& module);
+  bool CloseModule();
+  bool CloseAll();
+  void ShowEditor(host::TFileEditor& editor);
+  TSourceEditor* PageOf(const host::TFileBuffer& buffer) const;
+  TSourceEditor* Page(int index) const;
+  void RemovePage(int index);
+  void RemoveClosedPages();
+  void ShowAbout();
+  host::TSaveAnswer AskToSave(const host::TModule& module);
+
+  void ProjectOpened() override;
+  void ProjectClosed() override;
+  void ActiveProjectChanged() override;
+  void ModuleClosed(host::TModule& module) override;
+  void BufferChanged(host::TFileBuffer& buffer) override;
+  void EditorShown(host::TFileEditor& editor) override;
+  void MenuChanged() override;
+  void RunAdvanced(const toolsapi::TRunStep& step) override;
+  void RunWarning(std::string_view message) override;
+
+  TFrontEnd& FFrontEnd;
+  host::THost FHost;
+  TRecentFiles FRecentFiles;
+  TProgressWindow FProgress;
+  TRunRecord FRecord;
+  std::unique_ptr<TMenuBinding> FMenu;
+  TProjectTree* FTree = nullptr;
+  QTabWidget* FPages = nullptr;
+  TChangesView* FChanges = nullptr;
+  QDockWidget* FTreePane = nullptr;
+  QDockWidget* FChangesPane = nullptr;
+  QLabel* FEditorState = nullptr;
+  std::vector<rtl::TMenuItem*> FRecentItems;
+  std::vector<rtl::TMenuItem*> FWindowItems;
+  std::string FLastDiagnostic;
+};
+
+}  // namespace desktop

@@ -1,0 +1,46 @@
+#include "desktop/RunRecord.h"
+
+#include "rtl/Streams.h"
+#include "win/CodePage.h"
+
+namespace desktop {
+
+namespace {
+
+// A file that cannot be read has nothing to show; why it cannot, the run says.
+std::string BytesOf(const std::string& fileName) {
+  try {
+    return rtl::TFileStream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone).ReadToEnd();
+  } catch (const rtl::EStreamError&) {
+    return {};
+  }
+}
+
+}  // namespace
+
+void TRunRecord::Clear() {
+  *this = TRunRecord();
+}
+
+void TRunRecord::Note(std::string_view fileName) {
+  if (fileName.empty()) return;
+  const auto [place, isNew] = FBefore.try_emplace(win::UpperFileName(fileName));
+  if (!isNew) return;
+  place->second = BytesOf(FNames.emplace_back(fileName));
+}
+
+std::vector<TRunRecord::TChange> TRunRecord::Changes() const {
+  std::vector<TChange> changes;
+  for (const std::string& name : FNames) {
+    const std::string& before = FBefore.at(win::UpperFileName(name));
+    std::string after = BytesOf(name);
+    if (after != before) changes.push_back({name, before, std::move(after)});
+  }
+  return changes;
+}
+
+std::string TRunRecord::Log() const {
+  return FLogFileName.empty() ? std::string() : BytesOf(FLogFileName);
+}
+
+}  // namespace desktop

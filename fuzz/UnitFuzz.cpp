@@ -1,0 +1,23 @@
+// Any bytes as a unit: what no edit names comes out as it is.
+#include <cstdlib>
+#include <string>
+
+#include "MigWizard/UnitPass.h"
+#include "rtl/Streams.h"
+#include "rtl/SysUtils.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  mig::TClassMap classes;
+  classes.AddClass("TQuery", "TQuery");  // counted, and the text stays
+  const mig::TUnitRules rules{classes, "DBTABLES", "", [](std::string_view oldClass, std::string_view) {
+                                return std::string(oldClass);
+                              }};
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const mig::TUnitResult result = mig::ConvertUnit(text, qrl::TEncoding::Default(), rules);
+  for (const std::string_view directive : result.ResourceDirectives)
+    (void)mig::FormFileOfDirective(directive, "C:\\Unit1.pas", qrl::TEncoding::Default());
+  rtl::TMemoryStream target;
+  result.Edits.WriteTo(target, text, qrl::TEncoding::Default());
+  if (rtl::LowerCase(target.Bytes()) != rtl::LowerCase(text)) std::abort();
+  return 0;
+}

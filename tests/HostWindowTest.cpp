@@ -1,0 +1,384 @@
+// The host's window with the wizard from its loadable module, used as a person would, over an example
+// project.
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QTest>
+#include <QTextBlock>
+#include <QTimer>
+#include <QTreeWidget>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <map>
+
+#include "RecordingHost.h"
+#include "desktop/FrontEnd.h"
+#include "desktop/HostWindow.h"
+#include "desktop/LineDiff.h"
+#include "desktop/MenuBinding.h"
+#include "desktop/QtText.h"
+#include "desktop/SourceEditor.h"
+#include "desktop/SourceText.h"
+#include "win/CodePage.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using TActs = std::deque<std::function<void(QWidget&)>>;
+using TTexts = std::vector<std::string>;
+
+constexpr char kWizardItem[] = "RExpertItemBDE_IBXKORVA";
+constexpr char kReplaced[] = "Replace procedure was performed sucessfully.";
+
+// An example's copy as drive C:\App, and the window with the wizard.
+class HostWindowTest : public testing::Test {
+ protected:
+  HostWindowTest() { CopyExample("bde"); }
+
+  void CopyExample(const char* name) {
+    fs::remove_all(FScratch.Folder() / "App");
+    fs::copy(fs::path(KVA_SOURCE_DIR) / "examples" / name, FScratch.Folder() / "App",
+             fs::copy_options::recursive);
+  }
+  void Open(const char* project = "C:\\App\\LendDesk.groupproj") {
+    FWindow.show();
+    ASSERT_TRUE(FWindow.LoadWizard(win::ToWindowsPath(KVA_EXPERT_MODULE)));
+    ASSERT_TRUE(project == nullptr || FWindow.OpenProject(project));
+  }
+  std::string Text(const std::string& name) { return FScratch.Read("App/" + name); }
+
+  // Chooses the menu item. Each act is done on the modal window that is in front by then.
+  void Choose(const char* item, TActs acts = {}) {
+    int patience = 0;
+    QObject alive;
+    const std::function<void()> tick = [&] {
+      QTimer::singleShot(10, &alive, tick);
+      QWidget* const window = QApplication::activeModalWidget();
+      if (window == nullptr || !window->isVisible() || window->objectName() == "ProgressWindow") return;
+      if (acts.empty()) {
+        if (++patience == 100) window->close();
+        return;
+      }
+      const auto act = std::move(acts.front());
+      acts.pop_front();
+      if (const auto* box = qobject_cast<QMessageBox*>(window))
+        FMessages.push_back(box->text().toStdString());
+      act(*window);
+    };
+    tick();
+    FWindow.Menu().ActionOf(*FWindow.Host().MainMenu().FindItem(item))->trigger();
+    EXPECT_TRUE(acts.empty() && patience < 100) << "what was expected did not come";
+    TakePicture();
+  }
+  // For the manual: with KVA_PICTURES set to a folder, the window is saved there after each choice.
+  void TakePicture() {
+    if (qEnvironmentVariableIsEmpty("KVA_PICTURES")) return;
+    QTest::qWait(50);
+    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+    FWindow.grab().save(QString("%1/host-%2-%3.png")
+                            .arg(qEnvironmentVariable("KVA_PICTURES"), test->name())
+                            .arg(++FPictures));
+  }
+  static std::function<void(QWidget&)> Click(const char* name) {
+    return [=](QWidget& window) {
+      auto* const button = window.findChild<QAbstractButton*>(name);
+      ASSERT_TRUE(button != nullptr && button->isVisible() && button->isEnabled()) << name;
+      QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
+    };
+  }
+  static std::function<void(QWidget&)> Type(const char* name, const char* text) {
+    return [=](QWidget& window) {
+      auto* const field = window.findChild<QWidget*>(name);
+      ASSERT_TRUE(field != nullptr && field->isVisible()) << name;
+      field->setFocus();
+      QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+      QTest::keyClicks(field, text);
+    };
+  }
+  static std::function<void(QWidget&)> Press(QMessageBox::StandardButton button) {
+    return [=](QWidget& window) { qobject_cast<QMessageBox*>(&window)->button(button)->click(); };
+  }
+  static void Enter(QWidget& window) {
+    QTest::keyClick(window.focusWidget() != nullptr ? window.focusWidget() : &window, Qt::Key_Return);
+  }
+  // The road through the project's pages to the end, the question and the outcome.
+  static TActs WholeRun() { return {Enter, Enter, Enter, Enter, Enter, Enter, Enter}; }
+
+  template <class T>
+  T& Find(const char* name) {
+    return *FWindow.findChild<T*>(name);
+  }
+  QString Shown() { return FWindow.CurrentEditor()->toPlainText(); }
+
+  test::TScratch FScratch;
+  desktop::TFrontEnd FFrontEnd{"Test"};
+  desktop::THostWindow FWindow{FFrontEnd};
+  TTexts FMessages;
+  int FPictures = 0;
+};
+
+TEST_F(HostWindowTest, ReplacesTheProjectAndRestoresIt) {
+  Open();
+  FWindow.OpenFile("C:\\App\\DataMod.dfm");
+  FWindow.OpenFile("C:\\App\\DataMod.pas");
+  const std::string before = Text("DataMod.pas");
+  ASSERT_TRUE(Shown().contains("TDatabase"));
+
+  Choose(kWizardItem, WholeRun());
+  EXPECT_EQ(FMessages, TTexts{kReplaced});
+  EXPECT_NE(Text("DataMod.pas"), before);
+  EXPECT_FALSE(Shown().contains("TDatabase")) << "the editor shows what is on disk now";
+  EXPECT_GT(Find<QListWidget>("ChangedFiles").count(), 5);
+  EXPECT_TRUE(Find<QPlainTextEdit>("Diff").toPlainText().contains(" + "));
+  EXPECT_TRUE(Find<QPlainTextEdit>("Log").toPlainText().contains("BDE/IBX Migration Wizard log"));
+  EXPECT_NE(FScratch.Read("config/Tarvex/registry.ini").find("[BDE/IBX Migration Wizard]"),
+            std::string::npos);
+
+  FMessages.clear();
+  Choose(kWizardItem, {Click("rbModeRestore"), Click("btNext"), Click("btNext"), Click("btFinish"),
+                       Click("OKBtn"), Enter});
+  EXPECT_EQ(FMessages, TTexts{"Files were succefully restored."});
+  EXPECT_EQ(Text("DataMod.pas"), before);
+  EXPECT_EQ(FWindow.Host().ActiveProject()->FileName(), "C:\\App\\LendDesk.dproj") << "it is open again";
+}
+
+TEST_F(HostWindowTest, ReplacesAFolderInTheOtherModeWithoutAProject) {
+  CopyExample("ibx");
+  Open(nullptr);
+  const std::string before = Text("Data.pas");
+  Choose(kWizardItem,
+         {Click("rbModeReplaceIBX"), Click("btNext"), Click("btNext"), Type("cbDirectory", "C:\\App"),
+          Click("btNext"), Click("btNext"), Click("btFinish"), Enter});
+  EXPECT_EQ(FMessages, TTexts{kReplaced});
+  EXPECT_NE(Text("Data.pas"), before);
+  EXPECT_GT(Find<QListWidget>("ChangedFiles").count(), 0);
+}
+
+TEST_F(HostWindowTest, ARunThatRaisesIsToldAndTheWindowLivesOn) {
+  Open();
+  FScratch.Write("App/DataMod.dfm", std::string("\xFF\x0A\0Broken", 9));
+  Choose(kWizardItem, WholeRun());
+  EXPECT_EQ(FMessages, TTexts{"C:\\App\\DataMod.DFM: Form data at offset 9: the signature TPF0 is missing."});
+  EXPECT_EQ(Find<QPlainTextEdit>("Diff").toPlainText(), "No file was changed.");
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  Choose(kWizardItem, {Click("btCancel")});
+}
+
+TEST_F(HostWindowTest, AModuleThatCannotBeLoadedIsTold) {
+  FWindow.show();
+  const std::string module = [] {
+    std::ifstream file(KVA_EXPERT_MODULE, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+  }();
+  FScratch.Write("text.so", "no module");
+  FScratch.Write("half.so", module.substr(0, module.size() / 2));
+  for (const char* const name : {"C:\\missing.so", "C:\\text.so", "C:\\half.so"}) {
+    FMessages.clear();
+    QTimer::singleShot(20, [this] {
+      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      FMessages.push_back(box->text().toStdString());
+      box->close();
+    });
+    EXPECT_FALSE(FWindow.LoadWizard(name));
+    ASSERT_EQ(FMessages.size(), 1U);
+    EXPECT_TRUE(FMessages[0].starts_with("The migration wizard is not available.\n")) << FMessages[0];
+    EXPECT_NE(FMessages[0].find(name), std::string::npos) << FMessages[0];
+  }
+  EXPECT_TRUE(FWindow.OpenProject("C:\\App\\LendDesk.dproj"));
+  EXPECT_EQ(FWindow.Host().MainMenu().FindItem(kWizardItem), nullptr);
+}
+
+TEST_F(HostWindowTest, TreeShowsTheGroupAndActivates) {
+  Open();
+  auto& tree = Find<QTreeWidget>("ProjectTree");
+  QTreeWidgetItem* const group = tree.topLevelItem(0);
+  ASSERT_EQ(group->childCount(), 2);
+  QTreeWidgetItem* const second = group->child(1);
+  EXPECT_TRUE(group->child(0)->font(0).bold() && !second->font(0).bold());
+  emit tree.itemActivated(second, 0);
+  EXPECT_TRUE(!group->child(0)->font(0).bold() && second->font(0).bold());
+  EXPECT_EQ(FWindow.Host().ActiveProject()->FileName(), "C:\\App\\Night.dproj");
+  QTreeWidgetItem* const form =
+      tree.findItems("DataMod.dfm", Qt::MatchStartsWith | Qt::MatchRecursive).value(0);
+  ASSERT_NE(form, nullptr);
+  emit tree.itemActivated(form, 0);
+  EXPECT_TRUE(Shown().startsWith("object ") && !FWindow.CurrentEditor()->isReadOnly());
+  FWindow.OpenFile("C:\\App\\About.dfm");
+  EXPECT_TRUE(Shown().startsWith("object ") && FWindow.CurrentEditor()->isReadOnly()) << "a binary form";
+  EXPECT_NE(
+      FScratch.Read("config/Tarvex/registry.ini").find("RecentProject0=C:\\\\App\\\\LendDesk.groupproj"),
+      std::string::npos);
+}
+
+// Every colour of the source can be read on its page, light or dark, also when the theme changes meanwhile.
+TEST_F(HostWindowTest, ColoursStandOutFromTheirPage) {
+  Open();
+  FWindow.OpenFile("C:\\App\\DataMod.pas");
+  Choose(kWizardItem, WholeRun());
+  const auto luminance = [](const QColor& color) {
+    const auto linear = [](double c) {
+      return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+  };
+  const QPalette light = QApplication::palette();
+  QPalette dark(QColor(0x353535), QColor(0x2B2B2B));
+  dark.setColor(QPalette::Base, QColor(0x1E1E1E));
+  for (const QPalette& palette : {light, dark}) {
+    QApplication::setPalette(palette);
+    QTest::qWait(20);
+    TakePicture();
+    const double page = luminance(FWindow.CurrentEditor()->palette().color(QPalette::Base));
+    int colors = 0;
+    for (QTextBlock block = FWindow.CurrentEditor()->document()->begin(); block.isValid();
+         block = block.next()) {
+      for (const QTextLayout::FormatRange& range : block.layout()->formats()) {
+        const double text = luminance(range.format.foreground().color());
+        EXPECT_GE((std::max(text, page) + 0.05) / (std::min(text, page) + 0.05), 4.5)
+            << block.text().toStdString();
+        ++colors;
+      }
+    }
+    EXPECT_GT(colors, 50);
+  }
+  QApplication::setPalette(light);
+}
+
+TEST_F(HostWindowTest, EditsAreMarkedSavedAndAskedFor) {
+  Open();
+  FWindow.OpenFile("C:\\App\\About.pas");
+  const std::string before = Text("About.pas");
+  FWindow.CurrentEditor()->insertPlainText("// \xC3\xA9\n");
+  EXPECT_TRUE(FWindow.windowTitle().startsWith("LendDesk"));
+  EXPECT_EQ(Text("About.pas"), before);
+  Choose("FileClose", {Press(QMessageBox::Cancel)});
+  ASSERT_NE(FWindow.CurrentEditor(), nullptr);
+  const fs::path file = FScratch.Folder() / "App/About.pas";
+  fs::permissions(file, fs::perms::owner_read);
+  Choose("FileSave", {Press(QMessageBox::Ok)});
+  EXPECT_EQ(FMessages.back(), "C:\\App\\About.pas: cannot be saved. Access is denied.");
+  EXPECT_EQ(Text("About.pas"), before);
+  fs::permissions(file, fs::perms::owner_write, fs::perm_options::add);
+  Choose("FileSave");
+  EXPECT_EQ(Text("About.pas"), "// \xE9\r\n" + before);
+  EXPECT_FALSE(FWindow.CurrentEditor()->Editor().Buffer().Modified());
+  FWindow.CurrentEditor()->insertPlainText("x");
+  Choose("FileCloseAll", {Press(QMessageBox::No)});
+  EXPECT_EQ(FWindow.CurrentEditor(), nullptr);
+  EXPECT_EQ(Text("About.pas"), "// \xE9\r\n" + before);
+}
+
+TEST_F(HostWindowTest, ACharacterThatTheCodePageLacksIsRefused) {
+  Open();
+  FWindow.OpenFile("C:\\App\\About.pas");
+  const QString before = Shown();
+  FWindow.CurrentEditor()->OnRefused = [this](const QString& text) {
+    FMessages.push_back(text.toStdString());
+  };
+  FWindow.CurrentEditor()->insertPlainText(QString(QChar(0x416)));
+  QTest::qWait(10);
+  EXPECT_EQ(
+      FMessages,
+      TTexts{"\"\xD0\x96\" was not entered: this file is in Code page 1252, which has no such character."});
+  EXPECT_EQ(Shown(), before);
+  EXPECT_FALSE(FWindow.CurrentEditor()->Editor().Buffer().Modified());
+}
+
+struct TEncodingCase {
+  const char* Name;
+  std::string Bytes;
+  bool IsForm;
+  const char* Text;
+  bool IsEditable;
+};
+
+TEST(SourceTextTest, GivesBackTheBytesOrIsReadOnly) {
+  const std::vector<TEncodingCase> cases = {
+      {"code page", "a\xE9\xA0\r\nb", false, "a\xC3\xA9\xC2\xA0\nb", true},
+      {"LF alone", "a\nb\n", false, "a\nb\n", true},
+      {"UTF-8", "\xEF\xBB\xBF\xC3\xA9\r\n", false, "\xC3\xA9\n", true},
+      {"UTF-16", std::string("\xFF\xFE\x16\x04\r\0\n\0", 8), false, "\xD0\x96\n", true},
+      {"mixed line ends", "a\r\nb\nc", false, "a\nb\nc", false},
+      {"a control character of the code page", "a\x81", false, nullptr, true},
+      {"malformed UTF-8",
+       "\xEF\xBB\xBF"
+       "a\xFF",
+       false, nullptr, false},
+      {"half a character of UTF-16",
+       "\xFF\xFE"
+       "a",
+       false, "", false},
+      {"a damaged binary form", std::string("\xFF\x0A\x00T", 4), true, "", false},
+  };
+  for (const TEncodingCase& test : cases) {
+    SCOPED_TRACE(test.Name);
+    const desktop::TSourceText text(test.Bytes, test.IsForm);
+    EXPECT_EQ(text.Text().toStdString(), test.Text == nullptr ? text.Text().toStdString() : test.Text);
+    EXPECT_EQ(text.ReadOnlyReason().isEmpty(), test.IsEditable) << text.ReadOnlyReason().toStdString();
+    QString missing;
+    EXPECT_EQ(text.Encode(text.Text(), missing) == test.Bytes, test.IsEditable);
+  }
+}
+
+TEST(SourceTextTest, EveryCharacterOfEveryCodePageComesBackOrIsRefused) {
+  for (const uint32_t page : win::SupportedCodePages()) {
+    ASSERT_TRUE(win::SetACP(page));
+    for (int lead = 128; lead < 256; ++lead) {
+      for (const std::string& bytes :
+           {std::string{static_cast<char>(lead)}, std::string{static_cast<char>(lead), 'A'}}) {
+        const desktop::TSourceText text(bytes, false);
+        QString missing;
+        const bool isEditable = text.ReadOnlyReason().isEmpty();
+        EXPECT_EQ(text.Encode(text.Text(), missing) == bytes, isEditable) << page;
+      }
+    }
+  }
+  ASSERT_TRUE(win::SetACP(932));
+  EXPECT_TRUE(desktop::TSourceText("\x83\x65", false).ReadOnlyReason().isEmpty());
+  ASSERT_TRUE(win::SetACP(1252));
+  QString missing;
+  EXPECT_FALSE(desktop::TSourceText("a", false).Encode(QString(QChar(0x416)), missing));
+  EXPECT_EQ(missing, QString(QChar(0x416)));
+}
+
+// The script turns the old text into the new one, and is as short as a table of all common parts finds.
+TEST(LineDiffTest, IsAShortestScript) {
+  using TKind = desktop::TDiffLine::TKind;
+  uint32_t seed = 1;
+  const auto random = [&](uint32_t limit) {
+    seed = seed * 1664525 + 1013904223;
+    return (seed >> 16) % limit;
+  };
+  for (int round = 0; round < 500; ++round) {
+    std::vector<std::string> sides[2];
+    std::string texts[2];
+    for (int side = 0; side < 2; ++side) {
+      for (uint32_t i = random(9); i > 0; --i) {
+        sides[side].push_back(std::string(1, static_cast<char>('a' + random(3))));
+        texts[side] += sides[side].back() + (side == 0 ? "\n" : "\r\n");
+      }
+    }
+    std::vector<std::vector<int>> common(sides[0].size() + 1, std::vector<int>(sides[1].size() + 1));
+    for (size_t i = sides[0].size(); i-- > 0;) {
+      for (size_t j = sides[1].size(); j-- > 0;) {
+        common[i][j] = sides[0][i] == sides[1][j] ? common[i + 1][j + 1] + 1
+                                                  : std::max(common[i + 1][j], common[i][j + 1]);
+      }
+    }
+    std::vector<std::string> found[2];
+    int same = 0;
+    for (const desktop::TDiffLine& line : desktop::DiffLines(texts[0], texts[1])) {
+      if (line.Kind != TKind::Added) found[0].emplace_back(line.Text);
+      if (line.Kind != TKind::Removed) found[1].emplace_back(line.Text);
+      same += line.Kind == TKind::Same;
+    }
+    ASSERT_EQ(found[0], sides[0]);
+    ASSERT_EQ(found[1], sides[1]);
+    ASSERT_EQ(same, common[0][0]) << texts[0] << "---\n" << texts[1];
+  }
+}
+
+}  // namespace
