@@ -92,10 +92,9 @@ std::string_view TFormTextScanner::Name(std::string_view what) {
   return name;
 }
 
-std::string_view TFormTextScanner::PropertyName() {
-  const std::string_view name = Name("a property's name");
-  if (Peek() != '.') return name;
-  FJoinedName = name;
+std::string_view TFormTextScanner::PropertyName(std::string_view first) {
+  if (Peek() != '.') return first;
+  FJoinedName = first;
   while (Accept('.')) (FJoinedName += '.') += Name("a property's name");
   if (FJoinedName.size() > 255) Fail("a property's name is longer than 255 bytes");
   return FJoinedName;

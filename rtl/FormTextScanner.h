@@ -57,9 +57,9 @@ class TFormTextScanner {
   // The name that comes next, with further ones behind dots if they follow at once. Fails, naming `what`, if
   // there is none.
   std::string_view Name(std::string_view what);
-  // The same for the name of a property, where white space may stand around the dots. Valid until the next
-  // call.
-  std::string_view PropertyName();
+  // The name of a property, of which `first` was just read, with what follows it behind dots that have white
+  // space around them. Valid until the next call.
+  std::string_view PropertyName(std::string_view first);
   // Whether an object's `end`, or the keyword of one, comes next and not a property of that name. Takes it.
   [[nodiscard]] bool AcceptKeyword(std::string_view keyword) {
     return (Peek() | 0x20) == keyword[0] && AcceptWholeKeyword(keyword);

@@ -185,10 +185,9 @@ void TTextForm::Properties(TFormFrame& frame) {
       frame.Node = TFormNode::Children;
       return ObjectHeader(flags);
     }
-    const std::string_view name = FScanner.PropertyName();
-    frame.Property = name;
+    frame.Property = FScanner.Name("a property's name");
+    ShortText(FScanner.PropertyName(frame.Property));
     FScanner.Expect('=');
-    ShortText(name);
     Value();
     if (FPath.Depth() != depth) return;
   }

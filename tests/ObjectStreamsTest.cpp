@@ -331,6 +331,8 @@ TEST(ObjectStreamsTest, TextThatIsNoFormIsRefused) {
       {TextWith("'a' + 5"), "Form text, line 2: a string expected behind \"+\" (object A, property P)."},
       {TextWith("#"), "Form text, line 2: \"#\" without a character code (object A, property P)."},
       {TextWith("#65536"), "Form text, line 2: a character code above 65535 (object A, property P)."},
+      {TextWith("1\r\n" + std::string(40, 'Q') + " . R = 1 S . 1"),
+       "Form text, line 3: a property's name expected (object A, property S)."},
       {TextWith("1x"), "Form text, line 2: malformed number (object A, property P)."},
       {TextWith("1.2.3"), "Form text, line 2: malformed number (object A, property P)."},
       {TextWith("1E"), "Form text, line 2: malformed number (object A, property P)."},
