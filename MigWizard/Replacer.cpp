@@ -71,8 +71,13 @@ std::string TComponentReplacer::GetReplacement(std::string_view, std::string_vie
   return std::string(newClass);
 }
 
+// An alias is the same name in forms of different encodings.
+std::string TComponentReplacer::AliasKey(std::string_view alias, const qrl::TEncoding& encoding) {
+  return encoding == qrl::TEncoding::Default() ? win::SourceToUtf8(alias) : std::string(alias);
+}
+
 std::string TComponentReplacer::GetDatabaseValue(std::string_view, std::string_view value) const {
-  return std::string(FDatabases.Values(value));
+  return std::string(FDatabases.Values(AliasKey(value, *FFormEncoding)));
 }
 
 void TComponentReplacer::Warn(std::string_view message) const {

@@ -114,6 +114,7 @@ class TComponentReplacer {
   void LogChanges(int changes);
   void CollectDatabaseNames(const std::string& fileName);
   std::string GetDatabaseValue(std::string_view propName, std::string_view value) const;
+  static std::string AliasKey(std::string_view alias, const qrl::TEncoding& encoding);
   bool IsExcluded(std::string_view fileName) const { return OnExclude && OnExclude(fileName); }
   void Warn(std::string_view message) const;
 
@@ -125,7 +126,8 @@ class TComponentReplacer {
   rtl::TStringList FUndoList;   // original=backup
   rtl::TStringList FDatabases;  // alias=Root.Component
   std::unique_ptr<TFormParser> FFormParser;
-  std::string FOldUnit;  // in upper case
+  const qrl::TEncoding* FFormEncoding = &qrl::TEncoding::Default();  // of the form being converted
+  std::string FOldUnit;                                              // in upper case
   std::string FNewUnits;
   TReplaceOptions& FOptions;
   std::unordered_map<std::string, std::string>

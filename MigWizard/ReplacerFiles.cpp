@@ -80,6 +80,7 @@ void TComponentReplacer::ProcessUnit(std::string_view text, const std::string& s
 void TComponentReplacer::ProcessForm(std::string_view text, const std::string& sourceFile,
                                      const TFormFile& form, const std::string& targetFile) {
   rtl::TMemoryStream output;
+  FFormEncoding = form.Encoding;
   const int changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output);
   LogChanges(changes);
   if (changes == 0) return;
@@ -101,8 +102,8 @@ void TComponentReplacer::CollectDatabaseNames(const std::string& fileName) {
     const TFormFile form = ReadFormFile(file);
     const std::string_view text = form.Text;
     FindDatabaseNames(text.substr(0, text.find('\0')), *form.Encoding,
-                      [this](std::string_view alias, std::string_view component) {
-                        FDatabases.SetValue(alias, component);
+                      [&](std::string_view alias, std::string_view component) {
+                        FDatabases.SetValue(AliasKey(alias, *form.Encoding), component);
                       });
   });
 }

@@ -47,6 +47,7 @@ Examples:
 constexpr char kFormExamples[] =
     R"(INPUT and OUTPUT are files, or - for standard input and output; without OUTPUT the result goes to standard output.
 Both kinds of binary input are taken: whole form files with their resource header, and bare streams.
+A text cannot hold a resource name, nor how empty strings are stored: a binary form made of it is named after its class.
 
 Examples:
   kvamigrate form to-text Main.dfm Main.txt

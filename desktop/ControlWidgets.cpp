@@ -121,6 +121,7 @@ class TComboWidget : public TEditWidget {
     const QSignalBlocker blocker(FView);
     FView->clear();
     for (int i = 0; i < FCombo.Items().Count(); ++i) FView->addItem(ToQt(FCombo.Items()[i]));
+    FView->setCurrentIndex(-1);  // what is shown is none of them yet: the arrow keys begin with the first
     ShowText();
   }
 

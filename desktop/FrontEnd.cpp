@@ -72,6 +72,7 @@ void TFrontEnd::ShowMessage(int icon, const QString& title, std::string_view tex
 
 void TFrontEnd::MessageBox(std::string_view text, std::string_view caption, unsigned flags) {
   const bool isError = (flags & rtl::MB_ICONERROR) != 0;
+  FHasShownError = FHasShownError || isError;
   ShowMessage(isError ? QMessageBox::Critical : QMessageBox::Information, ToQt(caption), text);
 }
 

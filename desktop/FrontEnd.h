@@ -19,6 +19,8 @@ class TFrontEnd : public rtl::IFrontEnd {
 
   // Called before a form, a message or a picker appears.
   std::function<void()> OnModal;
+  // Whether a message of an error was shown: of all that the expert tells, those of an operation that failed.
+  bool HasShownError() const { return FHasShownError; }
 
   void ShowModal(rtl::TForm& form) override;
   void MessageBox(std::string_view text, std::string_view caption, unsigned flags) override;
@@ -38,6 +40,7 @@ class TFrontEnd : public rtl::IFrontEnd {
   bool TakePath(const QString& hostPath, std::string& path);
 
   QString FTitle;
+  bool FHasShownError = false;
 };
 
 // "Undo files (*.reu)|*.reu|All files (*.*)|*.*" as Qt's pickers write it.

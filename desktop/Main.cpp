@@ -19,9 +19,10 @@ namespace desktop {
 namespace {
 
 constexpr char kTitle[] = "Migration Wizard";
-constexpr int kExitStopped = 1;
+constexpr int kExitFailed = 1;
 constexpr int kExitUsage = 2;
 constexpr int kExitException = 3;
+constexpr int kExitStopped = 130;
 
 // A mistake in the command line.
 class EUsage : public rtl::Exception {
@@ -52,6 +53,7 @@ TOptions ParseCommandLine(const QApplication& application) {
   if (parser.isSet("help")) parser.showHelp();
   if (parser.isSet("catalogue") && !parser.isSet("wizard"))
     throw EUsage("--catalogue goes with --wizard: the window takes the wizard from its module.");
+  if (parser.positionalArguments().size() > 1) throw EUsage("Only one project can be opened.");
   return {parser.positionalArguments().value(0), parser.value("codepage"), parser.values("drive"),
           parser.value("catalogue"), parser.isSet("wizard")};
 }
@@ -91,7 +93,13 @@ void RunWizard(const TOptions& options, TFrontEnd& frontEnd) {
   const auto expert = target::MakeExpert(migration);
   TProgressWindow progress({&migration.BDE(), &migration.IBX()});
   frontEnd.OnModal = [&progress] { progress.Close(); };
-  expert->ShowWizard();
+  try {
+    expert->ShowWizard();
+  } catch (...) {
+    frontEnd.OnModal = nullptr;
+    std::fputs(progress.Warnings().c_str(), stderr);
+    throw;
+  }
   frontEnd.OnModal = nullptr;
   if (!progress.Warnings().empty()) {
     rtl::Application().MessageBox(progress.Warnings(), migration.Options().GetTitle(),
@@ -133,14 +141,14 @@ int Main(int argc, char** argv) {
     SetEnvironment(options);
     if (!options.DialogAlone) return RunWindow(options, frontEnd);
     RunWizard(options, frontEnd);
-    return 0;
+    return frontEnd.HasShownError() ? kExitFailed : 0;
   } catch (const EUsage& error) {
     std::fprintf(stderr, "kvawizard: %s\n", error.what());
     return kExitUsage;
   } catch (const rtl::EAbort&) {
     return kExitStopped;  // by the user, who knows
   } catch (const std::exception& error) {
-    frontEnd.OnModal = nullptr;
+    std::fprintf(stderr, "kvawizard: %s\n", error.what());
     rtl::Application().HandleException(error);
     return kExitException;
   }

@@ -20,13 +20,15 @@ class TXmlFile {
  public:
   TXmlFile(std::string_view xml, std::string_view fileName, const char* rootName)
       : FLines(xml), FFileName(fileName) {
-    const pugi::xml_parse_result parsed =
-        FDocument.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_utf8);
+    const pugi::xml_parse_result parsed = FDocument.load_buffer(
+        xml.data(), xml.size(), pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
     if (!parsed) {
       Fail(FLines.LineAt(static_cast<size_t>(parsed.offset)),
            std::string("this is not well-formed XML: ") + parsed.description() + ".");
     }
     const pugi::xml_node root = FDocument.document_element();
+    if (!root) Fail(1, "this is not well-formed XML: No document element found.");
+    RefuseTextOutside(root);
     if (root.name() != std::string_view(rootName)) {
       Fail(LineOf(root), std::string("the root element is <") + root.name() + ">, not <" + rootName + ">.");
     }
@@ -51,6 +53,15 @@ class TXmlFile {
   [[noreturn]] void Fail(int line, std::string_view text) { throw EHostError(At(FFileName, line, text)); }
 
  private:
+  // The parser takes fragments of documents; a file is a whole one.
+  void RefuseTextOutside(const pugi::xml_node& root) {
+    for (const pugi::xml_node& node : FDocument.children()) {
+      const bool isText = node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
+      if (isText || (node.type() == pugi::node_element && node != root))
+        Fail(LineOf(node), "this is not well-formed XML: something stands outside of the root element.");
+    }
+  }
+
   TLineCounter FLines;
   std::string_view FFileName;
   pugi::xml_document FDocument;

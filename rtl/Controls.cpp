@@ -141,7 +141,20 @@ void TEdit::Assign(const TControlRow& row) {
 void TEdit::Enter(std::string_view text) {
   if (Text() == text) return;
   SetText(text);
+  FireChange();
+}
+
+void TEdit::FireChange() {
   Fire(FOnChange);
+}
+
+void TComboBox::Pick(int index) {
+  const std::string text = FItems[index];
+  if (Text() == text) {
+    FireChange();
+  } else {
+    Enter(text);
+  }
 }
 
 void TComboBox::SetItems(TStringList items) {

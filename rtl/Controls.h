@@ -185,6 +185,9 @@ class TEdit : public TControl {
   void Enter(std::string_view text);
   void Assign(const TControlRow& row) override;
 
+ protected:
+  void FireChange();
+
  private:
   std::string FOnChange;
 };
@@ -195,8 +198,8 @@ class TComboBox : public TEdit {
   using TEdit::TEdit;
   const TStringList& Items() const { return FItems; }
   void SetItems(TStringList items);
-  // The user: picks the entry at `index`, counted from 0.
-  void Pick(int index) { Enter(FItems[index]); }
+  // The user: picks the entry at `index`, counted from 0; a change also where the text was the same.
+  void Pick(int index);
 
  private:
   TStringList FItems;

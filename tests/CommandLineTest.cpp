@@ -97,9 +97,22 @@ TEST_F(CommandLineTest, AProjectWithTwoSelectedUnits) {
   EXPECT_EQ(FTree.Read("src/old/B.pas"), kUnit);
 }
 
+TEST_F(CommandLineTest, AnAliasIsOneNameInEveryEncoding) {
+  FTree.Write("src/P.dpr", "program P;\r\nuses A in 'A.pas' {A}, C in 'C.pas' {C};\r\nend.\r\n");
+  FTree.Write("src/C.pas", kUnit);
+  FTree.Write("src/A.dfm",
+              "object A: TForm\r\n object Db: TDatabase\r\n DatabaseName = 'Caf\xE9'\r\n end\r\nend\r\n");
+  FTree.Write(
+      "src/C.dfm",
+      "\xEF\xBB\xBFobject C: TForm\r\n object Q: TQuery\r\n DatabaseName = 'CAF\xC3\xA9'\r\n end\r\nend\r\n");
+  EXPECT_EQ(Run("replace --mode bde --project src/P.dpr")[0], '0');
+  EXPECT_NE(FTree.Read("src/C.dfm").find("Connection = A.Db"), std::string::npos) << FTree.Read("src/C.dfm");
+}
+
 TEST_F(CommandLineTest, WrongCommandLines) {
   FTree.Write("src/P.dpr", "program P;\r\nuses A in 'A.pas' {A};\r\nend.\r\n");
   FTree.Write("bad.txt", "class TKVAQuery\n");
+  FTree.Write("src/X.dproj", "<Project><ItemGroup><DCCReference Include='A.pas'/></ItemGroup></Project>junk");
   const std::pair<const char*, char> rows[] = {
       {"", '2'},
       {"nonsense", '2'},
@@ -115,6 +128,7 @@ TEST_F(CommandLineTest, WrongCommandLines) {
       {"replace --mode bde --project src/P.dpr --unit B.pas", '2'},
       {"replace --mode bde --project src/P.dpr --active Q", '2'},
       {"replace --mode bde --project src/none.dpr", '3'},
+      {"replace --mode bde --project src/X.dproj", '3'},
       {"replace --mode bde --folder src --catalogue none.txt", '3'},
       {"replace --mode bde --folder src --catalogue bad.txt", '3'},
       {"restore none.reu", '3'},

@@ -159,6 +159,18 @@ class HistoryTest : public SettingsTest {
   int FLeft = 0;
 };
 
+TEST_F(HistoryTest, PositionIsKept) {
+  target::TKVAWizardForm form;
+  form.SetLeft(5);
+  form.SetTop(10);
+  rtl::TRegIniFile reg = Open();
+  form.SaveHistory(reg, kSection);
+  target::TKVAWizardForm next;
+  next.LoadHistory(Open(), kSection);
+  EXPECT_EQ(next.Left(), 5);
+  EXPECT_EQ(next.Top(), 10);
+}
+
 TEST_F(HistoryTest, FirstUseStartsAsTheFormIsMade) {
   EXPECT_EQ(Load(), "1 0 0  0||");
 }
