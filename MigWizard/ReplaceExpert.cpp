@@ -5,6 +5,7 @@
 #include "MigWizard/IDEUtils.h"
 #include "MigWizard/RExpertRes.h"
 #include "MigWizard/SaveWarn.h"
+#include "MigWizard/UnitNames.h"
 #include "rtl/Application.h"
 #include "rtl/Registry.h"
 #include "rtl/SysUtils.h"
@@ -54,7 +55,7 @@ void ReloadProjectUnits() {
   const int count = TIDEUtils::GetModuleCount();
   for (int i = 0; i < count; ++i) {
     const std::string fileName = TIDEUtils::GetModuleFileName(i);
-    if (IsUnitFileName(fileName)) TIDEUtils::ReloadFile(fileName);
+    if (IsUnitModule(fileName)) TIDEUtils::ReloadFile(fileName);
   }
 }
 

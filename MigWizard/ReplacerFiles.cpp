@@ -3,6 +3,7 @@
 #include "MigWizard/RExpertRes.h"
 #include "MigWizard/Replacer.h"
 #include "MigWizard/TextFile.h"
+#include "MigWizard/UnitNames.h"
 #include "MigWizard/UnitPass.h"
 #include "rtl/Streams.h"
 #include "rtl/SysUtils.h"
@@ -10,11 +11,6 @@
 
 namespace mig {
 namespace {
-
-bool IsUnit(std::string_view fileName) {
-  const std::string extension = rtl::ExtractFileExt(fileName);
-  return rtl::SameText(extension, ".PAS") || rtl::SameText(extension, ".DPR");
-}
 
 // Adds the file's name to whatever goes wrong with its contents. The exceptions of streams name their file
 // already.
@@ -41,7 +37,7 @@ void TComponentReplacer::ProcessFile(const std::string& fileName, const std::str
   rtl::TFileStream file(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
   const int changedBefore = FChangedFiles;
   NamingFile(fileName, [&] {
-    if (IsUnit(fileName)) {
+    if (IsUnitSource(fileName)) {
       const TTextFile unit = ReadTextFile(file);
       ProcessUnit(unit.Text, fileName, *unit.Encoding, target);
     } else {

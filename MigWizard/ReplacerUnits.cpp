@@ -5,25 +5,11 @@
 #include "MigWizard/IDEUtils.h"
 #include "MigWizard/RExpertRes.h"
 #include "MigWizard/Replacer.h"
+#include "MigWizard/UnitNames.h"
 #include "rtl/SysUtils.h"
 #include "win/FileApi.h"
 
 namespace mig {
-namespace {
-
-constexpr size_t kExtensionLength = 4;  // of ".PAS", with its dot
-
-bool IsUnitName(std::string_view fileName) {
-  const std::string extension = rtl::ExtractFileExt(fileName);
-  return rtl::SameText(extension, ".PAS") || rtl::SameText(extension, ".DPR");
-}
-
-bool EndsInPas(std::string_view fileName) {
-  return fileName.size() >= kExtensionLength &&
-         rtl::SameText(fileName.substr(fileName.size() - kExtensionLength), ".PAS");
-}
-
-}  // namespace
 
 // The folder of the log: the project's, or the one that is scanned.
 std::string TComponentReplacer::RunFolder() const {
@@ -49,7 +35,7 @@ void TComponentReplacer::InitProjectUnits() {
   const int moduleCount = TIDEUtils::GetModuleCount();
   for (int i = 0; i < moduleCount; ++i) {
     const std::string fileName = TIDEUtils::GetModuleFileName(i);
-    if (fileName.empty() || !EndsInPas(fileName)) continue;
+    if (!IsUnitModule(fileName)) continue;
     const auto entries = bareNames.find(rtl::LowerCase(rtl::ExtractFileName(fileName)));
     if (entries == bareNames.end() || entries->second.empty()) continue;
     FUnits.Put(entries->second.front(), fileName);
@@ -69,7 +55,7 @@ void TComponentReplacer::ScanFolder(const std::string& dir, bool includeSubDirs)
     const std::string path = JoinPath(dir, entry.FileName);
     if (isFolder && (includeSubDirs || isLink)) {
       if (!isLink) ScanFolder(path, includeSubDirs);
-    } else if (IsUnitName(entry.FileName) && !IsExcluded(path)) {
+    } else if (IsUnitSource(entry.FileName) && !IsExcluded(path)) {
       FUnits.Add(path);
     }
   }

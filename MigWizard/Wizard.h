@@ -129,7 +129,4 @@ using TWizardFormClass = std::unique_ptr<TWizardForm> (*)();
 // The form, while it exists.
 extern std::unique_ptr<TWizardForm> WizardForm;
 
-// Whether a module of a project is a unit: its name ends in ".pas", in any case of letters.
-bool IsUnitFileName(std::string_view fileName);
-
 }  // namespace mig

@@ -6,6 +6,7 @@
 
 #include "MigWizard/IDEUtils.h"
 #include "MigWizard/RExpertRes.h"
+#include "MigWizard/UnitNames.h"
 #include "MigWizard/Wizard.h"
 #include "rtl/Application.h"
 #include "rtl/SysUtils.h"
@@ -137,7 +138,7 @@ void TWizardForm::FillModuleList() {
   const int count = TIDEUtils::GetModuleCount();
   for (int i = 0; i < count; ++i) {
     const std::string fileName = TIDEUtils::GetModuleFileName(i);
-    if (IsUnitFileName(fileName)) names.push_back(rtl::ExtractFileName(fileName));
+    if (IsUnitModule(fileName)) names.push_back(rtl::ExtractFileName(fileName));
   }
   lbModules.SetEntries(names);
   btSelectClick();
@@ -212,10 +213,6 @@ void TWizardForm::FillReplaceSummary() {
     if (lbModules.Checked(i)) summary.append(lbModules.Entry(i)).append("\n");
   }
   lSummary.SetText(summary);
-}
-
-bool IsUnitFileName(std::string_view fileName) {
-  return fileName.size() >= 4 && rtl::SameText(fileName.substr(fileName.size() - 4), ".PAS");
 }
 
 }  // namespace mig
