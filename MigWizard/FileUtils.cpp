@@ -73,16 +73,19 @@ bool ForceFolders(std::string_view path) {
   return FolderStands(path);
 }
 
+// Several runs may look for a free number at the same moment: a folder that appears behind the look, and
+// makes the creation fail, is stepped over like one that was there before.
 std::string CreateTempFolder(std::string_view prefix, uint32_t unique) {
   const std::string tempPath = win::GetTempPathA();
   if (tempPath.empty()) return {};
-  std::string name;
-  do {
-    name = win::GetTempFileNameA(tempPath, prefix, unique++);
-    if (name.empty()) return {};
-    name = rtl::ChangeFileExt(name, "");
-  } while (rtl::DirectoryExists(name));
-  return win::FileSystem().CreatePrivateDirectory(name) ? name : std::string();
+  for (;; ++unique) {
+    const std::string fileName = win::GetTempFileNameA(tempPath, prefix, unique);
+    if (fileName.empty()) return {};
+    const std::string name = rtl::ChangeFileExt(fileName, "");
+    if (rtl::DirectoryExists(name)) continue;
+    if (win::FileSystem().CreatePrivateDirectory(name)) return name;
+    if (win::GetLastError() != win::ERROR_ALREADY_EXISTS || rtl::FileExists(name)) return {};
+  }
 }
 
 bool DeleteFolder(std::string_view dir) {

@@ -1,9 +1,11 @@
 // Paths, folder operations and the log file.
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 #include "MigWizard/FileUtils.h"
 #include "rtl/Streams.h"
 #include "rtl/SysUtils.h"
+#include "tests/RecordingFileSystem.h"
 #include "tests/TempTree.h"
 
 namespace mig {
@@ -23,6 +25,25 @@ TEST(FileUtilsTest, BackupFileName) {
                                  {"a.b.pas", "a.b.~pas"},
                                  {"a.", "a.~"}};
   for (const auto& [name, backup] : rows) EXPECT_EQ(BackupFileName(name), backup);
+}
+
+TEST(FileUtilsTest, CreateTempFolder) {
+  const tests::TTempTree tree;
+  tree.MakeFolder("$DS1");
+  tree.MakeFolder("$DS2");
+  setenv("TMPDIR", tree.HostPath().c_str(), 1);
+  EXPECT_EQ(CreateTempFolder("$DS", 1), tree.WindowsPath("$DS3"));
+  // $DS1 to $DS3 are looked for; $DS4 appears between the look and the creation.
+  tree.MakeFolder("$DS4");
+  tests::TRecordingFileSystem files(win::FileSystem());
+  files.FailAt(4, win::ERROR_FILE_NOT_FOUND);
+  {
+    const win::TFileSystemOverride inForce(files);
+    EXPECT_EQ(CreateTempFolder("$DS", 1), tree.WindowsPath("$DS5"));
+  }
+  tree.Write("$DS6", "");
+  EXPECT_EQ(CreateTempFolder("$DS", 1), "");
+  unsetenv("TMPDIR");
 }
 
 }  // namespace
