@@ -75,24 +75,18 @@ std::string FormHeader(const TRCData& rcData) {
 }
 
 TFormFile ReadFormFile(rtl::TStream& stream) {
-  const int64_t start = stream.Position();
-  char first[kResourceType.size()] = {};
-  size_t count = 0;
-  while (count < sizeof first) {
-    const size_t got = stream.Read(first + count, sizeof first - count);
-    if (got == 0) break;
-    count += got;
-  }
-  stream.SetPosition(start);
+  return DecodeFormFile(stream.ReadToEnd());
+}
+
+TFormFile DecodeFormFile(std::string bytes) {
   TFormFile form;
-  form.IsBinary = IsBinaryForm({first, count});
+  form.IsBinary = IsBinaryForm(bytes);
   if (!form.IsBinary) {
-    TTextFile file = ReadTextFile(stream);
+    TTextFile file = DecodeTextFile(std::move(bytes));
     form.Encoding = file.Encoding;
     form.Text = std::move(file.Text);
     return form;
   }
-  const std::string bytes = stream.ReadToEnd();
   const std::string_view data = ReadFormHeader(bytes, form.RCData);
   rtl::TBinaryTextOptions options;
   options.Indented = false;

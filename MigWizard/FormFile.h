@@ -47,6 +47,8 @@ std::string FormHeader(const TRCData& rcData);
 // Reads from the stream's position to its end. Raises rtl::EFilerError, with the offset from that position,
 // on damaged binary data, and rtl::EConvertError on UTF-16 with an odd number of bytes.
 TFormFile ReadFormFile(rtl::TStream& stream);
+// The same for the bytes of a whole file.
+TFormFile DecodeFormFile(std::string bytes);
 
 // Writes, at the stream's position, a file of the kind that `form` says. `output` is the form's text in
 // `form.Encoding`, without a mark; `form.Text` is not looked at. Raises rtl::EParserError if a binary form is

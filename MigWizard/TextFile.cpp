@@ -6,9 +6,12 @@
 namespace mig {
 
 TTextFile ReadTextFile(rtl::TStream& stream) {
+  return DecodeTextFile(stream.ReadToEnd());
+}
+
+TTextFile DecodeTextFile(std::string bytes) {
   static constexpr std::string_view kUtf16Mark = "\xFF\xFE";
   static constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-  std::string bytes = stream.ReadToEnd();
   TTextFile file;
   if (bytes.starts_with(kUtf16Mark)) {
     file.Encoding = &qrl::TEncoding::Unicode();

@@ -16,5 +16,7 @@ struct TTextFile {
 // Reads from the stream's position to its end: FF FE begins UTF-16, EF BB BF UTF-8, anything else is text in
 // the source code page. Raises rtl::EConvertError on UTF-16 with an odd number of bytes.
 TTextFile ReadTextFile(rtl::TStream& stream);
+// The same for the bytes of a whole file.
+TTextFile DecodeTextFile(std::string bytes);
 
 }  // namespace mig

@@ -23,9 +23,7 @@ std::string WithHeader(const std::string& data, std::string_view className) {
 }
 
 TConvertedForm FromText(std::string bytes, TFormKind wanted) {
-  rtl::TMemoryStream stream(std::move(bytes));
-  const mig::TTextFile file = mig::ReadTextFile(stream);
-  stream.TakeBytes();
+  const mig::TTextFile file = mig::DecodeTextFile(std::move(bytes));
   rtl::TTextBinaryOptions options;
   options.Utf8 = !(*file.Encoding == qrl::TEncoding::Default());
   rtl::TTextInfo info;

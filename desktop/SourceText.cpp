@@ -82,12 +82,11 @@ TSourceText::TSourceText(std::string_view bytes, bool isForm) {
 }
 
 void TSourceText::Read(std::string_view bytes, bool isForm) {
-  rtl::TMemoryStream stream{std::string(bytes)};
   mig::TFormFile file;
   if (isForm) {
-    file = mig::ReadFormFile(stream);
+    file = mig::DecodeFormFile(std::string(bytes));
   } else {
-    mig::TTextFile source = mig::ReadTextFile(stream);
+    mig::TTextFile source = mig::DecodeTextFile(std::string(bytes));
     file.Encoding = source.Encoding;
     file.Text = std::move(source.Text);
   }

@@ -28,10 +28,11 @@ class TTemporaryFile {
 
   // False, with errno. The name is short whatever the target's is, and has an extension that no walk takes.
   bool Create() {
+    static const auto process = static_cast<unsigned long>(getpid());
     static unsigned counter = 0;
     for (;;) {
       char name[40];
-      snprintf(name, sizeof name, "~kva%lx-%x.$$$", static_cast<unsigned long>(getpid()), counter++);
+      snprintf(name, sizeof name, "~kva%lx-%x.$$$", process, counter++);
       std::string path(FTarget.Folder());
       path += name;
       FFd = TUniqueFd(openat(FTarget.Base, path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
@@ -164,7 +165,7 @@ bool FollowLinks(TPlace& place, struct stat& info, bool& exists) {
 bool TPosixFileSystem::FindTarget(std::string_view path, TPlace& place, struct stat& info, bool& exists,
                                   bool failIfExists) {
   if (!Locate(path, TKind::File, place)) return false;
-  exists = StatAt(place, info) == 0;
+  exists = StatAt(place, info, TAbsence::Believed) == 0;
   if (!exists && errno != ENOENT) return FailErrno(errno);
   if (exists && S_ISLNK(info.st_mode) && !FollowLinks(place, info, exists)) return FailErrno(errno);
   if (exists && failIfExists) return Fail(ERROR_FILE_EXISTS);

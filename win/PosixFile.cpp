@@ -98,7 +98,8 @@ std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path
   const auto open = [](const TPlace& at, int create) {
     return openat(at.Base, at.Path.c_str(), O_RDWR | create | kOpenFlags, 0666);
   };
-  TUniqueFd fd(AtPlace(place, [&open](const TPlace& at) { return open(at, 0); }));
+  TUniqueFd fd(AtPlace(
+      place, [&open](const TPlace& at) { return open(at, 0); }, TAbsence::Believed));
   if (!fd.IsOpen() && errno == ENOENT) {
     TFolderChange change(FFolders, place);
     fd = TUniqueFd(open(place, O_CREAT));  // also through a link that leads to no file yet

@@ -57,10 +57,11 @@ bool TPosixFileSystem::Shorten(TPlace& place) {
   return true;
 }
 
-int TPosixFileSystem::StatAt(TPlace& place, struct stat& info) {
-  return AtPlace(place, [&info](const TPlace& at) {
+int TPosixFileSystem::StatAt(TPlace& place, struct stat& info, TAbsence absence) {
+  const auto operation = [&info](const TPlace& at) {
     return fstatat(at.Base, at.Path.c_str(), &info, AT_SYMLINK_NOFOLLOW);
-  });
+  };
+  return AtPlace(place, operation, absence);
 }
 
 uint32_t TPosixFileSystem::GetFileAttributesA(std::string_view path) {
@@ -124,6 +125,7 @@ bool TPosixFileSystem::RemoveDirectoryA(std::string_view path) {
   if (unlinkat(place.Base, place.Path.c_str(), isLink ? 0 : AT_REMOVEDIR) != 0) {
     return errno == EEXIST ? Fail(ERROR_DIR_NOT_EMPTY) : FailErrno(errno);
   }
+  FFolders.ForgetPaths();
   change.Commit({}, place.Leaf());
   return true;
 }

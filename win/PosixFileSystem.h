@@ -44,13 +44,18 @@ class TPosixFileSystem : public TFileSystem {
   bool Locate(std::string_view path, TKind kind, TPlace& place);
   bool Shorten(TPlace& place);
 
+  // What AtPlace does about a name that was not there a moment ago: ask whether it came since, or not,
+  // because the name is about to be made and could come behind any question too.
+  enum class TAbsence { Asked, Believed };
+
   // Calls `operation`, which gives a negative number and errno where it fails, with `place` as it is written
-  // and, if there is no such entry, as it is spelled on disk. The result is that of the last call. On ENOENT
-  // behind it, the folder of `place` is there and spelled as on disk, and the name in it is free; where the
-  // folder is missing, errno is ENOTDIR.
+  // (or as it was spelled a moment ago) and, if there is no such entry, as it is spelled on disk. The result
+  // is that of the last call. On ENOENT behind it, the folder of `place` is there and spelled as on disk, and
+  // the name in it is free; where the folder is missing, errno is ENOTDIR.
   template <class TOperation>
-  int AtPlace(TPlace& place, const TOperation& operation);
-  int StatAt(TPlace& place, struct stat& info);  // of a link itself
+  int AtPlace(TPlace& place, const TOperation& operation, TAbsence absence = TAbsence::Asked);
+  // Of a link itself.
+  int StatAt(TPlace& place, struct stat& info, TAbsence absence = TAbsence::Asked);
 
   bool MakeDirectory(std::string_view path, mode_t mode);
   TUniqueFd OpenForReading(std::string_view path, struct stat& info);
@@ -67,10 +72,18 @@ class TPosixFileSystem : public TFileSystem {
 };
 
 template <class TOperation>
-int TPosixFileSystem::AtPlace(TPlace& place, const TOperation& operation) {
-  int result = operation(place);
-  if (result >= 0 || errno != ENOENT) return result;
+int TPosixFileSystem::AtPlace(TPlace& place, const TOperation& operation, TAbsence absence) {
   const std::string given = place.Path;
+  const TFolderCache::TRecall recalled = FFolders.Recall(place);
+  if (recalled == TFolderCache::TRecall::Absent) {
+    errno = ENOENT;
+    if (absence == TAbsence::Believed) return -1;
+  } else {
+    const int result = operation(place);
+    if (result >= 0 || errno != ENOENT) return result;
+    // The listing names what is not there, or a link that leads nowhere.
+    if (recalled == TFolderCache::TRecall::Present) FFolders.Forget(place);
+  }
   for (int attempt = 1;; ++attempt) {
     place.Path = given;
     switch (FFolders.Respell(place)) {
@@ -85,9 +98,9 @@ int TPosixFileSystem::AtPlace(TPlace& place, const TOperation& operation) {
       case TFolderCache::TOutcome::Failed:
         return -1;
     }
-    result = operation(place);
+    const int result = operation(place);
     if (result >= 0 || errno != ENOENT) return result;
-    // The listing names what is not there, or a link that leads nowhere. Once more with the folder read anew.
+    // As above. Once more with the folder read anew.
     if (attempt == 2) return result;
     FFolders.Forget(place);
   }

@@ -19,6 +19,10 @@ constexpr int64_t kClearlyOlderInSeconds = 2500 * kMillisecond;
 constexpr int64_t kShortest = 100 * kMillisecond;
 constexpr int64_t kLongest = 5000 * kMillisecond;
 constexpr int64_t kReadingTimes = 30;
+// How long a folder is not asked again.
+constexpr int64_t kMoment = 10 * kMillisecond;
+// Paths of folders that are held at most.
+constexpr size_t kMostPaths = 10000;
 // Names that are held at most, all folders together.
 constexpr size_t kMostNames = 1000000;
 
@@ -137,6 +141,7 @@ TFolderCache::TOutcome TFolderCache::Respell(TPlace& place) {
     if (end == wanted.size()) {
       place.Path = spelled;
       place.Listing = listing;
+      NotePath(place, listing, std::string_view(wanted).substr(0, wanted.rfind('/') + 1));
       // In a folder that may be entered and not read, the operation itself must tell.
       return found || !listing ? TOutcome::Found : TOutcome::NoEntry;
     }
@@ -147,6 +152,33 @@ TFolderCache::TOutcome TFolderCache::Respell(TPlace& place) {
       const bool missing = (listing && !found) || errno == ENOTDIR || errno == ENOENT;
       return missing ? TOutcome::NoFolder : TOutcome::Failed;
     }
+  }
+}
+
+TFolderCache::TRecall TFolderCache::Recall(TPlace& place) {
+  if (FPaths.empty() || place.Base != AT_FDCWD) return TRecall::Unknown;
+  const auto known = FPaths.find(place.Folder());
+  if (known == FPaths.end()) return TRecall::Unknown;
+  TFolderListing& listing = *known->second.Listing;
+  const int64_t now = Now();
+  if (now - listing.FSeenAt >= kMoment || !IsAlive(listing, now)) return TRecall::Unknown;
+  const std::string_view leaf = place.Leaf();
+  const std::string* const found = listing.Find(leaf);
+  std::string spelled = known->second.Spelled;
+  place.Path = std::move(spelled.append(found ? std::string_view(*found) : leaf));
+  place.Listing = &listing;
+  return found ? TRecall::Present : TRecall::Absent;
+}
+
+// `place` is spelled as on disk, and its folder was given as `givenFolder`.
+void TFolderCache::NotePath(const TPlace& place, TFolderListing* listing, std::string_view givenFolder) {
+  if (!listing || place.Base != AT_FDCWD || !(listing->FSettled || listing->FKeptCurrent)) return;
+  if (FPaths.size() >= kMostPaths) FPaths.clear();
+  const auto known = FPaths.find(givenFolder);
+  if (known == FPaths.end()) {
+    FPaths.emplace(givenFolder, TKnownPath{std::string(place.Folder()), listing});
+  } else if (known->second.Listing != listing || known->second.Spelled != place.Folder()) {
+    known->second = {std::string(place.Folder()), listing};
   }
 }
 
@@ -174,16 +206,25 @@ void TFolderCache::Forget(const TPlace& place) {
   const auto found = FListings.find({stamp.Device, stamp.Inode});
   if (found == FListings.end()) return;
   FTotal -= std::min(FTotal, found->second.Count());
+  FPaths.clear();
   FListings.erase(found);
+}
+
+// Whether the listing may still serve if the folder's stamp has not changed.
+bool TFolderCache::IsAlive(const TFolderListing& listing, int64_t now) {
+  return listing.FSettled || now - listing.FUnsettledSince <
+                                 std::clamp(kReadingTimes * listing.FReadingTime, kShortest, kLongest);
 }
 
 // The listing that is held for the folder if it is true as far as can be told, or null.
 TFolderListing* TFolderCache::Held(const TFolderStamp& stamp) {
   const auto found = FListings.find({stamp.Device, stamp.Inode});
-  if (found == FListings.end() || !(found->second.FStamp == stamp)) return nullptr;
+  if (found == FListings.end() || found->second.FStampDue || !(found->second.FStamp == stamp)) return nullptr;
   TFolderListing& listing = found->second;
-  const int64_t life = std::clamp(kReadingTimes * listing.FReadingTime, kShortest, kLongest);
-  return listing.FSettled || Now() - listing.FUnsettledSince < life ? &listing : nullptr;
+  const int64_t now = Now();
+  if (!IsAlive(listing, now)) return nullptr;
+  listing.FSeenAt = now;
+  return &listing;
 }
 
 // The listing of a folder whose stamp was just read, read now if need be. Null, with errno, where the folder
@@ -192,6 +233,7 @@ TFolderListing* TFolderCache::Current(int base, const std::string& folder, const
   TFolderListing* const current = Held(stamp);
   if (current && (current->FSettled || current->FKeptCurrent)) return current;
   if (FTotal > kMostNames) {
+    FPaths.clear();
     FListings.clear();
     FTotal = 0;
   }
@@ -225,27 +267,37 @@ bool TFolderCache::Read(int base, const std::string& folder, TFolderListing& lis
   listing.FStamp = StampOf(before);
   listing.FSettled = IsClearlyOlder(listing.FStamp, begin);
   listing.FUnsettledSince = begin;
+  listing.FSeenAt = begin;
   listing.FReadingTime = Now() - begin;
   return true;
 }
 
 TFolderChange::TFolderChange(TFolderCache& cache, const TPlace& place)
-    : FPlace(place), FListing(place.Listing) {
+    : FCache(cache), FPlace(place), FListing(place.Listing) {
   TFolderStamp stamp;
   if (FListing || cache.FListings.empty()) return;
   if (ReadStamp(place.Base, place.FolderPath(), stamp)) FListing = cache.Held(stamp);
 }
 
 void TFolderChange::Commit(std::string_view added, std::string_view removed) {
-  TFolderStamp stamp;
-  if (!FListing || !ReadStamp(FPlace.Base, FPlace.FolderPath(), stamp)) return;
-  if (stamp.Device != FListing->FStamp.Device || stamp.Inode != FListing->FStamp.Inode) return;
+  if (!FListing) return;
+  const int64_t now = Now();
+  const bool isOneOfMany = now - FListing->FChangedAt < kMoment && now - FListing->FSeenAt < kMoment / 2;
+  if (!isOneOfMany) {
+    TFolderStamp stamp;
+    if (!ReadStamp(FPlace.Base, FPlace.FolderPath(), stamp)) return;
+    if (stamp.Device != FListing->FStamp.Device || stamp.Inode != FListing->FStamp.Inode) return;
+    FListing->FStamp = stamp;
+    FListing->FSeenAt = now;
+  }
   if (!removed.empty()) FListing->Remove(removed);
   if (!added.empty()) FListing->Add(added);
-  if (FListing->FSettled) FListing->FUnsettledSince = Now();
+  if (FListing->FSettled) FListing->FUnsettledSince = now;
   FListing->FSettled = false;
   FListing->FKeptCurrent = true;
-  FListing->FStamp = stamp;
+  FListing->FStampDue = isOneOfMany;
+  FListing->FChangedAt = now;
+  if (!isOneOfMany) FCache.NotePath(FPlace, FListing, FPlace.Folder());
 }
 
 }  // namespace win

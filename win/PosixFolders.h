@@ -19,12 +19,15 @@
 //    for a short time only, in proportion to what reading the folder takes. So what others do to a folder in
 //    which a run writes at the same moment is seen after that time at the latest, and the reading costs a few
 //    percent.
+//  - For a moment behind each of these comparisons the folder is not asked again: a run does many things in
+//  one folder, one behind the other.
 //  - A name that was found is proved by the operation for which it was looked up: see
 //  TPosixFileSystem::AtPlace.
 #pragma once
 
 #include <cstdint>
 #include <ctime>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -71,6 +74,9 @@ class TFolderListing {
   bool FKeptCurrent = false;  // by own changes
   int64_t FUnsettledSince = 0;
   int64_t FReadingTime = 0;
+  int64_t FSeenAt = 0;     // when the folder's stamp was last compared or taken
+  int64_t FChangedAt = 0;  // when an own change was last entered
+  bool FStampDue = false;  // FStamp is older than the last own change
 };
 
 class TFolderCache {
@@ -87,12 +93,24 @@ class TFolderCache {
   // NTFS' order that is equal in upper case. To be called where the path as given was not found.
   TOutcome Respell(TPlace& place);
 
+  // What was known a moment ago.
+  enum class TRecall {
+    Unknown,  // nothing; `place` is unchanged
+    Present,  // the name; `place` is spelled as on disk
+    Absent    // the folder, without such a name; `place` has the folder spelled as on disk, the name as given
+  };
+
+  // Spells `place` by a listing that was true a moment ago, without asking the system.
+  TRecall Recall(TPlace& place);
+
   // Spells `place`, which is there, as on disk, where the host itself ignores case. What cannot be told
   // stays.
   void SpellAll(TPlace& place);
 
   // Forgets the listing of the folder in which `place` lies: it was found to be wrong.
   void Forget(const TPlace& place);
+  // Forgets which listing belongs to which path: a folder went, or was put under another name.
+  void ForgetPaths() { FPaths.clear(); }
 
   // How often a folder was read so far, for measurements.
   size_t Readings() const { return FReadings; }
@@ -102,6 +120,8 @@ class TFolderCache {
 
   TFolderListing* Current(int base, const std::string& folder, const TFolderStamp& stamp);
   TFolderListing* Held(const TFolderStamp& stamp);
+  static bool IsAlive(const TFolderListing& listing, int64_t now);
+  void NotePath(const TPlace& place, TFolderListing* listing, std::string_view givenFolder);
   bool Read(int base, const std::string& folder, TFolderListing& listing);
 
   struct TKeyHash {
@@ -109,7 +129,16 @@ class TFolderCache {
       return static_cast<size_t>(key.first) * 0x9E3779B97F4A7C15u ^ static_cast<size_t>(key.second);
     }
   };
+  struct TPathHash {
+    using is_transparent = void;
+    size_t operator()(std::string_view path) const { return std::hash<std::string_view>()(path); }
+  };
+  struct TKnownPath {
+    std::string Spelled;  // the folder as on disk, with the separator at its end
+    TFolderListing* Listing;
+  };
   std::unordered_map<std::pair<dev_t, ino_t>, TFolderListing, TKeyHash> FListings;
+  std::unordered_map<std::string, TKnownPath, TPathHash, std::equal_to<>> FPaths;  // by the folder as given
   size_t FTotal = 0;  // names in all listings, roughly
   size_t FReadings = 0;
 };
@@ -124,6 +153,7 @@ class TFolderChange {
   void Commit(std::string_view added, std::string_view removed = {});
 
  private:
+  TFolderCache& FCache;
   const TPlace& FPlace;
   TFolderListing* FListing = nullptr;
 };
