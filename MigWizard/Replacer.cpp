@@ -1,7 +1,9 @@
 #include "MigWizard/Replacer.h"
 
+#include <limits>
 #include <utility>
 
+#include "MigWizard/FilesAhead.h"
 #include "MigWizard/RExpertRes.h"
 #include "qrl/QrlVcl.h"
 #include "rtl/Streams.h"
@@ -53,13 +55,19 @@ EFileConversion::EFileConversion(std::string_view fileName, std::string_view rea
 
 TComponentReplacer::TComponentReplacer(const TFormParserClass& parserClass, std::string_view oldUnit,
                                        std::string_view newUnits, TReplaceOptions& options)
-    : FFormParser(parserClass(ParseStateClass<TFormParseState>())),
-      FOldUnit(rtl::UpperCase(oldUnit)),
+    : FOldUnit(rtl::UpperCase(oldUnit)),
       FNewUnits(newUnits),
+      FConverter(FClasses, FOldUnit, FNewUnits, parserClass(ParseStateClass<TFormParseState>())),
+      FOtherConverter(FClasses, FOldUnit, FNewUnits, parserClass(ParseStateClass<TFormParseState>())),
       FOptions(options) {
-  FFormParser->OnGetPropValue = [this](std::string_view propName, std::string_view value) {
-    return GetDatabaseValue(propName, value);
-  };
+  for (TFileConverter* const converter : {&FConverter, &FOtherConverter}) {
+    converter->OnGetReplacement = [this](std::string_view oldClass, std::string_view newClass) {
+      return GetReplacement(oldClass, newClass);
+    };
+    converter->OnGetDatabase = [this](std::string_view alias, const qrl::TEncoding& encoding) {
+      return GetDatabaseValue(alias, encoding);
+    };
+  }
   FLog.SetTitle(FOptions.GetTitle() + SLog);
   FLog.SetCreatedCaption(SCreatedAt);
   FLog.SetDoubleSpaced(true);
@@ -76,8 +84,9 @@ std::string TComponentReplacer::AliasKey(std::string_view alias, const qrl::TEnc
   return encoding == qrl::TEncoding::Default() ? win::SourceToUtf8(alias) : std::string(alias);
 }
 
-std::string TComponentReplacer::GetDatabaseValue(std::string_view, std::string_view value) const {
-  return std::string(FDatabases.Values(AliasKey(value, *FFormEncoding)));
+std::string TComponentReplacer::GetDatabaseValue(std::string_view alias, const qrl::TEncoding& encoding) {
+  const std::lock_guard lock(FDatabasesMutex);
+  return std::string(FDatabases.Values(AliasKey(alias, encoding)));
 }
 
 void TComponentReplacer::Warn(std::string_view message) const {
@@ -144,6 +153,8 @@ void TComponentReplacer::WalkUnits(const std::string& tempDir) {
   FFolders.clear();
   const int firstAdded = FUnits.Count();
   bool prePass = FOptions.Dest == sdProject;
+  TFilesAhead files(FUnits, FConverter, FOtherConverter);
+  if (prePass) files.ReadUpTo(firstAdded);
   for (int i = 0; i < FUnits.Count(); ++i) {
     if (prePass && i >= firstAdded) {
       for (int form = firstAdded; form < FUnits.Count(); ++form) {
@@ -151,9 +162,12 @@ void TComponentReplacer::WalkUnits(const std::string& tempDir) {
         CollectDatabaseNames(FUnits[form]);
       }
       prePass = false;
+      files.ReadUpTo(std::numeric_limits<int>::max());
     }
     ReportProgress(i, FUnits[i]);
-    ProcessEntry(FUnits[i], tempDir);
+    // A copy of the name: the list that it comes from grows meanwhile.
+    const std::string fileName = FUnits[i];
+    ProcessEntry(fileName, files, tempDir);
   }
   ReportProgress(FUnits.Count(), {});
 }
@@ -162,8 +176,8 @@ void TComponentReplacer::ReportProgress(int done, std::string_view fileName) con
   if (OnProgress) OnProgress({done, FUnits.Count(), fileName});
 }
 
-// `fileName` is a copy: the list that it comes from grows meanwhile.
-void TComponentReplacer::ProcessEntry(std::string fileName, const std::string& tempDir) {
+void TComponentReplacer::ProcessEntry(const std::string& fileName, TFilesAhead& files,
+                                      const std::string& tempDir) {
   std::string relPath;
   if (FOptions.Dest == sdFolder) {
     RefuseCaseTwin(rtl::ExtractFileDir(fileName));
@@ -173,7 +187,7 @@ void TComponentReplacer::ProcessEntry(std::string fileName, const std::string& t
     RefuseSecondFile(fileName);
   }
   const int changedBefore = FChangedFiles;
-  ProcessFile(fileName, JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
+  ProcessFile(fileName, files, JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
   if (FChangedFiles > changedBefore && FOptions.MakeBackup) BackupFile(fileName, relPath);
 }
 

@@ -8,21 +8,23 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
 #include "MigWizard/ClassMap.h"
+#include "MigWizard/FileConversion.h"
 #include "MigWizard/FileUtils.h"
-#include "MigWizard/FormFile.h"
 #include "MigWizard/FormParser.h"
 #include "MigWizard/ReplaceOptions.h"
-#include "qrl/Encoding.h"
 #include "rtl/Exceptions.h"
 #include "rtl/StringList.h"
 
 namespace mig {
+
+class TFilesAhead;
 
 // A file of a run could not be converted. The message names the file, and what stands in it where that is
 // known.
@@ -98,7 +100,7 @@ class TComponentReplacer {
   std::string RunFolder() const;
   void WalkUnits(const std::string& tempDir);
   void ReportProgress(int done, std::string_view fileName) const;
-  void ProcessEntry(std::string fileName, const std::string& tempDir);
+  void ProcessEntry(const std::string& fileName, TFilesAhead& files, const std::string& tempDir);
   void RefuseSecondFile(const std::string& fileName);
   void RefuseCaseTwin(const std::string& name);
   void NeedFolder(const std::string& folder);
@@ -106,14 +108,14 @@ class TComponentReplacer {
   bool ReplaceOriginals(const std::string& tempDir);
   void WriteUndoFile();
 
-  void ProcessFile(const std::string& fileName, const std::string& targetDir);
-  void ProcessUnit(std::string_view text, const std::string& sourceFile, const qrl::TEncoding& encoding,
-                   const std::string& targetFile);
-  void ProcessForm(std::string_view text, const std::string& sourceFile, const TFormFile& form,
-                   const std::string& targetFile);
+  void ProcessFile(const std::string& fileName, TFilesAhead& files, const std::string& targetDir);
+  void ProcessUnit(const TFileConversion& unit, const std::string& sourceFile, const std::string& targetFile);
+  void ProcessForm(const TFileConversion& form, const std::string& sourceFile, const std::string& targetFile);
+  void WriteChanged(const TFileConversion& file, const std::string& sourceFile,
+                    const std::string& targetFile);
   void LogChanges(int changes);
   void CollectDatabaseNames(const std::string& fileName);
-  std::string GetDatabaseValue(std::string_view propName, std::string_view value) const;
+  std::string GetDatabaseValue(std::string_view alias, const qrl::TEncoding& encoding);
   static std::string AliasKey(std::string_view alias, const qrl::TEncoding& encoding);
   bool IsExcluded(std::string_view fileName) const { return OnExclude && OnExclude(fileName); }
   void Warn(std::string_view message) const;
@@ -125,10 +127,10 @@ class TComponentReplacer {
   int FChangedFiles = 0;        // of this run
   rtl::TStringList FUndoList;   // original=backup
   rtl::TStringList FDatabases;  // alias=Root.Component
-  std::unique_ptr<TFormParser> FFormParser;
-  const qrl::TEncoding* FFormEncoding = &qrl::TEncoding::Default();  // of the form being converted
-  std::string FOldUnit;                                              // in upper case
+  std::string FOldUnit;         // in upper case
   std::string FNewUnits;
+  TFileConverter FConverter, FOtherConverter;  // both at work at the same time
+  std::mutex FDatabasesMutex;                  // the list indexes itself when it is asked
   TReplaceOptions& FOptions;
   std::unordered_map<std::string, std::string>
       FProcessed;  // of a project run: upper-cased bare name -> full name

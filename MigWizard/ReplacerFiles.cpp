@@ -1,10 +1,12 @@
-// What a run does with one file: read it, convert its text, write the changed version.
+// What a run does with one file that was read and converted: tell of it, and write the changed version.
+#include <exception>
+
+#include "MigWizard/FilesAhead.h"
+#include "MigWizard/FormFile.h"
 #include "MigWizard/FormPass.h"
 #include "MigWizard/RExpertRes.h"
 #include "MigWizard/Replacer.h"
-#include "MigWizard/TextFile.h"
 #include "MigWizard/UnitNames.h"
-#include "MigWizard/UnitPass.h"
 #include "rtl/Streams.h"
 #include "rtl/SysUtils.h"
 #include "win/FileApi.h"
@@ -31,60 +33,52 @@ void NamingFile(const std::string& fileName, TAction action) {
 
 }  // namespace
 
-void TComponentReplacer::ProcessFile(const std::string& fileName, const std::string& targetDir) {
+void TComponentReplacer::ProcessFile(const std::string& fileName, TFilesAhead& files,
+                                     const std::string& targetDir) {
   FLog.WriteLine(rtl::Format(SProcessingFile, {fileName}));
+  const auto file = files.Take();
   const std::string target = JoinPath(targetDir, rtl::ExtractFileName(fileName));
-  rtl::TFileStream file(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
   const int changedBefore = FChangedFiles;
   NamingFile(fileName, [&] {
     if (IsUnitSource(fileName)) {
-      const TTextFile unit = ReadTextFile(file);
-      ProcessUnit(unit.Text, fileName, *unit.Encoding, target);
+      ProcessUnit(file->Conversion, fileName, target);
     } else {
-      const TFormFile form = ReadFormFile(file);
-      if (form.RCData.TrailingBytes > 0) {
-        Warn(rtl::Format("%s: %d bytes behind the form's data are not part of it.",
-                         {fileName, static_cast<int64_t>(form.RCData.TrailingBytes)}));
-      }
-      const std::string_view text = form.Text;
-      ProcessForm(text.substr(0, text.find('\0')), fileName, form, target);
+      ProcessForm(file->Conversion, fileName, target);
     }
   });
   if (FChangedFiles > changedBefore) (void)win::FileSystem().CopyPermissions(fileName, target);
 }
 
-void TComponentReplacer::ProcessUnit(std::string_view text, const std::string& sourceFile,
-                                     const qrl::TEncoding& encoding, const std::string& targetFile) {
-  const TUnitRules rules{FClasses, FOldUnit, FNewUnits,
-                         [this](std::string_view oldClass, std::string_view newClass) {
-                           return GetReplacement(oldClass, newClass);
-                         }};
-  const TUnitResult result = ConvertUnit(text, encoding, rules);
-  for (const std::string_view directive : result.ResourceDirectives) {
-    const std::string form = FormFileOfDirective(directive, sourceFile, encoding);
-    if (!form.empty() && rtl::FileExists(form) && !IsExcluded(form)) FUnits.Add(form);
+void TComponentReplacer::ProcessUnit(const TFileConversion& unit, const std::string& sourceFile,
+                                     const std::string& targetFile) {
+  if (unit.Failure) std::rethrow_exception(unit.Failure);
+  for (const std::string& form : unit.FormFiles) {
+    if (rtl::FileExists(form) && !IsExcluded(form)) FUnits.Add(form);
   }
-  if (!result.Edits.Empty()) {
-    RefuseCaseTwin(sourceFile);
-    rtl::TFileStream target(targetFile, rtl::fmCreate);
-    result.Edits.WriteTo(target, text, encoding);
-    ++FChangedFiles;
-  }
-  LogChanges(result.Changes);
+  if (unit.IsChanged) WriteChanged(unit, sourceFile, targetFile);
+  LogChanges(unit.Changes);
 }
 
-void TComponentReplacer::ProcessForm(std::string_view text, const std::string& sourceFile,
-                                     const TFormFile& form, const std::string& targetFile) {
-  rtl::TMemoryStream output;
-  FFormEncoding = form.Encoding;
-  const int changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output);
-  LogChanges(changes);
-  if (changes == 0) return;
-  if (text.size() < form.Text.size())
+void TComponentReplacer::ProcessForm(const TFileConversion& form, const std::string& sourceFile,
+                                     const std::string& targetFile) {
+  if (form.TrailingBytes > 0) {
+    Warn(rtl::Format("%s: %d bytes behind the form's data are not part of it.",
+                     {sourceFile, static_cast<int64_t>(form.TrailingBytes)}));
+  }
+  if (form.Failure) std::rethrow_exception(form.Failure);
+  LogChanges(form.Changes);
+  if (form.EndsAtNul)
     Warn(rtl::Format("%s: what stands behind a NUL character is not part of the form.", {sourceFile}));
+  if (form.IsChanged) WriteChanged(form, sourceFile, targetFile);
+}
+
+void TComponentReplacer::WriteChanged(const TFileConversion& file, const std::string& sourceFile,
+                                      const std::string& targetFile) {
   RefuseCaseTwin(sourceFile);
   rtl::TFileStream target(targetFile, rtl::fmCreate);
-  WriteFormFile(target, output.Bytes(), form);
+  if (file.WriteFailure) std::rethrow_exception(file.WriteFailure);
+  target.Write(file.Mark);
+  target.Write(file.Bytes);
   ++FChangedFiles;
 }
 

@@ -6,7 +6,7 @@ void TTextEdits::Replace(size_t position, size_t length, std::string replacement
   FEdits.push_back({position, length, std::move(replacement)});
 }
 
-void TTextEdits::WriteTo(rtl::TStream& stream, std::string_view text, const qrl::TEncoding& encoding) const {
+std::string TTextEdits::Apply(std::string_view text) const {
   std::string changed;
   changed.reserve(text.size() + 32 * FEdits.size());
   size_t done = 0;
@@ -14,9 +14,7 @@ void TTextEdits::WriteTo(rtl::TStream& stream, std::string_view text, const qrl:
     changed.append(text.substr(done, edit.Position - done)).append(edit.Replacement);
     done = edit.Position + edit.Length;
   }
-  changed.append(text.substr(done));
-  stream.Write(encoding.WrittenMark());
-  stream.Write(encoding.IsIdentity() ? changed : encoding.GetBytes(changed));
+  return changed.append(text.substr(done));
 }
 
 }  // namespace mig

@@ -7,9 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "qrl/Encoding.h"
-#include "rtl/Streams.h"
-
 namespace mig {
 
 class TTextEdits {
@@ -19,8 +16,8 @@ class TTextEdits {
   void Replace(size_t position, size_t length, std::string replacement);
   bool Empty() const { return FEdits.empty(); }
 
-  // Writes `text`, the one that the edits were made for, with all edits, in `encoding` and behind its mark.
-  void WriteTo(rtl::TStream& stream, std::string_view text, const qrl::TEncoding& encoding) const;
+  // `text`, the one that the edits were made for, with all edits.
+  std::string Apply(std::string_view text) const;
 
  private:
   struct TEdit {

@@ -3,7 +3,6 @@
 #include <string>
 
 #include "MigWizard/UnitPass.h"
-#include "rtl/Streams.h"
 #include "rtl/SysUtils.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -16,8 +15,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const mig::TUnitResult result = mig::ConvertUnit(text, qrl::TEncoding::Default(), rules);
   for (const std::string_view directive : result.ResourceDirectives)
     (void)mig::FormFileOfDirective(directive, "C:\\Unit1.pas", qrl::TEncoding::Default());
-  rtl::TMemoryStream target;
-  result.Edits.WriteTo(target, text, qrl::TEncoding::Default());
-  if (rtl::LowerCase(target.Bytes()) != rtl::LowerCase(text)) std::abort();
+  if (rtl::LowerCase(result.Edits.Apply(text)) != rtl::LowerCase(text)) std::abort();
   return 0;
 }

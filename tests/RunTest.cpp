@@ -150,7 +150,7 @@ TEST_F(RunTest, BadInput) {
       {"a form that vanishes",
        [this] {
          Replacer().OnProgress = [this](const TRunProgress& progress) {
-           if (progress.FileName.ends_with("B.DFM")) fs::remove(FTree.HostPath("src/Sub/B.dfm"));
+           if (progress.FileName.ends_with("A.DFM")) fs::remove(FTree.HostPath("src/Sub/B.dfm"));
          };
        },
        "Cannot open file \"<dir>\\src\\Sub\\B.DFM\". The system cannot find the file specified."},

@@ -54,32 +54,32 @@ void AppendUtf8(std::string& text, char32_t character) {
   if (!failed) text.append(reinterpret_cast<const char*>(units), static_cast<size_t>(length));
 }
 
-// One of the code pages, with the tables that are made once for it.
+// One of the code pages, as tables that are made once for it. Any number of threads may read them.
 class TCodePage {
  public:
   explicit TCodePage(const TCodePageRow& row) : Row(row) {
+    TConverter converter;
     if (row.Converter) {
       UErrorCode error = U_ZERO_ERROR;
-      FConverter.reset(ucnv_open(row.Converter, &error));
-      ucnv_setToUCallBack(FConverter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
+      converter.reset(ucnv_open(row.Converter, &error));
+      ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
     }
     for (size_t byte = 0; byte < 256; ++byte) {
       const char single = static_cast<char>(byte);
       // The control characters of IBM's tables stand crosswise (1A, 1C, 7F): ASCII is ASCII here.
-      FSingles[byte] = byte < 0x80 ? static_cast<char32_t>(byte) : Decode({&single, 1});
+      FSingles[byte] = byte < 0x80 ? static_cast<char32_t>(byte) : DecodeWith(converter.get(), {&single, 1});
       FAlpha[byte] = IsCharAlphaU(FSingles[byte]);
     }
-  }
-
-  // The single character that `bytes` are; U+FFFD if they are none.
-  char32_t Decode(std::string_view bytes) const {
-    if (!FConverter) return kReplacement;
-    UErrorCode error = U_ZERO_ERROR;
-    UChar units[4] = {};
-    ucnv_reset(FConverter.get());
-    const int32_t count =
-        ucnv_toUChars(FConverter.get(), units, 4, bytes.data(), static_cast<int32_t>(bytes.size()), &error);
-    return U_SUCCESS(error) && count == 1 ? static_cast<char32_t>(units[0]) : kReplacement;
+    if (!row.FirstLead) return;
+    FDoubles.reserve(0x8000);
+    for (int lead = 0x80; lead < 0x100; ++lead) {
+      for (int trail = 0; trail < 0x100; ++trail) {
+        const char bytes[] = {static_cast<char>(lead), static_cast<char>(trail)};
+        const bool isPair =
+            IsLead(static_cast<uint8_t>(lead)) && IsDBCSTrailByte(static_cast<uint8_t>(trail));
+        FDoubles.push_back(isPair ? DecodeWith(converter.get(), {bytes, 2}) : kReplacement);
+      }
+    }
   }
 
   bool IsLead(uint8_t byte) const {
@@ -88,13 +88,28 @@ class TCodePage {
                              : byte >= 0x81 && byte <= 0xFE;
   }
   char32_t Single(uint8_t byte) const { return FSingles[byte]; }
+  // The character of a lead byte and a trail byte; U+FFFD if they are none.
+  char32_t Double(uint8_t lead, uint8_t trail) const {
+    return FDoubles[static_cast<size_t>(lead - 0x80) << 8 | trail];
+  }
   bool IsAlpha(uint8_t byte) const { return FAlpha[byte]; }
 
   const TCodePageRow& Row;
 
  private:
-  TConverter FConverter;
+  // The single character that `bytes` are; U+FFFD if they are none.
+  static char32_t DecodeWith(UConverter* converter, std::string_view bytes) {
+    if (!converter) return kReplacement;
+    UErrorCode error = U_ZERO_ERROR;
+    UChar units[4] = {};
+    ucnv_reset(converter);
+    const int32_t count =
+        ucnv_toUChars(converter, units, 4, bytes.data(), static_cast<int32_t>(bytes.size()), &error);
+    return U_SUCCESS(error) && count == 1 ? static_cast<char32_t>(units[0]) : kReplacement;
+  }
+
   std::array<char32_t, 256> FSingles{};
+  std::vector<char32_t> FDoubles;  // by lead byte from 80 and trail byte
   std::array<bool, 256> FAlpha{};
 };
 
@@ -153,7 +168,7 @@ std::string SourceToUtf8(std::string_view text) {
   for (size_t i = 0; i < text.size(); ++i) {
     const auto byte = static_cast<uint8_t>(text[i]);
     if (page.IsLead(byte) && i + 1 < text.size() && IsDBCSTrailByte(static_cast<uint8_t>(text[i + 1]))) {
-      AppendUtf8(result, page.Decode(text.substr(i++, 2)));
+      AppendUtf8(result, page.Double(byte, static_cast<uint8_t>(text[++i])));
     } else {
       AppendUtf8(result, page.Single(byte));
     }
@@ -172,7 +187,8 @@ bool IsCharAlphaA(std::string_view bytes) {
     return i == length && IsCharAlphaU(static_cast<char32_t>(character));
   }
   return bytes.size() == 2 && page.IsLead(static_cast<uint8_t>(bytes[0])) &&
-         IsDBCSTrailByte(static_cast<uint8_t>(bytes[1])) && IsCharAlphaU(page.Decode(bytes));
+         IsDBCSTrailByte(static_cast<uint8_t>(bytes[1])) &&
+         IsCharAlphaU(page.Double(static_cast<uint8_t>(bytes[0]), static_cast<uint8_t>(bytes[1])));
 }
 
 bool IsCharAlphaU(char32_t character) {
