@@ -122,6 +122,9 @@ void AddReplace(CLI::App& app, TCommandLine& line) {
       ->add_option("--exclude", line.Exclude,
                    "Leave out files whose path below the folder matches, as in 'old/*' (repeatable)")
       ->type_name("PATTERN")
+      ->check([](const std::string& pattern) {
+        return pattern.empty() ? std::string("an empty pattern leaves nothing out") : std::string();
+      })
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   AddCodePage(command, line);

@@ -121,6 +121,7 @@ TEST_F(CommandLineTest, WrongCommandLines) {
       {"replace --mode bde --folder src --project src/P.dpr", '2'},
       {"replace --mode bde --folder src --unit A.pas", '2'},
       {"replace --mode bde --folder none", '2'},
+      {"replace --mode bde --folder src --exclude ''", '2'},
       {"replace --mode bde --folder src --codepage 7", '2'},
       {"replace --mode bde --folder src --drive C", '2'},
       {"replace --mode bde --folder src --drive C=none", '2'},
