@@ -144,6 +144,8 @@ TEST(ProjectXmlTest, Projects) {
        "! C:\\p\\App.dproj(1): this is not well-formed XML: No document element found."},
       {ReadDproj, "<!-- x -->\n<BorlandProject/>",
        "! C:\\p\\App.dproj(2): the root element is <BorlandProject>, not <Project>."},
+      {ReadDproj, "<Project>\n<DCCReference Include='A.pas' include='B'\nInclude='C.pas'/></Project>",
+       "! C:\\p\\App.dproj(2): this is not well-formed XML: <DCCReference> has two attributes \"Include\"."},
       {ReadDproj, "<Project/>",
        "! C:\\p\\App.dproj: this is no project: it names neither a main source nor units."},
       {ReadBdsproj, "<BorlandProject/>", "! C:\\p\\App.dproj: this is no project: it names no main source."},
