@@ -1,6 +1,6 @@
 """Runs the benchmarks and writes their table. Started by bench/run.sh.
 
-Every row is a ratio of two times (or of a size and a size) taken within one run on one machine: A B A B ... after a
+Every row is a ratio of two times (or of two sizes) taken within one run on one machine: A B A B ... after a
 round that does not count, each pair gives a ratio, and the row shows the median of these. Before a program starts, its
 input is made anew, all of it in the cache. The folder lies in memory where the machine has such a place, so that the
 programs are measured and not the disk that they share with others; one pair of rows is taken on the disk as well.
@@ -19,6 +19,7 @@ from dataclasses import dataclass
 
 KB, MB, GB = 1 << 10, 1 << 20, 1 << 30
 MEMORY = "/dev/shm/"
+REPETITIONS = 5  # of the grammar and the scanner
 CLASSES = {  # what perl renames: the classes of the family bde
     "TDatabase": "TKVAConnection", "TQuery": "TKVAQuery", "TwwQuery": "TKVAQuery", "TTable": "TKVATable",
     "TwwTable": "TKVATable", "TStoredProc": "TKVAStoredProc", "TwwStoredProc": "TKVAStoredProc",
@@ -73,6 +74,11 @@ def pairs(rounds, first, second):
     return ratio, cpu, one, two, (min(spread), max(spread))
 
 
+def form_rounds(rounds):
+    """The large forms take longer."""
+    return max(3, rounds // 2)
+
+
 class Benchmarks:
     def __init__(self, build, folder, rounds, units):
         self.bin = os.path.join(build, "bench")
@@ -100,11 +106,11 @@ class Benchmarks:
             self.run([os.path.join(self.bin, "kva_maketree"), tree, "--list", listed, *map(str, arguments)])
         return tree, listed
 
-    def migrate(self, tree, check=True):
-        """One run over a fresh copy of the tree. Looks that the run did what it is timed for."""
+    def migrate(self, tree):
+        """One run over a fresh copy of the tree. A run that changed nothing is an error."""
         self.fresh(tree)
         cost = self.run([self.program, "replace", "--mode", "bde", "--folder", self.work, "--subfolders"])
-        if check and not os.path.getsize(os.path.join(self.work, "RBackup", "RExpert.reu")):
+        if not os.path.getsize(os.path.join(self.work, "RBackup", "RExpert.reu")):
             raise RuntimeError(f"the run over {tree} changed nothing")
         return cost
 
@@ -160,7 +166,7 @@ class Benchmarks:
                 peaks.append(cost.peak)
                 return cost
 
-            ratio, cpu, big, little, spread = pairs(max(3, self.rounds // 2), on_large, lambda: self.migrate(small))
+            ratio, cpu, big, little, spread = pairs(form_rounds(self.rounds), on_large, lambda: self.migrate(small))
             size = os.path.getsize(os.path.join(large, "Big.dfm"))
             yield Row(f"A form of 50 MB, beside one of 5 MB: {kind}", ratio, 10, True,
                       f"20,000 and 2,000 objects to convert; {big:.2f} s to {little:.3f} s, "
@@ -177,8 +183,8 @@ class Benchmarks:
             print(f"not built: {name}", file=sys.stderr)
             return {}
         output = self.path(name + ".json")
-        self.run([program, f"--benchmark_out={output}", "--benchmark_out_format=json", "--benchmark_repetitions=5",
-             "--benchmark_report_aggregates_only=true", *options])
+        self.run([program, f"--benchmark_out={output}", "--benchmark_out_format=json",
+                  f"--benchmark_repetitions={REPETITIONS}", "--benchmark_report_aggregates_only=true", *options])
         with open(output, encoding="utf-8") as file:
             found = json.load(file)["benchmarks"]
         return {b["run_name"]: b for b in found if b.get("aggregate_name") == "median"}
@@ -244,8 +250,10 @@ def processor():
 
 def table(rows, rounds):
     lines = ["# Benchmarks", "",
-             "Written by `./bench/run.sh`; do not edit. Each row is a ratio within one run on one machine, the median of "
-             f"{rounds} pairs (three at least for the large forms), so it says something about other machines too.", "",
+             "Written by `./bench/run.sh`; do not edit. Each row is a ratio within one run on one machine, so it says "
+             f"something about other machines too: the median of {rounds} pairs of runs ({form_rounds(rounds)} for the "
+             f"large forms), or of {REPETITIONS} repetitions for the grammar and the scanner; memory is the highest "
+             "that was seen.", "",
              f"Machine: {os.cpu_count()} processors, {processor()}; {platform.system()} {platform.release()}.", "",
              "| What | Ratio | Target | | Details |", "|---|---:|---:|---|---|"]
     for row in rows:
@@ -275,6 +283,8 @@ def main():
 
     groups = arguments.only or ["tree", "disk", "form", "grammar", "conversion", "scanner"]
     in_memory = os.path.isdir(MEMORY) and shutil.disk_usage(MEMORY).free > 2 * GB
+    if not in_memory:  # all of it is on the disk
+        groups = list(dict.fromkeys("tree" if group == "disk" else group for group in groups))
     measure(MEMORY if in_memory else None, [group for group in groups if group != "disk"])
     if in_memory and "disk" in groups:
         measure(None, ["tree"])

@@ -104,8 +104,10 @@ void AddReplace(CLI::App& app, TCommandLine& line) {
                              ->type_name("FILE")
                              ->excludes(folder);
   command
-      ->add_option("--active", line.ActiveProject,
-                   "The project of a group that is the active one (default: the first)")
+      ->add_option(
+          "--active", line.ActiveProject,
+          "The project of a group that is the active one, by its name or its path as the group has it "
+          "(default: the first)")
       ->type_name("NAME")
       ->needs(project);
   command->add_option("--unit", line.Units, "Convert this unit of the project alone (repeatable)")
@@ -122,6 +124,9 @@ void AddReplace(CLI::App& app, TCommandLine& line) {
       ->add_option("--exclude", line.Exclude,
                    "Leave out files whose path below the folder matches, as in 'old/*' (repeatable)")
       ->type_name("PATTERN")
+      ->check([](const std::string& pattern) {
+        return pattern.empty() ? std::string("an empty pattern leaves nothing out") : std::string();
+      })
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   AddCodePage(command, line);

@@ -1,4 +1,5 @@
 // kvamigrate form to-text and to-binary: one file into another, or forms in place.
+#include <algorithm>
 #include <cstdio>
 #include <vector>
 
@@ -9,7 +10,6 @@
 #include "cli/TypedPath.h"
 #include "rtl/Streams.h"
 #include "rtl/SysUtils.h"
-#include "win/Drives.h"
 #include "win/FileApi.h"
 
 namespace cli {
@@ -26,11 +26,25 @@ std::string LastError() {
   return win::SysErrorMessage(win::GetLastError());
 }
 
-std::string ReadInput(const std::string& input) {
-  if (input != kStandardStream) {
-    rtl::TFileStream file(WindowsPath(input), rtl::fmOpenRead | rtl::fmShareDenyNone);
-    return file.ReadToEnd();
+// What happens to the file at the Windows path `path`. In messages it is called `name`, as the user calls it.
+template <typename TAction>
+auto Naming(const std::string& path, const std::string& name, TAction action) {
+  try {
+    return action();
+  } catch (const rtl::EStreamError& error) {
+    std::string message = error.what();
+    if (const size_t at = message.find(path); at != std::string::npos) message.replace(at, path.size(), name);
+    throw rtl::EStreamError(message);
   }
+}
+
+std::string ReadFile(const std::string& path, const std::string& name) {
+  return Naming(path, name,
+                [&] { return rtl::TFileStream(path, rtl::fmOpenRead | rtl::fmShareDenyNone).ReadToEnd(); });
+}
+
+std::string ReadInput(const std::string& input) {
+  if (input != kStandardStream) return ReadFile(WindowsPath(input), input);
   std::string bytes;
   char buffer[64 * 1024];
   for (size_t count = 0; (count = std::fread(buffer, 1, sizeof buffer, stdin)) > 0;)
@@ -41,7 +55,8 @@ std::string ReadInput(const std::string& input) {
 
 void WriteOutput(const std::string& output, std::string_view bytes) {
   if (!output.empty() && output != kStandardStream) {
-    rtl::TFileStream(WindowsPath(output), rtl::fmCreate).Write(bytes.data(), bytes.size());
+    const std::string path = WindowsPath(output);
+    Naming(path, output, [&] { rtl::TFileStream(path, rtl::fmCreate).Write(bytes.data(), bytes.size()); });
     return;
   }
   const bool written = std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
@@ -70,16 +85,20 @@ bool IsFormName(std::string_view name) {
 // place when they are safe on the disk; each file is at every moment either as it was or as it is to be.
 class TInPlace {
  public:
-  explicit TInPlace(TFormKind wanted) : FWanted(wanted), FTempDir(mig::CreateTempFolder(kTempPrefix, 1)) {
+  // `typed` is the file, or the folder that the files lie below, as the user typed it.
+  TInPlace(TFormKind wanted, const std::string& typed)
+      : FWanted(wanted),
+        FTyped(typed),
+        FRoot(WindowsPath(typed)),
+        FTempDir(mig::CreateTempFolder(kTempPrefix, 1)) {
     if (FTempDir.empty()) throw rtl::EFCreateError("Failed to create directory.");
   }
   ~TInPlace() { mig::DeleteTempFolder(FTempDir); }
   TInPlace(const TInPlace&) = delete;
   TInPlace& operator=(const TInPlace&) = delete;
 
-  // Names are Windows paths.
-  void AddFolder(const std::string& root);
-  void AddFile(const std::string& fileName);
+  void AddFolder();
+  void AddFile() { AddFile(FRoot); }
   void PutInPlace();
   int Finish() const;
 
@@ -88,12 +107,17 @@ class TInPlace {
     std::string FileName;
     std::string Temp;
   };
+  void AddFile(const std::string& fileName);
+  // The name, for messages, of a file or folder at or below FRoot: what was typed, and on from there.
+  std::string Shown(const std::string& path) const;
   void Fail(const std::string& message) {
     Report(message);
     ++FFailed;
   }
 
   const TFormKind FWanted;
+  const std::string FTyped;
+  const std::string FRoot;  // all paths are Windows paths
   const std::string FTempDir;
   std::vector<TChanged> FChanged;
   size_t FConverted = 0;
@@ -101,8 +125,20 @@ class TInPlace {
   size_t FFailed = 0;
 };
 
-void TInPlace::AddFolder(const std::string& root) {
-  std::vector<std::string> folders{root};
+std::string TInPlace::Shown(const std::string& path) const {
+  std::string below = path.substr(FRoot.size());
+  if (below.empty()) return FTyped;
+  const bool isWindows =
+      FTyped.find('/') == std::string::npos && FTyped.find_first_of("\\:") != std::string::npos;
+  if (!isWindows) std::replace(below.begin(), below.end(), '\\', '/');
+  const auto isSeparator = [](char c) { return c == '/' || c == '\\'; };
+  if (isSeparator(below.front())) below.erase(0, 1);
+  if (isSeparator(FTyped.back())) return FTyped + below;
+  return FTyped + (isWindows ? '\\' : '/') + below;
+}
+
+void TInPlace::AddFolder() {
+  std::vector<std::string> folders{FRoot};
   while (!folders.empty()) {
     const std::string folder = std::move(folders.back());
     folders.pop_back();
@@ -119,17 +155,16 @@ void TInPlace::AddFolder(const std::string& root) {
       }
     }
     if (!walk || win::GetLastError() != win::ERROR_NO_MORE_FILES)
-      Fail("The folder \"" + win::ToHostName(folder) + "\" could not be read. " + LastError());
+      Fail("The folder \"" + Shown(folder) + "\" could not be read. " + LastError());
     folders.insert(folders.end(), below.rbegin(), below.rend());
   }
 }
 
 void TInPlace::AddFile(const std::string& fileName) {
   StopIfInterrupted();
-  const std::string name = win::ToHostName(fileName);
+  const std::string name = Shown(fileName);
   try {
-    TConvertedForm form = Convert(
-        rtl::TFileStream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone).ReadToEnd(), FWanted, name);
+    TConvertedForm form = Convert(ReadFile(fileName, name), FWanted, name);
     if (!form.Changed) {
       ++FKept;
       return;
@@ -153,7 +188,7 @@ void TInPlace::PutInPlace() {
     if (win::CopyFileA(changed.Temp, changed.FileName, false)) {
       ++FConverted;
     } else {
-      Fail("Cannot replace \"" + win::ToHostName(changed.FileName) + "\". " + LastError());
+      Fail("Cannot replace \"" + Shown(changed.FileName) + "\". " + LastError());
     }
   }
 }
@@ -187,12 +222,11 @@ int RunForm(const TCommandLine& line) {
     return kExitOk;
   }
   CatchInterrupts();
-  TInPlace forms(wanted);
-  const std::string path = WindowsPath(line.Input);
+  TInPlace forms(wanted, line.Input);
   if (isFolder) {
-    forms.AddFolder(path);
+    forms.AddFolder();
   } else {
-    forms.AddFile(path);
+    forms.AddFile();
   }
   forms.PutInPlace();
   return forms.Finish();

@@ -1,4 +1,6 @@
 #include <cstdio>
+#include <unordered_map>
+#include <utility>
 
 #include "MigWizard/FileUtils.h"
 #include "MigWizard/IDEUtils.h"
@@ -15,6 +17,7 @@
 #include "rtl/SysUtils.h"
 #include "target/Catalogue.h"
 #include "target/KVAReplacer.h"
+#include "win/CodePage.h"
 #include "win/Drives.h"
 
 namespace cli {
@@ -54,6 +57,7 @@ class TRunWatch {
   explicit TRunWatch(mig::TComponentReplacer& replacer) {
     replacer.OnProgress = [this](const mig::TRunProgress& progress) {
       FFileName = progress.FileName;
+      if (!FFileName.empty()) FFirst.try_emplace(BareKey(FFileName), FFileName);
       StopIfInterrupted();
       FLine.Show(progress.Done, progress.Known, progress.FileName);
     };
@@ -66,19 +70,55 @@ class TRunWatch {
   void Clear() { FLine.Clear(); }
   // The file that was under way, or empty.
   const std::string& FileName() const { return FFileName; }
+  // The first file of its bare name.
+  const std::string& FirstNamesake() const { return FFirst.at(BareKey(FFileName)); }
 
  private:
+  static std::string BareKey(std::string_view fileName) {
+    return win::UpperFileName(rtl::ExtractFileName(fileName));
+  }
+
   TProgressLine FLine;
   std::string FFileName;
+  std::unordered_map<std::string, std::string> FFirst;  // by BareKey
 };
 
-// What to do about a file that ends a run. In the pattern "?" stands for characters that would not stand for
-// themselves there, or between quotes of a shell.
-std::string ExcludeHint(const std::string& fileName, const std::string& base) {
-  std::string pattern = rtl::ExtractRelativePath(mig::JoinPath(base, ""), fileName);
+std::string PathBelow(const std::string& base, std::string_view fileName) {
+  return rtl::ExtractRelativePath(mig::JoinPath(base, ""), fileName);
+}
+
+// The pattern that leaves a file out. "?" stands for characters that would not stand for themselves there, or
+// between quotes of a shell.
+std::string ExcludePattern(const std::string& fileName, const std::string& base) {
+  std::string pattern = PathBelow(base, fileName);
   for (char& c : pattern)
     if (c == '[' || c == '*' || c == '\'') c = '?';
-  return "Leave the file out with --exclude '" + pattern + "' to convert the others. No file was changed.";
+  return pattern;
+}
+
+// The same for one of two files that are in each other's way; empty if every such pattern fits both, as it
+// does for names that differ in case alone.
+std::string ExcludeOneOf(const std::string& one, const std::string& other, const std::string& base) {
+  for (const auto& [out, kept] : {std::pair(one, other), std::pair(other, one)}) {
+    std::string pattern = ExcludePattern(out, base);
+    if (!TPathPatterns({pattern}).Match(PathBelow(base, kept))) return pattern;
+  }
+  return {};
+}
+
+// What to do about the file that ended a run; empty where leaving files out does not help.
+std::string ExcludeHint(const TRunWatch& watch, const std::string& base) {
+  if (watch.FileName().empty()) return {};
+  return "Leave the file out with --exclude '" + ExcludePattern(watch.FileName(), base) +
+         "' to convert the others. No file was changed.";
+}
+
+std::string ExcludeTwinHint(const TRunWatch& watch, const std::string& base) {
+  if (watch.FileName().empty()) return {};
+  const std::string pattern = ExcludeOneOf(watch.FileName(), watch.FirstNamesake(), base);
+  if (pattern.empty()) return {};
+  return "Leave one of them out with --exclude '" + pattern +
+         "' and convert it in a run of its own. No file was changed.";
 }
 
 // What is to be scanned, as options of the run. The folder that log and backups belong to.
@@ -120,11 +160,15 @@ int RunReplace(const TCommandLine& line) {
 
   const TPathPatterns patterns(line.Exclude);
   if (!patterns.Empty()) {
-    replacer.OnExclude = [&](std::string_view fileName) {
-      return patterns.Match(rtl::ExtractRelativePath(mig::JoinPath(base, ""), fileName));
-    };
+    replacer.OnExclude = [&](std::string_view fileName) { return patterns.Match(PathBelow(base, fileName)); };
   }
   TRunWatch watch(replacer);
+  const auto stopped = [&watch](const rtl::Exception& error, const std::string& hint) {
+    watch.Clear();
+    Print(stderr, std::string("kvamigrate: ") + error.what());
+    if (!hint.empty()) Print(stderr, hint);
+    return kExitException;
+  };
   CatchInterrupts();
   try {
     const bool succeeded = replacer.Replace();
@@ -132,13 +176,10 @@ int RunReplace(const TCommandLine& line) {
     return Outcome(succeeded, mig::SReplaceSuccess, mig::SReplaceFailed);
   } catch (const rtl::EAbort&) {
     throw;
-  } catch (const mig::ETwinFiles&) {
-    throw;
+  } catch (const mig::ETwinFiles& error) {
+    return stopped(error, line.Project.empty() ? std::string() : ExcludeTwinHint(watch, base));
   } catch (const rtl::Exception& error) {
-    watch.Clear();
-    Print(stderr, std::string("kvamigrate: ") + error.what());
-    if (!watch.FileName().empty()) Print(stderr, ExcludeHint(watch.FileName(), base));
-    return kExitException;
+    return stopped(error, ExcludeHint(watch, base));
   }
 }
 

@@ -14,14 +14,15 @@ namespace host {
 namespace {
 
 std::vector<TFileReference> ReadReferences(const std::string& fileName) {
-  mig::TTextFile file = ReadProjectText(fileName);
   switch (ProjectKindOf(fileName)) {
     case TProjectKind::Groupproj:
-      return ReadGroupproj(ToXmlText(std::move(file)), fileName);
+      return ReadGroupproj(ReadProjectXml(fileName), fileName);
     case TProjectKind::Bdsgroup:
-      return ReadBdsgroup(ToXmlText(std::move(file)), fileName);
-    case TProjectKind::Bpg:
+      return ReadBdsgroup(ReadProjectXml(fileName), fileName);
+    case TProjectKind::Bpg: {
+      const mig::TTextFile file = ReadProjectText(fileName);
       return ReadBpg(ToUtf8(file.Text, *file.Encoding), fileName);
+    }
     default:
       throw EHostError(At(fileName, 0, "this is no project group."));
   }

@@ -15,13 +15,18 @@ bool IsPascalUnit(const TFileReference& unit) {
   return rtl::SameText(rtl::ExtractFileExt(unit.Name), ".pas");
 }
 
-// Whether `named` is what the user may call the project: its path, its file name, or that without its
-// extension.
-bool IsCalled(const TProject& project, std::string_view named) {
+// Whether `named` is the project's path: a full one, one below the process's folder, or one below the group's
+// folder, as the group's file has it.
+bool LiesAt(const TProject& project, std::string_view named, const TProjectGroup& group) {
+  const std::string key = FileKey(project.FileName());
+  return FileKey(win::ToWindowsPath(named)) == key || FileKey(ResolveName(group.FileName(), named)) == key;
+}
+
+// Whether it is the project's file name, or that without its extension.
+bool IsCalled(const TProject& project, std::string_view named, const TProjectGroup&) {
   const std::string fileName = rtl::ExtractFileName(project.FileName());
   const std::string key = FileKey(named);
-  return key == FileKey(fileName) || key == FileKey(rtl::ChangeFileExt(fileName, "")) ||
-         FileKey(win::ToWindowsPath(named)) == FileKey(project.FileName());
+  return key == FileKey(fileName) || key == FileKey(rtl::ChangeFileExt(fileName, ""));
 }
 
 std::string ListOf(const TProjectGroup& group) {
@@ -32,15 +37,18 @@ std::string ListOf(const TProjectGroup& group) {
   return list;
 }
 
+// A path wins over a name: so each of two projects of one name can be told.
 TProject& ProjectCalled(const TProjectGroup& group, std::string_view named) {
-  TProject* found = nullptr;
-  for (int i = 0; i < group.Count(); ++i) {
-    if (!IsCalled(group[i], named)) continue;
-    if (found) throw EChoiceError("More than one project is called " + Quoted(named) + ".");
-    found = &group[i];
+  for (const auto fits : {LiesAt, IsCalled}) {
+    TProject* found = nullptr;
+    for (int i = 0; i < group.Count(); ++i) {
+      if (!fits(group[i], named, group)) continue;
+      if (found) throw EChoiceError("More than one project is called " + Quoted(named) + "; give its path.");
+      found = &group[i];
+    }
+    if (found) return *found;
   }
-  if (!found) throw EChoiceError("There is no project " + Quoted(named) + ", only: " + ListOf(group) + ".");
-  return *found;
+  throw EChoiceError("There is no project " + Quoted(named) + ", only: " + ListOf(group) + ".");
 }
 
 }  // namespace

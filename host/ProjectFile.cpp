@@ -54,7 +54,7 @@ class TProjectReader {
  private:
   void ReadXml(TProjectKind kind) {
     const std::string& fileName = FProject.FileName;
-    const std::string xml = ToXmlText(ReadProjectText(fileName));
+    const std::string xml = ReadProjectXml(fileName);
     const TXmlProject project =
         kind == TProjectKind::Dproj ? ReadDproj(xml, fileName) : ReadBdsproj(xml, fileName);
     for (const TFileReference& unit : project.Units) {

@@ -9,22 +9,56 @@
 
 namespace host {
 
-mig::TTextFile ReadProjectText(std::string_view fileName) {
+namespace {
+
+constexpr std::string_view kBigEndianMark = "\xFE\xFF";
+
+bool IsBigEndian(const mig::TTextFile& file) {
+  return *file.Encoding == qrl::TEncoding::Default() && file.Text.starts_with(kBigEndianMark);
+}
+
+void TurnBigEndian(mig::TTextFile& file) {
+  file.Text.erase(0, kBigEndianMark.size());
+  for (size_t i = 0; i + 1 < file.Text.size(); i += 2) std::swap(file.Text[i], file.Text[i + 1]);
+  file.Encoding = &qrl::TEncoding::Unicode();
+  file.Text = file.Encoding->GetString(std::move(file.Text));
+}
+
+mig::TTextFile ReadText(std::string_view fileName, bool turn) {
   if (rtl::DirectoryExists(fileName))
     throw EHostError(At(fileName, 0, "this is a folder, not a project file."));
-  rtl::TFileStream file(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
-  return mig::ReadTextFile(file);
+  rtl::TFileStream stream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
+  try {
+    mig::TTextFile file = mig::ReadTextFile(stream);
+    if (turn && IsBigEndian(file)) TurnBigEndian(file);
+    return file;
+  } catch (const rtl::EConvertError& error) {
+    throw EHostError(At(fileName, 0, error.what()));
+  }
 }
 
-std::string ToUtf8(std::string_view piece, const qrl::TEncoding& encoding) {
-  return encoding == qrl::TEncoding::Default() ? win::SourceToUtf8(piece) : std::string(piece);
+}  // namespace
+
+mig::TTextFile ReadProjectText(std::string_view fileName) {
+  mig::TTextFile file = ReadText(fileName, /*turn=*/false);
+  if (IsBigEndian(file)) {
+    throw EHostError(At(fileName, 0,
+                        "this is UTF-16 with the high byte first, which is read in XML alone; save it in "
+                        "UTF-8 with a mark."));
+  }
+  return file;
 }
 
-std::string ToXmlText(mig::TTextFile file) {
+std::string ReadProjectXml(std::string_view fileName) {
+  mig::TTextFile file = ReadText(fileName, /*turn=*/true);
   if (*file.Encoding == qrl::TEncoding::Default() && !win::IsValidUtf8(file.Text)) {
     return win::SourceToUtf8(file.Text);
   }
   return std::move(file.Text);
+}
+
+std::string ToUtf8(std::string_view piece, const qrl::TEncoding& encoding) {
+  return encoding == qrl::TEncoding::Default() ? win::SourceToUtf8(piece) : std::string(piece);
 }
 
 }  // namespace host

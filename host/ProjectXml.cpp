@@ -5,6 +5,7 @@
 #include <functional>
 #include <pugixml.hpp>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "host/HostError.h"
@@ -32,6 +33,7 @@ class TXmlFile {
     if (root.name() != std::string_view(rootName)) {
       Fail(LineOf(root), std::string("the root element is <") + root.name() + ">, not <" + rootName + ">.");
     }
+    RefuseDoubledAttributes();
   }
 
   // Calls `visit` for each element, in document order.
@@ -60,6 +62,20 @@ class TXmlFile {
       if (isText || (node.type() == pugi::node_element && node != root))
         Fail(LineOf(node), "this is not well-formed XML: something stands outside of the root element.");
     }
+  }
+
+  // The parser takes these, too, and would show the first of them alone. The counter of lines does not move
+  // unless one is found.
+  void RefuseDoubledAttributes() {
+    std::unordered_set<std::string_view> names;
+    ForEachElement([&](const pugi::xml_node& node) {
+      names.clear();
+      for (const pugi::xml_attribute& attribute : node.attributes()) {
+        if (names.insert(attribute.name()).second) continue;
+        Fail(LineOf(node), std::string("this is not well-formed XML: <") + node.name() +
+                               "> has two attributes " + Quoted(attribute.name()) + ".");
+      }
+    });
   }
 
   TLineCounter FLines;

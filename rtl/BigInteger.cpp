@@ -15,6 +15,17 @@ size_t TBigInteger::BitLength() const {
   return FWords.size() * 32 - static_cast<size_t>(std::countl_zero(FWords.back()));
 }
 
+void TBigInteger::Add(const TBigInteger& other) {
+  if (FWords.size() < other.FWords.size()) FWords.resize(other.FWords.size());
+  uint64_t carry = 0;
+  for (size_t i = 0; i < FWords.size(); ++i) {
+    carry += static_cast<uint64_t>(FWords[i]) + (i < other.FWords.size() ? other.FWords[i] : 0);
+    FWords[i] = static_cast<uint32_t>(carry);
+    carry >>= 32;
+  }
+  if (carry != 0) FWords.push_back(static_cast<uint32_t>(carry));
+}
+
 void TBigInteger::MultiplyAdd(uint32_t factor, uint32_t addend) {
   uint64_t carry = addend;
   for (uint32_t& word : FWords) {
@@ -26,15 +37,14 @@ void TBigInteger::MultiplyAdd(uint32_t factor, uint32_t addend) {
   Trim();
 }
 
-void TBigInteger::MultiplyPowerOfTen(size_t exponent) {
-  // 10^n is 5^n with n zero bits behind it, and 5^13 is the largest power of five in a word.
+void TBigInteger::MultiplyPowerOfFive(size_t exponent) {
+  // The largest power of five in a word.
   constexpr uint32_t kFiveTo13 = 1220703125;
   size_t left = exponent;
   for (; left >= 13; left -= 13) MultiplyAdd(kFiveTo13, 0);
   uint32_t rest = 1;
   for (; left > 0; --left) rest *= 5;
   MultiplyAdd(rest, 0);
-  ShiftLeft(exponent);
 }
 
 void TBigInteger::ShiftLeft(size_t bits) {
@@ -87,12 +97,6 @@ uint32_t TBigInteger::DivideBy(const TBigInteger& divisor) {
   }
   Trim();
   return static_cast<uint32_t>(quotient);
-}
-
-void TBigInteger::AlignForDivision(TBigInteger& dividend, TBigInteger& divisor) {
-  const size_t bits = (32 - divisor.BitLength() % 32) % 32;
-  dividend.ShiftLeft(bits);
-  divisor.ShiftLeft(bits);
 }
 
 void TBigInteger::Trim() {

@@ -15,17 +15,18 @@ class TBigInteger {
   bool IsZero() const { return FWords.empty(); }
   // Bits up to and with the highest that is set; 0 for zero.
   size_t BitLength() const;
+  void Add(const TBigInteger& other);
   void MultiplyAdd(uint32_t factor, uint32_t addend);
-  void MultiplyPowerOfTen(size_t exponent);
+  void MultiplyPowerOfFive(size_t exponent);
   void ShiftLeft(size_t bits);
   // Negative, 0 or positive.
   int Compare(const TBigInteger& other) const;
 
   // Divides by `divisor` and keeps the remainder; the quotient is the result. The quotient must be below
-  // 2^32, and the highest word of `divisor` must have its highest bit set (AlignForDivision).
+  // 2^32, and the highest word of `divisor` must have its highest bit set.
   uint32_t DivideBy(const TBigInteger& divisor);
-  // Multiplies both by the power of two that gives `divisor` the form that DivideBy asks for.
-  static void AlignForDivision(TBigInteger& dividend, TBigInteger& divisor);
+  // By how many bits a divisor, and its dividend, must be shifted left for that.
+  size_t BitsToAlign() const { return (32 - BitLength() % 32) % 32; }
 
  private:
   void Trim();

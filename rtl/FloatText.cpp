@@ -90,12 +90,16 @@ bool FromDecimal(const TDecimal& decimal, const TFloatFormat& format, TFloat& va
     dividend.MultiplyAdd(scale, group);
   }
   TBigInteger divisor(1);
-  const int64_t exponent = decimal.Point - static_cast<int64_t>(decimal.Digits.size());
-  (exponent >= 0 ? dividend : divisor).MultiplyPowerOfTen(static_cast<size_t>(std::abs(exponent)));
+  // 10^exponent is 5^exponent, and `exponent` binary places.
+  const int exponent = static_cast<int>(decimal.Point) - static_cast<int>(decimal.Digits.size());
+  (exponent >= 0 ? dividend : divisor).MultiplyPowerOfFive(static_cast<size_t>(std::abs(exponent)));
   // Make the two equally long; the quotient is then between 1/2 and 2, and the scale is a power of two.
-  const int scale = static_cast<int>(dividend.BitLength()) - static_cast<int>(divisor.BitLength());
-  (scale >= 0 ? divisor : dividend).ShiftLeft(static_cast<size_t>(std::abs(scale)));
-  TBigInteger::AlignForDivision(dividend, divisor);
+  const int shift = static_cast<int>(dividend.BitLength()) - static_cast<int>(divisor.BitLength());
+  const int scale = shift + exponent;
+  (shift >= 0 ? divisor : dividend).ShiftLeft(static_cast<size_t>(std::abs(shift)));
+  const size_t align = divisor.BitsToAlign();
+  dividend.ShiftLeft(align);
+  divisor.ShiftLeft(align);
   if (dividend.Compare(divisor) >= 0) {  // at least 1: 1.xxx
     std::ignore = dividend.DivideBy(divisor);
     std::array<uint32_t, 3> words{};
@@ -116,44 +120,85 @@ bool FromDecimal(const TDecimal& decimal, const TFloatFormat& format, TFloat& va
   return Round(high, words[2], !dividend.IsZero(), scale - 64, format, value);
 }
 
-// All digits that any format needs, cut off behind them; `exact` says that nothing was cut off.
-TDecimal ToDecimal(const TFloat& value, bool& exact) {
-  TDecimal decimal;
-  exact = true;
-  if (value.Mantissa == 0) return decimal;
+// The digits of a number above zero, exactly and one after the other, with the distance to its neighbours
+// beside them, which tells how many digits are enough. (Guy L. Steele and Jon L. White, "How to Print
+// Floating-Point Numbers Accurately", 1990: the algorithm Dragon4.)
+class TDigits {
+ public:
+  TDigits(const TFloat& value, const TFloatFormat& format);
+  // The next `count` digits, from 1 to 9 of them.
+  void Take(size_t count);
+  // The number rounded to the digits taken, half to even. `readsBack` says whether the number is the one of
+  // its format that is nearest to that, of two equally near ones the even one.
+  TDecimal Rounded(bool& readsBack) const;
+
+ private:
+  TDecimal FDecimal;
+  // The number is FDecimal and FRest / FDivisor units of its last digit.
+  TBigInteger FRest;
+  TBigInteger FDivisor{1};
+  // Half the distance to the next lower number, in the same measure. That to the next higher one is the same,
+  // or twice as much at a power of two.
+  TBigInteger FHalfGap;
+  bool FIsWiderAbove = false;
+  bool FIsEven = false;
+};
+
+TDigits::TDigits(const TFloat& value, const TFloatFormat& format)
+    : FIsWiderAbove(value.Mantissa == uint64_t{1} << (format.Precision - 1) &&
+                    value.Exponent > format.MinExponent),
+      FIsEven(value.Mantissa % 2 == 0) {
   const int bits = 64 - std::countl_zero(value.Mantissa) + value.Exponent;
   int point =
       static_cast<int>((static_cast<int64_t>(bits - 1) * 78913) >> 18) + 1;  // log10(2) in 18 bits: a guess
-  TBigInteger dividend(value.Mantissa);
-  TBigInteger divisor(1);
-  (value.Exponent >= 0 ? dividend : divisor).ShiftLeft(static_cast<size_t>(std::abs(value.Exponent)));
-  (point >= 0 ? divisor : dividend).MultiplyPowerOfTen(static_cast<size_t>(std::abs(point)));
-  for (; dividend.Compare(divisor) >= 0; ++point) divisor.MultiplyAdd(10, 0);
+  // Mantissa * 2^Exponent / 10^point, in units of half the gap.
+  FHalfGap = TBigInteger(1);
+  (point >= 0 ? FDivisor : FHalfGap).MultiplyPowerOfFive(static_cast<size_t>(std::abs(point)));
+  const int shift = value.Exponent - point - (FIsWiderAbove ? 2 : 1);
+  (shift >= 0 ? FHalfGap : FDivisor).ShiftLeft(static_cast<size_t>(std::abs(shift)));
+  FRest = FHalfGap;
+  FRest.MultiplyAdd(static_cast<uint32_t>(value.Mantissa >> 32), 0);
+  FRest.ShiftLeft(32);
+  TBigInteger low = FHalfGap;
+  low.MultiplyAdd(static_cast<uint32_t>(value.Mantissa), 0);
+  FRest.Add(low);
+  FRest.ShiftLeft(FIsWiderAbove ? 2 : 1);
+  // To a quotient between 1/10 and 1.
+  for (; FRest.Compare(FDivisor) >= 0; ++point) FDivisor.MultiplyAdd(10, 0);
   for (;; --point) {
-    TBigInteger tenfold = dividend;
+    TBigInteger tenfold = FRest;
     tenfold.MultiplyAdd(10, 0);
-    if (tenfold.Compare(divisor) >= 0) break;
-    dividend = std::move(tenfold);
+    if (tenfold.Compare(FDivisor) >= 0) break;
+    FRest = std::move(tenfold);
+    FHalfGap.MultiplyAdd(10, 0);
   }
-  decimal.Point = point;
-  TBigInteger::AlignForDivision(dividend, divisor);
-  for (int group = 0; group < 3; ++group) {
-    dividend.MultiplyAdd(1'000'000'000, 0);
-    const std::string nine = std::to_string(dividend.DivideBy(divisor));
-    decimal.Digits.append(9 - nine.size(), '0').append(nine);
-  }
-  exact = dividend.IsZero();
-  return decimal;
+  FDecimal.Point = point;
+  const size_t align = FDivisor.BitsToAlign();
+  for (TBigInteger* number : {&FRest, &FDivisor, &FHalfGap}) number->ShiftLeft(align);
 }
 
-// `decimal`, of which `exact` says whether it is all, rounded to `count` digits, half to even.
-TDecimal RoundDigits(const TDecimal& decimal, bool exact, size_t count) {
-  TDecimal rounded{decimal.Digits.substr(0, count), decimal.Point};
-  const std::string_view cut = std::string_view(decimal.Digits).substr(count);
+void TDigits::Take(size_t count) {
+  uint32_t scale = 1;
+  for (size_t i = 0; i < count; ++i) scale *= 10;
+  FRest.MultiplyAdd(scale, 0);
+  FHalfGap.MultiplyAdd(scale, 0);
+  const std::string digits = std::to_string(FRest.DivideBy(FDivisor));
+  FDecimal.Digits.append(count - digits.size(), '0').append(digits);
+}
+
+TDecimal TDigits::Rounded(bool& readsBack) const {
+  TDecimal rounded = FDecimal;
   const bool odd = (rounded.Digits.back() - '0') % 2 != 0;
-  const bool beyondHalf = !exact || cut.find_first_not_of('0', 1) != std::string_view::npos;
-  if (cut[0] > '5' || (cut[0] == '5' && (beyondHalf || odd))) {
-    size_t place = count;
+  TBigInteger twice = FRest;
+  twice.Add(FRest);
+  const int half = twice.Compare(FDivisor);
+  if (half > 0 || (half == 0 && odd)) {
+    TBigInteger reach = FRest;  // of the number and its half gap: up to the next unit of the last digit?
+    reach.Add(FHalfGap);
+    if (FIsWiderAbove) reach.Add(FHalfGap);
+    const int beyond = reach.Compare(FDivisor);
+    readsBack = beyond > 0 || (beyond == 0 && FIsEven);
+    size_t place = rounded.Digits.size();
     while (place > 0 && rounded.Digits[place - 1] == '9') rounded.Digits[--place] = '0';
     if (place > 0) {
       ++rounded.Digits[place - 1];
@@ -161,32 +206,36 @@ TDecimal RoundDigits(const TDecimal& decimal, bool exact, size_t count) {
       rounded.Digits.insert(rounded.Digits.begin(), '1');
       ++rounded.Point;
     }
+  } else {
+    const int below = FRest.Compare(FHalfGap);
+    readsBack = below < 0 || (below == 0 && FIsEven);
   }
   rounded.Digits.erase(rounded.Digits.find_last_not_of('0') + 1);
   return rounded;
 }
 
-bool ReadsBack(const TDecimal& decimal, const TFloat& value, const TFloatFormat& format) {
-  TFloat extended;
+bool ReadsBackFromExtended(const TDecimal& decimal, const TFloat& value, const TFloatFormat& format) {
+  TFloat extended, back;
   if (!FromDecimal(decimal, kExtendedFormat, extended)) return false;
   extended.Negative = value.Negative;
-  TFloat back = extended;
-  if (format.Precision == 64) return back == value;
-  if (!RoundTo(extended, format, back) || !(back == value)) return false;
-  return FromDecimal(decimal, format, back) && back == value;
+  return RoundTo(extended, format, back) && back == value;
 }
 
 TDecimal ShortestDecimal(const TFloat& value, const TFloatFormat& format) {
-  bool exact = false;
-  const TDecimal all = ToDecimal(value, exact);
-  if (all.Digits.empty()) return all;
+  if (value.Mantissa == 0) return {};
   constexpr size_t kUsualDigits = 15;
   constexpr size_t kEnoughDigits = 21;  // for 64 bits
-  for (size_t count = kUsualDigits; count < kEnoughDigits; ++count) {
-    TDecimal rounded = RoundDigits(all, exact, count);
-    if (ReadsBack(rounded, value, format)) return rounded;
+  TDigits digits(value, format);
+  digits.Take(9);
+  digits.Take(kUsualDigits - 9);
+  for (size_t count = kUsualDigits;; ++count) {
+    bool readsBack = false;
+    TDecimal rounded = digits.Rounded(readsBack);
+    if (count == kEnoughDigits) return rounded;
+    const bool isExtended = format.Precision == kExtendedFormat.Precision;
+    if (readsBack && (isExtended || ReadsBackFromExtended(rounded, value, format))) return rounded;
+    digits.Take(1);
   }
-  return RoundDigits(all, exact, kEnoughDigits);
 }
 
 }  // namespace

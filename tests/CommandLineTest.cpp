@@ -74,6 +74,21 @@ TEST_F(CommandLineTest, AFileThatStopsARunIsNamedWithAWayOut) {
   EXPECT_NE(FTree.Read("src/old/B.pas"), kUnit);
 }
 
+TEST_F(CommandLineTest, OneOfTwoFilesOfOneNameIsLeftOut) {
+  FTree.Write("src/P.dpr", "program P;\r\nuses B in 'old\\A.pas', A in 'A.pas';\r\nend.\r\n");
+  FTree.Write("src/old/A.pas", kUnit);
+  const std::string run = "replace --mode bde --project src/P.dpr";
+  // The pattern 'A.pas' would fit both.
+  EXPECT_EQ(
+      Run(run),
+      "3||kvamigrate: Two files named \"A.pas\" cannot be converted in one project run: "
+      "\"<dir>\\src\\old\\A.pas\" and \"<dir>\\src\\A.pas\".\n"
+      "Leave one of them out with --exclude 'old\\A.pas' and convert it in a run of its own. No file was "
+      "changed.\n");
+  EXPECT_EQ(Run(run + " --exclude 'old\\A.pas'")[0], '0');
+  EXPECT_NE(FTree.Read("src/A.pas"), kUnit);
+}
+
 TEST_F(CommandLineTest, BackupFolders) {
   EXPECT_EQ(Run("replace --mode bde --folder src --backup-dir sub/back --no-log")[0], '0');
   EXPECT_EQ(FTree.Read("src/sub/back/A.~pas"), kUnit);
@@ -121,6 +136,7 @@ TEST_F(CommandLineTest, WrongCommandLines) {
       {"replace --mode bde --folder src --project src/P.dpr", '2'},
       {"replace --mode bde --folder src --unit A.pas", '2'},
       {"replace --mode bde --folder none", '2'},
+      {"replace --mode bde --folder src --exclude ''", '2'},
       {"replace --mode bde --folder src --codepage 7", '2'},
       {"replace --mode bde --folder src --drive C", '2'},
       {"replace --mode bde --folder src --drive C=none", '2'},

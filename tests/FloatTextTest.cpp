@@ -42,8 +42,8 @@ void ExpectRead(const std::string& text) {
   ASSERT_EQ(std::memcmp(bytes, &number, kBytes<TNumber>), 0) << text;
 }
 
-// `number` is written as text that the C library reads as the same bits, in any style; with 15 digits if they
-// suffice.
+// `number` is written as text that the C library reads as the same bits, in any style, directly and by way of
+// 80 bits; with 15 digits if they suffice.
 template <typename TNumber>
 void ExpectWritten(TNumber number) {
   char bytes[sizeof number];
@@ -55,6 +55,7 @@ void ExpectWritten(TNumber number) {
     const std::string text = rtl::FormatFloat(value, kFormat<TNumber>, style);
     const TNumber back = FromText(text.c_str(), TNumber());
     ASSERT_EQ(std::memcmp(&back, &number, kBytes<TNumber>), 0) << text;
+    ASSERT_EQ(static_cast<TNumber>(std::strtold(text.c_str(), nullptr)), number) << text;
     ExpectRead<TNumber>(text);
   }
   const std::string text = rtl::FormatFloat(value, kFormat<TNumber>, rtl::TFloatStyle::Short);
@@ -136,7 +137,9 @@ TEST(FloatTextTest, Edges) {
     ExpectRead<float>(text);
     ExpectRead<double>(text);
   }
+  ExpectWritten(3.246437067485173e6);  // these digits, read by way of 80 bits, are its neighbour
   if constexpr (std::numeric_limits<long double>::digits != 64) return;
+  ExpectWritten(73786976294838206504.0L);  // one digit less is halfway to its even neighbour
   for (const char* text :
        {"36893488147419103233", "18446744073709551617", "36893488147419103230.99999999999999999999999999",
         "36893488147419103235", "1.18973149535723176508e4932", "1.18973149535723176509e4932",

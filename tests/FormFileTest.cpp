@@ -151,10 +151,13 @@ TEST_F(FormCommandTest, AFolderInPlace) {
   FTree.Write("src/Bad.dfm", FBinary.substr(0, 40));
   std::filesystem::permissions(FTree.HostPath("src/A.dfm"), std::filesystem::perms(0640));
   const std::string bad =
-      "|kvamigrate: <dir>/src/Bad.dfm: Form data at offset 34: a property's name of 7 bytes, but only 6 are "
+      "|kvamigrate: src/Bad.dfm: Form data at offset 34: a property's name of 7 bytes, but only 6 are "
       "left "
       "(object Form1).\n";
-  EXPECT_EQ(Run("to-text --in-place src"), "1|Converted: 2, left as they are: 1, failed: 1\n" + bad);
+  FTree.Link("nowhere", "src/Gone.dfm");
+  const std::string gone =
+      "kvamigrate: Cannot open file \"src/Gone.dfm\". The system cannot find the file specified.\n";
+  EXPECT_EQ(Run("to-text --in-place src"), "1|Converted: 2, left as they are: 1, failed: 2\n" + bad + gone);
   EXPECT_EQ(FTree.Read("src/A.dfm"), kText);
   EXPECT_EQ(std::filesystem::status(FTree.HostPath("src/A.dfm")).permissions(), std::filesystem::perms(0640));
   EXPECT_EQ(FTree.Read("src/B.pas"), FBinary);
@@ -163,10 +166,15 @@ TEST_F(FormCommandTest, AFolderInPlace) {
   EXPECT_EQ(Run("to-binary --in-place src/deep"), "0|Converted: 2, left as they are: 0, failed: 0\n|");
   EXPECT_EQ(FTree.Read("src/deep/D.DFM"), FBinary);
   std::filesystem::permissions(FTree.HostPath("src/A.dfm"), std::filesystem::perms(0440));
-  EXPECT_EQ(Run("to-binary --in-place src/A.dfm"),
-            "1|Converted: 0, left as they are: 0, failed: 1\n|kvamigrate: Cannot replace "
-            "\"<dir>/src/A.dfm\". Access is "
-            "denied.\n");
+  EXPECT_EQ(
+      Run("to-binary --in-place src/A.dfm"),
+      "1|Converted: 0, left as they are: 0, failed: 1\n|kvamigrate: Cannot replace \"src/A.dfm\". Access is "
+      "denied.\n");
+  EXPECT_EQ(
+      Run("to-binary --in-place 'C:\\src' --drive C=."),
+      "1|Converted: 0, left as they are: 3, failed: 2\n"
+      "|kvamigrate: Cannot open file \"C:\\src\\Gone.dfm\". The system cannot find the file specified.\n"
+      "kvamigrate: Cannot replace \"C:\\src\\A.dfm\". Access is denied.\n");
 }
 
 }  // namespace

@@ -282,6 +282,14 @@ TEST_F(HostTest, ChoicesOfACommandLine) {
   EXPECT_EQ(open("C:\\All.bpg", FTree.HostPath("Tool/Tool.dpr").c_str()), "ok C:\\Tool\\Tool.dpr");
   EXPECT_EQ(open("C:\\All.bpg", "Toolbox"),
             "choice: There is no project \"Toolbox\", only: App.dpr, Tool.dpr.");
+  FTree.Write("Twin/App.dpr", "program App; uses Shared in '..\\lib\\Shared.pas';");
+  FTree.Write("Twins.bpg", "PROJECTS = a b\na: App\\App.dpr\nb: Twin\\App.dpr");
+  EXPECT_EQ(open("C:\\Twins.bpg", "app"), "choice: More than one project is called \"app\"; give its path.");
+  EXPECT_EQ(open("C:\\Twins.bpg", "twin\\app.DPR"), "ok C:\\Twin\\App.dpr");
+  EXPECT_EQ(open("C:\\Twins.bpg", "Twin/App.dpr"), "ok C:\\Twin\\App.dpr");
+  FTree.Write("App.dpr", "program App; uses Shared in 'lib\\Shared.pas';");
+  FTree.Write("Twins.bpg", "PROJECTS = a b\na: App\\App.dpr\nb: App.dpr");
+  EXPECT_EQ(open("C:\\Twins.bpg", "App.dpr"), "ok C:\\App.dpr");
   EXPECT_EQ(open("C:\\None.bpg"), "C:\\None.bpg: this group has no projects.");
   EXPECT_EQ(open("C:\\Bare.dpr"), "C:\\Bare.dpr: this project has no units.");
   EXPECT_EQ(open("Q:\\x.dpr"), "Q:\\x.dpr: this path has no drive.");

@@ -144,6 +144,8 @@ TEST(ProjectXmlTest, Projects) {
        "! C:\\p\\App.dproj(1): this is not well-formed XML: No document element found."},
       {ReadDproj, "<!-- x -->\n<BorlandProject/>",
        "! C:\\p\\App.dproj(2): the root element is <BorlandProject>, not <Project>."},
+      {ReadDproj, "<Project>\n<DCCReference Include='A.pas' include='B'\nInclude='C.pas'/></Project>",
+       "! C:\\p\\App.dproj(2): this is not well-formed XML: <DCCReference> has two attributes \"Include\"."},
       {ReadDproj, "<Project/>",
        "! C:\\p\\App.dproj: this is no project: it names neither a main source nor units."},
       {ReadBdsproj, "<BorlandProject/>", "! C:\\p\\App.dproj: this is no project: it names no main source."},
@@ -277,16 +279,27 @@ TEST_F(ProjectFileTest, Units) {
             "\nC:\\App\\Only.pas{}\n? C:\\App\\Half.dproj(2): \"C:\\App\\Half.dpr\" does not exist.\n");
 }
 
+// Each byte of `latin1` as a character of UTF-16.
+std::string Utf16(std::string_view latin1, bool lowFirst) {
+  std::string bytes;
+  for (const char c : latin1) bytes.append({lowFirst ? c : '\0', lowFirst ? '\0' : c});
+  return bytes;
+}
+
 TEST_F(ProjectFileTest, Encodings) {
   Write("Gr\xC3\xBCn.pas", "");
   Write("ansi.dpr", "program P; uses Gr\xFCn;");
   Write("utf8.dpr", "\xEF\xBB\xBFprogram P; uses Gr\xC3\xBCn;");
-  std::string utf16 = "\xFF\xFE";
-  for (const char c : std::string("program P; uses Gr\xFCn;")) utf16.append({c, '\0'});
-  Write("utf16.dpr", utf16);
+  const std::string source16 = "program P; uses Gr\xFCn;";
+  const std::string xml16 =
+      "<?xml version='1.0' encoding='utf-16'?><Project><DCCReference Include='Gr\xFCn.pas'/></Project>";
+  Write("utf16.dpr", "\xFF\xFE" + Utf16(source16, true));
+  Write("utf16.dproj", "\xFF\xFE" + Utf16(xml16, true));
+  Write("utf16be.dproj", "\xFE\xFF" + Utf16(xml16, false));
   Write("ansi.dproj", "<Project><DCCReference Include='Gr\xFCn.pas'/></Project>");
   Write("utf8.dproj", "<Project><DCCReference Include='Gr\xC3\xBCn.pas'/></Project>");
-  for (const char* name : {"ansi.dpr", "utf8.dpr", "utf16.dpr", "ansi.dproj", "utf8.dproj"}) {
+  for (const char* name :
+       {"ansi.dpr", "utf8.dpr", "utf16.dpr", "ansi.dproj", "utf8.dproj", "utf16.dproj", "utf16be.dproj"}) {
     const std::string path = std::string("C:\\") + name;
     const std::string source = path.ends_with("dpr") ? path : "";
     EXPECT_EQ(Read(path), source + "\nC:\\Gr\xC3\xBCn.pas{}\n");
@@ -305,6 +318,9 @@ TEST_F(ProjectFileTest, BadProjects) {
   Write("Unit.pas/x", "");
   Write("App.dpr", "program App;\nuses\n  Forms, A in 'Unit.pas';");
   Write("App.dof", "");
+  Write("High.dpr", "\xFE\xFF" + Utf16("program High;", false));
+  Write("High.bpg", "\xFE\xFF" + Utf16("PROJECTS =", false));
+  Write("Half.dproj", "\xFE\xFF<");
   Write("None.bdsproj", "<BorlandProject>\n<Source Name='MainSource'>Gone.dpr</Source></BorlandProject>");
   const struct {
     const char *FileName, *Message;
@@ -315,6 +331,13 @@ TEST_F(ProjectFileTest, BadProjects) {
        ".groupproj, "
        ".bdsgroup."},
       {"C:\\None.bdsproj", "! C:\\None.bdsproj(2): the main source \"C:\\Gone.dpr\" does not exist."},
+      {"C:\\High.dpr",
+       "! C:\\High.dpr: this is UTF-16 with the high byte first, which is read in XML alone; save it in "
+       "UTF-8 with a mark."},
+      {"C:\\High.bpg",
+       "! C:\\High.bpg: this is UTF-16 with the high byte first, which is read in XML alone; save it in "
+       "UTF-8 with a mark."},
+      {"C:\\Half.dproj", "! C:\\Half.dproj: UTF-16 text with an odd number of bytes."},
       {"C:\\Folder.dpr", "! C:\\Folder.dpr: this is a folder, not a project file."},
       {"C:\\Gone.dpr", "! Cannot open file \"C:\\Gone.dpr\". The system cannot find the file specified."},
   };
