@@ -11,8 +11,8 @@
 namespace mig {
 namespace {
 
-// The bytes of a changed form behind its mark. A text form's are there already; of a binary one the text is not kept
-// beside them.
+// The bytes of a changed form behind its mark. A text form's are there already; of a binary one the text is
+// not kept beside them.
 std::string FileBytes(rtl::TMemoryStream& output, const TFormFile& form) {
   if (!form.IsBinary) return output.TakeBytes();
   rtl::TMemoryStream file;

@@ -1,5 +1,5 @@
-// What a run makes of one file: from its bytes to the bytes of the changed file, in memory and nowhere else. The run
-// driver reads and writes the files, and has this done ahead of itself (MigWizard/FilesAhead.h).
+// What a run makes of one file: from its bytes to the bytes of the changed file, in memory and nowhere else.
+// The run driver reads and writes the files, and has this done ahead of itself (MigWizard/FilesAhead.h).
 #pragma once
 
 #include <cstddef>
@@ -33,13 +33,13 @@ struct TFileConversion {
 // Converts files, one at a time.
 class TFileConverter {
  public:
-  // `newUnits` goes behind the unit `oldUnit` (in upper case) of a uses clause. Both must live as long, and so must
-  // `classes`; the map must be complete when the first file comes.
+  // `newUnits` goes behind the unit `oldUnit` (in upper case) of a uses clause. Both must live as long, and
+  // so must `classes`; the map must be complete when the first file comes.
   TFileConverter(const TClassMap& classes, std::string_view oldUnit, std::string_view newUnits,
                  std::unique_ptr<TFormParser> formParser);
 
-  // `fileName` is the full Windows path of the file whose bytes these are; its extension tells what they are. Raises
-  // nothing.
+  // `fileName` is the full Windows path of the file whose bytes these are; its extension tells what they are.
+  // Raises nothing.
   [[nodiscard]] TFileConversion Convert(const std::string& fileName, std::string bytes);
 
   // The text that stands in a unit's source in place of a class name; unset: the new class.

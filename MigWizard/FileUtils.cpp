@@ -1,6 +1,11 @@
 #include "MigWizard/FileUtils.h"
 
+#include <algorithm>
+#include <mutex>
+
+#include "MigWizard/Team.h"
 #include "rtl/Streams.h"
+#include "rtl/StringList.h"
 #include "rtl/SysUtils.h"
 #include "win/FileApi.h"
 
@@ -48,6 +53,54 @@ void EmptyFolder(std::string_view dir) {
     return true;
   });
 }
+
+// Copies of files, as tasks of a team.
+class TCopies {
+ public:
+  explicit TCopies(TTeam& team) : FTeam(team) {}
+
+  // Each folder is a task.
+  void AddFolder(const std::string& source, const std::string& target) {
+    FTeam.Add([this, source, target] { CopyOneFolder(source, target); });
+  }
+  // Where there is no `source`, there is nothing to copy.
+  void AddFile(const std::string& source, const std::string& target) {
+    FTeam.Add([this, source, target] {
+      if (rtl::FileExists(source)) (void)CopyOneFile(source, target);
+    });
+  }
+  TCopyFailures Finish() {
+    FTeam.Finish();
+    std::sort(FFailures.begin(), FFailures.end());
+    return std::move(FFailures);
+  }
+
+ private:
+  void CopyOneFolder(const std::string& source, const std::string& target) {
+    const bool readAll = WalkFolder(source, [&](const std::string& name, uint32_t attributes) {
+      const std::string from = JoinPath(source, name);
+      const std::string to = JoinPath(target, name);
+      if (!IsFolder(attributes)) return CopyOneFile(from, to);
+      if (!rtl::DirectoryExists(to) && !rtl::CreateDir(to)) return Fail(to);
+      AddFolder(from, to);
+      return true;
+    });
+    if (!readAll) Fail(target);
+  }
+  bool CopyOneFile(const std::string& source, const std::string& target) {
+    return win::CopyFileA(source, target, false) || Fail(target);
+  }
+  bool Fail(const std::string& name) {
+    const uint32_t error = win::GetLastError();
+    const std::lock_guard lock(FMutex);
+    FFailures.emplace_back(name, error);
+    return false;
+  }
+
+  TTeam& FTeam;
+  std::mutex FMutex;
+  TCopyFailures FFailures;
+};
 
 }  // namespace
 
@@ -97,24 +150,17 @@ bool DeleteTempFolder(std::string_view dir) {
   return DeleteFolder(dir);
 }
 
-bool CopyFolder(std::string_view source, std::string_view target,
-                const std::function<void(std::string_view name)>& failed) {
-  bool result = true;
-  const auto fail = [&](std::string_view name) {
-    if (failed) failed(name);
-    result = false;
-    return false;
-  };
-  const bool readAll = WalkFolder(source, [&](const std::string& name, uint32_t attributes) {
-    const std::string from = JoinPath(source, name);
-    const std::string to = JoinPath(target, name);
-    if (!IsFolder(attributes)) return win::CopyFileA(from, to, false) || fail(to);
-    if (!rtl::DirectoryExists(to) && !rtl::CreateDir(to)) return fail(to);
-    if (!CopyFolder(from, to, failed)) result = false;
-    return true;
-  });
-  if (!readAll) fail(target);
-  return result;
+TCopyFailures CopyFolder(const std::string& source, const std::string& target, TTeam& team) {
+  TCopies copies(team);
+  copies.AddFolder(source, target);
+  return copies.Finish();
+}
+
+TCopyFailures CopyFiles(const std::string& source, const rtl::TStringList& targets, TTeam& team) {
+  TCopies copies(team);
+  for (int i = 0; i < targets.Count(); ++i)
+    copies.AddFile(JoinPath(source, rtl::ExtractFileName(targets[i])), targets[i]);
+  return copies.Finish();
 }
 
 TLogWriter::TLogWriter() = default;

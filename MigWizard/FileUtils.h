@@ -3,16 +3,20 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace rtl {
 class TFileStream;
-}
+class TStringList;
+}  // namespace rtl
 
 namespace mig {
+
+class TTeam;
 
 // `dir`, one backslash, `name`. An empty name gives the folder with its trailing backslash; one leading
 // backslash of a longer name goes; an empty folder adds nothing in front.
@@ -33,11 +37,19 @@ bool ForceFolders(std::string_view path);
 bool DeleteFolder(std::string_view dir);
 bool DeleteTempFolder(std::string_view dir);
 
+// A file or folder, by its full name, and the reason (win/Errors.h).
+using TCopyFailures = std::vector<std::pair<std::string, uint32_t>>;
+
 // Mirrors the contents of `source` over the existing folder `target`, deleting nothing there. An entry that
-// fails ends the walk of its own folder alone, makes the result False, and is told to `failed`: the name in
-// `target`, with the reason in win::GetLastError.
-[[nodiscard]] bool CopyFolder(std::string_view source, std::string_view target,
-                              const std::function<void(std::string_view name)>& failed = {});
+// fails ends the walk of its own folder alone. The entries that failed, sorted by name; the team has no other
+// tasks.
+[[nodiscard]] TCopyFailures CopyFolder(const std::string& source, const std::string& target, TTeam& team);
+
+// Copies a file from the folder `source` over each of `targets`, full names, that has one of its bare name
+// there. A failure does not keep the others from being copied. Those that failed, sorted by name; the team
+// has no other tasks.
+[[nodiscard]] TCopyFailures CopyFiles(const std::string& source, const rtl::TStringList& targets,
+                                      TTeam& team);
 
 // The log of a run. Each line reaches the file at once. A closed writer drops what it is given.
 class TLogWriter {

@@ -5,6 +5,7 @@
 
 #include "MigWizard/FilesAhead.h"
 #include "MigWizard/RExpertRes.h"
+#include "MigWizard/Team.h"
 #include "qrl/QrlVcl.h"
 #include "rtl/Streams.h"
 #include "rtl/SysUtils.h"
@@ -136,8 +137,9 @@ bool TComponentReplacer::RunFiles() {
   }
   const TFinally deleteTemp([&tempDir] { DeleteTempFolder(tempDir); });
 
-  WalkUnits(tempDir);
-  const bool succeeded = ReplaceOriginals(tempDir);
+  TTeam team;
+  WalkUnits(team, tempDir);
+  const bool succeeded = ReplaceOriginals(team, tempDir);
   if (FOptions.MakeBackup) WriteUndoFile();
   FLog.WriteLine(SRemoveTempFolder);
   return succeeded;
@@ -145,15 +147,18 @@ bool TComponentReplacer::RunFiles() {
 
 // The units come first, and each appends its form files behind all that is there. In a project run all forms
 // are read for their aliases before the first of them is converted.
-void TComponentReplacer::WalkUnits(const std::string& tempDir) {
+void TComponentReplacer::WalkUnits(TTeam& team, const std::string& tempDir) {
   FDatabases.Clear();
   FProcessed.clear();
   FNames.clear();
   FCheckedNames.clear();
   FFolders.clear();
+  FBackups.clear();
+  // Also when an exception passes: the files that were dealt with before it have their backups.
+  const TFinally finishBackups([this, &team] { FinishBackups(team); });
   const int firstAdded = FUnits.Count();
   bool prePass = FOptions.Dest == sdProject;
-  TFilesAhead files(FUnits, FConverter, FOtherConverter);
+  TFilesAhead files(FUnits, team, FConverter, FOtherConverter);
   if (prePass) files.ReadUpTo(firstAdded);
   for (int i = 0; i < FUnits.Count(); ++i) {
     if (prePass && i >= firstAdded) {
@@ -167,7 +172,7 @@ void TComponentReplacer::WalkUnits(const std::string& tempDir) {
     ReportProgress(i, FUnits[i]);
     // A copy of the name: the list that it comes from grows meanwhile.
     const std::string fileName = FUnits[i];
-    ProcessEntry(fileName, files, tempDir);
+    ProcessEntry(fileName, files, team, tempDir);
   }
   ReportProgress(FUnits.Count(), {});
 }
@@ -176,7 +181,7 @@ void TComponentReplacer::ReportProgress(int done, std::string_view fileName) con
   if (OnProgress) OnProgress({done, FUnits.Count(), fileName});
 }
 
-void TComponentReplacer::ProcessEntry(const std::string& fileName, TFilesAhead& files,
+void TComponentReplacer::ProcessEntry(const std::string& fileName, TFilesAhead& files, TTeam& team,
                                       const std::string& tempDir) {
   std::string relPath;
   if (FOptions.Dest == sdFolder) {
@@ -188,7 +193,7 @@ void TComponentReplacer::ProcessEntry(const std::string& fileName, TFilesAhead& 
   }
   const int changedBefore = FChangedFiles;
   ProcessFile(fileName, files, JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
-  if (FChangedFiles > changedBefore && FOptions.MakeBackup) BackupFile(fileName, relPath);
+  if (FChangedFiles > changedBefore && FOptions.MakeBackup) BackupFile(fileName, relPath, team);
 }
 
 // The folders of a project run are flat: one bare name has one place in them.
@@ -218,7 +223,7 @@ void TComponentReplacer::NeedFolder(const std::string& folder) {
   if (!FFolders.contains(folder) && ForceFolders(folder)) FFolders.insert(folder);
 }
 
-void TComponentReplacer::BackupFile(const std::string& fileName, const std::string& relPath) {
+void TComponentReplacer::BackupFile(const std::string& fileName, const std::string& relPath, TTeam& team) {
   std::string backupName;
   if (FOptions.Dest == sdFolder) {
     NeedFolder(JoinPath(FOptions.BackupDir, rtl::ExtractFileDir(relPath)));
@@ -226,32 +231,39 @@ void TComponentReplacer::BackupFile(const std::string& fileName, const std::stri
   } else {
     backupName = JoinPath(FOptions.BackupDir, rtl::ExtractFileName(BackupFileName(fileName)));
   }
-  if (!CopyBackup(fileName, backupName)) {
-    const std::string reason = LastReason();
-    Warn(rtl::Format("No backup of \"%s\" could be made. %s", {fileName, reason}));
-  }
   FUndoList.SetValue(fileName, backupName);
+  TBackup& backup = FBackups.emplace_back(TBackup{fileName});
+  team.Add([&backup, backupName] {
+    if (!CopyBackup(backup.FileName, backupName)) backup.Error = win::GetLastError();
+  });
 }
 
-bool TComponentReplacer::ReplaceOriginals(const std::string& tempDir) {
+void TComponentReplacer::FinishBackups(TTeam& team) {
+  team.Finish();
+  for (const TBackup& backup : FBackups) {
+    if (backup.Error == 0) continue;
+    Warn(rtl::Format("No backup of \"%s\" could be made. %s",
+                     {backup.FileName, win::SysErrorMessage(backup.Error)}));
+  }
+}
+
+bool TComponentReplacer::ReplaceOriginals(TTeam& team, const std::string& tempDir) {
   if (FChangedFiles > 0) {
     FLog.WriteLine(SReplacingOriginals);
     if (!win::FileSystem().FlushWritten()) {
       throw rtl::EWriteError(rtl::Format("Cannot write the changed files to the disk. %s", {LastReason()}));
     }
   }
-  const auto warn = [this](std::string_view fileName) {
-    Warn(rtl::Format("\"%s\" could not be replaced. %s", {fileName, LastReason()}));
-  };
-  if (FOptions.Dest == sdFolder) return CopyFolder(tempDir, FOptions.Directory, warn);
-  bool succeeded = true;
-  for (int i = 0; i < FUnits.Count(); ++i) {
-    const std::string changed = JoinPath(tempDir, rtl::ExtractFileName(FUnits[i]));
-    if (!rtl::FileExists(changed) || win::CopyFileA(changed, FUnits[i], false)) continue;
-    warn(FUnits[i]);
-    succeeded = false;
+  TCopyFailures failures;
+  if (FOptions.Dest == sdFolder) {
+    failures = CopyFolder(tempDir, FOptions.Directory, team);
+  } else {
+    failures = CopyFiles(tempDir, FUnits, team);
   }
-  return succeeded;
+  for (const auto& [fileName, error] : failures) {
+    Warn(rtl::Format("\"%s\" could not be replaced. %s", {fileName, win::SysErrorMessage(error)}));
+  }
+  return failures.empty();
 }
 
 // A run that changed nothing leaves the way back from an earlier one.

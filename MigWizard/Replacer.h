@@ -6,6 +6,8 @@
 // last step. A failure before that step leaves every original as it was.
 #pragma once
 
+#include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -25,6 +27,7 @@
 namespace mig {
 
 class TFilesAhead;
+class TTeam;
 
 // A file of a run could not be converted. The message names the file, and what stands in it where that is
 // known.
@@ -98,14 +101,15 @@ class TComponentReplacer {
   void InitProjectUnits();
   void ScanFolder(const std::string& dir, bool includeSubDirs);
   std::string RunFolder() const;
-  void WalkUnits(const std::string& tempDir);
+  void WalkUnits(TTeam& team, const std::string& tempDir);
   void ReportProgress(int done, std::string_view fileName) const;
-  void ProcessEntry(const std::string& fileName, TFilesAhead& files, const std::string& tempDir);
+  void ProcessEntry(const std::string& fileName, TFilesAhead& files, TTeam& team, const std::string& tempDir);
   void RefuseSecondFile(const std::string& fileName);
   void RefuseCaseTwin(const std::string& name);
   void NeedFolder(const std::string& folder);
-  void BackupFile(const std::string& fileName, const std::string& relPath);
-  bool ReplaceOriginals(const std::string& tempDir);
+  void BackupFile(const std::string& fileName, const std::string& relPath, TTeam& team);
+  void FinishBackups(TTeam& team);
+  bool ReplaceOriginals(TTeam& team, const std::string& tempDir);
   void WriteUndoFile();
 
   void ProcessFile(const std::string& fileName, TFilesAhead& files, const std::string& targetDir);
@@ -119,6 +123,11 @@ class TComponentReplacer {
   static std::string AliasKey(std::string_view alias, const qrl::TEncoding& encoding);
   bool IsExcluded(std::string_view fileName) const { return OnExclude && OnExclude(fileName); }
   void Warn(std::string_view message) const;
+
+  struct TBackup {
+    std::string FileName;
+    uint32_t Error = 0;  // why it could not be made
+  };
 
   TClassMap FClasses;
   rtl::TStringList
@@ -138,6 +147,7 @@ class TComponentReplacer {
   std::unordered_map<std::string, std::string> FNames;
   std::unordered_set<std::string> FCheckedNames;
   std::unordered_set<std::string> FFolders;  // temporary and backup folders that stand
+  std::deque<TBackup> FBackups;              // in the order of the files
 };
 
 }  // namespace mig

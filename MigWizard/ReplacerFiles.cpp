@@ -36,14 +36,14 @@ void NamingFile(const std::string& fileName, TAction action) {
 void TComponentReplacer::ProcessFile(const std::string& fileName, TFilesAhead& files,
                                      const std::string& targetDir) {
   FLog.WriteLine(rtl::Format(SProcessingFile, {fileName}));
-  const auto file = files.Take();
+  const TFileConversion& conversion = files.Take();
   const std::string target = JoinPath(targetDir, rtl::ExtractFileName(fileName));
   const int changedBefore = FChangedFiles;
   NamingFile(fileName, [&] {
     if (IsUnitSource(fileName)) {
-      ProcessUnit(file->Conversion, fileName, target);
+      ProcessUnit(conversion, fileName, target);
     } else {
-      ProcessForm(file->Conversion, fileName, target);
+      ProcessForm(conversion, fileName, target);
     }
   });
   if (FChangedFiles > changedBefore) (void)win::FileSystem().CopyPermissions(fileName, target);

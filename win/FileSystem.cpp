@@ -6,7 +6,7 @@ namespace win {
 namespace {
 
 TFileSystem*& InForce() {
-  static TFileSystem* inForce = nullptr;
+  thread_local TFileSystem* inForce = nullptr;
   return inForce;
 }
 
@@ -15,6 +15,14 @@ TFileSystem*& InForce() {
 TFileSystem& FileSystem() {
   static TPosixFileSystem host;
   return InForce() ? *InForce() : host;
+}
+
+bool IsHostFileSystem() {
+  return InForce() == nullptr;
+}
+
+std::unique_ptr<TFileSystem> AnotherHostFileSystem() {
+  return std::make_unique<TPosixFileSystem>();
 }
 
 TFileSystemOverride::TFileSystemOverride(TFileSystem& replacement) : FPrevious(InForce()) {

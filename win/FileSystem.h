@@ -111,16 +111,21 @@ class TFileSystem {
   // given. A path in which nothing is to be spelled otherwise comes back as it is.
   [[nodiscard]] virtual std::string GetLongPathNameA(std::string_view path) = 0;
 
-  // Brings everything that was written through this object since the last call to the disk, with the names
-  // under which it stands. Reports also what only came to light when one of the files was closed. After a
-  // failure it is open how much of it is there.
+  // Brings everything that was written since the last call to the disk, with the names under which it stands:
+  // through this object, and on the host through any other. Nobody may be writing meanwhile. Reports also
+  // what only came to light when one of the files was closed. After a failure it is open how much of it is
+  // there.
   [[nodiscard]] virtual bool FlushWritten() = 0;
 };
 
-// The file system in force; the host's own unless an override is alive.
+// The file system in force on this thread: the host's own unless an override is alive. The host's own is for
+// one thread; another one needs another object, which it puts in force for itself.
 TFileSystem& FileSystem();
+bool IsHostFileSystem();
+[[nodiscard]] std::unique_ptr<TFileSystem> AnotherHostFileSystem();
 
-// Puts `replacement` in force for its own lifetime. Overrides nest; `replacement` is not owned.
+// Puts `replacement` in force on this thread for its own lifetime. Overrides nest; `replacement` is not
+// owned.
 class TFileSystemOverride {
  public:
   explicit TFileSystemOverride(TFileSystem& replacement);

@@ -6,6 +6,7 @@
 #endif
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 
 #include "win/Errors.h"
@@ -29,10 +30,10 @@ class TTemporaryFile {
   // False, with errno. The name is short whatever the target's is, and has an extension that no walk takes.
   bool Create() {
     static const auto process = static_cast<unsigned long>(getpid());
-    static unsigned counter = 0;
+    static std::atomic<unsigned> counter = 0;
     for (;;) {
       char name[40];
-      snprintf(name, sizeof name, "~kva%lx-%x.$$$", process, counter++);
+      snprintf(name, sizeof name, "~kva%lx-%x.$$$", process, counter.fetch_add(1));
       std::string path(FTarget.Folder());
       path += name;
       FFd = TUniqueFd(openat(FTarget.Base, path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));

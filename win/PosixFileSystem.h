@@ -65,7 +65,7 @@ class TPosixFileSystem : public TFileSystem {
   bool PassesOver(const TPlace& folder, std::string_view name);
 
   TFolderCache FFolders;
-  TWrittenFiles FWritten;
+  TWrittenFiles& FWritten = TWrittenFiles::OfProcess();
   std::vector<char> FBuffer;  // for copying
   std::unordered_map<dev_t, bool> FFoldsCase;
   std::unordered_set<std::string> FPassedOver;  // names that were reported already

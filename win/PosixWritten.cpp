@@ -36,7 +36,18 @@ bool FlushDevice(int fd) {
 
 }  // namespace
 
+TWrittenFiles& TWrittenFiles::OfProcess() {
+  static TWrittenFiles files;
+  return files;
+}
+
+void TWrittenFiles::NoteFailure(int number) {
+  const std::lock_guard lock(FMutex);
+  FFailure = number;
+}
+
 void TWrittenFiles::Note(int fd, dev_t device, const TPlace& place) {
+  const std::lock_guard lock(FMutex);
   TUniqueFd& onDevice = FDevices[device];
   if (!onDevice.IsOpen()) {
     onDevice = Duplicate(fd);
@@ -56,6 +67,7 @@ void TWrittenFiles::Note(int fd, dev_t device, const TPlace& place) {
 }
 
 bool TWrittenFiles::Flush() {
+  const std::lock_guard lock(FMutex);
   int failure = std::exchange(FFailure, 0);
   const auto keep = [&failure](bool succeeded) {
     if (!succeeded && failure == 0) failure = errno;

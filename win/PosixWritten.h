@@ -7,8 +7,10 @@
 // one by one, and more of them by device.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <map>
+#include <mutex>
 #include <sys/types.h>
 #include <vector>
 
@@ -19,19 +21,22 @@ namespace win {
 
 class TWrittenFiles {
  public:
+  // All that the process has written, by whatever thread.
+  static TWrittenFiles& OfProcess();
+
   // The file open as `fd`, which lies on `device` at `place`, was written or is about to be.
   void Note(int fd, dev_t device, const TPlace& place);
 
   // Closing a file that was noted failed with errno `number`: some systems tell only then that what was
   // written could not be stored. The next Flush fails with it.
-  void NoteFailure(int number) { FFailure = number; }
+  void NoteFailure(int number);
 
   // Brings all that was noted to the disk, and the entries of the folders with it. False, with errno, if the
   // system could not; then it is open what has reached the disk. Afterwards nothing is noted any more.
   [[nodiscard]] bool Flush();
 
   // Grows with each Flush. Who goes on writing to a file behind a Flush must note it again.
-  uint64_t Epoch() const { return FEpoch; }
+  uint64_t Epoch() const { return FEpoch.load(std::memory_order_relaxed); }
 
  private:
   struct TNoted {
@@ -39,12 +44,13 @@ class TWrittenFiles {
     TUniqueFd Folder;
   };
 
+  std::mutex FMutex;                    // for what follows
   std::vector<TNoted> FFiles;           // as long as there are few
   std::map<dev_t, TUniqueFd> FDevices;  // a file on each device
   bool FMany = false;
   bool FEverything = false;  // a descriptor could not be kept: only asking for all devices is left
   int FFailure = 0;
-  uint64_t FEpoch = 0;
+  std::atomic<uint64_t> FEpoch = 0;
 };
 
 }  // namespace win

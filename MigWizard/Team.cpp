@@ -1,0 +1,93 @@
+#include "MigWizard/Team.h"
+
+#include <iterator>
+#include <memory>
+#include <utility>
+
+#include "win/FileSystem.h"
+
+namespace mig {
+
+TTeam::TTeam() {
+  if (win::IsHostFileSystem()) FHelper = std::thread([this] { Help(); });
+}
+
+TTeam::~TTeam() {
+  {
+    const std::lock_guard lock(FMutex);
+    FOffers.clear();
+    FTasks.clear();
+    FEnds = true;
+  }
+  FCame.notify_one();
+  if (FHelper.joinable()) FHelper.join();
+}
+
+void TTeam::Offer(std::vector<TTask> offers) {
+  if (!FHelper.joinable()) return;
+  {
+    const std::lock_guard lock(FMutex);
+    FOffers.insert(FOffers.end(), std::make_move_iterator(offers.begin()),
+                   std::make_move_iterator(offers.end()));
+  }
+  FCame.notify_one();
+}
+
+void TTeam::Add(TTask task) {
+  if (!FHelper.joinable()) return task();
+  {
+    const std::lock_guard lock(FMutex);
+    FTasks.push_back(std::move(task));
+  }
+  FCame.notify_one();
+  FDone.notify_one();
+}
+
+void TTeam::Finish() {
+  std::unique_lock lock(FMutex);
+  FOffers.clear();
+  for (;;) {
+    FDone.wait(lock, [this] { return !FTasks.empty() || FInWork == 0; });
+    if (FTasks.empty()) break;
+    TTask task = std::move(FTasks.front());
+    FTasks.pop_front();
+    Do(std::move(task), lock);
+  }
+  if (FFailure) std::rethrow_exception(std::exchange(FFailure, nullptr));
+}
+
+void TTeam::Help() {
+  const std::unique_ptr<win::TFileSystem> files = win::AnotherHostFileSystem();
+  const win::TFileSystemOverride inForce(*files);
+  std::unique_lock lock(FMutex);
+  for (;;) {
+    FCame.wait(lock, [this] { return FEnds || !FOffers.empty() || !FTasks.empty(); });
+    if (FEnds) return;
+    TTask task;
+    if (!FOffers.empty()) {
+      task = std::move(FOffers.back());
+      FOffers.pop_back();
+    } else {
+      task = std::move(FTasks.front());
+      FTasks.pop_front();
+    }
+    Do(std::move(task), lock);
+  }
+}
+
+void TTeam::Do(TTask task, std::unique_lock<std::mutex>& lock) {
+  ++FInWork;
+  lock.unlock();
+  std::exception_ptr failure;
+  try {
+    task();
+  } catch (...) {
+    failure = std::current_exception();
+  }
+  task = nullptr;
+  lock.lock();
+  if (failure && !FFailure) FFailure = failure;
+  if (--FInWork == 0) FDone.notify_one();
+}
+
+}  // namespace mig
