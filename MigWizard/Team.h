@@ -1,9 +1,10 @@
-// Two threads that share the work of a run: the one that makes the team, which walks through the run, and a helper.
+// Two threads that share the work of a run: the one that makes the team, which walks through the run, and a
+// helper.
 //
-// There are two kinds of work. An offer is something that the walk will need, and does itself if the helper has not
-// begun it by then. A task has to be done by one of the two before Finish returns. Each thread has a file system of its
-// own in force. Where that of the walk is not the host's own (win/FileSystem.h), there is no helper: nobody takes an
-// offer, and a task is done when it is added.
+// There are two kinds of work. An offer is something that the walk will need, and does itself if the helper
+// has not begun it by then. A task has to be done by one of the two before Finish returns. Each thread has a
+// file system of its own in force. Where that of the walk is not the host's own (win/FileSystem.h), there is
+// no helper: nobody takes an offer, and a task is done when it is added.
 #pragma once
 
 #include <condition_variable>
@@ -29,12 +30,12 @@ class TTeam {
   // For the helper, which takes the last one first. They raise nothing.
   void Offer(std::vector<TTask> offers);
 
-  // To be done by either thread, with others at the same time. Raises what the task raises, or keeps it for Finish. A
-  // task may add further ones.
+  // To be done by either thread, with others at the same time. Raises what the task raises, or keeps it for
+  // Finish. A task may add further ones.
   void Add(TTask task);
 
-  // Drops the offers, and works on the tasks until none is left nor in work. Raises what the first one to fail raised;
-  // the others are done all the same.
+  // Drops the offers, and works on the tasks until none is left nor in work. Raises what the first one to
+  // fail raised; the others are done all the same.
   void Finish();
 
  private:

@@ -52,44 +52,53 @@ int TParser::GetNext(std::string_view& lexem) {
     return kEndOfText;
   }
   using TKind = TScannerTables::TKind;
-  const uint8_t first = At(FPos);
+  const char* const begin = FText.data() + FPos;
+  const char* const end = FText.data() + FText.size();
+  const char* next = begin + 1;
+  const auto first = static_cast<uint8_t>(*begin);
   int code = kOther;
   switch (FTables.FKind[first]) {
     case TKind::Quote:
       return ScanString(lexem);
     case TKind::Blank:
-      while (FPos < FText.size() && FTables.FKind[At(FPos)] == TKind::Blank) ++FPos;
+      while (next != end && FTables.FKind[static_cast<uint8_t>(*next)] == TKind::Blank) ++next;
       code = kWhiteSpace;
       break;
     case TKind::Name: {
-      SkipName();
-      const size_t length = FPos - FPrevPos;
+      if (FDoubleByte) {
+        SkipDoubleByteName();
+        next = FText.data() + FPos;
+      } else {
+        while (next != end && FTables.FNamePart[static_cast<uint8_t>(*next)]) ++next;
+      }
+      const auto length = static_cast<size_t>(next - begin);
       code = kIdentifier;
       if (length < 32 && (FTables.FKeywordLengths[first] >> length & 1) != 0) {
-        const int keyword = FTables.FKeywords->Lookup(FText.substr(FPrevPos, length));
+        const int keyword = FTables.FKeywords->Lookup({begin, length});
         if (keyword != 0) code = keyword;
       }
       break;
     }
     case TKind::Number:
-      while (FPos < FText.size() && FTables.FNumberPart[At(FPos)]) ++FPos;
+      while (next != end && FTables.FNumberPart[static_cast<uint8_t>(*next)]) ++next;
       code = kNumber;
       break;
     case TKind::Symbol:
-      code = ScanComment();
-      if (code == kComment) break;
-      ++FPos;
       code = FTables.FSymbolCode[first];
+      if ((first == '{' || first == '(' || first == '/') && SkipComment()) {
+        next = FText.data() + FPos;
+        code = kComment;
+      }
       break;
     case TKind::Nul:
-      ++FPos;
       code = kNul;
       break;
     case TKind::Other:
-      ++FPos;
       break;
   }
-  lexem = FText.substr(FPrevPos, FPos - FPrevPos);
+  const auto length = static_cast<size_t>(next - begin);
+  FPos = FPrevPos + length;
+  lexem = {begin, length};
   return code;
 }
 
@@ -98,11 +107,11 @@ bool TParser::IsPair(size_t position) const {
   return win::IsDBCSLeadByte(At(position)) && win::IsDBCSTrailByte(At(position + 1));
 }
 
-void TParser::SkipName() {
-  while (FPos < FText.size()) {
-    if (FDoubleByte && IsPair(FPos)) {
+void TParser::SkipDoubleByteName() {
+  for (;;) {
+    if (IsPair(FPos)) {
       FPos += 2;
-    } else if (FTables.FNamePart[At(FPos)]) {
+    } else if (FPos < FText.size() && FTables.FNamePart[At(FPos)]) {
       ++FPos;
     } else {
       break;
@@ -110,8 +119,8 @@ void TParser::SkipName() {
   }
 }
 
-// kComment, with the position behind it, if a comment begins here.
-int TParser::ScanComment() {
+// False, without an effect, if no comment begins here.
+bool TParser::SkipComment() {
   const uint8_t first = At(FPos);
   const uint8_t second = At(FPos + 1);
   if (first == '{') {
@@ -122,9 +131,9 @@ int TParser::ScanComment() {
   } else if (first == '/' && second == '/') {
     FPos = std::min(FText.find_first_of("\r\n", FPos), FText.size());
   } else {
-    return kOther;
+    return false;
   }
-  return kComment;
+  return true;
 }
 
 void TParser::SkipBraces() {

@@ -73,10 +73,10 @@ class TParser {
     return position < FText.size() ? static_cast<uint8_t>(FText[position]) : 0;
   }
   bool IsPair(size_t position) const;
-  int ScanComment();
+  bool SkipComment();
   int ScanString(std::string_view& lexem);
   void SkipBraces();
-  void SkipName();
+  void SkipDoubleByteName();
 
   const TScannerTables& FTables;
   std::string_view FText;
