@@ -146,7 +146,13 @@ bool DeleteFolder(std::string_view dir) {
   return rtl::RemoveDir(dir);
 }
 
-bool DeleteTempFolder(std::string_view dir) {
+bool DeleteTempFolder(const std::string& dir, TTeam& team) {
+  (void)WalkFolder(dir, [&](const std::string& name, uint32_t attributes) {
+    if (IsFolder(attributes) && !IsLink(attributes))
+      team.Add([path = JoinPath(dir, name)] { EmptyFolder(path); });
+    return true;
+  });
+  team.Finish();
   return DeleteFolder(dir);
 }
 

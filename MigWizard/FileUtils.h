@@ -35,7 +35,8 @@ bool ForceFolders(std::string_view path);
 // Deletes a folder with all in it. What cannot be deleted stays, and the result is then False. A link to a
 // folder goes, not what it leads to. `dir` is not empty.
 bool DeleteFolder(std::string_view dir);
-bool DeleteTempFolder(std::string_view dir);
+// The same, by a team that has no other tasks.
+bool DeleteTempFolder(const std::string& dir, TTeam& team);
 
 // A file or folder, by its full name, and the reason (win/Errors.h).
 using TCopyFailures = std::vector<std::pair<std::string, uint32_t>>;

@@ -135,9 +135,9 @@ bool TComponentReplacer::RunFiles() {
     Warn(rtl::Format("No temporary folder can be made in \"%s\". %s", {win::GetTempPathA(), LastReason()}));
     throw rtl::EFCreateError(SCannotCreateDir);
   }
-  const TFinally deleteTemp([&tempDir] { DeleteTempFolder(tempDir); });
-
   TTeam team;
+  const TFinally deleteTemp([&] { DeleteTempFolder(tempDir, team); });
+
   WalkUnits(team, tempDir);
   const bool succeeded = ReplaceOriginals(team, tempDir);
   if (FOptions.MakeBackup) WriteUndoFile();

@@ -53,7 +53,6 @@ void TTeam::Finish() {
     FTasks.pop_front();
     Do(std::move(task), lock);
   }
-  if (FFailure) std::rethrow_exception(std::exchange(FFailure, nullptr));
 }
 
 void TTeam::Help() {
@@ -75,18 +74,12 @@ void TTeam::Help() {
   }
 }
 
-void TTeam::Do(TTask task, std::unique_lock<std::mutex>& lock) {
+void TTeam::Do(TTask task, std::unique_lock<std::mutex>& lock) noexcept {
   ++FInWork;
   lock.unlock();
-  std::exception_ptr failure;
-  try {
-    task();
-  } catch (...) {
-    failure = std::current_exception();
-  }
+  task();
   task = nullptr;
   lock.lock();
-  if (failure && !FFailure) FFailure = failure;
   if (--FInWork == 0) FDone.notify_one();
 }
 

@@ -9,7 +9,6 @@
 
 #include <condition_variable>
 #include <deque>
-#include <exception>
 #include <functional>
 #include <mutex>
 #include <thread>
@@ -27,7 +26,7 @@ class TTeam {
   TTeam(const TTeam&) = delete;
   TTeam& operator=(const TTeam&) = delete;
 
-  // For the helper, which takes the last one first. They raise nothing.
+  // For the helper, which takes the last one first. Neither offers nor tasks raise anything.
   void Offer(std::vector<TTask> offers);
 
   // To be done by either thread, with others at the same time. Raises what the task raises, or keeps it for
@@ -40,7 +39,7 @@ class TTeam {
 
  private:
   void Help();
-  void Do(TTask task, std::unique_lock<std::mutex>& lock);
+  void Do(TTask task, std::unique_lock<std::mutex>& lock) noexcept;
 
   std::mutex FMutex;  // for what follows
   std::condition_variable FCame, FDone;
@@ -48,7 +47,6 @@ class TTeam {
   std::deque<TTask> FTasks;
   int FInWork = 0;
   bool FEnds = false;
-  std::exception_ptr FFailure;
   std::thread FHelper;
 };
 

@@ -93,7 +93,7 @@ class TInPlace {
         FTempDir(mig::CreateTempFolder(kTempPrefix, 1)) {
     if (FTempDir.empty()) throw rtl::EFCreateError("Failed to create directory.");
   }
-  ~TInPlace() { mig::DeleteTempFolder(FTempDir); }
+  ~TInPlace() { mig::DeleteFolder(FTempDir); }
   TInPlace(const TInPlace&) = delete;
   TInPlace& operator=(const TInPlace&) = delete;
 
