@@ -21,7 +21,7 @@ class TFormPass {
         FScanner(text, encoding) {}
 
   int Run() {
-    while (const int code = FScanner.GetNext(FLexem)) {
+    while (const int code = FScanner.GetNextWord(FLexem)) {
       switch (code) {
         case kObject:
           FObject.ExpectName = true;

@@ -23,7 +23,7 @@ class TUnitPass {
     TPasParser scanner(FText, FEncoding);
     std::string_view lexem;
     bool inUses = false;
-    while (const int code = scanner.GetNext(lexem)) {
+    while (const int code = inUses ? scanner.GetNext(lexem) : scanner.GetNextWord(lexem)) {
       switch (code) {
         case qrl::kIdentifier:
           ProcessIdentifier(lexem, inUses);
@@ -62,7 +62,7 @@ class TUnitPass {
     }
     TPasParser scanner(comment.substr(1), FEncoding);
     std::string_view lexem;
-    while (const int code = scanner.GetNext(lexem)) {
+    while (const int code = scanner.GetNextWord(lexem)) {
       if (code != qrl::kIdentifier) continue;
       if (const std::string* newClass = FRules.Classes.Find(lexem)) Replace(lexem, *newClass);
     }

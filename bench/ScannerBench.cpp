@@ -45,6 +45,18 @@ void Scanner(benchmark::State& state, TText which) {
   Count(state, text);
 }
 
+void Words(benchmark::State& state, TText which) {
+  const std::string& text = Text(which);
+  for ([[maybe_unused]] const auto turn : state) {
+    mig::TPasParser scanner(text);
+    std::string_view lexem;
+    int codes = 0;
+    while (const int code = scanner.GetNextWord(lexem)) codes ^= code;
+    benchmark::DoNotOptimize(codes);
+  }
+  Count(state, text);
+}
+
 void MemoryCopy(benchmark::State& state, TText which) {
   const std::string& text = Text(which);
   std::string copy(text.size(), '\0');
@@ -74,9 +86,11 @@ void ByteLoop(benchmark::State& state, TText which) {
 }
 
 BENCHMARK_CAPTURE(Scanner, unit, TText::Unit);
+BENCHMARK_CAPTURE(Words, unit, TText::Unit);
 BENCHMARK_CAPTURE(MemoryCopy, unit, TText::Unit);
 BENCHMARK_CAPTURE(ByteLoop, unit, TText::Unit);
 BENCHMARK_CAPTURE(Scanner, form, TText::Form);
+BENCHMARK_CAPTURE(Words, form, TText::Form);
 BENCHMARK_CAPTURE(MemoryCopy, form, TText::Form);
 BENCHMARK_CAPTURE(ByteLoop, form, TText::Form);
 

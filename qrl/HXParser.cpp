@@ -13,6 +13,9 @@ constexpr bool IsLetter(uint8_t c) {
 constexpr bool IsDigit(uint8_t c) {
   return c >= '0' && c <= '9';
 }
+constexpr bool MayBeginComment(uint8_t c) {
+  return c == '{' || c == '(' || c == '/';
+}
 constexpr uint8_t OtherCase(uint8_t c) {
   return IsLetter(c) ? c ^ 0x20 : c;
 }
@@ -34,6 +37,8 @@ TScannerTables::TScannerTables(const TIntValueStringList& symbols, const TIntVal
                : tests.IsSymbol(c)      ? TKind::Symbol
                                         : TKind::Other;
     FSymbolCode[c] = kOther;
+    FIsPassed[c] = FKind[c] == TKind::Nul || FKind[c] == TKind::Blank || FKind[c] == TKind::Other ||
+                   (FKind[c] == TKind::Symbol && !MayBeginComment(c));
   }
   for (int i = 0; i < symbols.GetCount(); ++i)
     FSymbolCode[static_cast<uint8_t>(symbols.GetKey(i)[0])] = symbols.GetValue(i);
@@ -85,7 +90,7 @@ int TParser::GetNext(std::string_view& lexem) {
       break;
     case TKind::Symbol:
       code = FTables.FSymbolCode[first];
-      if ((first == '{' || first == '(' || first == '/') && SkipComment()) {
+      if (MayBeginComment(first) && SkipComment()) {
         next = FText.data() + FPos;
         code = kComment;
       }
@@ -100,6 +105,19 @@ int TParser::GetNext(std::string_view& lexem) {
   FPos = FPrevPos + length;
   lexem = {begin, length};
   return code;
+}
+
+int TParser::GetNextWord(std::string_view& lexem) {
+  for (;;) {
+    const char* next = FText.data() + FPos;
+    const char* const end = FText.data() + FText.size();
+    while (next != end && FTables.FIsPassed[static_cast<uint8_t>(*next)]) ++next;
+    FPos = static_cast<size_t>(next - FText.data());
+    const bool isWord =
+        next == end || FTables.FKind[static_cast<uint8_t>(*next)] == TScannerTables::TKind::Name;
+    const int code = GetNext(lexem);
+    if (isWord || code == kComment) return code;
+  }
 }
 
 // Whether a double-byte character begins at `position`.

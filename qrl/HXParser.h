@@ -40,6 +40,7 @@ class TScannerTables {
   enum class TKind : uint8_t { Nul, Blank, Name, Number, Quote, Symbol, Other };
 
   std::array<TKind, 256> FKind{};       // what a token that begins with the byte is
+  std::array<bool, 256> FIsPassed{};    // a token of one byte, or white space: nothing to GetNextWord
   std::array<bool, 256> FNamePart{};    // continues an identifier
   std::array<bool, 256> FNumberPart{};  // continues a number
   std::array<int, 256> FSymbolCode{};
@@ -55,6 +56,9 @@ class TParser {
 
   // The next token's code, its text in `lexem`; kEndOfText with an empty lexem at the end.
   int GetNext(std::string_view& lexem);
+  // The same, passing over all that is neither identifier, keyword nor comment. For who looks at nothing
+  // else.
+  int GetNextWord(std::string_view& lexem);
   // Where the token that GetNext gave last begins, in bytes from 0.
   size_t PrevPos() const { return FPrevPos; }
   // Goes on at `position`, in bytes from 0, as if the text began there.
