@@ -101,15 +101,16 @@ void KeepIdentity(const TPlace& target, const struct stat& existing, int fd, con
     }
   }
 #ifdef __linux__
-  if (target.Base != AT_FDCWD) return;
+  const std::string& path = target.FullPath.empty() ? target.Path : target.FullPath;
+  if (target.FullPath.empty() && target.Base != AT_FDCWD) return;
   char names[4096];
-  const ssize_t length = listxattr(target.Path.c_str(), names, sizeof names);
+  const ssize_t length = listxattr(path.c_str(), names, sizeof names);
   std::vector<char> value;
   for (ssize_t i = 0; i < length; i += static_cast<ssize_t>(std::string_view(names + i).size()) + 1) {
-    const ssize_t size = getxattr(target.Path.c_str(), names + i, nullptr, 0);
+    const ssize_t size = getxattr(path.c_str(), names + i, nullptr, 0);
     if (size < 0) continue;
     value.resize(static_cast<size_t>(size) + 1);
-    const ssize_t got = getxattr(target.Path.c_str(), names + i, value.data(), value.size());
+    const ssize_t got = getxattr(path.c_str(), names + i, value.data(), value.size());
     if (got >= 0) {
       [[maybe_unused]] const int set = fsetxattr(fd, names + i, value.data(), static_cast<size_t>(got), 0);
     }
@@ -172,7 +173,10 @@ bool TPosixFileSystem::FindTarget(std::string_view path, TPlace& place, struct s
   if (exists && failIfExists) return Fail(ERROR_FILE_EXISTS);
   if (exists && (!S_ISREG(info.st_mode) || !(info.st_mode & S_IWUSR))) return Fail(ERROR_ACCESS_DENIED);
   // Taking the name would otherwise change its case.
-  if (exists && FoldsCase(place, info.st_dev)) FFolders.SpellAll(place);
+  if (exists && FoldsCase(place, info.st_dev)) {
+    place.Widen();
+    FFolders.SpellAll(place);
+  }
   return true;
 }
 

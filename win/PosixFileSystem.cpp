@@ -19,12 +19,6 @@ namespace {
 // The system takes PATH_MAX bytes with the NUL. The room is for the names of temporary files.
 constexpr size_t kLongestPath = PATH_MAX - 64;
 
-#ifdef O_PATH
-constexpr int kPassThrough = O_PATH | O_DIRECTORY | O_CLOEXEC;
-#else
-constexpr int kPassThrough = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-#endif
-
 bool IsSeparator(char c) {
   return c == '\\' || c == '/';
 }
@@ -50,8 +44,8 @@ bool TPosixFileSystem::Shorten(TPlace& place) {
     TUniqueFd folder(
         AtPlace(part, [](const TPlace& at) { return openat(at.Base, at.Path.c_str(), kPassThrough); }));
     if (!folder.IsOpen()) return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
-    place.BaseOwner = std::move(folder);
-    place.Base = place.BaseOwner.Get();
+    place.BaseOwner = std::make_shared<const TUniqueFd>(std::move(folder));
+    place.Base = place.BaseOwner->Get();
     place.Path.erase(0, end + 1);
   }
   return true;
@@ -178,7 +172,9 @@ std::string TPosixFileSystem::GetLongPathNameA(std::string_view path) {
   struct stat info {};
   if (!Locate(path, TKind::Folder, place) || place.Base != AT_FDCWD) return std::string(path);
   const std::string given = place.Path;
-  if (StatAt(place, info) == 0 && FoldsCase(place, info.st_dev)) FFolders.SpellAll(place);
+  const bool isThere = StatAt(place, info) == 0;
+  place.Widen();
+  if (isThere && FoldsCase(place, info.st_dev)) FFolders.SpellAll(place);
   return place.Path == given ? std::string(path) : RespelledPath(path, place.Path);
 }
 

@@ -73,6 +73,7 @@ class TPosixFileSystem : public TFileSystem {
 
 template <class TOperation>
 int TPosixFileSystem::AtPlace(TPlace& place, const TOperation& operation, TAbsence absence) {
+  const int base = place.Base;
   const std::string given = place.Path;
   const TFolderCache::TRecall recalled = FFolders.Recall(place);
   if (recalled == TFolderCache::TRecall::Absent) {
@@ -85,7 +86,9 @@ int TPosixFileSystem::AtPlace(TPlace& place, const TOperation& operation, TAbsen
     if (recalled == TFolderCache::TRecall::Present) FFolders.Forget(place);
   }
   for (int attempt = 1;; ++attempt) {
+    place.Base = base;
     place.Path = given;
+    place.FullPath.clear();
     switch (FFolders.Respell(place)) {
       case TFolderCache::TOutcome::Found:
         break;

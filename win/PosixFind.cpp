@@ -86,9 +86,10 @@ std::unique_ptr<TFindHandle> TPosixFileSystem::FindFirstFileA(std::string_view p
   TUniqueFd fd(AtPlace(place, [](const TPlace& at) {
     return openat(at.Base, at.Path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   }));
+  const int failure = errno;
+  place.Widen();
   if (!fd.IsOpen()) {
     struct stat info {};
-    const int failure = errno;
     const bool isFile = failure == ENOTDIR && fstatat(place.Base, place.Path.c_str(), &info, 0) == 0;
     static_cast<void>(isFile              ? Fail(ERROR_DIRECTORY)
                       : failure == ENOENT ? Fail(ERROR_PATH_NOT_FOUND)

@@ -23,6 +23,8 @@ constexpr int64_t kReadingTimes = 30;
 constexpr int64_t kMoment = 10 * kMillisecond;
 // Paths of folders that are held at most.
 constexpr size_t kMostPaths = 10000;
+// Folders that are held open at most.
+constexpr size_t kMostFolders = 16;
 // Names that are held at most, all folders together.
 constexpr size_t kMostNames = 1000000;
 
@@ -164,21 +166,47 @@ TFolderCache::TRecall TFolderCache::Recall(TPlace& place) {
   if (now - listing.FSeenAt >= kMoment || !IsAlive(listing, now)) return TRecall::Unknown;
   const std::string_view leaf = place.Leaf();
   const std::string* const found = listing.Find(leaf);
-  std::string spelled = known->second.Spelled;
-  place.Path = std::move(spelled.append(found ? std::string_view(*found) : leaf));
+  std::string name(found ? std::string_view(*found) : leaf);
   place.Listing = &listing;
+  Open(known->second);
+  place.BaseOwner = known->second.Folder;
+  if (place.BaseOwner) {
+    place.Base = place.BaseOwner->Get();
+    place.FullPath = known->second.Spelled + name;
+    place.Path = std::move(name);
+  } else {
+    place.Path = known->second.Spelled + name;
+  }
   return found ? TRecall::Present : TRecall::Absent;
+}
+
+void TFolderCache::Open(TKnownPath& known) {
+  if (known.Folder) return;
+  if (FOpenFolders == kMostFolders) {
+    for (auto& [path, other] : FPaths) other.Folder.reset();
+    FOpenFolders = 0;
+  }
+  TUniqueFd folder(openat(AT_FDCWD, OrCurrent(known.Spelled).c_str(), kPassThrough));
+  if (!folder.IsOpen()) return;
+  known.Folder = std::make_shared<const TUniqueFd>(std::move(folder));
+  ++FOpenFolders;
+}
+
+void TFolderCache::ForgetPaths() {
+  FPaths.clear();
+  FOpenFolders = 0;
 }
 
 // `place` is spelled as on disk, and its folder was given as `givenFolder`.
 void TFolderCache::NotePath(const TPlace& place, TFolderListing* listing, std::string_view givenFolder) {
   if (!listing || place.Base != AT_FDCWD || !(listing->FSettled || listing->FKeptCurrent)) return;
-  if (FPaths.size() >= kMostPaths) FPaths.clear();
+  if (FPaths.size() >= kMostPaths) ForgetPaths();
   const auto known = FPaths.find(givenFolder);
   if (known == FPaths.end()) {
-    FPaths.emplace(givenFolder, TKnownPath{std::string(place.Folder()), listing});
+    FPaths.emplace(givenFolder, TKnownPath{std::string(place.Folder()), listing, nullptr});
   } else if (known->second.Listing != listing || known->second.Spelled != place.Folder()) {
-    known->second = {std::string(place.Folder()), listing};
+    if (known->second.Folder) --FOpenFolders;
+    known->second = {std::string(place.Folder()), listing, nullptr};
   }
 }
 
@@ -206,7 +234,7 @@ void TFolderCache::Forget(const TPlace& place) {
   const auto found = FListings.find({stamp.Device, stamp.Inode});
   if (found == FListings.end()) return;
   FTotal -= std::min(FTotal, found->second.Count());
-  FPaths.clear();
+  ForgetPaths();
   FListings.erase(found);
 }
 
@@ -233,7 +261,7 @@ TFolderListing* TFolderCache::Current(int base, const std::string& folder, const
   TFolderListing* const current = Held(stamp);
   if (current && (current->FSettled || current->FKeptCurrent)) return current;
   if (FTotal > kMostNames) {
-    FPaths.clear();
+    ForgetPaths();
     FListings.clear();
     FTotal = 0;
   }

@@ -28,6 +28,7 @@
 #include <cstdint>
 #include <ctime>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -100,7 +101,8 @@ class TFolderCache {
     Absent    // the folder, without such a name; `place` has the folder spelled as on disk, the name as given
   };
 
-  // Spells `place` by a listing that was true a moment ago, without asking the system.
+  // Spells `place` by a listing that was true a moment ago, without asking the system; seen from the folder
+  // that holds it, which spares the system the way there.
   TRecall Recall(TPlace& place);
 
   // Spells `place`, which is there, as on disk, where the host itself ignores case. What cannot be told
@@ -110,7 +112,7 @@ class TFolderCache {
   // Forgets the listing of the folder in which `place` lies: it was found to be wrong.
   void Forget(const TPlace& place);
   // Forgets which listing belongs to which path: a folder went, or was put under another name.
-  void ForgetPaths() { FPaths.clear(); }
+  void ForgetPaths();
 
   // How often a folder was read so far, for measurements.
   size_t Readings() const { return FReadings; }
@@ -118,9 +120,20 @@ class TFolderCache {
  private:
   friend class TFolderChange;
 
+  struct TPathHash {
+    using is_transparent = void;
+    size_t operator()(std::string_view path) const { return std::hash<std::string_view>()(path); }
+  };
+  struct TKnownPath {
+    std::string Spelled;  // the folder as on disk, with the separator at its end
+    TFolderListing* Listing;
+    std::shared_ptr<const TUniqueFd> Folder;  // open from the second look-up on
+  };
+
   TFolderListing* Current(int base, const std::string& folder, const TFolderStamp& stamp);
   TFolderListing* Held(const TFolderStamp& stamp);
   static bool IsAlive(const TFolderListing& listing, int64_t now);
+  void Open(TKnownPath& known);
   void NotePath(const TPlace& place, TFolderListing* listing, std::string_view givenFolder);
   bool Read(int base, const std::string& folder, TFolderListing& listing);
 
@@ -129,16 +142,9 @@ class TFolderCache {
       return static_cast<size_t>(key.first) * 0x9E3779B97F4A7C15u ^ static_cast<size_t>(key.second);
     }
   };
-  struct TPathHash {
-    using is_transparent = void;
-    size_t operator()(std::string_view path) const { return std::hash<std::string_view>()(path); }
-  };
-  struct TKnownPath {
-    std::string Spelled;  // the folder as on disk, with the separator at its end
-    TFolderListing* Listing;
-  };
   std::unordered_map<std::pair<dev_t, ino_t>, TFolderListing, TKeyHash> FListings;
   std::unordered_map<std::string, TKnownPath, TPathHash, std::equal_to<>> FPaths;  // by the folder as given
+  size_t FOpenFolders = 0;
   size_t FTotal = 0;  // names in all listings, roughly
   size_t FReadings = 0;
 };
