@@ -203,7 +203,8 @@ void TComponentReplacer::RefuseSecondFile(const std::string& fileName) {
   if (isNew || IsSameFile(place->second, fileName)) return;
   throw ETwinFiles(
       rtl::Format("Two files named \"%s\" cannot be converted in one project run: \"%s\" and \"%s\".",
-                  {bareName, place->second, fileName}));
+                  {bareName, place->second, fileName}),
+      place->second, fileName);
 }
 
 // On a host where names that differ in case alone can stand side by side, the temporary folder, the backup
@@ -215,7 +216,8 @@ void TComponentReplacer::RefuseCaseTwin(const std::string& name) {
   const auto [place, isNew] = FNames.try_emplace(win::UpperFileName(name), name);
   if (isNew || IsSameFile(place->second, name)) return;
   throw ETwinFiles(rtl::Format("\"%s\" and \"%s\" differ in case alone and cannot be converted in one run.",
-                               {place->second, name}));
+                               {place->second, name}),
+                   place->second, name);
 }
 
 // The folders of a run are made once each, however many files come into them.

@@ -40,10 +40,16 @@ class EFileConversion : public rtl::Exception {
   std::string FFileName;
 };
 
-// Two files of a run would take one place in its folders.
+// Two files of a run, or two folders, would take one place in its folders.
 class ETwinFiles : public rtl::Exception {
  public:
-  using Exception::Exception;
+  ETwinFiles(const std::string& message, std::string_view first, std::string_view second)
+      : Exception(message), FFirst(first), FSecond(second) {}
+  const std::string& First() const { return FFirst; }
+  const std::string& Second() const { return FSecond; }
+
+ private:
+  std::string FFirst, FSecond;
 };
 
 // Where a run stands.

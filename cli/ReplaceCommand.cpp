@@ -1,5 +1,4 @@
 #include <cstdio>
-#include <unordered_map>
 #include <utility>
 
 #include "MigWizard/FileUtils.h"
@@ -17,8 +16,6 @@
 #include "rtl/SysUtils.h"
 #include "target/Catalogue.h"
 #include "target/KVAReplacer.h"
-#include "win/CodePage.h"
-#include "win/Drives.h"
 
 namespace cli {
 namespace {
@@ -57,7 +54,6 @@ class TRunWatch {
   explicit TRunWatch(mig::TComponentReplacer& replacer) {
     replacer.OnProgress = [this](const mig::TRunProgress& progress) {
       FFileName = progress.FileName;
-      if (!FFileName.empty()) FFirst.try_emplace(BareKey(FFileName), FFileName);
       StopIfInterrupted();
       FLine.Show(progress.Done, progress.Known, progress.FileName);
     };
@@ -70,17 +66,10 @@ class TRunWatch {
   void Clear() { FLine.Clear(); }
   // The file that was under way, or empty.
   const std::string& FileName() const { return FFileName; }
-  // The first file of its bare name.
-  const std::string& FirstNamesake() const { return FFirst.at(BareKey(FFileName)); }
 
  private:
-  static std::string BareKey(std::string_view fileName) {
-    return win::UpperFileName(rtl::ExtractFileName(fileName));
-  }
-
   TProgressLine FLine;
   std::string FFileName;
-  std::unordered_map<std::string, std::string> FFirst;  // by BareKey
 };
 
 std::string PathBelow(const std::string& base, std::string_view fileName) {
@@ -113,9 +102,8 @@ std::string ExcludeHint(const TRunWatch& watch, const std::string& base) {
          "' to convert the others. No file was changed.";
 }
 
-std::string ExcludeTwinHint(const TRunWatch& watch, const std::string& base) {
-  if (watch.FileName().empty()) return {};
-  const std::string pattern = ExcludeOneOf(watch.FileName(), watch.FirstNamesake(), base);
+std::string ExcludeTwinHint(const mig::ETwinFiles& twins, const std::string& base) {
+  const std::string pattern = ExcludeOneOf(twins.First(), twins.Second(), base);
   if (pattern.empty()) return {};
   return "Leave one of them out with --exclude '" + pattern +
          "' and convert it in a run of its own. No file was changed.";
@@ -177,7 +165,7 @@ int RunReplace(const TCommandLine& line) {
   } catch (const rtl::EAbort&) {
     throw;
   } catch (const mig::ETwinFiles& error) {
-    return stopped(error, line.Project.empty() ? std::string() : ExcludeTwinHint(watch, base));
+    return stopped(error, ExcludeTwinHint(error, base));
   } catch (const rtl::Exception& error) {
     return stopped(error, ExcludeHint(watch, base));
   }

@@ -127,6 +127,32 @@ TEST_F(RunTest, KilledBeforeTheLastStepLeavesAllOriginals) {
   EXPECT_TRUE(Read("src/Wiz_Log.txt").ends_with("1 change(s)\r\n\r\n"));
 }
 
+// However far a run was ahead of the file that ends it, and whichever thread did what.
+TEST_F(RunTest, OnlyTheFilesBeforeTheOneThatFailsHaveBackups) {
+  constexpr int kFiles = 150;
+  const auto name = [](int i) { return std::to_string(1000 + i); };
+  for (int i = 0; i < kFiles; ++i) FTree.Write("many/" + name(i) + ".pas", kUnit + std::string(9000, ' '));
+  FMigration.Options().Directory = FTree.WindowsPath("many");
+  FMigration.Options().BackupDir = FTree.WindowsPath("many\\RBackup");
+  for (const int bad : {0, 1, 17, 60, kFiles - 1}) {
+    const std::string file = "many/" + name(bad) + ".pas";
+    const std::string text = FTree.Read(file);
+    FTree.Write(file,
+                "\xFF\xFE"
+                "odd");
+    EXPECT_EQ(Failure<EFileConversion>(),
+              "<dir>\\many\\" + name(bad) + ".pas: UTF-16 text with an odd number of bytes.");
+    std::vector<std::string> backups;
+    for (int i = 0; i < bad; ++i) backups.push_back(name(i) + ".~pas");
+    EXPECT_EQ(FTree.Names("many/RBackup"), backups);
+    EXPECT_TRUE(Read("many/Wiz_Log.txt").ends_with(name(bad) + ".pas\r\n\r\n"));
+    EXPECT_TRUE(TempFolderIsEmpty());
+    FTree.Write(file, text);
+    EXPECT_EQ(FTree.Read("many/" + name(kFiles - 1) + ".pas"), kUnit + std::string(9000, ' '));
+    fs::remove_all(FTree.HostPath("many/RBackup"));
+  }
+}
+
 TEST_F(RunTest, ProgressCountsFiles) {
   std::string steps;
   Replacer().OnProgress = [&](const TRunProgress& progress) {

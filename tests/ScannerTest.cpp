@@ -76,6 +76,15 @@ TEST(ScannerTest, Tokens) {
   for (const TRow& row : kRows) EXPECT_EQ(Scan(TPasParser(row.Text)), row.Tokens) << row.Text;
 }
 
+TEST(ScannerTest, Words) {
+  TPasParser scanner("Uses a = 12 'b' (c) {d} end|");
+  std::string_view lexem;
+  std::string words;
+  while (const int code = scanner.GetNextWord(lexem))
+    words.append(lexem).append(" ").append(std::to_string(code)).append(", ");
+  EXPECT_EQ(words, "Uses 33, a -103, c -103, {d} -108, end 28, ");
+}
+
 TEST(ScannerTest, StringsWithoutQuotes) {
   const std::pair<const char*, const char*> rows[] = {{"'Sales'", "Sales"}, {"'It''s'", "It''s"}, {"''", ""},
                                                       {"'open", "open"},    {"'open\n", "open"},  {"'", ""}};
@@ -110,14 +119,20 @@ TEST(ScannerTest, LexemsPutEndToEndAreTheText) {
       std::string text;
       for (auto length = random() % 40; length > 0; --length) text += alphabet[random() % alphabet.size()];
       TPasParser scanner(text, qrl::TEncoding::Default());
+      TPasParser words(text, qrl::TEncoding::Default());
       std::string together;
-      std::string_view lexem;
-      while (scanner.GetNext(lexem) != qrl::kEndOfText) {
+      std::string_view lexem, word;
+      while (const int code = scanner.GetNext(lexem)) {
         ASSERT_EQ(scanner.PrevPos(), together.size());
         ASSERT_FALSE(lexem.empty());
         together += lexem;
+        if (code != kName && code != kRem) continue;
+        ASSERT_EQ(words.GetNextWord(word), code) << text;
+        ASSERT_EQ(word.data(), lexem.data());
+        ASSERT_EQ(words.PrevPos(), scanner.PrevPos());
       }
       ASSERT_EQ(together, text);
+      ASSERT_EQ(words.GetNextWord(word), qrl::kEndOfText) << text;
     }
   }
   ASSERT_TRUE(win::SetACP(1252));

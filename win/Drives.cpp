@@ -54,9 +54,10 @@ bool IsSeparator(char c) {
   return c == '\\' || c == '/';
 }
 
-// Appends the components of `path` to `components`: without empty ones and ".", and with ".." taking one
-// away. Where there is none to take, `keepParents` decides whether ".." stays or is dropped, as above a root.
-void AppendComponents(std::vector<std::string_view>& components, std::string_view path, bool backslashes,
+// Appends the components of `path` to `result`, whose first `root` bytes stay, with "/" between them: without
+// empty ones and ".", and with ".." taking one away. Where there is none to take, `keepParents` decides
+// whether ".." stays or is dropped, as above a root.
+void AppendComponents(std::string& result, size_t root, std::string_view path, bool backslashes,
                       bool keepParents) {
   for (size_t start = 0; start < path.size();) {
     size_t end = start;
@@ -64,24 +65,18 @@ void AppendComponents(std::vector<std::string_view>& components, std::string_vie
     const std::string_view component = path.substr(start, end - start);
     start = end + 1;
     if (component.empty() || component == ".") continue;
-    if (component != "..") {
-      components.push_back(component);
-    } else if (!components.empty() && components.back() != "..") {
-      components.pop_back();
-    } else if (keepParents) {
-      components.push_back(component);
+    if (component == "..") {
+      const std::string_view above = std::string_view(result).substr(root);
+      const size_t last = above.rfind('/') + 1;  // npos + 1 is 0
+      if (!above.empty() && above.substr(last) != "..") {
+        result.resize(root + last - (last > 0 ? 1 : 0));
+        continue;
+      }
+      if (!keepParents) continue;
     }
-  }
-}
-
-// `root`, then the components with `separator` between them.
-std::string Join(std::string_view root, const std::vector<std::string_view>& components, char separator) {
-  std::string result(root);
-  for (const std::string_view component : components) {
-    if (result.size() > root.size()) result += separator;
+    if (result.size() > root) result += '/';
     result += component;
   }
-  return result;
 }
 
 std::string CurrentFolder() {
@@ -96,11 +91,10 @@ std::string CurrentFolder() {
 // The full host path in its shortest spelling, without a separator at its end: the root folder is empty.
 std::string FullHostPath(std::string_view hostPath, bool backslashes) {
   const bool full = !hostPath.empty() && (hostPath[0] == '/' || (backslashes && hostPath[0] == '\\'));
-  const std::string folder = full ? std::string() : CurrentFolder();
-  std::vector<std::string_view> components;
-  AppendComponents(components, folder, false, false);
-  AppendComponents(components, hostPath, backslashes, false);
-  return components.empty() ? std::string() : Join("/", components, '/');
+  std::string result = "/";
+  if (!full) AppendComponents(result, 1, CurrentFolder(), false, false);
+  AppendComponents(result, 1, hostPath, backslashes, false);
+  return result.size() == 1 ? std::string() : result;
 }
 
 // The Windows path of a full host path, on the drive whose folder reaches deepest.
@@ -144,18 +138,21 @@ void ResetDrives() {
 
 std::string ToHostName(std::string_view path) {
   if (path.empty() || path.substr(0, 2) == "\\\\") return {};
-  std::vector<std::string_view> components;
+  std::string result;
   if (HasDrive(path)) {
     const std::string* const folder = FolderOfDrive(path);
     if (!folder) return {};
-    AppendComponents(components, path.substr(2), true, false);
-    if (components.empty() && !folder->empty()) return *folder;
-    return Join(*folder + '/', components, '/');
+    result.reserve(folder->size() + path.size());
+    result.append(*folder) += '/';
+    const size_t root = result.size();
+    AppendComponents(result, root, path.substr(2), true, false);
+    if (result.size() == root && root > 1) result.pop_back();
+    return result;
   }
   const bool rooted = IsSeparator(path[0]);
-  AppendComponents(components, path, true, !rooted);
-  if (components.empty() && !rooted) return ".";
-  return Join(rooted ? "/" : "", components, '/');
+  if (rooted) result = "/";
+  AppendComponents(result, result.size(), path, true, !rooted);
+  return result.empty() ? "." : result;
 }
 
 std::string RespelledPath(std::string_view path, std::string_view hostName) {
@@ -172,11 +169,11 @@ std::string RespelledPath(std::string_view path, std::string_view hostName) {
 std::string ToWindowsPath(std::string_view typed) {
   if (typed.empty()) return {};
   if (HasDrive(typed)) {
-    std::vector<std::string_view> components;
-    AppendComponents(components, typed.substr(2), true, false);
-    const bool named = std::all_of(components.begin(), components.end(), IsWindowsName);
-    if (!named || !FolderOfDrive(typed)) return {};
-    return Join(DriveRoot(DriveIndex(typed[0])), components, '\\');
+    std::string below;
+    AppendComponents(below, 0, typed.substr(2), true, false);
+    if (!IsWindowsName(below) || !FolderOfDrive(typed)) return {};
+    std::replace(below.begin(), below.end(), '/', '\\');
+    return DriveRoot(DriveIndex(typed[0])) + below;
   }
   if (typed.substr(0, 2) == "\\\\") return {};
   // A file of the host that has a backslash in its very name cannot be meant by any Windows path.
