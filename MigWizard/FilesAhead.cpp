@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "rtl/Streams.h"
+
 namespace mig {
 namespace {
 
@@ -65,8 +67,8 @@ void TFilesAhead::ReadAhead() {
 TFilesAhead::TFile TFilesAhead::Read(const std::string& fileName) {
   TFile file;
   try {
-    file.Stream = std::make_unique<rtl::TFileStream>(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
-    std::string bytes = file.Stream->ReadToEnd();
+    rtl::TFileStream stream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
+    std::string bytes = stream.ReadToEnd();
     file.Size = bytes.size();
     file.Conversion = std::make_shared<TClaimedConversion>(fileName, std::move(bytes));
   } catch (...) {

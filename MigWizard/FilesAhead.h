@@ -18,7 +18,6 @@
 
 #include "MigWizard/FileConversion.h"
 #include "MigWizard/Team.h"
-#include "rtl/Streams.h"
 #include "rtl/StringList.h"
 
 namespace mig {
@@ -53,12 +52,11 @@ class TFilesAhead {
   // Files from index `end` on may not be read yet. Without it, all may.
   void ReadUpTo(int end) { FEnd = end; }
 
-  // What is made of the next file, which stays open until the next call. Raises what reading the file raised.
+  // What is made of the next file; it holds until the next call. Raises what reading the file raised.
   [[nodiscard]] const TFileConversion& Take();
 
  private:
   struct TFile {
-    std::unique_ptr<rtl::TFileStream> Stream;
     std::shared_ptr<TClaimedConversion> Conversion;
     std::exception_ptr Failure;  // why it could not be read; there is no conversion then
     size_t Size = 0;             // bytes

@@ -2,6 +2,7 @@
 
 #include <iterator>
 #include <memory>
+#include <system_error>
 #include <utility>
 
 #include "win/FileSystem.h"
@@ -9,7 +10,12 @@
 namespace mig {
 
 TTeam::TTeam() {
-  if (win::IsHostFileSystem()) FHelper = std::thread([this] { Help(); });
+  win::FileSystem().HoldFolders(true);
+  if (!win::IsHostFileSystem()) return;
+  try {
+    FHelper = std::thread([this] { Help(); });
+  } catch (const std::system_error&) {  // the system has none to give
+  }
 }
 
 TTeam::~TTeam() {
@@ -21,6 +27,7 @@ TTeam::~TTeam() {
   }
   FCame.notify_one();
   if (FHelper.joinable()) FHelper.join();
+  win::FileSystem().HoldFolders(false);
 }
 
 void TTeam::Offer(std::vector<TTask> offers) {
@@ -58,6 +65,7 @@ void TTeam::Finish() {
 void TTeam::Help() {
   const std::unique_ptr<win::TFileSystem> files = win::AnotherHostFileSystem();
   const win::TFileSystemOverride inForce(*files);
+  files->HoldFolders(true);
   std::unique_lock lock(FMutex);
   for (;;) {
     FCame.wait(lock, [this] { return FEnds || !FOffers.empty() || !FTasks.empty(); });

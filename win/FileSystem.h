@@ -111,6 +111,9 @@ class TFileSystem {
   // given. A path in which nothing is to be spelled otherwise comes back as it is.
   [[nodiscard]] virtual std::string GetLongPathNameA(std::string_view path) = 0;
 
+  // While on, folders may be held open from one operation to the next, for the sake of speed. Off at first.
+  virtual void HoldFolders(bool /*hold*/) {}
+
   // Brings everything that was written since the last call to the disk, with the names under which it stands:
   // through this object, and on the host through any other. Nobody may be writing meanwhile. Reports also
   // what only came to light when one of the files was closed. After a failure it is open how much of it is

@@ -31,6 +31,7 @@ class TPosixFileSystem : public TFileSystem {
   bool CopyPermissions(std::string_view source, std::string_view target) override;
   std::string GetTempPathA() override;
   std::string GetLongPathNameA(std::string_view path) override;
+  void HoldFolders(bool hold) override { FFolders.HoldFolders(hold); }
   bool FlushWritten() override;
 
   // How often a folder was read to look a name up, for measurements.

@@ -32,10 +32,15 @@ int64_t Nanoseconds(const timespec& time) {
   return static_cast<int64_t>(time.tv_sec) * 1000 * kMillisecond + time.tv_nsec;
 }
 
-int64_t Now() {
+int64_t ClockTime(clockid_t clock) {
   timespec time{};
-  clock_gettime(CLOCK_REALTIME, &time);
+  clock_gettime(clock, &time);
   return Nanoseconds(time);
+}
+
+// For spans of time: nobody sets this clock.
+int64_t Now() {
+  return ClockTime(CLOCK_MONOTONIC);
 }
 
 TFolderStamp StampOf(const struct stat& info) {
@@ -181,15 +186,22 @@ TFolderCache::TRecall TFolderCache::Recall(TPlace& place) {
 }
 
 void TFolderCache::Open(TKnownPath& known) {
-  if (known.Folder) return;
-  if (FOpenFolders == kMostFolders) {
-    for (auto& [path, other] : FPaths) other.Folder.reset();
-    FOpenFolders = 0;
-  }
+  if (known.Folder || !FHolds) return;
+  if (FOpenFolders == kMostFolders) CloseFolders();
   TUniqueFd folder(openat(AT_FDCWD, OrCurrent(known.Spelled).c_str(), kPassThrough));
   if (!folder.IsOpen()) return;
   known.Folder = std::make_shared<const TUniqueFd>(std::move(folder));
   ++FOpenFolders;
+}
+
+void TFolderCache::CloseFolders() {
+  for (auto& [path, known] : FPaths) known.Folder.reset();
+  FOpenFolders = 0;
+}
+
+void TFolderCache::HoldFolders(bool hold) {
+  FHolds = hold;
+  if (!hold) CloseFolders();
 }
 
 void TFolderCache::ForgetPaths() {
@@ -277,6 +289,7 @@ TFolderListing* TFolderCache::Current(int base, const std::string& folder, const
 bool TFolderCache::Read(int base, const std::string& folder, TFolderListing& listing) {
   ++FReadings;
   const int64_t begin = Now();
+  const int64_t date = ClockTime(CLOCK_REALTIME);
   TUniqueFd fd(openat(base, folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   struct stat before {};
   if (!fd.IsOpen() || fstat(fd.Get(), &before) != 0) return false;
@@ -293,7 +306,7 @@ bool TFolderCache::Read(int base, const std::string& folder, TFolderListing& lis
   if (errno != 0) return false;
   // The stamp from before the reading: a change during it shows as a change behind it.
   listing.FStamp = StampOf(before);
-  listing.FSettled = IsClearlyOlder(listing.FStamp, begin);
+  listing.FSettled = IsClearlyOlder(listing.FStamp, date);
   listing.FUnsettledSince = begin;
   listing.FSeenAt = begin;
   listing.FReadingTime = Now() - begin;

@@ -72,8 +72,8 @@ class TFolderListing {
   size_t FCount = 0;
   TFolderStamp FStamp;
   bool FSettled = false;
-  bool FKeptCurrent = false;  // by own changes
-  int64_t FUnsettledSince = 0;
+  bool FKeptCurrent = false;    // by own changes
+  int64_t FUnsettledSince = 0;  // this and the times below: nanoseconds since some moment
   int64_t FReadingTime = 0;
   int64_t FSeenAt = 0;     // when the folder's stamp was last compared or taken
   int64_t FChangedAt = 0;  // when an own change was last entered
@@ -114,6 +114,9 @@ class TFolderCache {
   // Forgets which listing belongs to which path: a folder went, or was put under another name.
   void ForgetPaths();
 
+  // See TFileSystem.
+  void HoldFolders(bool hold);
+
   // How often a folder was read so far, for measurements.
   size_t Readings() const { return FReadings; }
 
@@ -134,6 +137,7 @@ class TFolderCache {
   TFolderListing* Held(const TFolderStamp& stamp);
   static bool IsAlive(const TFolderListing& listing, int64_t now);
   void Open(TKnownPath& known);
+  void CloseFolders();
   void NotePath(const TPlace& place, TFolderListing* listing, std::string_view givenFolder);
   bool Read(int base, const std::string& folder, TFolderListing& listing);
 
@@ -144,6 +148,7 @@ class TFolderCache {
   };
   std::unordered_map<std::pair<dev_t, ino_t>, TFolderListing, TKeyHash> FListings;
   std::unordered_map<std::string, TKnownPath, TPathHash, std::equal_to<>> FPaths;  // by the folder as given
+  bool FHolds = false;
   size_t FOpenFolders = 0;
   size_t FTotal = 0;  // names in all listings, roughly
   size_t FReadings = 0;
