@@ -7,6 +7,7 @@
 #include "target/Catalogue.h"
 #include "target/KVAExpert.h"
 #include "target/KVAWizard.h"
+#include "tests/Scratch.h"
 
 namespace {
 
@@ -45,10 +46,10 @@ class ExpertTest : public testing::Test {
     EXPECT_EQ(mig::WizardForm, nullptr);
     return FHost.Calls;
   }
-  bool IsStored() const { return std::filesystem::exists(FScratch.Settings()); }
+  bool IsStored() const { return FScratch.Exists(tests::TScratch::kSettings); }
   std::string Unit(const char* folder) const { return FScratch.Read(std::string(folder) + "/Main.pas"); }
 
-  test::TScratch FScratch;
+  tests::TScratch FScratch;
   test::THostState FHost;
   test::TScriptedFrontEnd FFrontEnd{FHost.Calls};
   target::TKVAMigration FMigration{target::TCatalogue::BuiltIn()};
@@ -93,7 +94,7 @@ TEST_F(ExpertTest, NoEndsTheOperationAndStoresTheSettings) {
 }
 
 TEST_F(ExpertTest, ASilencedQuestionDoesNotCome) {
-  FScratch.Write("config/Tarvex/registry.ini", "[BDE/IBX Migration Wizard]\nReplaceProjWarn=0\n");
+  FScratch.Write(tests::TScratch::kSettings, "[BDE/IBX Migration Wizard]\nReplaceProjWarn=0\n");
   EXPECT_EQ(Use(kProject)[1], "Save 0 1");
 }
 
@@ -125,7 +126,7 @@ TEST_F(ExpertTest, AnExceptionGoesToTheHostAndStoresNothing) {
   EXPECT_THROW(Use(kProject, "OKBtn"), rtl::Exception);
   EXPECT_EQ(FHost.Calls, (TLines{kWizard, kQuestion, "Save 0 1", "Show C:\\App\\Main.pas"}));
   EXPECT_EQ(mig::WizardForm, nullptr);
-  EXPECT_FALSE(IsStored() && FScratch.Read(FScratch.Settings()).find("Dest") != std::string::npos);
+  EXPECT_FALSE(IsStored() && FScratch.Read(tests::TScratch::kSettings).find("Dest") != std::string::npos);
 }
 
 TEST_F(ExpertTest, Restore) {
