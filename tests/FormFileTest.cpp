@@ -1,11 +1,9 @@
 // The container of form files, and the command that converts them.
-#include <cstdlib>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include "MigWizard/FormFile.h"
 #include "tests/HexText.h"
-#include "tests/TempTree.h"
+#include "tests/RunCommand.h"
 
 namespace {
 
@@ -89,17 +87,7 @@ TEST(FormFileTest, DamageIsNamedByItsPlaceInTheFile) {
 
 class FormCommandTest : public testing::Test {
  protected:
-  // "STATUS|standard output|standard error", with the tree's path as <dir>.
-  std::string Run(const std::string& arguments) {
-    const std::string command = "cd " + FTree.HostPath() + " && " + KVA_BINARY_DIR + "/cli/kvamigrate form " +
-                                arguments + " >out.txt 2>err.txt";
-    const int status = std::system(command.c_str());
-    std::string text =
-        std::to_string(WEXITSTATUS(status)) + "|" + FTree.Read("out.txt") + "|" + FTree.Read("err.txt");
-    for (size_t at; (at = text.find(FTree.HostPath())) != std::string::npos;)
-      text.replace(at, FTree.HostPath().size(), "<dir>");
-    return text;
-  }
+  std::string Run(const std::string& arguments) { return tests::RunCommand(FTree, "form " + arguments); }
 
   const std::string FBare = FromHex(kData);
   const std::string FBinary = FromHex(kHeader) + FBare;

@@ -1,7 +1,6 @@
 // The stand-alone host: what is open, what is saved, what a front end hears of it, what a command line
 // chooses.
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -11,9 +10,8 @@
 #include "host/HostError.h"
 #include "host/ProjectChoice.h"
 #include "qrl/KVAMenu.h"
-#include "tests/TempTree.h"
+#include "tests/Scratch.h"
 #include "win/Diagnostics.h"
-#include "win/Drives.h"
 
 namespace host {
 namespace {
@@ -55,8 +53,7 @@ class TRecorder final : public THostObserver {
 // Tool (Shared).
 class HostTest : public testing::Test {
  protected:
-  void SetUp() override {
-    ASSERT_TRUE(win::MapDrive('C', FTree.HostPath()));
+  HostTest() {
     for (const char* name : {"App/Main.pas", "App/main.DFM", "lib/Shared.pas", "Lone.pas"})
       FTree.Write(name, name);
     FTree.Write("App/App.dpr",
@@ -70,15 +67,8 @@ class HostTest : public testing::Test {
     FHost.AddObserver(FRecorder);
     FSink = win::SetDiagnosticsSink([this](std::string_view line) { FReports.emplace_back(line); });
   }
-  void TearDown() override {
-    win::SetDiagnosticsSink(FSink);
-    win::ResetDrives();
-  }
+  ~HostTest() override { win::SetDiagnosticsSink(FSink); }
 
-  std::string OnDisk(std::string_view name) const {
-    std::ifstream file(FTree.HostPath(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
   std::string Modules() const {
     std::string list;
     for (int i = 0; i < FHost.ModuleCount(); ++i) list.append(Name(FHost.Module(i).FileName())).append(" ");
@@ -96,7 +86,7 @@ class HostTest : public testing::Test {
     return "none";
   }
 
-  tests::TTempTree FTree;
+  tests::TScratch FTree;
   TRecorder FRecorder;
   THost FHost;
   win::TDiagnosticsSink FSink;  // that was in force
@@ -160,8 +150,8 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   source.SetBytes("new");
   form.SetBytes("new form");
   EXPECT_TRUE(TIDEUtils::SaveProject());
-  EXPECT_EQ(OnDisk("App/Main.pas"), "new");
-  EXPECT_EQ(OnDisk("App/main.DFM"), "new form");
+  EXPECT_EQ(FTree.Read("App/Main.pas"), "new");
+  EXPECT_EQ(FTree.Read("App/main.DFM"), "new form");
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(FTree.HostPath("App")), {}), 3);
 
   FRecorder.Take();
@@ -186,7 +176,7 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   EXPECT_FALSE(TIDEUtils::CloseProjectGroup());
   EXPECT_FALSE(FHost.OpenProject("C:\\All.bpg", true));
   EXPECT_EQ(FReports.front(), "C:\\App\\Main.pas: cannot be saved. Access is denied.");
-  EXPECT_EQ(OnDisk("App/Main.pas"), "theirs");
+  EXPECT_EQ(FTree.Read("App/Main.pas"), "theirs");
   EXPECT_TRUE(main.IsOpen() && main.Modified());
 }
 
@@ -210,7 +200,7 @@ TEST_F(HostTest, TheUserIsAsked) {
     EXPECT_EQ(TIDEUtils::GetActiveProject()->Save(false, false), row.Saved);
     EXPECT_FALSE(TIDEUtils::GetActiveProject()->Save(true, true));
     EXPECT_EQ(TIDEUtils::CloseProjectGroup(), row.Closed);
-    EXPECT_EQ(OnDisk("lib/Shared.pas"), row.OnDisk);
+    EXPECT_EQ(FTree.Read("lib/Shared.pas"), row.OnDisk);
     if (!row.Closed) {
       FHost.OnQuerySave = [](TModule&) { return TSaveAnswer::No; };
       ASSERT_TRUE(TIDEUtils::CloseProjectGroup());
@@ -244,6 +234,8 @@ TEST_F(HostTest, ProjectsComeAndGo) {
   ASSERT_TRUE(FHost.OpenProject("C:\\None.bpg", true));
   EXPECT_EQ(TIDEUtils::GetActiveProject(), nullptr);
   EXPECT_EQ(TIDEUtils::GetProjectFileName(), "");
+  EXPECT_EQ(TIDEUtils::GetModuleCount(), 0);
+  EXPECT_FALSE(TIDEUtils::SaveProject());
 }
 
 TEST_F(HostTest, MenuAndEnd) {
@@ -321,16 +313,14 @@ TEST_F(HostTest, WizardModules) {
 
 // Would not come to an end if anything here went over all units, or over a folder, for each unit.
 TEST_F(HostTest, ManyUnits) {
-  std::filesystem::create_directory(FTree.HostPath("Big"));
-  std::string source = "program Big;\nuses\n";
+  FTree.MakeFolder("Big");
+  std::string source = "program Big;\nuses\n  Main";
   for (int i = 0; i < 5000; ++i) {
-    const std::string unit = "Unit" + std::to_string(i);
-    std::filesystem::create_hard_link(FTree.HostPath("Lone.pas"), FTree.HostPath("Big/" + unit + ".pas"));
-    source.append("  u")
-        .append(unit.substr(1))
-        .append(i % 2 ? " in 'UNIT" + std::to_string(i) + ".pas'" : "");
-    source.append(i < 4999 ? ",\n" : ";\n");
+    const std::string name = "Unit" + std::to_string(i);
+    std::filesystem::create_hard_link(FTree.HostPath("Lone.pas"), FTree.HostPath("Big/" + name + ".pas"));
+    source += ",\n  " + name + (i % 2 ? " in 'UNIT" + std::to_string(i) + ".pas'" : "");
   }
+  source += ";\n";
   FTree.Write("Big/Big.dpr", source);
   const TProject& project = OpenProjectForRun(FHost, "C:\\Big\\Big.dpr");
   EXPECT_EQ(project.Units().size(), 5000u);
