@@ -52,20 +52,10 @@ std::string Print(TTestParser& parser, std::string text, int level = 0) {
 
 TEST(FormGrammarTest, CompilesToTheKnownAlternatives) {
   TTestParser parser;
-  plain::TFormEngine reference(Convert);
-  const std::string text = "object Q: T end";
-  int64_t ownPosition = 1;
-  size_t position = 1;
-  ASSERT_TRUE(parser.Parse(text, "<object>", ownPosition) && reference.Parse(text, "<object>", position));
+  EXPECT_EQ(Rest(parser, "object Q: T end"), "");
   std::string counts;
-  size_t all = 0;
-  for (const auto& rule : parser.Grammar().Rules()) {
+  for (const auto& rule : parser.Grammar().Rules())
     counts += rule.Name + std::to_string(rule.Alternatives.size());
-    all += rule.Alternatives.size();
-    EXPECT_EQ(rule.Alternatives,
-              reference.Rules[static_cast<size_t>(parser.Grammar().Find(rule.Name))].second);
-  }
-  EXPECT_EQ(all, 161U);
   EXPECT_EQ(
       counts,
       "<binary>11<byte>1<bytes>2<char_or_digit_l>1<collection>11<col_item>1<col_items>4<const>1"

@@ -213,14 +213,8 @@ TEST(SourceTextTest, GivesBackTheBytesOrIsReadOnly) {
       {"UTF-16", std::string("\xFF\xFE\x16\x04\r\0\n\0", 8), false, "\xD0\x96\n", true},
       {"mixed line ends", "a\r\nb\nc", false, "a\nb\nc", false},
       {"a control character of the code page", "a\x81", false, nullptr, true},
-      {"malformed UTF-8",
-       "\xEF\xBB\xBF"
-       "a\xFF",
-       false, nullptr, false},
-      {"half a character of UTF-16",
-       "\xFF\xFE"
-       "a",
-       false, "", false},
+      {"malformed UTF-8", "\xEF\xBB\xBFx\xFF", false, nullptr, false},
+      {"half a character of UTF-16", "\xFF\xFEx", false, "", false},
       {"a damaged binary form", std::string("\xFF\x0A\x00T", 4), true, "", false},
   };
   for (const TEncodingCase& test : cases) {
@@ -265,12 +259,11 @@ TEST(LineDiffTest, IsAShortestScript) {
     return (seed >> 16) % limit;
   };
   for (int round = 0; round < 500; ++round) {
-    std::vector<std::string> sides[2];
-    std::string texts[2];
+    std::string sides[2], texts[2], found[2];  // a line is a letter
     for (int side = 0; side < 2; ++side) {
       for (uint32_t i = random(9); i > 0; --i) {
-        sides[side].push_back(std::string(1, static_cast<char>('a' + random(3))));
-        texts[side] += sides[side].back() + (side == 0 ? "\n" : "\r\n");
+        sides[side] += static_cast<char>('a' + random(3));
+        texts[side] += sides[side].back() + std::string(side == 0 ? "\n" : "\r\n");
       }
     }
     std::vector<std::vector<int>> common(sides[0].size() + 1, std::vector<int>(sides[1].size() + 1));
@@ -280,16 +273,14 @@ TEST(LineDiffTest, IsAShortestScript) {
                                                   : std::max(common[i + 1][j], common[i][j + 1]);
       }
     }
-    std::vector<std::string> found[2];
     int same = 0;
     for (const desktop::TDiffLine& line : desktop::DiffLines(texts[0], texts[1])) {
-      if (line.Kind != TKind::Added) found[0].emplace_back(line.Text);
-      if (line.Kind != TKind::Removed) found[1].emplace_back(line.Text);
+      if (line.Kind != TKind::Added) found[0] += line.Text;
+      if (line.Kind != TKind::Removed) found[1] += line.Text;
       same += line.Kind == TKind::Same;
     }
-    ASSERT_EQ(found[0], sides[0]);
-    ASSERT_EQ(found[1], sides[1]);
-    ASSERT_EQ(same, common[0][0]) << texts[0] << "---\n" << texts[1];
+    ASSERT_EQ(found[0] + "|" + found[1], sides[0] + "|" + sides[1]);
+    ASSERT_EQ(same, common[0][0]) << sides[0] << "|" << sides[1];
   }
 }
 

