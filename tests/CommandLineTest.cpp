@@ -36,8 +36,7 @@ TEST_F(CommandLineTest, ReplaceAndRestore) {
   fs::remove(FTree.HostPath("src/RBackup/A.~pas"));
   EXPECT_EQ(Run("restore src/RBackup/RExpert.reu"),
             "1|Failed to restore files.\n|kvamigrate: There is no backup for this line of the undo file, so "
-            "nothing was "
-            "restored: <dir>\\src\\A.pas=<dir>\\src\\RBackup\\A.~pas\n");
+            "nothing was restored: <dir>\\src\\A.pas=<dir>\\src\\RBackup\\A.~pas\n");
 }
 
 TEST_F(CommandLineTest, AFileThatStopsARunIsNamedWithAWayOut) {

@@ -311,25 +311,5 @@ TEST_F(HostTest, WizardModules) {
   EXPECT_TRUE(FHost.Wizards().empty());
 }
 
-// Would not come to an end if anything here went over all units, or over a folder, for each unit.
-TEST_F(HostTest, ManyUnits) {
-  FTree.MakeFolder("Big");
-  std::string source = "program Big;\nuses\n  Main";
-  for (int i = 0; i < 5000; ++i) {
-    const std::string name = "Unit" + std::to_string(i);
-    std::filesystem::create_hard_link(FTree.HostPath("Lone.pas"), FTree.HostPath("Big/" + name + ".pas"));
-    source += ",\n  " + name + (i % 2 ? " in 'UNIT" + std::to_string(i) + ".pas'" : "");
-  }
-  source += ";\n";
-  FTree.Write("Big/Big.dpr", source);
-  const TProject& project = OpenProjectForRun(FHost, "C:\\Big\\Big.dpr");
-  EXPECT_EQ(project.Units().size(), 5000u);
-  EXPECT_EQ(SelectUnits(project, {}).size(), 5000u);
-  for (const TFileReference& unit : project.Units()) FHost.OpenModule(unit.Name);
-  EXPECT_TRUE(TIDEUtils::SaveProject());
-  EXPECT_TRUE(TIDEUtils::CloseProjectGroup());
-  EXPECT_EQ(FHost.ModuleCount(), 0);
-}
-
 }  // namespace
 }  // namespace host

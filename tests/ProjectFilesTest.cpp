@@ -74,8 +74,7 @@ TEST(ProjectSourceTest, Clauses) {
       // Errors.
       {"", "! P(1): this is no project: it begins with none of program, library, package, uses."},
       {"\nunit U; uses A;",
-       "! P(2): this is no project: it begins with \"unit\", not with program, library, package or "
-       "uses."},
+       "! P(2): this is no project: it begins with \"unit\", not with program, library, package or uses."},
       {"program P;\nuses A,\nB", "! P(3): the clause of units has no end."},
       {"program P;\nuses A in B;", "! P(2): a file name is expected behind \"in\"."},
       {"program P;\nuses A in 'A.pas;\n", "! P(2): the file name is not closed on its line."},
@@ -107,26 +106,23 @@ TEST(ProjectXmlTest, Projects) {
   } rows[] = {
       {ReadDproj,
        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<Project xmlns=\"urn:x\">\n<PropertyGroup>\n"
-       "<MainSource>App.dpr</MainSource></PropertyGroup>\n<ItemGroup><DelphiCompile "
-       "Include=\"$(MainSource)\"/>\n"
-       "<DCCReference "
-       "Include=\"A.pas\"><Form>F</Form><FormType>dfm</FormType><DesignClass>TFrame</DesignClass>"
-       "</DCCReference>\r\n<DCCReference Include='x\\B&amp;C.pas'/></ItemGroup></Project>",
+       "<MainSource>App.dpr</MainSource></PropertyGroup>\n"
+       "<ItemGroup><DelphiCompile Include=\"$(MainSource)\"/>\n"
+       "<DCCReference Include='A.pas'><Form>F</Form><DesignClass>TFrame</DesignClass></DCCReference>\r\n"
+       "<DCCReference Include='x\\B&amp;C.pas'/></ItemGroup></Project>",
        "App.dpr@4 | A.pas{F:TFrame}@6 x\\B&C.pas@7"},
       {ReadDproj,
        "<Project><ItemGroup Condition=\"'$(X)'==''\"><DelphiCompile Include='a.dpr'/></ItemGroup></Project>",
        "a.dpr@1 | "},
       {ReadDproj,
        "<Project><PropertyGroup><Src>lib</Src><dir>$(SRC)\\x</dir></PropertyGroup><Choose><When><ItemGroup>"
-       "<DCCReference Include='$(Dir)\\A%20B.pas; "
-       ";$(MSBuildProjectName).pas;$(No)\\C.pas;100%.pas'/></ItemGroup></When>"
-       "</Choose></Project>",
+       "<DCCReference Include='$(Dir)\\A%20B.pas; ;$(MSBuildProjectName).pas;$(No)\\C.pas;100%.pas'/>"
+       "</ItemGroup></When></Choose></Project>",
        "@0 | lib\\x\\A B.pas@1 App.pas@1 $(No)\\C.pas@1 100%.pas@1"},
       {ReadBdsproj,
-       "<BorlandProject><Delphi.Personality><Source>\n<Source Name='MainSource'> App.dpr "
-       "</Source></Source><FileList>"
-       "<File FileName='A.pas' FormName='F' "
-       "DesignClass=''/></FileList></Delphi.Personality></BorlandProject>",
+       "<BorlandProject><Delphi.Personality><Source>\n<Source Name='MainSource'> App.dpr </Source></Source>"
+       "<FileList><File FileName='A.pas' FormName='F' DesignClass=''/></FileList></Delphi.Personality>"
+       "</BorlandProject>",
        "App.dpr@2 | A.pas{F:}@2"},
       {ReadDproj, "<Project>\n<ItemGroup>\n</Project>",
        "! C:\\p\\App.dproj(3): this is not well-formed XML: Start-end tags mismatch."},
@@ -293,8 +289,7 @@ TEST_F(ProjectFileTest, BadProjects) {
       {"C:\\App.dpr", "! C:\\App.dpr(3): \"C:\\Unit.pas\" is a folder, not a unit."},
       {"C:\\App.dof",
        "! C:\\App.dof: this is no project: its extension is none of .dpr, .dpk, .dproj, .bdsproj, .bpg, "
-       ".groupproj, "
-       ".bdsgroup."},
+       ".groupproj, .bdsgroup."},
       {"C:\\None.bdsproj", "! C:\\None.bdsproj(2): the main source \"C:\\Gone.dpr\" does not exist."},
       {"C:\\Folder.dpr", "! C:\\Folder.dpr: this is a folder, not a project file."},
       {"C:\\Gone.dpr", "! Cannot open file \"C:\\Gone.dpr\". The system cannot find the file specified."},

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "MigWizard/ReplaceOptions.h"
 #include "rtl/Application.h"
 #include "rtl/Forms.h"
 #include "rtl/Menus.h"
@@ -195,6 +196,13 @@ class TScriptedFrontEnd : public rtl::IFrontEnd {
     Shown.push_back("Exception " + std::string(message));
   }
 };
+
+// All options: "DEST|FOLDER|SUBFOLDERS|BACKUP|BACKUP FOLDER|LOG|VIEW|UNITS".
+inline std::string Describe(const mig::TReplaceOptions& options) {
+  return rtl::Format("%d|%s|%d|%d|%s|%d|%d|%s",
+                     {options.Dest, options.Directory, options.IncludeSubDirs, options.MakeBackup,
+                      options.BackupDir, options.WriteLog, options.ViewLog, options.UnitNames});
+}
 
 // Plays the user on a form: steps divided by "; ". A button, box or radio is clicked by its name, `name=text`
 // types, `name[2]` clicks the mark of an entry. An idle moment follows each.

@@ -105,37 +105,25 @@ TEST_F(SettingsTest, StoresThatCannotBeWrittenStayAsTheyAre) {
 }
 
 TEST_F(SettingsTest, Options) {
+  const std::string stored =
+      "[BDE/IBX Migration Wizard]\nDest=1\nDirectory=C:\\\\Src\nIncludeSubDirs=1\nMakeBackup=0\nWriteLog=0\n"
+      "ViewLog=1\n";
+  Store(stored);
   mig::TReplaceOptions options("BDE/IBX");
-  options.Dest = mig::sdFolder;
-  options.Directory = "C:\\Src";
-  options.IncludeSubDirs = true;
-  options.MakeBackup = false;
-  options.ViewLog = true;
-  options.BackupDir = "C:\\B";
+  options.BackupDir = "kept";
   options.UnitNames = "A.pas\r\n";
+  options.Load(Open(), kSection);
+  EXPECT_EQ(test::Describe(options), "1|C:\\Src|1|0|kept|0|1|A.pas\r\n");
+  Store("");
   rtl::TRegIniFile reg = Open();
   options.Save(reg, options.GetTitle());
-  EXPECT_EQ(
-      Stored(),
-      "[BDE/IBX Migration Wizard]\nDest=1\nDirectory=C:\\\\Src\nIncludeSubDirs=1\nMakeBackup=0\nWriteLog=1\n"
-      "ViewLog=1\n");
-
-  mig::TReplaceOptions loaded("BDE/IBX");
-  loaded.BackupDir = "kept";
-  loaded.Load(Open(), kSection);
-  EXPECT_EQ(loaded.Dest, mig::sdFolder);
-  EXPECT_EQ(loaded.Directory, "C:\\Src");
-  EXPECT_TRUE(loaded.IncludeSubDirs && !loaded.MakeBackup && loaded.WriteLog && loaded.ViewLog);
-  EXPECT_EQ(loaded.BackupDir, "kept");
+  EXPECT_EQ(Stored(), stored);
 
   // A number of more than a byte is cut to its low byte; what is missing stays as it is in the object.
+  options.Dest = mig::sdProject;
   Store("[BDE/IBX Migration Wizard]\nDest=257\nMakeBackup=7\n");
-  loaded.Dest = mig::sdProject;
-  loaded.Directory = "present";
-  loaded.Load(Open(), kSection);
-  EXPECT_EQ(loaded.Dest, mig::sdFolder);
-  EXPECT_TRUE(loaded.MakeBackup);
-  EXPECT_EQ(loaded.Directory, "present");
+  options.Load(Open(), kSection);
+  EXPECT_EQ(test::Describe(options), "1|C:\\Src|1|1|kept|0|1|A.pas\r\n");
 }
 
 // What a new form takes from the store.
