@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <cstdio>
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 #include "RecordingHost.h"
@@ -13,7 +13,6 @@ namespace {
 
 using TLines = std::vector<std::string>;
 
-constexpr char kTitle[] = "BDE/IBX Migration Wizard";
 constexpr char kUnit[] = "unit Main;\r\nQ: TQuery; I: TIBQuery;\r\nend.\r\n";
 constexpr char kWizard[] = "Form KVAWizardForm";
 constexpr char kQuestion[] = "Form SaveWarnForm";
@@ -58,7 +57,6 @@ class ExpertTest : public testing::Test {
 };
 
 constexpr char kProject[] = "btNext; btNext; btNext; btNext; btFinish";
-constexpr char kProjectIBX[] = "rbModeReplaceIBX; btNext; btNext; btNext; btNext; btFinish";
 constexpr char kFolder[] = "btNext; rbDestFolder; btNext; cbDirectory=C:\\Src; btNext; btNext; btFinish";
 constexpr char kRestore[] =
     "rbModeRestore; btNext; edUndoFile=C:\\App\\RBackup\\RExpert.reu; btNext; btFinish";
@@ -78,7 +76,7 @@ TEST_F(ExpertTest, ReplaceInTheProject) {
 }
 
 TEST_F(ExpertTest, TheModeChoosesTheReplacer) {
-  Use(kProjectIBX, "OKBtn");
+  Use(std::string("rbModeReplaceIBX; ") + kProject, "OKBtn");
   EXPECT_EQ(Unit("App"), "unit Main;\r\nQ: TQuery; I: TKVAQuery;\r\nend.\r\n");
 }
 
@@ -158,6 +156,12 @@ TEST_F(ExpertTest, TheSettingsOfOneUseAreTheStartOfTheNext) {
     EXPECT_EQ(wizard.cbDirectory.Text(), "C:\\Src");
     EXPECT_EQ(wizard.cbBackupDir.Items().Text(), "C:\\Src\\RBackup\r\n");
     EXPECT_EQ(wizard.edUndoFile.Text(), "C:\\Src\\RBackup\\RExpert.reu");
+    EXPECT_EQ(form.Caption(), "KORVA Migration Wizard - Step 1 of 5");
+    EXPECT_EQ(wizard.rbModeReplace.Text(), "&Replace BDE components") << "the form's own text comes last";
+    EXPECT_EQ(wizard.Label2.Text(),
+              "Wizard facilitates converting your application to KORVA. It replaces all standard BDE/IBX "
+              "components to corresponding KORVA components. You may need to make some changes manually to "
+              "compile your application successfully.");
     form.Close();
   }};
   FExpert->ShowWizard();
@@ -168,7 +172,7 @@ TEST_F(ExpertTest, NamesThatTheHostSees) {
   {
     const toolsapi::TIntf<toolsapi::IOTAWizard> wizard = target::MakeExpert(FMigration);
     EXPECT_EQ(wizard->GetIDString(), "Tarvex.BDE/IBXMigrationWizard.KORVA");
-    EXPECT_EQ(wizard->GetName(), kTitle);
+    EXPECT_EQ(wizard->GetName(), "BDE/IBX Migration Wizard");
     EXPECT_EQ(wizard->GetState(), 0);
     wizard->Execute();
     EXPECT_TRUE(FHost.Calls.empty());
@@ -183,16 +187,10 @@ TEST_F(ExpertTest, NamesThatTheHostSees) {
 // --- The loadable module ---
 
 TEST(ExpertModuleTest, ExportsItsEntryPointAlone) {
-  FILE* const nm = popen("nm -D --defined-only " KVA_BINARY_DIR "/target/kvaexpert.so", "r");
-  ASSERT_NE(nm, nullptr);
-  TLines names;
-  char line[512];
-  while (std::fgets(line, sizeof line, nm) != nullptr) {
-    const std::string symbol = line;
-    names.push_back(symbol.substr(symbol.rfind(' ') + 1));
-  }
-  EXPECT_EQ(pclose(nm), 0);
-  EXPECT_EQ(names, TLines{"INITWIZARD0001\n"});
+  const tests::TTempTree tree;
+  const std::string command = "nm -j -D --defined-only " KVA_BINARY_DIR "/target/kvaexpert.so >";
+  EXPECT_EQ(std::system((command + tree.HostPath("names")).c_str()), 0);
+  EXPECT_EQ(tree.Read("names"), "INITWIZARD0001\n");
 }
 
 TEST(ExpertModuleTest, RegistersTheExpertWithTheHost) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "MigWizard/FormFile.h"
+#include "tests/ErrorOf.h"
 #include "tests/HexText.h"
 #include "tests/RunCommand.h"
 
@@ -68,18 +69,14 @@ TEST(FormFileTest, WhatIsNotBinaryIsText) {
 }
 
 TEST(FormFileTest, DamageIsNamedByItsPlaceInTheFile) {
-  for (const auto& [bytes, message] : std::initializer_list<std::pair<std::string, const char*>>{
-           {FromHex("FF 0A"), "Form data at offset 2: the signature TPF0 is missing."},
-           {FromHex("FF 0A 00 'NAME'"), "Form data at offset 7: the signature TPF0 is missing."},
-           {FromHex("FF 0A 00 'NAME' 00 30"), "Form data at offset 9: the signature TPF0 is missing."},
-           {FromHex(kHeader) + "TPF0\1T",
-            "Form data at offset 22: an object's name of 1 bytes, but only 0 are left."}})
-    try {
-      Read(bytes);
-      ADD_FAILURE() << message;
-    } catch (const rtl::EFilerError& error) {
-      EXPECT_STREQ(error.what(), message);
-    }
+  const std::pair<std::string, const char*> rows[] = {
+      {FromHex("FF 0A"), "Form data at offset 2: the signature TPF0 is missing."},
+      {FromHex("FF 0A 00 'NAME'"), "Form data at offset 7: the signature TPF0 is missing."},
+      {FromHex("FF 0A 00 'NAME' 00 30"), "Form data at offset 9: the signature TPF0 is missing."},
+      {FromHex(kHeader) + "TPF0\1T",
+       "Form data at offset 22: an object's name of 1 bytes, but only 0 are left."}};
+  for (const auto& row : rows)
+    EXPECT_EQ(tests::ErrorOf<rtl::EFilerError>([&] { return Read(row.first); }), row.second);
 }
 
 class FormCommandTest : public testing::Test {

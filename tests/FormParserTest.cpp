@@ -3,6 +3,7 @@
 #include <random>
 
 #include "MigWizard/FormParser.h"
+#include "tests/ErrorOf.h"
 #include "tests/PlainEngine.h"
 
 namespace mig {
@@ -289,13 +290,9 @@ TEST(FormParserTest, DeepObjects) {
   TTestParser parser;
   EXPECT_EQ(Rest(parser, Repeat(1500, open) + Repeat(1500, close)), "");
   EXPECT_EQ(Rest(parser, Repeat(1500, open) + Repeat(1499, close)), "refused");
-  try {
-    Rest(parser, Repeat(100000, open));
-    FAIL();
-  } catch (const ENestingTooDeep& error) {
-    const int line = 2 * TLL1Parser::kMostNestedCalls - 1;  // two for each object that fits
-    EXPECT_EQ(error.what(), "Object \"N0\": the nesting at line " + std::to_string(line) + " is too deep.");
-  }
+  const int line = 2 * TLL1Parser::kMostNestedCalls - 1;  // two for each object that fits
+  EXPECT_EQ(tests::ErrorOf<ENestingTooDeep>([&] { return Rest(parser, Repeat(100000, open)); }),
+            "Object \"N0\": the nesting at line " + std::to_string(line) + " is too deep.");
   EXPECT_EQ(Print(parser, "object Q: T A = 1 object R: U end end"),
             "object Q: T\r\n  A = 1\r\n object R: U end\r\nend\r\n");
 }

@@ -51,16 +51,4 @@ TEST_F(FreePascalTest, GeneratedForms) {
   }
 }
 
-TEST_F(FreePascalTest, NumbersInText) {
-  std::string text = "object T\n";
-  for (const char* number :
-       {"0",      "-1",         "127",        "128",  "-128",   "-129",      "32767",
-        "-32769", "2147483647", "2147483648", "$7F",  "$FF",    "$FFFFFFFF", "-9223372036854775808",
-        "1.5",    "-0.25",      "1E3",        "1e+3", "1.0E-1", "123456.75"})
-    text += std::string("  P = ") + number + "\n";
-  text += "end\n";
-  rtl::TTextInfo info;
-  EXPECT_TRUE(rtl::ObjectTextToBinary(text, {}, info) == Convert("binary", text));
-}
-
 }  // namespace

@@ -4,6 +4,7 @@
 #include "MigWizard/IDEUtils.h"
 #include "RecordingHost.h"
 #include "qrl/KVAMenu.h"
+#include "tests/ErrorOf.h"
 
 namespace mig {
 namespace {
@@ -91,12 +92,8 @@ TEST(IDEUtilsTest, Interfaces) {
     EXPECT_EQ(source->Release(), 2);
     editor = nullptr;
     EXPECT_EQ(alive, 1);
-    try {
-      static_cast<void>(toolsapi::CastTo<toolsapi::IOTAModuleServices>(source));
-      ADD_FAILURE();
-    } catch (const rtl::EInvalidCast& error) {
-      EXPECT_STREQ(error.what(), "Interface not supported: IOTAModuleServices.");
-    }
+    const auto cast = [&] { return toolsapi::CastTo<toolsapi::IOTAModuleServices>(source); };
+    EXPECT_EQ(tests::ErrorOf<rtl::EInvalidCast>(cast), "Interface not supported: IOTAModuleServices.");
   }
   EXPECT_EQ(alive, 0);
   EXPECT_THROW(editor->Show(), rtl::EAssertionFailed);

@@ -5,6 +5,7 @@
 
 #include "MigWizard/LL1Memo.h"
 #include "MigWizard/LL1Parser.h"
+#include "tests/ErrorOf.h"
 #include "tests/PlainEngine.h"
 
 namespace mig {
@@ -316,7 +317,13 @@ TEST(LL1ParserTest, EdgesOfMatching) {
 
 TEST(LL1ParserTest, AParserCanBeUsedAgainAfterAnError) {
   const TStrings rules = {"<a>-x<*digits>|y<none>|(<a>)"};
-  const std::tuple<std::string, const char*, int64_t, const char*> rows[] = {
+  struct TRow {
+    std::string Text;
+    const char* Start;
+    int64_t From;
+    const char* Message;
+  };
+  const TRow rows[] = {
       {"((y", "<a>", 1, "Unknown nonterminal: <none>"},
       {"x", "<b>", 1, "Unknown nonterminal: <b>"},
       {"\n" + std::string(100000, '('), "<a>", 2, "Text: the nesting at line 2 is too deep."},
@@ -325,15 +332,10 @@ TEST(LL1ParserTest, AParserCanBeUsedAgainAfterAnError) {
     TTracer letter(rules), machine(rules, {"<a>"});
     TTracer& parser = byMachine ? machine : letter;
     int64_t position = 0;
-    for (const auto& [text, start, from, message] : rows) {
-      try {
-        position = from;
-        static_cast<void>(parser.Parse(text, start, position));
-        ADD_FAILURE() << message;
-      } catch (const rtl::Exception& error) {
-        EXPECT_STREQ(error.what(), message);
-      }
-      EXPECT_EQ(position, from);
+    for (const TRow& row : rows) {
+      position = row.From;
+      EXPECT_EQ(tests::ErrorOf([&] { return parser.Parse(row.Text, row.Start, position); }), row.Message);
+      EXPECT_EQ(position, row.From);
     }
     EXPECT_THROW(static_cast<void>(parser.Parse("x", "<a>", position = 3)), rtl::EAssertionFailed);
     EXPECT_TRUE(parser.Parse("((x1))", "<A>", position = 1));

@@ -114,7 +114,7 @@ bool TEngine::Parse(const std::string& text, const std::string& start, size_t& p
 }
 
 bool TEngine::ParseNonterminal(const std::string& name) {
-  if (--Steps < 0) throw EOutOfSteps(name);
+  if (--Steps < 0) throw EOutOfSteps();
   const auto rule = std::find_if(Rules.begin(), Rules.end(), [&](const auto& r) { return r.first == name; });
   for (const std::string& alternative : rule->second) {
     const size_t pos = FPos;

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <functional>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,10 +11,7 @@
 namespace plain {
 
 // A parse that would take too long to wait for.
-class EOutOfSteps : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
+struct EOutOfSteps {};
 
 class TEngine {
  public:

@@ -33,7 +33,6 @@ class WizardTest : public testing::Test {
     target::TKVAWizardForm form;
     form.FProductName = "KORVA";
     form.FOptions = &FOptions;
-    if (Prepare) Prepare(form);
     FFrontEnd.Script.push_back([&](rtl::TForm&) {
       test::Play(form, steps);
       if (look) look(form);
@@ -60,7 +59,6 @@ class WizardTest : public testing::Test {
   test::THostState FHost;
   test::TScriptedFrontEnd FFrontEnd{FHost.Calls};
   mig::TReplaceOptions FOptions{"BDE/IBX"};
-  std::function<void(target::TKVAWizardForm&)> Prepare;
 };
 
 // One use, from page to page and back.
@@ -124,21 +122,6 @@ TEST_F(WizardTest, Walk) {
   FHost.ProjectFile.clear();
   Show("btNext; rbDestProject; btNext",
        [&](auto& form) { EXPECT_EQ(State(form), "Step3DirSheet- Step 3 of 5 #0 Back"); });
-}
-
-TEST_F(WizardTest, TextsThatTheExpertGives) {
-  Prepare = [](auto& form) {
-    form.SetWelcomeText("BDE/IBX", "KORVA");
-    form.rbModeReplace.SetText("&Replace BDE/IBX components");
-  };
-  Show("", [](auto& form) {
-    EXPECT_EQ(form.Caption(), "KORVA Migration Wizard - Step 1 of 5");
-    EXPECT_EQ(form.rbModeReplace.Text(), "&Replace BDE components") << "the form's own text comes last";
-    EXPECT_EQ(form.Label2.Text(),
-              "Wizard facilitates converting your application to KORVA. It replaces all standard BDE/IBX "
-              "components to corresponding KORVA components. You may need to make some changes manually to "
-              "compile your application successfully.");
-  });
 }
 
 TEST_F(WizardTest, ShowTakesTheOptions) {
@@ -273,27 +256,25 @@ TEST_F(WizardTest, FinishFillsTheOptionsAndCancelDoesNot) {
 
 TEST_F(WizardTest, HistoryTakesNewFoldersInFrontUpToTen) {
   OpenProject();
-  rtl::TStringList items;
-  const auto finishWith = [&](const std::string& folder) {
-    Prepare = [&](auto& form) { form.cbDirectory.SetItems(items); };
-    Show("btNext; rbDestFolder; btNext; cbDirectory=" + folder + "; btNext; btNext; btFinish",
-         [&](auto& form) { items = form.cbDirectory.Items(); });
+  // The list after a use with that folder.
+  const auto listAfter = [&](const std::string& items, const std::string& folder) {
+    std::string list;
+    Show("", [&](auto& form) {
+      rtl::TStringList lines;
+      lines.SetText(items);
+      form.cbDirectory.SetItems(lines);
+      test::Play(form, "btNext; rbDestFolder; btNext; cbDirectory=" + folder + "; btNext; btNext; btFinish");
+      list = form.cbDirectory.Items().Text();
+    });
+    return list;
   };
-  finishWith("C:\\Src");
-  finishWith("C:\\Src2");
-  finishWith("c:\\src");
-  EXPECT_EQ(items.Text(), "C:\\Src2\r\nC:\\Src\r\n") << "a known folder stays where it is";
-
-  items.Clear();
-  for (int i = 0; i < 12; ++i) items.Add(rtl::Format("C:\\%d", {i}));
-  finishWith("C:\\Src");
-  EXPECT_EQ(items.Count(), 12) << "one insertion removes one entry";
-  items.Delete(11);
-  items.Delete(10);
-  finishWith("C:\\Src2");
-  EXPECT_EQ(items.Count(), 10);
-  EXPECT_EQ(items[0], "C:\\Src2");
-  EXPECT_EQ(items[9], "C:\\7");
+  EXPECT_EQ(listAfter("", "C:\\Src"), "C:\\Src\r\n");
+  EXPECT_EQ(listAfter("D:\\\r\nC:\\Src", "C:\\Src2"), "C:\\Src2\r\nD:\\\r\nC:\\Src\r\n");
+  EXPECT_EQ(listAfter("D:\\\r\nC:\\Src", "c:\\src"), "D:\\\r\nC:\\Src\r\n") << "a known folder stays";
+  const std::string nine = "1\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n8\r\n9\r\n", src = "C:\\Src\r\n";
+  EXPECT_EQ(listAfter(nine, "C:\\Src"), src + nine);
+  EXPECT_EQ(listAfter(nine + "10", "C:\\Src"), src + nine);
+  EXPECT_EQ(listAfter(nine + "10\r\n11\r\n12", "C:\\Src"), src + nine + "10\r\n11\r\n") << "one goes for one";
 }
 
 }  // namespace
