@@ -27,10 +27,7 @@ std::string Write(const mig::TFormFile& form, std::string_view output) {
 }
 
 TEST(FormFileTest, BinaryKeepsItsResourceName) {
-  struct {
-    const char* Header;
-    const char* Name;
-  } rows[] = {
+  const char* const rows[][2] = {
       {kHeader, "'TFORM1'"},
       {"FF 0A 00 00 30 10 21 00 00 00", ""},
       {"FF 0A 00 E9 'A' 00 30 10 21 00 00 00", "E9 'A'"},
@@ -39,12 +36,12 @@ TEST(FormFileTest, BinaryKeepsItsResourceName) {
       {"FF 0A 00 FF 07 01 30 10 21 00 00 00", "FF 07 01"},
       {"FF 0A 00 FF 00 00 30 10 21 00 00 00", "FF 00 00"},
   };
-  for (const auto& row : rows) {
-    const std::string bytes = FromHex(row.Header) + FromHex(kData);
+  for (const auto& [header, name] : rows) {
+    const std::string bytes = FromHex(header) + FromHex(kData);
     const mig::TFormFile form = Read(bytes);
     EXPECT_TRUE(form.IsBinary);
     EXPECT_EQ(form.Text, kTextInMemory);
-    EXPECT_EQ(ToHex(form.RCData.Name), ToHex(FromHex(row.Name)));
+    EXPECT_EQ(ToHex(form.RCData.Name), ToHex(FromHex(name)));
     EXPECT_EQ(form.RCData.Size, 0x21);
     EXPECT_EQ(ToHex(Write(form, form.Text)), ToHex(bytes));
   }

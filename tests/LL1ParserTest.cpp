@@ -59,25 +59,9 @@ TEST(LL1GrammarTest, RuleStringsAreSplitIntoAlternatives) {
   EXPECT_THROW(grammar.AddRule("<a>-x"), rtl::EAssertionFailed);
 }
 
-TEST(LL1GrammarTest, SymbolsAreToldFromLiteralBrackets) {
-  const std::pair<const char*, const char*> rows[] = {{"<a>x", "<a>"}, {"<*a>", "<*a>"}, {"<<a>", ""},
-                                                      {"<>a>", ""},    {"<a<b>", ""},    {"<a", ""},
-                                                      {"<", ""},       {"a<b>", ""}};
-  for (const auto& [text, name] : rows) {
-    size_t position = 0;
-    std::string_view found;
-    const TSymbolKind kind = TLL1Grammar::ScanSymbol(text, position, found);
-    EXPECT_EQ(kind == TSymbolKind::Terminal, found.substr(0, 2) == "<*") << text;
-    EXPECT_EQ(kind == TSymbolKind::None, found.empty()) << text;
-    EXPECT_EQ(found, name);
-    EXPECT_EQ(position, found.size());
-  }
-}
-
 TEST(LL1GrammarTest, RulesWithAnEmptyAlternativeAreInlined) {
   const std::tuple<TStrings, const char*, const char*> rows[] = {
       {{"<s>-a|", "<t>-x<s>y<s>"}, "<t>", "xya. ~ xy. ~ xaya. ~ xay."},
-      {{"<s>-a|", "<t>-x<s>y<s>"}, "<s>", "a."},
       {{"<l>-<n>|<n>,<l>|", "<m>-(<l>)", "<n>-x"}, "<m>", "(<n>,<l>). ~ (<n>). ~ ()."},
       {{"<l>-<n>|<n>,<l>|", "<m>-(<l>)", "<n>-x"}, "<l>", "<n>,<n>,<l>. ~ <n>,<n>. ~ <n>,. ~ <n>."},
       {{"<a>-<b>", "<b>-x|"}, "<a>", "x. ~ ."},  // gained too late to be inlined
@@ -286,13 +270,7 @@ TEST(LL1ParserTest, BothWaysOfRunningAgreeWithThePlainEngine) {
   EXPECT_GT(matches, 10000);
 }
 
-// The first match of `<a>` in the text, or "-", then the position behind it.
-std::string Outcome(const TStrings& rules, std::string_view text, int64_t position, bool byMachine) {
-  TTracer letter(rules), machine(rules, {});
-  const bool matched = (byMachine ? machine : letter).Parse(text, "<a>", position);
-  return std::string(matched ? "+" : "-").append(std::to_string(position));
-}
-
+// The outcome is "+" or "-", and the position behind the match.
 TEST(LL1ParserTest, EdgesOfMatching) {
   const std::tuple<TStrings, std::string_view, int64_t, const char*> rows[] = {
       {{"<a>-ab|a"}, "ac", 1, "+2"},
@@ -307,11 +285,19 @@ TEST(LL1ParserTest, EdgesOfMatching) {
       {{"<a>-<*symbols>"}, std::string_view("\0a", 2), 1, "-1"},
       {{"<a>-<b>", "<b>-x|"}, "y", 1, "+1"},
       {{"<a>-"}, "x", 1, "-1"},
+      {{"<a>-<b"}, "<B", 1, "+3"},  // angle brackets that are none of a symbol
+      {{"<a>-x<"}, "x<", 1, "+3"},
+      {{"<a>-<>b>"}, "<>b>", 1, "+5"},
+      {{"<a>-<b<z>", "<z>-z"}, "<bz", 1, "+4"},
       {{"<a>-x<*hexs>y<<z>>", "<z>-z"}, "XaF09Y<z>", 1, "+10"},
   };
   for (const auto& [rules, text, position, expected] : rows) {
-    EXPECT_EQ(Outcome(rules, text, position, false), expected) << rules.front();
-    EXPECT_EQ(Outcome(rules, text, position, true), expected) << rules.front();
+    for (const bool byMachine : {false, true}) {
+      TTracer letter(rules), machine(rules, {});
+      int64_t end = position;
+      const char* outcome = (byMachine ? machine : letter).Parse(text, "<a>", end) ? "+" : "-";
+      EXPECT_EQ(outcome + std::to_string(end), expected) << rules.front() << " " << byMachine;
+    }
   }
 }
 

@@ -126,7 +126,6 @@ TEST(ObjectStreamsTest, SpellingsThatAreOnlyRead) {
       {"10 02 00 00 00 00 00 00 00", "1.5c"},
       {"10 02 00 00 00 00 00 00 00", "2.5C"},
       {"08", "fAlSe"},
-      {"0D", "NIL"},
       {"06 02 'ab'", "'a'\n+ 'b'"},
       {"06 03 'a' 27 'b'", "'a'#39 + 'b'"},
       {"14 03 00 00 00 'a' C3 A9", "'a' +\r\n\t#233"},
@@ -383,18 +382,16 @@ TEST(ObjectStreamsTest, DamageGivesAnErrorOrAForm) {
 
 TEST(ObjectStreamsTest, DeepNestingEndsInAnErrorAndNotInTheCallStack) {
   struct {
-    std::string Open, Close;  // one level of the binary form
-    int Frames;               // levels of nesting that it is
+    std::string Head, Open, Close;  // what is in front, and one level of the binary form
+    int Frames;                     // levels of nesting that it is
   } rows[] = {
-      {FromHex("01 'T' 00 00"), std::string(1, '\0'), 1},
-      {FromHex("01 'P' 0E 01"), std::string(2, '\0'), 2},
-      {FromHex("01"), std::string(1, '\0'), 1},
+      {FromHex("'TPF0' 01 'T' 00 00"), FromHex("01 'T' 00 00"), std::string(1, '\0'), 1},
+      {FromHex("'TPF0' 01 'T' 00"), FromHex("01 'P' 0E 01"), std::string(2, '\0'), 2},
+      {BinaryWith("").substr(0, 10), FromHex("01"), std::string(1, '\0'), 1},
   };
   for (const auto& row : rows) {
     const auto nested = [&](size_t levels) {
-      std::string form = row.Open[0] == 1 && row.Open.size() == 1 ? BinaryWith("").substr(0, 10)
-                                                                  : "TPF0\1T" + std::string(1, '\0');
-      if (row.Open.back() == '\0') form += '\0';
+      std::string form = row.Head;
       for (size_t i = 0; i < levels; ++i) form += row.Open;
       for (size_t i = 0; i < levels; ++i) form += row.Close;
       return form + std::string(2, '\0');

@@ -15,6 +15,10 @@
 namespace host {
 namespace {
 
+struct TRow {
+  const char *Input, *Outcome;
+};
+
 // The result of `read`, or "! " and the message of the error that it raises.
 std::string Outcome(const std::function<std::string()>& read) {
   try {
@@ -43,9 +47,7 @@ std::string Sources(std::string_view text, const qrl::TEncoding& encoding = qrl:
 }
 
 TEST(ProjectSourceTest, Clauses) {
-  const struct {
-    const char *Text, *Units;
-  } rows[] = {
+  const TRow rows[] = {
       {"program P;\r\nuses\r\n  Forms,\r\n  A in 'x\\A.pas' {F},\r\n  B in '..\\B.pas' {DM: "
        "TDataModule};\r\n",
        "Forms@3 A=x\\A.pas{F:}@4 B=..\\B.pas{DM:TDataModule}@5"},
@@ -81,7 +83,7 @@ TEST(ProjectSourceTest, Clauses) {
       {"program P;\nuses 'A.pas';", "! P(2): a file name is not expected here."},
       {"program P;\nuses A(B);", "! P(2): \"(\" is not expected in the clause of units."},
   };
-  for (const auto& row : rows) EXPECT_EQ(Sources(row.Text), row.Units) << row.Text;
+  for (const auto& row : rows) EXPECT_EQ(Sources(row.Input), row.Outcome) << row.Input;
   EXPECT_EQ(Sources("program P; uses Gr\xC3\xBCn;", qrl::TEncoding::UTF8()), "Gr\xC3\xBCn@1");
 }
 
@@ -158,9 +160,7 @@ TEST(ProjectXmlTest, Groups) {
 }
 
 TEST(MakeGroupTest, Groups) {
-  const struct {
-    const char *Text, *Projects;
-  } rows[] = {
+  const TRow rows[] = {
       {"VERSION = BWS.01\r\n!ifndef ROOT\r\nROOT = $(MAKEDIR)\\..\r\n!endif\r\n#---\r\n"
        "PROJECTS = B.exe A.exe\r\ndefault: $(PROJECTS)\r\n\r\nA.exe: A.dpr\r\n  $(DCC) x: y\r\n\r\nB.exe: "
        "..\\B.dpr\r\n",
@@ -175,14 +175,12 @@ TEST(MakeGroupTest, Groups) {
       {"program P; uses A;", "! G: this is no project group: it has no macro PROJECTS."},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(Outcome([&] { return References(ReadBpg(row.Text, "G")); }), row.Projects) << row.Text;
+    EXPECT_EQ(Outcome([&] { return References(ReadBpg(row.Input, "G")); }), row.Outcome) << row.Input;
   }
 }
 
 TEST(ProjectPathTest, Names) {
-  const struct {
-    const char *Name, *Path;
-  } rows[] = {
+  const TRow rows[] = {
       {"A.pas", "C:\\App\\Src\\A.pas"},
       {"x/y/A.pas", "C:\\App\\Src\\x\\y\\A.pas"},
       {"../x/./A.pas", "C:\\App\\x\\A.pas"},
@@ -192,7 +190,8 @@ TEST(ProjectPathTest, Names) {
       {"\\\\server\\share\\x\\..\\A.pas", "\\\\server\\share\\A.pas"},
       {"/usr/../lib/A.pas", "Z:\\lib\\A.pas"},
   };
-  for (const auto& row : rows) EXPECT_EQ(ResolveName("C:\\App\\Src\\P.dpr", row.Name), row.Path) << row.Name;
+  for (const auto& row : rows)
+    EXPECT_EQ(ResolveName("C:\\App\\Src\\P.dpr", row.Input), row.Outcome) << row.Input;
 }
 
 // A project tree on drive C:.
@@ -230,15 +229,13 @@ TEST_F(ProjectFileTest, Units) {
         "program App;\nuses Forms, Own,\n Unit1 in 'unit1.PAS' {Form1},\n Unit2 in 'sub/Unit2.pas',\n"
         " Far in '..\\Lib\\deep\\Far.pas', Gone in 'Gone.pas',\n Unit1 in 'UNIT1.pas';\nbegin end.");
   Write("App/App.dproj",
-        "<Project><PropertyGroup><MainSource>App.dpr</MainSource></PropertyGroup>\n<DCCReference "
-        "Include='vcl.dcp'/>"
-        "<DCCReference Include='Only.pas'/><DCCReference Include='Unit1.pas'/>\n<DCCReference "
-        "Include='Lost.pas'/>"
-        "</Project>");
+        "<Project><PropertyGroup><MainSource>App.dpr</MainSource></PropertyGroup>\n"
+        "<DCCReference Include='vcl.dcp'/><DCCReference Include='Only.pas'/>"
+        "<DCCReference Include='Unit1.pas'/>\n<DCCReference Include='Lost.pas'/></Project>");
   Write("App/Old.bdsproj", "<BorlandProject><Source Name='MainSource'>app.DPR</Source></BorlandProject>");
   Write("App/Half.dproj",
-        "<Project>\n<PropertyGroup><MainSource>Half.dpr</MainSource></PropertyGroup><DCCReference "
-        "Include='Only.pas'/></Project>");
+        "<Project>\n<PropertyGroup><MainSource>Half.dpr</MainSource></PropertyGroup>"
+        "<DCCReference Include='Only.pas'/></Project>");
 
   const std::string source =
       "C:\\App\\Own.pas{}\nC:\\App\\unit1.PAS{Form1}\nC:\\App\\sub\\Unit2.pas{}\nC:\\Lib\\deep\\Far.pas{}\n";
@@ -283,9 +280,7 @@ TEST_F(ProjectFileTest, BadProjects) {
   Write("App.dpr", "program App;\nuses\n  Forms, A in 'Unit.pas';");
   Write("App.dof", "");
   Write("None.bdsproj", "<BorlandProject>\n<Source Name='MainSource'>Gone.dpr</Source></BorlandProject>");
-  const struct {
-    const char *FileName, *Message;
-  } rows[] = {
+  const TRow rows[] = {
       {"C:\\App.dpr", "! C:\\App.dpr(3): \"C:\\Unit.pas\" is a folder, not a unit."},
       {"C:\\App.dof",
        "! C:\\App.dof: this is no project: its extension is none of .dpr, .dpk, .dproj, .bdsproj, .bpg, "
@@ -294,7 +289,7 @@ TEST_F(ProjectFileTest, BadProjects) {
       {"C:\\Folder.dpr", "! C:\\Folder.dpr: this is a folder, not a project file."},
       {"C:\\Gone.dpr", "! Cannot open file \"C:\\Gone.dpr\". The system cannot find the file specified."},
   };
-  for (const auto& row : rows) EXPECT_EQ(Read(row.FileName), row.Message);
+  for (const auto& row : rows) EXPECT_EQ(Read(row.Input), row.Outcome);
 }
 
 std::string Groupproj(std::initializer_list<const char*> names) {
@@ -313,9 +308,7 @@ TEST_F(ProjectFileTest, GroupsAndCycles) {
   Write("Two.groupproj", Groupproj({"B.dproj", "b.dproj", ".\\ONE.groupproj"}));
   Write("Lost.groupproj", Groupproj({"A.dpr", "sub\\Lost.dproj"}));
   Write("Folder.groupproj", Groupproj({"Bad.dpr"}));
-  const struct {
-    const char *FileName, *Result;
-  } rows[] = {
+  const TRow rows[] = {
       {"C:\\All.groupproj",
        "C:\\A.dpr\nC:\\B.dproj\n? C:\\All.groupproj(4): \"C:\\x.cbproj\" is no Delphi project and is passed "
        "over.\n"},
@@ -323,7 +316,7 @@ TEST_F(ProjectFileTest, GroupsAndCycles) {
       {"C:\\Lost.groupproj", "! C:\\Lost.groupproj(3): the project \"C:\\sub\\Lost.dproj\" does not exist."},
       {"C:\\Folder.groupproj", "! C:\\Folder.groupproj(2): the project \"C:\\Bad.dpr\" is a folder."},
   };
-  for (const auto& row : rows) EXPECT_EQ(Read(row.FileName), row.Result);
+  for (const auto& row : rows) EXPECT_EQ(Read(row.Input), row.Outcome);
 }
 
 }  // namespace

@@ -45,12 +45,12 @@ class UnitPassTest : public testing::Test {
     FClasses.AddClass("TQuery", "TKVAQuery");
   }
 
-  TUnitResult Convert(std::string_view text, const qrl::TEncoding& encoding) {
+  TUnitResult Convert(std::string_view text) {
     const TUnitRules rules{
         FClasses, "DBTABLES", ", New, Units", [](std::string_view oldClass, std::string_view newClass) {
           return newClass == "TKVAConnection" ? "<" + std::string(oldClass) + ">" : std::string(newClass);
         }};
-    return ConvertUnit(text, encoding, rules);
+    return ConvertUnit(text, qrl::TEncoding::Default(), rules);
   }
 
   TClassMap FClasses;
@@ -58,7 +58,7 @@ class UnitPassTest : public testing::Test {
 
 TEST_F(UnitPassTest, Tokens) {
   for (const TUnitRow& row : kUnitRows) {
-    const TUnitResult result = Convert(row.Source, qrl::TEncoding::Default());
+    const TUnitResult result = Convert(row.Source);
     rtl::TMemoryStream target;
     result.Edits.WriteTo(target, row.Source, qrl::TEncoding::Default());
     EXPECT_EQ(target.Bytes(), row.Target);
@@ -67,19 +67,8 @@ TEST_F(UnitPassTest, Tokens) {
   }
 }
 
-TEST_F(UnitPassTest, Utf16IsWrittenWithItsMark) {
-  const TUnitResult result = Convert("TQuery", qrl::TEncoding::Unicode());
-  rtl::TMemoryStream target;
-  result.Edits.WriteTo(target, "TQuery", qrl::TEncoding::Unicode());
-  EXPECT_EQ(target.Bytes(), std::string("\xFF\xFET\0K\0V\0A\0Q\0u\0e\0r\0y\0", 20));
-}
-
-struct TFormRow {
-  const char* Directive;
-  const char* Form;  // of C:\src\Unit1.pas
-};
-
-const TFormRow kFormRows[] = {
+// Directives and their forms of C:\src\Unit1.pas.
+const char* const kFormRows[][2] = {
     {"{$R *.dfm}", "C:\\src\\Unit1.DFM"},
     {"{$r *.Nfm}", "C:\\src\\Unit1.NFM"},
     {"{$R *.dfm", "C:\\src\\Unit1.DFM"},
@@ -95,9 +84,9 @@ const TFormRow kFormRows[] = {
 };
 
 TEST(FormSearchTest, Directives) {
-  for (const TFormRow& row : kFormRows)
-    EXPECT_EQ(FormFileOfDirective(row.Directive, "C:\\src\\Unit1.pas", qrl::TEncoding::Default()), row.Form)
-        << row.Directive;
+  for (const auto& [directive, form] : kFormRows)
+    EXPECT_EQ(FormFileOfDirective(directive, "C:\\src\\Unit1.pas", qrl::TEncoding::Default()), form)
+        << directive;
 }
 
 TEST(FormSearchTest, Encodings) {

@@ -168,10 +168,8 @@ TEST_F(WizardTest, UnitListIsFilledOnceWithTheUnitsAlone) {
 
 TEST_F(WizardTest, BackupFolderFollowsUntilTheUserTouchesIt) {
   constexpr char kSrc2[] = "; btPrev; cbDirectory=C:\\Src2; btNext";
-  struct TRow {
-    std::string Steps, Shown, InEffect;
-  };
-  const TRow rows[] = {
+  const std::string rows[][3] = {
+      // steps, what is shown, what is in effect
       {"btNext; btNext; btNext", "C:\\App\\RBackup", "C:\\App\\RBackup"},
       {kToSrc, "C:\\Src\\RBackup", "C:\\Src\\RBackup"},
       {kToSrc + kSrc2, "C:\\Src2\\RBackup", "C:\\Src2\\RBackup"},
@@ -182,12 +180,12 @@ TEST_F(WizardTest, BackupFolderFollowsUntilTheUserTouchesIt) {
       {kToSrc + "; btBrowseBackFolder" + kSrc2, "C:\\Picked", "C:\\Picked"},
   };
   FFrontEnd.Picked = "C:\\Picked";
-  for (const TRow& row : rows) {
-    SCOPED_TRACE(row.Steps);
-    OpenProject();
-    Show(row.Steps, [&](auto& form) {
-      EXPECT_EQ(form.cbBackupDir.Text(), row.Shown);
-      EXPECT_EQ(form.GetBackupDir(), row.InEffect);
+  OpenProject();
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row[0]);
+    Show(row[0], [&](auto& form) {
+      EXPECT_EQ(form.cbBackupDir.Text(), row[1]);
+      EXPECT_EQ(form.GetBackupDir(), row[2]);
     });
   }
 }
