@@ -14,14 +14,8 @@ class CodePageTest : public testing::Test {
   ~CodePageTest() override { EXPECT_TRUE(SetACP(1252)); }
 };
 
-struct TTextRow {
-  uint32_t CodePage;
-  const char* Bytes;
-  const char* Utf8;
-};
-
 TEST_F(CodePageTest, SourceToUtf8) {
-  const TTextRow rows[] = {
+  const std::tuple<uint32_t, const char*, const char*> rows[] = {
       {1252, "Ma\xDFst\x80\x9F", "Maßst€Ÿ"},
       {1252, "\x81\x8D", "\xC2\x81\xC2\x8D"},  // what the page leaves free is the control of that number
       {1250, "\x8A\xE8\xF2", "Ščň"},
@@ -44,12 +38,12 @@ TEST_F(CodePageTest, SourceToUtf8) {
       {950, "\xAA\xED\xB3\xE6\xA5\x5C", "表單功"},
       {65001, "\xD0\xA4z\xFFz", "Фz\xEF\xBF\xBDz"},
   };
-  for (const TTextRow& row : rows) {
-    ASSERT_TRUE(SetACP(row.CodePage)) << row.CodePage;
-    EXPECT_EQ(SourceToUtf8(row.Bytes), row.Utf8) << row.CodePage;
+  for (const auto& [codePage, bytes, utf8] : rows) {
+    ASSERT_TRUE(SetACP(codePage)) << codePage;
+    EXPECT_EQ(SourceToUtf8(bytes), utf8) << codePage;
     std::string ascii;
     for (char c = 0; c < 0x7F; ++c) ascii += c;
-    EXPECT_EQ(SourceToUtf8(ascii), ascii) << row.CodePage;
+    EXPECT_EQ(SourceToUtf8(ascii), ascii) << codePage;
   }
 }
 
@@ -82,11 +76,7 @@ TEST_F(CodePageTest, LeadBytes) {
 }
 
 TEST_F(CodePageTest, IsCharAlphaA) {
-  const struct {
-    uint32_t CodePage;
-    const char* Character;
-    bool Alphabetic;
-  } rows[] = {
+  const std::tuple<uint32_t, const char*, bool> rows[] = {
       {1252, "a", true},          {1252, "Z", true},       {1252, "\xE9", true},
       {1252, "\xD7", false},      {1252, "\xF7", false},   {1252, "\xAA", true},
       {1252, "\x80", false},      {1252, "1", false},      {1252, "_", false},
@@ -96,9 +86,9 @@ TEST_F(CodePageTest, IsCharAlphaA) {
       {936, "\xA1\xA3", false},   {949, "\xC6\xFB", true}, {65001, "\xC3\xA9", true},
       {65001, "\xC3\x97", false}, {65001, "\xC3", false},  {1252, "ab", false},
   };
-  for (const auto& row : rows) {
-    ASSERT_TRUE(SetACP(row.CodePage));
-    EXPECT_EQ(IsCharAlphaA(row.Character), row.Alphabetic) << row.CodePage << " " << row.Character;
+  for (const auto& [codePage, character, isAlphabetic] : rows) {
+    ASSERT_TRUE(SetACP(codePage));
+    EXPECT_EQ(IsCharAlphaA(character), isAlphabetic) << codePage << " " << character;
   }
 }
 

@@ -130,11 +130,7 @@ TEST_F(CommandLineTest, TheCatalogueReadsWhatItPrints) {
 }
 
 TEST(PathPatternTest, Patterns) {
-  struct TRow {
-    const char *Pattern, *Path;
-    bool Fits;
-  };
-  const TRow rows[] = {
+  const std::tuple<const char*, const char*, bool> rows[] = {
       {"a.pas", "a.pas", true},
       {"a.pas", "sub\\A.PAS", true},
       {"sub/a.pas", "sub\\a.pas", true},
@@ -152,8 +148,8 @@ TEST(PathPatternTest, Patterns) {
       {"", "a", false},
       {"*a*a*a*b", "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa", false},
   };
-  for (const TRow& row : rows)
-    EXPECT_EQ(TPathPatterns({row.Pattern}).Match(row.Path), row.Fits) << row.Pattern << " " << row.Path;
+  for (const auto& [pattern, path, fits] : rows)
+    EXPECT_EQ(TPathPatterns({pattern}).Match(path), fits) << pattern << " " << path;
 }
 
 }  // namespace

@@ -22,8 +22,8 @@ class DesktopTest : public tests::TWindowTest {
   // Every file of the copy but backups and logs.
   TTree Tree() const {
     TTree tree;
-    for (const auto& entry : fs::recursive_directory_iterator(FScratch.Folder() / "App")) {
-      const std::string name = fs::relative(entry.path(), FScratch.Folder()).string();
+    for (const auto& entry : fs::recursive_directory_iterator(FScratch.HostPath("App"))) {
+      const std::string name = fs::relative(entry.path(), FScratch.HostPath()).string();
       const bool isTrace = name.find("RBackup") != std::string::npos || name.ends_with("Wiz_Log.txt");
       if (entry.is_regular_file() && !isTrace) tree[name] = FScratch.Read(name);
     }
@@ -61,7 +61,7 @@ TEST_F(DesktopTest, ProjectRoadByTheKeyboardAlone) {
 }
 
 TEST_F(DesktopTest, FolderRoadWithAPathOfTheHost) {
-  const std::string hostFolder = (FScratch.Folder() / "App").string();
+  const std::string hostFolder = FScratch.HostPath("App");
   Use({Click("btNext"), Press(Qt::Key_Return),  // the scope can only be a folder
        [](QWidget& window) { EXPECT_FALSE(window.findChild<QWidget*>("btNext")->isEnabled()); },
        Type("cbDirectory", "C:\\Legacy\\Orders"), Click("btNext"), Press(Qt::Key_Return),
@@ -73,8 +73,8 @@ TEST_F(DesktopTest, FolderRoadWithAPathOfTheHost) {
   EXPECT_EQ(FMessages, (std::vector<std::string>{"Target directory \"C:\\Legacy\\Orders\" does not exist.",
                                                  "Replace procedure was performed sucessfully."}));
   EXPECT_NE(Tree(), FOriginal);
-  EXPECT_TRUE(fs::exists(FScratch.Folder() / "Old/RExpert.reu"));
-  EXPECT_FALSE(fs::exists(FScratch.Folder() / "App/Wiz_Log.txt"));
+  EXPECT_TRUE(fs::exists(FScratch.HostPath("Old/RExpert.reu")));
+  EXPECT_FALSE(fs::exists(FScratch.HostPath("App/Wiz_Log.txt")));
 }
 
 TEST_F(DesktopTest, WaysOut) {

@@ -113,14 +113,14 @@ TEST_F(ExpertTest, AFolderDoesNotConcernTheHost) {
 }
 
 TEST_F(ExpertTest, AReplaceThatFailsReloadsNothing) {
-  std::filesystem::permissions(FScratch.Folder() / "App/Main.pas", std::filesystem::perms::owner_read);
+  std::filesystem::permissions(FScratch.HostPath("App/Main.pas"), std::filesystem::perms::owner_read);
   EXPECT_EQ(Use(kProject, "OKBtn"), (TLines{kWizard, kQuestion, "Save 0 1", "Show C:\\App\\Main.pas",
                                             "Box 16 BDE/IBX Migration Wizard: Replace failed."}));
   EXPECT_TRUE(IsStored());
 }
 
 TEST_F(ExpertTest, AnExceptionGoesToTheHostAndStoresNothing) {
-  std::filesystem::remove(FScratch.Folder() / "App/Data.pas");
+  std::filesystem::remove(FScratch.HostPath("App/Data.pas"));
   EXPECT_THROW(Use(kProject, "OKBtn"), rtl::Exception);
   EXPECT_EQ(FHost.Calls, (TLines{kWizard, kQuestion, "Save 0 1", "Show C:\\App\\Main.pas"}));
   EXPECT_EQ(mig::WizardForm, nullptr);

@@ -23,31 +23,27 @@ std::string Bare(std::string_view text) {
   return bare;
 }
 
-class FreePascalTest : public testing::Test {
- protected:
-  std::string Convert(const std::string& kind, std::string_view input) {
-    FTree.Write("in", input);
-    const std::string command = std::string(KVA_FPCFORMS) + " " + kind + " " + FTree.HostPath("in") + " " +
-                                FTree.HostPath("out") + " 1 >/dev/null";
+TEST(FreePascalTest, GeneratedForms) {
+  const tests::TTempTree tree;
+  const auto convert = [&](const std::string& kind, std::string_view input) {
+    tree.Write("in", input);
+    const std::string command = std::string(KVA_FPCFORMS) + " " + kind + " " + tree.HostPath("in") + " " +
+                                tree.HostPath("out") + " 1 >/dev/null";
     EXPECT_EQ(std::system(command.c_str()), 0);
-    return FTree.Read("out");
-  }
-  tests::TTempTree FTree;
-};
-
-TEST_F(FreePascalTest, GeneratedForms) {
+    return tree.Read("out");
+  };
   for (uint32_t seed = 1; seed <= 20; ++seed) {
     const std::string binary = tests::TGeneratedForm(seed).Binary(2000 * seed);
     rtl::TBinaryInfo info;
     const std::string text = rtl::ObjectBinaryToText(binary, {}, info);
-    const std::string theirs = Convert("text", binary);
+    const std::string theirs = convert("text", binary);
     ASSERT_EQ(Bare(text), Bare(theirs)) << seed;
     rtl::TTextInfo textInfo;
     ASSERT_TRUE(rtl::ObjectTextToBinary(text, {}, textInfo) == binary) << seed;
     ASSERT_TRUE(rtl::ObjectTextToBinary(theirs, {}, textInfo) == binary) << seed;
-    ASSERT_TRUE(Convert("binary", text) == binary) << seed;
+    ASSERT_TRUE(convert("binary", text) == binary) << seed;
     const std::string people = rtl::ObjectBinaryToText(binary, {.ForPeople = true}, info);
-    ASSERT_TRUE(Convert("binary", people) == binary) << seed;
+    ASSERT_TRUE(convert("binary", people) == binary) << seed;
   }
 }
 

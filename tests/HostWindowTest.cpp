@@ -166,7 +166,7 @@ TEST_F(HostWindowTest, EditsAreMarkedSavedAndAskedFor) {
   EXPECT_EQ(Text("About.pas"), before);
   Choose("FileClose", {Answer(QMessageBox::Cancel)});
   ASSERT_NE(FWindow.CurrentEditor(), nullptr);
-  const fs::path file = FScratch.Folder() / "App/About.pas";
+  const fs::path file = FScratch.HostPath("App/About.pas");
   fs::permissions(file, fs::perms::owner_read);
   Choose("FileSave", {Answer(QMessageBox::Ok)});
   EXPECT_EQ(FMessages.back(), "C:\\App\\About.pas: cannot be saved. Access is denied.");

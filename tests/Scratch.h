@@ -18,8 +18,6 @@ class TScratch : public TTempTree {
     setenv("XDG_CONFIG_HOME", HostPath("config").c_str(), 1);
   }
   ~TScratch() { win::ResetDrives(); }
-
-  std::filesystem::path Folder() const { return HostPath(); }
 };
 
 }  // namespace tests

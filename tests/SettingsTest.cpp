@@ -84,8 +84,8 @@ TEST_F(SettingsTest, StoresThatCannotBeWrittenStayAsTheyAre) {
   EXPECT_EQ(Stored(), "[S]\nA=1\n");
 
   // Reached through a link, the file that it names is written.
-  fs::rename(FFile, FScratch.Folder() / "real.ini");
-  fs::create_symlink(FScratch.Folder() / "real.ini", FFile);
+  fs::rename(FFile, FScratch.HostPath("real.ini"));
+  fs::create_symlink(FScratch.HostPath("real.ini"), FFile);
   Open().WriteInteger("S", "A", 2);
   EXPECT_TRUE(fs::is_symlink(FFile));
   EXPECT_EQ(FScratch.Read("real.ini"), "[S]\nA=2\n");
@@ -94,7 +94,7 @@ TEST_F(SettingsTest, StoresThatCannotBeWrittenStayAsTheyAre) {
   const std::string home = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "";
   const std::function<void()> obstacles[] = {
       [this] { fs::remove(FFile), fs::create_directory(FFile); },
-      [this] { fs::remove_all(FScratch.Folder() / "config"), FScratch.Write("config", ""); },
+      [this] { fs::remove_all(FScratch.HostPath("config")), FScratch.Write("config", ""); },
       [] { unsetenv("XDG_CONFIG_HOME"), unsetenv("HOME"); }};
   for (const auto& obstruct : obstacles) {
     obstruct();

@@ -224,12 +224,7 @@ TEST_F(WizardTest, Summaries) {
 }
 
 TEST_F(WizardTest, FinishFillsTheOptionsAndCancelDoesNot) {
-  struct TRow {
-    std::string Steps;
-    int Result;
-    std::string Options;
-  };
-  const TRow rows[] = {
+  const std::tuple<std::string, int, std::string> rows[] = {
       {"btNext; btNext; lbModules[0]; btNext; btNext; btFinish", rtl::mrOk,
        "0||0|1|C:\\App\\RBackup|1|0|DATA.PAS\r\n"},
       {"btNext; btNext; btNext; chMakeBackup; btNext; btFinish", rtl::mrOk,
@@ -242,13 +237,13 @@ TEST_F(WizardTest, FinishFillsTheOptionsAndCancelDoesNot) {
       {kToSrc + "; btNext; btCancel", rtl::mrCancel, "0||0|1||1|0|old"},
       {kToSrc + "; btNext", rtl::mrCancel, "0||0|1||1|0|old"},  // the system menu
   };
-  for (const TRow& row : rows) {
-    SCOPED_TRACE(row.Steps);
+  for (const auto& [steps, result, filled] : rows) {
+    SCOPED_TRACE(steps);
     OpenProject();
     FOptions = mig::TReplaceOptions("BDE/IBX");
     FOptions.UnitNames = "old";
-    EXPECT_EQ(Show(row.Steps), row.Result);
-    EXPECT_EQ(test::Describe(FOptions), row.Options);
+    EXPECT_EQ(Show(steps), result);
+    EXPECT_EQ(test::Describe(FOptions), filled);
   }
 }
 
