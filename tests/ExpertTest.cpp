@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <cstdio>
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 #include "RecordingHost.h"
@@ -7,12 +7,12 @@
 #include "target/Catalogue.h"
 #include "target/KVAExpert.h"
 #include "target/KVAWizard.h"
+#include "tests/Scratch.h"
 
 namespace {
 
 using TLines = std::vector<std::string>;
 
-constexpr char kTitle[] = "BDE/IBX Migration Wizard";
 constexpr char kUnit[] = "unit Main;\r\nQ: TQuery; I: TIBQuery;\r\nend.\r\n";
 constexpr char kWizard[] = "Form KVAWizardForm";
 constexpr char kQuestion[] = "Form SaveWarnForm";
@@ -45,10 +45,10 @@ class ExpertTest : public testing::Test {
     EXPECT_EQ(mig::WizardForm, nullptr);
     return FHost.Calls;
   }
-  bool IsStored() const { return std::filesystem::exists(FScratch.Settings()); }
+  bool IsStored() const { return FScratch.Exists(tests::TScratch::kSettings); }
   std::string Unit(const char* folder) const { return FScratch.Read(std::string(folder) + "/Main.pas"); }
 
-  test::TScratch FScratch;
+  tests::TScratch FScratch;
   test::THostState FHost;
   test::TScriptedFrontEnd FFrontEnd{FHost.Calls};
   target::TKVAMigration FMigration{target::TCatalogue::BuiltIn()};
@@ -57,7 +57,6 @@ class ExpertTest : public testing::Test {
 };
 
 constexpr char kProject[] = "btNext; btNext; btNext; btNext; btFinish";
-constexpr char kProjectIBX[] = "rbModeReplaceIBX; btNext; btNext; btNext; btNext; btFinish";
 constexpr char kFolder[] = "btNext; rbDestFolder; btNext; cbDirectory=C:\\Src; btNext; btNext; btFinish";
 constexpr char kRestore[] =
     "rbModeRestore; btNext; edUndoFile=C:\\App\\RBackup\\RExpert.reu; btNext; btFinish";
@@ -77,7 +76,7 @@ TEST_F(ExpertTest, ReplaceInTheProject) {
 }
 
 TEST_F(ExpertTest, TheModeChoosesTheReplacer) {
-  Use(kProjectIBX, "OKBtn");
+  Use(std::string("rbModeReplaceIBX; ") + kProject, "OKBtn");
   EXPECT_EQ(Unit("App"), "unit Main;\r\nQ: TQuery; I: TKVAQuery;\r\nend.\r\n");
 }
 
@@ -93,7 +92,7 @@ TEST_F(ExpertTest, NoEndsTheOperationAndStoresTheSettings) {
 }
 
 TEST_F(ExpertTest, ASilencedQuestionDoesNotCome) {
-  FScratch.Write("config/Tarvex/registry.ini", "[BDE/IBX Migration Wizard]\nReplaceProjWarn=0\n");
+  FScratch.Write(tests::TScratch::kSettings, "[BDE/IBX Migration Wizard]\nReplaceProjWarn=0\n");
   EXPECT_EQ(Use(kProject)[1], "Save 0 1");
 }
 
@@ -114,18 +113,18 @@ TEST_F(ExpertTest, AFolderDoesNotConcernTheHost) {
 }
 
 TEST_F(ExpertTest, AReplaceThatFailsReloadsNothing) {
-  std::filesystem::permissions(FScratch.Folder() / "App/Main.pas", std::filesystem::perms::owner_read);
+  std::filesystem::permissions(FScratch.HostPath("App/Main.pas"), std::filesystem::perms::owner_read);
   EXPECT_EQ(Use(kProject, "OKBtn"), (TLines{kWizard, kQuestion, "Save 0 1", "Show C:\\App\\Main.pas",
                                             "Box 16 BDE/IBX Migration Wizard: Replace failed."}));
   EXPECT_TRUE(IsStored());
 }
 
 TEST_F(ExpertTest, AnExceptionGoesToTheHostAndStoresNothing) {
-  std::filesystem::remove(FScratch.Folder() / "App/Data.pas");
+  std::filesystem::remove(FScratch.HostPath("App/Data.pas"));
   EXPECT_THROW(Use(kProject, "OKBtn"), rtl::Exception);
   EXPECT_EQ(FHost.Calls, (TLines{kWizard, kQuestion, "Save 0 1", "Show C:\\App\\Main.pas"}));
   EXPECT_EQ(mig::WizardForm, nullptr);
-  EXPECT_FALSE(IsStored() && FScratch.Read(FScratch.Settings()).find("Dest") != std::string::npos);
+  EXPECT_FALSE(IsStored() && FScratch.Read(tests::TScratch::kSettings).find("Dest") != std::string::npos);
 }
 
 TEST_F(ExpertTest, Restore) {
@@ -157,6 +156,12 @@ TEST_F(ExpertTest, TheSettingsOfOneUseAreTheStartOfTheNext) {
     EXPECT_EQ(wizard.cbDirectory.Text(), "C:\\Src");
     EXPECT_EQ(wizard.cbBackupDir.Items().Text(), "C:\\Src\\RBackup\r\n");
     EXPECT_EQ(wizard.edUndoFile.Text(), "C:\\Src\\RBackup\\RExpert.reu");
+    EXPECT_EQ(form.Caption(), "KORVA Migration Wizard - Step 1 of 5");
+    EXPECT_EQ(wizard.rbModeReplace.Text(), "&Replace BDE components") << "the form's own text comes last";
+    EXPECT_EQ(wizard.Label2.Text(),
+              "Wizard facilitates converting your application to KORVA. It replaces all standard BDE/IBX "
+              "components to corresponding KORVA components. You may need to make some changes manually to "
+              "compile your application successfully.");
     form.Close();
   }};
   FExpert->ShowWizard();
@@ -167,7 +172,7 @@ TEST_F(ExpertTest, NamesThatTheHostSees) {
   {
     const toolsapi::TIntf<toolsapi::IOTAWizard> wizard = target::MakeExpert(FMigration);
     EXPECT_EQ(wizard->GetIDString(), "Tarvex.BDE/IBXMigrationWizard.KORVA");
-    EXPECT_EQ(wizard->GetName(), kTitle);
+    EXPECT_EQ(wizard->GetName(), "BDE/IBX Migration Wizard");
     EXPECT_EQ(wizard->GetState(), 0);
     wizard->Execute();
     EXPECT_TRUE(FHost.Calls.empty());
@@ -182,16 +187,10 @@ TEST_F(ExpertTest, NamesThatTheHostSees) {
 // --- The loadable module ---
 
 TEST(ExpertModuleTest, ExportsItsEntryPointAlone) {
-  FILE* const nm = popen("nm -D --defined-only " KVA_BINARY_DIR "/target/kvaexpert.so", "r");
-  ASSERT_NE(nm, nullptr);
-  TLines names;
-  char line[512];
-  while (std::fgets(line, sizeof line, nm) != nullptr) {
-    const std::string symbol = line;
-    names.push_back(symbol.substr(symbol.rfind(' ') + 1));
-  }
-  EXPECT_EQ(pclose(nm), 0);
-  EXPECT_EQ(names, TLines{"INITWIZARD0001\n"});
+  const tests::TTempTree tree;
+  const std::string command = "nm -j -D --defined-only " KVA_BINARY_DIR "/target/kvaexpert.so >";
+  EXPECT_EQ(std::system((command + tree.HostPath("names")).c_str()), 0);
+  EXPECT_EQ(tree.Read("names"), "INITWIZARD0001\n");
 }
 
 TEST(ExpertModuleTest, RegistersTheExpertWithTheHost) {

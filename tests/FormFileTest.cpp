@@ -1,11 +1,10 @@
 // The container of form files, and the command that converts them.
-#include <cstdlib>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include "MigWizard/FormFile.h"
+#include "tests/ErrorOf.h"
 #include "tests/HexText.h"
-#include "tests/TempTree.h"
+#include "tests/RunCommand.h"
 
 namespace {
 
@@ -28,10 +27,7 @@ std::string Write(const mig::TFormFile& form, std::string_view output) {
 }
 
 TEST(FormFileTest, BinaryKeepsItsResourceName) {
-  struct {
-    const char* Header;
-    const char* Name;
-  } rows[] = {
+  const char* const rows[][2] = {
       {kHeader, "'TFORM1'"},
       {"FF 0A 00 00 30 10 21 00 00 00", ""},
       {"FF 0A 00 E9 'A' 00 30 10 21 00 00 00", "E9 'A'"},
@@ -40,12 +36,12 @@ TEST(FormFileTest, BinaryKeepsItsResourceName) {
       {"FF 0A 00 FF 07 01 30 10 21 00 00 00", "FF 07 01"},
       {"FF 0A 00 FF 00 00 30 10 21 00 00 00", "FF 00 00"},
   };
-  for (const auto& row : rows) {
-    const std::string bytes = FromHex(row.Header) + FromHex(kData);
+  for (const auto& [header, name] : rows) {
+    const std::string bytes = FromHex(header) + FromHex(kData);
     const mig::TFormFile form = Read(bytes);
     EXPECT_TRUE(form.IsBinary);
     EXPECT_EQ(form.Text, kTextInMemory);
-    EXPECT_EQ(ToHex(form.RCData.Name), ToHex(FromHex(row.Name)));
+    EXPECT_EQ(ToHex(form.RCData.Name), ToHex(FromHex(name)));
     EXPECT_EQ(form.RCData.Size, 0x21);
     EXPECT_EQ(ToHex(Write(form, form.Text)), ToHex(bytes));
   }
@@ -61,45 +57,28 @@ TEST(FormFileTest, WrittenAnewWithItsSizeAndItsEmptyStrings) {
                           "00 00 00 00 00")));
 }
 
-TEST(FormFileTest, TextKeepsItsEncoding) {
-  EXPECT_EQ(Write(Read(std::string("\xFF\xFEo\0", 4)), std::string_view("o\0", 2)),
-            std::string("\xFF\xFEo\0", 4));
+TEST(FormFileTest, WhatIsNotBinaryIsText) {
   for (const char* bytes : {"", "\xFF", "object A: T\n", "\xFF\x0A\x01"}) {
     const mig::TFormFile form = Read(bytes);
     EXPECT_FALSE(form.IsBinary);
     EXPECT_EQ(Write(form, form.Text), bytes);
   }
-  EXPECT_EQ(Write(Read("\xEF\xBB\xBFx"), "x"), "x");  // the mark of UTF-8 is not written
 }
 
 TEST(FormFileTest, DamageIsNamedByItsPlaceInTheFile) {
-  for (const auto& [bytes, message] : std::initializer_list<std::pair<std::string, const char*>>{
-           {FromHex("FF 0A"), "Form data at offset 2: the signature TPF0 is missing."},
-           {FromHex("FF 0A 00 'NAME'"), "Form data at offset 7: the signature TPF0 is missing."},
-           {FromHex("FF 0A 00 'NAME' 00 30"), "Form data at offset 9: the signature TPF0 is missing."},
-           {FromHex(kHeader) + "TPF0\1T",
-            "Form data at offset 22: an object's name of 1 bytes, but only 0 are left."}})
-    try {
-      Read(bytes);
-      ADD_FAILURE() << message;
-    } catch (const rtl::EFilerError& error) {
-      EXPECT_STREQ(error.what(), message);
-    }
+  const std::pair<std::string, const char*> rows[] = {
+      {FromHex("FF 0A"), "Form data at offset 2: the signature TPF0 is missing."},
+      {FromHex("FF 0A 00 'NAME'"), "Form data at offset 7: the signature TPF0 is missing."},
+      {FromHex("FF 0A 00 'NAME' 00 30"), "Form data at offset 9: the signature TPF0 is missing."},
+      {FromHex(kHeader) + "TPF0\1T",
+       "Form data at offset 22: an object's name of 1 bytes, but only 0 are left."}};
+  for (const auto& row : rows)
+    EXPECT_EQ(tests::ErrorOf<rtl::EFilerError>([&] { return Read(row.first); }), row.second);
 }
 
 class FormCommandTest : public testing::Test {
  protected:
-  // "STATUS|standard output|standard error", with the tree's path as <dir>.
-  std::string Run(const std::string& arguments) {
-    const std::string command = "cd " + FTree.HostPath() + " && " + KVA_BINARY_DIR + "/cli/kvamigrate form " +
-                                arguments + " >out.txt 2>err.txt";
-    const int status = std::system(command.c_str());
-    std::string text =
-        std::to_string(WEXITSTATUS(status)) + "|" + FTree.Read("out.txt") + "|" + FTree.Read("err.txt");
-    for (size_t at; (at = text.find(FTree.HostPath())) != std::string::npos;)
-      text.replace(at, FTree.HostPath().size(), "<dir>");
-    return text;
-  }
+  std::string Run(const std::string& arguments) { return tests::RunCommand(FTree, "form " + arguments); }
 
   const std::string FBare = FromHex(kData);
   const std::string FBinary = FromHex(kHeader) + FBare;
@@ -119,9 +98,8 @@ TEST_F(FormCommandTest, OneFile) {
     EXPECT_EQ(Run("to-binary --bare " + name + " to"), "0||") << name;
     EXPECT_EQ(ToHex(FTree.Read("to")), ToHex(FBare)) << name;
   }
-  FTree.Write("utf16", std::string("\xFF\xFE"
-                                   "o\0b\0j\0e\0c\0t\0 \0T\0 \0P\0=\0'\0\xAC\x20'\0e\0n\0d\0\n\0",
-                                   38));
+  FTree.Write("utf16",
+              std::string("\xFF\xFEo\0b\0j\0e\0c\0t\0 \0T\0 \0P\0=\0'\0\xAC\x20'\0e\0n\0d\0\n\0", 38));
   EXPECT_EQ(Run("to-binary --bare utf16 to"), "0||");
   EXPECT_EQ(ToHex(FTree.Read("to")), ToHex(FromHex("'TPF0' 01 'T' 00 01 'P' 12 01 00 00 00 AC 20 00 00")));
 }

@@ -3,6 +3,7 @@
 #include <random>
 
 #include "MigWizard/FormParser.h"
+#include "tests/ErrorOf.h"
 #include "tests/PlainEngine.h"
 
 namespace mig {
@@ -52,20 +53,10 @@ std::string Print(TTestParser& parser, std::string text, int level = 0) {
 
 TEST(FormGrammarTest, CompilesToTheKnownAlternatives) {
   TTestParser parser;
-  plain::TFormEngine reference(Convert);
-  const std::string text = "object Q: T end";
-  int64_t ownPosition = 1;
-  size_t position = 1;
-  ASSERT_TRUE(parser.Parse(text, "<object>", ownPosition) && reference.Parse(text, "<object>", position));
+  EXPECT_EQ(Rest(parser, "object Q: T end"), "");
   std::string counts;
-  size_t all = 0;
-  for (const auto& rule : parser.Grammar().Rules()) {
+  for (const auto& rule : parser.Grammar().Rules())
     counts += rule.Name + std::to_string(rule.Alternatives.size());
-    all += rule.Alternatives.size();
-    EXPECT_EQ(rule.Alternatives,
-              reference.Rules[static_cast<size_t>(parser.Grammar().Find(rule.Name))].second);
-  }
-  EXPECT_EQ(all, 161U);
   EXPECT_EQ(
       counts,
       "<binary>11<byte>1<bytes>2<char_or_digit_l>1<collection>11<col_item>1<col_items>4<const>1"
@@ -299,13 +290,9 @@ TEST(FormParserTest, DeepObjects) {
   TTestParser parser;
   EXPECT_EQ(Rest(parser, Repeat(1500, open) + Repeat(1500, close)), "");
   EXPECT_EQ(Rest(parser, Repeat(1500, open) + Repeat(1499, close)), "refused");
-  try {
-    Rest(parser, Repeat(100000, open));
-    FAIL();
-  } catch (const ENestingTooDeep& error) {
-    const int line = 2 * TLL1Parser::kMostNestedCalls - 1;  // two for each object that fits
-    EXPECT_EQ(error.what(), "Object \"N0\": the nesting at line " + std::to_string(line) + " is too deep.");
-  }
+  const int line = 2 * TLL1Parser::kMostNestedCalls - 1;  // two for each object that fits
+  EXPECT_EQ(tests::ErrorOf<ENestingTooDeep>([&] { return Rest(parser, Repeat(100000, open)); }),
+            "Object \"N0\": the nesting at line " + std::to_string(line) + " is too deep.");
   EXPECT_EQ(Print(parser, "object Q: T A = 1 object R: U end end"),
             "object Q: T\r\n  A = 1\r\n object R: U end\r\nend\r\n");
 }

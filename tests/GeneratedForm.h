@@ -19,7 +19,8 @@ class TGeneratedForm {
   // A form of at least `size` bytes, and not much more.
   std::string Binary(size_t size) {
     FBytes = "TPF0";
-    Header("TForm1", "Form1");
+    Name("TForm1");
+    Name("Form1");
     Properties();
     while (FBytes.size() < size) Object(0);
     return FBytes.append(1, '\0');
@@ -35,23 +36,13 @@ class TGeneratedForm {
     Byte(static_cast<uint32_t>(name.size()));
     FBytes += name;
   }
-  void Header(std::string_view className, std::string_view name) {
-    Name(className);
-    Name(name);
-  }
-
   void Integer() {
-    // In the smallest kind that holds it.
-    int64_t wide = static_cast<int64_t>(FRandom());
-    wide >>= Below(32);
-    if (Below(2) == 0) wide = -wide;
-    if (Below(8) == 0) wide *= 1'000'000'000;
-    const auto fits = [wide](int bits) {
-      return wide >= -(int64_t{1} << (bits - 1)) && wide < int64_t{1} << (bits - 1);
-    };
-    const int kind = fits(8) ? 2 : fits(16) ? 3 : fits(32) ? 4 : 19;
-    Byte(static_cast<uint32_t>(kind));
-    Raw(static_cast<uint64_t>(wide), kind == 2 ? 1 : kind == 3 ? 2 : kind == 4 ? 4 : 8);
+    // As its first two bits differ, it fits no smaller kind.
+    const uint32_t kind = Below(4);
+    static constexpr uint8_t kKinds[] = {2, 3, 4, 19};
+    Byte(kKinds[kind]);
+    Raw(FRandom() | uint64_t{FRandom()} << 32, (1 << kind) - 1);
+    Byte(kind == 0 ? Below(256) : Below(64) + (Below(2) == 0 ? 0x40 : 0x80));
   }
 
   void String(uint32_t longest) {
@@ -81,16 +72,11 @@ class TGeneratedForm {
     static constexpr std::string_view kNames[] = {"Left",     "Top",           "Caption", "Font.Name",
                                                   "TabOrder", "Items.Strings", "Glyph"};
     Name(kNames[Below(7)]);
-    static const std::string kPlain[] = {FromHex("08"),
-                                         FromHex("09"),
-                                         FromHex("07 09 'clBtnFace'"),
-                                         FromHex("07 06 'DM2.Q1'"),
-                                         FromHex("0B 06 'akLeft' 05 'akTop' 00"),
-                                         FromHex("0E 00"),
-                                         FromHex("0D")};
+    static constexpr std::string_view kPlain[] = {
+        "08", "09", "07 09 'clBtnFace'", "07 06 'DM2.Q1'", "0B 06 'akLeft' 05 'akTop' 00", "0E 00", "0D"};
     const uint32_t kind = Below(14);
     if (kind < 6) {
-      FBytes += kPlain[Below(7)];
+      FBytes += FromHex(kPlain[Below(7)]);
     } else if (kind == 6) {
       Byte(1);
       for (uint32_t i = Below(12); i-- > 0;) String(70);
@@ -117,7 +103,8 @@ class TGeneratedForm {
   }
   void Object(int depth) {
     if (Below(10) == 0) Byte(Below(2) ? 0xF1 : 0xF4);
-    Header("TEdit", Below(12) == 0 ? "" : "Edit" + std::to_string(Below(1000)));
+    Name("TEdit");
+    Name(Below(12) == 0 ? "" : "Edit" + std::to_string(Below(1000)));
     Properties();
     if (depth < 6)
       for (uint32_t i = Below(3); i-- > 0;) Object(depth + 1);

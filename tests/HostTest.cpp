@@ -1,7 +1,6 @@
 // The stand-alone host: what is open, what is saved, what a front end hears of it, what a command line
 // chooses.
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -11,14 +10,15 @@
 #include "host/HostError.h"
 #include "host/ProjectChoice.h"
 #include "qrl/KVAMenu.h"
-#include "tests/TempTree.h"
+#include "tests/ErrorOf.h"
+#include "tests/Scratch.h"
 #include "win/Diagnostics.h"
-#include "win/Drives.h"
 
 namespace host {
 namespace {
 
 using mig::TIDEUtils;
+using tests::ErrorOf;
 using toolsapi::BorlandIDEServices;
 using toolsapi::TIntf;
 
@@ -55,8 +55,7 @@ class TRecorder final : public THostObserver {
 // Tool (Shared).
 class HostTest : public testing::Test {
  protected:
-  void SetUp() override {
-    ASSERT_TRUE(win::MapDrive('C', FTree.HostPath()));
+  HostTest() {
     for (const char* name : {"App/Main.pas", "App/main.DFM", "lib/Shared.pas", "Lone.pas"})
       FTree.Write(name, name);
     FTree.Write("App/App.dpr",
@@ -70,33 +69,14 @@ class HostTest : public testing::Test {
     FHost.AddObserver(FRecorder);
     FSink = win::SetDiagnosticsSink([this](std::string_view line) { FReports.emplace_back(line); });
   }
-  void TearDown() override {
-    win::SetDiagnosticsSink(FSink);
-    win::ResetDrives();
-  }
+  ~HostTest() override { win::SetDiagnosticsSink(FSink); }
 
-  std::string OnDisk(std::string_view name) const {
-    std::ifstream file(FTree.HostPath(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
   std::string Modules() const {
     std::string list;
     for (int i = 0; i < FHost.ModuleCount(); ++i) list.append(Name(FHost.Module(i).FileName())).append(" ");
     return list;
   }
-  template <class TCall>
-  static std::string Error(TCall call) {
-    try {
-      call();
-    } catch (const EChoiceError& error) {
-      return std::string("choice: ") + error.what();
-    } catch (const rtl::Exception& error) {
-      return error.what();
-    }
-    return "none";
-  }
-
-  tests::TTempTree FTree;
+  tests::TScratch FTree;
   TRecorder FRecorder;
   THost FHost;
   win::TDiagnosticsSink FSink;  // that was in force
@@ -160,8 +140,8 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   source.SetBytes("new");
   form.SetBytes("new form");
   EXPECT_TRUE(TIDEUtils::SaveProject());
-  EXPECT_EQ(OnDisk("App/Main.pas"), "new");
-  EXPECT_EQ(OnDisk("App/main.DFM"), "new form");
+  EXPECT_EQ(FTree.Read("App/Main.pas"), "new");
+  EXPECT_EQ(FTree.Read("App/main.DFM"), "new form");
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(FTree.HostPath("App")), {}), 3);
 
   FRecorder.Take();
@@ -186,7 +166,7 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   EXPECT_FALSE(TIDEUtils::CloseProjectGroup());
   EXPECT_FALSE(FHost.OpenProject("C:\\All.bpg", true));
   EXPECT_EQ(FReports.front(), "C:\\App\\Main.pas: cannot be saved. Access is denied.");
-  EXPECT_EQ(OnDisk("App/Main.pas"), "theirs");
+  EXPECT_EQ(FTree.Read("App/Main.pas"), "theirs");
   EXPECT_TRUE(main.IsOpen() && main.Modified());
 }
 
@@ -210,7 +190,7 @@ TEST_F(HostTest, TheUserIsAsked) {
     EXPECT_EQ(TIDEUtils::GetActiveProject()->Save(false, false), row.Saved);
     EXPECT_FALSE(TIDEUtils::GetActiveProject()->Save(true, true));
     EXPECT_EQ(TIDEUtils::CloseProjectGroup(), row.Closed);
-    EXPECT_EQ(OnDisk("lib/Shared.pas"), row.OnDisk);
+    EXPECT_EQ(FTree.Read("lib/Shared.pas"), row.OnDisk);
     if (!row.Closed) {
       FHost.OnQuerySave = [](TModule&) { return TSaveAnswer::No; };
       ASSERT_TRUE(TIDEUtils::CloseProjectGroup());
@@ -229,9 +209,9 @@ TEST_F(HostTest, ProjectsComeAndGo) {
   EXPECT_EQ(FRecorder.Take(), "+project +project active active +Main.pas +Shared.pas");
 
   // A failure leaves what is open.
-  EXPECT_EQ(Error([&] { TIDEUtils::OpenProject("C:\\Broken.dproj"); }),
+  EXPECT_EQ(ErrorOf([&] { TIDEUtils::OpenProject("C:\\Broken.dproj"); }),
             "C:\\Broken.dproj(1): this is not well-formed XML: Start-end tags mismatch.");
-  EXPECT_EQ(Error([&] { FHost.OpenModule("C:\\App\\Gone.pas"); }),
+  EXPECT_EQ(ErrorOf([&] { FHost.OpenModule("C:\\App\\Gone.pas"); }),
             "C:\\App\\Gone.pas: this file does not exist.");
   EXPECT_EQ(Modules(), " App.dpr Tool.dpr Main.pas Shared.pas ");
 
@@ -244,6 +224,8 @@ TEST_F(HostTest, ProjectsComeAndGo) {
   ASSERT_TRUE(FHost.OpenProject("C:\\None.bpg", true));
   EXPECT_EQ(TIDEUtils::GetActiveProject(), nullptr);
   EXPECT_EQ(TIDEUtils::GetProjectFileName(), "");
+  EXPECT_EQ(TIDEUtils::GetModuleCount(), 0);
+  EXPECT_FALSE(TIDEUtils::SaveProject());
 }
 
 TEST_F(HostTest, MenuAndEnd) {
@@ -253,43 +235,42 @@ TEST_F(HostTest, MenuAndEnd) {
     EXPECT_EQ(BorlandIDEServices, nullptr);
     new (&FHost) THost();
     FHost.AddObserver(FRecorder);
-    TIDEUtils::AddExpertMenuItem(qrl::Menu(), "&Wizard", "W",
-                                 [](rtl::TMenuItem& item) { item.SetCaption("!"); });
+    TIDEUtils::AddExpertMenuItem(qrl::Menu(), "&Wizard", "W", nullptr);
     EXPECT_FALSE(FRecorder.Take().empty());
     ASSERT_EQ(FHost.MainMenu().Items().Count(), 4);
     EXPECT_EQ(FHost.MainMenu().Items()[2].Name(), qrl::Menu().MenuName);
-    FHost.MainMenu().FindItem("W")->Click();
-    EXPECT_EQ(FHost.MainMenu().FindItem("W")->Caption(), "!");
     const auto menus = toolsapi::CastTo<toolsapi::INTAServices>(BorlandIDEServices);
-    EXPECT_EQ(Error([&] { menus->AddActionMenu("No", nullptr, &FHost.MainMenu().NewItem(), true, true); }),
+    EXPECT_EQ(ErrorOf([&] { menus->AddActionMenu("No", nullptr, &FHost.MainMenu().NewItem(), true, true); }),
               "There is no menu item \"No\".");
     services = BorlandIDEServices;
     FHost.~THost();
     new (&FHost) THost();
   }
   const auto modules = toolsapi::CastTo<toolsapi::IOTAModuleServices>(services);
-  EXPECT_EQ(Error([&] { modules->GetModuleCount(); }), "The host has ended.");
-  EXPECT_EQ(Error([&] { THost second; }), "There is a host already.");
+  EXPECT_EQ(ErrorOf([&] { modules->GetModuleCount(); }), "The host has ended.");
+  EXPECT_EQ(ErrorOf([&] { THost second; }), "There is a host already.");
 }
 
 TEST_F(HostTest, ChoicesOfACommandLine) {
   const auto open = [&](const char* file, const char* active = "") {
-    return Error([&] { throw rtl::Exception("ok " + OpenProjectForRun(FHost, file, active).FileName()); });
+    std::string name;
+    const std::string error = ErrorOf([&] { name = OpenProjectForRun(FHost, file, active).FileName(); });
+    return name.empty() ? error : name;
   };
-  EXPECT_EQ(open("c:/All.bpg"), "ok C:\\App\\App.dpr");
-  EXPECT_EQ(open(FTree.HostPath("All.bpg").c_str(), "tool"), "ok C:\\Tool\\Tool.dpr");
-  EXPECT_EQ(open("C:\\All.bpg", "TOOL.DPR"), "ok C:\\Tool\\Tool.dpr");
-  EXPECT_EQ(open("C:\\All.bpg", FTree.HostPath("Tool/Tool.dpr").c_str()), "ok C:\\Tool\\Tool.dpr");
-  EXPECT_EQ(open("C:\\All.bpg", "Toolbox"),
-            "choice: There is no project \"Toolbox\", only: App.dpr, Tool.dpr.");
+  EXPECT_EQ(open("c:/All.bpg"), "C:\\App\\App.dpr");
+  EXPECT_EQ(open(FTree.HostPath("All.bpg").c_str(), "tool"), "C:\\Tool\\Tool.dpr");
+  EXPECT_EQ(open("C:\\All.bpg", "TOOL.DPR"), "C:\\Tool\\Tool.dpr");
+  EXPECT_EQ(open("C:\\All.bpg", FTree.HostPath("Tool/Tool.dpr").c_str()), "C:\\Tool\\Tool.dpr");
+  EXPECT_EQ(ErrorOf<EChoiceError>([&] { OpenProjectForRun(FHost, "C:\\All.bpg", "Toolbox"); }),
+            "There is no project \"Toolbox\", only: App.dpr, Tool.dpr.");
   FTree.Write("Twin/App.dpr", "program App; uses Shared in '..\\lib\\Shared.pas';");
   FTree.Write("Twins.bpg", "PROJECTS = a b\na: App\\App.dpr\nb: Twin\\App.dpr");
-  EXPECT_EQ(open("C:\\Twins.bpg", "app"), "choice: More than one project is called \"app\"; give its path.");
-  EXPECT_EQ(open("C:\\Twins.bpg", "twin\\app.DPR"), "ok C:\\Twin\\App.dpr");
-  EXPECT_EQ(open("C:\\Twins.bpg", "Twin/App.dpr"), "ok C:\\Twin\\App.dpr");
+  EXPECT_EQ(open("C:\\Twins.bpg", "app"), "More than one project is called \"app\"; give its path.");
+  EXPECT_EQ(open("C:\\Twins.bpg", "twin\\app.DPR"), "C:\\Twin\\App.dpr");
+  EXPECT_EQ(open("C:\\Twins.bpg", "Twin/App.dpr"), "C:\\Twin\\App.dpr");
   FTree.Write("App.dpr", "program App; uses Shared in 'lib\\Shared.pas';");
   FTree.Write("Twins.bpg", "PROJECTS = a b\na: App\\App.dpr\nb: App.dpr");
-  EXPECT_EQ(open("C:\\Twins.bpg", "App.dpr"), "ok C:\\App.dpr");
+  EXPECT_EQ(open("C:\\Twins.bpg", "App.dpr"), "C:\\App.dpr");
   EXPECT_EQ(open("C:\\None.bpg"), "C:\\None.bpg: this group has no projects.");
   EXPECT_EQ(open("C:\\Bare.dpr"), "C:\\Bare.dpr: this project has no units.");
   EXPECT_EQ(open("Q:\\x.dpr"), "Q:\\x.dpr: this path has no drive.");
@@ -297,10 +278,9 @@ TEST_F(HostTest, ChoicesOfACommandLine) {
   const TProject& app = OpenProjectForRun(FHost, "C:\\App\\App.dpr");
   EXPECT_EQ(SelectUnits(app, {}), (std::vector<std::string>{"Main.pas", "Shared.pas"}));
   EXPECT_EQ(SelectUnits(app, {"SHARED.pas", "shared.PAS"}), std::vector<std::string>{"Shared.pas"});
-  EXPECT_EQ(Error([&] {
-              SelectUnits(app, {"Main.pas", "Gone.pas"});
-            }),
-            "choice: The project \"C:\\App\\App.dpr\" has no unit \"Gone.pas\".");
+  const std::vector<std::string> gone = {"Main.pas", "Gone.pas"};
+  EXPECT_EQ(ErrorOf<EChoiceError>([&] { SelectUnits(app, gone); }),
+            "The project \"C:\\App\\App.dpr\" has no unit \"Gone.pas\".");
 }
 
 TEST_F(HostTest, WizardModules) {
@@ -308,7 +288,7 @@ TEST_F(HostTest, WizardModules) {
   for (const bool refuses : {false, true}) {
     setenv("KVA_PROBE", refuses ? "refuse" : "run", 1);
     const std::string expected = refuses ? probe + ": this wizard refused to be loaded." : "none";
-    EXPECT_EQ(Error([&] { FHost.LoadWizardModule(probe); }), expected);
+    EXPECT_EQ(ErrorOf([&] { FHost.LoadWizardModule(probe); }), expected);
     ASSERT_EQ(FHost.Wizards().size(), refuses ? 0u : 1u);
     if (!refuses) {
       EXPECT_EQ(FHost.Wizards()[0]->GetName(), "a variable of its own");
@@ -320,33 +300,9 @@ TEST_F(HostTest, WizardModules) {
     EXPECT_STREQ(getenv("KVA_PROBE"), "ended");
   }
   FTree.Write("text.so", "no module");
-  EXPECT_EQ(Error([&] {
-              FHost.LoadWizardModule("C:\\text.so");
-            }).rfind("C:\\text.so: this module cannot be loaded: ", 0),
-            0u);
+  const std::string error = ErrorOf([&] { FHost.LoadWizardModule("C:\\text.so"); });
+  EXPECT_TRUE(error.starts_with("C:\\text.so: this module cannot be loaded: ")) << error;
   EXPECT_TRUE(FHost.Wizards().empty());
-}
-
-// Would not come to an end if anything here went over all units, or over a folder, for each unit.
-TEST_F(HostTest, ManyUnits) {
-  std::filesystem::create_directory(FTree.HostPath("Big"));
-  std::string source = "program Big;\nuses\n";
-  for (int i = 0; i < 5000; ++i) {
-    const std::string unit = "Unit" + std::to_string(i);
-    std::filesystem::create_hard_link(FTree.HostPath("Lone.pas"), FTree.HostPath("Big/" + unit + ".pas"));
-    source.append("  u")
-        .append(unit.substr(1))
-        .append(i % 2 ? " in 'UNIT" + std::to_string(i) + ".pas'" : "");
-    source.append(i < 4999 ? ",\n" : ";\n");
-  }
-  FTree.Write("Big/Big.dpr", source);
-  const TProject& project = OpenProjectForRun(FHost, "C:\\Big\\Big.dpr");
-  EXPECT_EQ(project.Units().size(), 5000u);
-  EXPECT_EQ(SelectUnits(project, {}).size(), 5000u);
-  for (const TFileReference& unit : project.Units()) FHost.OpenModule(unit.Name);
-  EXPECT_TRUE(TIDEUtils::SaveProject());
-  EXPECT_TRUE(TIDEUtils::CloseProjectGroup());
-  EXPECT_EQ(FHost.ModuleCount(), 0);
 }
 
 }  // namespace

@@ -114,7 +114,7 @@ bool TEngine::Parse(const std::string& text, const std::string& start, size_t& p
 }
 
 bool TEngine::ParseNonterminal(const std::string& name) {
-  if (--Steps < 0) throw EOutOfSteps(name);
+  if (--Steps < 0) throw EOutOfSteps();
   const auto rule = std::find_if(Rules.begin(), Rules.end(), [&](const auto& r) { return r.first == name; });
   for (const std::string& alternative : rule->second) {
     const size_t pos = FPos;
@@ -168,49 +168,49 @@ TFormEngine::TFormEngine(std::function<std::vector<TEntry>(const TEntry&)> conve
 void TFormEngine::BeforeParse() {
   Properties.clear();
   NestedObjects.clear();
-  Keyword = ObjName = ObjType = FPropName = {};
+  FState = {};
 }
 
 std::function<void()> TFormEngine::Snapshot() {
-  return [=, this, properties = Properties.size(), keyword = Keyword, name = ObjName, type = ObjType,
-          propName = FPropName, depth = FDepth, nestedStart = FNestedStart, nestedCount = FNestedCount] {
+  return [this, properties = Properties.size(), state = FState, count = FNestedCount] {
     Properties.resize(properties);
-    Keyword = keyword, ObjName = name, ObjType = type, FPropName = propName;
-    FDepth = depth, FNestedStart = nestedStart, FNestedCount = nestedCount;
+    FState = state;
+    FNestedCount = count;
     while (NestedObjects.size() > FNestedCount) NestedObjects.pop_back();
   };
 }
 
 bool TFormEngine::ParseNonterminal(const std::string& name) {
   const size_t start = FPos;
-  if (name == "<nested_obj>" && ++FDepth == 1)
-    for (FNestedStart = FPos; FNestedStart > 1 && FText[FNestedStart - 2] == ' ';) --FNestedStart;
+  if (name == "<nested_obj>" && ++FState.Depth == 1)
+    for (FState.NestedStart = FPos; FState.NestedStart > 1 && FText[FState.NestedStart - 2] == ' ';)
+      --FState.NestedStart;
   const bool result = TEngine::ParseNonterminal(name);
   const std::string token = result ? FText.substr(start - 1, FPos - start) : "";
-  if (name == "<nested_obj>" && --FDepth == 0 && result) {
+  if (name == "<nested_obj>" && --FState.Depth == 0 && result) {
     size_t end = FPos;
     while (Delims.find(FText[end - 2]) != std::string::npos) --end;
-    const std::string nested = FText.substr(FNestedStart - 1, end - FNestedStart);
+    const std::string nested = FText.substr(FState.NestedStart - 1, end - FState.NestedStart);
     if (!Holds(NestedObjects, nested)) NestedObjects.push_back(nested);
-    FNestedStart = 0;
+    FState.NestedStart = 0;
     ++FNestedCount;
   }
   if (!result) return false;
-  if (FDepth == 0 && name == "<obj_name>") ObjName = token;
-  if (FDepth == 0 && name == "<obj_type>") ObjType = token;
-  if (FDepth == 0 && name == "<keyword>") Keyword = token;
-  if (name == "<full_prop_name>") FPropName = token;
-  if (name == "<prop_value>" && !FPropName.empty()) {
-    if (FDepth == 0)
-      for (TEntry& entry : FConvert({FPropName, token})) Properties.push_back(std::move(entry));
-    FPropName.clear();
+  if (FState.Depth == 0 && name == "<obj_name>") FState.ObjName = token;
+  if (FState.Depth == 0 && name == "<obj_type>") FState.ObjType = token;
+  if (FState.Depth == 0 && name == "<keyword>") FState.Keyword = token;
+  if (name == "<full_prop_name>") FState.PropName = token;
+  if (name == "<prop_value>" && !FState.PropName.empty()) {
+    if (FState.Depth == 0)
+      for (TEntry& entry : FConvert({FState.PropName, token})) Properties.push_back(std::move(entry));
+    FState.PropName.clear();
   }
   return true;
 }
 
 std::string TFormEngine::Print(size_t level) const {
   const std::string inner(2 * level + 2, ' ');
-  std::string text = inner.substr(2) + Keyword + " " + ObjName + ": " + ObjType + "\r\n";
+  std::string text = inner.substr(2) + FState.Keyword + " " + FState.ObjName + ": " + FState.ObjType + "\r\n";
   for (const auto& [name, value] : Properties) {
     text += inner + name + " = ";
     for (size_t i = 0; i < value.size(); ++i) {

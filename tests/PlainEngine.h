@@ -4,7 +4,6 @@
 #pragma once
 
 #include <functional>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,10 +11,7 @@
 namespace plain {
 
 // A parse that would take too long to wait for.
-class EOutOfSteps : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
+struct EOutOfSteps {};
 
 class TEngine {
  public:
@@ -59,7 +55,6 @@ class TFormEngine : public TEngine {
 
   std::vector<TEntry> Properties;
   std::vector<std::string> NestedObjects;
-  std::string Keyword, ObjName, ObjType;
 
  protected:
   bool ParseNonterminal(const std::string& name) override;
@@ -68,10 +63,12 @@ class TFormEngine : public TEngine {
 
  private:
   std::function<std::vector<TEntry>(const TEntry&)> FConvert;
-  std::string FPropName;
-  int FDepth = 0;
-  size_t FNestedStart = 0;
-  size_t FNestedCount = 0;
+  struct {
+    std::string Keyword, ObjName, ObjType, PropName;
+    int Depth = 0;
+    size_t NestedStart = 0;
+  } FState;
+  size_t FNestedCount = 0;  // over all parses
 };
 
 }  // namespace plain

@@ -2,19 +2,17 @@
 #pragma once
 
 #include <deque>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "MigWizard/ReplaceOptions.h"
 #include "rtl/Application.h"
 #include "rtl/Forms.h"
 #include "rtl/Menus.h"
 #include "rtl/SysUtils.h"
 #include "toolsapi/InterfacedObject.h"
 #include "toolsapi/ToolsAPI.h"
-#include "win/Drives.h"
 
 namespace test {
 
@@ -35,99 +33,87 @@ struct THostState {
   rtl::TMainMenu MainMenu;
 };
 
-class TSourceEditor : public TInterfacedObject<IOTASourceEditor> {
+// What all that has a file name has.
+template <class TInterface>
+class TNamed : public TInterfacedObject<TInterface> {
  public:
-  TSourceEditor(THostState& state, std::string fileName) : FState(state), FFileName(std::move(fileName)) {}
+  TNamed(THostState& state, std::string fileName) : FState(state), FFileName(std::move(fileName)) {}
   std::string GetFileName() override { return FFileName; }
-  void Show() override { FState.Calls.push_back("Show " + FFileName); }
 
- private:
+ protected:
   THostState& FState;
-  std::string FFileName;
-};
-
-class TFormEditor : public TInterfacedObject<IOTAEditor> {
- public:
-  std::string GetFileName() override { return {}; }
-  void Show() override {}
-};
-
-class TModuleInfo : public TInterfacedObject<IOTAModuleInfo> {
- public:
-  explicit TModuleInfo(std::string fileName) : FFileName(std::move(fileName)) {}
-  std::string GetFileName() override { return FFileName; }
 
  private:
   std::string FFileName;
 };
 
-class TProject : public TInterfacedObject<IOTAProject> {
+template <class TInterface>
+class TEditor : public TNamed<TInterface> {
  public:
-  explicit TProject(THostState& state) : FState(state) {}
-  std::string GetFileName() override { return FState.ProjectFile; }
+  using TNamed<TInterface>::TNamed;
+  void Show() override { this->FState.Calls.push_back("Show " + this->GetFileName()); }
+};
+
+// A module without files and owners.
+template <class TInterface>
+class TBareModule : public TNamed<TInterface> {
+ public:
+  using TNamed<TInterface>::TNamed;
   int GetModuleFileCount() override { return 0; }
   TIntf<IOTAEditor> GetModuleFileEditor(int) override { return nullptr; }
   int GetOwnerCount() override { return 0; }
   TIntf<IOTAProject> GetOwner(int) override { return nullptr; }
   bool Save(bool changeName, bool forceSave) override {
-    FState.Calls.push_back(rtl::Format("Save %d %d", {changeName, forceSave}));
-    return FState.SaveResult;
+    this->FState.Calls.push_back(rtl::Format("Save %d %d", {changeName, forceSave}));
+    return this->FState.SaveResult;
   }
-  bool Close() override { return true; }
-  int GetModuleCount() override { return static_cast<int>(FState.Modules.size()); }
-  TIntf<IOTAModuleInfo> GetModule(int index) override {
-    return MakeIntf<TModuleInfo>(FState.Modules[static_cast<size_t>(index)].FileName);
+  bool Close() override {
+    this->FState.Calls.push_back("Close");
+    return this->FState.CloseResult;
   }
-
- private:
-  THostState& FState;
 };
 
-class TGroup : public TInterfacedObject<IOTAProjectGroup> {
+class TProject : public TBareModule<IOTAProject> {
  public:
-  TGroup(THostState& state, TIntf<IOTAProject> project) : FState(state), FProject(std::move(project)) {}
-  std::string GetFileName() override { return {}; }
-  int GetModuleFileCount() override { return 0; }
-  TIntf<IOTAEditor> GetModuleFileEditor(int) override { return nullptr; }
-  int GetOwnerCount() override { return 0; }
-  TIntf<IOTAProject> GetOwner(int) override { return nullptr; }
-  bool Save(bool, bool) override { return true; }
-  bool Close() override {
-    FState.Calls.push_back("Close");
-    return FState.CloseResult;
+  using TBareModule::TBareModule;
+  std::string GetFileName() override { return FState.ProjectFile; }
+  int GetModuleCount() override { return static_cast<int>(FState.Modules.size()); }
+  TIntf<IOTAModuleInfo> GetModule(int index) override {
+    return MakeIntf<TNamed<IOTAModuleInfo>>(FState, FState.Modules[static_cast<size_t>(index)].FileName);
   }
+};
+
+class TGroup : public TBareModule<IOTAProjectGroup> {
+ public:
+  TGroup(THostState& state, TIntf<IOTAProject> project)
+      : TBareModule(state, ""), FProject(std::move(project)) {}
   TIntf<IOTAProject> GetActiveProject() override { return FProject; }
 
  private:
-  THostState& FState;
   TIntf<IOTAProject> FProject;
 };
 
-class TUnitModule : public TInterfacedObject<IOTAModule> {
+class TUnitModule : public TBareModule<IOTAModule> {
  public:
-  TUnitModule(THostState& state, THostState::TModule module, TIntf<IOTAProject> owner)
-      : FState(state), FModule(std::move(module)), FOwner(std::move(owner)) {}
-  std::string GetFileName() override { return FModule.FileName; }
+  TUnitModule(THostState& state, const THostState::TModule& module, TIntf<IOTAProject> owner)
+      : TBareModule(state, module.FileName), FModule(module), FOwner(std::move(owner)) {}
   int GetModuleFileCount() override { return FModule.HasForm ? 2 : 1; }
   TIntf<IOTAEditor> GetModuleFileEditor(int index) override {
     // The form first: the source editor has to be looked for.
-    if (FModule.HasForm && index == 0) return MakeIntf<TFormEditor>();
-    return MakeIntf<TSourceEditor>(FState, FModule.FileName);
+    if (FModule.HasForm && index == 0) return MakeIntf<TEditor<IOTAEditor>>(FState, "form");
+    return MakeIntf<TEditor<IOTASourceEditor>>(FState, FModule.FileName);
   }
   int GetOwnerCount() override { return FModule.IsOwned ? 1 : 0; }
   TIntf<IOTAProject> GetOwner(int) override { return FOwner; }
-  bool Save(bool, bool) override { return true; }
-  bool Close() override { return true; }
 
  private:
-  THostState& FState;
   THostState::TModule FModule;
   TIntf<IOTAProject> FOwner;
 };
 
 class TServices : public TInterfacedObject<IOTAModuleServices, IOTAActionServices, INTAServices> {
  public:
-  explicit TServices(THostState& state) : FState(state), FProject(MakeIntf<TProject>(state)) {}
+  explicit TServices(THostState& state) : FState(state), FProject(MakeIntf<TProject>(state, "")) {}
   int GetModuleCount() override {
     return FState.ProjectFile.empty() ? 0 : 1 + static_cast<int>(FState.Modules.size());
   }
@@ -211,6 +197,13 @@ class TScriptedFrontEnd : public rtl::IFrontEnd {
   }
 };
 
+// All options: "DEST|FOLDER|SUBFOLDERS|BACKUP|BACKUP FOLDER|LOG|VIEW|UNITS".
+inline std::string Describe(const mig::TReplaceOptions& options) {
+  return rtl::Format("%d|%s|%d|%d|%s|%d|%d|%s",
+                     {options.Dest, options.Directory, options.IncludeSubDirs, options.MakeBackup,
+                      options.BackupDir, options.WriteLog, options.ViewLog, options.UnitNames});
+}
+
 // Plays the user on a form: steps divided by "; ". A button, box or radio is clicked by its name, `name=text`
 // types, `name[2]` clicks the mark of an entry. An idle moment follows each.
 inline void Play(rtl::TForm& form, std::string_view steps) {
@@ -232,37 +225,5 @@ inline void Play(rtl::TForm& form, std::string_view steps) {
     form.UpdateActions();
   }
 }
-
-// A scratch folder of the host that is drive C:, holds the user's settings too, and goes with the object.
-class TScratch {
- public:
-  TScratch() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "kvaXXXXXX").string();
-    rtl::Assert(mkdtemp(pattern.data()) != nullptr, "No scratch folder");
-    FFolder = pattern;
-    rtl::Assert(win::MapDrive('C', pattern), "The scratch folder is no drive");
-    setenv("XDG_CONFIG_HOME", (FFolder / "config").c_str(), 1);
-  }
-  ~TScratch() {
-    win::ResetDrives();
-    std::error_code error;
-    std::filesystem::remove_all(FFolder, error);
-  }
-  const std::filesystem::path& Folder() const { return FFolder; }
-  std::filesystem::path Settings() const { return FFolder / "config/Tarvex/registry.ini"; }
-
-  // `name` with slashes, below the scratch folder.
-  void Write(const std::string& name, const std::string& bytes) const {
-    std::filesystem::create_directories((FFolder / name).parent_path());
-    std::ofstream(FFolder / name, std::ios::binary) << bytes;
-  }
-  std::string Read(const std::filesystem::path& name) const {
-    std::ifstream file(FFolder / name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-
- private:
-  std::filesystem::path FFolder;
-};
 
 }  // namespace test

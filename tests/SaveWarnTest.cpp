@@ -3,6 +3,7 @@
 #include "MigWizard/SaveWarn.h"
 #include "RecordingHost.h"
 #include "rtl/Registry.h"
+#include "tests/Scratch.h"
 
 namespace {
 
@@ -24,7 +25,7 @@ TEST(SaveWarnTest, EachQuestionHasItsTextsAndItsFlag) {
        "Current project will be closed."},
   };
   for (const TRow& row : rows) {
-    const test::TScratch scratch;
+    const tests::TScratch scratch;
     std::vector<std::string> shown;
     test::TScriptedFrontEnd frontEnd(shown);
     const auto ask = [&](std::string_view steps) {
@@ -38,11 +39,11 @@ TEST(SaveWarnTest, EachQuestionHasItsTextsAndItsFlag) {
         steps.empty() ? form.Close() : test::Play(form, steps);
       });
       const bool answer = mig::ShowSaveWarning(kTitle, row.IsProject, row.IsRestore);
-      return std::pair(answer, scratch.Read(scratch.Settings()));
+      return std::pair(answer, scratch.Read(tests::TScratch::kSettings));
     };
     const std::string section = std::string("[") + kTitle + "]\n" + row.Key + "=";
-    EXPECT_EQ(ask("chkDontAsk; CancelBtn"), std::pair(false, std::string()));
-    EXPECT_EQ(ask(""), std::pair(false, std::string()));
+    EXPECT_EQ(ask("chkDontAsk; CancelBtn"), std::pair(false, std::string("(missing)")));
+    EXPECT_EQ(ask(""), std::pair(false, std::string("(missing)")));
     EXPECT_EQ(ask("OKBtn"), std::pair(true, section + "1\n"));
     EXPECT_EQ(ask("chkDontAsk; OKBtn"), std::pair(true, section + "0\n"));
     // Silenced: nothing is shown any more, and the other three still ask.

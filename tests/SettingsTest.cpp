@@ -1,11 +1,15 @@
+#include <filesystem>
 #include <gtest/gtest.h>
 
 #include "MigWizard/ReplaceOptions.h"
 #include "RecordingHost.h"
 #include "rtl/Registry.h"
 #include "target/KVAWizard.h"
+#include "tests/Scratch.h"
 
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr char kRoot[] = "Software\\Tarvex";
 constexpr char kSection[] = "BDE/IBX Migration Wizard";
@@ -13,10 +17,11 @@ constexpr char kSection[] = "BDE/IBX Migration Wizard";
 class SettingsTest : public testing::Test {
  protected:
   static rtl::TRegIniFile Open() { return rtl::TRegIniFile(kRoot, rtl::KEY_READ_WRITE); }
-  void Store(const std::string& text) const { FScratch.Write("config/Tarvex/registry.ini", text); }
-  std::string Stored() const { return FScratch.Read(FScratch.Settings()); }
+  void Store(const std::string& text) const { FScratch.Write(FScratch.kSettings, text); }
+  std::string Stored() const { return FScratch.Read(FScratch.kSettings); }
 
-  test::TScratch FScratch;
+  tests::TScratch FScratch;
+  const fs::path FFile = FScratch.HostPath(FScratch.kSettings);
 };
 
 TEST_F(SettingsTest, ValuesComeBack) {
@@ -65,138 +70,92 @@ TEST_F(SettingsTest, WhatAnotherProcessStoredMeanwhileStays) {
   first.WriteInteger("S", "A", 1);
   second.WriteInteger("S", "B", 2);
   EXPECT_EQ(Stored(), "[S]\nA=1\nB=2\n");
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(FScratch.Settings().parent_path()), {}), 1)
-      << "no temporary file is left";
+  EXPECT_EQ(std::distance(fs::directory_iterator(FFile.parent_path()), {}), 1) << "no temporary file is left";
 }
 
 TEST_F(SettingsTest, StoresThatCannotBeWrittenStayAsTheyAre) {
-  namespace fs = std::filesystem;
   Store("[S]\nA=1\n");
-  fs::permissions(FScratch.Settings(), fs::perms::owner_read);
+  fs::permissions(FFile, fs::perms::owner_read);
   Open().WriteInteger("S", "A", 2);
   EXPECT_EQ(Stored(), "[S]\nA=1\n");
-  fs::permissions(FScratch.Settings(), fs::perms::owner_all);
+  fs::permissions(FFile, fs::perms::owner_all);
 
   rtl::TRegIniFile(kRoot, 0x20019).WriteInteger("S", "A", 2);  // read access alone
   EXPECT_EQ(Stored(), "[S]\nA=1\n");
 
   // Reached through a link, the file that it names is written.
-  fs::rename(FScratch.Settings(), FScratch.Folder() / "real.ini");
-  fs::create_symlink(FScratch.Folder() / "real.ini", FScratch.Settings());
+  fs::rename(FFile, FScratch.HostPath("real.ini"));
+  fs::create_symlink(FScratch.HostPath("real.ini"), FFile);
   Open().WriteInteger("S", "A", 2);
-  EXPECT_TRUE(fs::is_symlink(FScratch.Settings()));
+  EXPECT_TRUE(fs::is_symlink(FFile));
   EXPECT_EQ(FScratch.Read("real.ini"), "[S]\nA=2\n");
 
   // A folder where the file should be, a file where its folder should be, and no home at all.
-  fs::remove(FScratch.Settings());
-  fs::create_directory(FScratch.Settings());
-  Open().WriteInteger("S", "A", 2);
-  EXPECT_EQ(Open().ReadInteger("S", "A", 7), 7);
-  fs::remove_all(FScratch.Folder() / "config");
-  FScratch.Write("config", "");
-  Open().WriteInteger("S", "A", 2);
-  EXPECT_EQ(Open().ReadInteger("S", "A", 7), 7);
   const std::string home = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "";
-  unsetenv("XDG_CONFIG_HOME");
-  unsetenv("HOME");
-  Open().WriteInteger("S", "A", 2);
-  EXPECT_EQ(Open().ReadInteger("S", "A", 7), 7);
+  const std::function<void()> obstacles[] = {
+      [this] { fs::remove(FFile), fs::create_directory(FFile); },
+      [this] { fs::remove_all(FScratch.HostPath("config")), FScratch.Write("config", ""); },
+      [] { unsetenv("XDG_CONFIG_HOME"), unsetenv("HOME"); }};
+  for (const auto& obstruct : obstacles) {
+    obstruct();
+    Open().WriteInteger("S", "A", 2);
+    EXPECT_EQ(Open().ReadInteger("S", "A", 7), 7);
+  }
   if (!home.empty()) setenv("HOME", home.c_str(), 1);
 }
 
 TEST_F(SettingsTest, Options) {
+  const std::string stored =
+      "[BDE/IBX Migration Wizard]\nDest=1\nDirectory=C:\\\\Src\nIncludeSubDirs=1\nMakeBackup=0\nWriteLog=0\n"
+      "ViewLog=1\n";
+  Store(stored);
   mig::TReplaceOptions options("BDE/IBX");
-  options.Dest = mig::sdFolder;
-  options.Directory = "C:\\Src";
-  options.IncludeSubDirs = true;
-  options.MakeBackup = false;
-  options.ViewLog = true;
-  options.BackupDir = "C:\\B";
+  options.BackupDir = "kept";
   options.UnitNames = "A.pas\r\n";
+  options.Load(Open(), kSection);
+  EXPECT_EQ(test::Describe(options), "1|C:\\Src|1|0|kept|0|1|A.pas\r\n");
+  Store("");
   rtl::TRegIniFile reg = Open();
   options.Save(reg, options.GetTitle());
-  EXPECT_EQ(
-      Stored(),
-      "[BDE/IBX Migration Wizard]\nDest=1\nDirectory=C:\\\\Src\nIncludeSubDirs=1\nMakeBackup=0\nWriteLog=1\n"
-      "ViewLog=1\n");
-
-  mig::TReplaceOptions loaded("BDE/IBX");
-  loaded.BackupDir = "kept";
-  loaded.Load(Open(), kSection);
-  EXPECT_EQ(loaded.Dest, mig::sdFolder);
-  EXPECT_EQ(loaded.Directory, "C:\\Src");
-  EXPECT_TRUE(loaded.IncludeSubDirs && !loaded.MakeBackup && loaded.WriteLog && loaded.ViewLog);
-  EXPECT_EQ(loaded.BackupDir, "kept");
+  EXPECT_EQ(Stored(), stored);
 
   // A number of more than a byte is cut to its low byte; what is missing stays as it is in the object.
+  options.Dest = mig::sdProject;
   Store("[BDE/IBX Migration Wizard]\nDest=257\nMakeBackup=7\n");
-  loaded.Dest = mig::sdProject;
-  loaded.Directory = "present";
-  loaded.Load(Open(), kSection);
-  EXPECT_EQ(loaded.Dest, mig::sdFolder);
-  EXPECT_TRUE(loaded.MakeBackup);
-  EXPECT_EQ(loaded.Directory, "present");
+  options.Load(Open(), kSection);
+  EXPECT_EQ(test::Describe(options), "1|C:\\Src|1|1|kept|0|1|A.pas\r\n");
 }
 
-// Stores the settings of a form in which `steps` were played, and reads them into a new one.
-class HistoryTest : public SettingsTest {
- protected:
-  void SaveAfter(std::string_view steps) {
+// What a new form takes from the store.
+std::string LoadHistory(const rtl::TRegIniFile& reg) {
+  target::TKVAWizardForm form;
+  form.LoadHistory(reg, kSection);
+  return rtl::Format("%d %d %d %s %d,%d|%s|%s",
+                     {form.rbModeReplace.Checked(), form.rbModeReplaceIBX.Checked(),
+                      form.rbModeRestore.Checked(), form.edUndoFile.Text(), form.Left(), form.Top(),
+                      form.cbDirectory.Items().Text(), form.cbBackupDir.Items().Text()});
+}
+
+TEST_F(SettingsTest, History) {
+  EXPECT_EQ(LoadHistory(Open()), "1 0 0  0,0||") << "first use";
+  const std::pair<const char*, const char*> rows[] = {
+      {"", "1 0 0 RExpert.reu 5,10||"},
+      {"rbModeReplaceIBX", "0 0 1 RExpert.reu 5,10||"},  // one Boolean holds the mode
+      {"chMakeBackup", "1 0 0  5,10||"},
+      {"rbDestFolder; cbDirectory=C:\\Src", "1 0 0 C:\\Src\\RExpert.reu 5,10||"},
+      {"rbDestFolder; cbDirectory=C:\\Src; cbBackupDir=D:\\B", "1 0 0 D:\\B\\RExpert.reu 5,10||"},
+  };
+  for (const auto& [steps, loaded] : rows) {
     target::TKVAWizardForm form;
-    form.SetLeft(FLeft);
+    form.SetLeft(5);
+    form.SetTop(10);
     test::Play(form, steps);
     rtl::TRegIniFile reg = Open();
     form.SaveHistory(reg, kSection);
+    EXPECT_EQ(LoadHistory(Open()), loaded) << steps;
   }
-  static std::string Load() {
-    target::TKVAWizardForm form;
-    form.LoadHistory(Open(), kSection);
-    return rtl::Format("%d %d %d %s %d|%s|%s",
-                       {form.rbModeReplace.Checked(), form.rbModeReplaceIBX.Checked(),
-                        form.rbModeRestore.Checked(), form.edUndoFile.Text(), form.Left(),
-                        form.cbDirectory.Items().Text(), form.cbBackupDir.Items().Text()});
-  }
-  int FLeft = 0;
-};
-
-TEST_F(HistoryTest, PositionIsKept) {
-  target::TKVAWizardForm form;
-  form.SetLeft(5);
-  form.SetTop(10);
-  rtl::TRegIniFile reg = Open();
-  form.SaveHistory(reg, kSection);
-  target::TKVAWizardForm next;
-  next.LoadHistory(Open(), kSection);
-  EXPECT_EQ(next.Left(), 5);
-  EXPECT_EQ(next.Top(), 10);
-}
-
-TEST_F(HistoryTest, FirstUseStartsAsTheFormIsMade) {
-  EXPECT_EQ(Load(), "1 0 0  0||");
-}
-
-TEST_F(HistoryTest, OneBooleanHoldsTheMode) {
-  struct TRow {
-    const char *Steps, *Loaded;
-  };
-  const TRow rows[] = {
-      {"", "1 0 0 RExpert.reu 5||"},
-      {"rbModeReplaceIBX", "0 0 1 RExpert.reu 5||"},
-      {"rbModeRestore", "0 0 1 RExpert.reu 5||"},
-      {"chMakeBackup", "1 0 0  5||"},
-      {"rbDestFolder; cbDirectory=C:\\Src", "1 0 0 C:\\Src\\RExpert.reu 5||"},
-      {"rbDestFolder; cbDirectory=C:\\Src; cbBackupDir=D:\\B", "1 0 0 D:\\B\\RExpert.reu 5||"},
-  };
-  FLeft = 5;
-  for (const TRow& row : rows) {
-    SaveAfter(row.Steps);
-    EXPECT_EQ(Load(), row.Loaded) << row.Steps;
-  }
-}
-
-TEST_F(HistoryTest, ListsComeBackInTheirOrder) {
   Store("[BDE/IBX Migration Wizard]\nDirHistory=C:\\\\B\\r\\nC:\\\\A\\r\\n\nBackDirHistory=R\\r\\n\n");
-  EXPECT_EQ(Load(), "1 0 0  0|C:\\B\r\nC:\\A\r\n|R\r\n");
+  EXPECT_EQ(LoadHistory(Open()), "1 0 0  0,0|C:\\B\r\nC:\\A\r\n|R\r\n");
 }
 
 }  // namespace

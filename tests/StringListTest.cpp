@@ -9,12 +9,8 @@ namespace rtl {
 namespace {
 
 TEST(StringListTest, TextIsSplitAtEveryKindOfLineEnd) {
-  const std::pair<const char*, const char*> rows[] = {{"", ""},
-                                                      {"a", "a\r\n"},
-                                                      {"a\r\n", "a\r\n"},
-                                                      {"a\rb\nc\r\nd", "a\r\nb\r\nc\r\nd\r\n"},
-                                                      {"a\n\n", "a\r\n\r\n"},
-                                                      {"\r\r\n", "\r\n\r\n"}};
+  const char* const rows[][2] = {
+      {"", ""}, {"a\rb\nc\r\nd", "a\r\nb\r\nc\r\nd\r\n"}, {"a\n\n", "a\r\n\r\n"}, {"\r\r\n", "\r\n\r\n"}};
   for (const auto& [text, joined] : rows) {
     TStringList list;
     list.SetText(text);
@@ -49,11 +45,7 @@ TEST(StringListTest, SortedListsIgnoreCase) {
   EXPECT_EQ(index, 2);
 }
 
-struct TPathRow {
-  const char *Path, *Dir, *Name, *Ext, *Drive;
-};
-
-const TPathRow kPathRows[] = {
+const char* const kPathRows[][5] = {
     {"C:\\a\\b.c.pas", "C:\\a", "b.c.pas", ".pas", "C:"},
     {"C:\\b.pas", "C:\\", "b.pas", ".pas", "C:"},
     {"C:b", "C:", "b", "", "C:"},
@@ -64,11 +56,11 @@ const TPathRow kPathRows[] = {
 };
 
 TEST(FileNamesTest, Parts) {
-  for (const TPathRow& row : kPathRows) {
-    EXPECT_EQ(ExtractFileDir(row.Path), row.Dir) << row.Path;
-    EXPECT_EQ(ExtractFileName(row.Path), row.Name) << row.Path;
-    EXPECT_EQ(ExtractFileExt(row.Path), row.Ext) << row.Path;
-    EXPECT_EQ(ExtractFileDrive(row.Path), row.Drive) << row.Path;
+  for (const auto& [path, dir, name, extension, drive] : kPathRows) {
+    EXPECT_EQ(ExtractFileDir(path), dir) << path;
+    EXPECT_EQ(ExtractFileName(path), name) << path;
+    EXPECT_EQ(ExtractFileExt(path), extension) << path;
+    EXPECT_EQ(ExtractFileDrive(path), drive) << path;
   }
 }
 

@@ -3,8 +3,13 @@
 #include "MigWizard/Wizard.h"
 #include "RecordingHost.h"
 #include "target/KVAWizard.h"
+#include "tests/Scratch.h"
 
 namespace {
+
+using TLines = std::vector<std::string>;
+
+const std::string kToSrc = "btNext; rbDestFolder; btNext; cbDirectory=C:\\Src; btNext";
 
 // The wizard over a host, with C:\App\App.dpr, C:\App\Undo.reu and the folder C:\Src on disk.
 class WizardTest : public testing::Test {
@@ -28,7 +33,6 @@ class WizardTest : public testing::Test {
     target::TKVAWizardForm form;
     form.FProductName = "KORVA";
     form.FOptions = &FOptions;
-    if (Prepare) Prepare(form);
     FFrontEnd.Script.push_back([&](rtl::TForm&) {
       test::Play(form, steps);
       if (look) look(form);
@@ -39,130 +43,85 @@ class WizardTest : public testing::Test {
     return result;
   }
 
-  // "PAGE caption buttons": the page's name, the tail of the caption, and which of Back, Next, Finish can be
-  // used.
+  // "PAGE caption #replacer buttons": the page's name, the tail of the caption, the replacer's index, and
+  // which of Back, Next, Finish can be used.
   static std::string State(const target::TKVAWizardForm& form) {
-    std::string state =
-        form.StepsPageControl.ActivePage().Name() + form.Caption().substr(form.Caption().rfind("- "));
+    std::string state = form.StepsPageControl.ActivePage().Name() +
+                        form.Caption().substr(form.Caption().rfind("- ")) + " #" +
+                        std::to_string(form.GetReplacerIndex());
     for (const auto* action : {&form.actBack, &form.actNext, &form.actFinish}) {
       if (action->Enabled()) state += " " + action->Name().substr(3);
     }
     return state;
   }
 
-  test::TScratch FScratch;
+  tests::TScratch FScratch;
   test::THostState FHost;
   test::TScriptedFrontEnd FFrontEnd{FHost.Calls};
   mig::TReplaceOptions FOptions{"BDE/IBX"};
-  std::function<void(target::TKVAWizardForm&)> Prepare;
 };
 
+// One use, from page to page and back.
 TEST_F(WizardTest, Walk) {
-  constexpr char kToProjectStep4[] = "btNext; btNext; btNext";
-  constexpr char kToFolderStep4[] = "btNext; rbDestFolder; btNext; cbDirectory=C:\\Src; btNext";
   struct TRow {
-    bool HasProject;
-    std::string Steps, State, Message;
+    const char *Steps, *State;
+    std::string Message = {};
+    const char* Focus = nullptr;
   };
-  const std::string folder4 = kToFolderStep4;
-  const std::string restore2 = "rbModeRestore; btNext";
+  const std::string box = "Box 64 BDE/IBX Migration Wizard: ";
   const TRow rows[] = {
-      {true, "", "Step1Sheet- Step 1 of 5 Next", ""},
-      {true, "btPrev", "Step1Sheet- Step 1 of 5 Next", ""},
-      {true, "btFinish", "Step1Sheet- Step 1 of 5 Next", ""},
-      {true, "rbModeRestore", "Step1Sheet- Step 1 of 3 Next", ""},
-      {true, "rbModeRestore; rbModeReplaceIBX", "Step1Sheet- Step 1 of 5 Next", ""},
-      {true, "rbModeRestore; rbModeReplace", "Step1Sheet- Step 1 of 5 Next", ""},
+      {"btPrev", "Step1Sheet- Step 1 of 5 #0 Next"},
+      {"btFinish", "Step1Sheet- Step 1 of 5 #0 Next"},
+      {"rbModeReplaceIBX", "Step1Sheet- Step 1 of 5 #1 Next"},
+      {"rbModeRestore", "Step1Sheet- Step 1 of 3 #100 Next"},
+      {"rbModeReplaceIBX", "Step1Sheet- Step 1 of 5 #1 Next"},
+      {"btNext", "Step2ReplaceSheet- Step 2 of 5 #1 Back Next"},
+      {"btPrev; rbModeRestore; rbModeReplace", "Step1Sheet- Step 1 of 5 #0 Next"},
       // Replace in the project.
-      {true, "btNext", "Step2ReplaceSheet- Step 2 of 5 Back Next", ""},
-      {true, "rbModeReplaceIBX; btNext", "Step2ReplaceSheet- Step 2 of 5 Back Next", ""},
-      {true, "btNext; btPrev", "Step1Sheet- Step 1 of 5 Next", ""},
-      {true, "btNext; btNext", "Step3ProjSheet- Step 3 of 5 Back Next", ""},
-      {true, "btNext; btNext; btPrev", "Step2ReplaceSheet- Step 2 of 5 Back Next", ""},
-      {true, "btNext; btNext; btDeselect; btNext", "Step3ProjSheet- Step 3 of 5 Back Next",
-       "Information: At least one unit should be selected."},
-      {true, "btNext; btNext; btDeselect; lbModules[1]; btNext", "Step4Sheet- Step 4 of 5 Back Next", ""},
-      {true, kToProjectStep4, "Step4Sheet- Step 4 of 5 Back Next", ""},
-      {true, kToProjectStep4 + std::string("; btPrev"), "Step3ProjSheet- Step 3 of 5 Back Next", ""},
-      {true, kToProjectStep4 + std::string("; btNext"), "FinalStepSheet- Step 5 of 5 Back Finish", ""},
-      {true, kToProjectStep4 + std::string("; btNext; btNext"), "FinalStepSheet- Step 5 of 5 Back Finish",
-       ""},
-      {true, kToProjectStep4 + std::string("; btNext; btPrev"), "Step4Sheet- Step 4 of 5 Back Next", ""},
+      {"btNext; btNext", "Step3ProjSheet- Step 3 of 5 #0 Back Next"},
+      {"btPrev", "Step2ReplaceSheet- Step 2 of 5 #0 Back Next"},
+      {"btNext; btDeselect; btNext", "Step3ProjSheet- Step 3 of 5 #0 Back Next",
+       "Information: At least one unit should be selected.", "lbModules"},
+      {"lbModules[1]; btNext", "Step4Sheet- Step 4 of 5 #0 Back Next"},
+      {"btPrev", "Step3ProjSheet- Step 3 of 5 #0 Back Next"},
+      {"btNext; btNext", "FinalStepSheet- Step 5 of 5 #0 Back Finish"},
+      {"btNext", "FinalStepSheet- Step 5 of 5 #0 Back Finish"},
+      {"btPrev", "Step4Sheet- Step 4 of 5 #0 Back Next"},
       // Replace in a folder.
-      {true, "btNext; rbDestFolder; btNext", "Step3DirSheet- Step 3 of 5 Back", ""},
-      {true, "btNext; rbDestFolder; btNext; cbDirectory=C:\\No; btNext",
-       "Step3DirSheet- Step 3 of 5 Back Next",
-       "Box 64 BDE/IBX Migration Wizard: Target directory \"C:\\No\" does not exist."},
-      {true, folder4, "Step4Sheet- Step 4 of 5 Back Next", ""},
-      {true, folder4 + "; btPrev", "Step3DirSheet- Step 3 of 5 Back Next", ""},
-      {true, folder4 + "; btPrev; btPrev", "Step2ReplaceSheet- Step 2 of 5 Back Next", ""},
-      {true, folder4 + "; btNext", "FinalStepSheet- Step 5 of 5 Back Finish", ""},
+      {"btPrev; btPrev; rbDestFolder; btNext", "Step3DirSheet- Step 3 of 5 #0 Back"},
+      {"cbDirectory=C:\\No; btNext", "Step3DirSheet- Step 3 of 5 #0 Back Next",
+       box + "Target directory \"C:\\No\" does not exist.", "cbDirectory"},
+      {"cbDirectory=C:\\Src; btNext", "Step4Sheet- Step 4 of 5 #0 Back Next"},
+      {"btNext", "FinalStepSheet- Step 5 of 5 #0 Back Finish"},
+      {"btPrev; btPrev", "Step3DirSheet- Step 3 of 5 #0 Back Next"},
+      {"btPrev", "Step2ReplaceSheet- Step 2 of 5 #0 Back Next"},
       // Restore.
-      {true, restore2, "Step2RestoreSheet- Step 2 of 3 Back", ""},
-      {true, restore2 + "; edUndoFile=C:\\No.reu; btNext", "Step2RestoreSheet- Step 2 of 3 Back Next",
-       "Box 64 BDE/IBX Migration Wizard: Undo file \"C:\\No.reu\" does not exist."},
-      {true, restore2 + "; edUndoFile=C:\\App; btNext", "Step2RestoreSheet- Step 2 of 3 Back Next",
-       "Box 64 BDE/IBX Migration Wizard: Undo file \"C:\\App\" does not exist."},
-      {true, restore2 + "; edUndoFile=C:\\App\\Undo.reu; btNext", "FinalStepSheet- Step 3 of 3 Back Finish",
-       ""},
-      {true, restore2 + "; edUndoFile=C:\\App\\Undo.reu; btNext; btPrev",
-       "Step2RestoreSheet- Step 2 of 3 Back Next", ""},
-      {true, restore2 + "; btPrev", "Step1Sheet- Step 1 of 3 Next", ""},
-      // No project: the scope is a folder, and the other cannot be chosen.
-      {false, "btNext; rbDestProject; btNext", "Step3DirSheet- Step 3 of 5 Back", ""},
+      {"btPrev; rbModeRestore; btNext", "Step2RestoreSheet- Step 2 of 3 #100 Back"},
+      {"edUndoFile=C:\\No.reu; btNext", "Step2RestoreSheet- Step 2 of 3 #100 Back Next",
+       box + "Undo file \"C:\\No.reu\" does not exist.", "edUndoFile"},
+      {"edUndoFile=C:\\App; btNext", "Step2RestoreSheet- Step 2 of 3 #100 Back Next",
+       box + "Undo file \"C:\\App\" does not exist.", "edUndoFile"},
+      {"edUndoFile=C:\\App\\Undo.reu; btNext", "FinalStepSheet- Step 3 of 3 #100 Back Finish"},
+      {"btPrev", "Step2RestoreSheet- Step 2 of 3 #100 Back Next"},
+      {"btPrev", "Step1Sheet- Step 1 of 3 #100 Next"},
   };
-  for (const TRow& row : rows) {
-    SCOPED_TRACE(row.Steps);
-    FHost.ProjectFile.clear();
-    if (row.HasProject) OpenProject();
-    FFrontEnd.Shown.clear();
-    Show(row.Steps, [&](auto& form) { EXPECT_EQ(State(form), row.State); });
-    EXPECT_EQ(FFrontEnd.Shown.size() > 1 ? FFrontEnd.Shown[1] : "", row.Message);
-  }
-}
-
-TEST_F(WizardTest, FocusGoesWhereAMessagePointsTo) {
   OpenProject();
-  const std::pair<const char*, const char*> rows[] = {
-      {"rbModeRestore; btNext; edUndoFile=C:\\No; btNext", "edUndoFile"},
-      {"btNext; rbDestFolder; btNext; cbDirectory=C:\\No; btNext", "cbDirectory"},
-      {"btNext; btNext; btDeselect; btNext", "lbModules"},
-  };
-  for (const auto& [steps, focused] : rows) {
-    Show(steps, [&, name = focused](auto& form) { EXPECT_EQ(form.ActiveControl()->Name(), name); });
-  }
-}
-
-TEST_F(WizardTest, TextsThatTheExpertGives) {
-  Prepare = [](auto& form) {
-    form.SetWelcomeText("BDE/IBX", "KORVA");
-    form.rbModeReplace.SetText("&Replace BDE/IBX components");
-  };
-  Show("", [](auto& form) {
-    EXPECT_EQ(form.Caption(), "KORVA Migration Wizard - Step 1 of 5");
-    EXPECT_EQ(form.rbModeReplace.Text(), "&Replace BDE components") << "the form's own text comes last";
-    EXPECT_EQ(form.Label2.Text(),
-              "Wizard facilitates converting your application to KORVA. It replaces all standard BDE/IBX "
-              "components to "
-              "corresponding KORVA components. You may need to make some changes manually to compile your "
-              "application "
-              "successfully.");
+  Show("", [&](auto& form) {
+    for (const TRow& row : rows) {
+      SCOPED_TRACE(testing::Message() << "row " << &row - rows << ": " << row.Steps);
+      FFrontEnd.Shown.clear();
+      test::Play(form, row.Steps);
+      EXPECT_EQ(State(form), row.State);
+      EXPECT_EQ(FFrontEnd.Shown, row.Message.empty() ? TLines() : TLines{row.Message});
+      if (row.Focus != nullptr) {
+        EXPECT_EQ(form.ActiveControl()->Name(), row.Focus);
+      }
+    }
   });
-}
-
-TEST_F(WizardTest, ModesExcludeOneAnotherAndChooseTheReplacer) {
-  const std::pair<const char*, int> rows[] = {{"", 0},
-                                              {"rbModeReplaceIBX", 1},
-                                              {"rbModeRestore", 100},
-                                              {"rbModeRestore; rbModeReplaceIBX", 1},
-                                              {"rbModeReplaceIBX; rbModeReplace", 0}};
-  for (const auto& [steps, index] : rows) {
-    Show(steps, [&, expected = index](auto& form) {
-      EXPECT_EQ(form.GetReplacerIndex(), expected);
-      EXPECT_EQ(form.rbModeReplace.Checked() + form.rbModeReplaceIBX.Checked() + form.rbModeRestore.Checked(),
-                1);
-    });
-  }
+  // No project: the scope is a folder, and the other cannot be chosen.
+  FHost.ProjectFile.clear();
+  Show("btNext; rbDestProject; btNext",
+       [&](auto& form) { EXPECT_EQ(State(form), "Step3DirSheet- Step 3 of 5 #0 Back"); });
 }
 
 TEST_F(WizardTest, ShowTakesTheOptions) {
@@ -208,30 +167,25 @@ TEST_F(WizardTest, UnitListIsFilledOnceWithTheUnitsAlone) {
 }
 
 TEST_F(WizardTest, BackupFolderFollowsUntilTheUserTouchesIt) {
-  constexpr char kSrc[] = "btNext; rbDestFolder; btNext; cbDirectory=C:\\Src; btNext";
   constexpr char kSrc2[] = "; btPrev; cbDirectory=C:\\Src2; btNext";
-  struct TRow {
-    std::string Steps, Shown, InEffect;
-  };
-  const std::string src = kSrc;
-  const TRow rows[] = {
+  const std::string rows[][3] = {
+      // steps, what is shown, what is in effect
       {"btNext; btNext; btNext", "C:\\App\\RBackup", "C:\\App\\RBackup"},
-      {src, "C:\\Src\\RBackup", "C:\\Src\\RBackup"},
-      {src + kSrc2, "C:\\Src2\\RBackup", "C:\\Src2\\RBackup"},
-      {src + "; cbBackupDir=Old" + kSrc2, "Old", "C:\\Src2\\Old"},
-      {src + "; cbBackupDir=\\Old", "\\Old", "C:\\Src\\Old"},
-      {src + "; cbBackupDir=D:\\B" + kSrc2, "D:\\B", "D:\\B"},
-      {src + "; cbBackupDir=\\\\srv\\share\\B", "\\\\srv\\share\\B", "\\\\srv\\share\\B"},
-      {src + "; cbBackupDir=", "", "C:\\Src\\"},
-      {src + "; btBrowseBackFolder" + kSrc2, "C:\\Picked", "C:\\Picked"},
+      {kToSrc, "C:\\Src\\RBackup", "C:\\Src\\RBackup"},
+      {kToSrc + kSrc2, "C:\\Src2\\RBackup", "C:\\Src2\\RBackup"},
+      {kToSrc + "; cbBackupDir=Old" + kSrc2, "Old", "C:\\Src2\\Old"},
+      {kToSrc + "; cbBackupDir=\\Old", "\\Old", "C:\\Src\\Old"},
+      {kToSrc + "; cbBackupDir=D:\\B" + kSrc2, "D:\\B", "D:\\B"},
+      {kToSrc + "; cbBackupDir=", "", "C:\\Src\\"},
+      {kToSrc + "; btBrowseBackFolder" + kSrc2, "C:\\Picked", "C:\\Picked"},
   };
   FFrontEnd.Picked = "C:\\Picked";
-  for (const TRow& row : rows) {
-    SCOPED_TRACE(row.Steps);
-    OpenProject();
-    Show(row.Steps, [&](auto& form) {
-      EXPECT_EQ(form.cbBackupDir.Text(), row.Shown);
-      EXPECT_EQ(form.GetBackupDir(), row.InEffect);
+  OpenProject();
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row[0]);
+    Show(row[0], [&](auto& form) {
+      EXPECT_EQ(form.cbBackupDir.Text(), row[1]);
+      EXPECT_EQ(form.GetBackupDir(), row[2]);
     });
   }
 }
@@ -253,14 +207,13 @@ TEST_F(WizardTest, Pickers) {
 TEST_F(WizardTest, Summaries) {
   const std::string project = "Scan destination: Current open project\n\n";
   const std::string folder = "Scan destination: Folder \"C:\\Src\"\n\n";
-  const std::string src = "btNext; rbDestFolder; btNext; cbDirectory=C:\\Src; btNext";
   const std::string mode = "Mode: Replace BDE/IBX components\n\n";
   const std::pair<std::string, std::string> rows[] = {
       {"rbModeReplaceIBX; btNext; btNext; lbModules[0]; btNext; btNext",
        mode + project + "Backup dir: \"C:\\App\\RBackup\"\n\nWrite log file\n\nUnits list:\nDATA.PAS\n"},
       {"btNext; btNext; btNext; chViewLog; chMakeBackup; btNext",
        mode + project + "Write log file\n\nView log afer replace\n\nUnits list:\nMain.pas\nDATA.PAS\n"},
-      {src + "; chViewLog; chWriteLog; btNext", mode + folder + "Backup dir: \"C:\\Src\\RBackup\"\n\n"},
+      {kToSrc + "; chViewLog; chWriteLog; btNext", mode + folder + "Backup dir: \"C:\\Src\\RBackup\"\n\n"},
       {"rbModeRestore; btNext; edUndoFile=C:\\App\\Undo.reu; btNext",
        "Mode: Restore original files from backup\n\nUndo file: \"C:\\App\\Undo.reu\"\n\n"},
   };
@@ -270,65 +223,51 @@ TEST_F(WizardTest, Summaries) {
   }
 }
 
-std::string Describe(const mig::TReplaceOptions& options) {
-  return rtl::Format("%d|%s|%d|%d|%s|%d|%d|%s",
-                     {options.Dest, options.Directory, options.IncludeSubDirs, options.MakeBackup,
-                      options.BackupDir, options.WriteLog, options.ViewLog, options.UnitNames});
-}
-
 TEST_F(WizardTest, FinishFillsTheOptionsAndCancelDoesNot) {
-  const std::string src = "btNext; rbDestFolder; btNext; cbDirectory=C:\\Src; chSubDirs; btNext";
-  struct TRow {
-    std::string Steps;
-    int Result;
-    std::string Options;
-  };
-  const TRow rows[] = {
+  const std::tuple<std::string, int, std::string> rows[] = {
       {"btNext; btNext; lbModules[0]; btNext; btNext; btFinish", rtl::mrOk,
        "0||0|1|C:\\App\\RBackup|1|0|DATA.PAS\r\n"},
       {"btNext; btNext; btNext; chMakeBackup; btNext; btFinish", rtl::mrOk,
        "0||0|0|C:\\App\\RBackup|1|0|Main.pas\r\nDATA.PAS\r\n"},
-      {src + "; chViewLog; chWriteLog; btNext; btFinish", rtl::mrOk,
+      {kToSrc + "; btPrev; chSubDirs; btNext; chViewLog; chWriteLog; btNext; btFinish", rtl::mrOk,
        "1|C:\\Src|1|1|C:\\Src\\RBackup|0|1|old"},
       // The restore fills them, too, with whatever stands in the controls.
       {"rbModeRestore; btNext; edUndoFile=C:\\App\\Undo.reu; btNext; btFinish", rtl::mrOk,
        "0||0|1|C:\\App\\|1|0|"},
-      {src + "; btNext; btCancel", rtl::mrCancel, "0||0|1||1|0|old"},
-      {src + "; btNext", rtl::mrCancel, "0||0|1||1|0|old"},  // the system menu
+      {kToSrc + "; btNext; btCancel", rtl::mrCancel, "0||0|1||1|0|old"},
+      {kToSrc + "; btNext", rtl::mrCancel, "0||0|1||1|0|old"},  // the system menu
   };
-  for (const TRow& row : rows) {
-    SCOPED_TRACE(row.Steps);
+  for (const auto& [steps, result, filled] : rows) {
+    SCOPED_TRACE(steps);
     OpenProject();
     FOptions = mig::TReplaceOptions("BDE/IBX");
     FOptions.UnitNames = "old";
-    EXPECT_EQ(Show(row.Steps), row.Result);
-    EXPECT_EQ(Describe(FOptions), row.Options);
+    EXPECT_EQ(Show(steps), result);
+    EXPECT_EQ(test::Describe(FOptions), filled);
   }
 }
 
 TEST_F(WizardTest, HistoryTakesNewFoldersInFrontUpToTen) {
   OpenProject();
-  rtl::TStringList items;
-  const auto finishWith = [&](const std::string& folder) {
-    Prepare = [&](auto& form) { form.cbDirectory.SetItems(items); };
-    Show("btNext; rbDestFolder; btNext; cbDirectory=" + folder + "; btNext; btNext; btFinish",
-         [&](auto& form) { items = form.cbDirectory.Items(); });
+  // The list after a use with that folder.
+  const auto listAfter = [&](const std::string& items, const std::string& folder) {
+    std::string list;
+    Show("", [&](auto& form) {
+      rtl::TStringList lines;
+      lines.SetText(items);
+      form.cbDirectory.SetItems(lines);
+      test::Play(form, "btNext; rbDestFolder; btNext; cbDirectory=" + folder + "; btNext; btNext; btFinish");
+      list = form.cbDirectory.Items().Text();
+    });
+    return list;
   };
-  finishWith("C:\\Src");
-  finishWith("C:\\Src2");
-  finishWith("c:\\src");
-  EXPECT_EQ(items.Text(), "C:\\Src2\r\nC:\\Src\r\n") << "a known folder stays where it is";
-
-  items.Clear();
-  for (int i = 0; i < 12; ++i) items.Add(rtl::Format("C:\\%d", {i}));
-  finishWith("C:\\Src");
-  EXPECT_EQ(items.Count(), 12) << "one insertion removes one entry";
-  items.Delete(11);
-  items.Delete(10);
-  finishWith("C:\\Src2");
-  EXPECT_EQ(items.Count(), 10);
-  EXPECT_EQ(items[0], "C:\\Src2");
-  EXPECT_EQ(items[9], "C:\\7");
+  EXPECT_EQ(listAfter("", "C:\\Src"), "C:\\Src\r\n");
+  EXPECT_EQ(listAfter("D:\\\r\nC:\\Src", "C:\\Src2"), "C:\\Src2\r\nD:\\\r\nC:\\Src\r\n");
+  EXPECT_EQ(listAfter("C:\\Src\r\nD:\\", "c:\\src"), "C:\\Src\r\nD:\\\r\n") << "a known folder stays";
+  const std::string nine = "1\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n8\r\n9\r\n", src = "C:\\Src\r\n";
+  EXPECT_EQ(listAfter(nine, "C:\\Src"), src + nine);
+  EXPECT_EQ(listAfter(nine + "10", "C:\\Src"), src + nine);
+  EXPECT_EQ(listAfter(nine + "10\r\n11\r\n12", "C:\\Src"), src + nine + "10\r\n11\r\n") << "one goes for one";
 }
 
 }  // namespace

@@ -1,0 +1,23 @@
+// kvamigrate as a script sees it.
+#pragma once
+
+#include <cstdlib>
+#include <sys/wait.h>
+
+#include "tests/TempTree.h"
+
+namespace tests {
+
+// Runs it in the tree: "STATUS|standard output|standard error", with the tree's path as <dir>.
+inline std::string RunCommand(const TTempTree& tree, const std::string& arguments) {
+  const std::string command = "cd " + tree.HostPath() + " && " + KVA_BINARY_DIR + "/cli/kvamigrate " +
+                              arguments + " >out.txt 2>err.txt";
+  const int status = std::system(command.c_str());
+  std::string text =
+      std::to_string(WEXITSTATUS(status)) + "|" + tree.Read("out.txt") + "|" + tree.Read("err.txt");
+  for (const std::string& path : {tree.WindowsPath(), tree.HostPath()})
+    for (size_t at; (at = text.find(path)) != std::string::npos;) text.replace(at, path.size(), "<dir>");
+  return text;
+}
+
+}  // namespace tests

@@ -1,0 +1,23 @@
+// A temporary tree that is drive C: and holds the user's settings too.
+#pragma once
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+#include "tests/TempTree.h"
+#include "win/Drives.h"
+
+namespace tests {
+
+class TScratch : public TTempTree {
+ public:
+  static constexpr char kSettings[] = "config/Tarvex/registry.ini";
+
+  TScratch() {
+    EXPECT_TRUE(win::MapDrive('C', HostPath()));
+    setenv("XDG_CONFIG_HOME", HostPath("config").c_str(), 1);
+  }
+  ~TScratch() { win::ResetDrives(); }
+};
+
+}  // namespace tests

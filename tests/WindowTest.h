@@ -1,0 +1,97 @@
+// A person at the windows: acts, one after the other, each on the modal window that is in front by then.
+#pragma once
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+#include <deque>
+#include <functional>
+
+#include "desktop/FrontEnd.h"
+#include "desktop/QtText.h"
+#include "tests/Scratch.h"
+
+namespace tests {
+
+// Drive C: with a copy of the example project as C:\App.
+class TWindowTest : public testing::Test {
+ protected:
+  using TAct = std::function<void(QWidget&)>;
+  using TActs = std::deque<TAct>;
+
+  TWindowTest() {
+    std::filesystem::copy(std::filesystem::path(KVA_SOURCE_DIR) / "examples/bde", FScratch.HostPath("App"),
+                          std::filesystem::copy_options::recursive);
+  }
+
+  // Runs `use`, which opens windows, and does the acts on them. The texts of message boxes are recorded.
+  void Do(const std::function<void()>& use, TActs acts) {
+    int patience = 0;
+    QObject alive;  // ends the ticks with this use
+    const std::function<void()> tick = [&] {
+      // A timer of its own each time: an act may open a window that runs its events within the act.
+      QTimer::singleShot(10, &alive, tick);
+      QWidget* const window = QApplication::activeModalWidget();
+      if (window == nullptr || !window->isVisible() || window->objectName() == "ProgressWindow") return;
+      if (acts.empty()) {
+        if (++patience == 100) window->close();  // a test that is wrong ends, too
+        return;
+      }
+      const TAct act = std::move(acts.front());
+      acts.pop_front();
+      if (const auto* box = qobject_cast<QMessageBox*>(window))
+        FMessages.push_back(box->text().toStdString());
+      BeforeAct(*window);
+      act(*window);
+    };
+    tick();
+    use();
+    EXPECT_TRUE(acts.empty() && patience < 100) << "what was expected did not come";
+  }
+  virtual void BeforeAct(QWidget&) {}
+
+  // For the manual: with KVA_PICTURES set to a folder, the window is saved there as it is now.
+  void TakePicture(QWidget& window) {
+    if (qEnvironmentVariableIsEmpty("KVA_PICTURES")) return;
+    QTest::qWait(50);
+    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+    window.grab().save(QString("%1/%2-%3-%4.png")
+                           .arg(qEnvironmentVariable("KVA_PICTURES"), test->test_suite_name(), test->name())
+                           .arg(++FPictures, 2, 10, QChar('0')));
+  }
+
+  static TAct Press(Qt::Key key) {
+    return [=](QWidget& window) {
+      QTest::keyClick(window.focusWidget() != nullptr ? window.focusWidget() : &window, key);
+    };
+  }
+  static TAct Click(const char* name) {
+    return [=](QWidget& window) {
+      auto* const button = window.findChild<QAbstractButton*>(name);
+      ASSERT_TRUE(button != nullptr && button->isVisible() && button->isEnabled()) << name;
+      QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
+    };
+  }
+  static TAct Type(const char* name, const std::string& text) {
+    return [=](QWidget& window) {
+      auto* const field = window.findChild<QWidget*>(name);
+      ASSERT_TRUE(field != nullptr && field->isVisible()) << name;
+      field->setFocus();
+      QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+      QTest::keyClicks(field, desktop::ToQt(text));
+    };
+  }
+  // The road through the project's pages to the end, the question and the outcome.
+  static TActs WholeRun() { return TActs(7, Press(Qt::Key_Return)); }
+
+  TScratch FScratch;
+  desktop::TFrontEnd FFrontEnd{"Test"};
+  std::vector<std::string> FMessages;
+
+ private:
+  int FPictures = 0;
+};
+
+}  // namespace tests
