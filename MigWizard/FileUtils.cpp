@@ -58,6 +58,7 @@ void EmptyFolder(std::string_view dir) {
 class TCopies {
  public:
   explicit TCopies(TTeam& team) : FTeam(team) {}
+  ~TCopies() { FTeam.Drop(); }
 
   // Each folder is a task.
   void AddFolder(const std::string& source, const std::string& target) {

@@ -58,8 +58,9 @@ void TFilesAhead::ReadAhead() {
     const TFile& file = FFiles.back();
     FBytesAhead += file.Size;
     if (file.Conversion)
-      offers.push_back(
-          [&other = FOther, conversion = file.Conversion] { conversion->DoUnlessClaimed(other); });
+      offers.push_back([&other = FOther, offered = std::weak_ptr(file.Conversion)] {
+        if (const auto conversion = offered.lock()) conversion->DoUnlessClaimed(other);
+      });
   }
   if (!offers.empty()) FTeam.Offer(std::move(offers));
 }

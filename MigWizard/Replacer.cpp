@@ -17,6 +17,7 @@ namespace {
 
 constexpr char kLogName[] = "Wiz_Log.txt";
 constexpr char kTempPrefix[] = "$DS";
+constexpr size_t kMostBackupsAhead = 32;  // that wait to be made, while the walk goes on
 
 // Whether two spellings name one file. Most that differ do not even look alike.
 bool IsSameFile(const std::string& left, const std::string& right) {
@@ -35,6 +36,15 @@ bool CopyBackup(const std::string& fileName, const std::string& backupName) {
   return rtl::FileExists(backupName) && win::FileSystem().CopyPermissions(fileName, backupName) &&
          win::CopyFileA(fileName, backupName, false);
 }
+
+// As long as it lives, folders may be held open.
+class THeldFolders {
+ public:
+  THeldFolders() { win::FileSystem().HoldFolders(true); }
+  ~THeldFolders() { win::FileSystem().HoldFolders(false); }
+  THeldFolders(const THeldFolders&) = delete;
+  THeldFolders& operator=(const THeldFolders&) = delete;
+};
 
 // Runs `action` at the end of its block, also when an exception passes.
 template <typename TAction>
@@ -102,6 +112,7 @@ bool TComponentReplacer::Replace() {
   FUndoList.Clear();
   FChangedFiles = 0;
   const std::string logName = LogFileName();
+  const THeldFolders held;
   if (FOptions.WriteLog) FLog.Open(logName);
   bool succeeded = false;
   {
@@ -154,8 +165,21 @@ void TComponentReplacer::WalkUnits(TTeam& team, const std::string& tempDir) {
   FCheckedNames.clear();
   FFolders.clear();
   FBackups.clear();
-  // Also when an exception passes: the files that were dealt with before it have their backups.
-  const TFinally finishBackups([this, &team] { FinishBackups(team); });
+  try {
+    WalkList(team, tempDir);
+  } catch (...) {
+    // The files that were dealt with before have their backups all the same.
+    try {
+      FinishBackups(team);
+    } catch (...) {  // what ended the walk is told
+    }
+    throw;
+  }
+  FinishBackups(team);
+  ReportProgress(FUnits.Count(), {});
+}
+
+void TComponentReplacer::WalkList(TTeam& team, const std::string& tempDir) {
   const int firstAdded = FUnits.Count();
   bool prePass = FOptions.Dest == sdProject;
   TFilesAhead files(FUnits, team, FConverter, FOtherConverter);
@@ -174,7 +198,6 @@ void TComponentReplacer::WalkUnits(TTeam& team, const std::string& tempDir) {
     const std::string fileName = FUnits[i];
     ProcessEntry(fileName, files, team, tempDir);
   }
-  ReportProgress(FUnits.Count(), {});
 }
 
 void TComponentReplacer::ReportProgress(int done, std::string_view fileName) const {
@@ -233,17 +256,21 @@ void TComponentReplacer::BackupFile(const std::string& fileName, const std::stri
   } else {
     backupName = JoinPath(FOptions.BackupDir, rtl::ExtractFileName(BackupFileName(fileName)));
   }
+  const bool isNamedAgain = !FUndoList.Values(fileName).empty();
   FUndoList.SetValue(fileName, backupName);
+  if (isNamedAgain) return;  // by a second unit; the backup is made, or being made
   TBackup& backup = FBackups.emplace_back(TBackup{fileName});
   team.Add([&backup, backupName] {
-    if (!CopyBackup(backup.FileName, backupName)) backup.Error = win::GetLastError();
+    backup.Failed = !CopyBackup(backup.FileName, backupName);
+    if (backup.Failed) backup.Error = win::GetLastError();
   });
+  team.CatchUp(kMostBackupsAhead);
 }
 
 void TComponentReplacer::FinishBackups(TTeam& team) {
   team.Finish();
   for (const TBackup& backup : FBackups) {
-    if (backup.Error == 0) continue;
+    if (!backup.Failed) continue;
     Warn(rtl::Format("No backup of \"%s\" could be made. %s",
                      {backup.FileName, win::SysErrorMessage(backup.Error)}));
   }
@@ -301,6 +328,7 @@ bool TComponentReplacer::Restore(std::string_view undoFile) {
                      {FUnits[i]}));
     return false;
   }
+  const THeldFolders held;
   bool succeeded = false;
   for (int i = 0; i < FUnits.Count(); ++i) {
     const std::string_view name = FUnits.Names(i);

@@ -98,7 +98,7 @@ class TComponentReplacer {
   std::function<bool(std::string_view fileName)> OnExclude;
 
  protected:
-  // The text that stands in a unit's source in place of a class name.
+  // The text that stands in a unit's source in place of a class name. Called by several threads at a time.
   virtual std::string GetReplacement(std::string_view oldClass, std::string_view newClass);
 
  private:
@@ -108,6 +108,7 @@ class TComponentReplacer {
   void ScanFolder(const std::string& dir, bool includeSubDirs);
   std::string RunFolder() const;
   void WalkUnits(TTeam& team, const std::string& tempDir);
+  void WalkList(TTeam& team, const std::string& tempDir);
   void ReportProgress(int done, std::string_view fileName) const;
   void ProcessEntry(const std::string& fileName, TFilesAhead& files, TTeam& team, const std::string& tempDir);
   void RefuseSecondFile(const std::string& fileName);
@@ -132,7 +133,8 @@ class TComponentReplacer {
 
   struct TBackup {
     std::string FileName;
-    uint32_t Error = 0;  // why it could not be made
+    bool Failed = false;
+    uint32_t Error = 0;  // why
   };
 
   TClassMap FClasses;

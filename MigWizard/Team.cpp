@@ -2,7 +2,6 @@
 
 #include <iterator>
 #include <memory>
-#include <system_error>
 #include <utility>
 
 #include "win/FileSystem.h"
@@ -10,28 +9,22 @@
 namespace mig {
 
 TTeam::TTeam() {
-  win::FileSystem().HoldFolders(true);
-  if (!win::IsHostFileSystem()) return;
-  try {
-    FHelper = std::thread([this] { Help(); });
-  } catch (const std::system_error&) {  // the system has none to give
-  }
+  // Without a thread to be had, the walk does everything.
+  if (win::IsHostFileSystem()) (void)FHelper.Start(FHelp);
 }
 
 TTeam::~TTeam() {
+  Drop();
   {
     const std::lock_guard lock(FMutex);
-    FOffers.clear();
-    FTasks.clear();
     FEnds = true;
   }
   FCame.notify_one();
-  if (FHelper.joinable()) FHelper.join();
-  win::FileSystem().HoldFolders(false);
+  FHelper.Join();
 }
 
 void TTeam::Offer(std::vector<TTask> offers) {
-  if (!FHelper.joinable()) return;
+  if (!FHelper.IsRunning()) return;
   {
     const std::lock_guard lock(FMutex);
     FOffers.insert(FOffers.end(), std::make_move_iterator(offers.begin()),
@@ -41,7 +34,7 @@ void TTeam::Offer(std::vector<TTask> offers) {
 }
 
 void TTeam::Add(TTask task) {
-  if (!FHelper.joinable()) return task();
+  if (!FHelper.IsRunning()) return task();
   {
     const std::lock_guard lock(FMutex);
     FTasks.push_back(std::move(task));
@@ -50,16 +43,28 @@ void TTeam::Add(TTask task) {
   FDone.notify_one();
 }
 
+void TTeam::CatchUp(size_t most) {
+  std::unique_lock lock(FMutex);
+  while (FTasks.size() > most) DoOne(lock, FTasks, false);
+}
+
 void TTeam::Finish() {
   std::unique_lock lock(FMutex);
   FOffers.clear();
   for (;;) {
     FDone.wait(lock, [this] { return !FTasks.empty() || FInWork == 0; });
     if (FTasks.empty()) break;
-    TTask task = std::move(FTasks.front());
-    FTasks.pop_front();
-    Do(std::move(task), lock);
+    DoOne(lock, FTasks, false);
   }
+  if (FFailure) std::rethrow_exception(std::exchange(FFailure, nullptr));
+}
+
+void TTeam::Drop() {
+  std::unique_lock lock(FMutex);
+  FOffers.clear();
+  FTasks.clear();
+  FDone.wait(lock, [this] { return FInWork == 0; });
+  FTasks.clear();  // what the last ones added
 }
 
 void TTeam::Help() {
@@ -70,24 +75,28 @@ void TTeam::Help() {
   for (;;) {
     FCame.wait(lock, [this] { return FEnds || !FOffers.empty() || !FTasks.empty(); });
     if (FEnds) return;
-    TTask task;
     if (!FOffers.empty()) {
-      task = std::move(FOffers.back());
-      FOffers.pop_back();
+      DoOne(lock, FOffers, true);
     } else {
-      task = std::move(FTasks.front());
-      FTasks.pop_front();
+      DoOne(lock, FTasks, false);
     }
-    Do(std::move(task), lock);
   }
 }
 
-void TTeam::Do(TTask task, std::unique_lock<std::mutex>& lock) noexcept {
+void TTeam::DoOne(std::unique_lock<std::mutex>& lock, std::deque<TTask>& tasks, bool fromEnd) {
+  TTask task = std::move(fromEnd ? tasks.back() : tasks.front());
+  fromEnd ? tasks.pop_back() : tasks.pop_front();
   ++FInWork;
   lock.unlock();
-  task();
+  std::exception_ptr failure;
+  try {
+    task();
+  } catch (...) {
+    failure = std::current_exception();
+  }
   task = nullptr;
   lock.lock();
+  if (failure && !FFailure) FFailure = failure;
   if (--FInWork == 0) FDone.notify_one();
 }
 

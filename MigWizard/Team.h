@@ -9,10 +9,12 @@
 
 #include <condition_variable>
 #include <deque>
+#include <exception>
 #include <functional>
 #include <mutex>
-#include <thread>
 #include <vector>
+
+#include "win/Thread.h"
 
 namespace mig {
 
@@ -26,20 +28,27 @@ class TTeam {
   TTeam(const TTeam&) = delete;
   TTeam& operator=(const TTeam&) = delete;
 
-  // For the helper, which takes the last one first. Neither offers nor tasks raise anything.
+  // For the helper, which takes the last one first. They raise nothing.
   void Offer(std::vector<TTask> offers);
 
-  // To be done by either thread, with others at the same time. Raises what the task raises, or keeps it for
-  // Finish. A task may add further ones.
+  // To be done by either thread, with others at the same time. A task may add further ones. What a task
+  // raises is kept for Finish; without a helper it is raised here.
   void Add(TTask task);
+
+  // Works on the tasks until no more than `most` wait, so that the walk does not run away from the helper.
+  void CatchUp(size_t most);
 
   // Drops the offers, and works on the tasks until none is left nor in work. Raises what the first one to
   // fail raised; the others are done all the same.
   void Finish();
 
+  // Drops offers and tasks that nobody has begun, and waits for what is in work.
+  void Drop();
+
  private:
   void Help();
-  void Do(TTask task, std::unique_lock<std::mutex>& lock) noexcept;
+  // Does the first task, unlocked meanwhile.
+  void DoOne(std::unique_lock<std::mutex>& lock, std::deque<TTask>& tasks, bool fromEnd);
 
   std::mutex FMutex;  // for what follows
   std::condition_variable FCame, FDone;
@@ -47,7 +56,9 @@ class TTeam {
   std::deque<TTask> FTasks;
   int FInWork = 0;
   bool FEnds = false;
-  std::thread FHelper;
+  std::exception_ptr FFailure;
+  const TTask FHelp = [this] { Help(); };
+  win::TThread FHelper;
 };
 
 }  // namespace mig

@@ -123,8 +123,18 @@ TEST_F(RunTest, KilledBeforeTheLastStepLeavesAllOriginals) {
   EXPECT_EQ(Failure<rtl::EAbort>(), "stop");
   EXPECT_EQ(Sources(), before);
   EXPECT_TRUE(TempFolderIsEmpty());
-  EXPECT_FALSE(fs::exists(FTree.HostPath("src/RBackup/RExpert.reu")));
+  EXPECT_EQ(FTree.Names("src/RBackup"), (std::vector<std::string>{"A.~DFM", "A.~pas", "Sub"}));
+  EXPECT_EQ(FTree.Names("src/RBackup/Sub"), (std::vector<std::string>{"B.~DFM", "B.~pas"}));
   EXPECT_TRUE(Read("src/Wiz_Log.txt").ends_with("1 change(s)\r\n\r\n"));
+}
+
+TEST_F(RunTest, AWarningMayEndTheRun) {
+  const auto before = Sources();
+  FTree.MakeFolder("src/RBackup/A.~pas");
+  Replacer().OnWarning = [](std::string_view message) { throw rtl::EAbort(std::string(message)); };
+  EXPECT_EQ(Failure<rtl::EAbort>(), "No backup of \"<dir>\\src\\A.pas\" could be made. Access is denied.");
+  EXPECT_EQ(Sources(), before);
+  EXPECT_TRUE(TempFolderIsEmpty());
 }
 
 // However far a run was ahead of the file that ends it, and whichever thread did what.

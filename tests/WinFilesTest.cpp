@@ -25,6 +25,7 @@ using TNames = std::vector<std::string>;
 
 class WinFilesTest : public testing::Test {
  protected:
+  WinFilesTest() { FFiles.HoldFolders(true); }
   ~WinFilesTest() override { ResetDrives(); }
 
   // What reading `name`, as the program spells it, gives: contents, or "error N".
@@ -358,6 +359,29 @@ TEST_F(WinFilesTest, ForeignChangesBetweenLookUpsAreSeen) {
       EXPECT_EQ(Open(base + "OTHER"), "other");
     }
   }
+}
+
+// What was looked for a moment ago in a folder says nothing of the folder itself, nor of what others put
+// there.
+TEST_F(WinFilesTest, AListingDoesNotHideWhatIsThere) {
+  for (const char* const path : {"Z:\\", ".", ".."}) {
+    EXPECT_EQ(Bits(FFiles.GetFileAttributesA(std::string(path) + "\\no such file")), "RDLN") << path;
+    EXPECT_EQ(Bits(FFiles.GetFileAttributesA(path)), "D") << path;
+  }
+  FTree.Link("file", "link");
+  for (int i = 0; i < 20; ++i) {
+    const std::string number = std::to_string(i);
+    EXPECT_EQ(Create("Own" + number), ERROR_SUCCESS);
+    FTree.Write("foreign" + number, "kept");
+    chmod(FTree.HostPath("foreign" + number).c_str(), 0444);
+    EXPECT_EQ(Create("own again" + number), ERROR_SUCCESS);
+    EXPECT_EQ(Attributes("foreign" + number), "R");
+    EXPECT_EQ(Copy("Own0", "foreign" + number), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(Copy("OWN" + number, "LINK"), ERROR_SUCCESS);
+  }
+  EXPECT_EQ(FTree.Read("file"), "new");
+  EXPECT_EQ(FTree.Read("foreign7"), "kept");
+  EXPECT_TRUE(std::filesystem::is_symlink(FTree.HostPath("link")));
 }
 
 TEST(WinFilesManyTest, AFolderOfManyNamesIsNotReadForEachOfThem) {

@@ -112,6 +112,8 @@ class TFileSystem {
   [[nodiscard]] virtual std::string GetLongPathNameA(std::string_view path) = 0;
 
   // While on, folders may be held open from one operation to the next, for the sake of speed. Off at first.
+  // Switching it off closes them, and all that FlushWritten would bring to the disk, which is left to the
+  // system then.
   virtual void HoldFolders(bool /*hold*/) {}
 
   // Brings everything that was written since the last call to the disk, with the names under which it stands:

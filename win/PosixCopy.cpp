@@ -139,6 +139,7 @@ bool SetPermissionsAndTime(int fd, const struct stat& source) {
 // Goes from a link to the place that it names, through further links. `exists` tells whether anything is
 // there.
 bool FollowLinks(TPlace& place, struct stat& info, bool& exists) {
+  place.Widen();
   for (int i = 0; i < kMostLinks; ++i) {
     std::string text(256, '\0');
     ssize_t length = 0;

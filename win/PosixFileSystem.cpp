@@ -200,6 +200,11 @@ bool TPosixFileSystem::FoldsCase(const TPlace& place, dev_t device) {
   return known->second;
 }
 
+void TPosixFileSystem::HoldFolders(bool hold) {
+  FFolders.HoldFolders(hold);
+  if (!hold) FWritten.Drop();
+}
+
 bool TPosixFileSystem::FlushWritten() {
   return FWritten.Flush() || FailErrno(errno);
 }

@@ -31,7 +31,7 @@ class TPosixFileSystem : public TFileSystem {
   bool CopyPermissions(std::string_view source, std::string_view target) override;
   std::string GetTempPathA() override;
   std::string GetLongPathNameA(std::string_view path) override;
-  void HoldFolders(bool hold) override { FFolders.HoldFolders(hold); }
+  void HoldFolders(bool hold) override;
   bool FlushWritten() override;
 
   // How often a folder was read to look a name up, for measurements.
@@ -45,8 +45,9 @@ class TPosixFileSystem : public TFileSystem {
   bool Locate(std::string_view path, TKind kind, TPlace& place);
   bool Shorten(TPlace& place);
 
-  // What AtPlace does about a name that was not there a moment ago: ask whether it came since, or not,
-  // because the name is about to be made and could come behind any question too.
+  // What AtPlace does where the exact name is not there, and a moment ago there was none that differs in case
+  // alone either: ask whether one came since, or not, because the name is about to be made, and one could
+  // come behind any question too.
   enum class TAbsence { Asked, Believed };
 
   // Calls `operation`, which gives a negative number and errno where it fails, with `place` as it is written
@@ -77,15 +78,11 @@ int TPosixFileSystem::AtPlace(TPlace& place, const TOperation& operation, TAbsen
   const int base = place.Base;
   const std::string given = place.Path;
   const TFolderCache::TRecall recalled = FFolders.Recall(place);
-  if (recalled == TFolderCache::TRecall::Absent) {
-    errno = ENOENT;
-    if (absence == TAbsence::Believed) return -1;
-  } else {
-    const int result = operation(place);
-    if (result >= 0 || errno != ENOENT) return result;
-    // The listing names what is not there, or a link that leads nowhere.
-    if (recalled == TFolderCache::TRecall::Present) FFolders.Forget(place);
-  }
+  const int first = operation(place);
+  if (first >= 0 || errno != ENOENT) return first;
+  if (recalled == TFolderCache::TRecall::Absent && absence == TAbsence::Believed) return first;
+  // The listing names what is not there, or a link that leads nowhere.
+  if (recalled == TFolderCache::TRecall::Present) FFolders.Forget(place);
   for (int attempt = 1;; ++attempt) {
     place.Base = base;
     place.Path = given;

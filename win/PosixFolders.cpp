@@ -70,6 +70,11 @@ bool IsClearlyOlder(const TFolderStamp& stamp, int64_t moment) {
          (wholeSeconds ? kClearlyOlderInSeconds : kClearlyOlder);
 }
 
+// A relative path means another place when the process changes its folder.
+bool IsFull(const TPlace& place) {
+  return place.Base == AT_FDCWD && place.Path.starts_with('/');
+}
+
 struct TDirCloser {
   void operator()(DIR* dir) const { closedir(dir); }
 };
@@ -163,15 +168,16 @@ TFolderCache::TOutcome TFolderCache::Respell(TPlace& place) {
 }
 
 TFolderCache::TRecall TFolderCache::Recall(TPlace& place) {
-  if (FPaths.empty() || place.Base != AT_FDCWD) return TRecall::Unknown;
+  const std::string_view given = place.Leaf();
+  if (FPaths.empty() || !IsFull(place) || given.empty() || given == "." || given == "..")
+    return TRecall::Unknown;
   const auto known = FPaths.find(place.Folder());
   if (known == FPaths.end()) return TRecall::Unknown;
   TFolderListing& listing = *known->second.Listing;
   const int64_t now = Now();
   if (now - listing.FSeenAt >= kMoment || !IsAlive(listing, now)) return TRecall::Unknown;
-  const std::string_view leaf = place.Leaf();
-  const std::string* const found = listing.Find(leaf);
-  std::string name(found ? std::string_view(*found) : leaf);
+  const std::string* const found = listing.Find(given);
+  std::string name(found ? std::string_view(*found) : given);
   place.Listing = &listing;
   Open(known->second);
   place.BaseOwner = known->second.Folder;
@@ -211,7 +217,7 @@ void TFolderCache::ForgetPaths() {
 
 // `place` is spelled as on disk, and its folder was given as `givenFolder`.
 void TFolderCache::NotePath(const TPlace& place, TFolderListing* listing, std::string_view givenFolder) {
-  if (!listing || place.Base != AT_FDCWD || !(listing->FSettled || listing->FKeptCurrent)) return;
+  if (!listing || !IsFull(place) || !(listing->FSettled || listing->FKeptCurrent)) return;
   if (FPaths.size() >= kMostPaths) ForgetPaths();
   const auto known = FPaths.find(givenFolder);
   if (known == FPaths.end()) {

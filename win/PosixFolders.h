@@ -19,8 +19,11 @@
 //    for a short time only, in proportion to what reading the folder takes. So what others do to a folder in
 //    which a run writes at the same moment is seen after that time at the latest, and the reading costs a few
 //    percent.
-//  - For a moment behind each of these comparisons the folder is not asked again: a run does many things in
-//  one folder, one behind the other.
+//  - For a moment behind each of these comparisons, and behind each own change, the folder is not asked again
+//  where a name is found, or is about to be made: a run does many things in one folder, one behind the other.
+//  Of own changes that follow each other in such a moment only some take the folder's times; if the last one
+//  did not, the folder is read again. The exact name that is asked for is always looked for on the disk
+//  first.
 //  - A name that was found is proved by the operation for which it was looked up: see
 //  TPosixFileSystem::AtPlace.
 #pragma once

@@ -68,7 +68,7 @@ void TWrittenFiles::Note(int fd, dev_t device, const TPlace& place) {
 
 bool TWrittenFiles::Flush() {
   const std::lock_guard lock(FMutex);
-  int failure = std::exchange(FFailure, 0);
+  int failure = FFailure;
   const auto keep = [&failure](bool succeeded) {
     if (!succeeded && failure == 0) failure = errno;
   };
@@ -83,13 +83,23 @@ bool TWrittenFiles::Flush() {
       keep(FlushFile(noted.Folder.Get()));
     }
   }
+  ForgetAll();
+  errno = failure;
+  return failure == 0;
+}
+
+void TWrittenFiles::Drop() {
+  const std::lock_guard lock(FMutex);
+  ForgetAll();
+}
+
+void TWrittenFiles::ForgetAll() {
   FFiles.clear();
   FDevices.clear();
   FMany = false;
   FEverything = false;
+  FFailure = 0;
   ++FEpoch;
-  errno = failure;
-  return failure == 0;
 }
 
 }  // namespace win

@@ -35,7 +35,10 @@ class TWrittenFiles {
   // system could not; then it is open what has reached the disk. Afterwards nothing is noted any more.
   [[nodiscard]] bool Flush();
 
-  // Grows with each Flush. Who goes on writing to a file behind a Flush must note it again.
+  // Forgets what was noted, which is left to the system, and closes it.
+  void Drop();
+
+  // Grows with each Flush and Drop. Who goes on writing to a file behind one must note it again.
   uint64_t Epoch() const { return FEpoch.load(std::memory_order_relaxed); }
 
  private:
@@ -43,6 +46,8 @@ class TWrittenFiles {
     TUniqueFd File;
     TUniqueFd Folder;
   };
+
+  void ForgetAll();
 
   std::mutex FMutex;                    // for what follows
   std::vector<TNoted> FFiles;           // as long as there are few
