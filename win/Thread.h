@@ -14,8 +14,8 @@ class TThread {
   TThread(const TThread&) = delete;
   TThread& operator=(const TThread&) = delete;
 
-  // Runs `work`, which raises nothing, on a new thread; it must live until Join. Once. False where the system has no
-  // thread to give.
+  // Runs `work`, which raises nothing, on a new thread; it must live until Join. Once. False where the system
+  // has no thread to give.
   [[nodiscard]] bool Start(const std::function<void()>& work);
   bool IsRunning() const { return FIsRunning; }
   void Join();
