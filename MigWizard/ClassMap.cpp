@@ -16,6 +16,7 @@ uint64_t LengthBit(size_t length) {
 
 void TClassMap::AddClass(std::string_view oldClass, std::string_view newClass) {
   FClassIndex.AddObject(oldClass, FNewClasses.Add(newClass));
+  FOldClasses.Add(oldClass);
   for (const std::string& spelling : {rtl::UpperCase(oldClass), rtl::LowerCase(oldClass)})
     FLengths[static_cast<uint8_t>(spelling[0])] |= LengthBit(spelling.size());
 }

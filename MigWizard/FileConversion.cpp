@@ -30,6 +30,7 @@ TFileConverter::TFileConverter(const TClassMap& classes, std::string_view oldUni
                  }},
       FClasses(classes),
       FFormParser(std::move(formParser)) {
+  FOldUnit.Add(oldUnit);
   FFormParser->OnGetPropValue = [this](std::string_view, std::string_view value) {
     return OnGetDatabase ? OnGetDatabase(value, *FFormEncoding) : std::string();
   };
@@ -49,9 +50,16 @@ TFileConversion TFileConverter::Convert(const std::string& fileName, std::string
   return result;
 }
 
+// Whether the pass over a unit can change or find anything. Told from the bytes alone.
+bool TFileConverter::MayMatter(std::string_view unitText) const {
+  return unitText.find("{$R") != std::string_view::npos || unitText.find("{$r") != std::string_view::npos ||
+         FClasses.OldClasses().FindAny(unitText) || FOldUnit.FindAny(unitText);
+}
+
 void TFileConverter::ConvertUnitFile(const std::string& fileName, std::string bytes,
                                      TFileConversion& result) const {
   const TTextFile unit = DecodeTextFile(std::move(bytes));
+  if (!MayMatter(unit.Text)) return;
   const TUnitResult converted = ConvertUnit(unit.Text, *unit.Encoding, FUnitRules);
   result.Changes = converted.Changes;
   for (const std::string_view directive : converted.ResourceDirectives) {
@@ -69,6 +77,7 @@ void TFileConverter::ConvertFormFile(std::string bytes, TFileConversion& result)
   TFormFile form = DecodeFormFile(std::move(bytes));
   result.TrailingBytes = form.RCData.TrailingBytes;
   const std::string_view text = std::string_view(form.Text).substr(0, form.Text.find('\0'));
+  if (!FClasses.OldClasses().FindAny(text)) return;
   FFormEncoding = form.Encoding;
   rtl::TMemoryStream output;
   result.Changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output);

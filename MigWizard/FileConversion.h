@@ -13,6 +13,7 @@
 #include "MigWizard/ClassMap.h"
 #include "MigWizard/FormParser.h"
 #include "MigWizard/UnitPass.h"
+#include "MigWizard/WordSearch.h"
 #include "qrl/Encoding.h"
 
 namespace mig {
@@ -48,11 +49,13 @@ class TFileConverter {
   std::function<std::string(std::string_view alias, const qrl::TEncoding& encoding)> OnGetDatabase;
 
  private:
+  bool MayMatter(std::string_view unitText) const;
   void ConvertUnitFile(const std::string& fileName, std::string bytes, TFileConversion& result) const;
   void ConvertFormFile(std::string bytes, TFileConversion& result);
 
   const TUnitRules FUnitRules;
   const TClassMap& FClasses;
+  TWordSearch FOldUnit;
   std::unique_ptr<TFormParser> FFormParser;
   const qrl::TEncoding* FFormEncoding = &qrl::TEncoding::Default();  // of the form being converted
 };

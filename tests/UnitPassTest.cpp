@@ -1,8 +1,13 @@
 // The unit pass: what changes in a unit, and which form file it names.
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <iterator>
+#include <random>
 #include <string>
 
+#include "MigWizard/FormPass.h"
 #include "MigWizard/UnitPass.h"
+#include "rtl/SysUtils.h"
 #include "target/Catalogue.h"
 #include "win/CodePage.h"
 
@@ -98,6 +103,49 @@ TEST(FormSearchTest, Encodings) {
   EXPECT_EQ(FormFileOfDirective("{$R \x83\x7B.dfm}", source, qrl::TEncoding::Default()),
             "C:\\src\\\xE3\x83\x9C.dfm");
   ASSERT_TRUE(win::SetACP(1252));
+}
+
+TEST(WordSearchTest, FindsWhatIsThere) {
+  std::mt19937 random(1);
+  const auto text = [&random](size_t most) {
+    std::string made;
+    for (auto length = random() % most; length > 0; --length) made += "aAbBtT$4\xE1"[random() % 9];
+    return made;
+  };
+  size_t found = 0;
+  for (int round = 0; round < 20000; ++round) {
+    TWordSearch search;
+    std::vector<std::string> words;
+    for (auto count = random() % 4; count > 0; --count) search.Add(words.emplace_back(text(6)));
+    const std::string where = text(30);
+    const bool isThere = std::any_of(words.begin(), words.end(), [&where](const std::string& word) {
+      return rtl::LowerCase(where).find(rtl::LowerCase(word)) != std::string::npos;
+    });
+    const bool isShort =
+        std::any_of(words.begin(), words.end(), [](const std::string& word) { return word.size() < 2; });
+    EXPECT_EQ(search.FindAny(where), isThere || isShort) << where;
+    found += isThere;
+  }
+  EXPECT_GT(found, 5000U);
+}
+
+// What the search lets through untouched, the passes would leave untouched.
+TEST_F(UnitPassTest, NothingChangesWithoutAWordOfTheMap) {
+  std::mt19937 random(1);
+  const char* const pieces[] = {"TQuer", "y",    "tquery", "TDataBase", " ",  "'", "{",   "}",        "//",
+                                "\r\n",  "uses", ";",      "object",    ": ", "A", "end", "\xC3\xA9", "1"};
+  TFormParser forms(ParseStateClass<TFormParseState>());
+  size_t untouched = 0;
+  for (int round = 0; round < 5000; ++round) {
+    std::string text;
+    for (auto count = random() % 14; count > 0; --count) text += pieces[random() % std::size(pieces)];
+    if (FClasses.OldClasses().FindAny(text)) continue;
+    EXPECT_EQ(Convert(text).Changes, 0) << text;
+    rtl::TMemoryStream output;
+    EXPECT_EQ(ConvertForm(text, qrl::TEncoding::Default(), FClasses, forms, output), 0) << text;
+    ++untouched;
+  }
+  EXPECT_GT(untouched, 1000U);
 }
 
 }  // namespace
