@@ -1,8 +1,8 @@
-// Whether any of some words stands in a text, ignoring the case of ASCII letters: most files of a run can be told so to
-// stay as they are, before a token of them is made.
+// Whether any of some words stands in a text, ignoring the case of ASCII letters: most files of a run can be
+// told so to stay as they are, before a token of them is made.
 //
-// The text is looked at in blocks of two bytes, and what cannot end a word is stepped over: Sun Wu and Udi Manber, "A Fast
-// Algorithm for Multi-Pattern Searching", 1994.
+// The text is looked at in blocks of two bytes, and what cannot end a word is stepped over: Sun Wu and Udi
+// Manber, "A Fast Algorithm for Multi-Pattern Searching", 1994.
 #pragma once
 
 #include <array>
@@ -24,8 +24,9 @@ class TWordSearch {
   void FillSteps();
 
   std::vector<std::string> FWords;
-  size_t FShortest = 0;                 // bytes of the shortest word
-  std::array<uint8_t, 4096> FSteps{};   // by block: how far the end of a word's first FShortest bytes is away at least
+  size_t FShortest = 0;  // bytes of the shortest word
+  std::array<uint8_t, 4096>
+      FSteps{};  // by block: how far the end of a word's first FShortest bytes is away at least
 };
 
 }  // namespace mig

@@ -91,11 +91,12 @@ class Benchmarks:
         return run(command, self.folder, cwd)
 
     def fresh(self, tree):
-        """A copy of the tree, all of it in the cache and none of it waiting for the disk."""
+        """A copy of the tree, all of it in the cache, none of it waiting for the disk, and nothing left to be done for it."""
         shutil.rmtree(self.work, ignore_errors=True)
         subprocess.run(["cp", "-a", tree, self.work], check=True)
         if self.on_disk:
             os.sync()
+        time.sleep(0.3)  # the system clears up behind the tree that went
 
     def path(self, *names):
         return os.path.join(self.folder, *names)

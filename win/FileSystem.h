@@ -36,7 +36,7 @@ class TFileHandle {
   [[nodiscard]] virtual bool Write(const void* buffer, size_t count) = 0;
   // Moves to `position`, counted in bytes from the start; it may lie behind the end.
   [[nodiscard]] virtual bool Seek(int64_t position) = 0;
-  // The file's length in bytes, -1 on failure.
+  // The file's length in bytes, -1 on failure; of a file open for reading, as it was when it was opened.
   [[nodiscard]] virtual int64_t Size() = 0;
 };
 

@@ -1,5 +1,6 @@
 // Opening, reading and writing a file.
 #include <cerrno>
+#include <optional>
 
 #include "win/Errors.h"
 #include "win/PosixErrors.h"
@@ -16,8 +17,10 @@ constexpr uint64_t kNever = UINT64_MAX;
 
 class TPosixFileHandle : public TFileHandle {
  public:
-  TPosixFileHandle(TUniqueFd fd, TPlace place, dev_t device, TWrittenFiles& written)
-      : FFd(std::move(fd)), FPlace(std::move(place)), FDevice(device), FWritten(written) {}
+  // `size` is that of a file open for reading; one that is written is asked for it.
+  TPosixFileHandle(TUniqueFd fd, TPlace place, dev_t device, std::optional<int64_t> size,
+                   TWrittenFiles& written)
+      : FFd(std::move(fd)), FPlace(std::move(place)), FDevice(device), FSize(size), FWritten(written) {}
   ~TPosixFileHandle() override {
     if (!FFd.Close() && FNotedIn != kNever) FWritten.NoteFailure(errno);
   }
@@ -53,6 +56,7 @@ class TPosixFileHandle : public TFileHandle {
   }
 
   int64_t Size() override {
+    if (FSize) return *FSize;
     struct stat info {};
     if (fstat(FFd.Get(), &info) == 0) return info.st_size;
     FailErrno(errno);
@@ -63,6 +67,7 @@ class TPosixFileHandle : public TFileHandle {
   TUniqueFd FFd;
   TPlace FPlace;
   dev_t FDevice;
+  std::optional<int64_t> FSize;
   TWrittenFiles& FWritten;
   uint64_t FNotedIn = kNever;
 };
@@ -91,7 +96,8 @@ std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path
   if (mode == TFileMode::OpenRead) {
     TUniqueFd fd = OpenForReading(path, info);
     if (!fd.IsOpen()) return nullptr;
-    return std::make_unique<TPosixFileHandle>(std::move(fd), std::move(place), info.st_dev, FWritten);
+    return std::make_unique<TPosixFileHandle>(std::move(fd), std::move(place), info.st_dev, info.st_size,
+                                              FWritten);
   }
   if (!Locate(path, TKind::File, place)) return nullptr;
   // Never O_TRUNC: what is opened may be of the wrong kind, or read-only where root may write all the same.
@@ -118,7 +124,8 @@ std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path
     return nullptr;
   }
   place.Listing = nullptr;
-  return std::make_unique<TPosixFileHandle>(std::move(fd), std::move(place), info.st_dev, FWritten);
+  return std::make_unique<TPosixFileHandle>(std::move(fd), std::move(place), info.st_dev, std::nullopt,
+                                            FWritten);
 }
 
 }  // namespace win
