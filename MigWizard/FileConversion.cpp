@@ -13,9 +13,10 @@ namespace {
 
 // The bytes of a changed form behind its mark. A text form's are there already; of a binary one the text is
 // not kept beside them.
-std::string FileBytes(rtl::TMemoryStream& output, const TFormFile& form) {
+std::string FileBytes(rtl::TMemoryStream& output, const TFormFile& form, size_t sizeBefore) {
   if (!form.IsBinary) return output.TakeBytes();
   rtl::TMemoryStream file;
+  file.Reserve(sizeBefore + sizeBefore / 8);
   WriteFormFile(file, output.TakeBytes(), form);
   return file.TakeBytes();
 }
@@ -74,6 +75,7 @@ void TFileConverter::ConvertUnitFile(const std::string& fileName, std::string by
 }
 
 void TFileConverter::ConvertFormFile(std::string bytes, TFileConversion& result) {
+  const size_t size = bytes.size();
   TFormFile form = DecodeFormFile(std::move(bytes));
   result.TrailingBytes = form.RCData.TrailingBytes;
   const std::string_view text = std::string_view(form.Text).substr(0, form.Text.find('\0'));
@@ -84,10 +86,10 @@ void TFileConverter::ConvertFormFile(std::string bytes, TFileConversion& result)
   if (result.Changes == 0) return;
   result.IsChanged = true;
   result.EndsAtNul = text.size() < form.Text.size();
-  form.Text = {};
+  std::string().swap(form.Text);  // gives its memory back, as an assignment would not
   try {
     if (!form.IsBinary) result.Mark = form.Encoding->WrittenMark();
-    result.Bytes = FileBytes(output, form);
+    result.Bytes = FileBytes(output, form, size);
   } catch (...) {
     result.WriteFailure = std::current_exception();
   }

@@ -30,15 +30,18 @@ void AppendUpper(std::string& result, std::string_view utf8, size_t from) {
 }  // namespace
 
 std::string UpperFileName(std::string_view utf8) {
-  std::string result;
-  result.reserve(utf8.size());
-  for (size_t i = 0; i < utf8.size(); ++i) {
-    const char c = utf8[i];
-    if (static_cast<uint8_t>(c) >= 0x80) {
-      AppendUpper(result, utf8, i);
-      break;
-    }
-    result.push_back(c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c);
+  std::string result(utf8);
+  bool isAscii = true;
+  for (char& c : result) {
+    isAscii &= static_cast<uint8_t>(c) < 0x80;
+    c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
+  }
+  if (!isAscii) {
+    const auto* const first =
+        std::find_if(utf8.begin(), utf8.end(), [](char c) { return static_cast<uint8_t>(c) >= 0x80; });
+    const auto position = static_cast<size_t>(first - utf8.begin());
+    result.resize(position);
+    AppendUpper(result, utf8, position);
   }
   return result;
 }
