@@ -45,7 +45,7 @@ void TTeam::Add(TTask task) {
 
 void TTeam::CatchUp(size_t most) {
   std::unique_lock lock(FMutex);
-  while (FTasks.size() > most) DoOne(lock, FTasks, false);
+  while (FTasks.size() > most) Do(FirstTask(), lock);
 }
 
 void TTeam::Finish() {
@@ -54,7 +54,7 @@ void TTeam::Finish() {
   for (;;) {
     FDone.wait(lock, [this] { return !FTasks.empty() || FInWork == 0; });
     if (FTasks.empty()) break;
-    DoOne(lock, FTasks, false);
+    Do(FirstTask(), lock);
   }
   if (FFailure) std::rethrow_exception(std::exchange(FFailure, nullptr));
 }
@@ -75,17 +75,11 @@ void TTeam::Help() {
   for (;;) {
     FCame.wait(lock, [this] { return FEnds || !FOffers.empty() || !FTasks.empty(); });
     if (FEnds) return;
-    if (!FOffers.empty()) {
-      DoOne(lock, FOffers, true);
-    } else {
-      DoOne(lock, FTasks, false);
-    }
+    Do(FOffers.empty() ? FirstTask() : LastOffer(), lock);
   }
 }
 
-void TTeam::DoOne(std::unique_lock<std::mutex>& lock, std::deque<TTask>& tasks, bool fromEnd) {
-  TTask task = std::move(fromEnd ? tasks.back() : tasks.front());
-  fromEnd ? tasks.pop_back() : tasks.pop_front();
+void TTeam::Do(TTask task, std::unique_lock<std::mutex>& lock) {
   ++FInWork;
   lock.unlock();
   std::exception_ptr failure;
@@ -98,6 +92,18 @@ void TTeam::DoOne(std::unique_lock<std::mutex>& lock, std::deque<TTask>& tasks, 
   lock.lock();
   if (failure && !FFailure) FFailure = failure;
   if (--FInWork == 0) FDone.notify_one();
+}
+
+TTeam::TTask TTeam::FirstTask() {
+  TTask task = std::move(FTasks.front());
+  FTasks.pop_front();
+  return task;
+}
+
+TTeam::TTask TTeam::LastOffer() {
+  TTask offer = std::move(FOffers.back());
+  FOffers.pop_back();
+  return offer;
 }
 
 }  // namespace mig

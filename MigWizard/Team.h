@@ -47,8 +47,9 @@ class TTeam {
 
  private:
   void Help();
-  // Does the first task, unlocked meanwhile.
-  void DoOne(std::unique_lock<std::mutex>& lock, std::deque<TTask>& tasks, bool fromEnd);
+  TTask FirstTask();
+  TTask LastOffer();
+  void Do(TTask task, std::unique_lock<std::mutex>& lock);  // unlocked meanwhile
 
   std::mutex FMutex;  // for what follows
   std::condition_variable FCame, FDone;
