@@ -13,9 +13,9 @@
 #include <iterator>
 #include <string>
 
-#include "rtl/ByteSink.h"
-#include "rtl/ObjectBinaryToText.h"
-#include "rtl/ObjectTextToBinary.h"
+#include "rtl/objects/ByteSink.h"
+#include "rtl/objects/ObjectBinaryToText.h"
+#include "rtl/objects/ObjectTextToBinary.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "FormText.h"
-#include "MigWizard/PasParser.h"
+#include "MigWizard/engine/PasParser.h"
 #include "UnitText.h"
 
 namespace bench {

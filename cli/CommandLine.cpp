@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "win/CodePage.h"
+#include "win/paths/CodePage.h"
 
 namespace cli {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "cli/CommandLine.h"
-#include "rtl/Exceptions.h"
+#include "rtl/text/Exceptions.h"
 
 namespace cli {
 

@@ -4,11 +4,11 @@
 #include <limits>
 #include <utility>
 
-#include "MigWizard/FormFile.h"
-#include "MigWizard/TextFile.h"
-#include "rtl/ObjectBinaryToText.h"
-#include "rtl/ObjectTextToBinary.h"
-#include "rtl/SysUtils.h"
+#include "MigWizard/passes/FormFile.h"
+#include "MigWizard/passes/TextFile.h"
+#include "rtl/objects/ObjectBinaryToText.h"
+#include "rtl/objects/ObjectTextToBinary.h"
+#include "rtl/text/SysUtils.h"
 
 namespace cli {
 namespace {

@@ -3,13 +3,13 @@
 #include <cstdio>
 #include <vector>
 
-#include "MigWizard/FileUtils.h"
+#include "MigWizard/run/FileUtils.h"
 #include "cli/Commands.h"
 #include "cli/FormBytes.h"
 #include "cli/Interrupt.h"
 #include "cli/TypedPath.h"
-#include "rtl/Streams.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/Streams.h"
+#include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
 
 namespace cli {

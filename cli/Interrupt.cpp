@@ -2,7 +2,7 @@
 
 #include <csignal>
 
-#include "rtl/Exceptions.h"
+#include "rtl/text/Exceptions.h"
 
 namespace cli {
 namespace {

@@ -5,9 +5,9 @@
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/Interrupt.h"
-#include "win/CodePage.h"
 #include "win/Diagnostics.h"
-#include "win/Drives.h"
+#include "win/paths/CodePage.h"
+#include "win/paths/Drives.h"
 
 namespace cli {
 namespace {

@@ -1,9 +1,9 @@
 #include <cstdio>
 #include <utility>
 
-#include "MigWizard/FileUtils.h"
-#include "MigWizard/IDEUtils.h"
-#include "MigWizard/RExpertRes.h"
+#include "MigWizard/run/FileUtils.h"
+#include "MigWizard/run/IDEUtils.h"
+#include "MigWizard/run/RExpertRes.h"
 #include "cli/Commands.h"
 #include "cli/Interrupt.h"
 #include "cli/PathPattern.h"
@@ -11,9 +11,9 @@
 #include "cli/TypedPath.h"
 #include "host/HostError.h"
 #include "host/ProjectChoice.h"
-#include "rtl/Streams.h"
-#include "rtl/StringList.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/Streams.h"
+#include "rtl/text/StringList.h"
+#include "rtl/text/SysUtils.h"
 #include "target/Catalogue.h"
 #include "target/KVAReplacer.h"
 

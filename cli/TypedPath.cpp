@@ -1,7 +1,7 @@
 #include "cli/TypedPath.h"
 
 #include "cli/Commands.h"
-#include "win/Drives.h"
+#include "win/paths/Drives.h"
 
 namespace cli {
 

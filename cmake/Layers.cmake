@@ -30,14 +30,16 @@ endif()
 
 # kva_layer(NAME SOURCES ... [SEES layer ...] [PRIVATE_LIBS lib ...])
 #
-# Makes the library kva_NAME of the present folder. Its headers are included as "NAME/Header.h", and the only
-# include path that finds them is one that comes with linking kva_NAME: an include of a folder that SEES does
-# not name, directly or through what it names, does not compile, and a forward declaration does not link.
+# Makes the library kva_NAME of the present folder. Its headers are included by their path from the top of the tree,
+# "MigWizard/form/FormParser.h", and the only include path that finds them comes with linking kva_NAME. So an include
+# of a folder that SEES names neither directly nor through another layer does not compile.
 function(kva_layer name)
   cmake_parse_arguments(ARG "" "" "SOURCES;SEES;PRIVATE_LIBS" ${ARGN})
   set(view ${CMAKE_BINARY_DIR}/include/${name})
-  file(MAKE_DIRECTORY ${view})
-  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${view}/${name} SYMBOLIC)
+  file(RELATIVE_PATH folder ${CMAKE_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+  get_filename_component(parent ${view}/${folder} DIRECTORY)
+  file(MAKE_DIRECTORY ${parent})
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${view}/${folder} SYMBOLIC)
   list(TRANSFORM ARG_SEES PREPEND kva_ OUTPUT_VARIABLE seen)
   if(ARG_SOURCES)
     add_library(kva_${name} STATIC ${ARG_SOURCES})

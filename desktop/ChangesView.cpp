@@ -10,7 +10,7 @@
 #include "desktop/QtText.h"
 #include "desktop/SourceEditor.h"
 #include "desktop/SourceText.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/SysUtils.h"
 
 namespace desktop {
 

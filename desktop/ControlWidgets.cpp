@@ -17,8 +17,8 @@
 #include "desktop/FormLayout.h"
 #include "desktop/QtText.h"
 #include "desktop/WizardPicture.h"
-#include "rtl/Application.h"
-#include "win/Drives.h"
+#include "rtl/forms/Application.h"
+#include "win/paths/Drives.h"
 
 namespace desktop {
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string_view>
 
-#include "rtl/Controls.h"
+#include "rtl/forms/Controls.h"
 
 namespace desktop {
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <vector>
 
-#include "rtl/Forms.h"
+#include "rtl/forms/Forms.h"
 
 class QFrame;
 class QWidget;

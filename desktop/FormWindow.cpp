@@ -11,7 +11,7 @@
 
 #include "desktop/FormLayout.h"
 #include "desktop/QtText.h"
-#include "rtl/Application.h"
+#include "rtl/forms/Application.h"
 
 namespace desktop {
 

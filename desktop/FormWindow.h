@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "desktop/ControlWidgets.h"
-#include "rtl/Forms.h"
+#include "rtl/forms/Forms.h"
 
 namespace desktop {
 

@@ -8,7 +8,7 @@
 #include "desktop/FormWindow.h"
 #include "desktop/QtText.h"
 #include "qrl/QrlVcl.h"
-#include "win/Drives.h"
+#include "win/paths/Drives.h"
 
 namespace desktop {
 

@@ -4,7 +4,7 @@
 #include <QString>
 #include <functional>
 
-#include "rtl/Application.h"
+#include "rtl/forms/Application.h"
 
 namespace desktop {
 

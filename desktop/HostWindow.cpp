@@ -11,7 +11,7 @@
 #include <QStatusBar>
 #include <QTabWidget>
 
-#include "MigWizard/RExpertRes.h"
+#include "MigWizard/run/RExpertRes.h"
 #include "desktop/ChangesView.h"
 #include "desktop/FrontEnd.h"
 #include "desktop/MenuBinding.h"
@@ -19,11 +19,11 @@
 #include "desktop/QtText.h"
 #include "desktop/SourceEditor.h"
 #include "host/HostError.h"
-#include "rtl/Registry.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/Registry.h"
+#include "rtl/text/SysUtils.h"
 #include "toolsapi/HostRuntime.h"
 #include "win/Diagnostics.h"
-#include "win/Drives.h"
+#include "win/paths/Drives.h"
 
 namespace desktop {
 

@@ -9,11 +9,11 @@
 #include "desktop/ProgressWindow.h"
 #include "desktop/QtText.h"
 #include "host/Host.h"
-#include "rtl/Streams.h"
+#include "rtl/text/Streams.h"
 #include "target/Catalogue.h"
 #include "target/KVAExpert.h"
-#include "win/CodePage.h"
-#include "win/Drives.h"
+#include "win/paths/CodePage.h"
+#include "win/paths/Drives.h"
 
 namespace desktop {
 namespace {

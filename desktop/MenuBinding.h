@@ -6,7 +6,7 @@
 #include <memory>
 #include <unordered_map>
 
-#include "rtl/Menus.h"
+#include "rtl/forms/Menus.h"
 
 class QMenuBar;
 

@@ -7,9 +7,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "MigWizard/Wizard.h"
+#include "MigWizard/wizard/Wizard.h"
 #include "desktop/QtText.h"
-#include "rtl/Exceptions.h"
+#include "rtl/text/Exceptions.h"
 
 namespace desktop {
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "MigWizard/Replacer.h"
+#include "MigWizard/run/Replacer.h"
 
 class QDialog;
 class QLabel;

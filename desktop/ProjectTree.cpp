@@ -8,7 +8,7 @@
 
 #include "desktop/QtText.h"
 #include "host/Host.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/SysUtils.h"
 
 namespace desktop {
 

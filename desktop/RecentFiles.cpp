@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "MigWizard/RExpertRes.h"
-#include "rtl/Registry.h"
-#include "rtl/SysUtils.h"
+#include "MigWizard/run/RExpertRes.h"
+#include "rtl/text/Registry.h"
+#include "rtl/text/SysUtils.h"
 
 namespace desktop {
 

@@ -1,7 +1,7 @@
 #include "desktop/RunRecord.h"
 
-#include "rtl/Streams.h"
-#include "win/CodePage.h"
+#include "rtl/text/Streams.h"
+#include "win/paths/CodePage.h"
 
 namespace desktop {
 

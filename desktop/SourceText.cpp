@@ -3,11 +3,11 @@
 #include <QHash>
 #include <memory>
 
-#include "MigWizard/FormFile.h"
-#include "MigWizard/TextFile.h"
+#include "MigWizard/passes/FormFile.h"
+#include "MigWizard/passes/TextFile.h"
 #include "desktop/QtText.h"
-#include "rtl/Streams.h"
-#include "win/CodePage.h"
+#include "rtl/text/Streams.h"
+#include "win/paths/CodePage.h"
 
 namespace desktop {
 

@@ -1,9 +1,9 @@
 // Any bytes as a binary form: an error, or a text from which a binary form comes that gives the same text.
 #include <cstdlib>
 
-#include "rtl/Exceptions.h"
-#include "rtl/ObjectBinaryToText.h"
-#include "rtl/ObjectTextToBinary.h"
+#include "rtl/objects/ObjectBinaryToText.h"
+#include "rtl/objects/ObjectTextToBinary.h"
+#include "rtl/text/Exceptions.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string text;

@@ -1,5 +1,5 @@
 // Any bytes as a form's text: converted or not, never a crash, and never an exception but for nesting.
-#include "MigWizard/FormPass.h"
+#include "MigWizard/passes/FormPass.h"
 #include "target/KVAFormParser.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

@@ -2,8 +2,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "MigWizard/UnitPass.h"
-#include "rtl/SysUtils.h"
+#include "MigWizard/passes/UnitPass.h"
+#include "rtl/text/SysUtils.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   mig::TClassMap classes;

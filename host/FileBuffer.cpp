@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "rtl/Streams.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/Streams.h"
+#include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
 
 namespace host {

@@ -7,9 +7,9 @@
 #include "host/GroupFile.h"
 #include "host/HostError.h"
 #include "host/HostServices.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/SysUtils.h"
 #include "win/Diagnostics.h"
-#include "win/Drives.h"
+#include "win/paths/Drives.h"
 
 namespace host {
 

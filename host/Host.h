@@ -22,7 +22,7 @@
 #include "host/Modules.h"
 #include "host/Project.h"
 #include "host/WizardModule.h"
-#include "rtl/Menus.h"
+#include "rtl/forms/Menus.h"
 #include "toolsapi/ToolsAPI.h"
 
 namespace host {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "rtl/Exceptions.h"
+#include "rtl/text/Exceptions.h"
 
 namespace host {
 

@@ -5,9 +5,9 @@
 #include "host/Host.h"
 #include "host/HostError.h"
 #include "qrl/QrlVcl.h"
-#include "rtl/Application.h"
-#include "win/CodePage.h"
-#include "win/Drives.h"
+#include "rtl/forms/Application.h"
+#include "win/paths/CodePage.h"
+#include "win/paths/Drives.h"
 
 namespace host {
 

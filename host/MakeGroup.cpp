@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "host/HostError.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/SysUtils.h"
 
 namespace host {
 

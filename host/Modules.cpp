@@ -5,7 +5,7 @@
 
 #include "host/Host.h"
 #include "host/HostError.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/SysUtils.h"
 #include "win/Diagnostics.h"
 #include "win/Errors.h"
 

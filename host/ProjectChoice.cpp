@@ -4,8 +4,8 @@
 #include <unordered_map>
 
 #include "host/HostError.h"
-#include "rtl/SysUtils.h"
-#include "win/Drives.h"
+#include "rtl/text/SysUtils.h"
+#include "win/paths/Drives.h"
 
 namespace host {
 

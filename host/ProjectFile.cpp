@@ -9,7 +9,7 @@
 #include "host/ProjectSource.h"
 #include "host/ProjectText.h"
 #include "host/ProjectXml.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/SysUtils.h"
 
 namespace host {
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <vector>
 
-#include "rtl/SysUtils.h"
-#include "win/CodePage.h"
-#include "win/Drives.h"
+#include "rtl/text/SysUtils.h"
 #include "win/FileSystem.h"
+#include "win/paths/CodePage.h"
+#include "win/paths/Drives.h"
 
 namespace host {
 

@@ -4,11 +4,11 @@
 #include <array>
 #include <utility>
 
-#include "MigWizard/PasParser.h"
+#include "MigWizard/engine/PasParser.h"
 #include "host/HostError.h"
 #include "host/LineCounter.h"
 #include "host/ProjectText.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/SysUtils.h"
 
 namespace host {
 

@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "host/HostError.h"
-#include "rtl/Streams.h"
-#include "rtl/SysUtils.h"
-#include "win/CodePage.h"
+#include "rtl/text/Streams.h"
+#include "rtl/text/SysUtils.h"
+#include "win/paths/CodePage.h"
 
 namespace host {
 

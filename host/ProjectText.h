@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "MigWizard/TextFile.h"
+#include "MigWizard/passes/TextFile.h"
 
 namespace host {
 

@@ -10,7 +10,7 @@
 
 #include "host/HostError.h"
 #include "host/LineCounter.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/SysUtils.h"
 
 namespace host {
 

@@ -10,8 +10,8 @@
 #include <string>
 
 #include "host/HostError.h"
-#include "rtl/Streams.h"
-#include "win/Drives.h"
+#include "rtl/text/Streams.h"
+#include "win/paths/Drives.h"
 
 namespace host {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "rtl/Exceptions.h"
+#include "rtl/text/Exceptions.h"
 
 namespace qrl {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "win/CodePage.h"
+#include "win/paths/CodePage.h"
 
 namespace qrl {
 namespace {

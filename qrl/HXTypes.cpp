@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "rtl/SysUtils.h"
+#include "rtl/text/SysUtils.h"
 
 namespace qrl {
 

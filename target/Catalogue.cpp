@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "rtl/StringList.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/StringList.h"
+#include "rtl/text/SysUtils.h"
 #include "target/CatalogueText.h"
 
 namespace target {

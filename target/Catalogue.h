@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "rtl/ClassRegistry.h"
-#include "rtl/Exceptions.h"
+#include "rtl/text/ClassRegistry.h"
+#include "rtl/text/Exceptions.h"
 
 namespace target {
 

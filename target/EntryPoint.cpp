@@ -1,15 +1,15 @@
 // The loadable module's only export. What lives as long as the module - options, replacers, class maps - is
 // made on the first call and freed when the module is unloaded; by then the host has let go of the expert.
 
-#include "MigWizard/Wizard.h"
+#include "MigWizard/wizard/Wizard.h"
 #include "qrl/QrlVcl.h"
-#include "rtl/Application.h"
+#include "rtl/forms/Application.h"
 #include "target/Catalogue.h"
 #include "target/KVAExpert.h"
 #include "toolsapi/HostRuntime.h"
-#include "win/CodePage.h"
 #include "win/Diagnostics.h"
-#include "win/Drives.h"
+#include "win/paths/CodePage.h"
+#include "win/paths/Drives.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The expert of this product: its form, name, menu and replacers, put together.
 #pragma once
 
-#include "MigWizard/ReplaceExpert.h"
+#include "MigWizard/expert/ReplaceExpert.h"
 #include "target/KVAReplacer.h"
 
 namespace target {

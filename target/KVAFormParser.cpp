@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "MigWizard/PropertyRules.h"
-#include "rtl/SysUtils.h"
+#include "MigWizard/form/PropertyRules.h"
+#include "rtl/text/SysUtils.h"
 
 namespace target {
 namespace {

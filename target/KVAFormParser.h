@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "MigWizard/FormParser.h"
+#include "MigWizard/form/FormParser.h"
 
 namespace target {
 

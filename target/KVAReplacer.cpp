@@ -1,7 +1,7 @@
 #include "target/KVAReplacer.h"
 
-#include "rtl/ClassRegistry.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/ClassRegistry.h"
+#include "rtl/text/SysUtils.h"
 #include "target/KVAFormParser.h"
 
 namespace target {

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "MigWizard/ReplaceOptions.h"
-#include "MigWizard/Replacer.h"
+#include "MigWizard/run/ReplaceOptions.h"
+#include "MigWizard/run/Replacer.h"
 #include "target/Catalogue.h"
 
 namespace target {

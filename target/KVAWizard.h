@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "MigWizard/Wizard.h"
+#include "MigWizard/wizard/Wizard.h"
 
 namespace target {
 

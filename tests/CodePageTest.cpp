@@ -4,7 +4,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "win/CodePage.h"
+#include "win/paths/CodePage.h"
 
 namespace win {
 namespace {

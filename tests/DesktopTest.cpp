@@ -4,7 +4,7 @@
 #include <QListWidget>
 #include <map>
 
-#include "MigWizard/Wizard.h"
+#include "MigWizard/wizard/Wizard.h"
 #include "desktop/ProgressWindow.h"
 #include "host/Host.h"
 #include "target/KVAExpert.h"

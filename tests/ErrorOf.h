@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "rtl/Exceptions.h"
+#include "rtl/text/Exceptions.h"
 
 namespace tests {
 

@@ -2,9 +2,9 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 
-#include "MigWizard/FileUtils.h"
-#include "rtl/Streams.h"
-#include "rtl/SysUtils.h"
+#include "MigWizard/run/FileUtils.h"
+#include "rtl/text/Streams.h"
+#include "rtl/text/SysUtils.h"
 #include "tests/RecordingFileSystem.h"
 #include "tests/TempTree.h"
 

@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-#include "rtl/FloatText.h"
+#include "rtl/objects/FloatText.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The container of form files, and the command that converts them.
 #include <gtest/gtest.h>
 
-#include "MigWizard/FormFile.h"
+#include "MigWizard/passes/FormFile.h"
 #include "tests/ErrorOf.h"
 #include "tests/HexText.h"
 #include "tests/RunCommand.h"

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "MigWizard/FormParser.h"
+#include "MigWizard/form/FormParser.h"
 #include "tests/ErrorOf.h"
 #include "tests/PlainEngine.h"
 

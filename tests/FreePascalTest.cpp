@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "rtl/ObjectBinaryToText.h"
-#include "rtl/ObjectTextToBinary.h"
+#include "rtl/objects/ObjectBinaryToText.h"
+#include "rtl/objects/ObjectTextToBinary.h"
 #include "tests/GeneratedForm.h"
 #include "tests/TempTree.h"
 

@@ -8,14 +8,14 @@
 #include <regex>
 #include <sstream>
 
-#include "MigWizard/FileUtils.h"
+#include "MigWizard/run/FileUtils.h"
 #include "host/ProjectChoice.h"
-#include "rtl/StringList.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/StringList.h"
+#include "rtl/text/SysUtils.h"
 #include "target/KVAReplacer.h"
 #include "tests/TempTree.h"
-#include "win/CodePage.h"
-#include "win/Drives.h"
+#include "win/paths/CodePage.h"
+#include "win/paths/Drives.h"
 
 namespace mig {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "MigWizard/IDEUtils.h"
+#include "MigWizard/run/IDEUtils.h"
 #include "host/Host.h"
 #include "host/HostError.h"
 #include "host/ProjectChoice.h"

@@ -13,7 +13,7 @@
 #include "desktop/SourceEditor.h"
 #include "desktop/SourceText.h"
 #include "tests/WindowTest.h"
-#include "win/CodePage.h"
+#include "win/paths/CodePage.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The door to the host: its menu, its services where they are missing, and the counting of interfaces.
 #include <gtest/gtest.h>
 
-#include "MigWizard/IDEUtils.h"
+#include "MigWizard/run/IDEUtils.h"
 #include "RecordingHost.h"
 #include "qrl/KVAMenu.h"
 #include "tests/ErrorOf.h"

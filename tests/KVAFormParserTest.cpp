@@ -1,7 +1,7 @@
 // What becomes of the properties of an object, class by class.
 #include <gtest/gtest.h>
 
-#include "rtl/ClassRegistry.h"
+#include "rtl/text/ClassRegistry.h"
 #include "target/KVAFormParser.h"
 
 namespace target {

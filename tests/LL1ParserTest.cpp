@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "MigWizard/LL1Memo.h"
-#include "MigWizard/LL1Parser.h"
+#include "MigWizard/engine/LL1Memo.h"
+#include "MigWizard/engine/LL1Parser.h"
 #include "tests/ErrorOf.h"
 #include "tests/PlainEngine.h"
 

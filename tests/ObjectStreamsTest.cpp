@@ -5,11 +5,11 @@
 #include <string_view>
 #include <vector>
 
-#include "rtl/ObjectBinaryToText.h"
-#include "rtl/ObjectTextToBinary.h"
+#include "rtl/objects/ObjectBinaryToText.h"
+#include "rtl/objects/ObjectTextToBinary.h"
 #include "tests/ErrorOf.h"
 #include "tests/HexText.h"
-#include "win/CodePage.h"
+#include "win/paths/CodePage.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cctype>
 
-#include "MigWizard/FormGrammar.h"
-#include "rtl/SysUtils.h"
+#include "MigWizard/form/FormGrammar.h"
+#include "rtl/text/SysUtils.h"
 
 namespace plain {
 namespace {

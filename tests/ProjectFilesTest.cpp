@@ -10,7 +10,7 @@
 #include "host/ProjectSource.h"
 #include "host/ProjectXml.h"
 #include "tests/Scratch.h"
-#include "win/CodePage.h"
+#include "win/paths/CodePage.h"
 
 namespace host {
 namespace {

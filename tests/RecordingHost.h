@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "MigWizard/ReplaceOptions.h"
-#include "rtl/Application.h"
-#include "rtl/Forms.h"
-#include "rtl/Menus.h"
-#include "rtl/SysUtils.h"
+#include "MigWizard/run/ReplaceOptions.h"
+#include "rtl/forms/Application.h"
+#include "rtl/forms/Forms.h"
+#include "rtl/forms/Menus.h"
+#include "rtl/text/SysUtils.h"
 #include "toolsapi/InterfacedObject.h"
 #include "toolsapi/ToolsAPI.h"
 

@@ -4,9 +4,9 @@
 #include <map>
 #include <sys/stat.h>
 
-#include "MigWizard/FileUtils.h"
-#include "rtl/Streams.h"
-#include "rtl/SysUtils.h"
+#include "MigWizard/run/FileUtils.h"
+#include "rtl/text/Streams.h"
+#include "rtl/text/SysUtils.h"
 #include "target/KVAReplacer.h"
 #include "tests/RecordingFileSystem.h"
 #include "tests/TempTree.h"

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "MigWizard/SaveWarn.h"
+#include "MigWizard/wizard/SaveWarn.h"
 #include "RecordingHost.h"
-#include "rtl/Registry.h"
+#include "rtl/text/Registry.h"
 #include "tests/Scratch.h"
 
 namespace {

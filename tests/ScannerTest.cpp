@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "MigWizard/PasParser.h"
-#include "win/CodePage.h"
+#include "MigWizard/engine/PasParser.h"
+#include "win/paths/CodePage.h"
 
 namespace mig {
 namespace {

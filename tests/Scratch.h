@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/TempTree.h"
-#include "win/Drives.h"
+#include "win/paths/Drives.h"
 
 namespace tests {
 

@@ -1,9 +1,9 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-#include "MigWizard/ReplaceOptions.h"
+#include "MigWizard/run/ReplaceOptions.h"
 #include "RecordingHost.h"
-#include "rtl/Registry.h"
+#include "rtl/text/Registry.h"
 #include "target/KVAWizard.h"
 #include "tests/Scratch.h"
 

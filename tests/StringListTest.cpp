@@ -1,9 +1,9 @@
 // String lists and file names, as the run-time library has them.
 #include <gtest/gtest.h>
 
-#include "rtl/Exceptions.h"
-#include "rtl/StringList.h"
-#include "rtl/SysUtils.h"
+#include "rtl/text/Exceptions.h"
+#include "rtl/text/StringList.h"
+#include "rtl/text/SysUtils.h"
 
 namespace rtl {
 namespace {

@@ -6,8 +6,8 @@
 #include <string>
 #include <thread>
 
-#include "MigWizard/FileConversion.h"
-#include "MigWizard/Team.h"
+#include "MigWizard/passes/FileConversion.h"
+#include "MigWizard/run/Team.h"
 
 namespace mig {
 namespace {

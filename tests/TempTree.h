@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "win/Drives.h"
+#include "win/paths/Drives.h"
 
 namespace tests {
 

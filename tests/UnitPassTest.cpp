@@ -5,11 +5,11 @@
 #include <random>
 #include <string>
 
-#include "MigWizard/FormPass.h"
-#include "MigWizard/UnitPass.h"
-#include "rtl/SysUtils.h"
+#include "MigWizard/passes/FormPass.h"
+#include "MigWizard/passes/UnitPass.h"
+#include "rtl/text/SysUtils.h"
 #include "target/Catalogue.h"
-#include "win/CodePage.h"
+#include "win/paths/CodePage.h"
 
 namespace mig {
 namespace {

@@ -10,7 +10,7 @@
 
 #include "tests/TempTree.h"
 #include "win/FileApi.h"
-#include "win/PosixFileSystem.h"
+#include "win/posix/PosixFileSystem.h"
 
 namespace win {
 

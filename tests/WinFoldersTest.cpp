@@ -6,8 +6,8 @@
 #include <unistd.h>
 
 #include "tests/WinFiles.h"
-#include "win/CodePage.h"
 #include "win/Diagnostics.h"
+#include "win/paths/CodePage.h"
 
 namespace win {
 namespace {

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "rtl/Menus.h"
+#include "rtl/forms/Menus.h"
 #include "toolsapi/InterfacedObject.h"
 #include "toolsapi/ToolsAPI.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "MigWizard/Wizard.h"
+#include "MigWizard/wizard/Wizard.h"
 #include "RecordingHost.h"
 #include "target/KVAWizard.h"
 #include "tests/Scratch.h"

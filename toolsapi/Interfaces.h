@@ -22,7 +22,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "rtl/Exceptions.h"
+#include "rtl/text/Exceptions.h"
 
 namespace toolsapi {
 

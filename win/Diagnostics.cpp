@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "win/CodePage.h"
+#include "win/paths/CodePage.h"
 
 namespace win {
 namespace {

@@ -1,6 +1,6 @@
 #include "win/FileSystem.h"
 
-#include "win/PosixFileSystem.h"
+#include "win/posix/PosixFileSystem.h"
 
 namespace win {
 namespace {

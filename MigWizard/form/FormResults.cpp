@@ -1,0 +1,81 @@
+#include "MigWizard/form/FormResults.h"
+
+#include <algorithm>
+
+#include "rtl/text/SysUtils.h"
+
+namespace mig {
+namespace {
+
+// Cuts the next line off `rest`. A line end at the very end opens no further line.
+std::string_view TakeLine(std::string_view& rest) {
+  size_t end = 0;
+  while (end < rest.size() && rest[end] != '\r' && rest[end] != '\n') ++end;
+  const std::string_view line = rest.substr(0, end);
+  if (end < rest.size()) ++end;
+  if (end < rest.size() && rest[end - 1] == '\r' && rest[end] == '\n') ++end;
+  rest.remove_prefix(end);
+  return line;
+}
+
+unsigned char Fold(char c) {
+  return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+}
+
+}  // namespace
+
+TFormProperty::TFormProperty(std::string_view name, std::string value)
+    : FName(name), FMade(std::move(value)) {}
+
+std::vector<std::string> TFormProperty::Lines() const {
+  std::vector<std::string> lines;
+  for (std::string_view rest = Value(); !rest.empty();) {
+    const std::string_view line = TakeLine(rest);
+    lines.emplace_back(lines.empty() ? 0 : FIndent, ' ').append(line);
+  }
+  return lines;
+}
+
+void TFormProperty::Print(std::string& text) const {
+  std::string_view rest = Value();
+  text += TakeLine(rest);
+  while (!rest.empty()) {
+    text += "\r\n";
+    text.append(FIndent, ' ');
+    text += TakeLine(rest);
+  }
+}
+
+size_t TFormProperty::MostPrinted() const {
+  const std::string_view value = Value();
+  const auto lineEnds =
+      std::count(value.begin(), value.end(), '\r') + std::count(value.begin(), value.end(), '\n');
+  return value.size() + static_cast<size_t>(lineEnds) * (FIndent + 1);
+}
+
+void TNestedObjects::Add(std::string_view text) {
+  if (FKnown.insert(text).second) FTexts.push_back(text);
+}
+
+void TNestedObjects::DeleteLast() {
+  FKnown.erase(FTexts.back());
+  FTexts.pop_back();
+}
+
+void TNestedObjects::Clear() {
+  if (FTexts.empty()) return;
+  FTexts.clear();
+  FKnown = {};  // the buckets too: emptying those of an unusual object would cost each small one
+}
+
+size_t TNestedObjects::THash::operator()(std::string_view text) const {
+  size_t hash = 0xCBF29CE484222325U;
+  for (const char c : text) hash = (hash ^ Fold(c)) * 0x100000001B3U;
+  return hash;
+}
+
+bool TNestedObjects::TEqual::operator()(std::string_view left, std::string_view right) const {
+  return rtl::SameText(left, right);
+}
+
+}  // namespace mig

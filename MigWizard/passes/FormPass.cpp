@@ -1,0 +1,181 @@
+#include "MigWizard/passes/FormPass.h"
+
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "MigWizard/engine/PasParser.h"
+
+namespace mig {
+namespace {
+
+class TFormPass {
+ public:
+  TFormPass(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
+            TFormParser& parser, rtl::TMemoryStream& output)
+      : FText(text),
+        FEncoding(encoding),
+        FClasses(classes),
+        FParser(parser),
+        FOutput(output),
+        FScanner(text, encoding) {}
+
+  int Run() {
+    while (const int code = FScanner.GetNextWord(FLexem)) {
+      switch (code) {
+        case kObject:
+          FObject.ExpectName = true;
+          FStart = FScanner.PrevPos();
+          ++FLevel;
+          break;
+        case kInherited:
+        case kInline:
+        case kItem:
+          ++FLevel;
+          break;
+        case kEnd:
+          --FLevel;
+          break;
+        case qrl::kIdentifier:
+          ProcessIdentifier();
+          break;
+        default:
+          break;
+      }
+    }
+    if (FChanges > 0) CopyUpTo(FText.size());
+    return FChanges;
+  }
+
+ private:
+  void ProcessIdentifier() {
+    if (FObject.ExpectName) {
+      FObject.Name = FLexem;
+      FObject.ExpectName = false;
+      FObject.ExpectClass = true;
+    } else if (FObject.ExpectClass) {
+      FObject.ClassName = FLexem;
+      FObject.ExpectClass = false;
+      if (const std::string* newClass = FClasses.Find(FLexem)) ConvertObject(*newClass);
+    }
+  }
+
+  void ConvertObject(const std::string& newClass) {
+    auto position = static_cast<int64_t>(FStart) + 1;
+    if (!ParseObject(newClass, position)) {
+      FFailed.push_back({FScanner.PrevPos(), FLexem.size(), &newClass});
+      return;
+    }
+    if (FChanges++ == 0) FOutput.Reserve(FText.size() + FText.size() / 8);
+    // The object's header up to its class has been copied by now, and the printed object is written over it
+    // from its keyword on. What it does not reach stays until later text reaches it.
+    CopyUpTo(FStart);
+    const int64_t mark = FOutput.Position();
+    CopyUpTo(FScanner.PrevPos());
+    FOutput.SetPosition(mark);
+    FParser.PrintObject(FLevel, FPrinted);
+    Write(FPrinted);
+    FCopied = static_cast<size_t>(position) - 1;
+    FScanner.SetPosition(FCopied);
+    --FLevel;
+  }
+
+  // What could not be read as part of the object around it is not read once more: else a chain of objects
+  // without their ends would cost the square of its length.
+  bool ParseObject(const std::string& newClass, int64_t& position) {
+    if (FHopeless.contains(static_cast<int32_t>(position))) return false;
+    FParser.SetNewType(newClass);
+    if (FParser.Parse(FText, "<object>", position)) return true;
+    FHopeless.insert(FParser.FailedObjects().begin(), FParser.FailedObjects().end());
+    return false;
+  }
+
+  // Copies the text from where the last copy ended, with the new classes of objects that could not be parsed.
+  void CopyUpTo(size_t end) {
+    for (; FNextFailed < FFailed.size() && FFailed[FNextFailed].Position < end; ++FNextFailed) {
+      const TFailedClass& failed = FFailed[FNextFailed];
+      Write(FText.substr(FCopied, failed.Position - FCopied));
+      Write(*failed.NewClass);
+      FCopied = failed.Position + failed.Length;
+    }
+    Write(FText.substr(FCopied, end - FCopied));
+    FCopied = end;
+  }
+
+  void Write(std::string_view text) {
+    if (FEncoding.IsIdentity()) {
+      FOutput.Write(text);
+    } else {
+      FOutput.Write(FEncoding.GetBytes(text));
+    }
+  }
+
+  struct TFailedClass {
+    size_t Position, Length;
+    const std::string* NewClass;
+  };
+
+  const std::string_view FText;
+  const qrl::TEncoding& FEncoding;
+  const TClassMap& FClasses;
+  TFormParser& FParser;
+  rtl::TMemoryStream& FOutput;
+  TPasParser FScanner;
+  std::string_view FLexem;
+  std::string FPrinted;
+  TFormObject FObject;
+  int FChanges = 0;
+  int FLevel = -1;                        // of the object being read; the root object has level 0
+  size_t FStart = 0;                      // where the last keyword `object` begins
+  size_t FCopied = 0;                     // what lies before is in the output, or was replaced there
+  std::vector<TFailedClass> FFailed;      // in the order of the text
+  std::unordered_set<int32_t> FHopeless;  // positions, counted from 1, where no object can be parsed
+  size_t FNextFailed = 0;                 // the first that is not in the output yet
+};
+
+}  // namespace
+
+int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
+                TFormParser& parser, rtl::TMemoryStream& output) {
+  return TFormPass(text, encoding, classes, parser, output).Run();
+}
+
+void FindDatabaseNames(std::string_view text, const qrl::TEncoding& encoding,
+                       const std::function<void(std::string_view alias, std::string_view component)>& found) {
+  TPasParser scanner(text, encoding);
+  scanner.SetQuotedStrings(false);
+  TFormObject object;
+  std::string_view rootName;
+  std::string_view lexem;
+  while (const int code = scanner.GetNext(lexem)) {
+    switch (code) {
+      case kObject:
+        object.ExpectName = true;
+        break;
+      case qrl::kIdentifier:
+        if (object.ExpectName) {
+          object.Name = lexem;
+          object.ExpectName = false;
+          object.ExpectClass = true;
+          if (rootName.empty()) rootName = lexem;
+        } else if (object.ExpectClass) {
+          object.ClassName = lexem;
+          object.ExpectClass = false;
+        }
+        object.LastIdent = lexem;
+        break;
+      case qrl::kString:
+        if (object.ClassName == "TDatabase" && object.LastIdent == "DatabaseName")
+          found(lexem, std::string(rootName).append(".").append(object.Name));
+        break;
+      case kEnd:
+        object.Name = {};
+        object.ClassName = {};
+        break;
+      default:
+        break;
+    }
+  }
+}
+
+}  // namespace mig

@@ -1,0 +1,197 @@
+#include "MigWizard/run/FileUtils.h"
+
+#include <algorithm>
+#include <mutex>
+
+#include "MigWizard/run/Team.h"
+#include "rtl/text/Streams.h"
+#include "rtl/text/StringList.h"
+#include "rtl/text/SysUtils.h"
+#include "win/FileApi.h"
+
+namespace mig {
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+
+// Calls visit(name, attributes) for each entry but "." and ".." until it gives False. False if the folder
+// could not be read to its end.
+template <typename TVisit>
+bool WalkFolder(std::string_view dir, TVisit visit) {
+  win::TFindData entry;
+  auto walk = win::FindFirstFileA(JoinPath(dir, "*.*"), entry);
+  if (!walk) return false;
+  bool hasNext = true;
+  while (hasNext) {
+    const bool isReal = entry.FileName != "." && entry.FileName != "..";
+    if (isReal && !visit(entry.FileName, entry.FileAttributes)) return true;
+    hasNext = win::FindNextFileA(*walk, entry);
+  }
+  return win::GetLastError() == win::ERROR_NO_MORE_FILES;
+}
+
+bool IsFolder(uint32_t attributes) {
+  return (attributes & win::FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+bool IsLink(uint32_t attributes) {
+  return (attributes & win::FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+bool FolderStands(std::string_view path) {
+  return rtl::CreateDir(path) || win::GetLastError() == win::ERROR_ALREADY_EXISTS;
+}
+
+void EmptyFolder(std::string_view dir) {
+  (void)WalkFolder(dir, [dir](const std::string& name, uint32_t attributes) {
+    const std::string path = JoinPath(dir, name);
+    if (IsFolder(attributes)) {
+      if (!IsLink(attributes)) EmptyFolder(path);
+      rtl::RemoveDir(path);
+    } else {
+      rtl::DeleteFile(path);
+    }
+    return true;
+  });
+}
+
+// Copies of files, as tasks of a team.
+class TCopies {
+ public:
+  explicit TCopies(TTeam& team) : FTeam(team) {}
+  ~TCopies() { FTeam.Drop(); }
+
+  // Each folder is a task.
+  void AddFolder(const std::string& source, const std::string& target) {
+    FTeam.Add([this, source, target] { CopyOneFolder(source, target); });
+  }
+  // Where there is no `source`, there is nothing to copy.
+  void AddFile(const std::string& source, const std::string& target) {
+    FTeam.Add([this, source, target] {
+      if (rtl::FileExists(source)) (void)CopyOneFile(source, target);
+    });
+  }
+  TCopyFailures Finish() {
+    FTeam.Finish();
+    std::sort(FFailures.begin(), FFailures.end());
+    return std::move(FFailures);
+  }
+
+ private:
+  void CopyOneFolder(const std::string& source, const std::string& target) {
+    const bool readAll = WalkFolder(source, [&](const std::string& name, uint32_t attributes) {
+      const std::string from = JoinPath(source, name);
+      const std::string to = JoinPath(target, name);
+      if (!IsFolder(attributes)) return CopyOneFile(from, to);
+      if (!rtl::DirectoryExists(to) && !rtl::CreateDir(to)) return Fail(to);
+      AddFolder(from, to);
+      return true;
+    });
+    if (!readAll) Fail(target);
+  }
+  bool CopyOneFile(const std::string& source, const std::string& target) {
+    return win::CopyFileA(source, target, false) || Fail(target);
+  }
+  bool Fail(const std::string& name) {
+    const uint32_t error = win::GetLastError();
+    const std::lock_guard lock(FMutex);
+    FFailures.emplace_back(name, error);
+    return false;
+  }
+
+  TTeam& FTeam;
+  std::mutex FMutex;
+  TCopyFailures FFailures;
+};
+
+}  // namespace
+
+std::string JoinPath(std::string_view dir, std::string_view name) {
+  std::string path(dir);
+  if (!path.empty() && path.back() != '\\') path += '\\';
+  if (name.size() >= 2 && name.front() == '\\') name.remove_prefix(1);
+  return path.append(name);
+}
+
+std::string BackupFileName(std::string_view fileName) {
+  const std::string extension = rtl::ExtractFileExt(fileName);
+  return rtl::ChangeFileExt(fileName, extension.size() > 1 ? ".~" + extension.substr(1) : ".~");
+}
+
+bool ForceFolders(std::string_view path) {
+  for (size_t i = path.find('\\'); i != std::string_view::npos; i = path.find('\\', i + 1)) {
+    if (i == 2 && path[1] == ':') continue;
+    if (!FolderStands(path.substr(0, i))) return false;
+    if (i + 1 == path.size()) return true;
+  }
+  if (path.size() == 3 && path[1] == ':') return true;
+  return FolderStands(path);
+}
+
+// Several runs may look for a free number at the same moment: a folder that appears behind the look, and
+// makes the creation fail, is stepped over like one that was there before.
+std::string CreateTempFolder(std::string_view prefix, uint32_t unique) {
+  const std::string tempPath = win::GetTempPathA();
+  if (tempPath.empty()) return {};
+  for (;; ++unique) {
+    const std::string fileName = win::GetTempFileNameA(tempPath, prefix, unique);
+    if (fileName.empty()) return {};
+    const std::string name = rtl::ChangeFileExt(fileName, "");
+    if (rtl::DirectoryExists(name)) continue;
+    if (win::FileSystem().CreatePrivateDirectory(name)) return name;
+    if (win::GetLastError() != win::ERROR_ALREADY_EXISTS || rtl::FileExists(name)) return {};
+  }
+}
+
+bool DeleteFolder(std::string_view dir) {
+  EmptyFolder(dir);
+  return rtl::RemoveDir(dir);
+}
+
+bool DeleteTempFolder(const std::string& dir, TTeam& team) {
+  (void)WalkFolder(dir, [&](const std::string& name, uint32_t attributes) {
+    if (IsFolder(attributes) && !IsLink(attributes))
+      team.Add([path = JoinPath(dir, name)] { EmptyFolder(path); });
+    return true;
+  });
+  team.Finish();
+  return DeleteFolder(dir);
+}
+
+TCopyFailures CopyFolder(const std::string& source, const std::string& target, TTeam& team) {
+  TCopies copies(team);
+  copies.AddFolder(source, target);
+  return copies.Finish();
+}
+
+TCopyFailures CopyFiles(const std::string& source, const rtl::TStringList& targets, TTeam& team) {
+  TCopies copies(team);
+  for (int i = 0; i < targets.Count(); ++i)
+    copies.AddFile(JoinPath(source, rtl::ExtractFileName(targets[i])), targets[i]);
+  return copies.Finish();
+}
+
+TLogWriter::TLogWriter() = default;
+TLogWriter::~TLogWriter() = default;
+
+void TLogWriter::Open(std::string_view fileName) {
+  FStream = std::make_unique<rtl::TFileStream>(fileName, rtl::fmCreate);
+  if (!FTitle.empty()) WriteLine(FTitle);
+  WriteLine(FCreatedCaption + " " + rtl::DateTimeNowToStr());
+}
+
+void TLogWriter::WriteLine(std::string_view line) {
+  if (!FStream) return;
+  std::string text(line == " " ? std::string_view() : line);
+  if (text.empty() || (text.back() != '\n' && text.back() != '\r')) text += kLineEnd;
+  if (FDoubleSpaced) text += kLineEnd;
+  try {
+    FStream->Write(text);
+  } catch (const rtl::EWriteError&) {  // the run goes on without its log
+  }
+}
+
+void TLogWriter::Close() {
+  FStream.reset();
+}
+
+}  // namespace mig

@@ -1,0 +1,222 @@
+#include "MigWizard/wizard/Wizard.h"
+
+#include "MigWizard/run/FileUtils.h"
+#include "MigWizard/run/IDEUtils.h"
+#include "MigWizard/run/RExpertRes.h"
+#include "rtl/forms/Application.h"
+#include "rtl/text/Registry.h"
+#include "rtl/text/SysUtils.h"
+
+namespace mig {
+
+std::unique_ptr<TWizardForm> WizardForm;
+
+namespace {
+
+constexpr int kMaxHistory = 10;
+constexpr char kBackupFolder[] = "RBackup";
+constexpr char kUndoFilter[] = "Undo files (*.reu)|*.reu|All files (*.*)|*.*";
+
+bool PickFolder(std::string& folder) {
+  folder.clear();
+  return rtl::SelectDirectory(SSelectDirectory, "", folder);
+}
+
+// A new entry goes in front; a known one stays where it is.
+void AddToHistory(rtl::TComboBox& combo) {
+  rtl::TStringList items = combo.Items();
+  if (combo.Text().empty() || items.IndexOf(combo.Text()) >= 0) return;
+  items.Insert(0, combo.Text());
+  if (items.Count() > kMaxHistory) items.Delete(items.Count() - 1);
+  combo.SetItems(std::move(items));
+}
+
+rtl::TStringList Lines(std::string_view text) {
+  rtl::TStringList lines;
+  lines.SetText(text);
+  return lines;
+}
+
+}  // namespace
+
+TWizardForm::TWizardForm(const rtl::TFormResource& derived)
+    : TForm(kWizardFormResource, derived),
+      StepsPageControl(Control<rtl::TPageControl>("StepsPageControl")),
+      Label2(Control<rtl::TLabel>("Label2")),
+      rbModeReplace(Control<rtl::TRadioButton>("rbModeReplace")),
+      rbModeRestore(Control<rtl::TRadioButton>("rbModeRestore")),
+      edUndoFile(Control<rtl::TEdit>("edUndoFile")),
+      rbDestProject(Control<rtl::TRadioButton>("rbDestProject")),
+      rbDestFolder(Control<rtl::TRadioButton>("rbDestFolder")),
+      lbModules(Control<rtl::TCheckListBox>("lbModules")),
+      cbDirectory(Control<rtl::TComboBox>("cbDirectory")),
+      chSubDirs(Control<rtl::TCheckBox>("chSubDirs")),
+      chMakeBackup(Control<rtl::TCheckBox>("chMakeBackup")),
+      lBackupFolder(Control<rtl::TLabel>("lBackupFolder")),
+      cbBackupDir(Control<rtl::TComboBox>("cbBackupDir")),
+      btBrowseBackFolder(Control<rtl::TButton>("btBrowseBackFolder")),
+      chWriteLog(Control<rtl::TCheckBox>("chWriteLog")),
+      lblLogNote(Control<rtl::TLabel>("lblLogNote")),
+      chViewLog(Control<rtl::TCheckBox>("chViewLog")),
+      lSummary(Control<rtl::TLabel>("lSummary")),
+      actNext(Action("actNext")),
+      actBack(Action("actBack")),
+      actFinish(Action("actFinish")) {
+  PublishHandlers();
+}
+
+void TWizardForm::PublishHandlers() {
+  Publish("FormShow", [this] { FormShow(); });
+  Publish("FormClose", [this] { FormClose(); });
+  Publish("rbModeReplaceClick", [this] { rbModeReplaceClick(); });
+  Publish("btRestoreBrowseClick", [this] { btRestoreBrowseClick(); });
+  Publish("btSelectClick", [this] { btSelectClick(); });
+  Publish("btDeselectClick", [this] { btDeselectClick(); });
+  Publish("btBrowseFolderClick", [this] { btBrowseFolderClick(); });
+  Publish("btBrowseBackFolderClick", [this] { btBrowseBackFolderClick(); });
+  Publish("cbBackupDirChange", [this] { cbBackupDirChange(); });
+  Publish("actNextExecute", [this] { actNextExecute(); });
+  Publish("actBackExecute", [this] { actBackExecute(); });
+  Publish("actFinishExecute", [this] { actFinishExecute(); });
+  Publish("actMakeBackupExecute", [this] { actMakeBackupExecute(); });
+  Publish("actWriteLogExecute", [this] { actWriteLogExecute(); });
+  Publish("actNextUpdate", [this] { actNextUpdate(); });
+  Publish("actBackUpdate", [this] { actBackUpdate(); });
+  Publish("actFinishUpdate", [this] { actFinishUpdate(); });
+  Publish("actMakeBackupUpdate", [this] { actMakeBackupUpdate(); });
+  Publish("actWriteLogUpdate", [this] { actWriteLogUpdate(); });
+}
+
+int TWizardForm::GetReplacerIndex() const {
+  return RestoreChosen() ? kRestoreIndex : 0;
+}
+
+void TWizardForm::SetWelcomeText(std::string_view sourceName, std::string_view productName) {
+  Label2.SetText(rtl::Format(SWelcome, {productName, sourceName, productName}));
+}
+
+void TWizardForm::FormShow() {
+  FProjectFile = TIDEUtils::GetProjectFileName();
+  const bool hasProject = !FProjectFile.empty();
+  rbDestProject.SetEnabled(hasProject);
+  if (hasProject && FOptions->Dest == sdProject) rbDestProject.SetChecked(true);
+  if (!hasProject || FOptions->Dest == sdFolder) rbDestFolder.SetChecked(true);
+  cbDirectory.SetText(FOptions->Directory);
+  chSubDirs.SetChecked(FOptions->IncludeSubDirs);
+  // The backup folder of an earlier run is proposed through the history alone.
+  cbBackupDir.SetText("");
+  chMakeBackup.SetChecked(FOptions->MakeBackup);
+  chWriteLog.SetChecked(FOptions->WriteLog);
+  chViewLog.SetChecked(FOptions->ViewLog);
+  StepsPageControl.SetActivePageIndex(Step1Sheet);
+  UpdateCaption();
+}
+
+void TWizardForm::FormClose() {
+  lbModules.Clear();
+}
+
+void TWizardForm::rbModeReplaceClick() {
+  UpdateCaption();
+}
+
+void TWizardForm::btRestoreBrowseClick() {
+  rtl::TOpenDialog dialog;
+  dialog.Filter = kUndoFilter;
+  dialog.PathMustExist = true;
+  dialog.FileMustExist = true;
+  dialog.InitialDir = rtl::ExtractFileDir(edUndoFile.Text());
+  if (dialog.Execute()) edUndoFile.SetText(dialog.FileName);
+}
+
+void TWizardForm::btSelectClick() {
+  lbModules.CheckAll(true);
+}
+
+void TWizardForm::btDeselectClick() {
+  lbModules.CheckAll(false);
+}
+
+void TWizardForm::btBrowseFolderClick() {
+  std::string folder;
+  if (PickFolder(folder)) cbDirectory.SetText(folder);
+}
+
+void TWizardForm::btBrowseBackFolderClick() {
+  std::string folder;
+  if (!PickFolder(folder)) return;
+  cbBackupDir.SetText(folder);
+  FBackupDirChanged = true;
+}
+
+void TWizardForm::cbBackupDirChange() {
+  FBackupDirChanged = true;
+}
+
+void TWizardForm::actNextExecute() {
+  NextStep();
+}
+
+void TWizardForm::actBackExecute() {
+  PreviousStep();
+}
+
+void TWizardForm::actFinishExecute() {
+  if (ProjectChosen()) {
+    FOptions->Dest = sdProject;
+    lbModules.RemoveUnchecked();
+    rtl::TStringList units;
+    for (int i = 0; i < lbModules.Count(); ++i) units.Add(lbModules.Entry(i));
+    FOptions->UnitNames = units.Text();
+  } else {
+    FOptions->Dest = sdFolder;
+  }
+  FOptions->Directory = cbDirectory.Text();
+  FOptions->IncludeSubDirs = chSubDirs.Checked();
+  FOptions->MakeBackup = chMakeBackup.Checked();
+  FOptions->BackupDir = GetBackupDir();
+  FOptions->WriteLog = chWriteLog.Checked();
+  FOptions->ViewLog = chViewLog.Checked();
+  AddToHistory(cbDirectory);
+  AddToHistory(cbBackupDir);
+}
+
+// --- Backup folder ---
+
+std::string TWizardForm::BaseFolder() const {
+  return ProjectChosen() ? rtl::ExtractFileDir(FProjectFile) : cbDirectory.Text();
+}
+
+void TWizardForm::SetDefaultBackupDir() {
+  if (!FBackupDirChanged) cbBackupDir.SetText(JoinPath(BaseFolder(), kBackupFolder));
+}
+
+std::string TWizardForm::GetBackupDir() const {
+  const std::string& entry = cbBackupDir.Text();
+  if (!rtl::ExtractFileDrive(entry).empty()) return entry;
+  return JoinPath(BaseFolder(), entry);
+}
+
+// --- Settings ---
+
+void TWizardForm::LoadHistory(const rtl::TRegIniFile& reg, std::string_view section) {
+  SetLeft(reg.ReadInteger(section, "Left", Left()));
+  SetTop(reg.ReadInteger(section, "Top", Top()));
+  cbDirectory.SetItems(Lines(reg.ReadString(section, "DirHistory", "")));
+  cbBackupDir.SetItems(Lines(reg.ReadString(section, "BackDirHistory", "")));
+  // One Boolean holds the mode: whatever is not this form's replace mode comes back as restore.
+  rbModeReplace.SetChecked(reg.ReadBool(section, "ReplaceMode", rbModeReplace.Checked()));
+  rbModeRestore.SetChecked(!rbModeReplace.Checked());
+  edUndoFile.SetText(reg.ReadString(section, "LastUndo", ""));
+}
+
+void TWizardForm::SaveHistory(rtl::TRegIniFile& reg, std::string_view section) const {
+  reg.WriteInteger(section, "Left", Left());
+  reg.WriteInteger(section, "Top", Top());
+  reg.WriteString(section, "DirHistory", cbDirectory.Items().Text());
+  reg.WriteString(section, "BackDirHistory", cbBackupDir.Items().Text());
+  reg.WriteBool(section, "ReplaceMode", rbModeReplace.Checked());
+  reg.WriteString(section, "LastUndo", chMakeBackup.Checked() ? JoinPath(GetBackupDir(), SUndoFileName) : "");
+}
+
+}  // namespace mig

@@ -1,0 +1,132 @@
+// TWizardForm: the dialog in which the user decides what a run does - replace or restore, the open project or
+// a disk folder, which units, where the backup goes, whether there is a log. It changes no file. On Finish it
+// leaves its state in the options and closes; the expert does the rest.
+//
+// The form is a stack of seven pages walked with Back and Next. What it does is a function of the active page
+// and of the values of its controls; nothing here knows how they are drawn. It knows one replace mode; a
+// product's form adds further ones.
+//
+//   form.FProductName = ...; form.FOptions = &options; form.SetWelcomeText(...); form.LoadHistory(reg,
+//   section); if (form.ShowModal() == rtl::mrOk) { ... form.GetReplacerIndex() ...; form.SaveHistory(reg,
+//   section); }
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "MigWizard/run/ReplaceOptions.h"
+#include "MigWizard/wizard/WizardPages.h"
+#include "rtl/forms/Forms.h"
+
+namespace rtl {
+class TRegIniFile;
+}
+
+namespace mig {
+
+// Stands for a restore where otherwise the index of a replacer stands.
+inline constexpr int kRestoreIndex = 100;
+
+class TWizardForm : public rtl::TForm {
+ public:
+  explicit TWizardForm(const rtl::TFormResource& derived = {});
+
+  // What is to be done after Finish: the index of the replacer to run, or kRestoreIndex.
+  virtual int GetReplacerIndex() const;
+  virtual void SetWelcomeText(std::string_view sourceName, std::string_view productName);
+
+  // The form's own settings: place, histories, mode, last undo file.
+  void LoadHistory(const rtl::TRegIniFile& reg, std::string_view section);
+  void SaveHistory(rtl::TRegIniFile& reg, std::string_view section) const;
+
+  TWizardPage ActivePage() const { return static_cast<TWizardPage>(StepsPageControl.ActivePageIndex()); }
+  int GetCurrentStep() const;
+  int GetStepCount() const;
+  void NextStep();
+  void PreviousStep();
+
+  // The backup folder in effect: an entry without a drive lies under the project's or the target folder.
+  std::string GetBackupDir() const;
+
+  // --- Published handlers. Each is called by its name, too. ---
+  void FormShow();
+  void FormClose();
+  void rbModeReplaceClick();
+  void btRestoreBrowseClick();
+  void btSelectClick();
+  void btDeselectClick();
+  void btBrowseFolderClick();
+  void btBrowseBackFolderClick();
+  void cbBackupDirChange();
+  void actNextExecute();
+  void actBackExecute();
+  void actFinishExecute();
+  void actMakeBackupExecute() {}  // the check box changes its own state
+  void actWriteLogExecute() {}
+  void actNextUpdate();
+  void actBackUpdate();
+  void actFinishUpdate();
+  void actMakeBackupUpdate();
+  void actWriteLogUpdate();
+
+  // --- What the expert reaches. ---
+  std::string FProjectFile;  // full Windows path of the active project; empty without one
+  std::string FProductName;  // without accelerator marks; set before the form is shown
+  TReplaceOptions* FOptions =
+      nullptr;                     // shown, and filled on Finish; not owned; set before the form is shown
+  bool FBackupDirChanged = false;  // the user has had a hand in cbBackupDir
+
+  // --- Controls that hold state. ---
+  rtl::TPageControl& StepsPageControl;
+  rtl::TLabel& Label2;
+  rtl::TRadioButton& rbModeReplace;
+  rtl::TRadioButton& rbModeRestore;
+  rtl::TEdit& edUndoFile;
+  rtl::TRadioButton& rbDestProject;
+  rtl::TRadioButton& rbDestFolder;
+  rtl::TCheckListBox& lbModules;
+  rtl::TComboBox& cbDirectory;
+  rtl::TCheckBox& chSubDirs;
+  rtl::TCheckBox& chMakeBackup;
+  rtl::TLabel& lBackupFolder;
+  rtl::TComboBox& cbBackupDir;
+  rtl::TButton& btBrowseBackFolder;
+  rtl::TCheckBox& chWriteLog;
+  rtl::TLabel& lblLogNote;
+  rtl::TCheckBox& chViewLog;
+  rtl::TLabel& lSummary;
+  rtl::TAction& actNext;
+  rtl::TAction& actBack;
+  rtl::TAction& actFinish;
+
+ private:
+  void PublishHandlers();
+  void UpdateCaption();
+  std::string BaseFolder() const;
+
+  struct TStepRow;
+  void Walk(std::span<const TStepRow> rows);
+  // Conditions of the step tables. CheckUnitsSelected says so where no unit is marked.
+  bool RestoreChosen() const { return rbModeRestore.Checked(); }
+  bool ProjectChosen() const { return rbDestProject.Checked(); }
+  bool UndoFileExists() const;
+  bool DirectoryExists() const;
+  bool CheckUnitsSelected() const;
+  // What is done on the way to another page, or in place of it.
+  void FillModuleList();
+  void SetDefaultBackupDir();
+  void FillRestoreSummary();
+  void FillReplaceSummary();
+  void RefuseUndoFile();
+  void RefuseDirectory();
+};
+
+// A reference to the class of the form to make.
+using TWizardFormClass = std::unique_ptr<TWizardForm> (*)();
+
+// The form, while it exists.
+extern std::unique_ptr<TWizardForm> WizardForm;
+
+}  // namespace mig

@@ -1,0 +1,129 @@
+// TForm: a dialog as state and published handlers, without anything that draws it.
+//
+// A form is made from its resource, a table of controls and actions. A derived form has a table of its own on
+// top: a row with a new name adds a control at the end of its parent; a row with a known name changes that
+// control and moves it to the end of its parent. Events are bound by the handler's name at the moment they
+// fire, so a derived form replaces an inherited handler by publishing its own under the same name.
+//
+//   class TAskForm : public rtl::TForm {
+//    public:
+//     TAskForm() : TForm(kAskForm), edName(Control<rtl::TEdit>("edName")) { Publish("btOkClick", ...); }
+//     rtl::TEdit& edName;
+//   };
+//   if (form.ShowModal() == rtl::mrOk) ...
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "rtl/forms/Actions.h"
+#include "rtl/forms/Controls.h"
+#include "rtl/text/Exceptions.h"
+
+namespace rtl {
+
+// What a front end hears of a form it shows. Calls come from within the operation that changed the state.
+class IFormView {
+ public:
+  virtual ~IFormView() = default;
+  virtual void ControlChanged(const TControl& control, TChange what) = 0;
+  virtual void FocusChanged(const TControl& control) = 0;
+  virtual void CaptionChanged() = 0;
+  // The modal result is set: the form is to close as soon as the handler under way has returned.
+  virtual void ModalResultChanged() = 0;
+};
+
+struct TFormResource {
+  std::string_view Name;
+  std::string_view Caption;
+  std::string_view OnShow = {};
+  std::string_view OnClose = {};
+  std::span<const TActionRow> Actions = {};
+  std::span<const TControlRow> Controls = {};
+};
+
+class TForm {
+ public:
+  // Empty fields of `derived` leave what `resource` gives.
+  explicit TForm(const TFormResource& resource, const TFormResource& derived = {});
+  virtual ~TForm();
+  TForm(const TForm&) = delete;
+  TForm& operator=(const TForm&) = delete;
+
+  const std::string& Name() const { return FName; }
+  const std::string& Caption() const { return FCaption; }
+  void SetCaption(std::string_view caption);
+
+  // Edges on the screen, in pixels that do not depend on its density. The form stands in the centre of the
+  // screen until it has been given other edges than those it was made with.
+  int Left() const { return FLeft; }
+  int Top() const { return FTop; }
+  void SetLeft(int left) { FLeft = left; }
+  void SetTop(int top) { FTop = top; }
+  bool Centered() const { return FLeft == 0 && FTop == 0; }
+
+  // Shows the form until it has a modal result, and returns that. Fires OnShow before, and OnClose after.
+  int ShowModal();
+  int ModalResult() const { return FModalResult; }
+  void SetModalResult(int result);
+  // The user closes the form by its system menu: the modal result is mrCancel.
+  void Close() { SetModalResult(mrCancel); }
+
+  // Evaluates OnUpdate of all actions. The front end calls it whenever it is idle.
+  void UpdateActions();
+
+  // The control that has, or is to get, the keyboard focus; null as long as nobody has chosen one.
+  TControl* ActiveControl() const { return FActiveControl; }
+  void SetActiveControl(TControl* control);
+  // The button that answers the Enter or the Cancel key: the first enabled one that is made for it, or null.
+  TButton* DefaultButton() const { return FindButton(&TButton::Default); }
+  TButton* CancelButton() const { return FindButton(&TButton::Cancel); }
+
+  // Controls by name, ignoring case: null, or an assertion, without one of that name.
+  TControl* FindControl(std::string_view name) const;
+  template <typename T>
+  T& Control(std::string_view name) const {
+    auto* const control = dynamic_cast<T*>(FindControl(name));
+    Assert(control != nullptr, "No such control");
+    return *control;
+  }
+  TAction& Action(std::string_view name) const;
+  const std::vector<TControl*>& Controls() const { return FControls; }  // on the form itself, in tab order
+
+  // Calls the published handler of that name; an assertion without one.
+  void Call(std::string_view handler);
+
+  // The view is not owned; null for none.
+  IFormView* View() const { return FView; }
+  void SetView(IFormView* view) { FView = view; }
+
+ protected:
+  // Publishes a handler, in place of an inherited one of that name.
+  void Publish(std::string_view name, std::function<void()> handler);
+
+ private:
+  void Read(const TFormResource& resource);
+  void ReadControl(const TControlRow& row);
+  TButton* FindButton(bool (TButton::*role)() const) const;
+
+  std::string FName;
+  std::string FCaption;
+  std::string FOnShow;
+  std::string FOnClose;
+  std::vector<std::unique_ptr<TAction>> FActions;
+  std::vector<std::unique_ptr<TControl>> FOwned;
+  std::vector<TControl*> FControls;
+  std::map<std::string, std::function<void()>, std::less<>> FHandlers;
+  TControl* FActiveControl = nullptr;
+  IFormView* FView = nullptr;
+  int FModalResult = mrNone;
+  int FLeft = 0;
+  int FTop = 0;
+};
+
+}  // namespace rtl

@@ -1,0 +1,86 @@
+// Byte streams: a file of the file system in force, or memory.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "rtl/text/Exceptions.h"
+
+namespace win {
+class TFileHandle;
+}
+
+namespace rtl {
+
+inline constexpr uint16_t fmCreate = 0xFFFF;  // create, or empty an existing file; read and write
+inline constexpr uint16_t fmOpenRead = 0x0000;
+inline constexpr uint16_t fmShareDenyNone = 0x0040;
+
+// Positions and counts are bytes, positions count from 0.
+class TStream {
+ public:
+  virtual ~TStream() = default;
+
+  // Reads up to `count` bytes at the position and moves behind them. The number read; 0 only at the end.
+  // A failure of the device raises EReadError.
+  virtual size_t Read(void* buffer, size_t count) = 0;
+  // Writes over what stands at the position, growing the stream where it ends. Raises EWriteError; how much
+  // was written then is open.
+  virtual void Write(const void* buffer, size_t count) = 0;
+  virtual int64_t Position() const = 0;
+  virtual void SetPosition(int64_t position) = 0;
+  virtual int64_t Size() = 0;
+
+  void Write(std::string_view bytes) { Write(bytes.data(), bytes.size()); }
+  // All bytes from the position to the end; the position moves there.
+  virtual std::string ReadToEnd();
+};
+
+class TFileStream : public TStream {
+ public:
+  // `fileName` is a Windows path, `mode` one of the fm constants. Raises EFCreateError or EFOpenError with
+  // the texts 'Cannot create file "%s". %s' and 'Cannot open file "%s". %s': path and system's reason.
+  TFileStream(std::string_view fileName, uint16_t mode);
+  ~TFileStream() override;
+
+  using TStream::Write;
+  size_t Read(void* buffer, size_t count) override;
+  void Write(const void* buffer, size_t count) override;
+  int64_t Position() const override { return FPosition; }
+  void SetPosition(int64_t position) override;
+  int64_t Size() override;
+
+ private:
+  std::string FFileName;
+  std::unique_ptr<win::TFileHandle> FHandle;
+  int64_t FPosition = 0;
+};
+
+// A stream in memory. Writing over from an earlier position leaves what stands behind it: nothing is
+// shortened.
+class TMemoryStream : public TStream {
+ public:
+  TMemoryStream() = default;
+  explicit TMemoryStream(std::string bytes) : FBytes(std::move(bytes)) {}
+
+  using TStream::Write;
+  size_t Read(void* buffer, size_t count) override;
+  void Write(const void* buffer, size_t count) override;
+  int64_t Position() const override { return static_cast<int64_t>(FPosition); }
+  void SetPosition(int64_t position) override;
+  int64_t Size() override { return static_cast<int64_t>(FBytes.size()); }
+
+  void Reserve(size_t bytes) { FBytes.reserve(bytes); }
+  const std::string& Bytes() const { return FBytes; }
+  // Gives the bytes away; the stream is empty afterwards.
+  std::string TakeBytes();
+
+ private:
+  std::string FBytes;
+  size_t FPosition = 0;
+};
+
+}  // namespace rtl

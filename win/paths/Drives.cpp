@@ -1,0 +1,185 @@
+#include "win/paths/Drives.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <limits.h>
+#include <optional>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+#include "win/paths/CodePage.h"
+
+namespace win {
+namespace {
+
+// The folder of each letter, full and without a separator at its end: the root folder is the empty string.
+using TDrives = std::array<std::optional<std::string>, 26>;
+
+TDrives& Drives() {
+  static TDrives drives = [] {
+    TDrives initial;
+    initial['Z' - 'A'] = "";
+    return initial;
+  }();
+  return drives;
+}
+
+// The index of a drive letter, or -1.
+int DriveIndex(char letter) {
+  if (letter >= 'a' && letter <= 'z') return letter - 'a';
+  return letter >= 'A' && letter <= 'Z' ? letter - 'A' : -1;
+}
+
+// The folder that a path with a drive begins at, or null.
+const std::string* FolderOfDrive(std::string_view path) {
+  const int index = DriveIndex(path[0]);
+  if (index < 0) return nullptr;
+  const auto& folder = Drives()[static_cast<size_t>(index)];
+  return folder ? &*folder : nullptr;
+}
+
+bool HasDrive(std::string_view path) {
+  return path.size() >= 2 && path[1] == ':' && DriveIndex(path[0]) >= 0;
+}
+
+// "C:\\" for 2.
+std::string DriveRoot(int index) {
+  return {static_cast<char>('A' + index), ':', '\\'};
+}
+
+bool IsSeparator(char c) {
+  return c == '\\' || c == '/';
+}
+
+// Appends the components of `path` to `result`, whose first `root` bytes stay, with "/" between them: without
+// empty ones and ".", and with ".." taking one away. Where there is none to take, `keepParents` decides
+// whether ".." stays or is dropped, as above a root.
+void AppendComponents(std::string& result, size_t root, std::string_view path, bool backslashes,
+                      bool keepParents) {
+  for (size_t start = 0; start < path.size();) {
+    size_t end = start;
+    while (end < path.size() && path[end] != '/' && !(backslashes && path[end] == '\\')) ++end;
+    const std::string_view component = path.substr(start, end - start);
+    start = end + 1;
+    if (component.empty() || component == ".") continue;
+    if (component == "..") {
+      const std::string_view above = std::string_view(result).substr(root);
+      const size_t last = above.rfind('/') + 1;  // npos + 1 is 0
+      if (!above.empty() && above.substr(last) != "..") {
+        result.resize(root + last - (last > 0 ? 1 : 0));
+        continue;
+      }
+      if (!keepParents) continue;
+    }
+    if (result.size() > root) result += '/';
+    result += component;
+  }
+}
+
+std::string CurrentFolder() {
+  std::vector<char> buffer(PATH_MAX);
+  while (!getcwd(buffer.data(), buffer.size())) {
+    if (errno != ERANGE) return {};
+    buffer.resize(buffer.size() * 2);
+  }
+  return buffer.data();
+}
+
+// The full host path in its shortest spelling, without a separator at its end: the root folder is empty.
+std::string FullHostPath(std::string_view hostPath, bool backslashes) {
+  const bool full = !hostPath.empty() && (hostPath[0] == '/' || (backslashes && hostPath[0] == '\\'));
+  std::string result = "/";
+  if (!full) AppendComponents(result, 1, CurrentFolder(), false, false);
+  AppendComponents(result, 1, hostPath, backslashes, false);
+  return result.size() == 1 ? std::string() : result;
+}
+
+// The Windows path of a full host path, on the drive whose folder reaches deepest.
+std::string OnDeepestDrive(std::string_view full) {
+  int best = -1;
+  for (int i = 0; i < 26; ++i) {
+    const auto& folder = Drives()[static_cast<size_t>(i)];
+    if (!folder || full.substr(0, folder->size()) != *folder) continue;
+    if (full.size() > folder->size() && full[folder->size()] != '/') continue;
+    if (best < 0 || folder->size() > Drives()[static_cast<size_t>(best)]->size()) best = i;
+  }
+  if (best < 0) return {};
+  std::string rest(full.substr(Drives()[static_cast<size_t>(best)]->size()));
+  if (!IsWindowsName(rest)) return {};
+  std::replace(rest.begin(), rest.end(), '/', '\\');
+  return DriveRoot(best).append(rest, rest.empty() ? 0 : 1);
+}
+
+}  // namespace
+
+bool IsWindowsName(std::string_view name) {
+  const auto isBad = [](char c) { return c == '\\' || c == ':' || static_cast<unsigned char>(c) < 32; };
+  return std::none_of(name.begin(), name.end(), isBad) && IsValidUtf8(name);
+}
+
+bool MapDrive(char letter, std::string_view hostFolder) {
+  const int index = DriveIndex(letter);
+  struct stat info {};
+  if (index < 0 || hostFolder.empty() || stat(std::string(hostFolder).c_str(), &info) != 0 ||
+      !S_ISDIR(info.st_mode)) {
+    return false;
+  }
+  Drives()[static_cast<size_t>(index)] = FullHostPath(hostFolder, false);
+  return true;
+}
+
+void ResetDrives() {
+  Drives() = {};
+  Drives()['Z' - 'A'] = "";
+}
+
+std::string ToHostName(std::string_view path) {
+  if (path.empty() || path.substr(0, 2) == "\\\\") return {};
+  std::string result;
+  if (HasDrive(path)) {
+    const std::string* const folder = FolderOfDrive(path);
+    if (!folder) return {};
+    result.reserve(folder->size() + path.size());
+    result.append(*folder) += '/';
+    const size_t root = result.size();
+    AppendComponents(result, root, path.substr(2), true, false);
+    if (result.size() == root && root > 1) result.pop_back();
+    return result;
+  }
+  const bool rooted = IsSeparator(path[0]);
+  if (rooted) result = "/";
+  AppendComponents(result, result.size(), path, true, !rooted);
+  return result.empty() ? "." : result;
+}
+
+std::string RespelledPath(std::string_view path, std::string_view hostName) {
+  std::string result;
+  if (const std::string* const folder = HasDrive(path) ? FolderOfDrive(path) : nullptr) {
+    result = DriveRoot(DriveIndex(path[0]));
+    hostName.remove_prefix(std::min(hostName.size(), folder->size() + 1));
+  }
+  result += hostName;
+  std::replace(result.begin(), result.end(), '/', '\\');
+  return result;
+}
+
+std::string ToWindowsPath(std::string_view typed) {
+  if (typed.empty()) return {};
+  if (HasDrive(typed)) {
+    std::string below;
+    AppendComponents(below, 0, typed.substr(2), true, false);
+    if (!IsWindowsName(below) || !FolderOfDrive(typed)) return {};
+    std::replace(below.begin(), below.end(), '/', '\\');
+    return DriveRoot(DriveIndex(typed[0])) + below;
+  }
+  if (typed.substr(0, 2) == "\\\\") return {};
+  // A file of the host that has a backslash in its very name cannot be meant by any Windows path.
+  struct stat info {};
+  if (typed.find('\\') != std::string_view::npos && lstat(std::string(typed).c_str(), &info) == 0) return {};
+  return OnDeepestDrive(FullHostPath(typed, true));
+}
+
+}  // namespace win

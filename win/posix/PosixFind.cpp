@@ -1,0 +1,123 @@
+// Folder walks.
+#include <algorithm>
+#include <cerrno>
+#include <dirent.h>
+
+#include "win/Diagnostics.h"
+#include "win/Errors.h"
+#include "win/paths/CodePage.h"
+#include "win/paths/Drives.h"
+#include "win/posix/PosixErrors.h"
+#include "win/posix/PosixFileSystem.h"
+
+namespace win {
+namespace {
+
+struct TEntry {
+  std::string Upper;
+  TFindData Data;
+};
+
+class TPosixFindHandle : public TFindHandle {
+ public:
+  explicit TPosixFindHandle(std::vector<TEntry> entries) : FEntries(std::move(entries)) {}
+
+  bool Next(TFindData& data) override {
+    if (FNext < 2) {
+      data = {FNext++ == 0 ? "." : "..", FILE_ATTRIBUTE_DIRECTORY};
+      return true;
+    }
+    if (FNext - 2 == FEntries.size()) return Fail(ERROR_NO_MORE_FILES);
+    data = std::move(FEntries[FNext++ - 2].Data);
+    return true;
+  }
+
+ private:
+  std::vector<TEntry> FEntries;
+  size_t FNext = 0;  // counts "." and ".." too
+};
+
+struct TDirCloser {
+  void operator()(DIR* dir) const { closedir(dir); }
+};
+
+uint32_t AttributesOf(int folder, const dirent& entry) {
+  struct stat info {};
+  if (entry.d_type == DT_REG) return FILE_ATTRIBUTE_NORMAL;
+  if (entry.d_type == DT_DIR) return FILE_ATTRIBUTE_DIRECTORY;
+  if (entry.d_type == DT_UNKNOWN) {
+    if (fstatat(folder, entry.d_name, &info, AT_SYMLINK_NOFOLLOW) != 0) return FILE_ATTRIBUTE_NORMAL;
+    if (S_ISDIR(info.st_mode)) return FILE_ATTRIBUTE_DIRECTORY;
+    if (!S_ISLNK(info.st_mode)) return FILE_ATTRIBUTE_NORMAL;
+  } else if (entry.d_type != DT_LNK) {
+    return FILE_ATTRIBUTE_NORMAL;
+  }
+  const bool toFolder = fstatat(folder, entry.d_name, &info, 0) == 0 && S_ISDIR(info.st_mode);
+  return toFolder ? FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT : FILE_ATTRIBUTE_NORMAL;
+}
+
+bool EntryLess(const TEntry& left, const TEntry& right) {
+  const int order = CompareUtf16Order(left.Upper, right.Upper);
+  return order != 0 ? order < 0 : CompareUtf16Order(left.Data.FileName, right.Data.FileName) < 0;
+}
+
+}  // namespace
+
+// Whether no Windows path can name the entry. The first time, a line tells.
+bool TPosixFileSystem::PassesOver(const TPlace& folder, std::string_view name) {
+  if (IsWindowsName(name)) return false;
+  std::string path = folder.Path;
+  if (path.back() != '/') path += '/';
+  path += name;
+  if (FPassedOver.insert(path).second) {
+    Diagnose("Passed over, because no Windows path can name it: " + PrintableName(path));
+  }
+  return true;
+}
+
+std::unique_ptr<TFindHandle> TPosixFileSystem::FindFirstFileA(std::string_view pattern, TFindData& data) {
+  const size_t end = pattern.find_last_of("\\/:") + 1;  // npos + 1 is 0
+  if (pattern.substr(end) != "*.*") {
+    Fail(ERROR_INVALID_PARAMETER);
+    return nullptr;
+  }
+  TPlace place;
+  if (!Locate(end == 0 ? "." : pattern.substr(0, end), TKind::Folder, place)) return nullptr;
+  TUniqueFd fd(AtPlace(place, [](const TPlace& at) {
+    return openat(at.Base, at.Path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  }));
+  const int failure = errno;
+  place.Widen();
+  if (!fd.IsOpen()) {
+    struct stat info {};
+    const bool isFile = failure == ENOTDIR && fstatat(place.Base, place.Path.c_str(), &info, 0) == 0;
+    static_cast<void>(isFile              ? Fail(ERROR_DIRECTORY)
+                      : failure == ENOENT ? Fail(ERROR_PATH_NOT_FOUND)
+                                          : FailErrno(failure));
+    return nullptr;
+  }
+  const std::unique_ptr<DIR, TDirCloser> dir(fdopendir(fd.Get()));
+  if (!dir) {
+    FailErrno(errno);
+    return nullptr;
+  }
+  fd.Release();
+  std::vector<TEntry> entries;
+  for (;;) {
+    errno = 0;
+    const dirent* const entry = readdir(dir.get());
+    if (!entry) break;
+    const std::string_view name = entry->d_name;
+    if (name == "." || name == ".." || PassesOver(place, name)) continue;
+    entries.push_back({UpperFileName(name), {std::string(name), AttributesOf(dirfd(dir.get()), *entry)}});
+  }
+  if (errno != 0) {
+    FailErrno(errno);
+    return nullptr;
+  }
+  std::sort(entries.begin(), entries.end(), EntryLess);
+  auto handle = std::make_unique<TPosixFindHandle>(std::move(entries));
+  return handle->Next(data) ? std::move(handle) : nullptr;
+}
+
+}  // namespace win

@@ -1,0 +1,350 @@
+#include "win/posix/PosixFolders.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <dirent.h>
+#include <memory>
+
+#include "win/paths/CodePage.h"
+
+namespace win {
+namespace {
+
+constexpr int64_t kMillisecond = 1000000;
+// More than the slowest tick of a kernel's clock, 10 ms.
+constexpr int64_t kClearlyOlder = 30 * kMillisecond;
+// File systems that keep whole seconds; FAT has every second one.
+constexpr int64_t kClearlyOlderInSeconds = 2500 * kMillisecond;
+// How long own changes keep a listing in use: at least, at most, and in times of what its reading took.
+constexpr int64_t kShortest = 100 * kMillisecond;
+constexpr int64_t kLongest = 5000 * kMillisecond;
+constexpr int64_t kReadingTimes = 30;
+// How long a folder is not asked again.
+constexpr int64_t kMoment = 10 * kMillisecond;
+// Paths of folders that are held at most.
+constexpr size_t kMostPaths = 10000;
+// Folders that are held open at most.
+constexpr size_t kMostFolders = 16;
+// Names that are held at most, all folders together.
+constexpr size_t kMostNames = 1000000;
+
+int64_t Nanoseconds(const timespec& time) {
+  return static_cast<int64_t>(time.tv_sec) * 1000 * kMillisecond + time.tv_nsec;
+}
+
+int64_t ClockTime(clockid_t clock) {
+  timespec time{};
+  clock_gettime(clock, &time);
+  return Nanoseconds(time);
+}
+
+// For spans of time: nobody sets this clock.
+int64_t Now() {
+  return ClockTime(CLOCK_MONOTONIC);
+}
+
+TFolderStamp StampOf(const struct stat& info) {
+#ifdef __APPLE__
+  return {info.st_dev, info.st_ino, Nanoseconds(info.st_mtimespec), Nanoseconds(info.st_ctimespec)};
+#else
+  return {info.st_dev, info.st_ino, Nanoseconds(info.st_mtim), Nanoseconds(info.st_ctim)};
+#endif
+}
+
+// False, with errno, where there is no such folder; ENOTDIR where there is something else.
+bool ReadStamp(int base, const std::string& folder, TFolderStamp& stamp) {
+  struct stat info {};
+  if (fstatat(base, folder.c_str(), &info, 0) != 0) return false;
+  if (!S_ISDIR(info.st_mode)) {
+    errno = ENOTDIR;
+    return false;
+  }
+  stamp = StampOf(info);
+  return true;
+}
+
+bool IsClearlyOlder(const TFolderStamp& stamp, int64_t moment) {
+  constexpr int64_t kSecond = 1000 * kMillisecond;
+  const bool wholeSeconds = stamp.Modified % kSecond == 0 && stamp.Changed % kSecond == 0;
+  return moment - std::max(stamp.Modified, stamp.Changed) >
+         (wholeSeconds ? kClearlyOlderInSeconds : kClearlyOlder);
+}
+
+// A relative path means another place when the process changes its folder.
+bool IsFull(const TPlace& place) {
+  return place.Base == AT_FDCWD && place.Path.starts_with('/');
+}
+
+struct TDirCloser {
+  void operator()(DIR* dir) const { closedir(dir); }
+};
+
+const std::string& OrCurrent(const std::string& folder) {
+  static const std::string current = ".";
+  return folder.empty() ? current : folder;
+}
+
+}  // namespace
+
+const std::string* TFolderListing::Find(std::string_view wanted) const {
+  const auto found = FNames.find(UpperFileName(wanted));
+  if (found == FNames.end()) return nullptr;
+  const TNames& names = found->second;
+  const auto exact = std::find(names.Others.begin(), names.Others.end(), wanted);
+  return exact != names.Others.end() ? &*exact : &names.First;
+}
+
+void TFolderListing::Add(std::string_view name) {
+  const auto [at, isNew] = FNames.try_emplace(UpperFileName(name));
+  TNames& names = at->second;
+  if (isNew) {
+    names.First = name;
+  } else {
+    if (names.First == name ||
+        std::find(names.Others.begin(), names.Others.end(), name) != names.Others.end()) {
+      return;
+    }
+    std::string other(name);
+    if (FileNameLess(other, names.First)) std::swap(other, names.First);
+    names.Others.insert(std::upper_bound(names.Others.begin(), names.Others.end(), other, FileNameLess),
+                        std::move(other));
+  }
+  ++FCount;
+}
+
+void TFolderListing::Remove(std::string_view name) {
+  const auto found = FNames.find(UpperFileName(name));
+  if (found == FNames.end()) return;
+  TNames& names = found->second;
+  auto other = std::find(names.Others.begin(), names.Others.end(), name);
+  if (names.First == name) {
+    if (names.Others.empty()) {
+      FNames.erase(found);
+      --FCount;
+      return;
+    }
+    other = names.Others.begin();
+    names.First.swap(*other);
+  }
+  if (other == names.Others.end()) return;
+  names.Others.erase(other);
+  --FCount;
+}
+
+TFolderCache::TOutcome TFolderCache::Respell(TPlace& place) {
+  const std::string wanted = place.Path;
+  place.Listing = nullptr;
+  // The deepest folder that is there as it is written: nearly always the one that holds the name.
+  size_t known = place.LeafStart();
+  TFolderStamp stamp;
+  while (!ReadStamp(place.Base, OrCurrent(wanted.substr(0, known)), stamp)) {
+    if (errno == ENOTDIR) return TOutcome::NoFolder;
+    if (errno != ENOENT || known <= 1) return errno == ENOENT ? TOutcome::NoFolder : TOutcome::Failed;
+    known = wanted.rfind('/', known - 2) + 1;
+  }
+  std::string spelled = wanted.substr(0, known);
+  for (;;) {
+    const size_t end = std::min(wanted.find('/', known), wanted.size());
+    const std::string_view name = std::string_view(wanted).substr(known, end - known);
+    TFolderListing* const listing = Current(place.Base, OrCurrent(spelled), stamp);
+    const std::string* const found = listing ? listing->Find(name) : nullptr;
+    spelled += found ? std::string_view(*found) : name;
+    known = end + 1;
+    if (end == wanted.size()) {
+      place.Path = spelled;
+      place.Listing = listing;
+      NotePath(place, listing, std::string_view(wanted).substr(0, wanted.rfind('/') + 1));
+      // In a folder that may be entered and not read, the operation itself must tell.
+      return found || !listing ? TOutcome::Found : TOutcome::NoEntry;
+    }
+    spelled += '/';
+    const bool goesOn = (found || !listing) && ReadStamp(place.Base, spelled, stamp);
+    if (!goesOn) {
+      place.Path = spelled.append(wanted, known);
+      const bool missing = (listing && !found) || errno == ENOTDIR || errno == ENOENT;
+      return missing ? TOutcome::NoFolder : TOutcome::Failed;
+    }
+  }
+}
+
+TFolderCache::TRecall TFolderCache::Recall(TPlace& place) {
+  const std::string_view given = place.Leaf();
+  if (FPaths.empty() || !IsFull(place) || given.empty() || given == "." || given == "..")
+    return TRecall::Unknown;
+  const auto known = FPaths.find(place.Folder());
+  if (known == FPaths.end()) return TRecall::Unknown;
+  TFolderListing& listing = *known->second.Listing;
+  const int64_t now = Now();
+  if (now - listing.FSeenAt >= kMoment || !IsAlive(listing, now)) return TRecall::Unknown;
+  const std::string* const found = listing.Find(given);
+  std::string name(found ? std::string_view(*found) : given);
+  place.Listing = &listing;
+  Open(known->second);
+  place.BaseOwner = known->second.Folder;
+  if (place.BaseOwner) {
+    place.Base = place.BaseOwner->Get();
+    place.FullPath = known->second.Spelled + name;
+    place.Path = std::move(name);
+  } else {
+    place.Path = known->second.Spelled + name;
+  }
+  return found ? TRecall::Present : TRecall::Absent;
+}
+
+void TFolderCache::Open(TKnownPath& known) {
+  if (known.Folder || !FHolds) return;
+  if (FOpenFolders == kMostFolders) CloseFolders();
+  TUniqueFd folder(openat(AT_FDCWD, OrCurrent(known.Spelled).c_str(), kPassThrough));
+  if (!folder.IsOpen()) return;
+  known.Folder = std::make_shared<const TUniqueFd>(std::move(folder));
+  ++FOpenFolders;
+}
+
+void TFolderCache::CloseFolders() {
+  for (auto& [path, known] : FPaths) known.Folder.reset();
+  FOpenFolders = 0;
+}
+
+void TFolderCache::HoldFolders(bool hold) {
+  FHolds = hold;
+  if (!hold) CloseFolders();
+}
+
+void TFolderCache::ForgetPaths() {
+  FPaths.clear();
+  FOpenFolders = 0;
+}
+
+// `place` is spelled as on disk, and its folder was given as `givenFolder`.
+void TFolderCache::NotePath(const TPlace& place, TFolderListing* listing, std::string_view givenFolder) {
+  if (!listing || !IsFull(place) || !(listing->FSettled || listing->FKeptCurrent)) return;
+  if (FPaths.size() >= kMostPaths) ForgetPaths();
+  const auto known = FPaths.find(givenFolder);
+  if (known == FPaths.end()) {
+    FPaths.emplace(givenFolder, TKnownPath{std::string(place.Folder()), listing, nullptr});
+  } else if (known->second.Listing != listing || known->second.Spelled != place.Folder()) {
+    if (known->second.Folder) --FOpenFolders;
+    known->second = {std::string(place.Folder()), listing, nullptr};
+  }
+}
+
+void TFolderCache::SpellAll(TPlace& place) {
+  const std::string given = place.Path;
+  place.Path.resize(given[0] == '/' ? 1 : 0);
+  place.Listing = nullptr;
+  for (size_t start = place.Path.size(); start < given.size();) {
+    const size_t end = std::min(given.find('/', start), given.size());
+    const std::string_view name = std::string_view(given).substr(start, end - start);
+    TFolderStamp stamp;
+    const std::string& folder = OrCurrent(place.Path);
+    const TFolderListing* const listing =
+        ReadStamp(place.Base, folder, stamp) ? Current(place.Base, folder, stamp) : nullptr;
+    const std::string* const found = listing ? listing->Find(name) : nullptr;
+    place.Path += found ? std::string_view(*found) : name;
+    if (end < given.size()) place.Path += '/';
+    start = end + 1;
+  }
+}
+
+void TFolderCache::Forget(const TPlace& place) {
+  TFolderStamp stamp;
+  if (!ReadStamp(place.Base, place.FolderPath(), stamp)) return;
+  const auto found = FListings.find({stamp.Device, stamp.Inode});
+  if (found == FListings.end()) return;
+  FTotal -= std::min(FTotal, found->second.Count());
+  ForgetPaths();
+  FListings.erase(found);
+}
+
+// Whether the listing may still serve if the folder's stamp has not changed.
+bool TFolderCache::IsAlive(const TFolderListing& listing, int64_t now) {
+  return listing.FSettled || now - listing.FUnsettledSince <
+                                 std::clamp(kReadingTimes * listing.FReadingTime, kShortest, kLongest);
+}
+
+// The listing that is held for the folder if it is true as far as can be told, or null.
+TFolderListing* TFolderCache::Held(const TFolderStamp& stamp) {
+  const auto found = FListings.find({stamp.Device, stamp.Inode});
+  if (found == FListings.end() || found->second.FStampDue || !(found->second.FStamp == stamp)) return nullptr;
+  TFolderListing& listing = found->second;
+  const int64_t now = Now();
+  if (!IsAlive(listing, now)) return nullptr;
+  listing.FSeenAt = now;
+  return &listing;
+}
+
+// The listing of a folder whose stamp was just read, read now if need be. Null, with errno, where the folder
+// cannot be read.
+TFolderListing* TFolderCache::Current(int base, const std::string& folder, const TFolderStamp& stamp) {
+  TFolderListing* const current = Held(stamp);
+  if (current && (current->FSettled || current->FKeptCurrent)) return current;
+  if (FTotal > kMostNames) {
+    ForgetPaths();
+    FListings.clear();
+    FTotal = 0;
+  }
+  TFolderListing listing;
+  if (!Read(base, folder, listing)) return nullptr;
+  FTotal += listing.Count();
+  TFolderListing& held = FListings[{listing.FStamp.Device, listing.FStamp.Inode}];
+  FTotal -= std::min(FTotal, held.Count());
+  held = std::move(listing);
+  return &held;
+}
+
+bool TFolderCache::Read(int base, const std::string& folder, TFolderListing& listing) {
+  ++FReadings;
+  const int64_t begin = Now();
+  const int64_t date = ClockTime(CLOCK_REALTIME);
+  TUniqueFd fd(openat(base, folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  struct stat before {};
+  if (!fd.IsOpen() || fstat(fd.Get(), &before) != 0) return false;
+  const std::unique_ptr<DIR, TDirCloser> dir(fdopendir(fd.Get()));
+  if (!dir) return false;
+  fd.Release();
+  for (;;) {
+    errno = 0;
+    const dirent* const entry = readdir(dir.get());
+    if (!entry) break;
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") listing.Add(name);
+  }
+  if (errno != 0) return false;
+  // The stamp from before the reading: a change during it shows as a change behind it.
+  listing.FStamp = StampOf(before);
+  listing.FSettled = IsClearlyOlder(listing.FStamp, date);
+  listing.FUnsettledSince = begin;
+  listing.FSeenAt = begin;
+  listing.FReadingTime = Now() - begin;
+  return true;
+}
+
+TFolderChange::TFolderChange(TFolderCache& cache, const TPlace& place)
+    : FCache(cache), FPlace(place), FListing(place.Listing) {
+  TFolderStamp stamp;
+  if (FListing || cache.FListings.empty()) return;
+  if (ReadStamp(place.Base, place.FolderPath(), stamp)) FListing = cache.Held(stamp);
+}
+
+void TFolderChange::Commit(std::string_view added, std::string_view removed) {
+  if (!FListing) return;
+  const int64_t now = Now();
+  const bool isOneOfMany = now - FListing->FChangedAt < kMoment && now - FListing->FSeenAt < kMoment / 2;
+  if (!isOneOfMany) {
+    TFolderStamp stamp;
+    if (!ReadStamp(FPlace.Base, FPlace.FolderPath(), stamp)) return;
+    if (stamp.Device != FListing->FStamp.Device || stamp.Inode != FListing->FStamp.Inode) return;
+    FListing->FStamp = stamp;
+    FListing->FSeenAt = now;
+  }
+  if (!removed.empty()) FListing->Remove(removed);
+  if (!added.empty()) FListing->Add(added);
+  if (FListing->FSettled) FListing->FUnsettledSince = now;
+  FListing->FSettled = false;
+  FListing->FKeptCurrent = true;
+  FListing->FStampDue = isOneOfMany;
+  FListing->FChangedAt = now;
+  if (!isOneOfMany) FCache.NotePath(FPlace, FListing, FPlace.Folder());
+}
+
+}  // namespace win

@@ -1,0 +1,50 @@
+// A place among the host's files: a path as the system calls take it.
+#pragma once
+
+#include <fcntl.h>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "win/posix/PosixFd.h"
+
+namespace win {
+
+// To open a folder only to go on from it.
+#ifdef O_PATH
+inline constexpr int kPassThrough = O_PATH | O_DIRECTORY | O_CLOEXEC;
+#else
+inline constexpr int kPassThrough = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+#endif
+
+class TFolderListing;
+
+// `Path` in its shortest spelling, without a separator at its end, seen from the folder `Base`. Every system
+// call takes the two together (openat and its like).
+struct TPlace {
+  int Base = AT_FDCWD;
+  std::string Path;
+  // Open where `Base` is a folder on the way: of a path too long for the system, or the one that holds the
+  // name.
+  std::shared_ptr<const TUniqueFd> BaseOwner;
+  std::string FullPath;  // in the latter case: the whole path, as seen from the present folder
+  // The listing of the place's folder that was just found current, or null; it holds until the next look-up.
+  TFolderListing* Listing = nullptr;
+
+  // Goes back to the whole path where the folder that holds the name is open.
+  void Widen() {
+    if (FullPath.empty()) return;
+    Base = AT_FDCWD;
+    Path = std::exchange(FullPath, {});
+  }
+
+  // The part up to and with the last separator; empty for a name in `Base` itself.
+  std::string_view Folder() const { return std::string_view(Path).substr(0, LeafStart()); }
+  // The same as an argument of a system call: "." where it is empty.
+  std::string FolderPath() const { return LeafStart() == 0 ? std::string(".") : std::string(Folder()); }
+  std::string_view Leaf() const { return std::string_view(Path).substr(LeafStart()); }
+  size_t LeafStart() const { return Path.rfind('/') + 1; }  // npos + 1 is 0
+};
+
+}  // namespace win
