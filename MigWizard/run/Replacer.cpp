@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "MigWizard/run/FilesAhead.h"
+#include "MigWizard/run/HeldFolders.h"
 #include "MigWizard/run/RExpertRes.h"
+#include "MigWizard/run/Restore.h"
 #include "MigWizard/run/Team.h"
 #include "qrl/QrlVcl.h"
 #include "rtl/text/Streams.h"
@@ -36,15 +38,6 @@ bool CopyBackup(const std::string& fileName, const std::string& backupName) {
   return rtl::FileExists(backupName) && win::FileSystem().CopyPermissions(fileName, backupName) &&
          win::CopyFileA(fileName, backupName, false);
 }
-
-// As long as it lives, folders may be held open.
-class THeldFolders {
- public:
-  THeldFolders() { win::FileSystem().HoldFolders(true); }
-  ~THeldFolders() { win::FileSystem().HoldFolders(false); }
-  THeldFolders(const THeldFolders&) = delete;
-  THeldFolders& operator=(const THeldFolders&) = delete;
-};
 
 // Runs `action` at the end of its block, also when an exception passes.
 template <typename TAction>
@@ -319,27 +312,14 @@ void TComponentReplacer::WriteUndoFile() {
 }
 
 bool TComponentReplacer::Restore(std::string_view undoFile) {
-  FUnits.LoadFromFile(undoFile);
-  const TFinally clearUnits([this] { FUnits.Clear(); });
-  if (FUnits.Count() == 0) Warn("The undo file lists nothing.");
-  for (int i = 0; i < FUnits.Count(); ++i) {
-    if (rtl::FileExists(FUnits.Values(FUnits.Names(i)))) continue;
-    Warn(rtl::Format("There is no backup for this line of the undo file, so nothing was restored: %s",
-                     {FUnits[i]}));
-    return false;
-  }
-  const THeldFolders held;
-  bool succeeded = false;
-  for (int i = 0; i < FUnits.Count(); ++i) {
-    const std::string_view name = FUnits.Names(i);
-    ReportProgress(i, name);
-    succeeded = win::CopyFileA(FUnits.Values(name), name, false);
-    if (succeeded) continue;
-    Warn(rtl::Format("\"%s\" could not be restored, nor were the files behind it in the undo file. %s",
-                     {name, LastReason()}));
-    break;
-  }
-  return succeeded;
+  TRestorePlan plan;
+  plan.Add(undoFile);
+  const int count = static_cast<int>(plan.Lines().size());
+  return plan.Execute(
+      [&](int done, const TRestoreLine& line) {
+        if (OnProgress) OnProgress({done, count, line.Original});
+      },
+      OnWarning);
 }
 
 }  // namespace mig
