@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,7 +15,7 @@
 namespace tests {
 
 // Operations are counted from 1. Those of open files (reading, writing) count, and so does each step of a
-// walk. Seek, Size and GetTempPathA neither count nor fail. A write that fails has written the first half.
+// walk. Seek, Size, Stamp of an open file and GetTempPathA neither count nor fail. A write that fails has written the first half.
 class TRecordingFileSystem : public win::TFileSystem {
  public:
   explicit TRecordingFileSystem(win::TFileSystem& inner) : FInner(inner) {}
@@ -29,13 +30,31 @@ class TRecordingFileSystem : public win::TFileSystem {
   bool HasFailed() const { return FHasFailed; }
 
   std::unique_ptr<win::TFileHandle> CreateFileA(std::string_view path, win::TFileMode mode) override {
-    if (!Goes(mode == win::TFileMode::Create ? "Create" : "Open", path)) return nullptr;
+    constexpr const char* kModes[] = {"Open", "Create", "CreateOwn"};
+    if (!Goes(kModes[static_cast<size_t>(mode)], path)) return nullptr;
     auto inner = FInner.CreateFileA(path, mode);
     return inner ? std::make_unique<TFile>(*this, std::move(inner), std::string(path)) : nullptr;
   }
   bool CopyFileA(std::string_view source, std::string_view target, bool failIfExists) override {
     return Goes("Copy", std::string(source) + " -> " + std::string(target)) &&
            FInner.CopyFileA(source, target, failIfExists);
+  }
+  bool CopyToOwnFile(std::string_view source, std::string_view target) override {
+    return Goes("CopyToOwn", std::string(source) + " -> " + std::string(target)) &&
+           FInner.CopyToOwnFile(source, target);
+  }
+  bool MoveFileReplacing(std::string_view source, std::string_view target) override {
+    return Goes("Move", std::string(source) + " -> " + std::string(target)) &&
+           FInner.MoveFileReplacing(source, target);
+  }
+  std::optional<win::TFileStamp> GetFileStamp(std::string_view path) override {
+    return Goes("Stamp", path) ? FInner.GetFileStamp(path) : std::nullopt;
+  }
+  std::unique_ptr<win::TFileLock> LockFolder(std::string_view path) override {
+    return Goes("LockFolder", path) ? FInner.LockFolder(path) : nullptr;
+  }
+  bool FlushFolder(std::string_view path) override {
+    return Goes("FlushFolder", path) && FInner.FlushFolder(path);
   }
   std::unique_ptr<win::TFindHandle> FindFirstFileA(std::string_view pattern, win::TFindData& data) override {
     if (!Goes("FindFirst", pattern)) return nullptr;
@@ -84,6 +103,8 @@ class TRecordingFileSystem : public win::TFileSystem {
     }
     bool Seek(int64_t position) override { return FInner->Seek(position); }
     int64_t Size() override { return FInner->Size(); }
+    std::optional<win::TFileStamp> Stamp() override { return FInner->Stamp(); }
+    bool Flush() override { return FOwner.Goes("FlushFile", FPath) && FInner->Flush(); }
 
    private:
     TRecordingFileSystem& FOwner;

@@ -10,14 +10,26 @@ namespace win {
 [[nodiscard]] inline bool CopyFileA(std::string_view source, std::string_view target, bool failIfExists) {
   return FileSystem().CopyFileA(source, target, failIfExists);
 }
+[[nodiscard]] inline bool CopyToOwnFile(std::string_view source, std::string_view target) {
+  return FileSystem().CopyToOwnFile(source, target);
+}
+[[nodiscard]] inline bool MoveFileReplacing(std::string_view source, std::string_view target) {
+  return FileSystem().MoveFileReplacing(source, target);
+}
+[[nodiscard]] inline std::optional<TFileStamp> GetFileStamp(std::string_view path) {
+  return FileSystem().GetFileStamp(path);
+}
+[[nodiscard]] inline std::unique_ptr<TFileLock> LockFolder(std::string_view path) {
+  return FileSystem().LockFolder(path);
+}
+[[nodiscard]] inline bool FlushFolder(std::string_view path) {
+  return FileSystem().FlushFolder(path);
+}
 [[nodiscard]] inline std::unique_ptr<TFindHandle> FindFirstFileA(std::string_view pattern, TFindData& data) {
   return FileSystem().FindFirstFileA(pattern, data);
 }
 [[nodiscard]] inline bool FindNextFileA(TFindHandle& handle, TFindData& data) {
   return handle.Next(data);
-}
-inline void FindClose(std::unique_ptr<TFindHandle> handle) {
-  handle.reset();
 }
 [[nodiscard]] inline std::string GetTempPathA() {
   return FileSystem().GetTempPathA();

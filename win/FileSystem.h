@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,21 +24,50 @@ inline constexpr uint32_t FILE_ATTRIBUTE_REPARSE_POINT =
     0x400;  // a link, beside the attributes of what it leads to
 inline constexpr uint32_t INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
 
-// How CreateFileA opens: an existing file for reading, or a new or truncated one for reading and writing.
-enum class TFileMode { OpenRead, Create };
+// How CreateFileA opens a file.
+enum class TFileMode {
+  OpenRead,  // an existing file, for reading
+  Create,    // a new or emptied file, for reading and writing
+  CreateOwn  // the same for one of the program's own files: see CreateFileA
+};
 
-// An open file. The destructor closes it. Reads and writes go on from the file's position, counted in bytes.
+// Identifies a file and the state of its contents: two equal stamps of one path mean that the path still names
+// the same file, and that nobody has written to it between the two.
+struct TFileStamp {
+  uint64_t Volume = 0;
+  uint64_t Identity = 0;  // of the file on its volume
+  int64_t Size = 0;       // in bytes
+  int64_t Modified = 0;   // last-write time, in nanoseconds since 1970
+
+  friend bool operator==(const TFileStamp&, const TFileStamp&) = default;
+};
+
+// An open file. The destructor closes it. Reads and writes start at the file's position, counted in bytes from
+// the start of the file, and advance it. A handle that was opened with CreateOwn holds the file exclusively
+// until it is destroyed.
 class TFileHandle {
  public:
   virtual ~TFileHandle() = default;
-  // Reads up to `count` bytes; the number read, 0 at the end of the file, -1 on failure.
+  // Reads up to `count` bytes. Returns the number of bytes read, 0 at the end of the file, -1 on failure.
   [[nodiscard]] virtual int64_t Read(void* buffer, size_t count) = 0;
-  // Writes all `count` bytes, or fails: the number written may then be anything below `count`.
+  // Writes `count` bytes. On failure any number of them may have been written.
   [[nodiscard]] virtual bool Write(const void* buffer, size_t count) = 0;
-  // Moves to `position`, counted in bytes from the start; it may lie behind the end.
+  // Sets the position. It may lie after the end of the file.
   [[nodiscard]] virtual bool Seek(int64_t position) = 0;
-  // The file's length in bytes, -1 on failure; of a file open for reading, as it was when it was opened.
+  // Returns the file's length in bytes, -1 on failure. For a file open for reading this is the length at the
+  // time of opening.
   [[nodiscard]] virtual int64_t Size() = 0;
+  // Returns the file's stamp, or nullopt on failure. For a file open for reading this is the stamp at the time
+  // of opening, so it never describes a state later than what was read.
+  [[nodiscard]] virtual std::optional<TFileStamp> Stamp() = 0;
+  // Brings the file's contents and its name to the disk. On failure it is unknown how much has arrived there.
+  [[nodiscard]] virtual bool Flush() = 0;
+};
+
+// An exclusive lock. The destructor releases it.
+class TFileLock {
+ public:
+  virtual ~TFileLock() = default;
 };
 
 struct TFindData {
@@ -57,24 +87,47 @@ class TFileSystem {
  public:
   virtual ~TFileSystem() = default;
 
-  // Null on failure. `Create` replaces the contents of an existing file and keeps its name's case; a
-  // read-only file, or a folder, of that name is ERROR_ACCESS_DENIED. Only regular files are opened: a pipe
-  // or a device is ERROR_ACCESS_DENIED too, at once. A file that is created, or emptied, stays where writing
-  // to it fails.
+  // Opens a file. Returns null on failure. Only regular files are opened; a folder, pipe or device is
+  // ERROR_ACCESS_DENIED, at once.
+  //
+  // `Create` empties an existing file and keeps the case of its name. A link to a file is that file. A
+  // read-only file is ERROR_ACCESS_DENIED.
+  //
+  // `CreateOwn` differs in two ways. A link of that name is ERROR_ACCESS_DENIED, wherever it leads. And the
+  // file is held: ERROR_SHARING_VIOLATION if another CreateOwn handle, of any process, holds it. Nothing is
+  // emptied before it is held. Hosts with advisory locks keep out only CreateOwn, and on a volume without
+  // locks the file is opened all the same.
+  //
+  // A file that was created or emptied remains when a later write fails.
   [[nodiscard]] virtual std::unique_ptr<TFileHandle> CreateFileA(std::string_view path, TFileMode mode) = 0;
 
-  // Copies contents, last-write time and permission bits to a file; `target` names the file, not its folder.
-  // An existing target keeps the case of its name and its owner; a link is followed to the file it names. A
-  // read-only target, or a folder, is ERROR_ACCESS_DENIED, the source itself ERROR_SHARING_VIOLATION.
+  // Copies contents, last-write time and permission bits to the file `target`; a folder of that name is
+  // ERROR_ACCESS_DENIED. An existing target keeps the case of its name, its owner and its access list; a link
+  // is followed to the file that it names. A read-only target is ERROR_ACCESS_DENIED, the source itself
+  // ERROR_SHARING_VIOLATION.
   //
-  // The target comes into being, or is replaced, in one step, by a temporary file in its folder that takes
-  // its name: nobody ever sees half a file under that name. After a failure the target is as it was and the
-  // temporary file is gone; a process that is killed may leave one behind ("~kva...$$$"). The folder must be
-  // writable. What a power cut leaves is the target as it was or as it became if FlushWritten succeeded
-  // since; else, on file systems that do not bring contents to the disk before names, a file may come out
-  // empty. The source is not touched, so one that was flushed before is there to copy from again.
+  // The target is created or replaced in one step, by a temporary file in its folder that takes its name, so
+  // nobody ever sees half a file under that name. After a failure the target is as it was, the temporary file
+  // is gone, and GetLastError tells why the copy failed. A process that is killed may leave a temporary file
+  // ("~kva...$$$"). The folder must be writable.
+  //
+  // After a power cut the target is as before or as copied if FlushWritten has succeeded since. Otherwise a
+  // file may be empty on file systems that bring names to the disk before contents. The source is not touched.
   [[nodiscard]] virtual bool CopyFileA(std::string_view source, std::string_view target,
                                        bool failIfExists) = 0;
+
+  // Copies to one of the program's own files, such as a backup. As CopyFileA with these differences:
+  //  - A link named `target` is ERROR_ACCESS_DENIED. A read-only file of that name is replaced.
+  //  - Nobody can read the copy who cannot read the source: it gets the source's permission bits, group and
+  //    access list, and its owner where the process may set it. Where they cannot be set and the source is not
+  //    readable by everybody, only the owner of the copy, who runs the program, can read it.
+  [[nodiscard]] virtual bool CopyToOwnFile(std::string_view source, std::string_view target) = 0;
+
+  // Renames the file `source` to `target`, on the same volume, in one step. A file named `target` is replaced
+  // and keeps the case of its name; a link of that name is itself replaced. A folder, pipe or device named
+  // `target`, or a read-only file, is ERROR_ACCESS_DENIED, and so is a source that is no regular file. After a
+  // failure both are as they were.
+  [[nodiscard]] virtual bool MoveFileReplacing(std::string_view source, std::string_view target) = 0;
 
   // Walks the folder of a pattern "FOLDER\*.*", the only pattern there is. The first entries are "." and
   // "..", then come all others in the order that NTFS gives: by upper-cased name, compared by UTF-16 unit,
@@ -91,6 +144,15 @@ class TFileSystem {
   // A link to a file counts as that file. INVALID_FILE_ATTRIBUTES on failure, and for a link that leads
   // nowhere.
   [[nodiscard]] virtual uint32_t GetFileAttributesA(std::string_view path) = 0;
+
+  // Returns the stamp of a file; of a link, that of the file it leads to. Returns nullopt on failure; a folder,
+  // pipe or device is ERROR_ACCESS_DENIED.
+  [[nodiscard]] virtual std::optional<TFileStamp> GetFileStamp(std::string_view path) = 0;
+
+  // Locks a folder for as long as the returned object lives. Returns null on failure; ERROR_SHARING_VIOLATION
+  // if somebody, in any process, holds the lock. The lock keeps out nothing but LockFolder. On a volume without
+  // locks it always succeeds.
+  [[nodiscard]] virtual std::unique_ptr<TFileLock> LockFolder(std::string_view path) = 0;
 
   // ERROR_ALREADY_EXISTS where there is a folder or a file of that name, in any case.
   [[nodiscard]] virtual bool CreateDirectoryA(std::string_view path) = 0;
@@ -116,11 +178,13 @@ class TFileSystem {
   // system then.
   virtual void HoldFolders(bool /*hold*/) {}
 
-  // Brings everything that was written since the last call to the disk, with the names under which it stands:
-  // through this object, and on the host through any other. Nobody may be writing meanwhile. Reports also
-  // what only came to light when one of the files was closed. After a failure it is open how much of it is
-  // there.
+  // Brings everything that was written, copied or renamed since the last call to the disk, including the names:
+  // through this object, and on the host through any other. Nobody may be writing meanwhile. Also reports
+  // failures that showed only when one of the files was closed. On failure it is unknown how much has arrived.
   [[nodiscard]] virtual bool FlushWritten() = 0;
+
+  // Brings the names in a folder to the disk, such as those that MoveFileReplacing and DeleteFileA changed.
+  [[nodiscard]] virtual bool FlushFolder(std::string_view path) = 0;
 };
 
 // The file system in force on this thread: the host's own unless an override is alive. The host's own is for

@@ -5,6 +5,7 @@
 #include "win/Errors.h"
 #include "win/posix/PosixErrors.h"
 #include "win/posix/PosixFileSystem.h"
+#include "win/posix/PosixLock.h"
 
 namespace win {
 namespace {
@@ -15,13 +16,37 @@ constexpr int kOpenFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 constexpr uint64_t kNever = UINT64_MAX;
 
+// Attempts to open a name that somebody else renames, creates or deletes at the same moment.
+constexpr int kMostAttempts = 100;
+
+TFileStamp StampOf(const struct stat& info) {
+#ifdef __APPLE__
+  const timespec& modified = info.st_mtimespec;
+#else
+  const timespec& modified = info.st_mtim;
+#endif
+  return {static_cast<uint64_t>(info.st_dev), static_cast<uint64_t>(info.st_ino), info.st_size,
+          static_cast<int64_t>(modified.tv_sec) * 1000000000 + modified.tv_nsec};
+}
+
+bool IsSameFile(const struct stat& left, const struct stat& right) {
+  return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
+}
+
 class TPosixFileHandle : public TFileHandle {
  public:
-  // `size` is that of a file open for reading; one that is written is asked for it.
-  TPosixFileHandle(TUniqueFd fd, TPlace place, dev_t device, std::optional<int64_t> size,
-                   TWrittenFiles& written)
-      : FFd(std::move(fd)), FPlace(std::move(place)), FDevice(device), FSize(size), FWritten(written) {}
+  // `atOpening` describes a file open for reading; one open for writing is asked each time.
+  TPosixFileHandle(TUniqueFd fd, TPlace place, dev_t device, std::optional<TFileStamp> atOpening,
+                   bool isLocked, TWrittenFiles& written)
+      : FFd(std::move(fd)),
+        FPlace(std::move(place)),
+        FDevice(device),
+        FAtOpening(atOpening),
+        FIsLocked(isLocked),
+        FWritten(written) {}
   ~TPosixFileHandle() override {
+    // Before closing, because FWritten may hold a duplicate.
+    if (FIsLocked) Unlock(FFd.Get());
     if (!FFd.Close() && FNotedIn != kNever) FWritten.NoteFailure(errno);
   }
 
@@ -56,18 +81,29 @@ class TPosixFileHandle : public TFileHandle {
   }
 
   int64_t Size() override {
-    if (FSize) return *FSize;
+    const std::optional<TFileStamp> stamp = Stamp();
+    return stamp ? stamp->Size : -1;
+  }
+
+  std::optional<TFileStamp> Stamp() override {
+    if (FAtOpening) return FAtOpening;
     struct stat info {};
-    if (fstat(FFd.Get(), &info) == 0) return info.st_size;
+    if (fstat(FFd.Get(), &info) == 0) return StampOf(info);
     FailErrno(errno);
-    return -1;
+    return std::nullopt;
+  }
+
+  bool Flush() override {
+    const TUniqueFd folder(openat(FPlace.Base, FPlace.FolderPath().c_str(), kOpenFolder));
+    return (FlushFile(FFd.Get()) && folder.IsOpen() && FlushFile(folder.Get())) || FailErrno(errno);
   }
 
  private:
   TUniqueFd FFd;
   TPlace FPlace;
   dev_t FDevice;
-  std::optional<int64_t> FSize;
+  std::optional<TFileStamp> FAtOpening;
+  bool FIsLocked;
   TWrittenFiles& FWritten;
   uint64_t FNotedIn = kNever;
 };
@@ -90,17 +126,10 @@ TUniqueFd TPosixFileSystem::OpenForReading(std::string_view path, struct stat& i
   return fd;
 }
 
-std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path, TFileMode mode) {
-  struct stat info {};
-  TPlace place;
-  if (mode == TFileMode::OpenRead) {
-    TUniqueFd fd = OpenForReading(path, info);
-    if (!fd.IsOpen()) return nullptr;
-    return std::make_unique<TPosixFileHandle>(std::move(fd), std::move(place), info.st_dev, info.st_size,
-                                              FWritten);
-  }
-  if (!Locate(path, TKind::File, place)) return nullptr;
-  // Never O_TRUNC: what is opened may be of the wrong kind, or read-only where root may write all the same.
+// Opens a file for writing, and creates it where there is none. Never empties it, because what is opened may be
+// of the wrong kind, or read-only where root may write all the same.
+TUniqueFd TPosixFileSystem::OpenForWriting(std::string_view path, TPlace& place, struct stat& info) {
+  if (!Locate(path, TKind::File, place)) return {};
   const auto open = [](const TPlace& at, int create) {
     return openat(at.Base, at.Path.c_str(), O_RDWR | create | kOpenFlags, 0666);
   };
@@ -113,19 +142,87 @@ std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path
   }
   if (!fd.IsOpen() || fstat(fd.Get(), &info) != 0) {
     FailErrno(errno);
-    return nullptr;
+    return {};
   }
   if (!S_ISREG(info.st_mode) || !(info.st_mode & S_IWUSR)) {
     Fail(ERROR_ACCESS_DENIED);
-    return nullptr;
+    return {};
   }
+  return fd;
+}
+
+// The same without following a link, and locked.
+TUniqueFd TPosixFileSystem::OpenOwn(std::string_view path, TPlace& place, struct stat& info) {
+  for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+    place = {};
+    if (!Locate(path, TKind::File, place)) return {};
+    const auto open = [](const TPlace& at, int create) {
+      return openat(at.Base, at.Path.c_str(), O_RDWR | O_NOFOLLOW | create | kOpenFlags, 0666);
+    };
+    TUniqueFd fd(AtPlace(place, [&open](const TPlace& at) { return open(at, 0); }));
+    if (!fd.IsOpen() && errno == ENOENT) {
+      TFolderChange change(FFolders, place);
+      fd = TUniqueFd(open(place, O_CREAT | O_EXCL));
+      if (fd.IsOpen()) change.Commit(place.Leaf());
+      if (!fd.IsOpen() && errno == EEXIST) continue;
+    }
+    if (!fd.IsOpen() || fstat(fd.Get(), &info) != 0) {
+      errno == ELOOP ? Fail(ERROR_ACCESS_DENIED) : FailErrno(errno);
+      return {};
+    }
+    if (!S_ISREG(info.st_mode) || !(info.st_mode & S_IWUSR)) {
+      Fail(ERROR_ACCESS_DENIED);
+      return {};
+    }
+    if (!LockExclusively(fd.Get())) {
+      FailErrno(errno);
+      return {};
+    }
+    // Whoever held the lock before may have deleted or replaced the file meanwhile.
+    struct stat named {};
+    if (fstatat(place.Base, place.Path.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+        IsSameFile(named, info) && fstat(fd.Get(), &info) == 0) {
+      return fd;
+    }
+  }
+  Fail(ERROR_SHARING_VIOLATION);
+  return {};
+}
+
+std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path, TFileMode mode) {
+  struct stat info {};
+  TPlace place;
+  if (mode == TFileMode::OpenRead) {
+    TUniqueFd fd = OpenForReading(path, info);
+    if (!fd.IsOpen()) return nullptr;
+    return std::make_unique<TPosixFileHandle>(std::move(fd), std::move(place), info.st_dev, StampOf(info),
+                                              false, FWritten);
+  }
+  const bool isOwn = mode == TFileMode::CreateOwn;
+  TUniqueFd fd = isOwn ? OpenOwn(path, place, info) : OpenForWriting(path, place, info);
+  if (!fd.IsOpen()) return nullptr;
   if (info.st_size > 0 && ftruncate(fd.Get(), 0) != 0) {
     FailErrno(errno);
     return nullptr;
   }
   place.Listing = nullptr;
-  return std::make_unique<TPosixFileHandle>(std::move(fd), std::move(place), info.st_dev, std::nullopt,
+  return std::make_unique<TPosixFileHandle>(std::move(fd), std::move(place), info.st_dev, std::nullopt, isOwn,
                                             FWritten);
+}
+
+std::optional<TFileStamp> TPosixFileSystem::GetFileStamp(std::string_view path) {
+  TPlace place;
+  struct stat info {};
+  if (!Locate(path, TKind::File, place)) return std::nullopt;
+  if (AtPlace(place, [&info](const TPlace& at) { return fstatat(at.Base, at.Path.c_str(), &info, 0); }) < 0) {
+    FailErrno(errno);
+    return std::nullopt;
+  }
+  if (!S_ISREG(info.st_mode)) {
+    Fail(ERROR_ACCESS_DENIED);
+    return std::nullopt;
+  }
+  return StampOf(info);
 }
 
 }  // namespace win

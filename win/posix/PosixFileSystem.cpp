@@ -12,6 +12,7 @@
 #include "win/Errors.h"
 #include "win/paths/Drives.h"
 #include "win/posix/PosixErrors.h"
+#include "win/posix/PosixLock.h"
 
 namespace win {
 namespace {
@@ -203,6 +204,30 @@ bool TPosixFileSystem::FoldsCase(const TPlace& place, dev_t device) {
 void TPosixFileSystem::HoldFolders(bool hold) {
   FFolders.HoldFolders(hold);
   if (!hold) FWritten.Drop();
+}
+
+TUniqueFd TPosixFileSystem::OpenFolder(std::string_view path) {
+  TPlace place;
+  if (!Locate(path, TKind::Folder, place)) return {};
+  TUniqueFd folder(
+      AtPlace(place, [](const TPlace& at) { return openat(at.Base, at.Path.c_str(), kOpenFolder); }));
+  if (!folder.IsOpen()) errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
+  return folder;
+}
+
+std::unique_ptr<TFileLock> TPosixFileSystem::LockFolder(std::string_view path) {
+  TUniqueFd folder = OpenFolder(path);
+  if (!folder.IsOpen()) return nullptr;
+  if (!LockExclusively(folder.Get())) {
+    FailErrno(errno);
+    return nullptr;
+  }
+  return std::make_unique<TPosixLock>(std::move(folder));
+}
+
+bool TPosixFileSystem::FlushFolder(std::string_view path) {
+  const TUniqueFd folder = OpenFolder(path);
+  return folder.IsOpen() && (FlushFile(folder.Get()) || FailErrno(errno));
 }
 
 bool TPosixFileSystem::FlushWritten() {

@@ -22,8 +22,12 @@ class TPosixFileSystem : public TFileSystem {
  public:
   std::unique_ptr<TFileHandle> CreateFileA(std::string_view path, TFileMode mode) override;
   bool CopyFileA(std::string_view source, std::string_view target, bool failIfExists) override;
+  bool CopyToOwnFile(std::string_view source, std::string_view target) override;
+  bool MoveFileReplacing(std::string_view source, std::string_view target) override;
   std::unique_ptr<TFindHandle> FindFirstFileA(std::string_view pattern, TFindData& data) override;
   uint32_t GetFileAttributesA(std::string_view path) override;
+  std::optional<TFileStamp> GetFileStamp(std::string_view path) override;
+  std::unique_ptr<TFileLock> LockFolder(std::string_view path) override;
   bool CreateDirectoryA(std::string_view path) override;
   bool CreatePrivateDirectory(std::string_view path) override;
   bool RemoveDirectoryA(std::string_view path) override;
@@ -33,6 +37,7 @@ class TPosixFileSystem : public TFileSystem {
   std::string GetLongPathNameA(std::string_view path) override;
   void HoldFolders(bool hold) override;
   bool FlushWritten() override;
+  bool FlushFolder(std::string_view path) override;
 
   // How often a folder was read to look a name up, for measurements.
   size_t FolderReadings() const { return FFolders.Readings(); }
@@ -61,7 +66,23 @@ class TPosixFileSystem : public TFileSystem {
 
   bool MakeDirectory(std::string_view path, mode_t mode);
   TUniqueFd OpenForReading(std::string_view path, struct stat& info);
-  bool FindTarget(std::string_view path, TPlace& place, struct stat& info, bool& exists, bool failIfExists);
+  // What may have the name that a file is to take.
+  enum class TOverwriting {
+    Document,  // a writable file, or a link, which is followed
+    Own,       // any file, no link
+    Name       // a writable file, or a link, which is itself replaced
+  };
+  struct TTarget {
+    TPlace Place;
+    struct stat Info {};  // if something is there
+    bool Exists = false;
+    bool IsRefused = false;  // what is there may not be replaced
+  };
+  bool FindTarget(std::string_view path, TOverwriting rule, TTarget& target);
+  bool Copy(std::string_view source, std::string_view target, TOverwriting rule, bool failIfExists);
+  TUniqueFd OpenForWriting(std::string_view path, TPlace& place, struct stat& info);
+  TUniqueFd OpenOwn(std::string_view path, TPlace& place, struct stat& info);
+  TUniqueFd OpenFolder(std::string_view path);
   bool CopyContents(int from, int to, int64_t size);
   bool FoldsCase(const TPlace& place, dev_t device);
   bool PassesOver(const TPlace& folder, std::string_view name);

@@ -18,6 +18,9 @@ inline constexpr int kPassThrough = O_PATH | O_DIRECTORY | O_CLOEXEC;
 inline constexpr int kPassThrough = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 #endif
 
+// To open a folder for reading its entries, locking it, or bringing it to the disk.
+inline constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
 class TFolderListing;
 
 // `Path` in its shortest spelling, without a separator at its end, seen from the folder `Base`. Every system

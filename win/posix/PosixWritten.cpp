@@ -18,13 +18,6 @@ bool Succeeded(int result) {
   return result == 0 || errno == EINVAL || errno == EROFS || errno == ENOTSUP;
 }
 
-bool FlushFile(int fd) {
-#ifdef F_FULLFSYNC
-  if (fcntl(fd, F_FULLFSYNC) == 0) return true;
-#endif
-  return Succeeded(fsync(fd));
-}
-
 bool FlushDevice(int fd) {
 #ifdef __linux__
   return Succeeded(syncfs(fd));
@@ -35,6 +28,13 @@ bool FlushDevice(int fd) {
 }
 
 }  // namespace
+
+bool FlushFile(int fd) {
+#ifdef F_FULLFSYNC
+  if (fcntl(fd, F_FULLFSYNC) == 0) return true;
+#endif
+  return Succeeded(fsync(fd));
+}
 
 TWrittenFiles& TWrittenFiles::OfProcess() {
   static TWrittenFiles files;
@@ -55,8 +55,7 @@ void TWrittenFiles::Note(int fd, dev_t device, const TPlace& place) {
   }
   if (FMany) return;
   if (FFiles.size() < kFew) {
-    TNoted noted{Duplicate(fd), TUniqueFd(openat(place.Base, place.FolderPath().c_str(),
-                                                 O_RDONLY | O_DIRECTORY | O_CLOEXEC))};
+    TNoted noted{Duplicate(fd), TUniqueFd(openat(place.Base, place.FolderPath().c_str(), kOpenFolder))};
     if (noted.File.IsOpen() && noted.Folder.IsOpen()) {
       FFiles.push_back(std::move(noted));
       return;

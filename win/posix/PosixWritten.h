@@ -19,6 +19,10 @@
 
 namespace win {
 
+// Brings one file or folder to the disk. On failure returns false, with errno. Kinds of files and folders that
+// cannot be asked for are no failure.
+[[nodiscard]] bool FlushFile(int fd);
+
 class TWrittenFiles {
  public:
   // All that the process has written, by whatever thread.
