@@ -38,7 +38,7 @@ TConvertedForm FromBinary(std::string_view bytes, TFormKind kind, TFormKind want
   mig::TRCData rcData;
   std::string_view data = kind == TFormKind::Binary ? mig::ReadFormHeader(bytes, rcData) : bytes;
   rtl::TBinaryTextOptions options;
-  options.ForPeople = true;
+  options.ForPeople = wanted == TFormKind::Text;
   options.FirstOffset = bytes.size() - data.size();
   rtl::TBinaryInfo info;
   std::string text = rtl::ObjectBinaryToText(data, options, info);

@@ -1,4 +1,4 @@
-// Any bytes as a binary form: an error, or a text from which a binary form comes that gives the same text.
+// Any bytes as a binary form: an error, or a text that converts back to a binary form with the same text.
 #include <cstdlib>
 
 #include "rtl/objects/ObjectBinaryToText.h"

@@ -57,6 +57,17 @@ TEST(FormFileTest, WrittenAnewWithItsSizeAndItsEmptyStrings) {
                           "00 00 00 00 00")));
 }
 
+TEST(FormFileTest, NumbersThatAreNotNormalisedComeBackBitForBit) {
+  const std::string bytes = FromHex(
+      "FF 0A 00 00 30 10 35 00 00 00 'TPF0' 01 'T' 00"
+      "01 'A' 05 00 00 00 00 00 00 00 40 FF 3F"  // an extended without its leading bit
+      "01 'B' 15 01 00 00 00 00 00 F4 7F"        // a NaN
+      "01 'C' 04 07 00 00 00"                    // 7 in 32 bits
+      "01 'D' 05 00 00 00 00 00 00 00 80 FF 3F 00 00");
+  const mig::TFormFile form = Read(bytes);
+  EXPECT_EQ(ToHex(Write(form, form.Text)), ToHex(bytes));
+}
+
 TEST(FormFileTest, WhatIsNotBinaryIsText) {
   for (const char* bytes : {"", "\xFF", "object A: T\n", "\xFF\x0A\x01"}) {
     const mig::TFormFile form = Read(bytes);

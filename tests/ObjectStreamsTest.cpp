@@ -240,9 +240,9 @@ TEST(ObjectStreamsTest, DamagedBinaryIsRefused) {
     int Offset;
     const char* Message;
   };
-  const auto expectRefused = [](const TRow& row, const std::string& behind) {
+  const auto expectRefused = [](const TRow& row, const std::string& after) {
     EXPECT_EQ(ErrorOf([&] { return ToText(row.Binary); }),
-              "Form data at offset " + std::to_string(row.Offset) + ": " + row.Message + behind)
+              "Form data at offset " + std::to_string(row.Offset) + ": " + row.Message + after)
         << ToHex(row.Binary);
   };
   const TRow objects[] = {
@@ -275,19 +275,72 @@ TEST(ObjectStreamsTest, DamagedBinaryIsRefused) {
   };
   for (const TRow& row : values)
     expectRefused({BinaryWith(FromHex(row.Binary)), row.Offset, row.Message}, " (object A, property P).");
-  // Infinities, what is no number, and mantissas without their leading bit or with one too many.
-  for (const char* hex : {"05 00 00 00 00 00 00 00 80 FF 7F", "05 01 00 00 00 00 00 00 C0 FF FF",
-                          "05 00 00 00 00 00 00 00 40 FF 3F", "05 00 00 00 00 00 00 00 80 00 00",
-                          "0F 00 00 80 7F", "15 00 00 00 00 00 00 F0 FF", "11 01 00 00 00 00 00 F8 7F"})
-    expectRefused({BinaryWith(FromHex(hex)), 11,
-                   "a floating-point number that is infinite, not a number or not normalised"},
-                  " (object A, property P).");
+}
+
+// Integers that are stored wider than they need.
+TEST(ObjectStreamsTest, WideIntegersKeepTheirWidth) {
+  const TValueRow rows[] = {
+      {"03 00 00", "00"},
+      {"03 80 FF", "-0128"},
+      {"04 05 00 00 00", "005"},
+      {"04 80 00 00 00", "0128"},
+      {"04 FF FF FF FF", "-001"},
+      {"13 05 00 00 00 00 00 00 00", "0005"},
+      {"13 00 00 00 80 FF FF FF FF", "-02147483648"},
+      {"01 03 01 00 02 01 00", "(\r\n    01\r\n    1)"},
+      {"0B 02 '07' 03 '-07' 00", "[07, -07]"},
+      {"0E 03 01 00 01 00 04 FF FF FF FF 01 00 00",
+       "<\r\n    item [01]\r\n    end\r\n    item [-001]\r\n    end>"},
+  };
+  for (const TValueRow& row : rows) {
+    const std::string binary = BinaryWith(FromHex(row.Hex));
+    EXPECT_EQ(ToText(binary), TextWith(row.Text));
+    EXPECT_EQ(ToText(binary, true), TextWith(row.Text));
+    EXPECT_EQ(ToHex(ToBinary(TextWith(row.Text))), ToHex(binary)) << row.Text;
+  }
+  EXPECT_EQ(ToHex(ToBinary("object T [00000] P = 000000000000000000000007 end")),
+            ToHex(FromHex("'TPF0' F2 04 00 00 00 00 01 'T' 00 01 'P' 13 07 00 00 00 00 00 00 00 00 00")));
+}
+
+// Infinities, NaNs with their payloads, and mantissas without their leading bit or with one too many: they come
+// back bit for bit from text in memory, and text for people cannot express them.
+TEST(ObjectStreamsTest, FloatsWithoutADecimalText) {
+  const TValueRow rows[] = {
+      {"05 00 00 00 00 00 00 00 80 FF 7F", "9223372036854775808.32767E100005"},
+      {"05 01 00 00 00 00 00 00 C0 FF FF", "13835058055282163713.65535E100005"},
+      {"05 00 00 00 00 00 00 00 40 FF 3F", "4611686018427387904.16383E100005"},
+      {"05 00 00 00 00 00 00 00 80 00 00", "9223372036854775808.0E100005"},
+      {"05 00 00 00 00 00 00 00 80 00 80", "9223372036854775808.32768E100005"},
+      {"05 00 00 00 00 00 00 00 00 00 3C", "0.15360E100005"},
+      {"05 01 00 00 00 00 00 00 00 01 00", "1.1E100005"},
+      {"0F 00 00 80 7F", "2139095040.0E100015"},
+      {"0F 01 00 A0 FF", "4288675841.0E100015"},
+      {"15 00 00 00 00 00 00 F0 FF", "18442240474082181120.0E100021"},
+      {"15 01 00 00 00 00 00 F4 7F", "9219994337134247937.0E100021"},
+      {"11 01 00 00 00 00 00 F8 7F", "9221120237041090561.0E100017"},
+  };
+  for (const TValueRow& row : rows) {
+    const std::string binary = BinaryWith(FromHex(row.Hex));
+    EXPECT_EQ(ToText(binary), TextWith(row.Text));
+    EXPECT_EQ(ToHex(ToBinary(TextWith(row.Text))), ToHex(binary)) << row.Text;
+    EXPECT_EQ(ErrorOf([&] { return ToText(binary, true); }),
+              "Form data at offset 11: a floating-point number that is infinite, not a number or not "
+              "normalised (object A, property P).");
+  }
+  // Bits of a number that has a decimal text, of too many bytes, of another kind, or of none.
+  for (const char* text :
+       {"4607182418800017408.0E100021", "2139095040.1E100015", "4288675841999.0E100015",
+        "9223372036854775808.0E100006", "9223372036854775808.65536E100005", "-9223372036854775808.0E100005",
+        "9223372036854775808E100005", "9223372036854775808.0E+100005", "2139095040.0E100015s"})
+    EXPECT_EQ(ErrorOf([&] { return ToBinary(TextWith(text)); }),
+              "Form text, line 2: a number that is too large for its kind (object A, property P).")
+        << text;
 }
 
 TEST(ObjectStreamsTest, TextThatIsNoFormIsRefused) {
   using TRow = std::pair<std::string, const char*>;
-  const auto expectRefused = [](const TRow& row, const std::string& before, const std::string& behind) {
-    EXPECT_EQ(ErrorOf([&] { return ToBinary(row.first); }), before + row.second + behind) << row.first;
+  const auto expectRefused = [](const TRow& row, const std::string& before, const std::string& after) {
+    EXPECT_EQ(ErrorOf([&] { return ToBinary(row.first); }), before + row.second + after) << row.first;
   };
   const TRow texts[] = {
       {" \r\n\r\n", "3: an object expected."},
@@ -295,7 +348,7 @@ TEST(ObjectStreamsTest, TextThatIsNoFormIsRefused) {
       {"object", "1: an object's name or class expected."},
       {"object A: T\r  object B: U end\r", "3: the text ends inside an object (object A)."},
       {"object A: T object B: U end\nX = 1 end",
-       "2: an object or \"end\" expected behind a nested object (object A)."},
+       "2: an object or \"end\" expected after a nested object (object A)."},
       {"object A: T [x] end", "1: a position that is no integer of 32 bits (object A)."},
       {TextWith("1\r\n" + std::string(40, 'Q') + " . R = 1 S . 1"),
        "3: a property's name expected (object A, property S)."},
@@ -308,7 +361,7 @@ TEST(ObjectStreamsTest, TextThatIsNoFormIsRefused) {
       {"=", "a value expected"},
       {"'a' 'b'", "a property's name expected"},
       {"'a\r\nb'", "a string that is not closed on its line"},
-      {"'a' + 5", "a string expected behind \"+\""},
+      {"'a' + 5", "a string expected after \"+\""},
       {"#", "\"#\" without a character code"},
       {"#65536", "a character code above 65535"},
       {"1x", "malformed number"},

@@ -1,14 +1,14 @@
-// Where a converter puts its bytes, piece by piece: a string, or a stream in large writes.
+// Buffered output for the converters: to a string, or to a stream in large writes.
 //
-// A sink collects in a buffer of its own that stays in the processor's cache; what it stands for sees only
-// whole buffers. Small things are composed in place:
+// A sink collects bytes in a buffer that stays in the processor's cache and hands over whole buffers. Small
+// pieces can be composed in place:
 //
 //   char* end = sink.Room();          // at least TByteSink::kRoom bytes
 //   *end++ = 'x';
 //   sink.Take(end);
 //
-// Nothing has arrived for certain before Flush. A sink that is destroyed without it drops what it still
-// holds, which is what a conversion that failed wants.
+// Call Flush at the end. Destroying a sink without it discards the bytes that are still in the buffer, which
+// is what a failed conversion wants.
 #pragma once
 
 #include <cstddef>
@@ -29,12 +29,13 @@ class TByteSink {
   TByteSink(const TByteSink&) = delete;
   TByteSink& operator=(const TByteSink&) = delete;
 
-  // Where the next bytes go: room for kRoom of them, until the next call of any operation.
+  // Returns where to write the next bytes: room for kRoom of them, valid until the next call of any
+  // operation.
   char* Room() {
     if (static_cast<size_t>(FBuffer + kSize - FNext) < kRoom) Flush();
     return FNext;
   }
-  // Takes what was written from Room up to `end`.
+  // Adds the bytes that were written from Room up to `end`.
   void Take(char* end) { FNext = end; }
 
   void Append(std::string_view bytes) {
@@ -49,7 +50,8 @@ class TByteSink {
     if (FNext == FBuffer + kSize) Flush();
     *FNext++ = byte;
   }
-  // Hands over what is held. Raises what the target raises.
+  // Writes the buffered bytes to the target. Raises whatever the target raises; the buffer is empty then,
+  // too.
   void Flush();
 
  protected:
@@ -64,7 +66,7 @@ class TByteSink {
   char FBuffer[kSize];
 };
 
-// Appends to `target`, which must live as long.
+// Appends to `target`, which must outlive the sink.
 class TStringSink : public TByteSink {
  public:
   explicit TStringSink(std::string& target) : FTarget(target) {}
@@ -76,7 +78,7 @@ class TStringSink : public TByteSink {
   std::string& FTarget;
 };
 
-// Writes to `target` at its position; `target` must live as long.
+// Writes at the position of `target`, which must outlive the sink.
 class TStreamSink : public TByteSink {
  public:
   explicit TStreamSink(TStream& target) : FTarget(target) {}

@@ -14,30 +14,28 @@ namespace rtl {
 
 namespace {
 
-// Significant decimal digits, without leading zeros, and the place of the point: 0.DIGITS * 10^Point. No
-// digits: zero.
+// 0.DIGITS * 10^Point, without leading zeros. Zero has no digits.
 struct TDecimal {
   std::string Digits;
   int64_t Point = 0;
 };
 
 struct TEncoding {
-  int Bytes;
   int ExponentBits;
-  int FractionBits;  // bits of the mantissa that are stored; the extended format stores all
+  int FractionBits;  // the bits of the mantissa that are stored: all in the extended format
 };
 
 TEncoding EncodingOf(const TFloatFormat& format) {
-  if (format.Precision == kSingleFormat.Precision) return {4, 8, 23};
-  if (format.Precision == kDoubleFormat.Precision) return {8, 11, 52};
-  return {10, 15, 64};
+  if (format.Precision == kSingleFormat.Precision) return {8, 23};
+  if (format.Precision == kDoubleFormat.Precision) return {11, 52};
+  return {15, 64};
 }
 
-// Rounds (high + fraction) * 2^exponent, where 0 <= fraction < 1 and `sticky` says that it is not 0, to the
-// nearest number of `format`. `high` has its highest bit set.
+// Rounds (high + next / 2^32 + rest) * 2^exponent to the nearest number of `format`, halves to even. `rest`
+// is below 2^-32, and `sticky` says whether it is not 0. The highest bit of `high` is set. Returns false if
+// the result is too large for the format.
 bool Round(uint64_t high, uint32_t next, bool sticky, int exponent, const TFloatFormat& format,
            TFloat& value) {
-  // 96 bits are at hand: `high` and `next` behind it. How many of `high` are kept?
   const int drop = std::max(64 - format.Precision, format.MinExponent - exponent);
   uint64_t mantissa = 0;
   bool half = false;
@@ -62,7 +60,7 @@ bool Round(uint64_t high, uint32_t next, bool sticky, int exponent, const TFloat
   return value.Exponent <= format.MaxExponent;
 }
 
-// The same for a number that is normalised for another format.
+// Rounds a number that is normalised for another format.
 bool RoundTo(const TFloat& from, const TFloatFormat& format, TFloat& value) {
   value.Negative = from.Negative;
   if (from.Mantissa == 0) {
@@ -90,10 +88,10 @@ bool FromDecimal(const TDecimal& decimal, const TFloatFormat& format, TFloat& va
     dividend.MultiplyAdd(scale, group);
   }
   TBigInteger divisor(1);
-  // 10^exponent is 5^exponent, and `exponent` binary places.
+  // 10^exponent is 5^exponent * 2^exponent.
   const int exponent = static_cast<int>(decimal.Point) - static_cast<int>(decimal.Digits.size());
   (exponent >= 0 ? dividend : divisor).MultiplyPowerOfFive(static_cast<size_t>(std::abs(exponent)));
-  // Make the two equally long; the quotient is then between 1/2 and 2, and the scale is a power of two.
+  // With operands of equal length the quotient is between 1/2 and 2, and the scale is a power of two.
   const int shift = static_cast<int>(dividend.BitLength()) - static_cast<int>(divisor.BitLength());
   const int scale = shift + exponent;
   (shift >= 0 ? divisor : dividend).ShiftLeft(static_cast<size_t>(std::abs(shift)));
@@ -120,25 +118,25 @@ bool FromDecimal(const TDecimal& decimal, const TFloatFormat& format, TFloat& va
   return Round(high, words[2], !dividend.IsZero(), scale - 64, format, value);
 }
 
-// The digits of a number above zero, exactly and one after the other, with the distance to its neighbours
-// beside them, which tells how many digits are enough. (Guy L. Steele and Jon L. White, "How to Print
-// Floating-Point Numbers Accurately", 1990: the algorithm Dragon4.)
+// Generates the exact decimal digits of a number above zero, first to last, and tracks the distance to the
+// neighbouring numbers, which decides how many digits are enough. This is the algorithm Dragon4: Guy L.
+// Steele and Jon L. White, "How to Print Floating-Point Numbers Accurately", PLDI 1990.
 class TDigits {
  public:
   TDigits(const TFloat& value, const TFloatFormat& format);
-  // The next `count` digits, from 1 to 9 of them.
+  // Generates the next `count` digits, 1 to 9.
   void Take(size_t count);
-  // The number rounded to the digits taken, half to even. `readsBack` says whether the number is the one of
-  // its format that is nearest to that, of two equally near ones the even one.
+  // Returns the number rounded to the digits taken, halves to even. Sets `readsBack` to whether reading that
+  // text gives the number again.
   TDecimal Rounded(bool& readsBack) const;
 
  private:
   TDecimal FDecimal;
-  // The number is FDecimal and FRest / FDivisor units of its last digit.
+  // The number is FDecimal plus FRest / FDivisor units of its last digit.
   TBigInteger FRest;
   TBigInteger FDivisor{1};
-  // Half the distance to the next lower number, in the same measure. That to the next higher one is the same,
-  // or twice as much at a power of two.
+  // Half the distance to the next lower number, in the same unit. The distance to the next higher number is
+  // the same, or twice as much at a power of two.
   TBigInteger FHalfGap;
   bool FIsWiderAbove = false;
   bool FIsEven = false;
@@ -151,7 +149,7 @@ TDigits::TDigits(const TFloat& value, const TFloatFormat& format)
   const int bits = 64 - std::countl_zero(value.Mantissa) + value.Exponent;
   int point =
       static_cast<int>((static_cast<int64_t>(bits - 1) * 78913) >> 18) + 1;  // log10(2) in 18 bits: a guess
-  // Mantissa * 2^Exponent / 10^point, in units of half the gap.
+  // FRest / FDivisor is Mantissa * 2^Exponent / 10^point.
   FHalfGap = TBigInteger(1);
   (point >= 0 ? FDivisor : FHalfGap).MultiplyPowerOfFive(static_cast<size_t>(std::abs(point)));
   const int shift = value.Exponent - point - (FIsWiderAbove ? 2 : 1);
@@ -163,7 +161,7 @@ TDigits::TDigits(const TFloat& value, const TFloatFormat& format)
   low.MultiplyAdd(static_cast<uint32_t>(value.Mantissa), 0);
   FRest.Add(low);
   FRest.ShiftLeft(FIsWiderAbove ? 2 : 1);
-  // To a quotient between 1/10 and 1.
+  // Scale to a quotient from 1/10 to below 1.
   for (; FRest.Compare(FDivisor) >= 0; ++point) FDivisor.MultiplyAdd(10, 0);
   for (;; --point) {
     TBigInteger tenfold = FRest;
@@ -193,7 +191,8 @@ TDecimal TDigits::Rounded(bool& readsBack) const {
   twice.Add(FRest);
   const int half = twice.Compare(FDivisor);
   if (half > 0 || (half == 0 && odd)) {
-    TBigInteger reach = FRest;  // of the number and its half gap: up to the next unit of the last digit?
+    TBigInteger reach =
+        FRest;  // whether the number plus half its gap reaches the next unit of the last digit
     reach.Add(FHalfGap);
     if (FIsWiderAbove) reach.Add(FHalfGap);
     const int beyond = reach.Compare(FDivisor);
@@ -244,8 +243,9 @@ bool DecodeFloat(const char* bytes, const TFloatFormat& format, TFloat& value) {
   const TEncoding encoding = EncodingOf(format);
   uint64_t low = 0;
   uint32_t high = 0;
-  std::memcpy(&low, bytes, encoding.Bytes == 4 ? 4 : 8);
-  if (encoding.Bytes == 10) {
+  const bool extended = format.Size() == 10;
+  std::memcpy(&low, bytes, format.Size() == 4 ? 4 : 8);
+  if (extended) {
     uint16_t signAndExponent = 0;
     std::memcpy(&signAndExponent, bytes + 8, 2);
     high = signAndExponent;
@@ -258,46 +258,45 @@ bool DecodeFloat(const char* bytes, const TFloatFormat& format, TFloat& value) {
   if (exponent == largest) return false;
   value.Negative = (high >> encoding.ExponentBits) != 0;
   value.Exponent = format.MinExponent + static_cast<int>(exponent == 0 ? 0 : exponent - 1);
-  if (encoding.Bytes == 10 && (low >> 63) != (exponent != 0)) return false;
-  value.Mantissa = encoding.Bytes == 10 || exponent == 0 ? low : low | (uint64_t{1} << encoding.FractionBits);
+  if (extended && (low >> 63) != (exponent != 0)) return false;
+  value.Mantissa = extended || exponent == 0 ? low : low | (uint64_t{1} << encoding.FractionBits);
   return true;
 }
 
-int EncodeFloat(const TFloat& value, const TFloatFormat& format, char* bytes) {
+void EncodeFloat(const TFloat& value, const TFloatFormat& format, char* bytes) {
   const TEncoding encoding = EncodingOf(format);
   const bool normal = (value.Mantissa >> (format.Precision - 1)) != 0;
   const uint32_t exponent = normal ? static_cast<uint32_t>(value.Exponent - format.MinExponent + 1) : 0;
   const uint32_t high = (value.Negative ? 1U << encoding.ExponentBits : 0) | exponent;
-  if (encoding.Bytes == 10) {
+  if (format.Size() == 10) {
     std::memcpy(bytes, &value.Mantissa, 8);
     const uint16_t signAndExponent = static_cast<uint16_t>(high);
     std::memcpy(bytes + 8, &signAndExponent, 2);
   } else {
     const uint64_t fraction = value.Mantissa & ((uint64_t{1} << encoding.FractionBits) - 1);
     const uint64_t all = (uint64_t{high} << encoding.FractionBits) | fraction;
-    std::memcpy(bytes, &all, static_cast<size_t>(encoding.Bytes));
+    std::memcpy(bytes, &all, static_cast<size_t>(format.Size()));
   }
-  return encoding.Bytes;
 }
 
 bool ParseFloat(std::string_view text, const TFloatFormat& format, TFloat& value) {
-  // Digits behind these cannot tell two numbers apart other than by being there.
+  // Of the digits after these it only matters whether one is not 0.
   constexpr size_t kMostDigits = 12'000;
   TDecimal decimal;
   value.Negative = !text.empty() && text[0] == '-';
   size_t at = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
-  bool behindPoint = false;
+  bool afterPoint = false;
   bool cutOff = false;
   for (; at < text.size() && (text[at] == '.' || (text[at] >= '0' && text[at] <= '9')); ++at) {
     if (text[at] == '.') {
-      behindPoint = true;
+      afterPoint = true;
       continue;
     }
     if (decimal.Digits.empty() && text[at] == '0') {
-      if (behindPoint) --decimal.Point;
+      if (afterPoint) --decimal.Point;
       continue;
     }
-    if (!behindPoint) ++decimal.Point;
+    if (!afterPoint) ++decimal.Point;
     if (decimal.Digits.size() < kMostDigits) {
       decimal.Digits += text[at];
     } else {

@@ -10,9 +10,9 @@ namespace rtl {
 
 namespace {
 
-static_assert(std::endian::native == std::endian::little, "numbers are copied as they lie in the data");
+static_assert(std::endian::native == std::endian::little, "numbers are copied as they are in the data");
 
-// Names, dots between them.
+// Returns whether `text` is a name, or several with dots between them.
 bool IsDottedName(std::string_view text) {
   if (text.empty() || !IsNameStart(text[0])) return false;
   bool dots = false;
@@ -27,12 +27,11 @@ bool IsDottedName(std::string_view text) {
   return true;
 }
 
-// A number as it is printed, and not too long to be read again.
+// Returns whether `text` is an integer that fits 64 bits whatever its digits.
 bool IsWholeNumber(std::string_view text) {
   constexpr size_t kLongest = 18;
-  if (text == "0") return true;
-  if (!text.empty() && text[0] == '-') text.remove_prefix(1);
-  if (text.empty() || text[0] == '0' || text.size() > kLongest) return false;
+  if (text.starts_with('-')) text.remove_prefix(1);
+  if (text.empty() || text.size() > kLongest) return false;
   return text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
@@ -69,27 +68,37 @@ std::string_view TFormBinaryScanner::LongText(size_t unitSize, std::string_view 
   return Take(static_cast<uint64_t>(length) * unitSize, what);
 }
 
-std::string_view TFormBinaryScanner::Name(TNameKind kind, std::string_view what) {
+std::string_view TFormBinaryScanner::Name(TNameRule rule, std::string_view what) {
   const char* at = FNext;
   const std::string_view name = ShortText(what);
   if (IsDottedName(name)) return name;
-  if (kind == TNameKind::Optional && name.empty()) return name;
-  if (kind == TNameKind::Element && IsWholeNumber(name)) return name;
+  if (rule == TNameRule::Optional && name.empty()) return name;
+  if (rule == TNameRule::Element && IsWholeNumber(name)) return name;
   FailAt(at, std::string(what) + " that is no name");
 }
 
-int32_t TFormBinaryScanner::SmallInteger(std::string_view what) {
-  const char* at = FNext;
-  switch (Number<uint8_t>(what)) {
+TStoredInteger TFormBinaryScanner::Integer(uint8_t kind, std::string_view what) {
+  const auto stored = [](int64_t value, size_t width) {
+    return TStoredInteger{value, width - WidthOf(value)};
+  };
+  switch (kind) {
     case vaInt8:
-      return Number<int8_t>(what);
+      return stored(Number<int8_t>(what), 0);
     case vaInt16:
-      return Number<int16_t>(what);
+      return stored(Number<int16_t>(what), 1);
     case vaInt32:
-      return Number<int32_t>(what);
+      return stored(Number<int32_t>(what), 2);
     default:
-      FailAt(at, std::string(what) + " that is no integer");
+      return stored(Number<int64_t>(what), 3);
   }
+}
+
+TStoredInteger TFormBinaryScanner::SmallInteger(std::string_view what) {
+  const char* at = FNext;
+  const uint8_t kind = Number<uint8_t>(what);
+  if (kind != vaInt8 && kind != vaInt16 && kind != vaInt32)
+    FailAt(at, std::string(what) + " that is no integer");
+  return Integer(kind, what);
 }
 
 }  // namespace rtl

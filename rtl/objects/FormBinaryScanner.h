@@ -1,6 +1,6 @@
-// Reads the binary form of an object stream piece by piece: numbers, texts, names. Nothing is read, nor space
-// for it taken, before it is known to be there. What each piece is called, `what`, goes into the message when
-// it is not.
+// Reads the binary form of an object stream piece by piece: numbers, strings, names. Every length is checked
+// against the bytes that are left before anything is read or allocated. The argument `what` names the piece
+// in error messages.
 #pragma once
 
 #include <cstddef>
@@ -10,19 +10,21 @@
 #include <utility>
 
 #include "rtl/objects/FormPath.h"
+#include "rtl/objects/ObjectValues.h"
 
 namespace rtl {
 
-// Which names a place of the data takes.
-enum class TNameKind {
+// Which names are valid at a place.
+enum class TNameRule {
   Plain,     // a name, or several with dots between them
-  Optional,  // or nothing
-  Element,   // of a set: a name or a whole number
+  Optional,  // the same, or an empty one
+  Element,   // of a set: a name or an integer
 };
 
 class TFormBinaryScanner {
  public:
-  // `data` and `path` must live as long. `firstOffset` is where in its file the data begins.
+  // `data` and `path` must outlive the scanner. `firstOffset` is the offset of the data in its file, for
+  // messages.
   TFormBinaryScanner(std::string_view data, size_t firstOffset, const TFormPath& path)
       : FBegin(data.data()),
         FNext(data.data()),
@@ -30,19 +32,20 @@ class TFormBinaryScanner {
         FFirstOffset(firstOffset),
         FPath(path) {}
 
-  // Raises EFilerError "Form data at offset N: REASON (object PATH, property PATH)." for the present
+  // Raises EFilerError "Form data at offset N: REASON (object PATH, property PATH)." for the current
   // position, or for another place of the data.
   [[noreturn]] void Fail(std::string_view reason) const { FailAt(FNext, reason); }
   [[noreturn]] void FailAt(const char* at, std::string_view reason) const;
 
-  // Takes the signature of an object stream, if it is next.
+  // Skips the signature of an object stream. Returns false if it does not come next.
   [[nodiscard]] bool AcceptSignature();
 
   const char* Position() const { return FNext; }
-  // Bytes of the data before the present position.
+  // Returns the number of bytes before the current position.
   size_t Offset() const { return static_cast<size_t>(FNext - FBegin); }
 
-  // Each of these moves behind what it gives, but for Peek.
+  // The operations below return what comes next and, except for Peek, move past it. They raise EFilerError if
+  // the data ends before.
   std::string_view Take(uint64_t count, std::string_view what) {
     if (count > Left()) FailShort(count, what);
     return {std::exchange(FNext, FNext + count), static_cast<size_t>(count)};
@@ -57,23 +60,25 @@ class TFormBinaryScanner {
     if (FNext == FEnd) FailEnd(what);
     return static_cast<uint8_t>(*FNext);
   }
-  // Takes the 0 byte that ends a list, if it is next.
+  // Skips the 0 byte that ends a list. Returns false if it does not come next.
   [[nodiscard]] bool EndOfList(std::string_view what) {
     if (Peek(what) != 0) return false;
     ++FNext;
     return true;
   }
-  // What a length of one byte stands in front of.
+  // A string with a one-byte length prefix.
   std::string_view ShortText(std::string_view what) {
     const uint8_t length = Number<uint8_t>(what);
     return Take(length, what);
   }
-  // What a length of four bytes, in units of `unitSize` bytes, stands in front of.
+  // A string with a four-byte length prefix that counts units of `unitSize` bytes.
   std::string_view LongText(size_t unitSize, std::string_view what);
-  // A short text that is a name.
-  std::string_view Name(TNameKind kind, std::string_view what);
-  // An integer value of up to 32 bits, its kind in front of it.
-  int32_t SmallInteger(std::string_view what);
+  // A short text that must be a name.
+  std::string_view Name(TNameRule rule, std::string_view what);
+  // The data of an integer whose kind, vaInt8 to vaInt64, was already read.
+  TStoredInteger Integer(uint8_t kind, std::string_view what);
+  // An integer value of up to 32 bits, with its kind.
+  TStoredInteger SmallInteger(std::string_view what);
 
  private:
   size_t Left() const { return static_cast<size_t>(FEnd - FNext); }

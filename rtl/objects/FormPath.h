@@ -1,6 +1,6 @@
-// Where in a form a converter is: the open objects, collections, items and lists, outermost first. The
-// converters walk with it instead of calling themselves, so that no input can use up the call stack, and a
-// failure can say where it happened.
+// The position of a converter in the structure of a form: the open objects, collections, items and lists,
+// outermost first. The converters keep it in place of recursive calls, so that no input can use up the call
+// stack, and error messages name it.
 #pragma once
 
 #include <cstddef>
@@ -14,9 +14,9 @@ enum class TFormNode { Properties, Children, Collection, Item, List };
 
 struct TFormFrame {
   TFormNode Node;             // an object is in its Properties first, then in its Children
-  size_t Index = 0;           // Collection: items so far
-  std::string_view Name;      // object: its name, or its class where it has none
-  std::string_view Property;  // Properties, Item: the property that was met last
+  size_t Index = 0;           // Collection: the number of items so far
+  std::string_view Name;      // object: its name, or its class if it has no name
+  std::string_view Property;  // Properties, Item: the property that was read last
 };
 
 class TFormPath {
@@ -27,8 +27,8 @@ class TFormPath {
   void Push(TFormNode node, std::string_view name = {}) { FFrames.push_back({node, 0, name, {}}); }
   void Pop() { FFrames.pop_back(); }
 
-  // "object Form1.Grid1, property Columns[2].Title"; "object Form1" where no property was met; empty before
-  // the first object. Items count from 0.
+  // Returns "object Form1.Grid1, property Columns[2].Title"; "object Form1" if no property was read yet; an
+  // empty string before the first object. Items count from 0.
   std::string Describe() const;
 
  private:

@@ -12,11 +12,11 @@ namespace rtl {
 
 namespace {
 
-constexpr size_t kLineLength = 64;    // characters of a string on a line, as they are in the string
+constexpr size_t kLineLength = 64;    // characters of a string on one line, before quotes are doubled
 constexpr size_t kBytesPerLine = 32;  // of binary data
 constexpr uint32_t kUtf8CodePage = 65001;
 
-// Whether a byte of a narrow string stands as itself between quotes, as those from 128 up do. The quote does
+// Whether a byte of a narrow string is written as itself between quotes. Those from 128 up are, the quote is
 // not.
 constexpr auto kPlainBytes = [] {
   std::array<bool, 256> table{};
@@ -33,7 +33,7 @@ constexpr auto kHexPairs = [] {
   return table;
 }();
 
-// The first byte of the range that does not stand as itself between quotes, or its end.
+// Returns the first byte of the range that is not written as itself between quotes, or `end`.
 const char* EndOfPlain(const char* at, const char* end) {
   for (; end - at >= 8; at += 8) {
     const TEightBytes bytes(at);
@@ -43,8 +43,7 @@ const char* EndOfPlain(const char* at, const char* end) {
   return at;
 }
 
-// How much of `units` goes on one line. A character of several bytes in the source code page is not cut in
-// two.
+// Returns how much of `units` goes on one line. A multi-byte character of the source code page is not split.
 size_t LineEndOf(std::u16string_view units) {
   return std::min(units.size(), kLineLength);
 }
@@ -84,9 +83,15 @@ void TFormTextPrinter::PropertyName(size_t level, std::string_view name) {
   FSink.Take(out + 3);
 }
 
-void TFormTextPrinter::Integer(int64_t value) {
+void TFormTextPrinter::Integer(const TStoredInteger& integer) {
   char* out = FSink.Room();
-  FSink.Take(std::to_chars(out, out + TByteSink::kRoom, value).ptr);
+  uint64_t magnitude = static_cast<uint64_t>(integer.Value);
+  if (integer.Value < 0) {
+    *out++ = '-';
+    magnitude = 0 - magnitude;
+  }
+  for (size_t zeros = integer.ExtraWidth; zeros > 0; --zeros) *out++ = '0';
+  FSink.Take(std::to_chars(out, out + 20, magnitude).ptr);
 }
 
 void TFormTextPrinter::NarrowString(std::string_view bytes, size_t level) {
@@ -121,7 +126,7 @@ void TFormTextPrinter::Code(unsigned code) {
   FSink.Take(std::to_chars(out, out + 5, code).ptr);
 }
 
-// A piece of a string: quoted runs and codes, end to end.
+// Writes one piece of a string: quoted runs and codes, end to end.
 void TFormTextPrinter::Line(std::string_view bytes) {
   bool quoted = false;
   const auto setQuoted = [&](bool now) {

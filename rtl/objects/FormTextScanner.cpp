@@ -33,7 +33,7 @@ uint8_t HexDigit(char character) {
   return kHexDigits[static_cast<uint8_t>(character)];
 }
 
-// What ends a run of characters in quotes: the quote, and what may not stand there.
+// The characters that end a run in quotes: the quote, and those that are invalid in a string.
 constexpr auto kEndsQuoted = [] {
   std::array<bool, 256> table{};
   table['\''] = table['\r'] = table['\n'] = table[0] = true;
@@ -71,7 +71,7 @@ void TFormTextScanner::Expect(char character) {
   if (!Accept(character)) Fail(std::string("\"") + character + "\" expected");
 }
 
-// A name at the position, and the names behind dots; empty if there is none.
+// Reads a name and the names after its dots. Returns an empty view if no name comes next.
 std::string_view TFormTextScanner::ScanName() {
   const char* begin = FNext;
   if (begin == FEnd || !IsNameStart(*begin)) return {};
@@ -118,8 +118,9 @@ void TFormTextScanner::ScanDigits() {
   while (FNext != FEnd && IsDigit(*FNext)) ++FNext;
 }
 
-// [sign] digits or [sign] $ hexadecimal digits; the latter are the bits of the number.
-int64_t TFormTextScanner::IntegerOf(std::string_view text) {
+// `text` is [sign] digits, or [sign] $ and hexadecimal digits, which are the bits of the number.
+TFormNumber TFormTextScanner::IntegerOf(std::string_view text) {
+  const std::string_view written = text;
   const bool negative = text[0] == '-';
   if (text[0] == '-' || text[0] == '+') text.remove_prefix(1);
   const int base = text[0] == '$' ? 16 : 10;
@@ -129,7 +130,9 @@ int64_t TFormTextScanner::IntegerOf(std::string_view text) {
   const uint64_t largest = base == 16 ? UINT64_MAX : static_cast<uint64_t>(INT64_MAX) + (negative ? 1 : 0);
   if (error != std::errc() || end != text.data() + text.size() || magnitude > largest)
     Fail("an integer that 64 bits do not hold");
-  return static_cast<int64_t>(negative ? 0 - magnitude : magnitude);
+  const auto value = static_cast<int64_t>(negative ? 0 - magnitude : magnitude);
+  const size_t zeros = base == 16 ? 0 : std::min(text.find_first_not_of('0'), text.size() - 1);
+  return {TNumberType::Integer, {value, zeros}, written};
 }
 
 TFormNumber TFormTextScanner::Number() {
@@ -141,11 +144,11 @@ TFormNumber TFormTextScanner::Number() {
     ++FNext;
     while (FNext != FEnd && HexDigit(*FNext) != kNoDigit) ++FNext;
     if (FNext[-1] == '$' || !finished()) Fail("malformed number");
-    return {TNumberKind::Integer, IntegerOf(text()), {}};
+    return IntegerOf(text());
   }
   ScanDigits();
-  if (finished()) return {TNumberKind::Integer, IntegerOf(text()), {}};
-  TNumberKind kind = TNumberKind::Extended;
+  if (finished()) return IntegerOf(text());
+  TNumberType type = TNumberType::Extended;
   if (*FNext == '.') {
     ++FNext;
     while (FNext != FEnd && IsDigit(*FNext)) ++FNext;
@@ -154,28 +157,28 @@ TFormNumber TFormTextScanner::Number() {
     const char* exponent = FNext++;
     if (FNext != FEnd && (*FNext == '-' || *FNext == '+')) ++FNext;
     ScanDigits();
-    if (std::string_view(exponent, static_cast<size_t>(FNext - exponent)) == "E0") kind = TNumberKind::Double;
+    if (std::string_view(exponent, static_cast<size_t>(FNext - exponent)) == "E0") type = TNumberType::Double;
   }
-  const TFormNumber number{kind, 0, text()};
-  if (finished()) return number;
+  const std::string_view number = text();
+  if (finished()) return {type, {}, number};
   switch (*FNext++ | 0x20) {
     case 's':
-      kind = TNumberKind::Single;
+      type = TNumberType::Single;
       break;
     case 'd':
-      kind = TNumberKind::Date;
+      type = TNumberType::Date;
       break;
     case 'c':
-      kind = TNumberKind::Currency;
+      type = TNumberType::Currency;
       break;
     default:
       Fail("malformed number");
   }
   if (!finished()) Fail("malformed number");
-  return {kind, 0, number.Text};
+  return {type, {}, number};
 }
 
-// What stands between a quote and the next one. The position moves behind that.
+// Reads up to and including the next quote. Returns the bytes between the quotes.
 std::string_view TFormTextScanner::QuotedPiece() {
   const char* begin = ++FNext;
   while (FNext != FEnd && !kEndsQuoted[static_cast<uint8_t>(*FNext)]) ++FNext;
@@ -194,11 +197,11 @@ uint32_t TFormTextScanner::CodePiece() {
   return code;
 }
 
-// Moves to the next string if a "+" says that it belongs to this one.
+// Skips a "+" and moves to the string after it, which belongs to this one. Returns false if there is no "+".
 bool TFormTextScanner::AcceptConcatenation() {
   if (!Accept('+')) return false;
   Peek();
-  if (!AtPiece()) Fail("a string expected behind \"+\"");
+  if (!AtPiece()) Fail("a string expected after \"+\"");
   return true;
 }
 
@@ -215,7 +218,7 @@ TFormString TFormTextScanner::String() {
   return {true, {}, FUnits};
 }
 
-// Reads the string into FBytes; False, at any position, if it turns out to be wide.
+// Reads the string into FBytes. Returns false, at any position, if it turns out to be wide.
 bool TFormTextScanner::NarrowString() {
   FBytes.clear();
   do {
@@ -257,7 +260,7 @@ void TFormTextScanner::WideString() {
   AppendRaw();
 }
 
-// Appends what was quoted since the last code to FUnits.
+// Appends the bytes quoted since the last code to FUnits.
 void TFormTextScanner::AppendRaw() {
   const bool narrow = !FUtf8 && !IsAscii(FBytes);
   if (Utf8ToUtf16(narrow ? win::SourceToUtf8(FBytes) : FBytes, TSurrogates::Allow, FUnits) !=
@@ -284,7 +287,7 @@ size_t TFormTextScanner::BinaryLength() const {
 void TFormTextScanner::Binary(TByteSink& sink) {
   ++FNext;
   while (Peek() != '}') {
-    // A run of pairs; a pair that white space divides is put together from both sides.
+    // A run of pairs first, then a pair that white space divides.
     char* out = sink.Room();
     const char* limit = out + TByteSink::kRoom;
     for (; FEnd - FNext >= 2 && out != limit; FNext += 2) {

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <utility>
 
+#include "rtl/objects/FloatBits.h"
 #include "rtl/objects/FloatText.h"
 #include "rtl/objects/FormBinaryScanner.h"
 #include "rtl/objects/FormPath.h"
@@ -13,11 +14,13 @@ namespace rtl {
 
 namespace {
 
-// One conversion; the path of what is open stands in place of a call stack.
+// One conversion. The path of the open nodes replaces a call stack.
 class TBinaryForm {
  public:
   TBinaryForm(std::string_view data, TByteSink& sink, const TBinaryTextOptions& options)
-      : FScanner(data, options.FirstOffset, FPath), FOut(sink, options.ForPeople, options.Indented) {}
+      : FScanner(data, options.FirstOffset, FPath),
+        FOut(sink, options.ForPeople, options.Indented),
+        FForPeople(options.ForPeople) {}
 
   TBinaryInfo Convert();
 
@@ -32,9 +35,9 @@ class TBinaryForm {
   void Collection(TFormFrame& frame);
   void List();
   void Value(size_t level);
-  void Position(int32_t position);
+  void Position(const TStoredInteger& position);
   void Set();
-  void Float(const TFloatFormat& format, TFloatStyle style, std::string_view suffix);
+  void Float(TValueType kind, const TFloatFormat& format, TFloatStyle style, std::string_view suffix = {});
   void NarrowString(TValueType kind, std::string_view bytes, size_t level);
   void WideString(std::string_view bytes, size_t level);
   void Utf8String(std::string_view bytes, size_t level);
@@ -42,7 +45,8 @@ class TBinaryForm {
   TFormPath FPath;
   TFormBinaryScanner FScanner;
   TFormTextPrinter FOut;
-  std::u16string FUnits;  // kept between strings for its memory
+  const bool FForPeople;
+  std::u16string FUnits;  // a member, so that its memory is used for all strings
   TBinaryInfo FInfo;
   bool FEmptyStringSeen = false;
 };
@@ -53,7 +57,7 @@ void TBinaryForm::Open(TFormNode node, std::string_view name) {
   FPath.Push(node, name);
 }
 
-// Leaves an item of the path. A value that ends a property line ends the line.
+// Closes the innermost node. If it was the value of a property, the line ends.
 void TBinaryForm::Close() {
   FPath.Pop();
   if (FPath.Empty()) return;
@@ -95,9 +99,10 @@ void TBinaryForm::ObjectHeader() {
     if (bothKeywords || flags > (ffInherited | ffChildPos | ffInline)) FScanner.Fail("unknown object flags");
     FScanner.Take(1, "an object");
   }
-  const int32_t position = flags & ffChildPos ? FScanner.SmallInteger("an object's position") : 0;
-  const std::string_view className = FScanner.Name(TNameKind::Plain, "a class name");
-  const std::string_view name = FScanner.Name(TNameKind::Optional, "an object's name");
+  TStoredInteger position{};
+  if (flags & ffChildPos) position = FScanner.SmallInteger("an object's position");
+  const std::string_view className = FScanner.Name(TNameRule::Plain, "a class name");
+  const std::string_view name = FScanner.Name(TNameRule::Optional, "an object's name");
   FOut.Indent(level);
   FOut.Text(flags & ffInherited ? "inherited " : flags & ffInline ? "inline " : "object ");
   if (!name.empty()) {
@@ -111,18 +116,18 @@ void TBinaryForm::ObjectHeader() {
   Open(TFormNode::Properties, name.empty() ? className : name);
 }
 
-void TBinaryForm::Position(int32_t position) {
+void TBinaryForm::Position(const TStoredInteger& position) {
   FOut.Text(" [");
   FOut.Integer(position);
   FOut.Text("]");
 }
 
 void TBinaryForm::Properties(TFormFrame& frame) {
-  // Until the list ends or a value opens a level of its own.
+  // Up to the end of the list, or to a value that opens a node of its own.
   const size_t depth = FPath.Depth();
   const size_t level = Level();
   while (frame.Property = {}, !FScanner.EndOfList("a property")) {
-    frame.Property = FScanner.Name(TNameKind::Plain, "a property's name");
+    frame.Property = FScanner.Name(TNameRule::Plain, "a property's name");
     FOut.PropertyName(level, frame.Property);
     Value(level);
     if (FPath.Depth() != depth) return;
@@ -177,7 +182,7 @@ void TBinaryForm::List() {
   Close();
 }
 
-// A value whose first line has the indentation `level`. Lists and collections are only opened.
+// Converts a value whose first line has the indentation `level`. Lists and collections are only opened.
 void TBinaryForm::Value(size_t level) {
   const char* at = FScanner.Position();
   const uint8_t kind = FScanner.Number<uint8_t>("a value");
@@ -188,23 +193,20 @@ void TBinaryForm::Value(size_t level) {
       FOut.Text("(");
       return Open(TFormNode::List);
     case vaInt8:
-      return FOut.Integer(FScanner.Number<int8_t>("an integer"));
     case vaInt16:
-      return FOut.Integer(FScanner.Number<int16_t>("an integer"));
     case vaInt32:
-      return FOut.Integer(FScanner.Number<int32_t>("an integer"));
     case vaInt64:
-      return FOut.Integer(FScanner.Number<int64_t>("an integer"));
+      return FOut.Integer(FScanner.Integer(kind, "an integer"));
     case vaExtended:
-      return Float(kExtendedFormat, TFloatStyle::Fraction, {});
+      return Float(vaExtended, kExtendedFormat, TFloatStyle::Fraction);
     case vaDouble:
-      return Float(kDoubleFormat, TFloatStyle::Marked, {});
+      return Float(vaDouble, kDoubleFormat, TFloatStyle::Marked);
     case vaSingle:
-      return Float(kSingleFormat, TFloatStyle::Short, "s");
+      return Float(vaSingle, kSingleFormat, TFloatStyle::Short, "s");
     case vaDate:
-      return Float(kDoubleFormat, TFloatStyle::Short, "d");
+      return Float(vaDate, kDoubleFormat, TFloatStyle::Short, "d");
     case vaCurrency:
-      FOut.Integer(FScanner.Number<int64_t>("a currency value"));
+      FOut.Integer({FScanner.Number<int64_t>("a currency value"), 0});
       return FOut.Text("c");
     case vaString:
       return NarrowString(vaString, FScanner.ShortText("a string"), level);
@@ -215,7 +217,7 @@ void TBinaryForm::Value(size_t level) {
     case vaUTF8String:
       return Utf8String(FScanner.LongText(1, "a UTF-8 string"), level);
     case vaIdent:
-      return FOut.Text(FScanner.Name(TNameKind::Plain, "an identifier"));
+      return FOut.Text(FScanner.Name(TNameRule::Plain, "an identifier"));
     case vaFalse:
       return FOut.Text("False");
     case vaTrue:
@@ -238,19 +240,23 @@ void TBinaryForm::Set() {
   FOut.Text("[");
   for (bool first = true; !FScanner.EndOfList("an element of a set"); first = false) {
     if (!first) FOut.Text(", ");
-    FOut.Text(FScanner.Name(TNameKind::Element, "an element of a set"));
+    FOut.Text(FScanner.Name(TNameRule::Element, "an element of a set"));
   }
   FOut.Text("]");
 }
 
-void TBinaryForm::Float(const TFloatFormat& format, TFloatStyle style, std::string_view suffix) {
+void TBinaryForm::Float(TValueType kind, const TFloatFormat& format, TFloatStyle style,
+                        std::string_view suffix) {
   const char* at = FScanner.Position();
-  const size_t size = format.Precision == 64 ? 10 : format.Precision == 53 ? 8 : 4;
+  const std::string_view bytes = FScanner.Take(static_cast<size_t>(format.Size()), "a floating-point number");
   TFloat value;
-  if (!DecodeFloat(FScanner.Take(size, "a floating-point number").data(), format, value))
+  if (DecodeFloat(bytes.data(), format, value)) {
+    FOut.Float(value, format, style);
+    return FOut.Text(suffix);
+  }
+  if (FForPeople)
     FScanner.FailAt(at, "a floating-point number that is infinite, not a number or not normalised");
-  FOut.Float(value, format, style);
-  FOut.Text(suffix);
+  FOut.Text(FormatFloatBits(kind, bytes));
 }
 
 void TBinaryForm::NarrowString(TValueType kind, std::string_view bytes, size_t level) {
@@ -284,7 +290,7 @@ TBinaryInfo ObjectBinaryToText(std::string_view binary, TByteSink& text, const T
 std::string ObjectBinaryToText(std::string_view binary, const TBinaryTextOptions& options,
                                TBinaryInfo& info) {
   std::string text;
-  // Generous, because memory that is not written to is not taken, and growing would hold the text twice.
+  // Generous, because untouched memory costs nothing, and growing would need both blocks at the same time.
   text.reserve(binary.size() * 4 + 4096);
   TStringSink sink(text);
   info = ObjectBinaryToText(binary, sink, options);

@@ -1,8 +1,10 @@
 #include "rtl/objects/ObjectTextToBinary.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
+#include "rtl/objects/FloatBits.h"
 #include "rtl/objects/FloatText.h"
 #include "rtl/objects/FormPath.h"
 #include "rtl/objects/FormTextScanner.h"
@@ -13,7 +15,9 @@ namespace rtl {
 
 namespace {
 
-// One conversion; the path of what is open stands in place of a call stack.
+constexpr size_t kPositionWidth = 2;  // 32 bits
+
+// One conversion. The path of the open nodes replaces a call stack.
 class TTextForm {
  public:
   TTextForm(std::string_view text, TByteSink& sink, const TTextBinaryOptions& options)
@@ -24,7 +28,7 @@ class TTextForm {
  private:
   void Open(TFormNode node, std::string_view name = {});
 
-  // The keyword of an object, as flags; False if there is none.
+  // Reads the keyword of an object as flags. Returns false if none comes next.
   bool AcceptObject(uint8_t& flags);
   void ObjectHeader(uint8_t flags);
   void Properties(TFormFrame& frame);
@@ -35,7 +39,7 @@ class TTextForm {
   void Name();
   void Set();
   void Number();
-  void Float(TNumberKind kind, std::string_view text);
+  void Float(TNumberType type, std::string_view text);
   void String();
   void WideString(std::u16string_view units);
 
@@ -45,7 +49,7 @@ class TTextForm {
   void Raw(T number);
   void ShortText(std::string_view text);
   void LongText(TValueType kind, size_t length, std::string_view bytes);
-  void Integer(int64_t value);
+  void Integer(const TStoredInteger& integer, size_t widest);
   void Position();
 
   TFormPath FPath;
@@ -53,7 +57,7 @@ class TTextForm {
   TByteSink& FSink;
   const TTextBinaryOptions& FOptions;
   TTextInfo FInfo;
-  std::string FUtf8;  // kept between strings for its memory
+  std::string FUtf8;  // a member, so that its memory is used for all strings
 };
 
 template <typename T>
@@ -68,7 +72,7 @@ void TTextForm::ShortText(std::string_view text) {
   FSink.Append(text);
 }
 
-// `length` is in the kind's own unit.
+// `length` is in the unit of `kind`.
 void TTextForm::LongText(TValueType kind, size_t length, std::string_view bytes) {
   if (length > static_cast<size_t>(std::numeric_limits<int32_t>::max()))
     FScanner.Fail("more than 2 GB in a value");
@@ -77,20 +81,19 @@ void TTextForm::LongText(TValueType kind, size_t length, std::string_view bytes)
   FSink.Append(bytes);
 }
 
-void TTextForm::Integer(int64_t value) {
-  const auto fits = [&](auto small) { return value == static_cast<decltype(small)>(value); };
-  if (fits(int8_t{})) {
-    Byte(vaInt8);
-    Raw(static_cast<int8_t>(value));
-  } else if (fits(int16_t{})) {
-    Byte(vaInt16);
-    Raw(static_cast<int16_t>(value));
-  } else if (fits(int32_t{})) {
-    Byte(vaInt32);
-    Raw(static_cast<int32_t>(value));
-  } else {
-    Byte(vaInt64);
-    Raw(value);
+// Writes an integer value. `widest` is the largest width that is valid here.
+void TTextForm::Integer(const TStoredInteger& integer, size_t widest) {
+  const size_t width = std::min(WidthOf(integer.Value) + integer.ExtraWidth, widest);
+  Byte(kIntegerKinds[width]);
+  switch (width) {
+    case 0:
+      return Raw(static_cast<int8_t>(integer.Value));
+    case 1:
+      return Raw(static_cast<int16_t>(integer.Value));
+    case 2:
+      return Raw(static_cast<int32_t>(integer.Value));
+    default:
+      return Raw(integer.Value);
   }
 }
 
@@ -136,7 +139,7 @@ bool TTextForm::AcceptObject(uint8_t& flags) {
   return FScanner.AcceptKeyword("inline");
 }
 
-// Behind the keyword: [name :] class [ "[" position "]" ].
+// Converts what follows the keyword: [name :] class [ "[" position "]" ].
 void TTextForm::ObjectHeader(uint8_t flags) {
   std::string_view name;
   std::string_view className = FScanner.Name("an object's name or class");
@@ -148,7 +151,7 @@ void TTextForm::ObjectHeader(uint8_t flags) {
   Open(TFormNode::Properties, name.empty() ? className : name);
   const bool positioned = FScanner.Peek() == '[';
   if (positioned) flags |= ffChildPos;
-  // A class name so long that its length byte looks like a prefix needs one in front.
+  // A class name whose length byte looks like a prefix needs a prefix before it.
   if (flags != 0 || className.size() >= kPrefixMark) Byte(kPrefixMark | flags);
   if (positioned) Position();
   ShortText(className);
@@ -160,15 +163,15 @@ void TTextForm::Position() {
   FScanner.Expect('[');
   const char first = FScanner.Peek();
   const bool number = (first >= '0' && first <= '9') || first == '-' || first == '$';
-  const TFormNumber position = number ? FScanner.Number() : TFormNumber{TNumberKind::Extended, 0, {}};
-  if (position.Kind != TNumberKind::Integer || position.Integer != static_cast<int32_t>(position.Integer))
+  const TFormNumber position = number ? FScanner.Number() : TFormNumber{TNumberType::Extended, {}, {}};
+  if (position.Type != TNumberType::Integer || WidthOf(position.Integer.Value) > kPositionWidth)
     FScanner.Fail("a position that is no integer of 32 bits");
   FScanner.Expect(']');
-  Integer(position.Integer);
+  Integer(position.Integer, kPositionWidth);
 }
 
 void TTextForm::Properties(TFormFrame& frame) {
-  // Until a value opens a level of its own, or the list ends.
+  // Up to the end of the list, or to a value that opens a node of its own.
   const size_t depth = FPath.Depth();
   const bool item = frame.Node == TFormNode::Item;
   while (true) {
@@ -201,7 +204,7 @@ void TTextForm::Children(TFormFrame&) {
   if (AcceptObject(flags)) return ObjectHeader(flags);
   if (!FScanner.AcceptKeyword("end"))
     FScanner.Fail(FScanner.Peek() == '\0' ? "the text ends inside an object"
-                                          : "an object or \"end\" expected behind a nested object");
+                                          : "an object or \"end\" expected after a nested object");
   Byte(0);
   FPath.Pop();
 }
@@ -228,7 +231,7 @@ void TTextForm::List() {
   FPath.Pop();
 }
 
-// A value; lists and collections are only opened.
+// Converts a value. Lists and collections are only opened.
 void TTextForm::Value() {
   const char first = FScanner.Peek();
   switch (first) {
@@ -285,9 +288,10 @@ void TTextForm::Set() {
       const bool number = (first >= '0' && first <= '9') || first == '-';
       if (number) {
         const TFormNumber element = FScanner.Number();
-        if (element.Kind != TNumberKind::Integer)
+        if (element.Type != TNumberType::Integer)
           FScanner.Fail("an element of a set that is no name and no integer");
-        ShortText(std::to_string(element.Integer));
+        const bool decimal = element.Text.find('$') == std::string_view::npos;
+        ShortText(decimal ? element.Text : std::to_string(element.Integer.Value));
       } else {
         ShortText(FScanner.Name("an element of a set"));
       }
@@ -299,12 +303,12 @@ void TTextForm::Set() {
 
 void TTextForm::Number() {
   const TFormNumber number = FScanner.Number();
-  if (number.Kind == TNumberKind::Integer) return Integer(number.Integer);
-  Float(number.Kind, number.Text);
+  if (number.Type == TNumberType::Integer) return Integer(number.Integer, kIntegerKinds.size() - 1);
+  Float(number.Type, number.Text);
 }
 
-// Ten-thousandths as written, which are whole unless somebody has edited them; half to even. False if 64 bits
-// do not hold them.
+// Parses a currency value, in ten-thousandths. They are whole unless somebody has edited the text; halves are
+// rounded to even. Returns false if 64 bits do not hold them.
 bool ParseCurrency(std::string_view text, int64_t& amount) {
   TFloat value;
   if (!ParseFloat(text, kExtendedFormat, value)) return false;
@@ -324,22 +328,26 @@ bool ParseCurrency(std::string_view text, int64_t& amount) {
   return true;
 }
 
-void TTextForm::Float(TNumberKind kind, std::string_view text) {
-  if (kind == TNumberKind::Currency) {
+void TTextForm::Float(TNumberType type, std::string_view text) {
+  if (type == TNumberType::Currency) {
     int64_t amount = 0;
     if (!ParseCurrency(text, amount)) FScanner.Fail("a currency value that 64 bits do not hold");
     Byte(vaCurrency);
     return Raw(amount);
   }
-  const bool extended = kind == TNumberKind::Extended;
-  const bool single = kind == TNumberKind::Single;
+  const bool extended = type == TNumberType::Extended;
+  const bool single = type == TNumberType::Single;
   const TFloatFormat& format = extended ? kExtendedFormat : single ? kSingleFormat : kDoubleFormat;
+  TValueType kind = extended ? vaExtended : single ? vaSingle : type == TNumberType::Date ? vaDate : vaDouble;
   TFloat value;
-  if (!ParseFloat(text, format, value)) FScanner.Fail("a number that is too large for its kind");
-  Byte(extended ? vaExtended : single ? vaSingle : kind == TNumberKind::Date ? vaDate : vaDouble);
-  char bytes[10];
-  const int count = EncodeFloat(value, format, bytes);
-  FSink.Append({bytes, static_cast<size_t>(count)});
+  std::string bytes(static_cast<size_t>(format.Size()), '\0');
+  if (ParseFloat(text, format, value)) {
+    EncodeFloat(value, format, bytes.data());
+  } else if (!extended || !ParseFloatBits(text, kind, bytes)) {
+    FScanner.Fail("a number that is too large for its kind");
+  }
+  Byte(kind);
+  FSink.Append(bytes);
 }
 
 void TTextForm::String() {

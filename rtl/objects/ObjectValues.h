@@ -1,12 +1,12 @@
-// The binary form of an object stream, as the tables that its reader and its writer share.
+// The binary form of an object stream: the tables that its reader and its writer share.
 //
 //   stream      "TPF0" object
 //   object      [prefix [position]] class-name object-name { name value } 0 { object } 0
-//   prefix      one byte F0 + flags; the position, an integer value, follows where ffChildPos is set
+//   prefix      one byte, F0 + flags; a position, an integer value, follows if ffChildPos is set
 //   name        one byte length, not 0 for a property, then that many bytes
-//   value       one byte TValueType, then what the table says
+//   value       one byte TValueType, then the data that the table gives
 //
-// Numbers are little-endian. Lists end at a 0 byte in the place of the next element.
+// Numbers are little-endian. A list ends with a 0 byte in the place of the next element.
 #pragma once
 
 #include <array>
@@ -49,11 +49,27 @@ inline constexpr uint8_t ffInherited = 1;
 inline constexpr uint8_t ffChildPos = 2;
 inline constexpr uint8_t ffInline = 4;
 
-// Objects, collections, items and lists may lie in one another this deep. No form comes near it; damaged data
-// does.
+// The kinds of integers, smallest first; an index into this table is a width.
+inline constexpr std::array kIntegerKinds = {vaInt8, vaInt16, vaInt32, vaInt64};
+// Returns the smallest width that holds `value`.
+inline constexpr size_t WidthOf(int64_t value) {
+  if (value == static_cast<int8_t>(value)) return 0;
+  if (value == static_cast<int16_t>(value)) return 1;
+  return value == static_cast<int32_t>(value) ? 2 : 3;
+}
+
+// An integer and by how many widths it is stored wider than needed. The text form writes a leading zero for
+// each: 5 in 32 bits is "005".
+struct TStoredInteger {
+  int64_t Value;
+  size_t ExtraWidth;
+};
+
+// The limit for the nesting of objects, collections, items and lists. Real forms stay far below it; damaged
+// data does not.
 inline constexpr size_t kMaxNesting = 10'000;
 
-// The characters of names: letters, "_" and all bytes from 128 up; behind the first also digits.
+// The characters of names: letters, "_" and all bytes from 128 up, and after the first also digits.
 inline constexpr uint8_t kNameStart = 1;
 inline constexpr uint8_t kNamePart = 2;
 inline constexpr auto kNameBytes = [] {
