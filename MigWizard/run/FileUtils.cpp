@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <mutex>
 
-#include "MigWizard/run/Team.h"
+#include "MigWizard/run/WorkQueue.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/StringList.h"
 #include "rtl/text/SysUtils.h"
@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
-// Calls visit(name, attributes) for each entry but "." and ".." until it gives False. False if the folder
-// could not be read to its end.
+// Calls visit(name, attributes) for each entry but "." and ".." until it returns False. Returns False if the
+// folder could not be read to its end.
 template <typename TVisit>
 bool WalkFolder(std::string_view dir, TVisit visit) {
   win::TFindData entry;
@@ -37,7 +37,7 @@ bool IsLink(uint32_t attributes) {
   return (attributes & win::FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
-bool FolderStands(std::string_view path) {
+bool MakeFolder(std::string_view path) {
   return rtl::CreateDir(path) || win::GetLastError() == win::ERROR_ALREADY_EXISTS;
 }
 
@@ -54,24 +54,24 @@ void EmptyFolder(std::string_view dir) {
   });
 }
 
-// Copies of files, as tasks of a team.
+// Copies of files, as tasks of a queue.
 class TCopies {
  public:
-  explicit TCopies(TTeam& team) : FTeam(team) {}
-  ~TCopies() { FTeam.Drop(); }
+  explicit TCopies(TWorkQueue& queue) : FQueue(queue) {}
+  ~TCopies() { FQueue.Cancel(); }
 
-  // Each folder is a task.
+  // Pushes one task for each folder.
   void AddFolder(const std::string& source, const std::string& target) {
-    FTeam.Add([this, source, target] { CopyOneFolder(source, target); });
+    FQueue.Push([this, source, target] { CopyOneFolder(source, target); });
   }
-  // Where there is no `source`, there is nothing to copy.
+  // Does nothing if there is no `source`.
   void AddFile(const std::string& source, const std::string& target) {
-    FTeam.Add([this, source, target] {
+    FQueue.Push([this, source, target] {
       if (rtl::FileExists(source)) (void)CopyOneFile(source, target);
     });
   }
   TCopyFailures Finish() {
-    FTeam.Finish();
+    FQueue.Wait();
     std::sort(FFailures.begin(), FFailures.end());
     return std::move(FFailures);
   }
@@ -98,7 +98,7 @@ class TCopies {
     return false;
   }
 
-  TTeam& FTeam;
+  TWorkQueue& FQueue;
   std::mutex FMutex;
   TCopyFailures FFailures;
 };
@@ -120,15 +120,15 @@ std::string BackupFileName(std::string_view fileName) {
 bool ForceFolders(std::string_view path) {
   for (size_t i = path.find('\\'); i != std::string_view::npos; i = path.find('\\', i + 1)) {
     if (i == 2 && path[1] == ':') continue;
-    if (!FolderStands(path.substr(0, i))) return false;
+    if (!MakeFolder(path.substr(0, i))) return false;
     if (i + 1 == path.size()) return true;
   }
   if (path.size() == 3 && path[1] == ':') return true;
-  return FolderStands(path);
+  return MakeFolder(path);
 }
 
-// Several runs may look for a free number at the same moment: a folder that appears behind the look, and
-// makes the creation fail, is stepped over like one that was there before.
+// Several runs may look for a free number at the same time. A folder that appears between the look-up and the
+// creation is stepped over like one that was there before.
 std::string CreateTempFolder(std::string_view prefix, uint32_t unique) {
   const std::string tempPath = win::GetTempPathA();
   if (tempPath.empty()) return {};
@@ -147,24 +147,24 @@ bool DeleteFolder(std::string_view dir) {
   return rtl::RemoveDir(dir);
 }
 
-bool DeleteTempFolder(const std::string& dir, TTeam& team) {
+bool DeleteTempFolder(const std::string& dir, TWorkQueue& queue) {
   (void)WalkFolder(dir, [&](const std::string& name, uint32_t attributes) {
     if (IsFolder(attributes) && !IsLink(attributes))
-      team.Add([path = JoinPath(dir, name)] { EmptyFolder(path); });
+      queue.Push([path = JoinPath(dir, name)] { EmptyFolder(path); });
     return true;
   });
-  team.Finish();
+  queue.Wait();
   return DeleteFolder(dir);
 }
 
-TCopyFailures CopyFolder(const std::string& source, const std::string& target, TTeam& team) {
-  TCopies copies(team);
+TCopyFailures CopyFolder(const std::string& source, const std::string& target, TWorkQueue& queue) {
+  TCopies copies(queue);
   copies.AddFolder(source, target);
   return copies.Finish();
 }
 
-TCopyFailures CopyFiles(const std::string& source, const rtl::TStringList& targets, TTeam& team) {
-  TCopies copies(team);
+TCopyFailures CopyFiles(const std::string& source, const rtl::TStringList& targets, TWorkQueue& queue) {
+  TCopies copies(queue);
   for (int i = 0; i < targets.Count(); ++i)
     copies.AddFile(JoinPath(source, rtl::ExtractFileName(targets[i])), targets[i]);
   return copies.Finish();

@@ -1,5 +1,5 @@
-// Paths and folders of a run, and its log file. Paths are Windows paths (UTF-8, backslashes); failures are a
-// Boolean or an empty string, and only TLogWriter::Open raises.
+// Paths and folders of a run, and its log file. Paths are Windows paths (UTF-8, backslashes). Operations
+// report failure by a Boolean or an empty string; only TLogWriter::Open raises.
 #pragma once
 
 #include <cstdint>
@@ -16,43 +16,44 @@ class TStringList;
 
 namespace mig {
 
-class TTeam;
+class TWorkQueue;
 
-// `dir`, one backslash, `name`. An empty name gives the folder with its trailing backslash; one leading
-// backslash of a longer name goes; an empty folder adds nothing in front.
+// Returns `dir`, one backslash and `name`. An empty name gives the folder with its trailing backslash; one
+// leading backslash of a longer name is dropped; an empty folder adds nothing.
 std::string JoinPath(std::string_view dir, std::string_view name);
 
-// The file name with ".~" put in front of its extension's letters: Unit1.pas, Unit1.~pas.
+// Returns the file name with ".~" at the start of its extension: Unit1.pas gives Unit1.~pas.
 std::string BackupFileName(std::string_view fileName);
 
-// Creates a folder and all folders above it. True also where `path` exists, even as a file.
+// Creates a folder and all folders above it. Returns True also if `path` exists, even as a file.
 bool ForceFolders(std::string_view path);
 
-// Creates a folder of its own under the system's temporary path: `prefix` and the first free number from
-// `unique` (1 or more), in hexadecimal. Empty on failure.
+// Creates a folder under the system's temporary path and returns its full name: `prefix` and the first free
+// number from `unique` (1 or more), in hexadecimal. Returns an empty string on failure.
 [[nodiscard]] std::string CreateTempFolder(std::string_view prefix, uint32_t unique);
 
-// Deletes a folder with all in it. What cannot be deleted stays, and the result is then False. A link to a
-// folder goes, not what it leads to. `dir` is not empty.
+// Deletes a folder with everything in it. Returns False if something could not be deleted; the rest is gone
+// then. A link to a folder is deleted, and not the folder to which it leads. `dir` must not be empty.
 bool DeleteFolder(std::string_view dir);
-// The same, by a team that has no other tasks.
-bool DeleteTempFolder(const std::string& dir, TTeam& team);
+// The same, as tasks of a queue that has no other tasks.
+bool DeleteTempFolder(const std::string& dir, TWorkQueue& queue);
 
-// A file or folder, by its full name, and the reason (win/Errors.h).
+// Files or folders by their full names, each with the reason (win/Errors.h).
 using TCopyFailures = std::vector<std::pair<std::string, uint32_t>>;
 
-// Mirrors the contents of `source` over the existing folder `target`, deleting nothing there. An entry that
-// fails ends the walk of its own folder alone. The entries that failed, sorted by name; the team has no other
-// tasks.
-[[nodiscard]] TCopyFailures CopyFolder(const std::string& source, const std::string& target, TTeam& team);
+// Mirrors the contents of `source` over the existing folder `target`, as tasks of a queue that has no other
+// tasks. Deletes nothing in `target`. An entry that fails ends the walk of its own folder only. Returns the
+// entries that failed, sorted by name.
+[[nodiscard]] TCopyFailures CopyFolder(const std::string& source, const std::string& target,
+                                       TWorkQueue& queue);
 
-// Copies a file from the folder `source` over each of `targets`, full names, that has one of its bare name
-// there. A failure does not keep the others from being copied. Those that failed, sorted by name; the team
-// has no other tasks.
+// Copies the files of the folder `source` over the files of their bare names in `targets`, full names, as
+// tasks of a queue that has no other tasks. Targets without such a file are skipped, and a failure does not
+// keep the other files from being copied. Returns the targets that failed, sorted by name.
 [[nodiscard]] TCopyFailures CopyFiles(const std::string& source, const rtl::TStringList& targets,
-                                      TTeam& team);
+                                      TWorkQueue& queue);
 
-// The log of a run. Each line reaches the file at once. A closed writer drops what it is given.
+// The log of a run. Each line is written to the file at once. A closed writer ignores what it is given.
 class TLogWriter {
  public:
   TLogWriter();
@@ -66,8 +67,8 @@ class TLogWriter {
 
   // Creates or empties the file and writes the header. Raises rtl::EFCreateError; the log stays closed then.
   void Open(std::string_view fileName);
-  // Writes `line` (not empty) and its line end, unless it ends in one. A single blank stands for an empty
-  // line. A write that fails is not reported.
+  // Writes `line` (not empty) and its line end, unless it ends in one. A single blank gives an empty line. A
+  // write that fails is not reported.
   void WriteLine(std::string_view line);
   void Close();
 

@@ -10,8 +10,8 @@
 namespace mig {
 namespace {
 
-// When few are left, files are read until there are many again, or these bytes: handing them over one by one
-// would cost more than most conversions.
+// When at most kFew files are left, files are read until there are kMany, or kMostBytes. Pushing them one by
+// one would cost more than most conversions.
 constexpr size_t kFew = 16;
 constexpr size_t kMany = 48;
 constexpr size_t kMostBytes = 1 << 20;
@@ -32,10 +32,10 @@ const TFileConversion& TClaimedConversion::Get(TFileConverter& converter) {
   return FResult;
 }
 
-TFilesAhead::TFilesAhead(const rtl::TStringList& names, TTeam& team, TFileConverter& converter,
+TFilesAhead::TFilesAhead(const rtl::TStringList& names, TWorkQueue& queue, TFileConverter& converter,
                          TFileConverter& other)
     : FNames(names),
-      FTeam(team),
+      FQueue(queue),
       FConverter(converter),
       FOther(other),
       FEnd(std::numeric_limits<int>::max()) {}
@@ -51,18 +51,18 @@ const TFileConversion& TFilesAhead::Take() {
 }
 
 void TFilesAhead::ReadAhead() {
-  std::vector<TTeam::TTask> offers;
+  std::vector<TWorkQueue::TTask> tasks;
   const int end = std::min(FEnd, FNames.Count());
   while (FNext < end && FFiles.size() < kMany && (FFiles.empty() || FBytesAhead < kMostBytes)) {
     FFiles.push_back(Read(FNames[FNext++]));
     const TFile& file = FFiles.back();
     FBytesAhead += file.Size;
     if (file.Conversion)
-      offers.push_back([&other = FOther, offered = std::weak_ptr(file.Conversion)] {
+      tasks.push_back([&other = FOther, offered = std::weak_ptr(file.Conversion)] {
         if (const auto conversion = offered.lock()) conversion->DoUnlessClaimed(other);
       });
   }
-  if (!offers.empty()) FTeam.Offer(std::move(offers));
+  if (!tasks.empty()) FQueue.PushSpeculative(std::move(tasks));
 }
 
 TFilesAhead::TFile TFilesAhead::Read(const std::string& fileName) {

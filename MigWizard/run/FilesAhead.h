@@ -1,13 +1,12 @@
-// The files of a run's walk, read a little ahead of it and converted by two threads.
+// The files of a run, read a little ahead of the walk and converted by two threads.
 //
-// The walk does everything that others can see, one file behind the other: the log, the temporary files, the
-// undo list. To convert a file takes nothing but its bytes, so that can be done before the walk is there, on
-// another processor. Which files are read when depends on their number and size alone, not on how fast a
-// thread is: a run does the same things in the same order every time.
+// The walk does everything that can be seen from outside, one file after the other: log, temporary files, undo
+// list. Converting a file needs nothing but its bytes, so the worker of the queue can do it before the walk
+// comes to the file. Which files are read when depends on their number and size only, not on the speed of a
+// thread: every run does the same things in the same order.
 //
-// The helper takes the file that was read last, the walk needs the one that was read first; so they rarely
-// meet. What the helper has not begun when the walk needs it, the walk converts itself, and waits for
-// nothing.
+// The worker takes the file that was read last, the walk needs the one that was read first, so they rarely
+// meet. A file that the worker has not started when the walk needs it is converted by the walk.
 #pragma once
 
 #include <atomic>
@@ -17,20 +16,20 @@
 #include <string>
 
 #include "MigWizard/passes/FileConversion.h"
-#include "MigWizard/run/Team.h"
+#include "MigWizard/run/WorkQueue.h"
 #include "rtl/text/StringList.h"
 
 namespace mig {
 
-// One file's conversion, done by whoever claims it first.
+// The conversion of one file, done by the thread that claims it first.
 class TClaimedConversion {
  public:
   TClaimedConversion(const std::string& fileName, std::string bytes)
       : FFileName(fileName), FBytes(std::move(bytes)) {}
 
-  // Converts the file, unless somebody else has claimed that.
+  // Converts the file, unless the other thread has claimed it.
   void DoUnlessClaimed(TFileConverter& converter);
-  // Converts the file, or waits until it is converted.
+  // Converts the file, or waits until the other thread has converted it.
   const TFileConversion& Get(TFileConverter& converter);
 
  private:
@@ -44,21 +43,23 @@ class TClaimedConversion {
 
 class TFilesAhead {
  public:
-  // Reads `names` from the first on; the list may grow at its end. The two converters do the same;
-  // `converter` is used by calls of Take alone, `other` by the helper. All four are not owned; the converters
-  // must live as long as the team.
-  TFilesAhead(const rtl::TStringList& names, TTeam& team, TFileConverter& converter, TFileConverter& other);
+  // Reads the files of `names` from the first on; names may be appended to the list meanwhile. The converters
+  // must be alike: Take uses `converter`, the worker `other`. No argument is owned; the converters must
+  // outlive the queue.
+  TFilesAhead(const rtl::TStringList& names, TWorkQueue& queue, TFileConverter& converter,
+              TFileConverter& other);
 
-  // Files from index `end` on may not be read yet. Without it, all may.
+  // Keeps files from index `end` on from being read. At first all files may be read.
   void ReadUpTo(int end) { FEnd = end; }
 
-  // What is made of the next file; it holds until the next call. Raises what reading the file raised.
+  // Returns the conversion of the next file; it is valid until the next call. Raises what reading the file
+  // raised.
   [[nodiscard]] const TFileConversion& Take();
 
  private:
   struct TFile {
     std::shared_ptr<TClaimedConversion> Conversion;
-    std::exception_ptr Failure;  // why it could not be read; there is no conversion then
+    std::exception_ptr Failure;  // if it could not be read; there is no conversion then
     size_t Size = 0;             // bytes
   };
 
@@ -66,11 +67,11 @@ class TFilesAhead {
   static TFile Read(const std::string& fileName);
 
   const rtl::TStringList& FNames;
-  TTeam& FTeam;
+  TWorkQueue& FQueue;
   TFileConverter& FConverter;
   TFileConverter& FOther;
   int FEnd;
-  int FNext = 0;           // the index of the first name that was not read yet
+  int FNext = 0;           // index of the first file that was not read yet
   size_t FBytesAhead = 0;  // of the files in FFiles
   std::deque<TFile> FFiles;
   TFile FTaken;

@@ -7,41 +7,41 @@
 #include <thread>
 
 #include "MigWizard/passes/FileConversion.h"
-#include "MigWizard/run/Team.h"
+#include "MigWizard/run/WorkQueue.h"
 
 namespace mig {
 namespace {
 
-TEST(TeamTest, TheWalkCatchesUpWithAHelperThatIsStuck) {
-  TTeam team;
+TEST(WorkQueueTest, TheWalkCatchesUpWithAHelperThatIsStuck) {
+  TWorkQueue queue;
   std::atomic<bool> isStuck = false, mayGoOn = false;
   std::atomic<int> done = 0;
-  team.Add([&] {
+  queue.Push([&] {
     isStuck = true;
     while (!mayGoOn) std::this_thread::yield();
   });
   while (!isStuck) std::this_thread::yield();
-  for (int i = 0; i < 10; ++i) team.Add([&done] { ++done; });
+  for (int i = 0; i < 10; ++i) queue.Push([&done] { ++done; });
   EXPECT_EQ(done, 0);
-  team.CatchUp(3);
+  queue.WaitForRoom(3);
   EXPECT_EQ(done, 7);
   mayGoOn = true;
-  team.Finish();
+  queue.Wait();
   EXPECT_EQ(done, 10);
 }
 
-TEST(TeamTest, AFailureIsKeptForTheEndAndTheOthersAreDone) {
-  TTeam team;
+TEST(WorkQueueTest, AFailureIsKeptForTheEndAndTheOthersAreDone) {
+  TWorkQueue queue;
   std::atomic<int> done = 0;
   for (int i = 0; i < 20; ++i) {
-    team.Add([&team, &done, i] {
+    queue.Push([&queue, &done, i] {
       if (i == 3) throw std::runtime_error("the third");
-      team.Add([&done] { ++done; });
+      queue.Push([&done] { ++done; });
     });
   }
-  EXPECT_THROW(team.Finish(), std::runtime_error);
+  EXPECT_THROW(queue.Wait(), std::runtime_error);
   EXPECT_EQ(done, 19);
-  team.Finish();
+  queue.Wait();
 }
 
 TEST(FileConverterTest, WhatTheBytesOfAUnitTell) {

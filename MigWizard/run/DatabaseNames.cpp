@@ -1,0 +1,36 @@
+#include "MigWizard/run/DatabaseNames.h"
+
+#include "MigWizard/passes/FormFile.h"
+#include "MigWizard/passes/FormPass.h"
+#include "MigWizard/run/RunErrors.h"
+#include "rtl/text/Streams.h"
+#include "win/paths/CodePage.h"
+
+namespace mig {
+namespace {
+
+// An alias is the same name in forms of different encodings.
+std::string AliasKey(std::string_view alias, const qrl::TEncoding& encoding) {
+  return encoding == qrl::TEncoding::Default() ? win::SourceToUtf8(alias) : std::string(alias);
+}
+
+}  // namespace
+
+void TDatabaseNames::Collect(const std::string& fileName) {
+  rtl::TFileStream file(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
+  NamingFile(fileName, [&] {
+    const TFormFile form = ReadFormFile(file);
+    const std::string_view text = form.Text;
+    FindDatabaseNames(text.substr(0, text.find('\0')), *form.Encoding,
+                      [&](std::string_view alias, std::string_view component) {
+                        FDatabases.SetValue(AliasKey(alias, *form.Encoding), component);
+                      });
+  });
+}
+
+std::string TDatabaseNames::Find(std::string_view alias, const qrl::TEncoding& encoding) {
+  const std::lock_guard lock(FMutex);
+  return std::string(FDatabases.Values(AliasKey(alias, encoding)));
+}
+
+}  // namespace mig

@@ -1,0 +1,76 @@
+// One replacement run, from the list of units to the last file replaced. The object lives as long as the run,
+// so that nothing of a run reaches the next.
+//
+// The walk does everything that can be seen from outside, one file after the other: log, temporary files,
+// undo list. Reading and converting the files is done ahead of it (FilesAhead.h), backups are made by tasks
+// of the work queue. When all files are done, the changed ones are copied over their originals.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "MigWizard/passes/FileConversion.h"
+#include "MigWizard/run/Backups.h"
+#include "MigWizard/run/DatabaseNames.h"
+#include "MigWizard/run/FileUtils.h"
+#include "MigWizard/run/FilesAhead.h"
+#include "MigWizard/run/ReplaceOptions.h"
+#include "MigWizard/run/RunFolders.h"
+#include "MigWizard/run/RunHooks.h"
+#include "MigWizard/run/TwinFiles.h"
+#include "MigWizard/run/WorkQueue.h"
+#include "rtl/text/StringList.h"
+
+namespace mig {
+
+// What a run gets from its replacer. Everything outlives the run.
+struct TRunContext {
+  const TReplaceOptions& Options;
+  const TRunHooks& Hooks;
+  TLogWriter& Log;
+  TFileConverter& Converter;       // for the walk
+  TFileConverter& OtherConverter;  // for the worker, at the same time
+};
+
+class TRun {
+ public:
+  explicit TRun(const TRunContext& context);
+  ~TRun();
+  TRun(const TRun&) = delete;
+  TRun& operator=(const TRun&) = delete;
+
+  // Runs the replacement, once. Results and exceptions are those of TComponentReplacer::Replace.
+  [[nodiscard]] bool Execute();
+
+ private:
+  void Walk(const std::string& tempDir);
+  void WalkList(const std::string& tempDir);
+  void CollectDatabaseNames(int firstForm);
+  void ReportProgress(int done, std::string_view fileName) const;
+  void ProcessEntry(const std::string& fileName, TFilesAhead& files, const std::string& tempDir);
+
+  void ProcessFile(const std::string& fileName, TFilesAhead& files, const std::string& targetDir);
+  void ProcessUnit(const TFileConversion& unit, const std::string& sourceFile, const std::string& targetFile);
+  void ProcessForm(const TFileConversion& form, const std::string& sourceFile, const std::string& targetFile);
+  void WriteChanged(const TFileConversion& file, const std::string& sourceFile,
+                    const std::string& targetFile);
+  void LogChanges(int changes);
+
+  bool ReplaceOriginals(const std::string& tempDir);
+  void WriteUndoFile();
+
+  const TReplaceOptions& FOptions;
+  const TRunHooks& FHooks;
+  TLogWriter& FLog;
+  TFileConverter& FConverter;
+  TFileConverter& FOtherConverter;
+  rtl::TStringList FUnits;  // the working list: full names in processing order; grows during the walk
+  int FChangedFiles = 0;
+  TDatabaseNames FDatabases;
+  TTwinFiles FTwins;
+  TFolderMaker FTempFolders;
+  TBackups FBackups;
+  TWorkQueue FQueue;  // ends first: its tasks use the other members
+};
+
+}  // namespace mig

@@ -1,0 +1,48 @@
+#include "MigWizard/run/RunFolders.h"
+
+#include "MigWizard/run/FileUtils.h"
+#include "MigWizard/run/RExpertRes.h"
+#include "MigWizard/run/WorkQueue.h"
+#include "rtl/text/Exceptions.h"
+#include "rtl/text/SysUtils.h"
+#include "win/FileApi.h"
+
+namespace mig {
+namespace {
+
+constexpr char kTempPrefix[] = "$DS";
+
+std::string LastReason() {
+  return win::SysErrorMessage(win::GetLastError());
+}
+
+}  // namespace
+
+void CreateBackupFolder(const TReplaceOptions& options, const TRunHooks& hooks) {
+  // ForceFolders accepts a file of that name, which could hold no backup.
+  if (ForceFolders(options.BackupDir) && rtl::DirectoryExists(options.BackupDir)) return;
+  hooks.Warn(rtl::Format("The backup folder \"%s\" cannot be made. %s", {options.BackupDir, LastReason()}));
+  throw rtl::EFCreateError(SCannotCreateDir);
+}
+
+TTempFolder::TTempFolder(const TRunHooks& hooks, TWorkQueue& queue)
+    : FQueue(queue), FPath(CreateTempFolder(kTempPrefix, 1)) {
+  if (!FPath.empty()) return;
+  hooks.Warn(
+      rtl::Format("No temporary folder can be made in \"%s\". %s", {win::GetTempPathA(), LastReason()}));
+  throw rtl::EFCreateError(SCannotCreateDir);
+}
+
+TTempFolder::~TTempFolder() {
+  try {
+    FQueue.Cancel();
+    DeleteTempFolder(FPath, FQueue);
+  } catch (...) {  // what is left of it stays
+  }
+}
+
+void TFolderMaker::Need(const std::string& folder) {
+  if (!FMade.contains(folder) && ForceFolders(folder)) FMade.insert(folder);
+}
+
+}  // namespace mig

@@ -1,0 +1,35 @@
+// What a run tells its caller while it works, and asks it.
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+namespace mig {
+
+// How far a run has come.
+struct TRunProgress {
+  int Done = 0;               // files that are done
+  int Known = 0;              // files known so far; form files are added when their units have been read
+  std::string_view FileName;  // full Windows path of the next file; empty when all files are converted
+};
+
+// All functions may be empty. They are called on the thread that called Replace or Restore.
+class TRunHooks {
+ public:
+  // Called before each file of a run, and before the originals are replaced. An exception stops the run.
+  std::function<void(const TRunProgress&)> OnProgress;
+  // Called with a line for the user about something that does not stop the run. An exception stops it.
+  std::function<void(std::string_view message)> OnWarning;
+  // Returns True if the file, a full Windows path, is to be left out of a run.
+  std::function<bool(std::string_view fileName)> OnExclude;
+
+  void Report(const TRunProgress& progress) const {
+    if (OnProgress) OnProgress(progress);
+  }
+  void Warn(std::string_view message) const {
+    if (OnWarning) OnWarning(message);
+  }
+  bool IsExcluded(std::string_view fileName) const { return OnExclude && OnExclude(fileName); }
+};
+
+}  // namespace mig

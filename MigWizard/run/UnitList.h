@@ -1,0 +1,19 @@
+// The units with which a run starts: those of the active project that the user chose, or those of a folder.
+#pragma once
+
+#include <string>
+
+#include "MigWizard/run/ReplaceOptions.h"
+#include "MigWizard/run/RunHooks.h"
+#include "rtl/text/StringList.h"
+
+namespace mig {
+
+// Appends the full names of the units that `options` ask for and `hooks` do not exclude to the empty list
+// `units`, in processing order. Reports folders that cannot be read with OnWarning.
+void InitUnitList(const TReplaceOptions& options, const TRunHooks& hooks, rtl::TStringList& units);
+
+// Returns the folder of a run, in which its log lies: the project's, or the folder to scan.
+std::string RunFolder(const TReplaceOptions& options);
+
+}  // namespace mig

@@ -1,0 +1,114 @@
+#include "MigWizard/run/WorkQueue.h"
+
+#include <iterator>
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "win/FileSystem.h"
+
+namespace mig {
+
+TWorkQueue::TWorkQueue() {
+  if (win::IsHostFileSystem()) (void)FWorker.Start(FWork);
+}
+
+TWorkQueue::~TWorkQueue() {
+  Cancel();
+  {
+    const std::lock_guard lock(FMutex);
+    FEnds = true;
+  }
+  FPushed.notify_one();
+  FWorker.Join();
+}
+
+void TWorkQueue::PushSpeculative(std::vector<TTask> tasks) {
+  if (!FWorker.IsRunning()) return;
+  {
+    const std::lock_guard lock(FMutex);
+    FSpeculative.insert(FSpeculative.end(), std::make_move_iterator(tasks.begin()),
+                        std::make_move_iterator(tasks.end()));
+  }
+  FPushed.notify_one();
+}
+
+void TWorkQueue::Push(TTask task) {
+  if (!FWorker.IsRunning()) return task();
+  {
+    const std::lock_guard lock(FMutex);
+    FTasks.push_back(std::move(task));
+  }
+  FPushed.notify_one();
+  FDone.notify_one();
+}
+
+void TWorkQueue::WaitForRoom(size_t limit) {
+  std::unique_lock lock(FMutex);
+  while (FTasks.size() > limit) Do(PopFirst(), lock);
+}
+
+void TWorkQueue::Wait() {
+  std::unique_lock lock(FMutex);
+  FSpeculative.clear();
+  for (;;) {
+    FDone.wait(lock, [this] { return !FTasks.empty() || FRunning == 0; });
+    if (FTasks.empty()) break;
+    Do(PopFirst(), lock);
+  }
+  if (FFailure) std::rethrow_exception(std::exchange(FFailure, nullptr));
+}
+
+void TWorkQueue::Cancel() noexcept {
+  std::unique_lock lock(FMutex);
+  FSpeculative.clear();
+  FTasks.clear();
+  FDone.wait(lock, [this] { return FRunning == 0; });
+  FTasks.clear();  // those that running tasks have pushed
+}
+
+void TWorkQueue::Work() {
+  std::unique_ptr<win::TFileSystem> files;
+  try {
+    files = win::AnotherHostFileSystem();
+    files->HoldFolders(true);
+  } catch (const std::bad_alloc&) {
+    return;  // the other thread does everything
+  }
+  const win::TFileSystemOverride inForce(*files);
+  std::unique_lock lock(FMutex);
+  for (;;) {
+    FPushed.wait(lock, [this] { return FEnds || !FSpeculative.empty() || !FTasks.empty(); });
+    if (FEnds) return;
+    Do(FSpeculative.empty() ? PopFirst() : PopLastSpeculative(), lock);
+  }
+}
+
+void TWorkQueue::Do(TTask task, std::unique_lock<std::mutex>& lock) {
+  ++FRunning;
+  lock.unlock();
+  std::exception_ptr failure;
+  try {
+    task();
+  } catch (...) {
+    failure = std::current_exception();
+  }
+  task = nullptr;
+  lock.lock();
+  if (failure && !FFailure) FFailure = failure;
+  if (--FRunning == 0) FDone.notify_one();
+}
+
+TWorkQueue::TTask TWorkQueue::PopFirst() {
+  TTask task = std::move(FTasks.front());
+  FTasks.pop_front();
+  return task;
+}
+
+TWorkQueue::TTask TWorkQueue::PopLastSpeculative() {
+  TTask task = std::move(FSpeculative.back());
+  FSpeculative.pop_back();
+  return task;
+}
+
+}  // namespace mig
