@@ -1,12 +1,16 @@
 #include "MigWizard/passes/FileConversion.h"
 
+#include <algorithm>
+#include <optional>
 #include <utility>
 
+#include "MigWizard/passes/ComponentNames.h"
 #include "MigWizard/passes/FormFile.h"
 #include "MigWizard/passes/FormPass.h"
 #include "MigWizard/passes/TextFile.h"
 #include "MigWizard/passes/UnitNames.h"
 #include "rtl/text/Streams.h"
+#include "win/paths/CodePage.h"
 
 namespace mig {
 namespace {
@@ -33,7 +37,7 @@ TFileConverter::TFileConverter(const TClassMap& classes, std::string_view oldUni
       FFormParser(std::move(formParser)) {
   FOldUnit.Add(oldUnit);
   FFormParser->OnGetPropValue = [this](std::string_view, std::string_view value) {
-    return OnGetDatabase ? OnGetDatabase(value, *FFormEncoding) : std::string();
+    return DatabaseReference(value);
   };
 }
 
@@ -49,6 +53,18 @@ TFileConversion TFileConverter::Convert(const std::string& fileName, std::string
     result.Failure = std::current_exception();
   }
   return result;
+}
+
+// Returns the reference in the encoding of the form, or an empty string if there is none. The parser may ask
+// several times for one property.
+std::string TFileConverter::DatabaseReference(std::string_view alias) {
+  if (!OnGetDatabase) return {};
+  const std::string name = OnGetDatabase(alias, *FFormEncoding);
+  if (std::optional<std::string> reference = NameForForm(name, *FFormEncoding)) return *std::move(reference);
+  std::string shown = win::IsValidUtf8(name) ? name : win::SourceToUtf8(name);
+  if (std::find(FUnwritableNames.begin(), FUnwritableNames.end(), shown) == FUnwritableNames.end())
+    FUnwritableNames.push_back(std::move(shown));
+  return {};
 }
 
 // Whether the pass over a unit can change or find anything. Told from the bytes alone.
@@ -81,8 +97,10 @@ void TFileConverter::ConvertFormFile(std::string bytes, TFileConversion& result)
   const std::string_view text = std::string_view(form.Text).substr(0, form.Text.find('\0'));
   if (!FClasses.OldClasses().FindAny(text)) return;
   FFormEncoding = form.Encoding;
+  FUnwritableNames.clear();
   rtl::TMemoryStream output;
   result.Changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output);
+  result.UnwritableNames = std::move(FUnwritableNames);
   if (result.Changes == 0) return;
   result.IsChanged = true;
   result.EndsAtNul = text.size() < form.Text.size();

@@ -26,9 +26,11 @@ struct TFileConversion {
   std::vector<std::string> FormFiles;  // of a unit: full names from its resource directives, in their order
   bool IsChanged = false;              // what follows is to be written
   bool EndsAtNul = false;              // of a form: what stands behind a NUL character is no part of it
-  std::exception_ptr WriteFailure;     // why a changed form cannot be made a binary one again
-  std::string_view Mark;               // the first bytes of the changed file
-  std::string Bytes;                   // and those behind them
+  // Of a form: connections that it would refer to if its encoding had their names. UTF-8, each once.
+  std::vector<std::string> UnwritableNames;
+  std::exception_ptr WriteFailure;  // why a changed form cannot be made a binary one again
+  std::string_view Mark;            // the first bytes of the changed file
+  std::string Bytes;                // and those behind them
 };
 
 // Converts files, one at a time.
@@ -45,19 +47,22 @@ class TFileConverter {
 
   // The text that stands in a unit's source in place of a class name; unset: the new class.
   std::function<std::string(std::string_view oldClass, std::string_view newClass)> OnGetReplacement;
-  // Gives the reference that takes the place of a form's database alias; empty for none.
+  // Gives the reference that takes the place of a form's database alias, as a name of the run
+  // (ComponentNames.h); empty for none. `alias` is working text in `encoding`.
   std::function<std::string(std::string_view alias, const qrl::TEncoding& encoding)> OnGetDatabase;
 
  private:
   bool MayMatter(std::string_view unitText) const;
   void ConvertUnitFile(const std::string& fileName, std::string bytes, TFileConversion& result) const;
   void ConvertFormFile(std::string bytes, TFileConversion& result);
+  std::string DatabaseReference(std::string_view alias);
 
   const TUnitRules FUnitRules;
   const TClassMap& FClasses;
   TWordSearch FOldUnit;
   std::unique_ptr<TFormParser> FFormParser;
   const qrl::TEncoding* FFormEncoding = &qrl::TEncoding::Default();  // of the form being converted
+  std::vector<std::string> FUnwritableNames;                         // in that form
 };
 
 }  // namespace mig

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "MigWizard/engine/PasParser.h"
+#include "MigWizard/passes/ComponentNames.h"
 
 namespace mig {
 namespace {
@@ -166,7 +167,7 @@ void FindDatabaseNames(std::string_view text, const qrl::TEncoding& encoding,
         break;
       case qrl::kString:
         if (object.ClassName == "TDatabase" && object.LastIdent == "DatabaseName")
-          found(lexem, std::string(rootName).append(".").append(object.Name));
+          found(lexem, NameForRun(std::string(rootName).append(".").append(object.Name), encoding));
         break;
       case kEnd:
         object.Name = {};

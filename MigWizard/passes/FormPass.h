@@ -33,8 +33,8 @@ struct TFormObject {
 int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
                 TFormParser& parser, rtl::TMemoryStream& output);
 
-// Calls found(alias, "Root.Component") for each database alias that a TDatabase of the form declares, in
-// their order.
+// Calls found(alias, "Root.Component") for each database alias that a TDatabase of the form declares, in the
+// order of the text. The alias is working text, the component a name of the run (ComponentNames.h).
 void FindDatabaseNames(std::string_view text, const qrl::TEncoding& encoding,
                        const std::function<void(std::string_view alias, std::string_view component)>& found);
 

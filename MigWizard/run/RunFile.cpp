@@ -46,6 +46,11 @@ void TRun::ProcessForm(const TFileConversion& form, const std::string& sourceFil
   LogChanges(form.Changes);
   if (form.EndsAtNul)
     FHooks.Warn(rtl::Format("%s: the text after a NUL character is not part of the form.", {sourceFile}));
+  for (const std::string& name : form.UnwritableNames) {
+    FHooks.Warn(rtl::Format(
+        "%s: the encoding of the form lacks characters of \"%s\", so nothing in it refers to that.",
+        {sourceFile, name}));
+  }
   if (form.IsChanged) WriteChanged(form, sourceFile, targetFile);
 }
 
