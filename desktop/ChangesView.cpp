@@ -6,15 +6,17 @@
 #include <QSplitter>
 #include <QTextBlock>
 
-#include "desktop/LineDiff.h"
 #include "desktop/QtText.h"
 #include "desktop/SourceEditor.h"
 #include "desktop/SourceText.h"
+#include "diff/LineDiff.h"
 #include "rtl/text/SysUtils.h"
 
 namespace desktop {
 
 namespace {
+
+using diff::TDiffLine;
 
 constexpr int kContext = 3;  // unchanged lines around a change
 
@@ -109,7 +111,7 @@ void TChangesView::ShowFile(int index) {
   const TRunRecord::TChange& change = FChanges[static_cast<size_t>(index)];
   const std::string before = ReadableText(change.Before, change.FileName);
   const std::string after = ReadableText(change.After, change.FileName);
-  const std::vector<TDiffLine> lines = DiffLines(before, after);
+  const std::vector<TDiffLine> lines = diff::DiffLines(before, after, diff::TIgnore::LineEnds);
   const std::vector<bool> shown = ShownLines(lines);
 
   FDiff->clear();
@@ -132,7 +134,10 @@ void TChangesView::ShowFile(int index) {
     const char* const mark = line.Kind == TDiffLine::TKind::Removed ? " - "
                              : line.Kind == TDiffLine::TKind::Added ? " + "
                                                                     : "   ";
-    cursor.insertText(Number(line.OldLine) + Number(line.NewLine) + mark + ToQt(line.Text));
+    const std::string_view text = line.Kind == TDiffLine::TKind::Removed ? line.Old : line.New;
+    QString shownText = ToQt(text);
+    while (shownText.endsWith('\n') || shownText.endsWith('\r')) shownText.chop(1);
+    cursor.insertText(Number(line.OldLine) + Number(line.NewLine) + mark + shownText);
   }
   cursor.endEditBlock();
   FDiff->moveCursor(QTextCursor::Start);

@@ -8,7 +8,6 @@
 #include <cmath>
 
 #include "desktop/HostWindow.h"
-#include "desktop/LineDiff.h"
 #include "desktop/MenuBinding.h"
 #include "desktop/SourceEditor.h"
 #include "desktop/SourceText.h"
@@ -245,40 +244,6 @@ TEST(SourceTextTest, EveryCharacterOfEveryCodePageComesBackOrIsRefused) {
   ASSERT_TRUE(win::SetACP(932));
   EXPECT_TRUE(desktop::TSourceText("\x83\x65", false).ReadOnlyReason().isEmpty());
   ASSERT_TRUE(win::SetACP(1252));
-}
-
-// The script turns the old text into the new one, and is as short as a table of all common parts finds.
-TEST(LineDiffTest, IsAShortestScript) {
-  using TKind = desktop::TDiffLine::TKind;
-  uint32_t seed = 1;
-  const auto random = [&](uint32_t limit) {
-    seed = seed * 1664525 + 1013904223;
-    return (seed >> 16) % limit;
-  };
-  for (int round = 0; round < 500; ++round) {
-    std::string sides[2], texts[2], found[2];  // a line is a letter
-    for (int side = 0; side < 2; ++side) {
-      for (uint32_t i = random(9); i > 0; --i) {
-        sides[side] += static_cast<char>('a' + random(3));
-        texts[side] += sides[side].back() + std::string(side == 0 ? "\n" : "\r\n");
-      }
-    }
-    std::vector<std::vector<int>> common(sides[0].size() + 1, std::vector<int>(sides[1].size() + 1));
-    for (size_t i = sides[0].size(); i-- > 0;) {
-      for (size_t j = sides[1].size(); j-- > 0;) {
-        common[i][j] = sides[0][i] == sides[1][j] ? common[i + 1][j + 1] + 1
-                                                  : std::max(common[i + 1][j], common[i][j + 1]);
-      }
-    }
-    int same = 0;
-    for (const desktop::TDiffLine& line : desktop::DiffLines(texts[0], texts[1])) {
-      if (line.Kind != TKind::Added) found[0] += line.Text;
-      if (line.Kind != TKind::Removed) found[1] += line.Text;
-      same += line.Kind == TKind::Same;
-    }
-    ASSERT_EQ(found[0] + "|" + found[1], sides[0] + "|" + sides[1]);
-    ASSERT_EQ(same, common[0][0]) << sides[0] << "|" << sides[1];
-  }
 }
 
 }  // namespace
