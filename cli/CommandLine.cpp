@@ -1,215 +1,187 @@
 #include "cli/CommandLine.h"
 
-#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <set>
+#include <string_view>
 
-#include "win/paths/CodePage.h"
+#include "cli/Commands.h"
+#include "cli/Console.h"
+#include "cli/Help.h"
+#include "cli/Nearest.h"
+#include "cli/Options.h"
+#include "rtl/text/SysUtils.h"
 
 namespace cli {
 namespace {
 
-constexpr char kAbout[] =
-    "Migrates Delphi applications from the BDE and IBX database components to the KORVA data-access "
-    "components.";
+using TWords = std::vector<std::string>;
 
-constexpr char kExamples[] = R"(Examples:
-  kvamigrate replace --mode bde --folder ~/src/orders --subfolders
-      convert every unit below the folder, and the forms that they name
-  kvamigrate replace --mode ibx --project Orders.dproj
-      convert the units of a project and their forms
-  kvamigrate restore ~/src/orders/RBackup/RExpert.reu
-      put every file back as it was before
-  kvamigrate replace --help
-      all options of a command
-
-Exit status: 0 done; 1 some file could not be put in place; 2 wrong command line; 3 stopped by an error, with
-the originals untouched unless the message says otherwise; 130 stopped by Ctrl-C, with the originals untouched.)";
-
-constexpr char kReplaceExamples[] = R"(What it does:
-  Each file that changes is copied to the backup folder first, under an extension with "~" (Unit1.~pas), and the
-  changed versions take the originals' place in one step at the very end. The undo file RExpert.reu in the backup
-  folder is what "kvamigrate restore" needs; Wiz_Log.txt, in the project's or the scanned folder, tells what
-  happened to each file.
-
-Examples:
-  kvamigrate replace --mode bde --folder ~/src/orders --subfolders
-  kvamigrate replace --mode bde --folder src --subfolders --exclude 'old/*' --exclude '*.broken.dfm'
-  kvamigrate replace --mode bde --project Orders.dpr --unit Main.pas --unit Data.pas
-  kvamigrate replace --mode ibx --project All.groupproj --active Server
-  kvamigrate replace --mode bde --folder 'C:\Src' --drive C=/srv/checkout --codepage 1251)";
-
-constexpr char kRestoreExamples[] =
-    R"(Nothing is touched unless every backup is there. Run it with the same --drive options as the run that it undoes.
-
-Examples:
-  kvamigrate restore src/RBackup/RExpert.reu
-  kvamigrate restore 'C:\Src\RBackup\RExpert.reu' --drive C=/srv/checkout)";
-
-constexpr char kFormExamples[] =
-    R"(INPUT and OUTPUT are files, or - for standard input and output; without OUTPUT the result goes to standard output.
-Both kinds of binary input are taken: whole form files with their resource header, and bare streams.
-A text cannot hold a resource name, nor how empty strings are stored: a binary form made of it is named after its class.
-
-Examples:
-  kvamigrate form to-text Main.dfm Main.txt
-  kvamigrate form to-text --in-place src          every form below a folder, for version control
-  kvamigrate form to-binary - Main.dfm < Main.txt)";
-
-void AddEnvironment(CLI::App* command, TCommandLine& line) {
-  command
-      ->add_option_function<std::vector<std::string>>(
-          "--drive",
-          [&line](const std::vector<std::string>& drives) {
-            for (const std::string& drive : drives) {
-              if (drive.size() < 3 || drive[1] != '=')
-                throw CLI::ValidationError("--drive", "expected X=DIR, as in C=/srv/checkout: " + drive);
-              line.Drives.emplace_back(drive[0], drive.substr(2));
-            }
-          },
-          "Let drive X: be a folder of this machine (repeatable; Z: is the root folder)")
-      ->type_name("X=DIR")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+std::string Quoted(std::string_view text) {
+  return "\"" + std::string(text) + "\"";
 }
 
-void AddCodePage(CLI::App* command, TCommandLine& line) {
-  command->add_option("--codepage", line.CodePage, "Code page of sources without a mark (default: 1252)")
-      ->check(CLI::IsMember(win::SupportedCodePages()))
-      ->type_name("N");
+// ". Did you mean NAME?" if there is a near one.
+std::string DidYouMean(std::string_view typed, const std::vector<std::string_view>& names) {
+  const std::string_view nearest = Nearest(typed, names);
+  return nearest.empty() ? std::string(".") : ". Did you mean " + std::string(nearest) + "?";
 }
 
-void AddCatalogueFile(CLI::App* command, TCommandLine& line) {
-  command
-      ->add_option("--catalogue", line.Catalogue,
-                   "What the target classes publish, instead of what is built in")
-      ->type_name("FILE");
+// Returns the command that `words` begin with, and removes its name from them; null if they are empty. Raises
+// EUsage if there is no such command.
+const TCommandRow* TakeCommand(TWords& words) {
+  if (words.empty()) return nullptr;
+  std::vector<std::string_view> names, secondWords;
+  for (const TCommandRow& command : Commands()) {
+    const std::array<std::string, 2> typed = {words[0], words.size() > 1 ? words[0] + " " + words[1] : ""};
+    for (size_t count = 1; count <= typed.size(); ++count) {
+      if (command.Name != typed[count - 1]) continue;
+      words.erase(words.begin(), words.begin() + static_cast<std::ptrdiff_t>(count));
+      return &command;
+    }
+    if (command.IsHidden) continue;
+    const size_t blank = command.Name.find(' ');
+    names.push_back(command.Name.substr(0, blank));
+    if (blank != std::string_view::npos && names.back() == words[0])
+      secondWords.push_back(command.Name.substr(blank + 1));
+  }
+  if (secondWords.empty())
+    throw EUsage("There is no command " + Quoted(words[0]) + DidYouMean(words[0], names));
+  if (words.size() == 1 || words[1].starts_with('-')) {
+    std::string list;
+    for (const std::string_view word : secondWords) list.append(list.empty() ? "" : " or ").append(word);
+    throw EUsage("The command " + Quoted(words[0]) + " needs a second word: " + list + ".");
+  }
+  throw EUsage("There is no command " + Quoted(words[0] + " " + words[1]) +
+               DidYouMean(words[1], secondWords));
 }
 
-void AddReplace(CLI::App& app, TCommandLine& line) {
-  CLI::App* command =
-      app.add_subcommand("replace", "Convert the units of a folder or a project, and their forms");
-  command->footer(kReplaceExamples);
-  command
-      ->add_option_function<std::string>(
-          "--mode", [&line](const std::string& mode) { line.ModeIBX = mode == "ibx"; },
-          "The components to replace: bde or ibx")
-      ->required()
-      ->check(CLI::IsMember({"bde", "ibx"}))
-      ->type_name("");
-  CLI::Option* folder =
-      command->add_option("--folder", line.Folder, "Convert the units of this folder")->type_name("DIR");
-  command->add_flag("--subfolders", line.SubFolders, "... and those of the folders below it")->needs(folder);
-  CLI::Option* project = command
-                             ->add_option("--project", line.Project,
-                                          "Convert the units of this project, or of a group's active one")
-                             ->type_name("FILE")
-                             ->excludes(folder);
-  command
-      ->add_option(
-          "--active", line.ActiveProject,
-          "The project of a group that is the active one, by its name or its path as the group has it "
-          "(default: the first)")
-      ->type_name("NAME")
-      ->needs(project);
-  command->add_option("--unit", line.Units, "Convert this unit of the project alone (repeatable)")
-      ->type_name("NAME")
-      ->needs(project)
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  command->add_option("--backup-dir", line.BackupDir, "Where backups and the undo file go (default: RBackup)")
-      ->type_name("DIR");
-  command->add_flag("--no-backup", line.NoBackup, "Take no backups and write no undo file");
-  command->add_flag("--no-log", line.NoLog, "Write no log");
-  command->add_flag("--view-log", line.ViewLog, "Open the log in its viewer afterwards");
-  command
-      ->add_option("--exclude", line.Exclude,
-                   "Leave out files whose path below the folder matches, as in 'old/*' (repeatable)")
-      ->type_name("PATTERN")
-      ->check([](const std::string& pattern) {
-        return pattern.empty() ? std::string("an empty pattern leaves nothing out") : std::string();
-      })
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  AddCodePage(command, line);
-  AddCatalogueFile(command, line);
-  AddEnvironment(command, line);
-  command->parse_complete_callback([&line] { line.Command = TCommand::Replace; });
-  command->callback([&line] {
-    if (line.Folder.empty() && line.Project.empty()) throw CLI::RequiredError("--folder or --project");
-  });
+// The options and arguments of one command.
+class TParser {
+ public:
+  TParser(const TCommandRow& command, TWords words) : FCommand(command), FWords(std::move(words)) {}
+
+  TCommandLine Parse() {
+    FLine.Command = FCommand.Command;
+    bool areOptions = true;
+    while (FNext < FWords.size()) {
+      const std::string word = FWords[FNext++];
+      if (areOptions && word == "--") {
+        areOptions = false;
+      } else if (areOptions && word.size() > 1 && word[0] == '-') {
+        ParseOption(word);
+      } else {
+        FLine.Arguments.push_back(word);
+      }
+    }
+    CheckArguments();
+    return std::move(FLine);
+  }
+
+ private:
+  const TOption* Find(std::string_view name) const {
+    for (const TOption& option : FCommand.Options)
+      if (option.Name == name || (name.size() == 2 && name[0] == '-' && option.Short == name[1]))
+        return &option;
+    return nullptr;
+  }
+
+  // --name, --name VALUE, --name=VALUE, -n, -n VALUE, -nVALUE
+  void ParseOption(const std::string& word) {
+    const bool isShort = word[1] != '-';
+    const std::string name = isShort ? word.substr(0, 2) : word.substr(0, word.find('='));
+    std::optional<std::string> value;
+    if (name.size() < word.size()) value = word.substr(name.size() + (isShort ? 0 : 1));
+    const TOption* const option = Find(name);
+    if (!option) RefuseOption(name);
+    if (!option->IsRepeatable && !FGiven.insert(option).second)
+      throw EUsage("The option " + name + " is given twice.");
+    if (option->Kind == TValueKind::None) {
+      if (value) throw EUsage("The option " + name + " takes no value.");
+      option->Store(FLine, {});
+      return;
+    }
+    if (!value && FNext < FWords.size() && !Find(FWords[FNext])) value = FWords[FNext++];
+    if (!value)
+      throw EUsage("The option " + name + " needs a value: " + std::string(option->ValueName) + ".");
+    option->Store(FLine,
+                  option->Kind == TValueKind::Choice ? Choice(name, *value, option->ValueName) : *value);
+  }
+
+  [[noreturn]] void RefuseOption(const std::string& name) const {
+    std::vector<std::string_view> names = {HelpOption().Name};
+    for (const TOption& option : FCommand.Options) names.push_back(option.Name);
+    throw EUsage("The command " + Quoted(FCommand.Name) + " has no option " + name + DidYouMean(name, names));
+  }
+
+  static std::string Choice(std::string_view name, const std::string& value, std::string_view valueName) {
+    std::string list;
+    for (const std::string_view choice : ChoicesOf(valueName)) {
+      if (rtl::SameText(choice, value)) return std::string(choice);
+      list.append(list.empty() ? "" : " or ").append(choice);
+    }
+    throw EUsage(std::string(name) + " takes " + list + ", not " + Quoted(value) + ".");
+  }
+
+  void CheckArguments() const {
+    const TArgument& argument = FCommand.Argument;
+    const int count = static_cast<int>(FLine.Arguments.size());
+    if (count < argument.Least) throw EUsage("An argument is missing: " + std::string(argument.Name) + ".");
+    if (count > argument.Most)
+      throw EUsage("The argument " + Quoted(FLine.Arguments[static_cast<size_t>(argument.Most)]) +
+                   " is one too many.");
+    if (argument.Kind == TValueKind::Choice)
+      (void)Choice("The command " + Quoted(FCommand.Name), FLine.Arguments[0], argument.Name);
+  }
+
+  const TCommandRow& FCommand;
+  const TWords FWords;
+  size_t FNext = 0;
+  std::set<const TOption*> FGiven;
+  TCommandLine FLine;
+};
+
+// Whether help is asked for: a wrong option beside it does not matter.
+bool AsksForHelp(const TWords& words) {
+  const auto end = std::find(words.begin(), words.end(), "--");
+  return std::any_of(words.begin(), end,
+                     [](const std::string& word) { return word == "--help" || word == "-h"; });
 }
 
-void AddRestore(CLI::App& app, TCommandLine& line) {
-  CLI::App* command = app.add_subcommand("restore", "Put the files back that a run changed");
-  command->footer(kRestoreExamples);
-  command->add_option("UNDOFILE", line.UndoFile, "The undo file of the run, RExpert.reu")->required();
-  AddEnvironment(command, line);
-  command->callback([&line] { line.Command = TCommand::Restore; });
-}
-
-void AddFormConversion(CLI::App* form, TCommandLine& line, TCommand conversion, const char* name,
-                       const char* about) {
-  CLI::App* command = form->add_subcommand(name, about);
-  command->footer(kFormExamples);
-  command->add_option("INPUT", line.Input, "A form file; a folder with --in-place; or -")->required();
-  command->add_option("OUTPUT", line.Output, "The file to write; or -");
-  command->add_flag("--in-place", line.InPlace,
-                    "Convert the file, or every form below the folder, where it is");
-  if (conversion == TCommand::FormToBinary)
-    command->add_flag("--bare", line.Bare, "Write the object stream alone, without a resource header");
-  AddCodePage(command, line);
-  AddEnvironment(command, line);
-  command->callback([&line, conversion] { line.Command = conversion; });
-}
-
-void AddForm(CLI::App& app, TCommandLine& line) {
-  CLI::App* form = app.add_subcommand("form", "Convert form files between their text and their binary form");
-  form->footer(kFormExamples);
-  form->require_subcommand(1);
-  AddFormConversion(form, line, TCommand::FormToText, "to-text",
-                    "Make text of binary forms, as the IDE writes it");
-  AddFormConversion(form, line, TCommand::FormToBinary, "to-binary", "Make binary forms of text");
-}
-
-void AddCatalogue(CLI::App& app, TCommandLine& line) {
-  CLI::App* command = app.add_subcommand(
-      "catalogue", "Print what the target classes publish, in the form that --catalogue reads");
-  AddCatalogueFile(command, line);
-  AddEnvironment(command, line);
-  command->callback([&line] { line.Command = TCommand::Catalogue; });
-}
-
-void AddWizard(CLI::App& app, TCommandLine& line) {
-  CLI::App* command =
-      app.add_subcommand("wizard", "Open the wizard's dialog, where the desktop part was built");
-  command->add_option("PROJECT", line.Project, "The project or project group to open first");
-  AddCodePage(command, line);
-  AddCatalogueFile(command, line);
-  AddEnvironment(command, line);
-  command->callback([&line] { line.Command = TCommand::Wizard; });
+void PrintHelp(TWords words) {
+  words.erase(
+      std::remove_if(words.begin(), words.end(), [](const std::string& word) { return word[0] == '-'; }),
+      words.end());
+  const TCommandRow* const command = words == TWords{"form"} ? nullptr : TakeCommand(words);
+  PrintText(command ? CommandHelp(*command) : GeneralHelp());
 }
 
 }  // namespace
 
 std::variant<TCommandLine, int> ParseCommandLine(int argc, const char* const* argv) {
-  TCommandLine line;
-  CLI::App app(kAbout, "kvamigrate");
-  app.footer(kExamples);
-  app.require_subcommand(1);
-  AddReplace(app, line);
-  AddRestore(app, line);
-  AddForm(app, line);
-  AddCatalogue(app, line);
-  AddWizard(app, line);
+  TWords words;
+  for (int i = 1; i < argc; ++i) words.emplace_back(argv[i]);
+  const TCommandRow* command = nullptr;
   try {
-    app.parse(argc, argv);
-  } catch (const CLI::CallForHelp& help) {
-    app.exit(help);
+    if (!words.empty() && words[0] == "--version") {
+      PrintText(VersionText() + "\n");
+      return kExitOk;
+    }
+    if (AsksForHelp(words)) {
+      PrintHelp(words);
+      return kExitOk;
+    }
+    command = TakeCommand(words);
+    if (!command) throw EUsage("A command is missing.");
+    TCommandLine line = TParser(*command, words).Parse();
+    if (line.Command != TCommand::Help) return line;
+    PrintHelp(line.Arguments);
     return kExitOk;
-  } catch (const CLI::ParseError& error) {
-    app.exit(error);
+  } catch (const EUsage& error) {
+    Complain(error.what());
+    Note("See \"kvamigrate help" + (command ? " " + std::string(command->Name) : "") + "\".");
     return kExitUsage;
   }
-  return line;
 }
 
 }  // namespace cli

@@ -9,23 +9,36 @@
 
 namespace cli {
 
-inline constexpr int kExitOk = 0;
-inline constexpr int kExitFailed = 1;     // the operation returned False
+inline constexpr int kExitOk = 0;         // everything that was asked for was done
+inline constexpr int kExitPart = 1;       // it was done in part
 inline constexpr int kExitUsage = 2;      // the command line is wrong
 inline constexpr int kExitException = 3;  // an exception, with its message on standard error
-inline constexpr int kExitSignal = 128;   // and the signal's number
+inline constexpr int kExitFound = 4;      // a check found something
+inline constexpr int kExitSignal = 128;   // plus the number of the signal that stopped the program
 
-enum class TCommand { Replace, Restore, FormToText, FormToBinary, Catalogue, Wizard };
+enum class TCommand {
+  Replace,
+  Restore,
+  FormToText,
+  FormToBinary,
+  Catalogue,
+  Wizard,
+  Completion,
+  ManPage,
+  Help
+};
 
-// Paths stand as typed.
+// Paths and names are as typed.
 struct TCommandLine {
-  TCommand Command = TCommand::Replace;
+  TCommand Command = TCommand::Help;
+  std::vector<std::string> Arguments;  // what is neither the command nor an option, in order
+  bool Quiet = false;
 
   // replace
-  bool ModeIBX = false;
+  std::string Mode;  // "bde" or "ibx"
   std::string Folder;
   bool SubFolders = false;
-  std::string Project;  // of `wizard` too
+  std::string Project;
   std::string ActiveProject;
   std::vector<std::string> Units;
   std::optional<std::string> BackupDir;
@@ -36,10 +49,13 @@ struct TCommandLine {
   std::string Catalogue;  // of `catalogue` too
 
   // restore
-  std::string UndoFile;
+  bool All = false;
+  bool Force = false;
+  bool List = false;
+  std::vector<std::string> Only;
 
   // form
-  std::string Input, Output;
+  std::string Output;
   bool Bare = false;
   bool InPlace = false;
 
@@ -47,8 +63,8 @@ struct TCommandLine {
   std::vector<std::pair<char, std::string>> Drives;
 };
 
-// The command line, or, where there is nothing to run, the exit status: help was asked for and printed, or
-// what is wrong was printed on standard error.
+// Returns the command line; or, if nothing is left to run, the exit status: help or the version was asked for
+// and printed, or the mistake was printed on standard error. Raises EOutput. Touches no file.
 std::variant<TCommandLine, int> ParseCommandLine(int argc, const char* const* argv);
 
 }  // namespace cli

@@ -1,15 +1,13 @@
-// The commands of kvamigrate. Each one gives the program's exit status (cli/CommandLine.h); exceptions are
-// the caller's.
+// The commands of kvamigrate. Each returns the exit status of the program (cli/CommandLine.h). Exceptions are
+// left to the caller.
 #pragma once
-
-#include <string>
 
 #include "cli/CommandLine.h"
 #include "rtl/text/Exceptions.h"
 
 namespace cli {
 
-// A mistake in the command line that shows only when the files are looked at.
+// A mistake in the command line.
 class EUsage : public rtl::Exception {
  public:
   using Exception::Exception;
@@ -19,7 +17,7 @@ int RunReplace(const TCommandLine& line);
 int RunRestore(const TCommandLine& line);
 int RunForm(const TCommandLine& line);
 int RunCatalogue(const TCommandLine& line);
-// Becomes the desktop program; comes back only when that cannot be started, with an exception.
+// Becomes the desktop program. Returns only with an exception, if that cannot be started.
 int RunWizard(const TCommandLine& line);
 
 }  // namespace cli

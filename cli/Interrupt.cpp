@@ -16,19 +16,22 @@ void Remember(int signal) {
 }  // namespace
 
 void CatchInterrupts() {
-  std::signal(SIGINT, Remember);
-  std::signal(SIGTERM, Remember);
-#ifdef SIGHUP
-  std::signal(SIGHUP, Remember);
-#endif
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction action {};
+    if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;
+    action = {};
+    action.sa_handler = Remember;
+    action.sa_flags = SA_RESTART;
+    sigaction(signal, &action, nullptr);
+  }
 }
 
 int PendingInterrupt() {
   return pendingSignal;
 }
 
-void StopIfInterrupted() {
-  if (pendingSignal != 0) throw rtl::EAbort("Stopped: no file was replaced.");
+void StopIfInterrupted(const std::string& message) {
+  if (pendingSignal != 0) throw rtl::EAbort(message);
 }
 
 }  // namespace cli

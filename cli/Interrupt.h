@@ -1,14 +1,16 @@
-// Ctrl-C and its kin, as a request that a command looks at between two files.
+// Ctrl-C and other requests to stop, which a command looks at between two files.
 #pragma once
+
+#include <string>
 
 namespace cli {
 
-// From here on, the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP) are remembered instead of
-// ending it.
+// After this call the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP) are remembered instead of
+// ending it. One that is ignored, as under nohup, stays ignored.
 void CatchInterrupts();
-// The number of the signal that came, or 0.
+// Returns the number of the signal that was received last, or 0.
 int PendingInterrupt();
-// Raises rtl::EAbort if one came.
-void StopIfInterrupted();
+// Raises rtl::EAbort with `message` if a signal was received.
+void StopIfInterrupted(const std::string& message);
 
 }  // namespace cli

@@ -1,9 +1,13 @@
 // kvamigrate, the migration wizard on the command line.
-#include <cstdio>
+#include <csignal>
 #include <exception>
+#include <new>
 
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
+#include "cli/Completion.h"
+#include "cli/Console.h"
+#include "cli/Help.h"
 #include "cli/Interrupt.h"
 #include "win/Diagnostics.h"
 #include "win/paths/CodePage.h"
@@ -13,11 +17,10 @@ namespace cli {
 namespace {
 
 void SetEnvironment(const TCommandLine& line) {
-  if (!win::SetACP(line.CodePage))
-    throw EUsage("Code page " + std::to_string(line.CodePage) + " is not known.");
+  (void)win::SetACP(line.CodePage);
   for (const auto& [letter, folder] : line.Drives)
     if (!win::MapDrive(letter, folder))
-      throw EUsage(std::string("--drive ") + letter + "=" + folder + ": no such folder.");
+      throw EUsage(std::string("--drive ") + letter + "=" + folder + ": there is no such folder.");
 }
 
 int RunCommand(const TCommandLine& line) {
@@ -34,28 +37,41 @@ int RunCommand(const TCommandLine& line) {
       return RunCatalogue(line);
     case TCommand::Wizard:
       return RunWizard(line);
+    case TCommand::Completion:
+      PrintText(CompletionScript(line.Arguments[0]));
+      return kExitOk;
+    case TCommand::ManPage:
+      PrintText(ManPage());
+      return kExitOk;
+    case TCommand::Help:
+      break;  // printed by the parser
   }
-  return kExitUsage;
-}
-
-void PrintError(std::string_view message) {
-  std::fprintf(stderr, "kvamigrate: %.*s\n", static_cast<int>(message.size()), message.data());
+  return kExitOk;
 }
 
 int Main(int argc, char** argv) {
-  win::SetDiagnosticsSink(PrintError);
-  const auto parsed = ParseCommandLine(argc, argv);
-  if (const int* status = std::get_if<int>(&parsed)) return *status;
+  PrepareConsole();
+  win::SetDiagnosticsSink(Complain);
   try {
-    return RunCommand(std::get<TCommandLine>(parsed));
+    const auto parsed = ParseCommandLine(argc, argv);
+    const int* const status = std::get_if<int>(&parsed);
+    return status ? *status : RunCommand(std::get<TCommandLine>(parsed));
   } catch (const EUsage& error) {
-    PrintError(error.what());
+    Complain(error.what());
     return kExitUsage;
   } catch (const rtl::EAbort& error) {
-    PrintError(error.what());
+    Complain(error.what());
     return kExitSignal + PendingInterrupt();
+  } catch (const EOutput& error) {
+    // Like other programs, without a word if the reader has seen enough.
+    if (error.IsBrokenPipe()) return kExitSignal + SIGPIPE;
+    Complain(error.what());
+    return kExitException;
+  } catch (const std::bad_alloc&) {
+    ComplainOutOfMemory({});
+    return kExitException;
   } catch (const std::exception& error) {
-    PrintError(error.what());
+    Complain(error.what());
     return kExitException;
   }
 }

@@ -1,28 +1,14 @@
-// The progress line of a long command: files done of files known, and the present file's name, on standard
-// error. Nothing is written where that is not a terminal.
+// The progress line of a long command: files done, files known, and the name of the present file, on
+// standard error. Nothing is written unless that is a terminal that knows control sequences.
 #pragma once
 
-#include <chrono>
 #include <string_view>
 
 namespace cli {
 
-class TProgressLine {
- public:
-  TProgressLine();
-  ~TProgressLine() { Clear(); }
-  TProgressLine(const TProgressLine&) = delete;
-  TProgressLine& operator=(const TProgressLine&) = delete;
-
-  // Shows the line anew, at most twenty times a second.
-  void Show(int done, int known, std::string_view fileName);
-  // Takes the line away, so that other text can be written.
-  void Clear();
-
- private:
-  bool FIsTerminal;
-  bool FShown = false;
-  std::chrono::steady_clock::time_point FLastShown;
-};
+// Replaces the line, at most twenty times a second.
+void ShowProgress(int done, int known, std::string_view fileName);
+// Removes the line, so that other text can be written.
+void ClearProgress();
 
 }  // namespace cli

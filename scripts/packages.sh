@@ -50,6 +50,6 @@ configure_quietly() {
   rm -f "$log"
 }
 
-PACKAGES_PROGRAM=(cmake g++ ninja-build libcli11-dev libdtl-dev libicu-dev libpugixml-dev zlib1g-dev)
+PACKAGES_PROGRAM=(cmake g++ ninja-build libdtl-dev libicu-dev libpugixml-dev zlib1g-dev)
 PACKAGES_DESKTOP=(qt6-base-dev libgl-dev)
 PACKAGES_TESTS=(libgtest-dev libbenchmark-dev fp-compiler fp-units-rtl binutils python3)

@@ -104,38 +104,121 @@ TEST_F(CommandLineTest, AnAliasIsOneNameInEveryEncoding) {
 
 TEST_F(CommandLineTest, WrongCommandLines) {
   FTree.Write("src/P.dpr", "program P;\r\nuses A in 'A.pas' {A};\r\nend.\r\n");
+  FTree.Write("src/old/Q.dpk", "package Q;\r\nend.\r\n");
+  FTree.Write("src/old/r.dproj", "");
+  FTree.Write("src/old/R.dpr", "");
+  FTree.MakeFolder("none");
+  const std::pair<const char*, const char*> rows[] = {
+      {"", "A command is missing.\nSee \"kvamigrate help\"."},
+      {"nonsense", "There is no command \"nonsense\".\nSee \"kvamigrate help\"."},
+      {"restor x", "There is no command \"restor\". Did you mean restore?\nSee \"kvamigrate help\"."},
+      {"form", "The command \"form\" needs a second word: to-text or to-binary.\nSee \"kvamigrate help\"."},
+      {"form totext a",
+       "There is no command \"form totext\". Did you mean to-text?\nSee \"kvamigrate help\"."},
+      {"replace --mode odbc src", "--mode takes bde or ibx, not \"odbc\".\nSee \"kvamigrate help replace\"."},
+      {"replace --mode", "The option --mode needs a value: bde|ibx.\nSee \"kvamigrate help replace\"."},
+      {"replace --folder --no-log",
+       "The option --folder needs a value: DIR.\nSee \"kvamigrate help replace\"."},
+      {"replace --no-log=1", "The option --no-log takes no value.\nSee \"kvamigrate help replace\"."},
+      {"replace --mode bde --mode bde",
+       "The option --mode is given twice.\nSee \"kvamigrate help replace\"."},
+      {"replace --folders src",
+       "The command \"replace\" has no option --folders. Did you mean --folder?\nSee \"kvamigrate help "
+       "replace\"."},
+      {"replace --sub",
+       "The command \"replace\" has no option --sub. Did you mean --subfolders?\nSee \"kvamigrate help "
+       "replace\"."},
+      {"restore x -z", "The command \"restore\" has no option -z.\nSee \"kvamigrate help restore\"."},
+      {"restore", "An argument is missing: UNDOFILE.\nSee \"kvamigrate help restore\"."},
+      {"restore a b", "The argument \"b\" is one too many.\nSee \"kvamigrate help restore\"."},
+      {"completion tcsh",
+       "The command \"completion\" takes bash or zsh or fish, not \"tcsh\".\nSee \"kvamigrate help "
+       "completion\"."},
+      {"replace --mode bde src --exclude ''",
+       "An empty pattern matches no file.\nSee \"kvamigrate help replace\"."},
+      {"replace --mode bde src --codepage koi8",
+       "The code page \"koi8\" is not known. Known are 437, 850, 852, 866, 874, 932, 936, 949, 950, 1250, "
+       "1251, "
+       "1252, 1253, 1254, 1255, 1256, 1257, 1258, 65001.\nSee \"kvamigrate help replace\"."},
+      {"replace --mode bde src --drive C",
+       "--drive takes a letter and a folder, as in C=/srv/checkout, and not \"C\".\nSee \"kvamigrate help "
+       "replace\"."},
+      {"replace --mode bde src --drive C=nowhere", "--drive C=nowhere: there is no such folder."},
+      {"replace --folder src", "Say which components to replace: --mode bde or --mode ibx."},
+      {"replace --mode bde", "Give one folder or one project to convert: --folder DIR or --project FILE."},
+      {"replace --mode bde --folder src --project src/P.dpr",
+       "Give one folder or one project to convert: --folder DIR or --project FILE."},
+      {"replace --mode bde src --unit A.pas", "--unit is for the run of a project."},
+      {"replace --mode bde src --active P", "--active is for the run of a project."},
+      {"replace --mode bde src/P.dpr --subfolders", "--subfolders is for the run of a folder."},
+      {"replace --mode bde --folder nowhere", "Target directory \"<dir>\\nowhere\" does not exist."},
+      {"replace --mode bde --folder src/P.dpr", "Target directory \"<dir>\\src\\P.dpr\" does not exist."},
+      {"replace --mode bde --project src/none.dpr", "The project \"<dir>\\src\\none.dpr\" does not exist."},
+      {"replace --mode bde nowhere", "There is no folder or project \"<dir>\\nowhere\"."},
+      {"replace --mode bde --project none", "There is no project in the folder \"<dir>\\none\"."},
+      {"replace --mode bde --project src/old",
+       "There is more than one project in the folder \"<dir>\\src\\old\": Q.dpk, r.dproj."},
+      {"replace --mode bde 'Q:\\src'",
+       "\"Q:\\src\" cannot be written as a Windows path; is its drive mapped?"},
+      {"replace --mode bde --project src/P.dpr --unit B.pas",
+       "The project \"<dir>\\src\\P.dpr\" has no unit \"B.pas\"."},
+      {"replace --mode bde --project src/P.dpr --active Q", "There is no project \"Q\", only: P.dpr."},
+  };
+  for (const auto& [arguments, message] : rows)
+    EXPECT_EQ(Run(arguments), std::string("2||kvamigrate: ") + message + "\n") << arguments;
+  EXPECT_EQ(FTree.Names("src"), (std::vector<std::string>{"A.dfm", "A.pas", "P.dpr", "old"}));
+}
+
+TEST_F(CommandLineTest, ErrorsThatStopARun) {
   FTree.Write("bad.txt", "class TKVAQuery\n");
   FTree.Write("src/X.dproj", "<Project><ItemGroup><DCCReference Include='A.pas'/></ItemGroup></Project>junk");
-  const std::pair<const char*, char> rows[] = {
-      {"", '2'},
-      {"nonsense", '2'},
-      {"replace --mode bde", '2'},
-      {"replace --mode odbc --folder src", '2'},
-      {"replace --mode bde --folder src --project src/P.dpr", '2'},
-      {"replace --mode bde --folder src --unit A.pas", '2'},
-      {"replace --mode bde --folder none", '2'},
-      {"replace --mode bde --folder src --exclude ''", '2'},
-      {"replace --mode bde --folder src --codepage 7", '2'},
-      {"replace --mode bde --folder src --drive C", '2'},
-      {"replace --mode bde --folder src --drive C=none", '2'},
-      {"replace --mode bde --folder 'Q:\\src'", '2'},
-      {"replace --mode bde --project src/P.dpr --unit B.pas", '2'},
-      {"replace --mode bde --project src/P.dpr --active Q", '2'},
-      {"replace --mode bde --project src/none.dpr", '3'},
-      {"replace --mode bde --project src/X.dproj", '3'},
-      {"replace --mode bde --folder src --catalogue none.txt", '3'},
-      {"replace --mode bde --folder src --catalogue bad.txt", '3'},
-      {"restore none.reu", '3'},
-      {"--help", '0'},
-      {"replace --help", '0'},
+  const std::pair<const char*, const char*> rows[] = {
+      {"replace --mode bde --project src/X.dproj",
+       "<dir>\\src\\X.dproj(1): this is not well-formed XML: something stands outside of the root element."},
+      {"replace --mode bde src --catalogue none.txt",
+       "Cannot open file \"<dir>\\none.txt\". The system cannot find the file specified."},
+      {"replace --mode bde src --catalogue bad.txt", "bad.txt: class \"TKVAConnection\" is missing."},
+      {"restore none.reu",
+       "Cannot open file \"<dir>\\none.reu\". The system cannot find the file specified."},
+      {"catalogue >/dev/full", "Cannot write to standard output: No space left on device."},
+      {"catalogue >&-", "Cannot write to standard output: Bad file descriptor."},
+      {"form to-text - <&-", "Cannot read the standard input."},
   };
-  for (const auto& [arguments, status] : rows) {
-    const std::string result = Run(arguments);
-    EXPECT_EQ(result[0], status) << arguments << ": " << result;
-    EXPECT_EQ(result.substr(1, 2) == "||", status != '0') << arguments << ": " << result;
-    EXPECT_GT(result.size(), 20U) << arguments;
+  for (const auto& [arguments, message] : rows)
+    EXPECT_EQ(Run(arguments), std::string("3||kvamigrate: ") + message + "\n") << arguments;
+}
+
+TEST_F(CommandLineTest, EachWayToSayTheSame) {
+  FTree.Write("src/P.dpr", "program P;\r\nuses A in 'A.pas';\r\nend.\r\n");
+  FTree.Write("src/P.bpg", "not looked at");
+  const char* const rows[] = {
+      "--mode bde --folder src",
+      "--mode=BDE src",
+      "src --mode Bde --codepage cp1251",
+      "--mode bde --project src/P.dpr",
+      "--mode bde src/P.dpr",
+      "--mode bde --project src --codepage UTF-8",
+      "--mode bde -- src",
+      "--mode bde --codepage windows-1251 --folder=src",
+  };
+  for (const std::string row : rows) {
+    EXPECT_EQ(Run("replace --no-log --no-backup " + row), "0|Replace procedure was performed sucessfully.\n|")
+        << row;
+    EXPECT_NE(FTree.Read("src/A.pas"), kUnit) << row;
+    FTree.Write("src/A.pas", kUnit);
   }
-  EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
+  EXPECT_EQ(Run("replace -q --mode bde src"), "0||");
+}
+
+TEST_F(CommandLineTest, HelpIsTheSameWhereverItIsAskedFor) {
+  EXPECT_EQ(Run("--version"), "0|kvamigrate " KVA_VERSION "\n|");
+  EXPECT_EQ(Run("--help"), Run("help"));
+  const std::string replace = Run("help replace");
+  EXPECT_EQ(replace.substr(0, 92),
+            "0|Usage: kvamigrate replace --mode bde|ibx [--folder] DIR|[--project] FILE [OPTIONS]\n\nConver");
+  EXPECT_EQ(Run("replace --help"), replace);
+  EXPECT_EQ(Run("replace --mode odbc -h --nonsense"), replace);
+  EXPECT_EQ(Run("form to-text --help"), Run("help form to-text"));
 }
 
 TEST_F(CommandLineTest, TheCatalogueReadsWhatItPrints) {

@@ -103,33 +103,49 @@ TEST_F(FormCommandTest, OneFile) {
   for (const char* from : {"a.dfm", "bare", "a.txt"}) {
     const std::string name = from;
     EXPECT_EQ(Run("to-text " + name), std::string("0|") + kText + "|") << name;
-    EXPECT_EQ(Run("to-text - - <" + name), std::string("0|") + kText + "|") << name;
-    EXPECT_EQ(Run("to-binary " + name + " to"), "0||") << name;
+    EXPECT_EQ(Run("to-text - -o - <" + name), std::string("0|") + kText + "|") << name;
+    EXPECT_EQ(Run("to-binary " + name + " -o to"), "0||") << name;
     EXPECT_EQ(ToHex(FTree.Read("to")), ToHex(FBinary)) << name;
-    EXPECT_EQ(Run("to-binary --bare " + name + " to"), "0||") << name;
+    EXPECT_EQ(Run("to-binary --bare " + name + " -o to"), "0||") << name;
     EXPECT_EQ(ToHex(FTree.Read("to")), ToHex(FBare)) << name;
   }
   FTree.Write("utf16",
               std::string("\xFF\xFEo\0b\0j\0e\0c\0t\0 \0T\0 \0P\0=\0'\0\xAC\x20'\0e\0n\0d\0\n\0", 38));
-  EXPECT_EQ(Run("to-binary --bare utf16 to"), "0||");
+  EXPECT_EQ(Run("to-binary --bare utf16 -o to"), "0||");
   EXPECT_EQ(ToHex(FTree.Read("to")), ToHex(FromHex("'TPF0' 01 'T' 00 01 'P' 12 01 00 00 00 AC 20 00 00")));
 }
 
 TEST_F(FormCommandTest, WhatIsDroppedAndWhatIsRefused) {
   FTree.Write("a.dfm", FBinary + "second");
-  EXPECT_EQ(Run("to-text a.dfm to"), "0||kvamigrate: a.dfm: 6 bytes behind the form are not part of it.\n");
+  EXPECT_EQ(Run("to-text a.dfm -o to"), "0||kvamigrate: a.dfm: 6 bytes after the form are not part of it.\n");
   EXPECT_EQ(FTree.Read("to"), kText);
-  EXPECT_EQ(Run("to-binary - to <to"), "0||");
+  EXPECT_EQ(Run("to-binary - -o to <to"), "0||");
   FTree.Write("a.txt", "object T end end\r\n");
-  EXPECT_EQ(Run("to-binary a.txt to"), "0||kvamigrate: a.txt: 6 bytes behind the form are not part of it.\n");
+  EXPECT_EQ(Run("to-binary a.txt --output=to"),
+            "0||kvamigrate: a.txt: 6 bytes after the form are not part of it.\n");
   FTree.Write("bad", "object T P = end");
   EXPECT_EQ(
-      Run("to-binary bad to2"),
+      Run("to-binary bad -oto2"),
       "3||kvamigrate: bad: Form text, line 1: the text ends inside an object (object T, property P).\n");
   EXPECT_FALSE(FTree.Exists("to2"));
   EXPECT_EQ(Run("to-text ."), "2||kvamigrate: \".\" is a folder; its forms are converted with --in-place.\n");
-  EXPECT_EQ(Run("to-text --in-place bad to"), "2||kvamigrate: --in-place takes no OUTPUT.\n");
+  EXPECT_EQ(Run("to-text --in-place bad -o to"), "2||kvamigrate: --in-place takes no --output.\n");
   EXPECT_EQ(Run("to-text --in-place -"), "2||kvamigrate: The standard input cannot be converted in place.\n");
+}
+
+TEST_F(FormCommandTest, SeveralInputsAndAnOutputThatIsOneOfThem) {
+  FTree.Write("a.dfm", FBinary);
+  FTree.Write("b.dfm", FBare);
+  EXPECT_EQ(Run("to-text a.dfm b.dfm"), std::string("0|") + kText + kText + "|");
+  EXPECT_EQ(Run("to-binary a.dfm b.dfm"),
+            "2||kvamigrate: Several forms are made binary with --in-place only.\n");
+  EXPECT_EQ(FTree.Read("b.dfm"), FBare);
+  EXPECT_EQ(Run("to-text --in-place a.dfm b.dfm"), "0|Converted: 2, left as they are: 0, failed: 0\n|");
+  EXPECT_EQ(Run("to-binary -q --in-place a.dfm b.dfm"), "0||");
+  std::filesystem::permissions(FTree.HostPath("a.dfm"), std::filesystem::perms(0640));
+  EXPECT_EQ(Run("to-text a.dfm -o ./A.DFM"), "0||");
+  EXPECT_EQ(FTree.Read("a.dfm"), kText);
+  EXPECT_EQ(std::filesystem::status(FTree.HostPath("a.dfm")).permissions(), std::filesystem::perms(0640));
 }
 
 TEST_F(FormCommandTest, AFolderInPlace) {

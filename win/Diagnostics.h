@@ -16,7 +16,8 @@ void Diagnose(std::string_view line);
 // Puts `sink` in force; an empty one stands for standard error. The sink that was in force before.
 TDiagnosticsSink SetDiagnosticsSink(TDiagnosticsSink sink);
 
-// `name` fit for a terminal and a log: bytes that are not UTF-8, and control characters, as "\xNN".
+// Returns `name`, which may be any text, fit for a terminal and a log: malformed UTF-8, control characters,
+// and the characters that reverse the direction of writing become "\xNN", byte by byte.
 [[nodiscard]] std::string PrintableName(std::string_view name);
 
 }  // namespace win

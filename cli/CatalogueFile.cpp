@@ -1,0 +1,21 @@
+#include "cli/CatalogueFile.h"
+
+#include "cli/Commands.h"
+#include "cli/Console.h"
+#include "cli/TypedPath.h"
+#include "rtl/text/Streams.h"
+
+namespace cli {
+
+target::TCatalogue LoadCatalogue(const std::string& typed) {
+  if (typed.empty()) return target::TCatalogue::BuiltIn();
+  rtl::TFileStream file(WindowsPath(typed), rtl::fmOpenRead | rtl::fmShareDenyNone);
+  return {file.ReadToEnd(), typed};
+}
+
+int RunCatalogue(const TCommandLine& line) {
+  PrintText(LoadCatalogue(line.Catalogue).Text());
+  return kExitOk;
+}
+
+}  // namespace cli

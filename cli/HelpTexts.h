@@ -1,0 +1,77 @@
+// The explanations and examples at the end of each help text. Lines are at most 100 columns wide.
+#pragma once
+
+namespace cli {
+
+inline constexpr char kAbout[] =
+    "Migrates Delphi applications from the BDE and IBX database components to the KORVA\n"
+    "data-access components.";
+
+inline constexpr char kGeneralFooter[] = R"(Examples:
+  kvamigrate replace --mode bde --folder ~/src/orders --subfolders
+      convert every unit below the folder, and the forms that they name
+  kvamigrate replace --mode ibx Orders.dproj
+      convert the units of a project and their forms
+  kvamigrate restore ~/src/orders/RBackup/RExpert.reu
+      put every file back as it was before the last run
+  kvamigrate help replace
+      all options of a command
+
+Exit status:
+  0    everything that was asked for was done
+  1    it was done in part: each file that was left out is named
+  2    the command line is wrong; nothing was touched
+  3    an error stopped the command; the originals are untouched unless the message says otherwise
+  130  Ctrl-C stopped the command (128 and the number of the signal))";
+
+inline constexpr char kReplaceFooter[] = R"(What a run does:
+  Each file that changes is copied to the backup folder first, under an extension with "~"
+  (Unit1.~pas). After all files are converted, the changed versions take the place of the originals,
+  each in one step. "kvamigrate restore" needs the undo file RExpert.reu in the backup folder.
+  Wiz_Log.txt, in the folder of the run, lists every file with its number of changes.
+
+Examples:
+  kvamigrate replace --mode bde --folder src --subfolders --exclude 'old/*' --exclude '*.broken.dfm'
+  kvamigrate replace --mode bde --project Orders.dpr --unit Main.pas --unit Data.pas
+  kvamigrate replace --mode ibx --project All.groupproj --active Server
+  kvamigrate replace --mode bde --folder 'C:\Src' --drive C=/srv/checkout --codepage 1251)";
+
+inline constexpr char kRestoreFooter[] =
+    R"(Nothing is touched unless every backup is there. Give the same --drive options as in the run.
+
+Examples:
+  kvamigrate restore src/RBackup/RExpert.reu
+  kvamigrate restore 'C:\Src\RBackup\RExpert.reu' --drive C=/srv/checkout)";
+
+inline constexpr char kToTextFooter[] =
+    R"(The texts of several forms are written one after the other. A file that is text already comes out as
+it is. Both kinds of binary input are taken: form files with their resource header, and bare object
+data.
+
+Examples:
+  kvamigrate form to-text Main.dfm
+  kvamigrate form to-text Main.dfm -o Main.txt
+  kvamigrate form to-text --in-place src          every form below a folder, for version control)";
+
+inline constexpr char kToBinaryFooter[] =
+    R"(A text holds neither a resource name nor how empty strings are stored: the resource is named after
+the class of the form.
+
+Examples:
+  kvamigrate form to-binary Main.txt -o Main.dfm
+  kvamigrate form to-binary - -o Main.dfm < Main.txt)";
+
+inline constexpr char kCatalogueFooter[] = R"(The output has the format that --catalogue reads.
+
+Example:
+  kvamigrate catalogue > mine.txt)";
+
+inline constexpr char kWizardFooter[] = R"(Example:
+  kvamigrate wizard Orders.dproj)";
+
+inline constexpr char kCompletionFooter[] = R"(Examples:
+  kvamigrate completion bash > ~/.local/share/bash-completion/completions/kvamigrate
+  kvamigrate completion zsh > ~/.zfunc/_kvamigrate      with ~/.zfunc in fpath
+  kvamigrate completion fish > ~/.config/fish/completions/kvamigrate.fish)";
+
+}  // namespace cli

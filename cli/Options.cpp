@@ -1,0 +1,199 @@
+#include "cli/Options.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "cli/Commands.h"
+#include "cli/HelpTexts.h"
+#include "rtl/text/SysUtils.h"
+#include "win/paths/CodePage.h"
+
+namespace cli {
+namespace {
+
+void StoreDrive(TCommandLine& line, const std::string& value) {
+  if (value.size() < 3 || value[1] != '=')
+    throw EUsage("--drive takes a letter and a folder, as in C=/srv/checkout, and not \"" + value + "\".");
+  line.Drives.emplace_back(value[0], value.substr(2));
+}
+
+// Takes 1251, cp1251, windows-1251 and utf-8.
+void StoreCodePage(TCommandLine& line, const std::string& value) {
+  std::string number = rtl::LowerCase(value);
+  for (const std::string_view prefix : {"windows-", "cp"})
+    if (number.starts_with(prefix)) number.erase(0, prefix.size());
+  if (number == "utf-8" || number == "utf8") number = "65001";
+  unsigned codePage = 0;
+  const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), codePage);
+  const std::vector<uint32_t>& known = win::SupportedCodePages();
+  if (error != std::errc() || end != number.data() + number.size() ||
+      std::find(known.begin(), known.end(), codePage) == known.end()) {
+    std::string list;
+    for (const uint32_t page : known) list.append(list.empty() ? "" : ", ").append(std::to_string(page));
+    throw EUsage("The code page \"" + value + "\" is not known. Known are " + list + ".");
+  }
+  line.CodePage = codePage;
+}
+
+void StorePattern(std::vector<std::string>& patterns, const std::string& value) {
+  if (value.empty()) throw EUsage("An empty pattern matches no file.");
+  patterns.push_back(value);
+}
+
+constexpr bool kRepeatable = true;
+
+const TOption kDrive = {"--drive",  TValueKind::Text,
+                        "X=DIR",    "Let drive X: be a folder of this machine; Z: is the root folder",
+                        StoreDrive, kRepeatable};
+const TOption kCodePage = {"--codepage", TValueKind::Text, "N",
+                           "Code page of sources without a byte order mark, as 1251, cp1251 or utf-8 "
+                           "(default: 1252)",
+                           StoreCodePage};
+const TOption kCatalogue = {"--catalogue", TValueKind::File, "FILE",
+                            "Read what the target classes publish from this file",
+                            [](TCommandLine& line, const std::string& value) { line.Catalogue = value; }};
+const TOption kQuiet = {"--quiet",
+                        TValueKind::None,
+                        "",
+                        "Show neither progress nor the outcome, only what went wrong",
+                        [](TCommandLine& line, const std::string&) { line.Quiet = true; },
+                        false,
+                        'q'};
+const TOption kHelp = {"--help", TValueKind::None, "", "Show this help", nullptr, true, 'h'};
+
+const std::vector<TOption> kReplaceOptions = {
+    {"--mode", TValueKind::Choice, "bde|ibx", "The components to replace",
+     [](TCommandLine& line, const std::string& value) { line.Mode = value; }},
+    {"--folder", TValueKind::Folder, "DIR", "Convert the units of this folder",
+     [](TCommandLine& line, const std::string& value) { line.Folder = value; }},
+    {"--subfolders", TValueKind::None, "", "Convert those of the folders below it, too",
+     [](TCommandLine& line, const std::string&) { line.SubFolders = true; }},
+    {"--project", TValueKind::File, "FILE",
+     "Convert the units of this project, of the active project of a group, or of the only project in a "
+     "folder",
+     [](TCommandLine& line, const std::string& value) { line.Project = value; }},
+    {"--active", TValueKind::Text, "NAME",
+     "The project of a group to convert, by its name or its path (default: the first)",
+     [](TCommandLine& line, const std::string& value) { line.ActiveProject = value; }},
+    {"--unit", TValueKind::Text, "NAME", "Convert only this unit of the project",
+     [](TCommandLine& line, const std::string& value) { line.Units.push_back(value); }, kRepeatable},
+    {"--exclude", TValueKind::Text, "PATTERN",
+     "Leave out files whose path below the folder matches, as in 'old/*'",
+     [](TCommandLine& line, const std::string& value) { StorePattern(line.Exclude, value); }, kRepeatable},
+    {"--backup-dir", TValueKind::Folder, "DIR",
+     "Folder for the backups and the undo file (default: RBackup below the folder of the run)",
+     [](TCommandLine& line, const std::string& value) { line.BackupDir = value; }},
+    {"--no-backup", TValueKind::None, "", "Make no backups and no undo file",
+     [](TCommandLine& line, const std::string&) { line.NoBackup = true; }},
+    {"--no-log", TValueKind::None, "", "Write no log",
+     [](TCommandLine& line, const std::string&) { line.NoLog = true; }},
+    {"--view-log", TValueKind::None, "", "Open the log in its viewer after the run",
+     [](TCommandLine& line, const std::string&) { line.ViewLog = true; }},
+    kCodePage,
+    kCatalogue,
+    kDrive,
+    kQuiet,
+};
+
+const std::vector<TOption> kRestoreOptions = {
+    kDrive,
+    kQuiet,
+};
+
+const TOption kOutput = {"--output",
+                         TValueKind::File,
+                         "FILE",
+                         "Write the result to this file (default: standard output)",
+                         [](TCommandLine& line, const std::string& value) { line.Output = value; },
+                         false,
+                         'o'};
+const TOption kInPlace = {"--in-place", TValueKind::None, "",
+                          "Convert the files, and every form below the folders, where they are",
+                          [](TCommandLine& line, const std::string&) { line.InPlace = true; }};
+const TOption kBare = {"--bare", TValueKind::None, "", "Write the object data without a resource header",
+                       [](TCommandLine& line, const std::string&) { line.Bare = true; }};
+constexpr int kMany = 1 << 20;
+const TArgument kInput = {"INPUT", TValueKind::File,
+                          "A form file; - for standard input; with --in-place also a folder", 1, kMany};
+
+const std::vector<TCommandRow> kCommands = {
+    {TCommand::Replace,
+     "replace",
+     "Convert the units of a folder or a project, and their forms",
+     "--mode bde|ibx [--folder] DIR|[--project] FILE [OPTIONS]",
+     {"PATH", TValueKind::File, "The folder or the project; the same as --folder or --project", 0, 1},
+     kReplaceOptions,
+     kReplaceFooter},
+    {TCommand::Restore,
+     "restore",
+     "Put back the files that a run changed",
+     "UNDOFILE [OPTIONS]",
+     {"UNDOFILE", TValueKind::File, "The undo file of the run, RExpert.reu", 1, 1},
+     kRestoreOptions,
+     kRestoreFooter},
+    {TCommand::FormToText,
+     "form to-text",
+     "Make text of binary forms, as the IDE writes it",
+     "INPUT... [-o FILE | --in-place]",
+     kInput,
+     {kOutput, kInPlace, kCodePage, kDrive, kQuiet},
+     kToTextFooter},
+    {TCommand::FormToBinary,
+     "form to-binary",
+     "Make binary forms of text",
+     "INPUT [-o FILE] | INPUT... --in-place",
+     kInput,
+     {kOutput, kInPlace, kBare, kCodePage, kDrive, kQuiet},
+     kToBinaryFooter},
+    {TCommand::Catalogue,
+     "catalogue",
+     "Print what the target classes publish",
+     "[--catalogue FILE]",
+     {},
+     {kCatalogue, kDrive},
+     kCatalogueFooter},
+    {TCommand::Wizard,
+     "wizard",
+     "Open the wizard's dialog, where the desktop part was built",
+     "[PROJECT]",
+     {"PROJECT", TValueKind::File, "The project or the group to open first", 0, 1},
+     {kCodePage, kCatalogue, kDrive},
+     kWizardFooter},
+    {TCommand::Completion,
+     "completion",
+     "Print the completion of commands and options for a shell",
+     "bash|zsh|fish",
+     {"bash|zsh|fish", TValueKind::Choice, "The shell", 1, 1},
+     {},
+     kCompletionFooter},
+    {TCommand::Help,
+     "help",
+     "Show the help of a command",
+     "[COMMAND]",
+     {"COMMAND", TValueKind::Text, "The command; without one, the list of commands is shown", 0, 2},
+     {},
+     ""},
+    {TCommand::ManPage, "manpage", "Print the manual page", "", {}, {}, "", /*IsHidden=*/true},
+};
+
+}  // namespace
+
+const std::vector<TCommandRow>& Commands() {
+  return kCommands;
+}
+
+const TOption& HelpOption() {
+  return kHelp;
+}
+
+std::vector<std::string_view> ChoicesOf(std::string_view valueName) {
+  std::vector<std::string_view> choices;
+  for (size_t start = 0; start <= valueName.size();) {
+    const size_t end = std::min(valueName.find('|', start), valueName.size());
+    choices.push_back(valueName.substr(start, end - start));
+    start = end + 1;
+  }
+  return choices;
+}
+
+}  // namespace cli

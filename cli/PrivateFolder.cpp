@@ -1,0 +1,19 @@
+#include "cli/PrivateFolder.h"
+
+#include "MigWizard/run/FileUtils.h"
+#include "rtl/text/Exceptions.h"
+#include "win/FileApi.h"
+
+namespace cli {
+
+TPrivateFolder::TPrivateFolder() : FPath(mig::CreateTempFolder("$DS", 1)) {
+  if (FPath.empty())
+    throw rtl::EFCreateError("No temporary folder can be made in \"" + win::GetTempPathA() + "\". " +
+                             win::SysErrorMessage(win::GetLastError()));
+}
+
+TPrivateFolder::~TPrivateFolder() {
+  mig::DeleteFolder(FPath);
+}
+
+}  // namespace cli

@@ -1,0 +1,90 @@
+#include "cli/Scope.h"
+
+#include <map>
+
+#include "MigWizard/run/FileUtils.h"
+#include "MigWizard/run/IDEUtils.h"
+#include "MigWizard/run/RExpertRes.h"
+#include "cli/Commands.h"
+#include "cli/TypedPath.h"
+#include "host/HostError.h"
+#include "host/ProjectChoice.h"
+#include "host/ProjectFile.h"
+#include "rtl/text/StringList.h"
+#include "rtl/text/SysUtils.h"
+#include "win/FileApi.h"
+#include "win/paths/CodePage.h"
+
+namespace cli {
+namespace {
+
+// Of the files of one project, the one that knows most about it.
+int Rank(host::TProjectKind kind) {
+  return kind == host::TProjectKind::Dproj ? 0 : kind == host::TProjectKind::Bdsproj ? 1 : 2;
+}
+
+// Returns the only project in a folder. A group beside it does not count, and the files of one project, such
+// as Orders.dpr and Orders.dproj, count once.
+std::string ProjectIn(const std::string& folder) {
+  std::map<std::string, std::string> projects;  // upper-cased name without extension -> file name
+  win::TFindData entry;
+  const auto walk = win::FindFirstFileA(mig::JoinPath(folder, "*.*"), entry);
+  for (bool found = walk != nullptr; found; found = win::FindNextFileA(*walk, entry)) {
+    const host::TProjectKind kind = host::ProjectKindOf(entry.FileName);
+    if (kind == host::TProjectKind::None || host::IsGroupKind(kind)) continue;
+    if (entry.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY) continue;
+    std::string& known = projects[win::UpperFileName(rtl::ChangeFileExt(entry.FileName, ""))];
+    if (known.empty() || Rank(kind) < Rank(host::ProjectKindOf(known))) known = entry.FileName;
+  }
+  if (projects.empty()) throw EUsage("There is no project in the folder \"" + folder + "\".");
+  if (projects.size() == 1) return mig::JoinPath(folder, projects.begin()->second);
+  std::string list;
+  for (const auto& [key, name] : projects) list.append(list.empty() ? "" : ", ").append(name);
+  throw EUsage("There is more than one project in the folder \"" + folder + "\": " + list + ".");
+}
+
+std::string SetFolder(const std::string& folder, bool subFolders, mig::TReplaceOptions& options) {
+  options.Dest = mig::sdFolder;
+  options.Directory = folder;
+  options.IncludeSubDirs = subFolders;
+  return folder;
+}
+
+std::string SetProject(const TCommandLine& line, const std::string& fileName, host::THost& host,
+                       mig::TReplaceOptions& options) {
+  try {
+    const host::TProject& project = host::OpenProjectForRun(host, fileName, line.ActiveProject);
+    rtl::TStringList units;
+    for (const std::string& unit : host::SelectUnits(project, line.Units)) units.Add(unit);
+    options.Dest = mig::sdProject;
+    options.UnitNames = units.Text();
+  } catch (const host::EChoiceError& error) {
+    throw EUsage(error.what());
+  }
+  return rtl::ExtractFileDir(mig::TIDEUtils::GetProjectFileName());
+}
+
+}  // namespace
+
+std::string SetScope(const TCommandLine& line, host::THost& host, mig::TReplaceOptions& options) {
+  const bool hasPath = !line.Arguments.empty();
+  if (hasPath + !line.Folder.empty() + !line.Project.empty() != 1)
+    throw EUsage("Give one folder or one project to convert: --folder DIR or --project FILE.");
+  const std::string& typed = hasPath ? line.Arguments[0] : line.Folder.empty() ? line.Project : line.Folder;
+  const std::string path = WindowsPath(typed);
+  const bool isFolder = rtl::DirectoryExists(path);
+  if (!line.Folder.empty() && !isFolder) throw EUsage(rtl::Format(mig::STargetDirNotExist, {path}));
+  if (!line.Project.empty() && !isFolder && !rtl::FileExists(path))
+    throw EUsage("The project \"" + path + "\" does not exist.");
+  if (!isFolder && !rtl::FileExists(path)) throw EUsage("There is no folder or project \"" + path + "\".");
+
+  if (line.Project.empty() && isFolder) {
+    if (!line.Units.empty() || !line.ActiveProject.empty())
+      throw EUsage(std::string(line.Units.empty() ? "--active" : "--unit") + " is for the run of a project.");
+    return SetFolder(path, line.SubFolders, options);
+  }
+  if (line.SubFolders) throw EUsage("--subfolders is for the run of a folder.");
+  return SetProject(line, isFolder ? ProjectIn(path) : path, host, options);
+}
+
+}  // namespace cli
