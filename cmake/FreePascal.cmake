@@ -1,14 +1,16 @@
-# The same conversions of forms by the run-time library of Free Pascal: the target kva_fpcforms, where its compiler is
-# installed. FPCFORMS is the program.
-find_program(KVA_FPC fpc)
+# The same conversions of forms by the run-time library of Free Pascal: the target kva_fpcforms, if KVA_FREE_PASCAL is ON.
+# FPCFORMS is the program.
 set(FPCFORMS ${CMAKE_CURRENT_BINARY_DIR}/fpcforms)
-if(KVA_FPC)
+if(KVA_FREE_PASCAL)
+  find_program(KVA_FPC fpc)
+  if(NOT KVA_FPC)
+    message(FATAL_ERROR "No Free Pascal compiler (packages fp-compiler, fp-units-rtl). "
+                        "-DKVA_FREE_PASCAL=OFF leaves the tests of agreement with its conversions out.")
+  endif()
   add_custom_command(
     OUTPUT ${FPCFORMS}
     COMMAND ${KVA_FPC} -O3 -v0 -FU${CMAKE_CURRENT_BINARY_DIR} -o${FPCFORMS} ${CMAKE_SOURCE_DIR}/bench/fpcforms.pas
     DEPENDS ${CMAKE_SOURCE_DIR}/bench/fpcforms.pas
     VERBATIM)
   add_custom_target(kva_fpcforms DEPENDS ${FPCFORMS})
-else()
-  message(WARNING "No Free Pascal compiler (fp-compiler, fp-units-rtl): the tests of agreement with its conversions are not built.")
 endif()

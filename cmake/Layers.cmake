@@ -19,13 +19,27 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LES
   target_compile_options(kva_rules INTERFACE -Wno-restrict)
 endif()
 if(KVA_SANITIZE)
-  target_compile_options(kva_rules INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
-                                             -fno-omit-frame-pointer)
+  # "thread", or anything else that is true for the address and undefined-behaviour sanitizers.
+  set(sanitizers address,undefined)
+  if(KVA_SANITIZE STREQUAL thread)
+    set(sanitizers thread)
+  endif()
+  target_compile_options(kva_rules INTERFACE -fsanitize=${sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(kva_rules INTERFACE -fsanitize=${sanitizers})
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
-    # The sanitizers' own code makes it see uninitialised reads in the standard library, and they find real ones.
+    # The sanitizers' instrumentation makes g++ report uninitialised reads in the standard library.
     target_compile_options(kva_rules INTERFACE -Wno-maybe-uninitialized)
   endif()
-  target_link_options(kva_rules INTERFACE -fsanitize=address,undefined)
+endif()
+# What is recorded of the layers, but not of tests and benchmarks.
+add_library(kva_records INTERFACE)
+if(KVA_COVERAGE)
+  target_compile_options(kva_records INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+  target_link_options(kva_rules INTERFACE -fprofile-instr-generate)
+endif()
+if(KVA_FUZZ)
+  # The branches that an input takes, for the driver of the fuzz targets.
+  target_compile_options(kva_records INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 # kva_layer(NAME SOURCES ... [SEES layer ...] [PRIVATE_LIBS lib ...])
@@ -44,7 +58,7 @@ function(kva_layer name)
   if(ARG_SOURCES)
     add_library(kva_${name} STATIC ${ARG_SOURCES})
     target_include_directories(kva_${name} PUBLIC ${view})
-    target_link_libraries(kva_${name} PUBLIC ${seen} PRIVATE kva_rules ${ARG_PRIVATE_LIBS})
+    target_link_libraries(kva_${name} PUBLIC ${seen} PRIVATE kva_rules kva_records ${ARG_PRIVATE_LIBS})
   else()
     add_library(kva_${name} INTERFACE)
     target_include_directories(kva_${name} INTERFACE ${view})

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by the project's commands: installs Debian packages, quietly, and only those that are missing.
 
 # install_packages PACKAGE...
@@ -50,6 +51,12 @@ configure_quietly() {
   rm -f "$log"
 }
 
-PACKAGES_PROGRAM=(cmake g++ ninja-build libdtl-dev libicu-dev libpugixml-dev zlib1g-dev)
-PACKAGES_DESKTOP=(qt6-base-dev libgl-dev)
-PACKAGES_TESTS=(libgtest-dev libbenchmark-dev fp-compiler fp-units-rtl binutils python3)
+# What each part needs. The scripts that source this file use the lists.
+# shellcheck disable=SC2034
+{
+  PACKAGES_PROGRAM=(cmake g++ ninja-build libdtl-dev libicu-dev libpugixml-dev zlib1g-dev)
+  PACKAGES_DESKTOP=(qt6-base-dev libgl-dev)
+  PACKAGES_TESTS=(clang libclang-rt-14-dev llvm libgtest-dev libbenchmark-dev fp-compiler fp-units-rtl binutils git python3)
+  PACKAGES_LINT=(clang-format clang-tidy shellcheck pyflakes3)
+  PACKAGES_PACKAGE=(dpkg-dev fakeroot file gzip lintian)
+}
