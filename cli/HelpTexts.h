@@ -12,7 +12,7 @@ inline constexpr char kGeneralFooter[] = R"(Examples:
       convert every unit below the folder, and the forms that they name
   kvamigrate replace --mode ibx Orders.dproj
       convert the units of a project and their forms
-  kvamigrate restore ~/src/orders/RBackup/RExpert.reu
+  kvamigrate restore ~/src/orders
       put every file back as it was before the last run
   kvamigrate help replace
       all options of a command
@@ -37,10 +37,16 @@ Examples:
   kvamigrate replace --mode bde --folder 'C:\Src' --drive C=/srv/checkout --codepage 1251)";
 
 inline constexpr char kRestoreFooter[] =
-    R"(Nothing is touched unless every backup is there. Give the same --drive options as in the run.
+    R"(Nothing is touched unless every backup is there, no file was edited after the run, and every line of
+the undo file is one that a run can have written. --force restores edited files, too.
+Give the same --drive options as in the run.
+
+With a folder, the undo file is looked for in it and in its RBackup, RBackup.2 and so on: the run
+that was last is taken back, or with --all every run, the last one first.
 
 Examples:
-  kvamigrate restore src/RBackup/RExpert.reu
+  kvamigrate restore --list src
+  kvamigrate restore src/RBackup/RExpert.reu --only 'Main.*'
   kvamigrate restore 'C:\Src\RBackup\RExpert.reu' --drive C=/srv/checkout)";
 
 inline constexpr char kToTextFooter[] =

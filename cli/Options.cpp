@@ -96,6 +96,14 @@ const std::vector<TOption> kReplaceOptions = {
 };
 
 const std::vector<TOption> kRestoreOptions = {
+    {"--all", TValueKind::None, "", "Take back all runs of the folder, the last one first",
+     [](TCommandLine& line, const std::string&) { line.All = true; }},
+    {"--list", TValueKind::None, "", "Show what would be restored, and touch nothing",
+     [](TCommandLine& line, const std::string&) { line.List = true; }},
+    {"--only", TValueKind::Text, "PATTERN", "Restore only files whose path matches, as in 'old/*'",
+     [](TCommandLine& line, const std::string& value) { StorePattern(line.Only, value); }, kRepeatable},
+    {"--force", TValueKind::None, "", "Restore even files that were edited after the run",
+     [](TCommandLine& line, const std::string&) { line.Force = true; }},
     kDrive,
     kQuiet,
 };
@@ -127,8 +135,9 @@ const std::vector<TCommandRow> kCommands = {
     {TCommand::Restore,
      "restore",
      "Put back the files that a run changed",
-     "UNDOFILE [OPTIONS]",
-     {"UNDOFILE", TValueKind::File, "The undo file of the run, RExpert.reu", 1, 1},
+     "UNDOFILE|DIR [OPTIONS]",
+     {"PATH", TValueKind::File, "The undo file of the run, RExpert.reu, or the folder that was converted", 1,
+      1},
      kRestoreOptions,
      kRestoreFooter},
     {TCommand::FormToText,

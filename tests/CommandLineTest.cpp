@@ -1,4 +1,5 @@
 // Replace and restore by the command line program.
+#include <chrono>
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -23,6 +24,11 @@ class CommandLineTest : public testing::Test {
   }
 
   std::string Run(const std::string& arguments) { return tests::RunCommand(FTree, arguments); }
+  // Writes a file that is newer than all that runs have written.
+  void Edit(std::string_view name, std::string_view text) {
+    FTree.Write(name, text);
+    fs::last_write_time(FTree.HostPath(name), fs::file_time_type::clock::now() + std::chrono::seconds(1));
+  }
 
   tests::TTempTree FTree;
 };
@@ -34,9 +40,96 @@ TEST_F(CommandLineTest, ReplaceAndRestore) {
   EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
   EXPECT_EQ(FTree.Read("src/A.dfm"), kForm);
   fs::remove(FTree.HostPath("src/RBackup/A.~pas"));
-  EXPECT_EQ(Run("restore src/RBackup/RExpert.reu"),
-            "1|Failed to restore files.\n|kvamigrate: There is no backup for this line of the undo file, so "
-            "nothing was restored: <dir>\\src\\A.pas=<dir>\\src\\RBackup\\A.~pas\n");
+  EXPECT_EQ(
+      Run("restore src"),
+      "1|Failed to restore files.\n|"
+      "kvamigrate: There is no backup for this line of the undo file: "
+      "<dir>\\src\\A.pas=<dir>\\src\\RBackup\\A.~pas\n"
+      "Nothing was restored. Were the backups moved, or was the run given --drive options that are missing "
+      "here?\n");
+}
+
+TEST_F(CommandLineTest, RestoreNamesWhatWouldBeLost) {
+  EXPECT_EQ(Run("replace -q --mode bde --folder src --subfolders"), "0||");
+  const std::string converted = FTree.Read("src/A.dfm");
+  Edit("src/A.pas", "edited");
+  Edit("src/old/B.pas", kUnit);  // edited, to what it was
+  EXPECT_EQ(Run("restore --list src"),
+            "0|edited     <dir>\\src\\A.pas\n"
+            "restore    <dir>\\src\\old\\B.pas\n"
+            "restore    <dir>\\src\\A.DFM\n|");
+  EXPECT_EQ(Run("restore src"),
+            "1|Failed to restore files.\n|"
+            "kvamigrate: This file was edited after the run: <dir>\\src\\A.pas\n"
+            "Nothing was restored. --force restores these files, too; --only restores a part.\n");
+  EXPECT_EQ(FTree.Read("src/A.dfm"), converted);
+  EXPECT_EQ(Run("restore src --only '*.pas' --only none"),
+            "1|Failed to restore files.\n|"
+            "kvamigrate: This file was edited after the run: <dir>\\src\\A.pas\n"
+            "Nothing was restored. --force restores these files, too; --only restores a part.\n");
+  EXPECT_EQ(Run("restore src --only src/a.dfm"), "0|Files were succefully restored.\n|");
+  EXPECT_EQ(FTree.Read("src/A.dfm"), kForm);
+  EXPECT_EQ(FTree.Read("src/A.pas"), "edited");
+  EXPECT_EQ(Run("restore src --only none"), "2||kvamigrate: No file of the undo file matches --only.\n");
+  EXPECT_EQ(Run("restore src --force"), "0|Files were succefully restored.\n|");
+  EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
+}
+
+TEST_F(CommandLineTest, RestoreRefusesLinesThatNoRunWrites) {
+  const auto line = [&](const std::string& original, const std::string& backup) {
+    return FTree.WindowsPath(original) + "=" + FTree.WindowsPath(backup) + "\r\n";
+  };
+  FTree.Write("b/a.~pas", "evil");
+  FTree.Write("b/.~bashrc", "evil");
+  FTree.Write("c/a.~pas", "evil");
+  FTree.Write(".bashrc", "mine");
+  FTree.Write("b/RExpert.reu", line(".bashrc", "b\\.~bashrc") + line("a.pas", "c\\a.~pas") +
+                                   FTree.WindowsPath("a.pas") + "=" + FTree.WindowsPath("b") +
+                                   "\\..\\c\\a.~pas\r\n" + line("x.pas", "b\\a.~pas") + "\x1B[2Jno\r\n" +
+                                   line("b.dpr", "b\\b.~dpr"));
+  EXPECT_EQ(
+      Run("restore b/RExpert.reu"),
+      "1|Failed to restore files.\n|"
+      "kvamigrate: No run can have written this line of the undo file: <dir>\\.bashrc=<dir>\\b\\.~bashrc\n"
+      "kvamigrate: No run can have written this line of the undo file: <dir>\\a.pas=<dir>\\c\\a.~pas\n"
+      "kvamigrate: No run can have written this line of the undo file: <dir>\\a.pas=<dir>\\b\\..\\c\\a.~pas\n"
+      "kvamigrate: No run can have written this line of the undo file: <dir>\\x.pas=<dir>\\b\\a.~pas\n"
+      "kvamigrate: No run can have written this line of the undo file: \\x1B[2Jno\n"
+      "kvamigrate: There is no backup for this line of the undo file: <dir>\\b.dpr=<dir>\\b\\b.~dpr\n"
+      "Nothing was restored. Were the backups moved, or was the run given --drive options that are missing "
+      "here?\n");
+  EXPECT_EQ(FTree.Read(".bashrc"), "mine");
+}
+
+// The folder may be reached in another way than in the run.
+TEST_F(CommandLineTest, RestoreThroughALinkAndFromAJournal) {
+  EXPECT_EQ(Run("replace -q --mode bde --folder src"), "0||");
+  FTree.Link("src", "link");
+  fs::rename(FTree.HostPath("src/RBackup/RExpert.reu"), FTree.HostPath("src/RBackup/RExpert.reu.journal"));
+  EXPECT_EQ(Run("restore link --only A.pas"), "0|Files were succefully restored.\n|");
+  EXPECT_TRUE(FTree.Exists("src/RBackup/RExpert.reu.journal"));
+  EXPECT_EQ(Run("restore link"), "0|Files were succefully restored.\n|");
+  EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
+  EXPECT_EQ(FTree.Names("src/RBackup"), (std::vector<std::string>{"A.~DFM", "A.~pas"}));
+  EXPECT_EQ(Run("restore link"),
+            "2||kvamigrate: There is no undo file in \"<dir>\\link\" or in a backup folder below it.\n");
+}
+
+TEST_F(CommandLineTest, SeveralRunsAreTakenBackLastFirst) {
+  EXPECT_EQ(Run("replace -q --mode bde --folder src"), "0||");
+  Edit("src/A.pas", "unit A; { edited } var X: TTable;");
+  EXPECT_EQ(Run("replace -q --mode bde --folder src --backup-dir RBackup.2"), "0||");
+  EXPECT_EQ(Run("restore --all src"),
+            "1|Failed to restore files.\n|"
+            "kvamigrate: This file was edited after the run: <dir>\\src\\A.pas\n"
+            "Nothing was restored. --force restores these files, too; --only restores a part.\n");
+  EXPECT_EQ(Run("restore src"),
+            "0|Files were succefully restored.\n|Taking back the last run, of "
+            "\"<dir>\\src\\RBackup.2\\RExpert.reu\". With --all, earlier runs are taken back, too.\n");
+  EXPECT_EQ(FTree.Read("src/A.pas"), "unit A; { edited } var X: TTable;");
+  EXPECT_EQ(Run("restore -q --all --force src"), "0||");
+  EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
+  EXPECT_EQ(FTree.Read("src/A.dfm"), kForm);
 }
 
 TEST_F(CommandLineTest, AFileThatStopsARunIsNamedWithAWayOut) {
@@ -129,11 +222,14 @@ TEST_F(CommandLineTest, WrongCommandLines) {
        "The command \"replace\" has no option --sub. Did you mean --subfolders?\nSee \"kvamigrate help "
        "replace\"."},
       {"restore x -z", "The command \"restore\" has no option -z.\nSee \"kvamigrate help restore\"."},
-      {"restore", "An argument is missing: UNDOFILE.\nSee \"kvamigrate help restore\"."},
+      {"restore", "An argument is missing: PATH.\nSee \"kvamigrate help restore\"."},
       {"restore a b", "The argument \"b\" is one too many.\nSee \"kvamigrate help restore\"."},
       {"completion tcsh",
        "The command \"completion\" takes bash or zsh or fish, not \"tcsh\".\nSee \"kvamigrate help "
        "completion\"."},
+      {"restore none.reu", "There is no undo file or folder \"<dir>\\none.reu\"."},
+      {"restore src", "There is no undo file in \"<dir>\\src\" or in a backup folder below it."},
+      {"restore --all src/A.pas", "--all takes a folder, not an undo file."},
       {"replace --mode bde src --exclude ''",
        "An empty pattern matches no file.\nSee \"kvamigrate help replace\"."},
       {"replace --mode bde src --codepage koi8",
@@ -178,8 +274,6 @@ TEST_F(CommandLineTest, ErrorsThatStopARun) {
       {"replace --mode bde src --catalogue none.txt",
        "Cannot open file \"<dir>\\none.txt\". The system cannot find the file specified."},
       {"replace --mode bde src --catalogue bad.txt", "bad.txt: class \"TKVAConnection\" is missing."},
-      {"restore none.reu",
-       "Cannot open file \"<dir>\\none.reu\". The system cannot find the file specified."},
       {"catalogue >/dev/full", "Cannot write to standard output: No space left on device."},
       {"catalogue >&-", "Cannot write to standard output: Bad file descriptor."},
       {"form to-text - <&-", "Cannot read the standard input."},

@@ -48,6 +48,9 @@ inline constexpr char SUnitsList[] = "Units list:";
 // --- Settings and the undo file ---
 inline constexpr char SRegistryRoot[] = "Software\\Tarvex";
 inline constexpr char SUndoFileName[] = "RExpert.reu";
+// The undo file while the originals are being replaced; it becomes the undo file at the end.
+inline constexpr char SJournalFileName[] = "RExpert.reu.journal";
+inline constexpr char SBackupFolderName[] = "RBackup";
 
 // --- The question before a run ---
 inline constexpr char SFormsWillBeHidden[] = "Project forms will be hidden.";

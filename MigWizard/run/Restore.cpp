@@ -1,26 +1,155 @@
 #include "MigWizard/run/Restore.h"
 
+#include <algorithm>
+#include <optional>
+#include <unordered_map>
+
+#include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/HeldFolders.h"
+#include "MigWizard/run/RExpertRes.h"
+#include "rtl/text/Streams.h"
 #include "rtl/text/StringList.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
+#include "win/paths/CodePage.h"
 
 namespace mig {
+namespace {
+
+bool IsJournal(std::string_view undoFile) {
+  return rtl::SameText(rtl::ExtractFileName(undoFile), SJournalFileName);
+}
+
+std::string LastReason() {
+  return win::SysErrorMessage(win::GetLastError());
+}
+
+bool SameFileName(std::string_view left, std::string_view right) {
+  return win::UpperFileName(left) == win::UpperFileName(right);
+}
+
+bool IsMigrated(std::string_view fileName) {
+  constexpr std::string_view kExtensions[] = {".pas", ".dpr", ".dfm", ".nfm"};
+  return std::any_of(std::begin(kExtensions), std::end(kExtensions),
+                     [extension = rtl::ExtractFileExt(fileName)](std::string_view known) {
+                       return rtl::SameText(extension, known);
+                     });
+}
+
+bool HasDots(std::string_view path) {
+  const std::string marked = "\\" + std::string(path) + "\\";
+  return marked.find("\\..\\") != std::string::npos || marked.find("\\.\\") != std::string::npos;
+}
+
+// Returns whether the backup lies at or below the folder of the undo file. The two may be spelled differently:
+// a folder is the one of the undo file if the undo file is found in it.
+bool IsBelowUndoFile(const std::string& backup, const std::string& undoFile) {
+  const std::string name = rtl::ExtractFileName(undoFile);
+  const auto undoStamp = win::GetFileStamp(undoFile);
+  std::string folder = rtl::ExtractFileDir(backup);
+  while (undoStamp) {
+    const auto stamp = win::GetFileStamp(JoinPath(folder, name));
+    if (stamp && stamp->Volume == undoStamp->Volume && stamp->Identity == undoStamp->Identity) return true;
+    std::string above = rtl::ExtractFileDir(folder);
+    if (above.size() >= folder.size()) break;
+    folder = std::move(above);
+  }
+  return false;
+}
+
+bool CanBeOfARun(const TRestoreLine& line) {
+  return IsMigrated(line.Original) && !HasDots(line.Backup) &&
+         SameFileName(rtl::ExtractFileName(line.Backup),
+                      BackupFileName(rtl::ExtractFileName(line.Original))) &&
+         IsBelowUndoFile(line.Backup, line.UndoFile);
+}
+
+bool HaveSameContents(const std::string& left, const std::string& right) {
+  constexpr uint16_t kMode = rtl::fmOpenRead | rtl::fmShareDenyNone;
+  rtl::TFileStream leftFile(left, kMode), rightFile(right, kMode);
+  return leftFile.Size() == rightFile.Size() && leftFile.ReadToEnd() == rightFile.ReadToEnd();
+}
+
+// `present` is the file that has the original's contents when the line is executed.
+bool IsEdited(const TRestoreLine& line, const std::string& present) {
+  const auto stamp = win::GetFileStamp(present);
+  const auto undoStamp = win::GetFileStamp(line.UndoFile);
+  if (!stamp || (undoStamp && stamp->Modified <= undoStamp->Modified)) return false;
+  return !HaveSameContents(present, line.Backup);
+}
+
+}  // namespace
 
 void TRestorePlan::Add(std::string_view undoFile) {
   rtl::TStringList list;
   list.LoadFromFile(undoFile);
+  if (IsJournal(undoFile)) FJournals.emplace_back(undoFile);
   for (int i = 0; i < list.Count(); ++i) {
     const std::string_view name = list.Names(i);
-    FLines.push_back({std::string(name), std::string(list.Values(name)), list[i]});
+    FLines.push_back({std::string(name), std::string(list.Values(name)), list[i], std::string(undoFile)});
   }
 }
 
+void TRestorePlan::KeepOnly(const std::function<bool(std::string_view original)>& isWanted) {
+  std::erase_if(FLines, [&](const TRestoreLine& line) {
+    if (isWanted(line.Original)) return false;
+    std::erase(FJournals, line.UndoFile);
+    return true;
+  });
+}
+
+void TRestorePlan::Check() {
+  std::unordered_map<std::string, std::string> restored;  // upper-cased original -> the backup copied over it
+  for (TRestoreLine& line : FLines) {
+    const auto [place, isFirst] = restored.try_emplace(win::UpperFileName(line.Original), line.Original);
+    if (!CanBeOfARun(line)) {
+      line.Verdict = TRestoreVerdict::Foreign;
+    } else if (!rtl::FileExists(line.Backup)) {
+      line.Verdict = TRestoreVerdict::NoBackup;
+    } else {
+      line.Verdict = IsEdited(line, place->second) ? TRestoreVerdict::Edited : TRestoreVerdict::Restorable;
+    }
+    place->second = line.Backup;
+  }
+}
+
+bool TRestorePlan::IsSafe() const {
+  return std::all_of(FLines.begin(), FLines.end(),
+                     [](const TRestoreLine& line) { return line.Verdict == TRestoreVerdict::Restorable; });
+}
+
+bool TRestorePlan::CopyAll(const TProgress& onProgress, const TWarning& onWarning) const {
+  int done = 0;
+  for (const TRestoreLine& line : FLines) {
+    if (onProgress) onProgress(done, line);
+    if (!win::CopyFileA(line.Backup, line.Original, false)) {
+      onWarning(rtl::Format("\"%s\" could not be restored, nor were the files after it in the undo file. %s",
+                            {line.Original, LastReason()}));
+      return false;
+    }
+    ++done;
+  }
+  return true;
+}
+
+// A journal goes only after the files are on the disk.
+bool TRestorePlan::DeleteJournals(const TWarning& onWarning) const {
+  bool succeeded = true;
+  for (const std::string& journal : FJournals) {
+    if (rtl::DeleteFile(journal) && win::FileSystem().FlushFolder(rtl::ExtractFileDir(journal))) continue;
+    onWarning(rtl::Format("The files are restored, but the journal \"%s\" could not be deleted. %s",
+                          {journal, LastReason()}));
+    succeeded = false;
+  }
+  return succeeded;
+}
+
 bool TRestorePlan::Execute(const TProgress& onProgress, const TWarning& onWarning) const {
-  const auto warn = [&](const std::string& message) {
-    if (onWarning) onWarning(message);
-  };
-  if (FLines.empty()) warn("The undo file lists nothing.");
+  const TWarning warn = onWarning ? onWarning : [](std::string_view) {};
+  if (FLines.empty()) {
+    warn("The undo file lists nothing.");
+    return false;
+  }
   for (const TRestoreLine& line : FLines) {
     if (rtl::FileExists(line.Backup)) continue;
     warn(rtl::Format("There is no backup for this line of the undo file, so nothing was restored: %s",
@@ -28,17 +157,12 @@ bool TRestorePlan::Execute(const TProgress& onProgress, const TWarning& onWarnin
     return false;
   }
   const THeldFolders held;
-  int done = 0;
-  for (const TRestoreLine& line : FLines) {
-    if (onProgress) onProgress(done, line);
-    if (!win::CopyFileA(line.Backup, line.Original, false)) {
-      warn(rtl::Format("\"%s\" could not be restored, nor were the files after it in the undo file. %s",
-                       {line.Original, win::SysErrorMessage(win::GetLastError())}));
-      return false;
-    }
-    ++done;
+  if (!CopyAll(onProgress, warn)) return false;
+  if (!win::FileSystem().FlushWritten()) {
+    warn(rtl::Format("The files are restored, but they may not all be on the disk. %s", {LastReason()}));
+    return false;
   }
-  return done > 0;
+  return DeleteJournals(warn);
 }
 
 }  // namespace mig
