@@ -1,0 +1,148 @@
+#include "completion/FormLayout.h"
+
+#include "completion/UnitTokens.h"
+#include "diff/LineDiff.h"
+
+namespace completion {
+namespace {
+
+bool IsSpace(char c) {
+  return static_cast<unsigned char>(c) <= 32;
+}
+
+std::string_view TrimRight(std::string_view text) {
+  while (!text.empty() && IsSpace(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+std::string_view Trim(std::string_view text) {
+  text = TrimRight(text);
+  while (!text.empty() && IsSpace(text.front())) text.remove_prefix(1);
+  return text;
+}
+
+// Returns a line without the white space that means nothing in a form: all that is outside of quotes.
+std::string Meaning(std::string_view line) {
+  std::string meaning;
+  bool inString = false;
+  for (const char c : line) {
+    if (c == '\'') inString = !inString;
+    if (inString || !IsSpace(c)) meaning += c;
+  }
+  return meaning;
+}
+
+// Returns the offset of the class name in an object's first line, or npos.
+size_t ClassOffset(std::string_view header) {
+  const size_t colon = header.find(':');
+  return colon == std::string_view::npos ? colon : header.find_first_not_of(" \t", colon + 1);
+}
+
+class TObjectLayout {
+ public:
+  TObjectLayout(std::string_view original, const TFormEdit& edit, std::string_view indent,
+                std::string_view lineEnd)
+      : FOld(diff::SplitLines(original)),
+        FNew(diff::SplitLines(TrimRight(edit.Text))),
+        FInner(2 * static_cast<size_t>(edit.Level) + 2),
+        FIndent(indent),
+        FLineEnd(lineEnd) {}
+
+  std::string Run() {
+    std::string result = Header();
+    const std::vector<std::string_view> kept = KeptLines();
+    for (size_t i = 1; i + 1 < FNew.size(); ++i) {
+      if (kept[i].empty()) {
+        result.append(IndentedLine(FNew[i])).append(FLineEnd);
+      } else {
+        result.append(kept[i]);
+      }
+    }
+    return result.append(LastLine());
+  }
+
+ private:
+  // The first line, with the author's spacing where only the class is different.
+  std::string Header() const {
+    const std::string_view printed = Trim(FNew[0]);
+    const std::string_view old = FOld[0];
+    const size_t newClass = ClassOffset(printed);
+    const size_t oldClass = ClassOffset(old);
+    if (oldClass != std::string_view::npos && newClass != std::string_view::npos) {
+      const size_t oldEnd = old.find_first_of(" \t\r\n", oldClass);
+      const std::string_view rest =
+          oldEnd == std::string_view::npos ? std::string_view() : old.substr(oldEnd);
+      if (rest.ends_with('\n') && Trim(rest).empty() &&
+          Meaning(old.substr(0, oldClass)) == Meaning(printed.substr(0, newClass)))
+        return std::string(old.substr(0, oldClass)).append(printed.substr(newClass)).append(rest);
+    }
+    return std::string(printed).append(FLineEnd);
+  }
+
+  std::string LastLine() const {
+    const std::string_view old = FOld.back();
+    return Trim(old) == Trim(FNew.back()) ? std::string(old) : FIndent + "end";
+  }
+
+  // For each printed line the line of the original that means the same, with its line end; empty for none. The first
+  // and the last line of both are left out.
+  std::vector<std::string_view> KeptLines() const {
+    std::string oldMeanings, newMeanings;
+    for (size_t i = 1; i + 1 < FOld.size(); ++i) oldMeanings.append(Meaning(FOld[i])).append("\n");
+    for (size_t i = 1; i + 1 < FNew.size(); ++i) newMeanings.append(Meaning(FNew[i])).append("\n");
+    std::vector<std::string_view> kept(FNew.size());
+    for (const diff::TDiffLine& line : diff::DiffLines(oldMeanings, newMeanings)) {
+      if (line.Kind == diff::TDiffLine::TKind::Same)
+        kept[static_cast<size_t>(line.NewLine)] = FOld[static_cast<size_t>(line.OldLine)];
+    }
+    return kept;
+  }
+
+  // The printer puts properties at FInner blanks, and later lines of a value two further right than they were.
+  std::string IndentedLine(std::string_view line) const {
+    line = TrimRight(line);
+    size_t blanks = line.find_first_not_of(' ');
+    if (blanks == std::string_view::npos) blanks = 0;
+    if (blanks > FInner + 2) return std::string(line.substr(FInner + 2));
+    return FIndent + std::string(blanks > FInner ? "    " : "  ") + std::string(line.substr(blanks));
+  }
+
+  const std::vector<std::string_view> FOld, FNew;
+  const size_t FInner;
+  const std::string FIndent;
+  const std::string_view FLineEnd;
+};
+
+// Returns the white space between the start of the line and `offset`, or as many blanks as the line has bytes before
+// it.
+std::string IndentAt(std::string_view text, size_t offset) {
+  const size_t newline = offset == 0 ? std::string_view::npos : text.rfind('\n', offset - 1);
+  const size_t start = newline == std::string_view::npos ? 0 : newline + 1;
+  const std::string_view before = text.substr(start, offset - start);
+  const size_t length = before.find_first_not_of(" \t");
+  return std::string(before.substr(0, length));
+}
+
+}  // namespace
+
+std::string LayOutForm(std::string_view text, const std::vector<TFormEdit>& edits) {
+  const std::string_view lineEnd = LineEndOf(text);
+  std::string result;
+  result.reserve(text.size());
+  size_t done = 0;
+  for (const TFormEdit& edit : edits) {
+    result.append(text.substr(done, edit.Begin - done));
+    const std::string_view original = text.substr(edit.Begin, edit.End - edit.Begin);
+    if (edit.Level < 0) {
+      result.append(edit.Text);
+      done = edit.End;
+    } else {
+      const std::string_view object = TrimRight(original);
+      result.append(TObjectLayout(object, edit, IndentAt(text, edit.Begin), lineEnd).Run());
+      done = edit.Begin + object.size();
+    }
+  }
+  return result.append(text.substr(done));
+}
+
+}  // namespace completion

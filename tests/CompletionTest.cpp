@@ -1,0 +1,165 @@
+// The opt-in steps after a conversion.
+#include <gtest/gtest.h>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "completion/FormLayout.h"
+#include "completion/UsesStep.h"
+
+namespace {
+
+using completion::TUsesRefusal;
+
+// A family of three old units; Old3 has no known identifiers.
+std::string CompleteUses(const std::string& text, std::string* told = nullptr) {
+  static const std::map<std::string, std::vector<std::string>, std::less<>> kOld = {
+      {"DBTables", {"tquery", "tsession"}}, {"Bde", {"dbinit"}}, {"Old3", {}}};
+  const completion::TUsesRules rules = {"DBTables", ", New1, New2",
+                                        [](std::string_view name) { return name == "TNew"; },
+                                        [](std::string_view unit) {
+                                          const auto found = kOld.find(unit);
+                                          return found == kOld.end() ? nullptr : &found->second;
+                                        }};
+  return completion::CompleteUses(text, qrl::TEncoding::Default(), rules,
+                                  [&](TUsesRefusal refusal, size_t offset, std::string_view unit) {
+                                    if (told != nullptr)
+                                      *told += (refusal == TUsesRefusal::Source ? "source" : "conditional ") +
+                                               std::string(unit) + "@" + std::to_string(offset) + " ";
+                                  });
+}
+
+struct TUsesRow {
+  const char* What;
+  std::string Before, After;
+};
+
+// A unit with one clause in each section, as the conversion leaves it.
+std::string Unit(const std::string& interfacePart, const std::string& implementationPart) {
+  return "unit U;\r\ninterface\r\n" + interfacePart + "\r\nimplementation\r\n" + implementationPart +
+         "\r\nend.\r\n";
+}
+
+TEST(UsesStepTest, Table) {
+  const TUsesRow rows[] = {
+      {"the old unit gives its place", Unit("uses A, DBTables, New1, New2, B;\r\nvar x: TNew;", ""),
+       Unit("uses A, New1, New2, B;\r\nvar x: TNew;", "")},
+      {"it stays where something of it is left, and the new ones follow it",
+       Unit("uses A, DBTables, New1, New2, B;\r\nvar x: TNew; s: TSession;", ""),
+       Unit("uses A, DBTables, New1, New2, B;\r\nvar x: TNew; s: TSession;", "")},
+      {"or is named itself", Unit("uses DBTables, New1, New2;\r\nvar x: DBTables.TNew;", ""),
+       Unit("uses DBTables, New1, New2;\r\nvar x: DBTables.TNew;", "")},
+      {"what strings and comments name does not count",
+       Unit("uses DBTables, New1, New2;\r\nvar x: TNew = 'TQuery'; // TSession", ""),
+       Unit("uses New1, New2;\r\nvar x: TNew = 'TQuery'; // TSession", "")},
+      {"no old unit: at the end of the clause", Unit("uses A, B;\r\nvar x: TNew;", ""),
+       Unit("uses A, B, New1, New2;\r\nvar x: TNew;", "")},
+      {"one a line stays one a line",
+       Unit("uses\r\n  A,\r\n  DBTables, New1, New2,\r\n  B;  // last\r\nvar x: TNew;", ""),
+       Unit("uses\r\n  A,\r\n  New1,\r\n  New2,\r\n  B;  // last\r\nvar x: TNew;", "")},
+      {"commas first", Unit("uses\n    A\n  , B {b}\n  ;\nvar x: TNew;", ""),
+       Unit("uses\n    A\n  , B\n  , New1\n  , New2 {b}\n  ;\nvar x: TNew;", "")},
+      {"the implementation needs them", Unit("uses A;", "uses B;\r\nvar x: TNew;"),
+       Unit("uses A;", "uses B, New1, New2;\r\nvar x: TNew;")},
+      {"the interface needs them, and the old unit is in the implementation",
+       Unit("uses A;\r\nvar x: TNew;", "uses B, DBTables, New1, New2;"),
+       Unit("uses A, New1, New2;\r\nvar x: TNew;", "uses B;")},
+      {"no clause yet", Unit("var x: TNew;", ""),
+       "unit U;\r\ninterface\r\n\r\nuses\r\n  New1, New2;\r\nvar x: TNew;\r\nimplementation\r\n\r\nend.\r\n"},
+      {"the last one of a clause goes, and the clause", Unit("uses A,\r\n  Bde;", "uses DBTables;\r\nbegin"),
+       Unit("uses A;", "uses New1, New2;\r\nbegin")},
+      {"an empty clause goes with its line", Unit("uses New1, New2;\r\nvar x: TNew;", "uses Bde;\r\nbegin"),
+       Unit("uses New1, New2;\r\nvar x: TNew;", "begin")},
+      {"old units with a line of their own",
+       Unit("uses\r\n  Bde,\r\n  A,  // a\r\n  Data.Bde {x},\r\n  B;", ""),
+       Unit("uses\r\n  A,  // a\r\n   {x}\r\n  B;", "")},
+      {"a unit without a list stays", Unit("uses Old3, Bde;", ""), Unit("uses Old3;", "")},
+      {"a second conversion",
+       Unit("uses DBTables, New1, New2, New1, New2;\r\nvar x: TNew; s: TSession;", "uses new1;\r\n-"),
+       Unit("uses DBTables, New1, New2;\r\nvar x: TNew; s: TSession;", "-")},
+      {"a program",
+       "program P;\r\nuses\r\n  Forms, DBTables, New1, New2,\r\n  M in 'M.pas' {F};\r\nvar x: TNew;\r\nbegin "
+       "end.",
+       "program P;\r\nuses\r\n  Forms, New1, New2,\r\n  M in 'M.pas' {F};\r\nvar x: TNew;\r\nbegin end."},
+      {"an interface type is no section", Unit("type I = interface end; x = TNew;", ""),
+       "unit U;\r\ninterface\r\n\r\nuses\r\n  New1, New2;\r\ntype I = interface end; x = "
+       "TNew;\r\nimplementation\r\n\r\nend.\r\n"},
+  };
+  for (const TUsesRow& row : rows) {
+    std::string told;
+    const std::string after = CompleteUses(row.Before, &told);
+    EXPECT_EQ(after, row.After) << row.What;
+    EXPECT_EQ(told, "") << row.What;
+    EXPECT_EQ(CompleteUses(after), row.After) << row.What << ", once more";
+  }
+}
+
+// Where something is not certain, the unit stays as the conversion left it.
+TEST(UsesStepTest, Refusals) {
+  const struct {
+    std::string Before, After, Told;
+  } rows[] = {
+      {Unit("uses A, {$IFDEF X} DBTables, New1, New2, {$ENDIF} B;\r\nvar x: TNew;", ""),
+       Unit("uses A, {$IFDEF X} DBTables, {$ENDIF} B, New1, New2;\r\nvar x: TNew;", ""),
+       "conditional DBTables@39 "},
+      {Unit("{$IFDEF X} uses A; {$ELSE} uses DBTables, New1, New2; {$ENDIF}", ""),
+       Unit("{$IFDEF X} uses A; {$ELSE} uses DBTables, New1, New2; {$ENDIF}", ""), "source@0 "},
+      {"uses DBTables, New1, New2;", "uses DBTables, New1, New2;", "source@0 "},
+      {"", "", "source@0 "},
+  };
+  for (const auto& row : rows) {
+    std::string told;
+    EXPECT_EQ(CompleteUses(row.Before, &told), row.After);
+    EXPECT_EQ(told, row.Told) << row.Before;
+  }
+}
+
+TEST(FormLayoutTest, KeepsThePlaceOfAnObject) {
+  const std::string text =
+      "object F: TF\n"
+      "  object  Q: TQuery\t\n"
+      "    DatabaseName = 'DB'\n"
+      "    SQL.Strings=(\n"
+      "      'a  b'\n"
+      "      'c')\n"
+      "    object X: TField\n"
+      "      Left = 4\n"
+      "    end\n"
+      "    Left = 4\n"
+      "  end\n"
+      "   Caption = 'x'\n"
+      "end\n";
+  const std::string printed =
+      "  object Q: TKVAQuery\r\n"
+      "    Connection = DM.C\r\n"
+      "    SQL.Strings = (\r\n"
+      "            'a  b'\r\n"
+      "            'made'\r\n"
+      "            'c')\r\n"
+      "    Left = 4\r\n"
+      "    AutoCommit = True\r\n"
+      "    object X: TField\n"
+      "      Left = 4\n"
+      "    end\r\n"
+      "  end\r\n";
+  const size_t begin = text.find("object  Q");
+  const size_t end = text.find("Caption");
+  EXPECT_EQ(completion::LayOutForm(text, {{5 + 2, 8, "G", -1}, {begin, end, printed, 1}}),
+            "object G: TF\n"
+            "  object  Q: TKVAQuery\t\n"
+            "    Connection = DM.C\n"
+            "    SQL.Strings=(\n"
+            "      'a  b'\n"
+            "      'made'\n"
+            "      'c')\n"
+            "    Left = 4\n"
+            "    AutoCommit = True\n"
+            "    object X: TField\n"
+            "      Left = 4\n"
+            "    end\n"
+            "  end\n"
+            "   Caption = 'x'\n"
+            "end\n");
+}
+
+}  // namespace
