@@ -1,0 +1,84 @@
+// What the fault injector does to the program that it is loaded into, and at which operation.
+//
+// The driver describes one fault in the environment and starts the program with the injector preloaded:
+//
+//   LD_PRELOAD=libfaults.so FAULTS_ACTION=fail FAULTS_AT=17 FAULTS_KINDS=create,write FAULTS_ERRNO=28
+//       kvamigrate replace ...
+//
+// Every call of the program that goes to the disk has a kind and a number, counted from 1 over all threads.
+// The fault happens at the first operation from number FAULTS_AT on whose kind is in FAULTS_KINDS, or of any
+// kind where that is empty. Operations on standard streams and on system folders are neither counted nor
+// failed.
+//
+//   FAULTS_ACTION   list   no fault
+//                   kill   SIGKILL before the operation
+//                   part   half of the bytes of a write, then SIGKILL
+//                   cut    a power cut: everything written since the last flush is lost, then SIGKILL. A
+//                          program that ends before the fault loses what is not flushed at its end.
+//                   fail   the operation fails with FAULTS_ERRNO
+//                   short  reads, writes and copies handle half of the bytes
+//                   run    the shell runs FAULTS_COMMAND to its end, then the operation goes on
+//                   memory allocation number FAULTS_AT since main() fails
+//   FAULTS_LASTING  1: "fail", "short" and "memory" go on with every later operation of those kinds
+//   FAULTS_LIST     file that gets a line "NUMBER KIND NAME" for each operation when the program ends, or the
+//                   number of allocations for "memory"
+//   FAULTS_REPORT   file that gets the line of the operation at which the fault happened
+#pragma once
+
+#include <cstddef>
+#include <sys/types.h>
+
+namespace faults {
+
+enum class TKind {
+  Open,    // for reading, folders included
+  Create,  // open for writing
+  Read,
+  List,  // the next entry of a folder
+  Look,  // attributes, links
+  Write,
+  Copy,  // from file to file by the system
+  Size,
+  Rename,
+  Link,
+  Unlink,
+  MakeDir,
+  Mode,
+  Owner,
+  Time,
+  Label,
+  Flush,
+  Close,
+  Lock,
+  Dup,
+  Thread,
+};
+
+// What is to become of an operation.
+struct TVerdict {
+  int Errno = 0;       // not 0: fails with it, and nothing is done
+  bool Short = false;  // handles half of the bytes
+  bool Part = false;   // handles half of the bytes, and then the process is killed
+};
+
+// Counts an operation and carries out the fault if this is its place. Returns only if the process lives on.
+// `fd` is the file or folder of the operation, or AT_FDCWD; `path` is relative to it, or null.
+TVerdict Operation(TKind kind, int fd, const char* path);
+
+// True if the operation is not to be counted: the injector's own, or on files that are no part of the run.
+bool IsForeign(int fd, const char* path);
+
+[[noreturn]] void Kill();
+
+// For the power cut: `fd` was written, or is on the disk now, or everything is on the disk.
+void NoteWritten(int fd);
+void NoteFlushed(int fd);
+void NoteAllFlushed();
+
+// True if this allocation fails.
+bool FailsAllocation();
+
+// From here on operations and allocations count.
+void Start();
+
+}  // namespace faults
