@@ -12,6 +12,13 @@
 #include "win/FileApi.h"
 
 namespace cli {
+namespace {
+
+std::string LastReason() {
+  return win::SysErrorMessage(win::GetLastError());
+}
+
+}  // namespace
 
 std::string ReadFormFile(const std::string& path, const std::string& name) {
   try {
@@ -35,17 +42,32 @@ TConvertedForm ConvertForm(std::string bytes, TFormKind wanted, const std::strin
   }
 }
 
+void WriteTempForm(const std::string& temp, std::string_view bytes, const std::string& like) {
+  if (!like.empty() && !(win::CopyToOwnFile(like, temp) && win::FileSystem().CopyPermissions(like, temp))) {
+    throw rtl::EFCreateError("Cannot make a temporary copy of \"" + like + "\". " + LastReason());
+  }
+  rtl::TFileStream(temp, rtl::fmCreate).Write(bytes);
+}
+
+bool PutForm(const std::string& temp, const std::string& target) {
+  const uint32_t attributes = win::FileSystem().GetFileAttributesA(target);
+  if (attributes != win::INVALID_FILE_ATTRIBUTES && (attributes & win::FILE_ATTRIBUTE_READONLY)) {
+    win::SetLastError(win::ERROR_ACCESS_DENIED);
+    return false;
+  }
+  return win::CopyToOwnFile(temp, target);
+}
+
 void WriteFormFile(const std::string& output, std::string_view bytes, const std::string& input) {
   const std::string path = WindowsPath(output);
   const TPrivateFolder folder;
   const std::string temp = mig::JoinPath(folder.Path(), "form");
-  rtl::TFileStream(temp, rtl::fmCreate).Write(bytes);
-  if (!input.empty()) (void)win::FileSystem().CopyPermissions(WindowsPath(input), temp);
-  if (!win::CopyFileA(temp, path, false))
-    throw rtl::EWriteError("Cannot write \"" + output + "\". " + win::SysErrorMessage(win::GetLastError()));
+  std::string like = input.empty() ? path : WindowsPath(input);
+  if (!rtl::FileExists(like)) like.clear();
+  WriteTempForm(temp, bytes, like);
+  if (!PutForm(temp, path)) throw rtl::EWriteError("Cannot write \"" + output + "\". " + LastReason());
   if (!win::FileSystem().FlushWritten())
-    throw rtl::EWriteError("\"" + output + "\" may not be on the disk. " +
-                           win::SysErrorMessage(win::GetLastError()));
+    throw rtl::EWriteError("\"" + output + "\" may not be on the disk. " + LastReason());
 }
 
 }  // namespace cli

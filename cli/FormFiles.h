@@ -16,8 +16,16 @@ std::string ReadFormFile(const std::string& path, const std::string& name);
 // `name` before the reason.
 TConvertedForm ConvertForm(std::string bytes, TFormKind wanted, const std::string& name);
 
-// Writes the file `output`, as the user typed it, in one step: on failure it is as it was. It gets the
-// permissions of the file `input`, unless that is empty. Raises EUsage and rtl::EStreamError.
+// Writes a temporary file, with the permissions, owner and access list of the file `like` unless that is
+// empty. Both are full Windows paths. Raises rtl::EStreamError.
+void WriteTempForm(const std::string& temp, std::string_view bytes, const std::string& like);
+
+// Copies a temporary file to `target` in one step: on failure the target is as it was. A link, a folder, a
+// device or a read-only file of that name is never overwritten. Returns False, with GetLastError, on failure.
+[[nodiscard]] bool PutForm(const std::string& temp, const std::string& target);
+
+// Writes the file `output`, as the user typed it, as PutForm does. It gets the permissions of the input file,
+// which is empty for standard input. Raises EUsage and rtl::EStreamError.
 void WriteFormFile(const std::string& output, std::string_view bytes, const std::string& input);
 
 }  // namespace cli

@@ -89,8 +89,7 @@ void TFormsInPlace::AddFile(const TRoot& root, const std::string& fileName) {
       return;
     }
     const std::string temp = mig::JoinPath(FTempFolder.Path(), std::to_string(FChanged.size()));
-    rtl::TFileStream(temp, rtl::fmCreate).Write(form.Bytes.data(), form.Bytes.size());
-    (void)win::FileSystem().CopyPermissions(fileName, temp);
+    WriteTempForm(temp, form.Bytes, fileName);
     FChanged.push_back({fileName, name, temp});
   } catch (const rtl::EWriteError&) {
     throw;  // the temporary folder is full; nothing has been changed
@@ -106,7 +105,7 @@ void TFormsInPlace::Replace() {
   if (!win::FileSystem().FlushWritten())
     throw rtl::EWriteError("Cannot write the changed files to the disk. " + LastError());
   for (const TChanged& changed : FChanged) {
-    if (win::CopyFileA(changed.Temp, changed.FileName, false)) {
+    if (PutForm(changed.Temp, changed.FileName)) {
       ++FConverted;
     } else {
       Fail("Cannot replace \"" + changed.Shown + "\". " + LastError());

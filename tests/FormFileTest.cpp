@@ -148,6 +148,25 @@ TEST_F(FormCommandTest, SeveralInputsAndAnOutputThatIsOneOfThem) {
   EXPECT_EQ(std::filesystem::status(FTree.HostPath("a.dfm")).permissions(), std::filesystem::perms(0640));
 }
 
+TEST_F(FormCommandTest, WhatIsNeverOverwritten) {
+  FTree.Write("a.dfm", FBinary);
+  FTree.Write("mine", "mine");
+  FTree.Write("locked", "mine");
+  std::filesystem::permissions(FTree.HostPath("locked"), std::filesystem::perms(0440));
+  FTree.MakeFolder("folder");
+  FTree.Link("mine", "link");
+  FTree.Link("a.dfm", "b.dfm");
+  for (const std::string output : {"link", "folder", "locked", "/dev/null"})
+    EXPECT_EQ(Run("to-text a.dfm -o " + output),
+              "3||kvamigrate: Cannot write \"" + output + "\". Access is denied.\n");
+  EXPECT_EQ(FTree.Read("mine"), "mine");
+  EXPECT_EQ(
+      Run("to-text --in-place b.dfm"),
+      "1|Converted: 0, left as they are: 0, failed: 1\n|kvamigrate: Cannot replace \"b.dfm\". Access is "
+      "denied.\n");
+  EXPECT_EQ(FTree.Read("a.dfm"), FBinary);
+}
+
 TEST_F(FormCommandTest, AFolderInPlace) {
   FTree.Write("src/A.dfm", FBinary);
   FTree.Write("src/B.pas", FBinary);

@@ -1,0 +1,112 @@
+// The completions and the manual page against the options that the program takes.
+#include <algorithm>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <set>
+#include <sstream>
+
+#include "cli/Completion.h"
+#include "cli/Help.h"
+#include "cli/Options.h"
+#include "tests/TempTree.h"
+
+namespace cli {
+namespace {
+
+using TNames = std::set<std::string>;
+
+TNames OptionsOf(const TCommandRow& command) {
+  TNames names = {"--help"};
+  for (const TOption& option : command.Options) names.insert(std::string(option.Name));
+  return names;
+}
+
+// The words of a text that begin with "--".
+TNames LongOptions(const std::string& text) {
+  TNames names;
+  std::istringstream words(text);
+  for (std::string word; words >> word;)
+    if (word.starts_with("--") && word.size() > 2) names.insert(word);
+  return names;
+}
+
+class OptionTableTest : public testing::Test {
+ protected:
+  // The output of a shell's script.
+  std::string Shell(const std::string& shell, const std::string& script) {
+    FTree.Write("script", script);
+    const std::string command =
+        "cd " + FTree.HostPath() + " && HOME=. XDG_CONFIG_HOME=. " + shell + " script >out.txt 2>&1";
+    EXPECT_EQ(std::system(command.c_str()), 0) << command << FTree.Read("out.txt");
+    return FTree.Read("out.txt");
+  }
+
+  tests::TTempTree FTree;
+};
+
+TEST_F(OptionTableTest, BashCompletesEveryOption) {
+  const std::string start = CompletionScript("bash") +
+                            "t() { COMP_WORDS=(kvamigrate \"$@\"); COMP_CWORD=$#; _kvamigrate; echo "
+                            "${COMPREPLY[*]}; }\n";
+  for (const TCommandRow& command : Commands()) {
+    if (command.IsHidden) continue;
+    EXPECT_EQ(LongOptions(Shell("bash", start + "t " + std::string(command.Name) + " --")),
+              OptionsOf(command))
+        << command.Name;
+  }
+  EXPECT_EQ(Shell("bash", start + "t replace --mode ''; t form ''; t completion b; t re"),
+            "bde ibx\nto-text to-binary\nbash\nreplace restore\n");
+}
+
+TEST_F(OptionTableTest, FishCompletesEveryOption) {
+  const std::string start = CompletionScript("fish");
+  for (const TCommandRow& command : Commands()) {
+    if (command.IsHidden) continue;
+    EXPECT_EQ(
+        LongOptions(Shell("fish", start + "complete -C 'kvamigrate " + std::string(command.Name) + " --'")),
+        OptionsOf(command))
+        << command.Name;
+  }
+  EXPECT_EQ(
+      Shell("fish", start + "complete -C 'kvamigrate replace --mode '; complete -C 'kvamigrate form to'"),
+      "bde\tThe components to replace\nibx\tThe components to replace\nto-binary\nto-text\n");
+}
+
+// _arguments is replaced by a function that prints what it is given.
+TEST_F(OptionTableTest, ZshCompletesEveryOption) {
+  const std::string start =
+      "compdef() { : }\n_arguments() { print -rl -- \"$@\" }\n" + CompletionScript("zsh");
+  for (const TCommandRow& command : Commands()) {
+    if (command.IsHidden) continue;
+    const std::string words = "kvamigrate " + std::string(command.Name) + " --";
+    std::string output = Shell("zsh", start + "words=(" + words + "); CURRENT=$#words; _kvamigrate");
+    std::replace(output.begin(), output.end(), '[', ' ');
+    std::replace(output.begin(), output.end(), '*', ' ');
+    EXPECT_EQ(LongOptions(output), OptionsOf(command)) << command.Name;
+  }
+}
+
+TEST_F(OptionTableTest, TheManualPageShowsEveryOption) {
+  FTree.Write("kvamigrate.1", ManPage());
+  const std::string page = Shell("bash",
+                                 "LC_ALL=C.UTF-8 groff -man -Tutf8 -ww -P-c -P-b -P-u -rLL=200n kvamigrate.1 "
+                                 "| sed 's/\xE2\x80\x90/-/g'");
+  EXPECT_EQ(page.find("warning"), std::string::npos) << page;
+  TNames expected = {"--version"};
+  for (const TCommandRow& command : Commands()) {
+    if (command.IsHidden) continue;
+    expected.merge(OptionsOf(command));
+  }
+  // Entries are indented, with the option as their first word.
+  TNames found;
+  std::istringstream lines(page);
+  for (std::string line; std::getline(lines, line);) {
+    const size_t at = line.find("--");
+    if (at == std::string::npos || line.find_first_not_of(' ') + 4 < at) continue;
+    found.insert(line.substr(at, line.find(' ', at) - at));
+  }
+  EXPECT_EQ(found, expected) << page;
+}
+
+}  // namespace
+}  // namespace cli
