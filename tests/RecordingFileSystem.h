@@ -39,6 +39,9 @@ class TRecordingFileSystem : public win::TFileSystem {
     return Goes("Copy", std::string(source) + " -> " + std::string(target)) &&
            FInner.CopyFileA(source, target, failIfExists);
   }
+  bool ReplaceFileContents(std::string_view path, std::string_view bytes) override {
+    return Goes("Replace", path) && FInner.ReplaceFileContents(path, bytes);
+  }
   bool CopyToOwnFile(std::string_view source, std::string_view target) override {
     return Goes("CopyToOwn", std::string(source) + " -> " + std::string(target)) &&
            FInner.CopyToOwnFile(source, target);

@@ -130,36 +130,6 @@ TEST_F(WinFilesTest, AFullDiskLeavesTheTargetAsItWas) {
   EXPECT_EQ(FTree.Names(), (TNames{"source", "target", "written"}));
 }
 
-TEST_F(WinFilesTest, AKilledCopyLeavesTheTargetAsItWas) {
-  const std::string bytes(30000000, 's');
-  FTree.Write("source", bytes);
-  FTree.Write("target", "as it was");
-  for (int i = 1; i <= 10; ++i) {
-    const pid_t child = fork();
-    if (child == 0) {
-      while (Copy("source", "target") == ERROR_SUCCESS) FTree.Write("done", "");
-      _exit(1);
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(2 * i));
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
-    const std::string seen = FTree.Read("target");
-    EXPECT_TRUE(seen == bytes || (seen == "as it was" && !FTree.Exists("done"))) << i << " " << seen.size();
-    for (const std::string& name : FTree.Names()) {
-      EXPECT_TRUE(name == "source" || name == "target" || name == "done" ||
-                  name.substr(name.size() - 4) == ".$$$");
-    }
-  }
-}
-
-TEST_F(WinFilesTest, FlushBringsFewAndManyFilesToTheDisk) {
-  EXPECT_TRUE(FFiles.FlushWritten());
-  for (int i = 0; i < 40; ++i) {
-    ASSERT_EQ(Create("file" + std::to_string(i)), ERROR_SUCCESS);
-    EXPECT_TRUE((i != 3 && i != 39) || FFiles.FlushWritten());
-  }
-}
-
 TEST_F(WinFilesTest, Drives) {
   FTree.MakeFolder("checkout/Sub");
   ASSERT_TRUE(MapDrive('c', FTree.HostPath("checkout/")));

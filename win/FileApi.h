@@ -10,6 +10,9 @@ namespace win {
 [[nodiscard]] inline bool CopyFileA(std::string_view source, std::string_view target, bool failIfExists) {
   return FileSystem().CopyFileA(source, target, failIfExists);
 }
+[[nodiscard]] inline bool ReplaceFileContents(std::string_view path, std::string_view bytes) {
+  return FileSystem().ReplaceFileContents(path, bytes);
+}
 [[nodiscard]] inline bool CopyToOwnFile(std::string_view source, std::string_view target) {
   return FileSystem().CopyToOwnFile(source, target);
 }

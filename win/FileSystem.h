@@ -108,13 +108,18 @@ class TFileSystem {
   //
   // The target is created or replaced in one step, by a temporary file in its folder that takes its name, so
   // nobody ever sees half a file under that name. After a failure the target is as it was, the temporary file
-  // is gone, and GetLastError tells why the copy failed. A process that is killed may leave a temporary file
-  // ("~kva...$$$"). The folder must be writable.
+  // is gone, and GetLastError tells why the copy failed. The folder must be writable. A process that is killed
+  // may leave a temporary file ("~kva...$$$"); the next one that replaces a file in the folder deletes it, if it
+  // is certain that its owner is gone.
   //
   // After a power cut the target is as before or as copied if FlushWritten has succeeded since. Otherwise a
   // file may be empty on file systems that bring names to the disk before contents. The source is not touched.
   [[nodiscard]] virtual bool CopyFileA(std::string_view source, std::string_view target,
                                        bool failIfExists) = 0;
+
+  // Replaces the contents of the file `path` by `bytes`, or creates the file. As CopyFileA, except that an existing
+  // file keeps its permission bits, and that the last-write time is the present.
+  [[nodiscard]] virtual bool ReplaceFileContents(std::string_view path, std::string_view bytes) = 0;
 
   // Copies to one of the program's own files, such as a backup. As CopyFileA with these differences:
   //  - A link named `target` is ERROR_ACCESS_DENIED. A read-only file of that name is replaced.

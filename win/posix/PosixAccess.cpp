@@ -21,8 +21,8 @@ bool IsRefusedByMedium(int error) {
 // Owner and group, or the group alone. False if the group could not be set.
 bool SetOwner(int fd, const struct stat& wanted, const struct stat& own) {
   if (wanted.st_uid == own.st_uid && wanted.st_gid == own.st_gid) return true;
-  return fchown(fd, wanted.st_uid, wanted.st_gid) == 0 || wanted.st_gid == own.st_gid ||
-         fchown(fd, static_cast<uid_t>(-1), wanted.st_gid) == 0;
+  return Retry<fchown>(fd, wanted.st_uid, wanted.st_gid) == 0 || wanted.st_gid == own.st_gid ||
+         Retry<fchown>(fd, static_cast<uid_t>(-1), wanted.st_gid) == 0;
 }
 
 #ifdef __linux__
@@ -36,7 +36,7 @@ bool IsWithoutList(int error) {
 bool ReadAccessList(int fd, std::vector<char>& list) {
   list.resize(256);
   for (;;) {
-    const ssize_t size = fgetxattr(fd, kAccessList, list.data(), list.size());
+    const ssize_t size = Retry<fgetxattr>(fd, kAccessList, list.data(), list.size());
     if (size < 0 && errno == ERANGE) {
       list.resize(list.size() * 2);
       continue;
@@ -49,8 +49,8 @@ bool ReadAccessList(int fd, std::vector<char>& list) {
 // An empty list removes the one that the file got from its folder, which setting permission bits would make
 // effective.
 bool SetAccessList(int fd, const std::vector<char>& list) {
-  if (!list.empty()) return fsetxattr(fd, kAccessList, list.data(), list.size(), 0) == 0;
-  return fremovexattr(fd, kAccessList) == 0 || IsWithoutList(errno);
+  if (!list.empty()) return Retry<fsetxattr>(fd, kAccessList, list.data(), list.size(), 0) == 0;
+  return Retry<fremovexattr>(fd, kAccessList) == 0 || IsWithoutList(errno);
 }
 #else
 bool ReadAccessList(int, std::vector<char>& list) {
@@ -71,15 +71,16 @@ void KeepIdentity(const TPlace& target, const struct stat& existing, int fd, con
   const std::string& path = target.FullPath.empty() ? target.Path : target.FullPath;
   if (target.FullPath.empty() && target.Base != AT_FDCWD) return;
   char names[4096];
-  const ssize_t length = listxattr(path.c_str(), names, sizeof names);
+  const ssize_t length = Retry<listxattr>(path.c_str(), names, sizeof names);
   std::vector<char> value;
   for (ssize_t i = 0; i < length; i += static_cast<ssize_t>(std::string_view(names + i).size()) + 1) {
-    const ssize_t size = getxattr(path.c_str(), names + i, nullptr, 0);
+    const ssize_t size = Retry<getxattr>(path.c_str(), names + i, nullptr, 0);
     if (size < 0) continue;
     value.resize(static_cast<size_t>(size) + 1);
-    const ssize_t got = getxattr(path.c_str(), names + i, value.data(), value.size());
+    const ssize_t got = Retry<getxattr>(path.c_str(), names + i, value.data(), value.size());
     if (got >= 0) {
-      [[maybe_unused]] const int set = fsetxattr(fd, names + i, value.data(), static_cast<size_t>(got), 0);
+      [[maybe_unused]] const int set =
+          Retry<fsetxattr>(fd, names + i, value.data(), static_cast<size_t>(got), 0);
     }
   }
 #else
@@ -99,7 +100,7 @@ bool CopyAccess(int from, const struct stat& source, int to, const struct stat& 
 }
 
 bool SetPermissions(int fd, const struct stat& source) {
-  return fchmod(fd, source.st_mode & kPermissions) == 0 || IsRefusedByMedium(errno);
+  return Retry<fchmod>(fd, source.st_mode & kPermissions) == 0 || IsRefusedByMedium(errno);
 }
 
 bool SetWriteTime(int fd, const struct stat& source) {
@@ -109,7 +110,7 @@ bool SetWriteTime(int fd, const struct stat& source) {
   const timespec modified = source.st_mtim;
 #endif
   const timespec times[2] = {{0, UTIME_OMIT}, modified};
-  return futimens(fd, times) == 0 || IsRefusedByMedium(errno);
+  return Retry<futimens>(fd, times) == 0 || IsRefusedByMedium(errno);
 }
 
 }  // namespace win

@@ -12,17 +12,8 @@ namespace {
 
 constexpr size_t kBufferSize = 256 * 1024;
 constexpr int kMostLinks = 40;
-
-bool WriteAll(int fd, const char* from, size_t count) {
-  while (count > 0) {
-    const ssize_t done = write(fd, from, count);
-    if (done < 0 && errno == EINTR) continue;
-    if (done < 0) return false;
-    from += done;
-    count -= static_cast<size_t>(done);
-  }
-  return true;
-}
+constexpr mode_t kPrivate = 0600;  // until it gets the permission bits of another file
+constexpr mode_t kUsual = 0666;
 
 // Bytes that the system copied by itself, which on some file systems is no copying at all. The rest, if any,
 // is left to read and write: both files stand behind what was copied.
@@ -30,7 +21,8 @@ int64_t CopyInSystem([[maybe_unused]] int from, [[maybe_unused]] int to, [[maybe
   int64_t total = 0;
 #ifdef __linux__
   while (total < size) {
-    const ssize_t done = copy_file_range(from, nullptr, to, nullptr, static_cast<size_t>(size - total), 0);
+    const ssize_t done =
+        Retry<copy_file_range>(from, nullptr, to, nullptr, static_cast<size_t>(size - total), 0);
     if (done <= 0) break;
     total += done;
   }
@@ -45,7 +37,7 @@ bool FollowLinks(TPlace& place, struct stat& info, bool& exists) {
   for (int i = 0; i < kMostLinks; ++i) {
     std::string text(256, '\0');
     ssize_t length = 0;
-    while ((length = readlinkat(place.Base, place.Path.c_str(), text.data(), text.size())) ==
+    while ((length = Retry<readlinkat>(place.Base, place.Path.c_str(), text.data(), text.size())) ==
            static_cast<ssize_t>(text.size())) {
       text.resize(text.size() * 2);
     }
@@ -55,7 +47,7 @@ bool FollowLinks(TPlace& place, struct stat& info, bool& exists) {
     if (full) place.Base = AT_FDCWD;
     place.Path = full ? text : std::string(place.Folder()).append(text);
     place.Listing = nullptr;
-    exists = fstatat(place.Base, place.Path.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0;
+    exists = Retry<fstatat>(place.Base, place.Path.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0;
     if (!exists) return errno == ENOENT;
     if (!S_ISLNK(info.st_mode)) return true;
   }
@@ -94,8 +86,7 @@ bool TPosixFileSystem::CopyContents(int from, int to, int64_t size) {
   if (FBuffer.empty()) FBuffer.resize(kBufferSize);
   // Files that the system makes up as they are read give 0 as their size.
   while (total < size || size == 0) {
-    const ssize_t got = read(from, FBuffer.data(), FBuffer.size());
-    if (got < 0 && errno == EINTR) continue;
+    const ssize_t got = ReadSome(from, FBuffer.data(), FBuffer.size());
     if (got < 0 || !WriteAll(to, FBuffer.data(), static_cast<size_t>(got))) return false;
     if (got == 0) break;
     total += got;
@@ -103,38 +94,57 @@ bool TPosixFileSystem::CopyContents(int from, int to, int64_t size) {
   return true;
 }
 
+// Writes a file beside the target by `fill`, which returns false, with errno, on failure, and gives it the target's
+// name. On failure returns false, with the last error set, and the target is as it was.
+bool TPosixFileSystem::Replace(const TTarget& target, mode_t mode, bool onlyIfFree, const TFill& fill) {
+  struct stat own {};
+  TFolderChange change(FFolders, target.Place);
+  TTemporaryFile file(target.Place);
+  SweepOnce(target.Place);
+  if (!file.Create(mode, own)) return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
+  FWritten.Note(file.Fd(), own.st_dev, target.Place);
+  if (!fill(file.Fd(), own) || !file.Finish()) return FailErrno(errno);
+  if (!file.TakeName(onlyIfFree)) {
+    return onlyIfFree && errno == EEXIST ? Fail(ERROR_FILE_EXISTS) : FailErrno(errno);
+  }
+  change.Commit(target.Place.Leaf());
+  return true;
+}
+
+void TPosixFileSystem::SweepOnce(const TPlace& target) {
+  const bool isWhole = target.Base == AT_FDCWD || !target.FullPath.empty();
+  const std::string_view path = target.FullPath.empty() ? target.Path : target.FullPath;
+  if (isWhole && FSwept.emplace(path.substr(0, path.rfind('/') + 1)).second) SweepTemporaryFiles(target);
+}
+
 bool TPosixFileSystem::Copy(std::string_view source, std::string_view target, TOverwriting rule,
                             bool failIfExists) {
-  struct stat info {
-  }, own{};
+  struct stat info {};
   const TUniqueFd from = OpenForReading(source, info);
   if (!from.IsOpen()) return false;
   TTarget to;
   if (!FindTarget(target, rule, to)) return false;
   if (to.Exists && failIfExists) return Fail(ERROR_FILE_EXISTS);
   if (to.IsRefused) return Fail(ERROR_ACCESS_DENIED);
-  if (to.Exists && to.Info.st_dev == info.st_dev && to.Info.st_ino == info.st_ino) {
-    return Fail(ERROR_SHARING_VIOLATION);
-  }
-  TFolderChange change(FFolders, to.Place);
-  TTemporaryFile copy(to.Place);
-  if (!copy.Create()) return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
-  if (fstat(copy.Fd(), &own) != 0 || !CopyContents(from.Get(), copy.Fd(), info.st_size))
-    return FailErrno(errno);
-  if (rule == TOverwriting::Own) {
-    if (!CopyAccess(from.Get(), info, copy.Fd(), own)) return FailErrno(errno);
-  } else {
-    if (to.Exists) KeepIdentity(to.Place, to.Info, copy.Fd(), own);
-    if (!SetPermissions(copy.Fd(), info)) return FailErrno(errno);
-  }
-  if (!SetWriteTime(copy.Fd(), info)) return FailErrno(errno);
-  FWritten.Note(copy.Fd(), own.st_dev, to.Place);
-  if (!copy.Close()) return FailErrno(errno);
-  if (!copy.TakeName(failIfExists)) {
-    return failIfExists && errno == EEXIST ? Fail(ERROR_FILE_EXISTS) : FailErrno(errno);
-  }
-  change.Commit(to.Place.Leaf());
-  return true;
+  if (to.Exists && IsSameFile(to.Info, info)) return Fail(ERROR_SHARING_VIOLATION);
+  return Replace(to, kPrivate, failIfExists, [&](int fd, const struct stat& own) {
+    if (!CopyContents(from.Get(), fd, info.st_size)) return false;
+    if (rule == TOverwriting::Own) return CopyAccess(from.Get(), info, fd, own) && SetWriteTime(fd, info);
+    if (to.Exists) KeepIdentity(to.Place, to.Info, fd, own);
+    return SetPermissions(fd, info) && SetWriteTime(fd, info);
+  });
+}
+
+bool TPosixFileSystem::ReplaceFileContents(std::string_view path, std::string_view bytes) {
+  TTarget to;
+  if (!FindTarget(path, TOverwriting::Document, to)) return false;
+  if (to.IsRefused) return Fail(ERROR_ACCESS_DENIED);
+  return Replace(to, to.Exists ? kPrivate : kUsual, false, [&](int fd, const struct stat& own) {
+    if (!WriteAll(fd, bytes.data(), bytes.size())) return false;
+    if (!to.Exists) return true;
+    KeepIdentity(to.Place, to.Info, fd, own);
+    return SetPermissions(fd, to.Info);
+  });
 }
 
 bool TPosixFileSystem::CopyFileA(std::string_view source, std::string_view target, bool failIfExists) {
@@ -154,12 +164,12 @@ bool TPosixFileSystem::MoveFileReplacing(std::string_view source, std::string_vi
   if (!S_ISREG(info.st_mode)) return Fail(ERROR_ACCESS_DENIED);
   if (!FindTarget(target, TOverwriting::Name, to)) return false;
   if (to.IsRefused) return Fail(ERROR_ACCESS_DENIED);
-  const TUniqueFd folder(openat(to.Place.Base, to.Place.FolderPath().c_str(), kOpenFolder));
+  const TUniqueFd folder(Retry<openat>(to.Place.Base, to.Place.FolderPath().c_str(), kOpenFolder));
   if (!folder.IsOpen()) return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
   TFolderChange removal(FFolders, from);
   TFolderChange addition(FFolders, to.Place);
   FWritten.Note(folder.Get(), info.st_dev, to.Place);
-  if (renameat(from.Base, from.Path.c_str(), to.Place.Base, to.Place.Path.c_str()) != 0)
+  if (Retry<renameat>(from.Base, from.Path.c_str(), to.Place.Base, to.Place.Path.c_str()) != 0)
     return FailErrno(errno);
   removal.Commit({}, from.Leaf());
   addition.Commit(to.Place.Leaf());

@@ -1,10 +1,23 @@
 // A file descriptor with an owner.
 #pragma once
 
+#include <cerrno>
+#include <cstddef>
+#include <sys/types.h>
 #include <unistd.h>
 #include <utility>
 
 namespace win {
+
+// Calls a function of the host, which returns a negative number and sets errno on failure, again as long as a
+// signal interrupts it: Retry<openat>(base, path, flags).
+template <auto Function, class... TArguments>
+auto Retry(TArguments... arguments) {
+  for (;;) {
+    const auto result = Function(arguments...);
+    if (result >= 0 || errno != EINTR) return result;
+  }
+}
 
 class TUniqueFd {
  public:
@@ -23,9 +36,9 @@ class TUniqueFd {
   int Get() const { return FFd; }
   bool IsOpen() const { return FFd >= 0; }
   int Release() { return std::exchange(FFd, -1); }
-  // Closes, and reports what only comes to light then: False, with errno, where written data could not be
-  // stored. Without an open file, True.
-  bool Close() { return FFd < 0 || close(std::exchange(FFd, -1)) == 0; }
+  // Closes the file. Returns false, with errno, if what was written could not be stored, which some file systems
+  // report only then. Without an open file returns true. A signal is no failure: the file is closed all the same.
+  bool Close() { return FFd < 0 || close(std::exchange(FFd, -1)) == 0 || errno == EINTR; }
 
  private:
   void Reset() {
@@ -34,5 +47,22 @@ class TUniqueFd {
 
   int FFd = -1;
 };
+
+// Reads up to `count` bytes. Returns the number of bytes read, 0 at the end of the file, -1, with errno, on failure.
+[[nodiscard]] inline ssize_t ReadSome(int fd, void* buffer, size_t count) {
+  return Retry<read>(fd, buffer, count);
+}
+
+// Writes all `count` bytes. On failure returns false, with errno, and any number of them may have been written.
+[[nodiscard]] inline bool WriteAll(int fd, const void* buffer, size_t count) {
+  for (const char* from = static_cast<const char*>(buffer); count > 0;) {
+    const ssize_t written = Retry<write>(fd, from, count);
+    if (written == 0) errno = EIO;
+    if (written <= 0) return false;
+    from += written;
+    count -= static_cast<size_t>(written);
+  }
+  return true;
+}
 
 }  // namespace win

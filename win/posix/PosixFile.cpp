@@ -29,10 +29,6 @@ TFileStamp StampOf(const struct stat& info) {
           static_cast<int64_t>(modified.tv_sec) * 1000000000 + modified.tv_nsec};
 }
 
-bool IsSameFile(const struct stat& left, const struct stat& right) {
-  return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
-}
-
 class TPosixFileHandle : public TFileHandle {
  public:
   // `atOpening` describes a file open for reading; one open for writing is asked each time.
@@ -51,13 +47,9 @@ class TPosixFileHandle : public TFileHandle {
   }
 
   int64_t Read(void* buffer, size_t count) override {
-    for (;;) {
-      const ssize_t got = read(FFd.Get(), buffer, count);
-      if (got >= 0) return got;
-      if (errno != EINTR) break;
-    }
-    FailErrno(errno);
-    return -1;
+    const ssize_t got = ReadSome(FFd.Get(), buffer, count);
+    if (got < 0) FailErrno(errno);
+    return got;
   }
 
   bool Write(const void* buffer, size_t count) override {
@@ -65,15 +57,7 @@ class TPosixFileHandle : public TFileHandle {
       FWritten.Note(FFd.Get(), FDevice, FPlace);
       FNotedIn = FWritten.Epoch();
     }
-    const char* from = static_cast<const char*>(buffer);
-    while (count > 0) {
-      const ssize_t done = write(FFd.Get(), from, count);
-      if (done < 0 && errno == EINTR) continue;
-      if (done < 0) return FailErrno(errno);
-      from += done;
-      count -= static_cast<size_t>(done);
-    }
-    return true;
+    return WriteAll(FFd.Get(), buffer, count) || FailErrno(errno);
   }
 
   bool Seek(int64_t position) override {
@@ -88,13 +72,13 @@ class TPosixFileHandle : public TFileHandle {
   std::optional<TFileStamp> Stamp() override {
     if (FAtOpening) return FAtOpening;
     struct stat info {};
-    if (fstat(FFd.Get(), &info) == 0) return StampOf(info);
+    if (Retry<fstat>(FFd.Get(), &info) == 0) return StampOf(info);
     FailErrno(errno);
     return std::nullopt;
   }
 
   bool Flush() override {
-    const TUniqueFd folder(openat(FPlace.Base, FPlace.FolderPath().c_str(), kOpenFolder));
+    const TUniqueFd folder(Retry<openat>(FPlace.Base, FPlace.FolderPath().c_str(), kOpenFolder));
     return (FlushFile(FFd.Get()) && folder.IsOpen() && FlushFile(folder.Get())) || FailErrno(errno);
   }
 
@@ -113,9 +97,10 @@ class TPosixFileHandle : public TFileHandle {
 TUniqueFd TPosixFileSystem::OpenForReading(std::string_view path, struct stat& info) {
   TPlace place;
   if (!Locate(path, TKind::File, place)) return {};
-  TUniqueFd fd(AtPlace(
-      place, [](const TPlace& at) { return openat(at.Base, at.Path.c_str(), O_RDONLY | kOpenFlags); }));
-  if (!fd.IsOpen() || fstat(fd.Get(), &info) != 0) {
+  TUniqueFd fd(AtPlace(place, [](const TPlace& at) {
+    return Retry<openat>(at.Base, at.Path.c_str(), O_RDONLY | kOpenFlags);
+  }));
+  if (!fd.IsOpen() || Retry<fstat>(fd.Get(), &info) != 0) {
     FailErrno(errno);
     return {};
   }
@@ -131,7 +116,7 @@ TUniqueFd TPosixFileSystem::OpenForReading(std::string_view path, struct stat& i
 TUniqueFd TPosixFileSystem::OpenForWriting(std::string_view path, TPlace& place, struct stat& info) {
   if (!Locate(path, TKind::File, place)) return {};
   const auto open = [](const TPlace& at, int create) {
-    return openat(at.Base, at.Path.c_str(), O_RDWR | create | kOpenFlags, 0666);
+    return Retry<openat>(at.Base, at.Path.c_str(), O_RDWR | create | kOpenFlags, 0666);
   };
   TUniqueFd fd(AtPlace(
       place, [&open](const TPlace& at) { return open(at, 0); }, TAbsence::Believed));
@@ -140,7 +125,7 @@ TUniqueFd TPosixFileSystem::OpenForWriting(std::string_view path, TPlace& place,
     fd = TUniqueFd(open(place, O_CREAT));  // also through a link that leads to no file yet
     if (fd.IsOpen()) change.Commit(place.Leaf());
   }
-  if (!fd.IsOpen() || fstat(fd.Get(), &info) != 0) {
+  if (!fd.IsOpen() || Retry<fstat>(fd.Get(), &info) != 0) {
     FailErrno(errno);
     return {};
   }
@@ -157,7 +142,7 @@ TUniqueFd TPosixFileSystem::OpenOwn(std::string_view path, TPlace& place, struct
     place = {};
     if (!Locate(path, TKind::File, place)) return {};
     const auto open = [](const TPlace& at, int create) {
-      return openat(at.Base, at.Path.c_str(), O_RDWR | O_NOFOLLOW | create | kOpenFlags, 0666);
+      return Retry<openat>(at.Base, at.Path.c_str(), O_RDWR | O_NOFOLLOW | create | kOpenFlags, 0666);
     };
     TUniqueFd fd(AtPlace(place, [&open](const TPlace& at) { return open(at, 0); }));
     if (!fd.IsOpen() && errno == ENOENT) {
@@ -166,7 +151,7 @@ TUniqueFd TPosixFileSystem::OpenOwn(std::string_view path, TPlace& place, struct
       if (fd.IsOpen()) change.Commit(place.Leaf());
       if (!fd.IsOpen() && errno == EEXIST) continue;
     }
-    if (!fd.IsOpen() || fstat(fd.Get(), &info) != 0) {
+    if (!fd.IsOpen() || Retry<fstat>(fd.Get(), &info) != 0) {
       errno == ELOOP ? Fail(ERROR_ACCESS_DENIED) : FailErrno(errno);
       return {};
     }
@@ -180,8 +165,8 @@ TUniqueFd TPosixFileSystem::OpenOwn(std::string_view path, TPlace& place, struct
     }
     // Whoever held the lock before may have deleted or replaced the file meanwhile.
     struct stat named {};
-    if (fstatat(place.Base, place.Path.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
-        IsSameFile(named, info) && fstat(fd.Get(), &info) == 0) {
+    if (Retry<fstatat>(place.Base, place.Path.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+        IsSameFile(named, info) && Retry<fstat>(fd.Get(), &info) == 0) {
       return fd;
     }
   }
@@ -201,7 +186,7 @@ std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path
   const bool isOwn = mode == TFileMode::CreateOwn;
   TUniqueFd fd = isOwn ? OpenOwn(path, place, info) : OpenForWriting(path, place, info);
   if (!fd.IsOpen()) return nullptr;
-  if (info.st_size > 0 && ftruncate(fd.Get(), 0) != 0) {
+  if (info.st_size > 0 && Retry<ftruncate>(fd.Get(), 0) != 0) {
     FailErrno(errno);
     return nullptr;
   }
@@ -214,7 +199,8 @@ std::optional<TFileStamp> TPosixFileSystem::GetFileStamp(std::string_view path) 
   TPlace place;
   struct stat info {};
   if (!Locate(path, TKind::File, place)) return std::nullopt;
-  if (AtPlace(place, [&info](const TPlace& at) { return fstatat(at.Base, at.Path.c_str(), &info, 0); }) < 0) {
+  if (AtPlace(place,
+              [&info](const TPlace& at) { return Retry<fstatat>(at.Base, at.Path.c_str(), &info, 0); }) < 0) {
     FailErrno(errno);
     return std::nullopt;
   }

@@ -42,8 +42,8 @@ bool TPosixFileSystem::Shorten(TPlace& place) {
     TPlace part;
     part.Base = place.Base;
     part.Path = place.Path.substr(0, end);
-    TUniqueFd folder(
-        AtPlace(part, [](const TPlace& at) { return openat(at.Base, at.Path.c_str(), kPassThrough); }));
+    TUniqueFd folder(AtPlace(
+        part, [](const TPlace& at) { return Retry<openat>(at.Base, at.Path.c_str(), kPassThrough); }));
     if (!folder.IsOpen()) return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
     place.BaseOwner = std::make_shared<const TUniqueFd>(std::move(folder));
     place.Base = place.BaseOwner->Get();
@@ -54,7 +54,7 @@ bool TPosixFileSystem::Shorten(TPlace& place) {
 
 int TPosixFileSystem::StatAt(TPlace& place, struct stat& info, TAbsence absence) {
   const auto operation = [&info](const TPlace& at) {
-    return fstatat(at.Base, at.Path.c_str(), &info, AT_SYMLINK_NOFOLLOW);
+    return Retry<fstatat>(at.Base, at.Path.c_str(), &info, AT_SYMLINK_NOFOLLOW);
   };
   return AtPlace(place, operation, absence);
 }
@@ -69,7 +69,7 @@ uint32_t TPosixFileSystem::GetFileAttributesA(std::string_view path) {
   }
   uint32_t attributes = 0;
   if (S_ISLNK(info.st_mode)) {
-    if (fstatat(place.Base, place.Path.c_str(), &info, 0) != 0) {
+    if (Retry<fstatat>(place.Base, place.Path.c_str(), &info, 0) != 0) {
       FailErrno(errno);
       return INVALID_FILE_ATTRIBUTES;
     }
@@ -92,7 +92,7 @@ bool TPosixFileSystem::MakeDirectory(std::string_view path, mode_t mode) {
   if (StatAt(place, info) == 0) return Fail(ERROR_ALREADY_EXISTS);
   if (errno != ENOENT) return FailErrno(errno);
   TFolderChange change(FFolders, place);
-  if (mkdirat(place.Base, place.Path.c_str(), mode) != 0) {
+  if (Retry<mkdirat>(place.Base, place.Path.c_str(), mode) != 0) {
     return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
   }
   change.Commit(place.Leaf());
@@ -113,11 +113,12 @@ bool TPosixFileSystem::RemoveDirectoryA(std::string_view path) {
   if (!Locate(path, TKind::Folder, place)) return false;
   if (StatAt(place, info) < 0) return FailErrno(errno);
   const bool isLink = S_ISLNK(info.st_mode);
-  if (isLink && fstatat(place.Base, place.Path.c_str(), &info, 0) != 0) return Fail(ERROR_DIRECTORY);
+  if (isLink && Retry<fstatat>(place.Base, place.Path.c_str(), &info, 0) != 0) return Fail(ERROR_DIRECTORY);
   if (!S_ISDIR(info.st_mode)) return Fail(ERROR_DIRECTORY);
   TFolderChange change(FFolders, place);
   // Of a link to a folder the link goes, and the folder stays.
-  if (unlinkat(place.Base, place.Path.c_str(), isLink ? 0 : AT_REMOVEDIR) != 0) {
+  const int flags = isLink ? 0 : AT_REMOVEDIR;
+  if (Retry<unlinkat>(place.Base, place.Path.c_str(), flags) != 0) {
     return errno == EEXIST ? Fail(ERROR_DIR_NOT_EMPTY) : FailErrno(errno);
   }
   FFolders.ForgetPaths();
@@ -133,14 +134,14 @@ bool TPosixFileSystem::DeleteFileA(std::string_view path) {
   if (S_ISDIR(info.st_mode)) return Fail(ERROR_ACCESS_DENIED);
   if (S_ISLNK(info.st_mode)) {
     // A link goes by itself, whatever it names; one to a folder is RemoveDirectoryA's.
-    if (fstatat(place.Base, place.Path.c_str(), &info, 0) == 0 && S_ISDIR(info.st_mode)) {
+    if (Retry<fstatat>(place.Base, place.Path.c_str(), &info, 0) == 0 && S_ISDIR(info.st_mode)) {
       return Fail(ERROR_ACCESS_DENIED);
     }
   } else if (S_ISREG(info.st_mode) && !(info.st_mode & S_IWUSR)) {
     return Fail(ERROR_ACCESS_DENIED);
   }
   TFolderChange change(FFolders, place);
-  if (unlinkat(place.Base, place.Path.c_str(), 0) != 0) return FailErrno(errno);
+  if (Retry<unlinkat>(place.Base, place.Path.c_str(), 0) != 0) return FailErrno(errno);
   change.Commit({}, place.Leaf());
   return true;
 }
@@ -149,11 +150,14 @@ bool TPosixFileSystem::CopyPermissions(std::string_view source, std::string_view
   TPlace from, to;
   struct stat info {};
   if (!Locate(source, TKind::Folder, from) || !Locate(target, TKind::Folder, to)) return false;
-  if (AtPlace(from, [&info](const TPlace& at) { return fstatat(at.Base, at.Path.c_str(), &info, 0); }) < 0) {
+  if (AtPlace(from,
+              [&info](const TPlace& at) { return Retry<fstatat>(at.Base, at.Path.c_str(), &info, 0); }) < 0) {
     return FailErrno(errno);
   }
   const mode_t mode = (info.st_mode & 0777) | S_IWUSR;
-  return AtPlace(to, [mode](const TPlace& at) { return fchmodat(at.Base, at.Path.c_str(), mode, 0); }) == 0 ||
+  return AtPlace(to,
+                 [mode](const TPlace& at) { return Retry<fchmodat>(at.Base, at.Path.c_str(), mode, 0); }) ==
+             0 ||
          FailErrno(errno);
 }
 
@@ -190,8 +194,11 @@ bool TPosixFileSystem::FoldsCase(const TPlace& place, dev_t device) {
       0x7366746E /* NTFS 3 */, 0x65735546 /* FUSE */,  0xFF534D42 /* CIFS */,
       0xFE534D42 /* SMB 2 */,  0x517B /* SMB */,       0x482B /* HFS+ */};
   struct statfs system {};
-  const TUniqueFd fd(openat(place.Base, place.FolderPath().c_str(), kPassThrough));
-  if (!fd.IsOpen() || fstatfs(fd.Get(), &system) != 0) return false;
+  const TUniqueFd fd(Retry<openat>(place.Base, place.FolderPath().c_str(), kPassThrough));
+  if (!fd.IsOpen() || Retry<fstatfs>(fd.Get(), &system) != 0) {
+    FFoldsCase.erase(known);
+    return false;
+  }
   const auto kind = static_cast<unsigned long>(system.f_type) & 0xFFFFFFFF;
   known->second = std::find(std::begin(kFolding), std::end(kFolding), kind) != std::end(kFolding);
 #else
@@ -210,7 +217,7 @@ TUniqueFd TPosixFileSystem::OpenFolder(std::string_view path) {
   TPlace place;
   if (!Locate(path, TKind::Folder, place)) return {};
   TUniqueFd folder(
-      AtPlace(place, [](const TPlace& at) { return openat(at.Base, at.Path.c_str(), kOpenFolder); }));
+      AtPlace(place, [](const TPlace& at) { return Retry<openat>(at.Base, at.Path.c_str(), kOpenFolder); }));
   if (!folder.IsOpen()) errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
   return folder;
 }

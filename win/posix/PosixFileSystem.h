@@ -4,6 +4,7 @@
 // is no such entry is it looked for without regard to case (win/PosixFolders.h).
 #pragma once
 
+#include <functional>
 #include <string>
 #include <sys/stat.h>
 #include <unordered_map>
@@ -22,6 +23,7 @@ class TPosixFileSystem : public TFileSystem {
  public:
   std::unique_ptr<TFileHandle> CreateFileA(std::string_view path, TFileMode mode) override;
   bool CopyFileA(std::string_view source, std::string_view target, bool failIfExists) override;
+  bool ReplaceFileContents(std::string_view path, std::string_view bytes) override;
   bool CopyToOwnFile(std::string_view source, std::string_view target) override;
   bool MoveFileReplacing(std::string_view source, std::string_view target) override;
   std::unique_ptr<TFindHandle> FindFirstFileA(std::string_view pattern, TFindData& data) override;
@@ -80,6 +82,9 @@ class TPosixFileSystem : public TFileSystem {
   };
   bool FindTarget(std::string_view path, TOverwriting rule, TTarget& target);
   bool Copy(std::string_view source, std::string_view target, TOverwriting rule, bool failIfExists);
+  using TFill = std::function<bool(int fd, const struct stat& own)>;
+  bool Replace(const TTarget& target, mode_t mode, bool onlyIfFree, const TFill& fill);
+  void SweepOnce(const TPlace& target);
   TUniqueFd OpenForWriting(std::string_view path, TPlace& place, struct stat& info);
   TUniqueFd OpenOwn(std::string_view path, TPlace& place, struct stat& info);
   TUniqueFd OpenFolder(std::string_view path);
@@ -91,6 +96,7 @@ class TPosixFileSystem : public TFileSystem {
   TWrittenFiles& FWritten = TWrittenFiles::OfProcess();
   std::vector<char> FBuffer;  // for copying
   std::unordered_map<dev_t, bool> FFoldsCase;
+  std::unordered_set<std::string> FSwept;       // folders in which SweepTemporaryFiles was called
   std::unordered_set<std::string> FPassedOver;  // names that were reported already
 };
 

@@ -1,12 +1,12 @@
 // Folder walks.
 #include <algorithm>
 #include <cerrno>
-#include <dirent.h>
 
 #include "win/Diagnostics.h"
 #include "win/Errors.h"
 #include "win/paths/CodePage.h"
 #include "win/paths/Drives.h"
+#include "win/posix/PosixDirectory.h"
 #include "win/posix/PosixErrors.h"
 #include "win/posix/PosixFileSystem.h"
 
@@ -37,22 +37,24 @@ class TPosixFindHandle : public TFindHandle {
   size_t FNext = 0;  // counts "." and ".." too
 };
 
-struct TDirCloser {
-  void operator()(DIR* dir) const { closedir(dir); }
-};
-
+// The attributes of an entry; INVALID_FILE_ATTRIBUTES, with errno, where they cannot be told.
 uint32_t AttributesOf(int folder, const dirent& entry) {
+  const auto stat = [&](struct stat& info, int flags) {
+    return Retry<fstatat>(folder, entry.d_name, &info, flags) == 0;
+  };
   struct stat info {};
   if (entry.d_type == DT_REG) return FILE_ATTRIBUTE_NORMAL;
   if (entry.d_type == DT_DIR) return FILE_ATTRIBUTE_DIRECTORY;
   if (entry.d_type == DT_UNKNOWN) {
-    if (fstatat(folder, entry.d_name, &info, AT_SYMLINK_NOFOLLOW) != 0) return FILE_ATTRIBUTE_NORMAL;
+    if (!stat(info, AT_SYMLINK_NOFOLLOW)) {
+      return errno == ENOENT ? FILE_ATTRIBUTE_NORMAL : INVALID_FILE_ATTRIBUTES;
+    }
     if (S_ISDIR(info.st_mode)) return FILE_ATTRIBUTE_DIRECTORY;
     if (!S_ISLNK(info.st_mode)) return FILE_ATTRIBUTE_NORMAL;
   } else if (entry.d_type != DT_LNK) {
     return FILE_ATTRIBUTE_NORMAL;
   }
-  const bool toFolder = fstatat(folder, entry.d_name, &info, 0) == 0 && S_ISDIR(info.st_mode);
+  const bool toFolder = stat(info, 0) && S_ISDIR(info.st_mode);
   return toFolder ? FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT : FILE_ATTRIBUTE_NORMAL;
 }
 
@@ -83,36 +85,30 @@ std::unique_ptr<TFindHandle> TPosixFileSystem::FindFirstFileA(std::string_view p
   }
   TPlace place;
   if (!Locate(end == 0 ? "." : pattern.substr(0, end), TKind::Folder, place)) return nullptr;
-  TUniqueFd fd(AtPlace(place, [](const TPlace& at) {
-    return openat(at.Base, at.Path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  }));
+  TUniqueFd fd(
+      AtPlace(place, [](const TPlace& at) { return Retry<openat>(at.Base, at.Path.c_str(), kOpenFolder); }));
   const int failure = errno;
   place.Widen();
   if (!fd.IsOpen()) {
     struct stat info {};
-    const bool isFile = failure == ENOTDIR && fstatat(place.Base, place.Path.c_str(), &info, 0) == 0;
+    const bool isFile = failure == ENOTDIR && Retry<fstatat>(place.Base, place.Path.c_str(), &info, 0) == 0;
     static_cast<void>(isFile              ? Fail(ERROR_DIRECTORY)
                       : failure == ENOENT ? Fail(ERROR_PATH_NOT_FOUND)
                                           : FailErrno(failure));
     return nullptr;
   }
-  const std::unique_ptr<DIR, TDirCloser> dir(fdopendir(fd.Get()));
-  if (!dir) {
-    FailErrno(errno);
-    return nullptr;
-  }
-  fd.Release();
+  TPosixDirectory directory(std::move(fd));
   std::vector<TEntry> entries;
-  for (;;) {
-    errno = 0;
-    const dirent* const entry = readdir(dir.get());
-    if (!entry) break;
-    const std::string_view name = entry->d_name;
-    if (name == "." || name == ".." || PassesOver(place, name)) continue;
-    entries.push_back({UpperFileName(name), {std::string(name), AttributesOf(dirfd(dir.get()), *entry)}});
+  int error = 0;
+  while (const dirent* const entry = directory.Next()) {
+    if (PassesOver(place, entry->d_name)) continue;
+    const uint32_t attributes = AttributesOf(directory.Fd(), *entry);
+    if (attributes == INVALID_FILE_ATTRIBUTES && error == 0) error = errno;
+    entries.push_back({UpperFileName(entry->d_name), {entry->d_name, attributes}});
   }
-  if (errno != 0) {
-    FailErrno(errno);
+  if (error == 0) error = directory.Error();
+  if (error != 0) {
+    FailErrno(error);
     return nullptr;
   }
   std::sort(entries.begin(), entries.end(), EntryLess);

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <dirent.h>
-#include <memory>
 
 #include "win/paths/CodePage.h"
+#include "win/posix/PosixDirectory.h"
 
 namespace win {
 namespace {
@@ -54,7 +53,7 @@ TFolderStamp StampOf(const struct stat& info) {
 // False, with errno, where there is no such folder; ENOTDIR where there is something else.
 bool ReadStamp(int base, const std::string& folder, TFolderStamp& stamp) {
   struct stat info {};
-  if (fstatat(base, folder.c_str(), &info, 0) != 0) return false;
+  if (Retry<fstatat>(base, folder.c_str(), &info, 0) != 0) return false;
   if (!S_ISDIR(info.st_mode)) {
     errno = ENOTDIR;
     return false;
@@ -74,10 +73,6 @@ bool IsClearlyOlder(const TFolderStamp& stamp, int64_t moment) {
 bool IsFull(const TPlace& place) {
   return place.Base == AT_FDCWD && place.Path.starts_with('/');
 }
-
-struct TDirCloser {
-  void operator()(DIR* dir) const { closedir(dir); }
-};
 
 const std::string& OrCurrent(const std::string& folder) {
   static const std::string current = ".";
@@ -147,6 +142,8 @@ TFolderCache::TOutcome TFolderCache::Respell(TPlace& place) {
     const size_t end = std::min(wanted.find('/', known), wanted.size());
     const std::string_view name = std::string_view(wanted).substr(known, end - known);
     TFolderListing* const listing = Current(place.Base, OrCurrent(spelled), stamp);
+    // Only a folder that may be entered and not read is left to the operation itself.
+    if (!listing && errno != EACCES) return TOutcome::Failed;
     const std::string* const found = listing ? listing->Find(name) : nullptr;
     spelled += found ? std::string_view(*found) : name;
     known = end + 1;
@@ -154,7 +151,6 @@ TFolderCache::TOutcome TFolderCache::Respell(TPlace& place) {
       place.Path = spelled;
       place.Listing = listing;
       NotePath(place, listing, std::string_view(wanted).substr(0, wanted.rfind('/') + 1));
-      // In a folder that may be entered and not read, the operation itself must tell.
       return found || !listing ? TOutcome::Found : TOutcome::NoEntry;
     }
     spelled += '/';
@@ -194,7 +190,7 @@ TFolderCache::TRecall TFolderCache::Recall(TPlace& place) {
 void TFolderCache::Open(TKnownPath& known) {
   if (known.Folder || !FHolds) return;
   if (FOpenFolders == kMostFolders) CloseFolders();
-  TUniqueFd folder(openat(AT_FDCWD, OrCurrent(known.Spelled).c_str(), kPassThrough));
+  TUniqueFd folder(Retry<openat>(AT_FDCWD, OrCurrent(known.Spelled).c_str(), kPassThrough));
   if (!folder.IsOpen()) return;
   known.Folder = std::make_shared<const TUniqueFd>(std::move(folder));
   ++FOpenFolders;
@@ -296,20 +292,14 @@ bool TFolderCache::Read(int base, const std::string& folder, TFolderListing& lis
   ++FReadings;
   const int64_t begin = Now();
   const int64_t date = ClockTime(CLOCK_REALTIME);
-  TUniqueFd fd(openat(base, folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  TPosixDirectory directory(TUniqueFd(Retry<openat>(base, folder.c_str(), kOpenFolder)));
   struct stat before {};
-  if (!fd.IsOpen() || fstat(fd.Get(), &before) != 0) return false;
-  const std::unique_ptr<DIR, TDirCloser> dir(fdopendir(fd.Get()));
-  if (!dir) return false;
-  fd.Release();
-  for (;;) {
-    errno = 0;
-    const dirent* const entry = readdir(dir.get());
-    if (!entry) break;
-    const std::string_view name = entry->d_name;
-    if (name != "." && name != "..") listing.Add(name);
+  if (directory.Error() == 0 && Retry<fstat>(directory.Fd(), &before) != 0) return false;
+  while (const dirent* const entry = directory.Next()) listing.Add(entry->d_name);
+  if (directory.Error() != 0) {
+    errno = directory.Error();
+    return false;
   }
-  if (errno != 0) return false;
   // The stamp from before the reading: a change during it shows as a change behind it.
   listing.FStamp = StampOf(before);
   listing.FSettled = IsClearlyOlder(listing.FStamp, date);

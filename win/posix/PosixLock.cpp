@@ -5,17 +5,29 @@
 
 namespace win {
 
-bool LockExclusively(int fd) {
-  while (flock(fd, LOCK_EX | LOCK_NB) != 0) {
-    if (errno == EINTR) continue;
-    // EBADF is a folder on a network volume, which locks only what is open for writing.
-    return errno == ENOLCK || errno == ENOTSUP || errno == ENOSYS || errno == EINVAL || errno == EBADF;
+TLocking TryLock(int fd) {
+  if (Retry<flock>(fd, LOCK_EX | LOCK_NB) == 0) return TLocking::Locked;
+  switch (errno) {
+    case EAGAIN:
+      return TLocking::HeldByOther;
+    case EBADF:  // some network volumes lock only what is open for writing
+    case EINVAL:
+    case ENOLCK:
+    case ENOSYS:
+    case ENOTSUP:
+      return TLocking::Unsupported;
+    default:
+      return TLocking::Failed;
   }
-  return true;
+}
+
+bool LockExclusively(int fd) {
+  const TLocking locking = TryLock(fd);
+  return locking == TLocking::Locked || locking == TLocking::Unsupported;
 }
 
 void Unlock(int fd) {
-  flock(fd, LOCK_UN);
+  Retry<flock>(fd, LOCK_UN);
 }
 
 }  // namespace win

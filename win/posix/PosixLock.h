@@ -8,14 +8,20 @@
 
 namespace win {
 
-// Locks the file or folder open as `fd`, without waiting. On failure returns false, with errno; EAGAIN if
-// somebody holds the lock. Where the volume has no locks, returns true and locks nothing.
+// What TryLock came to. errno is set for HeldByOther (EAGAIN), Unsupported and Failed.
+enum class TLocking { Locked, HeldByOther, Unsupported, Failed };
+
+// Locks the file or folder open as `fd` exclusively, without waiting.
+[[nodiscard]] TLocking TryLock(int fd);
+
+// The same, where a volume without locks is no failure: then nothing is locked. On failure returns false, with
+// errno; EAGAIN if somebody holds the lock.
 [[nodiscard]] bool LockExclusively(int fd);
 
 // Releases the lock, also where duplicates of `fd` remain open.
 void Unlock(int fd);
 
-// Holds a lock that LockExclusively has taken.
+// Holds a lock that was taken on an open file or folder.
 class TPosixLock : public TFileLock {
  public:
   explicit TPosixLock(TUniqueFd locked) : FLocked(std::move(locked)) {}

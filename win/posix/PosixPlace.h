@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
 #include <utility>
 
 #include "win/posix/PosixFd.h"
@@ -20,6 +21,11 @@ inline constexpr int kPassThrough = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
 // To open a folder for reading its entries, locking it, or bringing it to the disk.
 inline constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
+// Whether two descriptions are of the same file.
+inline bool IsSameFile(const struct stat& left, const struct stat& right) {
+  return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
+}
 
 class TFolderListing;
 

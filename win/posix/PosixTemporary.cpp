@@ -2,43 +2,110 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <fcntl.h>
 #include <utility>
+#include <vector>
+
+#include "win/posix/PosixDirectory.h"
+#include "win/posix/PosixLock.h"
 
 namespace win {
+namespace {
 
-TTemporaryFile::~TTemporaryFile() {
-  if (!FPath.empty()) unlinkat(FTarget.Base, FPath.c_str(), 0);
+constexpr std::string_view kExtension = ".$$$";
+
+// The start of the names that processes on this computer give: on a network volume, a lock may be known to the
+// computer alone that holds it.
+const std::string& NamePrefix() {
+  static const std::string prefix = [] {
+    char host[256] = {};
+    gethostname(host, sizeof host - 1);
+    uint32_t hash = 2166136261;  // FNV-1a
+    for (const char* c = host; *c; ++c) hash = (hash ^ static_cast<uint8_t>(*c)) * 16777619;
+    char name[24];
+    std::snprintf(name, sizeof name, "~kva%08x-", hash);
+    return std::string(name);
+  }();
+  return prefix;
 }
 
-bool TTemporaryFile::Create() {
-  static const auto process = static_cast<unsigned long>(getpid());
+bool IsTemporaryName(std::string_view name) {
+  const std::string& prefix = NamePrefix();
+  if (!name.starts_with(prefix) || !name.ends_with(kExtension)) return false;
+  name = name.substr(prefix.size(), name.size() - prefix.size() - kExtension.size());
+  return name.find_first_not_of("0123456789abcdef-") == std::string_view::npos;
+}
+
+// Deletes the file unless its owner holds it.
+void SweepFile(int folder, const char* name) {
+  const TUniqueFd fd(Retry<openat>(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  struct stat info {
+  }, named{};
+  if (!fd.IsOpen() || Retry<fstat>(fd.Get(), &info) != 0 || !S_ISREG(info.st_mode)) return;
+  if (TryLock(fd.Get()) != TLocking::Locked) return;
+  // The owner may have given it the target's name before the lock was taken.
+  if (Retry<fstatat>(folder, name, &named, AT_SYMLINK_NOFOLLOW) == 0 && IsSameFile(named, info)) {
+    Retry<unlinkat>(folder, name, 0);
+  }
+}
+
+}  // namespace
+
+TTemporaryFile::~TTemporaryFile() {
+  if (!FPath.empty()) Retry<unlinkat>(FTarget.Base, FPath.c_str(), 0);
+  // A duplicate of the descriptor may wait to be brought to the disk.
+  if (FFd.IsOpen()) Unlock(FFd.Get());
+}
+
+bool TTemporaryFile::Create(mode_t mode, struct stat& info) {
   static std::atomic<unsigned> counter = 0;
   for (;;) {
-    char name[40];
-    std::snprintf(name, sizeof name, "~kva%lx-%x.$$$", process, counter.fetch_add(1));
+    char number[40];
+    std::snprintf(number, sizeof number, "%lx-%x", static_cast<unsigned long>(getpid()),
+                  counter.fetch_add(1));
     std::string path(FTarget.Folder());
-    path += name;
-    FFd = TUniqueFd(openat(FTarget.Base, path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    if (FFd.IsOpen()) {
-      FPath = std::move(path);
-      return true;
+    path.append(NamePrefix()).append(number).append(kExtension);
+    TUniqueFd fd(Retry<openat>(FTarget.Base, path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+    if (!fd.IsOpen()) {
+      if (errno == EEXIST || errno == EINTR) continue;
+      return false;
     }
-    if (errno != EEXIST && errno != EINTR) return false;
+    FPath = std::move(path);
+    FFd = std::move(fd);
+    const TLocking locking = TryLock(FFd.Get());
+    if (locking == TLocking::Failed || Retry<fstat>(FFd.Get(), &info) != 0) return false;
+    if (locking != TLocking::HeldByOther && info.st_nlink > 0) return true;
+    // Before it was locked, another process has taken it for one whose owner is gone, and deletes it.
+    FPath.clear();
   }
+}
+
+bool TTemporaryFile::Finish() {
+  TUniqueFd duplicate(Retry<fcntl>(FFd.Get(), F_DUPFD_CLOEXEC, 0));
+  return duplicate.IsOpen() && duplicate.Close();
 }
 
 bool TTemporaryFile::TakeName(bool onlyIfFree) {
   const char* const name = FTarget.Path.c_str();
   if (onlyIfFree) {
     // A second name, which cannot hide another file. The destructor deletes the first one.
-    if (linkat(FTarget.Base, FPath.c_str(), FTarget.Base, name, 0) == 0) return true;
+    if (Retry<linkat>(FTarget.Base, FPath.c_str(), FTarget.Base, name, 0) == 0) return true;
     if (errno != EPERM && errno != ENOTSUP) return false;
   }
-  if (renameat(FTarget.Base, FPath.c_str(), FTarget.Base, name) != 0) return false;
+  if (Retry<renameat>(FTarget.Base, FPath.c_str(), FTarget.Base, name) != 0) return false;
   FPath.clear();
   return true;
+}
+
+void SweepTemporaryFiles(const TPlace& target) {
+  TPosixDirectory folder(TUniqueFd(Retry<openat>(target.Base, target.FolderPath().c_str(), kOpenFolder)));
+  std::vector<std::string> names;
+  while (const dirent* const entry = folder.Next()) {
+    if (IsTemporaryName(entry->d_name)) names.emplace_back(entry->d_name);
+  }
+  for (const std::string& name : names) SweepFile(folder.Fd(), name.c_str());
 }
 
 }  // namespace win

@@ -1,7 +1,11 @@
 // A file that is written under a temporary name in its target's folder and then takes the target's name.
+//
+// The temporary file is locked until it has the target's name or is deleted. So a temporary file that can be locked
+// was left by a process that is gone, and may be deleted.
 #pragma once
 
 #include <string>
+#include <sys/stat.h>
 
 #include "win/posix/PosixFd.h"
 #include "win/posix/PosixPlace.h"
@@ -17,15 +21,16 @@ class TTemporaryFile {
   TTemporaryFile(const TTemporaryFile&) = delete;
   TTemporaryFile& operator=(const TTemporaryFile&) = delete;
 
-  // Creates the file, readable and writable for its owner alone. On failure returns false, with errno. The name
-  // is short however long the target's is, and has an extension that no run looks for.
-  bool Create();
+  // Creates the file with the permission bits `mode`, as far as the process's mask allows, and describes it in
+  // `info`. On failure returns false, with errno. The name is short however long the target's is, and has an
+  // extension that no run looks for.
+  bool Create(mode_t mode, struct stat& info);
 
   int Fd() const { return FFd.Get(); }
 
-  // Closes the file. On failure returns false, with errno: some file systems report only then that there was no
-  // room for what was written.
-  bool Close() { return FFd.Close(); }
+  // Returns false, with errno, if what was written could not be stored. Some file systems report that only when a
+  // descriptor is closed.
+  bool Finish();
 
   // Renames the file to the target, in one step. With `onlyIfFree`, fails with EEXIST where there is a file of
   // that name. On failure returns false, with errno, and the target is as it was.
@@ -36,5 +41,9 @@ class TTemporaryFile {
   TUniqueFd FFd;
   std::string FPath;  // seen from the target's base; empty if there is no file to delete
 };
+
+// Deletes the temporary files that processes which are gone have left in the folder of `target`. Leaves all files
+// that it cannot be certain of. Reports nothing.
+void SweepTemporaryFiles(const TPlace& target);
 
 }  // namespace win

@@ -10,7 +10,7 @@ namespace {
 constexpr size_t kFew = 16;
 
 TUniqueFd Duplicate(int fd) {
-  return TUniqueFd(fcntl(fd, F_DUPFD_CLOEXEC, 0));
+  return TUniqueFd(Retry<fcntl>(fd, F_DUPFD_CLOEXEC, 0));
 }
 
 // Some kinds of files and folders cannot be asked for, and need not be.
@@ -20,7 +20,7 @@ bool Succeeded(int result) {
 
 bool FlushDevice(int fd) {
 #ifdef __linux__
-  return Succeeded(syncfs(fd));
+  return Succeeded(Retry<syncfs>(fd));
 #else
   sync();
   return FlushFile(fd);
@@ -33,7 +33,7 @@ bool FlushFile(int fd) {
 #ifdef F_FULLFSYNC
   if (fcntl(fd, F_FULLFSYNC) == 0) return true;
 #endif
-  return Succeeded(fsync(fd));
+  return Succeeded(Retry<fsync>(fd));
 }
 
 TWrittenFiles& TWrittenFiles::OfProcess() {
@@ -55,7 +55,8 @@ void TWrittenFiles::Note(int fd, dev_t device, const TPlace& place) {
   }
   if (FMany) return;
   if (FFiles.size() < kFew) {
-    TNoted noted{Duplicate(fd), TUniqueFd(openat(place.Base, place.FolderPath().c_str(), kOpenFolder))};
+    TNoted noted{Duplicate(fd),
+                 TUniqueFd(Retry<openat>(place.Base, place.FolderPath().c_str(), kOpenFolder))};
     if (noted.File.IsOpen() && noted.Folder.IsOpen()) {
       FFiles.push_back(std::move(noted));
       return;
