@@ -1,7 +1,6 @@
 #include "rtl/text/Registry.h"
 
 #include <charconv>
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -9,6 +8,8 @@
 #include <optional>
 
 #include "rtl/text/SysUtils.h"
+#include "win/FileApi.h"
+#include "win/paths/Drives.h"
 
 namespace rtl {
 
@@ -141,25 +142,14 @@ std::optional<std::vector<std::string>> ReadStore(const fs::path& store) {
   return lines;
 }
 
-// Writes the lines beside the store and renames them over it. A link is followed, so that it stays a link; a
-// store that its owner has write-protected stays as it is.
+// Replaces the store in one step. A link is followed, so that it stays a link; a store that its owner has
+// write-protected stays as it is.
 void ReplaceStore(const fs::path& store, const std::vector<std::string>& lines) {
   std::error_code error;
   fs::create_directories(store.parent_path(), error);
-  fs::path target = fs::weakly_canonical(store, error);
-  if (error) return;
-  const fs::file_status status = fs::status(target, error);
-  const bool exists = fs::exists(status);
-  if (exists && (status.permissions() & fs::perms::owner_write) == fs::perms::none) return;
-
-  const fs::path copy = target.string() + "." +
-                        std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + ".tmp";
-  std::ofstream file(copy, std::ios::binary | std::ios::trunc);
-  for (const std::string& line : lines) file << line << '\n';
-  file.close();
-  if (file && exists) fs::permissions(copy, status.permissions(), error);
-  if (file) fs::rename(copy, target, error);
-  if (!file || error) fs::remove(copy, error);
+  std::string text;
+  for (const std::string& line : lines) text.append(line) += '\n';
+  [[maybe_unused]] const bool isReplaced = win::ReplaceFileContents(win::ToWindowsPath(store.string()), text);
 }
 
 }  // namespace
