@@ -22,6 +22,8 @@ class TTestParser : public TFormParser {
  public:
   TTestParser() : TFormParser(ParseStateClass<TFormParseState>()) {}
 
+  using TFormParser::SetMostNestedCalls;
+
   std::string Source;  // what the results view
 
   void ConvertProperty(std::string_view propName, std::string_view propValue) override {
@@ -288,11 +290,11 @@ TEST(FormParserTest, DeepObjects) {
   const auto open = [](int i) { return "object N" + std::to_string(i) + ": T\nA = 1\n"; };
   const auto close = [](int) { return "end\n"; };
   TTestParser parser;
-  EXPECT_EQ(Rest(parser, Repeat(1500, open) + Repeat(1500, close)), "");
-  EXPECT_EQ(Rest(parser, Repeat(1500, open) + Repeat(1499, close)), "refused");
-  const int line = 2 * TLL1Parser::kMostNestedCalls - 1;  // two for each object that fits
-  EXPECT_EQ(tests::ErrorOf<ENestingTooDeep>([&] { return Rest(parser, Repeat(100000, open)); }),
-            "Object \"N0\": the nesting at line " + std::to_string(line) + " is too deep.");
+  EXPECT_EQ(Rest(parser, Repeat(5000, open) + Repeat(5000, close)), "");
+  EXPECT_EQ(Rest(parser, Repeat(5000, open) + Repeat(4999, close)), "refused");
+  parser.SetMostNestedCalls(1500);  // two lines each
+  EXPECT_EQ(tests::ErrorOf<ENestingTooDeep>([&] { return Rest(parser, Repeat(1501, open)); }),
+            "Object \"N0\": the nesting at line 2999 is too deep.");
   EXPECT_EQ(Print(parser, "object Q: T A = 1 object R: U end end"),
             "object Q: T\r\n  A = 1\r\n object R: U end\r\nend\r\n");
 }

@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <cctype>
 
+#include "MigWizard/engine/LL1Grammar.h"
 #include "MigWizard/form/FormGrammar.h"
 #include "rtl/text/SysUtils.h"
 
 namespace plain {
 namespace {
 
-// 0 no reference at `at`, 1 a terminal, 2 a nonterminal; `end` is behind it.
+// Returns 0 if there is no reference at `at`, 1 for a terminal, 2 for a nonterminal; `end` is its end.
 int ScanSymbol(const std::string& text, size_t at, size_t& end) {
   if (text[at] != '<' || at + 1 == text.size() || text[at + 1] == '<' || text[at + 1] == '>') return 0;
   end = text.find_first_of("<>", at + 1) + 1;
@@ -116,6 +117,7 @@ bool TEngine::Parse(const std::string& text, const std::string& start, size_t& p
 bool TEngine::ParseNonterminal(const std::string& name) {
   if (--Steps < 0) throw EOutOfSteps();
   const auto rule = std::find_if(Rules.begin(), Rules.end(), [&](const auto& r) { return r.first == name; });
+  if (rule == Rules.end()) throw mig::EGrammarError("Unknown nonterminal: " + name);
   for (const std::string& alternative : rule->second) {
     const size_t pos = FPos;
     const auto restore = Snapshot();

@@ -1,6 +1,5 @@
-// The grammar engine and the form parser once more, in the plainest way: strings all through, nothing
-// compiled beyond the inlining and the sort, everything read again on every attempt. Slow, and only there to
-// be compared with.
+// A reference implementation of the grammar engine and of the form parser: strings throughout, nothing compiled
+// beyond the inlining and the sort, everything read again on every attempt. Slow, and easy to check.
 #pragma once
 
 #include <functional>
@@ -10,7 +9,7 @@
 
 namespace plain {
 
-// A parse that would take too long to wait for.
+// A parse that would take too long.
 struct EOutOfSteps {};
 
 class TEngine {
@@ -19,15 +18,15 @@ class TEngine {
   void AddRule(const std::string& rule);
   bool Parse(const std::string& text, const std::string& start, size_t& position);
 
-  std::vector<std::pair<std::string, std::vector<std::string>>>
-      Rules;  // by name; once parsed, in trying order
+  // Sorted by name; alternatives are in trying order after the first Parse.
+  std::vector<std::pair<std::string, std::vector<std::string>>> Rules;
   std::vector<std::string> Words;
   std::string Delims;   // the characters of <*delim>
   long Steps = 200000;  // left before EOutOfSteps
 
  protected:
   virtual bool ParseNonterminal(const std::string& name);
-  // What a client adds to the state: copied, and put back.
+  // Returns a function that restores what a client adds to the state.
   virtual std::function<void()> Snapshot() {
     return [] {};
   }

@@ -2,17 +2,16 @@
 //
 //   TLL1Grammar grammar;
 //   grammar.AddRule("<list>-<word>|<word>,<list>");
+//   grammar.AddRule("<word>-<*chars_or_digits>");
 //   grammar.Prepare();
 //
-// A rule string is a name in angle brackets, one character that is skipped, and alternatives divided by bars.
-// In an alternative `<name>` refers to a rule, `<*name>` to a terminal, and every other character stands for
-// itself; a backslash takes the meaning from the next character, or gives a character by its decimal code.
-// Blanks count.
+// A rule string is a name in angle brackets, one character that is skipped, and alternatives separated by bars.
+// In an alternative, `<name>` refers to a rule, `<*name>` refers to a terminal, and every other character is a
+// literal. A backslash makes the next character a literal, or gives a character by its decimal code. Blanks are
+// not skipped anywhere.
 //
-// The compilation inlines rules that have an empty alternative where they are referred to, and sorts each
-// rule's alternatives so that ordered choice meets the longer form before its own beginning. There are no
-// look-ahead tables here: those that speed up the matching are made from the compiled alternatives
-// (MigWizard/LL1Program.h).
+// The compilation inlines rules that have an empty alternative where they are referred to, and sorts the
+// alternatives of each rule so that ordered choice tries a longer form before its own prefix.
 #pragma once
 
 #include <bitset>
@@ -30,65 +29,67 @@ class EGrammarError : public rtl::Exception {
   using rtl::Exception::Exception;
 };
 
-using TCharSet = std::bitset<256>;  // by byte value
+// Raises EGrammarError for a reference to a rule that does not exist.
+[[noreturn]] void RaiseUnknownNonterminal(std::string_view name);
 
-enum class TSymbolKind { None, Nonterminal, Terminal };
+using TCharSet = std::bitset<256>;  // indexed by byte value
+
+enum class TLL1StepKind : unsigned char {
+  Literal,      // Text: a run of characters, compared with the lower-cased input
+  WordEnd,      // matches nothing, and fails before a character of WordCharacters
+  Terminal,     // Text: the name with brackets and star
+  Nonterminal,  // Text: the name with brackets
+};
 
 // One step of an alternative.
-struct TLL1Item {
-  enum class TKind : unsigned char {
-    Literal,      // Text: a run of characters, compared with the lower-cased input
-    WordEnd,      // matches nothing, and fails where a word would go on
-    Terminal,     // Text: the name with brackets and star
-    Nonterminal,  // Text: the name with brackets
-  };
-  TKind Kind;
+struct TLL1Step {
+  TLL1StepKind Kind;
   std::string Text;
+};
+
+struct TLL1Rule {
+  std::string Name;                          // with its brackets, in lower case
+  std::vector<std::string> Alternatives;     // escapes resolved; in trying order once prepared
+  std::vector<std::vector<TLL1Step>> Steps;  // of each alternative; empty until prepared
 };
 
 class TLL1Grammar {
  public:
-  struct TRule {
-    std::string Name;                       // with its brackets
-    std::vector<std::string> Alternatives;  // texts with the escapes resolved; once prepared, in trying order
-    std::vector<std::vector<TLL1Item>> Items;  // the same alternatives as steps; empty until prepared
-  };
-
-  // Adds the alternatives of a rule string behind those that the rule of that name has. A string of fewer
-  // than two characters is ignored. Raises EGrammarError for one that is no rule; the alternatives that were
-  // complete by then stay. Not to be called once the grammar is prepared: EAssertionFailed.
+  // Appends the alternatives of a rule string to the rule of that name. Ignores a string of fewer than two
+  // characters. Raises EGrammarError for a string that is no rule; the alternatives completed by then stay.
+  // Raises EAssertionFailed once the grammar is prepared.
   void AddRule(std::string_view rule);
 
-  // Makes `literal` a word: where it stands between two references of an alternative, or at its edge, it does
-  // not match in front of a character of WordCharacters. In lower case. Not to be called once the grammar is
-  // prepared.
+  // Makes `literal`, in lower case, a word: it does not match before a character of WordCharacters where it
+  // fills the space between two references of an alternative, or between a reference and the edge. Raises
+  // EAssertionFailed once the grammar is prepared.
   void AddWord(std::string_view literal);
 
-  // Compiles the tables. They are final from here on.
+  // Compiles the tables, once; they are final after it. An exception leaves the grammar as it was.
   void Prepare();
   bool Prepared() const { return FPrepared; }
 
-  // In the order of the names.
-  const std::vector<TRule>& Rules() const { return FRules; }
-  // The index of the rule of that name, ignoring case, or -1.
+  // The rules, sorted by name.
+  const std::vector<TLL1Rule>& Rules() const { return FRules; }
+  // Returns the index of the rule of that name, ignoring case, or -1.
   int Find(std::string_view name) const;
 
-  // Whether a reference begins at `position` (counted from 0). If so `name` is its text with the brackets, a
-  // view into `alternative`, and `position` moves behind it; otherwise both stay.
-  static TSymbolKind ScanSymbol(std::string_view alternative, size_t& position, std::string_view& name);
-
  private:
-  void RemoveEmptyAlternatives();
-  void RewriteAlternatives(TRule& rule, const TRule& inlined);
-  void SortAlternatives();
-  std::vector<TLL1Item> ItemsOf(std::string_view alternative) const;
+  enum class TSymbolKind { None, Nonterminal, Terminal };
 
-  std::vector<TRule> FRules;
+  static TSymbolKind ScanSymbol(std::string_view alternative, size_t& position, std::string_view& name);
+  static int AlternativeClass(std::string_view alternative);
+  static bool TriedBefore(const std::string& left, const std::string& right);
+  static void RemoveEmptyAlternatives(std::vector<TLL1Rule>& rules);
+  static void SortAlternatives(std::vector<TLL1Rule>& rules);
+  std::vector<TLL1Step> StepsOf(std::string_view alternative) const;
+
+  std::vector<TLL1Rule> FRules;
   std::vector<std::string> FWords;
   bool FPrepared = false;
 };
 
-// The characters that go on with a word: those of `<*chars_or_digits>`.
+// The characters of words: those of `<*chars_or_digits>`.
 const TCharSet& WordCharacters();
 
 }  // namespace mig

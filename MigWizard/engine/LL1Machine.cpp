@@ -1,28 +1,49 @@
 #include "MigWizard/engine/LL1Machine.h"
 
-#include "MigWizard/engine/LL1Parser.h"
-
 namespace mig {
 namespace {
 
-// Work for each byte gained that counts as no waste. Form text takes less than two.
+// Work for each byte of progress that counts as no waste. Form text takes less than two.
 constexpr int64_t kWorkPerByte = 6;
 
-constexpr size_t kKeptEntries = size_t{1} << 12;  // stack that is kept for the next parse
+constexpr size_t kKeptEntries = size_t{1} << 12;  // kept for the next parse
 constexpr size_t kMostEntries = size_t{1} << 27;  // 2 GB
 
 }  // namespace
 
-TLL1Machine::TLL1Machine(const TLL1Program& program, TLL1Parser& client, TParseState& state,
+// The time of one Run. Whatever way it ends, its entries are popped and the caller's frame is in force again.
+class TLL1Machine::TOpenRun {
+ public:
+  explicit TOpenRun(TLL1Machine& machine)
+      : FMachine(machine), FFloor(machine.FHeight), FCallersFrame(machine.FFrame) {}
+  ~TOpenRun() {
+    FMachine.PopTo(FFloor);
+    FMachine.FFrame = FCallersFrame;
+  }
+  TOpenRun(const TOpenRun&) = delete;
+  TOpenRun& operator=(const TOpenRun&) = delete;
+
+  size_t Floor() const { return FFloor; }
+
+ private:
+  TLL1Machine& FMachine;
+  const size_t FFloor;
+  const size_t FCallersFrame;
+};
+
+TLL1Machine::TLL1Machine(const TLL1Program& program, TLL1Client& client, TParseState& state,
                          TStateStack& copies)
     : FProgram(program), FClient(client), FState(state), FCopies(copies), FStack(kKeptEntries) {}
 
 void TLL1Machine::Start(std::string_view text, int64_t rereadAllowance) {
   FText = text;
   FHeight = FFrame = 0;
-  if (FStack.size() > kKeptEntries) FStack = std::vector<TEntry>(kKeptEntries);
+  if (FStack.size() > kKeptEntries) {
+    FStack.resize(kKeptEntries);
+    FStack.shrink_to_fit();
+  }
   FMemo.Clear();
-  FIsRemembering = false;
+  FUsesMemo = false;
   FWork = 0;
   FWorkLimit = FAllowance = rereadAllowance;
   FStart = FFarthest = FState.Pos - 1;
@@ -30,13 +51,11 @@ void TLL1Machine::Start(std::string_view text, int64_t rereadAllowance) {
 
 bool TLL1Machine::Run(int32_t rule) {
   const TLL1ProgramRule& source = FProgram.Rule(rule);
-  const size_t floor = FHeight;
-  const size_t callersFrame = FFrame;
+  const TOpenRun run(*this);
   FPosition = FState.Pos - 1;
   PushAlternative(TLL1Node::kNone, source.IsPure);  // the last one: to fail
   FFrame = FHeight;
-  const bool result = RunFrom(source.Entry, floor);
-  FFrame = callersFrame;
+  const bool result = RunFrom(source.Entry, run.Floor());
   FState.Pos = FPosition + 1;
   return result;
 }
@@ -46,7 +65,7 @@ bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
     unsigned next = Next();
     node = FProgram.FirstThatCanStart(node, next);
     if (node == TLL1Node::kNone) {
-      node = TakeAlternative();
+      node = PopAlternative();
       if (node == TLL1Node::kNone) return false;
       next = Next();
     }
@@ -54,27 +73,29 @@ bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
     const int32_t alternative = FProgram.FirstThatCanStart(step->Sibling, next);
     if (alternative != TLL1Node::kNone) PushAlternative(alternative, step->IsPure);
 
-    // The node was chosen because it can start here: of what it matches, the next byte is known to fit.
+    // The node was chosen because it can start here, so the first byte of what it matches is known to fit.
     bool matched = true;
     switch (step->Kind) {
-      case TLL1Node::TKind::Literal:
+      case TLL1NodeKind::Literal:
         matched = MatchLiteral(*step);
         break;
-      case TLL1Node::TKind::WordEnd:
+      case TLL1NodeKind::WordEnd:
         break;
-      case TLL1Node::TKind::One:
+      case TLL1NodeKind::One:
         ++FPosition;
         break;
-      case TLL1Node::TKind::Run:
+      case TLL1NodeKind::Run:
         SkipRun(*step);
         break;
-      case TLL1Node::TKind::HookedRule:
+      case TLL1NodeKind::HookedRule:
+      case TLL1NodeKind::HookedTerminal:
         matched = CallHook(*step);
         break;
-      case TLL1Node::TKind::UnknownRule:
-        TLL1Parser::RaiseUnknownNonterminal(FProgram.ReferenceName(*step));
-      case TLL1Node::TKind::Rule: {
-        const int32_t known = Recall(step->Argument);
+      case TLL1NodeKind::UnknownRule:
+        FState.Pos = FPosition + 1;
+        RaiseUnknownNonterminal(FProgram.ReferenceName(*step));
+      case TLL1NodeKind::Rule: {
+        const int32_t known = FindResult(step->Argument);
         if (known == TLL1Memo::kUnknown) {
           node = EnterRule(*step, node);
           continue;
@@ -83,15 +104,12 @@ bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
         if (matched) FPosition = known;
         break;
       }
-      case TLL1Node::TKind::Done:
-        if (FFrame == floor + 1) {
-          CutTo(floor);
-          return true;
-        }
+      case TLL1NodeKind::Done:
+        if (FFrame == floor + 1) return true;
         step = &FProgram.Node(LeaveRule());
         break;
     }
-    if (matched && step->CannotFail && FHeight > FFrame) CutTo(FFrame);
+    if (matched && step->CannotFail && FHeight > FFrame) PopTo(FFrame);
     node = matched ? step->Child : TLL1Node::kNone;
   }
 }
@@ -101,7 +119,7 @@ unsigned TLL1Machine::Next() const {
   return place < FText.size() ? static_cast<uint8_t>(FText[place]) : TLL1Program::kEnd;
 }
 
-inline void TLL1Machine::Push(const TEntry& entry) {
+inline void TLL1Machine::Push(const TStackEntry& entry) {
   if (FHeight == FStack.size()) Grow();
   FStack[FHeight++] = entry;
 }
@@ -120,65 +138,66 @@ void TLL1Machine::PushAlternative(int32_t node, bool isPure) {
   Push({node, FPosition, copy, kAlternative});
 }
 
-// Drops the entries from number `size` on, and their copies of the state. Alternatives with a copy never
-// stand above one without in the same frame, so the lowest alternative tells.
-void TLL1Machine::CutTo(size_t size) {
+// Pops the entries down to that height, and their copies of the state. Within a frame, no alternative with a copy
+// is above one without, so the lowest alternative decides.
+void TLL1Machine::PopTo(size_t size) {
   size_t lowest = size;
   if (lowest < FHeight && FStack[lowest].Rule != kAlternative) ++lowest;
-  if (lowest < FHeight && FStack[lowest].Link != kNoCopy) FCopies.CutTo(FStack[lowest].Link);
+  if (lowest < FHeight && FStack[lowest].Link != kNoCopy) FCopies.PopTo(FStack[lowest].Link);
   FHeight = size;
 }
 
-// Goes back to the last alternative that is left. The rules on the way to it have failed. The node to try.
-int32_t TLL1Machine::TakeAlternative() {
+// Pops the last alternative that is left, and the rules above it, which have failed. Returns the node to try.
+int32_t TLL1Machine::PopAlternative() {
   for (;;) {
-    const TEntry entry = FStack[--FHeight];
+    const TStackEntry entry = FStack[--FHeight];
     if (entry.Rule == kAlternative) {
       if (entry.Link != kNoCopy) {
         FState.Assign(FCopies[entry.Link]);
-        FCopies.CutTo(entry.Link);
+        FCopies.PopTo(entry.Link);
       }
       FPosition = entry.Position;
       return entry.Node;
     }
-    Remember(entry, TLL1Memo::kFailed);
+    StoreResult(entry, TLL1Memo::kFailed);
     FFrame = static_cast<size_t>(entry.Link);
   }
 }
 
-// What the rule is known to match here.
-inline int32_t TLL1Machine::Recall(int32_t rule) const {
-  const bool mayBeKnown = FIsRemembering && FProgram.Rule(rule).IsRemembered;
+// Returns what the memo holds of the rule at the present position.
+inline int32_t TLL1Machine::FindResult(int32_t rule) const {
+  const bool mayBeKnown = FUsesMemo && FProgram.Rule(rule).IsRemembered;
   return mayBeKnown ? FMemo.Find(rule, FPosition) : TLL1Memo::kUnknown;
 }
 
-inline void TLL1Machine::Remember(const TEntry& entry, int32_t result) {
-  if (FIsRemembering && FProgram.Rule(entry.Rule).IsRemembered)
-    FMemo.Store(entry.Rule, entry.Position, result);
+inline void TLL1Machine::StoreResult(const TStackEntry& entry, int32_t result) {
+  if (FUsesMemo && FProgram.Rule(entry.Rule).IsRemembered) FMemo.Store(entry.Rule, entry.Position, result);
 }
 
 int32_t TLL1Machine::EnterRule(const TLL1Node& node, int32_t index) {
   const TLL1ProgramRule& rule = FProgram.Rule(node.Argument);
   if (++FWork > FWorkLimit) CheckWork();
-  if (!node.IsTail || (FIsRemembering && rule.IsRemembered)) {
+  if (!node.IsTail || (FUsesMemo && rule.IsRemembered)) {
     Push({index, FPosition, static_cast<int32_t>(FFrame), node.Argument});
     FFrame = FHeight;
   }
   return rule.Entry;
 }
 
-// Ends the rule under way, which has matched. The node that referred to it.
+// Pops the innermost open rule, which has matched. Returns the node that referred to it.
 int32_t TLL1Machine::LeaveRule() {
-  const TEntry entry = FStack[FFrame - 1];
-  Remember(entry, FPosition);
-  CutTo(FFrame - 1);
+  const TStackEntry entry = FStack[FFrame - 1];
+  StoreResult(entry, FPosition);
+  PopTo(FFrame - 1);
   FFrame = static_cast<size_t>(entry.Link);
   return entry.Node;
 }
 
 bool TLL1Machine::CallHook(const TLL1Node& node) {
   FState.Pos = FPosition + 1;
-  const bool result = FClient.CallHook(node.Argument, FProgram.ReferenceName(node));
+  const std::string& name = FProgram.ReferenceName(node);
+  const bool result = node.Kind == TLL1NodeKind::HookedRule ? FClient.CallNonterminal(node.Argument, name)
+                                                            : FClient.CallTerminal(name);
   FPosition = FState.Pos - 1;
   return result;
 }
@@ -209,7 +228,7 @@ void TLL1Machine::CheckWork() {
   if (FPosition > FFarthest) FFarthest = FPosition;
   FWorkLimit = FAllowance + kWorkPerByte * (FFarthest - FStart);
   if (FWork <= FWorkLimit) return;
-  FIsRemembering = true;
+  FUsesMemo = true;
   FWorkLimit = INT64_MAX;
 }
 

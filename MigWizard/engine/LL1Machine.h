@@ -1,19 +1,15 @@
-// Runs the rules of a program over a text, for a client that has declared which nonterminals it hooks.
+// Runs the rules of a program over a text, by ordered choice with full backtracking.
 //
-// The machine keeps a stack of its own: an entry for each rule under way, with where to go on when it has
-// matched, and one for each alternative still to be tried, with the position and the state to go back to. So
-// a list may be as long as it likes. Only a hooked nonterminal, which goes through the client, takes a piece
-// of the call stack.
+// The machine keeps a stack of its own, with an entry for each open rule (where to continue when it has matched)
+// and an entry for each alternative still to be tried (the position and the state to go back to). So a list may
+// be as long as it likes. Only a hook, which is a call of the client, takes a piece of the call stack.
 //
-//  - Once a rule is certain to match, what its alternatives have left on the stack is dropped, and a
-//  reference that
-//    ends its rule leaves no entry. A list that is written as a right recursion therefore runs in constant
-//    space.
-//  - A rule that no hook can be reached from leaves no trace but the position, so none of its alternatives
-//  keeps more.
-//  - Results of such rules are remembered as soon as a parse is seen to read its text again and again, and
-//  the work
-//    from there on stays in proportion to the text. A parse that goes straight on pays nothing for it.
+//  - Once a rule is certain to match, its remaining alternatives are popped, and a reference that ends its rule
+//    pushes no entry. A list that is written as a right recursion therefore runs in constant space.
+//  - Reading a rule that reaches no hook changes nothing but the position, so its alternatives keep no copy of
+//    the state.
+//  - Results of such rules go to the memo as soon as a parse is seen to read its text again and again
+//    (MigWizard/engine/LL1Memo.h). A parse that goes straight on never uses it.
 #pragma once
 
 #include <cstddef>
@@ -27,42 +23,57 @@
 
 namespace mig {
 
+// Whoever runs a machine: makes the calls of the hooks, from the live state's position. A hook may move the
+// position, run rules, and refuse or claim a match as it likes.
+class TLL1Client {
+ public:
+  // Parses the nonterminal `name`; `rule` is the index of its rule, or TLL1Node::kNone.
+  virtual bool CallNonterminal(int32_t rule, std::string_view name) = 0;
+  virtual bool CallTerminal(std::string_view name) = 0;
+  // Raises the exception for a text that nests too deeply at `position`, counted from 1.
+  virtual void RaiseTooDeep(int32_t position) = 0;
+
+ protected:
+  ~TLL1Client() = default;
+};
+
 class TLL1Machine {
  public:
-  // `client` makes the hooked calls; `state` is its live state and `copies` the copies of it. None is owned.
-  TLL1Machine(const TLL1Program& program, TLL1Parser& client, TParseState& state, TStateStack& copies);
+  // Uses `state`, the live state, and `copies`, the copies of it. Owns none of its arguments.
+  TLL1Machine(const TLL1Program& program, TLL1Client& client, TParseState& state, TStateStack& copies);
 
-  // Starts on a text, at the live state's position. The text is to stay as it is up to the next Start.
-  // `rereadAllowance` is the work, in bytes read and rules tried, that the parse may waste before it begins
-  // to remember.
+  // Starts on a text, at the live state's position. The text must not change up to the next Start.
+  // `rereadAllowance` is the work, in bytes read and rules tried, that the parse may waste before the memo is
+  // switched on.
   void Start(std::string_view text, int64_t rereadAllowance);
 
-  // Runs the rule of that index from the live state's position. True with the position behind the match;
-  // False with the state as on entry. Hooks may run other rules meanwhile. After an exception the machine is
-  // to be started anew.
+  // Runs the rule of that index from the live state's position. Returns True with the position after the match,
+  // or False with the state as on entry. Hooks may call Run in turn. After an exception the machine is as it was
+  // before the call; the live state stays where the exception was raised.
   [[nodiscard]] bool Run(int32_t rule);
 
  private:
-  // Of a rule under way: the node that refers to it, and the position where it began. Of an alternative: the
-  // node to try, and the position and the state to try it from.
-  struct TEntry {
+  class TOpenRun;
+
+  // An open rule, with the node that refers to it and the position where it began; or an alternative, with the
+  // node to try and the position and state to try it from.
+  struct TStackEntry {
     int32_t Node;
     int32_t Position;  // counted from 0
-    int32_t
-        Link;  // rule: where the frame of its caller begins; alternative: the copy of the state, or kNoCopy
-    int32_t Rule;  // kAlternative for an alternative
+    int32_t Link;      // rule: where the frame of its caller begins; alternative: its copy, or kNoCopy
+    int32_t Rule;      // kAlternative for an alternative
   };
   static constexpr int32_t kAlternative = -1;
   static constexpr int32_t kNoCopy = -1;
 
   bool RunFrom(int32_t node, size_t floor);
-  void Push(const TEntry& entry);
+  void Push(const TStackEntry& entry);
   void Grow();
   void PushAlternative(int32_t node, bool isPure);
-  void CutTo(size_t size);
-  int32_t TakeAlternative();
-  int32_t Recall(int32_t rule) const;
-  void Remember(const TEntry& entry, int32_t result);
+  void PopTo(size_t size);
+  int32_t PopAlternative();
+  int32_t FindResult(int32_t rule) const;
+  void StoreResult(const TStackEntry& entry, int32_t result);
   int32_t EnterRule(const TLL1Node& node, int32_t index);
   int32_t LeaveRule();
   bool CallHook(const TLL1Node& node);
@@ -72,18 +83,18 @@ class TLL1Machine {
   unsigned Next() const;
 
   const TLL1Program& FProgram;
-  TLL1Parser& FClient;
+  TLL1Client& FClient;
   TParseState& FState;
   TStateStack& FCopies;
   std::string_view FText;
-  std::vector<TEntry> FStack;  // FHeight of them are in use
+  std::vector<TStackEntry> FStack;  // the first FHeight are in use
   size_t FHeight = 0;
-  size_t FFrame = 0;      // where the entries of the rule under way begin, behind that of the rule itself
+  size_t FFrame = 0;      // the first entry of the innermost open rule, after the entry of the rule itself
   int32_t FPosition = 0;  // counted from 0
   TLL1Memo FMemo;
-  bool FIsRemembering = false;
+  bool FUsesMemo = false;
   int64_t FWork = 0;       // bytes read and rules tried
-  int64_t FWorkLimit = 0;  // when to compare it with what has been gained
+  int64_t FWorkLimit = 0;  // the work at which to compare it with the progress
   int64_t FAllowance = 0;
   int32_t FFarthest = 0;
   int32_t FStart = 0;

@@ -3,14 +3,17 @@
 #include <algorithm>
 #include <limits>
 
+#include "MigWizard/engine/CallStack.h"
 #include "MigWizard/engine/LL1Machine.h"
-#include "MigWizard/engine/LL1Program.h"
 #include "rtl/text/SysUtils.h"
 
 namespace mig {
 namespace {
 
 constexpr size_t kLongestText = static_cast<size_t>(std::numeric_limits<int32_t>::max()) - 1;
+
+// Half a megabyte of stack, with hooks as those of form parsers.
+constexpr int kNestedCallsPerStack = 1000;
 
 constexpr std::string_view kDigits = "0123456789";
 constexpr std::string_view kHexDigits = "0123456789ABCDEFabcdef";
@@ -28,14 +31,14 @@ TCharSet AllButQuote() {
   return set;
 }
 
-struct TTerminal {
+struct TBuiltInTerminal {
   std::string_view Name;
   TCharSet Chars;
   bool IsSingle;
 };
 
-const TTerminal* FindTerminal(std::string_view name) {
-  static const TTerminal kTerminals[] = {
+const TBuiltInTerminal* FindTerminal(std::string_view name) {
+  static const TBuiltInTerminal kTerminals[] = {
       {"<*char>", WordCharacters() & ~SetOf(kDigits), true},
       {"<*digit>", SetOf(kDigits), true},
       {"<*symbol>", AllButQuote(), true},
@@ -45,11 +48,11 @@ const TTerminal* FindTerminal(std::string_view name) {
       {"<*symbols>", AllButQuote(), false},
   };
   const auto place = std::find_if(std::begin(kTerminals), std::end(kTerminals),
-                                  [&](const TTerminal& terminal) { return terminal.Name == name; });
+                                  [&](const TBuiltInTerminal& terminal) { return terminal.Name == name; });
   return place == std::end(kTerminals) ? nullptr : place;
 }
 
-// Counts a value up while it lives.
+// Increments a value for its lifetime.
 class TCountGuard {
  public:
   explicit TCountGuard(int& count) : FCount(count) { ++FCount; }
@@ -62,6 +65,33 @@ class TCountGuard {
 };
 
 }  // namespace
+
+// The compiled grammar and the machine that runs it, with the parser as its client.
+class TLL1Parser::TEngine final : private TLL1Client {
+ public:
+  explicit TEngine(TLL1Parser& parser)
+      : FParser(parser),
+        FProgram(parser.FGrammar, *parser.FHooks,
+                 [&parser](std::string_view name, TCharSet& chars, bool& single) {
+                   parser.GetTerminalSet(name, chars, single);
+                 }),
+        FMachine(FProgram, *this, *parser.FState, parser.FCopies) {}
+
+  TLL1Machine& Machine() { return FMachine; }
+
+ private:
+  // The inherited ParseNonterminal looks for the rule next, by its name.
+  bool CallNonterminal(int32_t rule, std::string_view name) override {
+    FParser.FCalledRule = rule;
+    return FParser.ParseNonterminal(name);
+  }
+  bool CallTerminal(std::string_view name) override { return FParser.ParseTerminal(name); }
+  void RaiseTooDeep(int32_t position) override { FParser.RaiseTooDeep(position); }
+
+  TLL1Parser& FParser;
+  TLL1Program FProgram;
+  TLL1Machine FMachine;
+};
 
 // The time of one Parse. Whatever way it ends, no copy of the state is left.
 class TLL1Parser::TParseGuard {
@@ -83,6 +113,7 @@ class TLL1Parser::TParseGuard {
 
 TLL1Parser::TLL1Parser(TParseStateClass stateClass)
     : FStateClass(std::move(stateClass)),
+      FHooks(std::make_unique<TLL1Hooks>()),
       FState(FStateClass(*this)),
       FCopies([this] { return FStateClass(*this); }) {}
 
@@ -94,8 +125,8 @@ void TLL1Parser::AddRule(std::string_view rule) {
 
 void TLL1Parser::DeclareHooks(std::initializer_list<std::string_view> names) {
   rtl::Assert(!FGrammar.Prepared(), "TLL1Parser.DeclareHooks: the grammar is compiled");
-  if (!FHooks) FHooks.emplace();
-  FHooks->insert(FHooks->end(), names.begin(), names.end());
+  FHooks->IsEverything = false;
+  FHooks->Names.insert(FHooks->Names.end(), names.begin(), names.end());
 }
 
 void TLL1Parser::DeclareWords(std::initializer_list<std::string_view> literals) {
@@ -104,11 +135,7 @@ void TLL1Parser::DeclareWords(std::initializer_list<std::string_view> literals) 
 
 void TLL1Parser::Prepare() {
   FGrammar.Prepare();
-  if (!FHooks || FMachine) return;
-  FProgram = std::make_unique<TLL1Program>(
-      FGrammar, *FHooks,
-      [this](std::string_view name, TCharSet& chars, bool& single) { GetTerminalSet(name, chars, single); });
-  FMachine = std::make_unique<TLL1Machine>(*FProgram, *this, *FState, FCopies);
+  if (!FEngine) FEngine = std::make_unique<TEngine>(*this);
 }
 
 bool TLL1Parser::Parse(std::string_view text, std::string_view startSymbol, int64_t& position) {
@@ -123,7 +150,7 @@ bool TLL1Parser::Parse(std::string_view text, std::string_view startSymbol, int6
   FText = text;
   FState->Pos = static_cast<int32_t>(position);
   BeforeParse();
-  if (FMachine) FMachine->Start(text, FRereadAllowance);
+  FEngine->Machine().Start(text, FRereadAllowance);
   bool success = ParseNonterminal(startSymbol);
   AfterParse(success);
   if (success) position = FState->Pos;
@@ -131,7 +158,7 @@ bool TLL1Parser::Parse(std::string_view text, std::string_view startSymbol, int6
 }
 
 void TLL1Parser::GetTerminalSet(std::string_view name, TCharSet& chars, bool& single) {
-  const TTerminal* terminal = FindTerminal(name);
+  const TBuiltInTerminal* terminal = FindTerminal(name);
   rtl::Assert(terminal != nullptr, "TLL1Parser.GetTerminalSet: unknown terminal");
   chars = terminal->Chars;
   single = terminal->IsSingle;
@@ -140,15 +167,9 @@ void TLL1Parser::GetTerminalSet(std::string_view name, TCharSet& chars, bool& si
 bool TLL1Parser::ParseNonterminal(std::string_view name) {
   const int rule = FindRule(name);
   if (rule < 0) RaiseUnknownNonterminal(name);
-  if (FNestedCalls == kMostNestedCalls) RaiseTooDeep(FState->Pos);
+  if (FNestedCalls == FMostNestedCalls) RaiseTooDeep(FState->Pos);
   const TCountGuard guard(FNestedCalls);
-  return FMachine ? FMachine->Run(rule) : TryAlternatives(FGrammar.Rules()[static_cast<size_t>(rule)]);
-}
-
-// A call by the machine, which knows the rule; the inherited ParseNonterminal will look for it next.
-bool TLL1Parser::CallHook(int32_t rule, std::string_view name) {
-  FCalledRule = rule;
-  return ParseNonterminal(name);
+  return FNestedCalls % kNestedCallsPerStack == 0 ? RunOnNewStack(rule) : FEngine->Machine().Run(rule);
 }
 
 int TLL1Parser::FindRule(std::string_view name) const {
@@ -156,52 +177,10 @@ int TLL1Parser::FindRule(std::string_view name) const {
   return FGrammar.Find(name);
 }
 
-bool TLL1Parser::TryAlternatives(const TLL1Grammar::TRule& rule) {
-  for (const std::vector<TLL1Item>& items : rule.Items) {
-    const int32_t copy = FCopies.Push(*FState);
-    const bool matched = MatchItems(items);
-    if (!matched) FState->Assign(FCopies[copy]);
-    FCopies.CutTo(copy);
-    if (matched) return true;
-  }
-  return false;
-}
-
-bool TLL1Parser::MatchItems(const std::vector<TLL1Item>& items) {
-  for (const TLL1Item& item : items) {
-    bool matched = false;
-    switch (item.Kind) {
-      case TLL1Item::TKind::Literal:
-        matched = MatchLiteral(item.Text);
-        break;
-      case TLL1Item::TKind::WordEnd:
-        matched = AtWordEnd();
-        break;
-      case TLL1Item::TKind::Terminal:
-        matched = ParseTerminal(item.Text);
-        break;
-      case TLL1Item::TKind::Nonterminal:
-        matched = ParseNonterminal(item.Text);
-        break;
-    }
-    if (!matched) return false;
-  }
-  return true;
-}
-
-bool TLL1Parser::MatchLiteral(std::string_view literal) {
-  for (const char c : literal) {
-    const auto place = static_cast<size_t>(FState->Pos) - 1;
-    if (place >= FText.size() || FoldByte(static_cast<uint8_t>(FText[place])) != static_cast<uint8_t>(c))
-      return false;
-    ++FState->Pos;
-  }
-  return true;
-}
-
-bool TLL1Parser::AtWordEnd() const {
-  const auto place = static_cast<size_t>(FState->Pos) - 1;
-  return place >= FText.size() || !WordCharacters()[static_cast<uint8_t>(FText[place])];
+bool TLL1Parser::RunOnNewStack(int32_t rule) {
+  bool result = false;
+  if (!CallOnNewStack([&] { result = FEngine->Machine().Run(rule); })) RaiseTooDeep(FState->Pos);
+  return result;
 }
 
 bool TLL1Parser::ParseTerminal(std::string_view name) {
@@ -214,10 +193,6 @@ bool TLL1Parser::ParseTerminal(std::string_view name) {
     ++place;
   FState->Pos = static_cast<int32_t>(place) + 1;
   return place > start;
-}
-
-void TLL1Parser::RaiseUnknownNonterminal(std::string_view name) {
-  throw EGrammarError("Unknown nonterminal: " + std::string(name));
 }
 
 void TLL1Parser::RaiseTooDeep(int32_t position) const {

@@ -9,42 +9,44 @@
 namespace mig {
 namespace {
 
-// A step of a rule's tree before it is laid out. Literals are single characters here, so that alternatives
-// can part within a literal.
-struct TDraft {
-  TLL1Item Step;
-  std::vector<std::unique_ptr<TDraft>> Children;  // in trying order
-  bool EndsRule = false;                          // behind the children the rule is done
+// A step of a rule's tree before its nodes are numbered. Literals are single characters here, so that
+// alternatives can diverge within a literal.
+struct TTrieNode {
+  TLL1Step Step;
+  std::vector<std::unique_ptr<TTrieNode>> Children;  // in trying order
+  bool EndsRule = false;                             // after the children have been tried, the rule is done
 };
 
-void AddStep(TDraft*& place, TLL1Item::TKind kind, std::string_view text) {
-  const bool isShared = !place->Children.empty() && place->Children.back()->Step.Kind == kind &&
+// Moves `place` to its child for that step. Only the last child is shared, because alternatives between two
+// equal beginnings must be tried between them.
+void AddStep(TTrieNode*& place, TLL1StepKind kind, std::string_view text, bool mayShare) {
+  const bool isShared = mayShare && !place->Children.empty() && place->Children.back()->Step.Kind == kind &&
                         place->Children.back()->Step.Text == text;
   if (!isShared)
-    place->Children.push_back(std::make_unique<TDraft>(TDraft{{kind, std::string(text)}, {}, false}));
+    place->Children.push_back(std::make_unique<TTrieNode>(TTrieNode{{kind, std::string(text)}, {}, false}));
   place = place->Children.back().get();
 }
 
-void AddAlternative(TDraft& root, const std::vector<TLL1Item>& items) {
-  TDraft* place = &root;
-  for (const TLL1Item& item : items) {
-    if (place->EndsRule) return;  // ordered choice never comes here
-    if (item.Kind == TLL1Item::TKind::Literal) {
-      for (const char& c : item.Text) AddStep(place, item.Kind, {&c, 1});
+void AddAlternative(TTrieNode& root, const std::vector<TLL1Step>& steps, bool mayShare) {
+  TTrieNode* place = &root;
+  for (const TLL1Step& step : steps) {
+    if (place->EndsRule) return;  // an earlier alternative always matches before this one is reached
+    if (step.Kind == TLL1StepKind::Literal) {
+      for (const char& c : step.Text) AddStep(place, step.Kind, {&c, 1}, mayShare);
     } else {
-      AddStep(place, item.Kind, item.Text);
+      AddStep(place, step.Kind, step.Text, mayShare);
     }
   }
   place->EndsRule = true;
 }
 
-// With what something can begin: byte values, and the end of the text.
-struct TStart {
+// The first set of a node or rule: byte values, and the end of the text.
+struct TFirstSet {
   std::bitset<TLL1Program::kEnd + 1> Set;
   bool IsNullable = false;  // it can match without reading anything
 
-  // Whether anything was new.
-  bool Unite(const TStart& other) {
+  // Adds `other`. Returns whether anything was new.
+  bool Add(const TFirstSet& other) {
     const bool isNew = (other.IsNullable && !IsNullable) || (other.Set & ~Set).any();
     IsNullable = IsNullable || other.IsNullable;
     Set |= other.Set;
@@ -52,138 +54,162 @@ struct TStart {
   }
 };
 
+template <class TCondition>
+TFirstSet FirstSetWhere(TCondition condition) {
+  TFirstSet first;
+  for (unsigned next = 0; next <= TLL1Program::kEnd; ++next) first.Set[next] = condition(next);
+  return first;
+}
+
 }  // namespace
 
 class TLL1Program::TBuilder {
  public:
-  TBuilder(TLL1Program& program, const TLL1Grammar& grammar, const std::vector<std::string>& hooks,
+  TBuilder(TLL1Program& program, const TLL1Grammar& grammar, const TLL1Hooks& hooks,
            const TTerminalSource& terminals)
       : FProgram(program), FGrammar(grammar), FHooks(hooks), FTerminalSource(terminals) {}
 
   void Build();
 
  private:
-  using TDrafts = std::span<const std::unique_ptr<TDraft>>;
+  using TTrieNodes = std::span<const std::unique_ptr<TTrieNode>>;
 
-  int32_t LayOut(TDrafts drafts, bool endsRule);
-  int32_t AddNode(TLL1Node::TKind kind);
-  const TDraft* LayOutStep(TLL1Node& node, const TDraft& draft);
-  void LayOutReference(TLL1Node& node, const std::string& name);
+  int32_t AddNodes(TTrieNodes list, bool endsRule);
+  int32_t AddNode(TLL1NodeKind kind);
+  const TTrieNode* FillNode(TLL1Node& node, const TTrieNode& source);
+  void FillLiteral(TLL1Node& node, const TTrieNode*& last);
+  void FillNonterminal(TLL1Node& node, const std::string& name);
+  void FillTerminal(TLL1Node& node, const std::string& name);
+  int32_t NameIndex(const std::string& name);
   int32_t TerminalIndex(const std::string& name);
-  void FindImpureRules();
+  void MarkPureRules();
   bool ReachesHook(const TLL1Node& node) const;
-  std::vector<TStart> FindStarts() const;
-  void MakeChoices(const std::vector<TStart>& starts);
-  TStart StartOfStep(const TLL1Node& node) const;
-  TStart StartOfList(int32_t first, std::span<const TStart> nodes) const;
+  std::vector<TFirstSet> FindFirstSets() const;
+  TFirstSet FirstSetOfStep(const TLL1Node& node) const;
+  TFirstSet FirstSetOfList(int32_t first, std::span<const TFirstSet> nodes) const;
+  void MakeChoices(const std::vector<TFirstSet>& firstSets);
 
   TLL1Node& Node(int32_t index) { return FProgram.FNodes[static_cast<size_t>(index)]; }
 
   TLL1Program& FProgram;
   const TLL1Grammar& FGrammar;
-  const std::vector<std::string>& FHooks;
+  const TLL1Hooks& FHooks;
   const TTerminalSource& FTerminalSource;
-  std::vector<size_t> FNodeEnds;  // by rule: where its nodes end
+  std::vector<size_t> FNodeEnds;  // by rule: the index after its last node
 };
 
 void TLL1Program::TBuilder::Build() {
-  for (const TLL1Grammar::TRule& source : FGrammar.Rules()) {
-    TLL1ProgramRule& rule = FProgram.FRules.emplace_back();
-    rule.Name = source.Name;
-    rule.IsHooked = std::find(FHooks.begin(), FHooks.end(), source.Name) != FHooks.end();
-  }
+  FProgram.FRules.resize(FGrammar.Rules().size());
   for (size_t i = 0; i < FProgram.FRules.size(); ++i) {
-    TDraft root;
-    for (const auto& items : FGrammar.Rules()[i].Items) AddAlternative(root, items);
-    FProgram.FRules[i].Entry = LayOut(root.Children, root.EndsRule);
+    TTrieNode root;
+    for (const auto& steps : FGrammar.Rules()[i].Steps) AddAlternative(root, steps, !FHooks.IsEverything);
+    FProgram.FRules[i].Entry = AddNodes(root.Children, root.EndsRule);
     FNodeEnds.push_back(FProgram.FNodes.size());
   }
-  FindImpureRules();
-  MakeChoices(FindStarts());
+  MarkPureRules();
+  MakeChoices(FindFirstSets());
 }
 
-// Lays out the nodes of a list of siblings, and what is behind them. The first of them.
-int32_t TLL1Program::TBuilder::LayOut(TDrafts drafts, bool endsRule) {
-  if (drafts.empty()) return endsRule ? AddNode(TLL1Node::TKind::Done) : TLL1Node::kNone;
-  const int32_t index = AddNode(TLL1Node::TKind::Done);
+// Adds the nodes of a list of siblings and of all that follows them. Returns the first of the siblings. Nodes
+// come before their children and their further siblings.
+int32_t TLL1Program::TBuilder::AddNodes(TTrieNodes list, bool endsRule) {
+  if (list.empty()) return endsRule ? AddNode(TLL1NodeKind::Done) : TLL1Node::kNone;
+  const int32_t index = AddNode(TLL1NodeKind::Done);
   TLL1Node node;
-  const TDraft* last = LayOutStep(node, *drafts.front());
-  node.Child = LayOut(last->Children, last->EndsRule);
+  const TTrieNode* last = FillNode(node, *list.front());
+  node.Child = AddNodes(last->Children, last->EndsRule);
   node.CannotFail = last->EndsRule;
-  node.IsTail = node.Kind == TLL1Node::TKind::Rule && last->EndsRule && last->Children.empty();
-  node.Sibling = LayOut(drafts.subspan(1), endsRule);
+  node.IsTail = node.Kind == TLL1NodeKind::Rule && last->EndsRule && last->Children.empty();
+  node.Sibling = AddNodes(list.subspan(1), endsRule);
   Node(index) = node;
   return index;
 }
 
-int32_t TLL1Program::TBuilder::AddNode(TLL1Node::TKind kind) {
+int32_t TLL1Program::TBuilder::AddNode(TLL1NodeKind kind) {
   FProgram.FNodes.emplace_back().Kind = kind;
   return static_cast<int32_t>(FProgram.FNodes.size()) - 1;
 }
 
-// Fills `node` from the step, and from the steps behind it that go on with the same literal. The last of
+// Fills `node` from `source` and from the steps after it that continue the same literal. Returns the last of
 // these.
-const TDraft* TLL1Program::TBuilder::LayOutStep(TLL1Node& node, const TDraft& draft) {
-  switch (draft.Step.Kind) {
-    case TLL1Item::TKind::Literal: {
-      node.Kind = TLL1Node::TKind::Literal;
-      node.Argument = static_cast<int32_t>(FProgram.FLiterals.size());
-      const TDraft* last = &draft;
-      FProgram.FLiterals += last->Step.Text;
-      while (!last->EndsRule && last->Children.size() == 1 &&
-             last->Children.front()->Step.Kind == TLL1Item::TKind::Literal) {
-        last = last->Children.front().get();
-        FProgram.FLiterals += last->Step.Text;
-      }
-      node.Length = static_cast<int32_t>(FProgram.FLiterals.size()) - node.Argument;
-      return last;
-    }
-    case TLL1Item::TKind::WordEnd:
-      node.Kind = TLL1Node::TKind::WordEnd;
+const TTrieNode* TLL1Program::TBuilder::FillNode(TLL1Node& node, const TTrieNode& source) {
+  const TTrieNode* last = &source;
+  switch (source.Step.Kind) {
+    case TLL1StepKind::Literal:
+      FillLiteral(node, last);
       break;
-    case TLL1Item::TKind::Terminal:
-      node.Argument = TerminalIndex(draft.Step.Text);
-      node.Kind = FProgram.FTerminals[static_cast<size_t>(node.Argument)].IsSingle ? TLL1Node::TKind::One
-                                                                                   : TLL1Node::TKind::Run;
+    case TLL1StepKind::WordEnd:
+      node.Kind = TLL1NodeKind::WordEnd;
       break;
-    case TLL1Item::TKind::Nonterminal:
-      LayOutReference(node, draft.Step.Text);
+    case TLL1StepKind::Terminal:
+      FillTerminal(node, source.Step.Text);
+      break;
+    case TLL1StepKind::Nonterminal:
+      FillNonterminal(node, source.Step.Text);
       break;
   }
-  return &draft;
+  return last;
 }
 
-void TLL1Program::TBuilder::LayOutReference(TLL1Node& node, const std::string& name) {
-  node.Argument = FGrammar.Find(name);
-  node.Name = static_cast<int32_t>(FProgram.FNames.size());
-  FProgram.FNames.push_back(name);
-  if (node.Argument < 0) {
-    node.Kind = TLL1Node::TKind::UnknownRule;
-  } else {
-    node.Kind = FProgram.Rule(node.Argument).IsHooked ? TLL1Node::TKind::HookedRule : TLL1Node::TKind::Rule;
+void TLL1Program::TBuilder::FillLiteral(TLL1Node& node, const TTrieNode*& last) {
+  node.Kind = TLL1NodeKind::Literal;
+  node.Argument = static_cast<int32_t>(FProgram.FLiterals.size());
+  FProgram.FLiterals += last->Step.Text;
+  while (!last->EndsRule && last->Children.size() == 1 &&
+         last->Children.front()->Step.Kind == TLL1StepKind::Literal) {
+    last = last->Children.front().get();
+    FProgram.FLiterals += last->Step.Text;
   }
+  node.Length = static_cast<int32_t>(FProgram.FLiterals.size()) - node.Argument;
+}
+
+void TLL1Program::TBuilder::FillNonterminal(TLL1Node& node, const std::string& name) {
+  const std::vector<std::string>& names = FHooks.Names;
+  node.Argument = FGrammar.Find(name);
+  node.Name = NameIndex(name);
+  if (FHooks.IsEverything || std::find(names.begin(), names.end(), name) != names.end()) {
+    node.Kind = TLL1NodeKind::HookedRule;
+  } else {
+    node.Kind = node.Argument < 0 ? TLL1NodeKind::UnknownRule : TLL1NodeKind::Rule;
+  }
+}
+
+void TLL1Program::TBuilder::FillTerminal(TLL1Node& node, const std::string& name) {
+  if (FHooks.IsEverything) {
+    node.Kind = TLL1NodeKind::HookedTerminal;
+    node.Name = NameIndex(name);
+    return;
+  }
+  node.Argument = TerminalIndex(name);
+  const bool isSingle = FProgram.FTerminals[static_cast<size_t>(node.Argument)].IsSingle;
+  node.Kind = isSingle ? TLL1NodeKind::One : TLL1NodeKind::Run;
+}
+
+int32_t TLL1Program::TBuilder::NameIndex(const std::string& name) {
+  FProgram.FNames.push_back(name);
+  return static_cast<int32_t>(FProgram.FNames.size()) - 1;
 }
 
 int32_t TLL1Program::TBuilder::TerminalIndex(const std::string& name) {
-  std::vector<TTerminal>& terminals = FProgram.FTerminals;
+  std::vector<TTerminalTable>& terminals = FProgram.FTerminals;
   auto place = std::find_if(terminals.begin(), terminals.end(),
-                            [&](const TTerminal& terminal) { return terminal.Name == name; });
+                            [&](const TTerminalTable& terminal) { return terminal.Name == name; });
   if (place == terminals.end()) {
     TCharSet chars;
     bool single = false;
     FTerminalSource(name, chars, single);
-    place = terminals.insert(terminals.end(), TTerminal{name, single, {}});
+    place = terminals.insert(terminals.end(), TTerminalTable{name, single, {}});
     for (size_t i = 0; i < 256; ++i) place->Members[i] = chars[i] ? 1 : 0;
   }
   return static_cast<int32_t>(place - terminals.begin());
 }
 
 bool TLL1Program::TBuilder::ReachesHook(const TLL1Node& node) const {
-  return node.Kind == TLL1Node::TKind::HookedRule ||
-         (node.Kind == TLL1Node::TKind::Rule && !FProgram.Rule(node.Argument).IsPure);
+  return node.Kind == TLL1NodeKind::HookedRule || node.Kind == TLL1NodeKind::HookedTerminal ||
+         (node.Kind == TLL1NodeKind::Rule && !FProgram.Rule(node.Argument).IsPure);
 }
 
-void TLL1Program::TBuilder::FindImpureRules() {
+void TLL1Program::TBuilder::MarkPureRules() {
   for (bool changed = true; changed;) {
     changed = false;
     size_t node = 0;
@@ -201,74 +227,77 @@ void TLL1Program::TBuilder::FindImpureRules() {
     TLL1ProgramRule& rule = FProgram.FRules[i];
     for (; node < FNodeEnds[i]; ++node) {
       FProgram.FNodes[node].IsPure = rule.IsPure;
-      if (rule.IsPure && FProgram.FNodes[node].Kind == TLL1Node::TKind::Rule) rule.IsRemembered = true;
+      if (rule.IsPure && FProgram.FNodes[node].Kind == TLL1NodeKind::Rule) rule.IsRemembered = true;
     }
   }
 }
 
-// By node. Those of rule references are the least sets that hold what the rule can begin with and, where that
-// can be nothing, what comes behind it.
-std::vector<TStart> TLL1Program::TBuilder::FindStarts() const {
-  std::vector<TStart> nodes;
-  for (const TLL1Node& node : FProgram.FNodes) nodes.push_back(StartOfStep(node));
-  std::vector<TStart> rules(FProgram.FRules.size());
+// Returns the first sets by node. Those of rule references are the least sets that contain the first set of the
+// rule and, if the rule can match nothing, those of the nodes after the reference.
+std::vector<TFirstSet> TLL1Program::TBuilder::FindFirstSets() const {
+  std::vector<TFirstSet> nodes;
+  for (const TLL1Node& node : FProgram.FNodes) nodes.push_back(FirstSetOfStep(node));
+  std::vector<TFirstSet> rules(FProgram.FRules.size());
   for (bool changed = true; changed;) {
     changed = false;
-    for (size_t i = nodes.size(); i-- > 0;) {  // children stand behind their parents
+    for (size_t i = nodes.size(); i-- > 0;) {  // children before their parents
       const TLL1Node& node = FProgram.FNodes[i];
-      if (node.Kind != TLL1Node::TKind::Rule && node.Kind != TLL1Node::TKind::HookedRule) continue;
-      TStart start = rules[static_cast<size_t>(node.Argument)];
-      if (std::exchange(start.IsNullable, false)) start.Unite(StartOfList(node.Child, nodes));
-      if (nodes[i].Unite(start)) changed = true;
+      if (node.Kind != TLL1NodeKind::Rule) continue;
+      TFirstSet first = rules[static_cast<size_t>(node.Argument)];
+      if (std::exchange(first.IsNullable, false)) first.Add(FirstSetOfList(node.Child, nodes));
+      if (nodes[i].Add(first)) changed = true;
     }
     for (size_t i = 0; i < rules.size(); ++i) {
-      if (rules[i].Unite(StartOfList(FProgram.FRules[i].Entry, nodes))) changed = true;
+      if (rules[i].Add(FirstSetOfList(FProgram.FRules[i].Entry, nodes))) changed = true;
     }
   }
   return nodes;
 }
 
-// With what the step can begin as far as it tells by itself.
-TStart TLL1Program::TBuilder::StartOfStep(const TLL1Node& node) const {
-  const auto setWhere = [](auto condition) {
-    TStart start;
-    for (unsigned next = 0; next <= kEnd; ++next) start.Set[next] = condition(next);
-    return start;
-  };
+// Returns the first set of the node as far as it depends on nothing else.
+TFirstSet TLL1Program::TBuilder::FirstSetOfStep(const TLL1Node& node) const {
   switch (node.Kind) {
-    case TLL1Node::TKind::Literal: {
+    case TLL1NodeKind::Literal: {
       const auto first = static_cast<uint8_t>(*FProgram.Literal(node));
-      return setWhere(
+      return FirstSetWhere(
           [&](unsigned next) { return next != kEnd && FoldByte(static_cast<uint8_t>(next)) == first; });
     }
-    case TLL1Node::TKind::WordEnd:
-      return setWhere([&](unsigned next) { return next == kEnd || !WordCharacters()[next]; });
-    case TLL1Node::TKind::One:
-    case TLL1Node::TKind::Run:
-      return setWhere(
+    case TLL1NodeKind::WordEnd:
+      return FirstSetWhere([&](unsigned next) { return next == kEnd || !WordCharacters()[next]; });
+    case TLL1NodeKind::One:
+    case TLL1NodeKind::Run:
+      return FirstSetWhere(
           [&](unsigned next) { return next != kEnd && FProgram.Terminal(node.Argument)[next] != 0; });
-    case TLL1Node::TKind::UnknownRule: {
-      TStart start = setWhere([](unsigned) { return true; });  // so that it is reached, and noticed
-      start.IsNullable = true;
-      return start;
+    case TLL1NodeKind::HookedRule:
+    case TLL1NodeKind::HookedTerminal:
+    case TLL1NodeKind::UnknownRule: {
+      TFirstSet first = FirstSetWhere([](unsigned) { return true; });
+      first.IsNullable = true;
+      return first;
     }
-    case TLL1Node::TKind::Done:
+    case TLL1NodeKind::Done:
       return {{}, true};
-    case TLL1Node::TKind::Rule:
-    case TLL1Node::TKind::HookedRule:
+    case TLL1NodeKind::Rule:
       break;
   }
   return {};
 }
 
-void TLL1Program::TBuilder::MakeChoices(const std::vector<TStart>& starts) {
+TFirstSet TLL1Program::TBuilder::FirstSetOfList(int32_t first, std::span<const TFirstSet> nodes) const {
+  TFirstSet all;
+  for (int32_t i = first; i != TLL1Node::kNone; i = FProgram.Node(i).Sibling)
+    all.Add(nodes[static_cast<size_t>(i)]);
+  return all;
+}
+
+void TLL1Program::TBuilder::MakeChoices(const std::vector<TFirstSet>& firstSets) {
   const auto canStart = [&](size_t node, unsigned next) {
-    return starts[node].IsNullable || starts[node].Set[next];
+    return firstSets[node].IsNullable || firstSets[node].Set[next];
   };
-  // Each node in turn parts the classes that it tells apart.
+  // Splits each byte class by whether the node's first set contains it, node by node.
   std::array<uint16_t, kEnd + 1>& classes = FProgram.FClasses;
   size_t count = 1;
-  for (size_t i = 0; i < starts.size(); ++i) {
+  for (size_t i = 0; i < firstSets.size(); ++i) {
     std::vector<int> numbers(2 * count, -1);
     count = 0;
     for (unsigned next = 0; next <= kEnd; ++next) {
@@ -278,10 +307,10 @@ void TLL1Program::TBuilder::MakeChoices(const std::vector<TStart>& starts) {
     }
   }
   FProgram.FClassCount = count;
-  FProgram.FChoices.resize(starts.size() * count);
+  FProgram.FChoices.resize(firstSets.size() * count);
   std::vector<unsigned> examples(count);
   for (unsigned next = 0; next <= kEnd; ++next) examples[classes[next]] = next;
-  for (size_t i = starts.size(); i-- > 0;) {  // siblings stand behind each other
+  for (size_t i = firstSets.size(); i-- > 0;) {  // further siblings before their predecessors
     for (size_t k = 0; k < count; ++k) {
       const int32_t sibling = FProgram.FNodes[i].Sibling;
       FProgram.FChoices[i * count + k] = canStart(i, examples[k])
@@ -291,14 +320,7 @@ void TLL1Program::TBuilder::MakeChoices(const std::vector<TStart>& starts) {
   }
 }
 
-TStart TLL1Program::TBuilder::StartOfList(int32_t first, std::span<const TStart> nodes) const {
-  TStart start;
-  for (int32_t i = first; i != TLL1Node::kNone; i = FProgram.Node(i).Sibling)
-    start.Unite(nodes[static_cast<size_t>(i)]);
-  return start;
-}
-
-TLL1Program::TLL1Program(const TLL1Grammar& grammar, const std::vector<std::string>& hooks,
+TLL1Program::TLL1Program(const TLL1Grammar& grammar, const TLL1Hooks& hooks,
                          const TTerminalSource& terminals) {
   TBuilder(*this, grammar, hooks, terminals).Build();
 }

@@ -1,12 +1,17 @@
-// A compiled grammar in the form in which the machine runs it (MigWizard/LL1Machine.h).
+// A compiled grammar in the form in which the machine runs it (MigWizard/engine/LL1Machine.h).
 //
-// Each rule becomes a tree of nodes. Alternatives that follow one another and begin with the same steps share
-// these steps: what matched once is not read again for the next alternative, which starts behind it. Ordered
-// choice gives the same outcome either way, since a step that starts from the same state ends in the same
-// state.
+// Each rule becomes a tree of nodes, and each hook of the client becomes a node that calls the client. There are
+// two ways to build the trees:
 //
-// From the bytes with which each node and what is behind it can begin, a table is made that tells which of a
-// list of nodes is the first worth trying. So alternatives that cannot match are passed over in one step.
+//  - For a client that names its hooks, neighbouring alternatives share their common beginning. What has matched
+//    once is not read again for the next alternative, which starts after it. The outcome is that of ordered
+//    choice, because a step that starts in the same state ends in the same state.
+//  - For a client that names none, every reference is a hook and nothing is shared, so the client sees each
+//    attempt at each alternative.
+//
+// Each node has a first set: the bytes with which it, or what follows it if it can match nothing, can begin. A
+// table made from these sets gives the first of a list of nodes that is worth trying at a byte, so alternatives
+// that cannot match are skipped in one step. A hook may match anything, wherever it likes; its first set is full.
 #pragma once
 
 #include <array>
@@ -21,24 +26,26 @@
 
 namespace mig {
 
+enum class TLL1NodeKind : uint8_t {
+  Literal,         // Length bytes of the literals from Argument on, against the lower-cased text
+  WordEnd,         // no word character here
+  One,             // one byte of the terminal Argument
+  Run,             // the longest run of bytes of the terminal Argument, at least one
+  Rule,            // the rule Argument, run by the machine
+  HookedRule,      // the nonterminal Name, by a call of the client; Argument is its rule, or kNone
+  HookedTerminal,  // the terminal Name, by a call of the client
+  UnknownRule,     // the nonterminal Name, which has no rule: an error as soon as it is reached
+  Done,            // the rule has matched
+};
+
 struct TLL1Node {
-  enum class TKind : uint8_t {
-    Literal,      // Length bytes of the literals from Argument on, against the lower-cased text
-    WordEnd,      // no word character here
-    One,          // one byte of the terminal Argument
-    Run,          // as many bytes of the terminal Argument as there are, at least one
-    Rule,         // the rule Argument, run by the machine
-    HookedRule,   // the rule Argument, by way of the client
-    UnknownRule,  // an error as soon as it is reached
-    Done,         // the rule has matched
-  };
   int32_t Argument = 0;
   int32_t Length = 0;
-  int32_t Name = 0;         // of a reference: where its name stands
-  int32_t Child = kNone;    // the first of the nodes to try behind this one
-  int32_t Sibling = kNone;  // what to try in its place
-  TKind Kind = TKind::Done;
-  bool IsTail = false;      // behind this rule reference the rule is done
+  int32_t Name = 0;         // of a reference: the index of its name
+  int32_t Child = kNone;    // the first of the nodes to try after this one
+  int32_t Sibling = kNone;  // the next one to try in its place
+  TLL1NodeKind Kind = TLL1NodeKind::Done;
+  bool IsTail = false;      // a rule reference after which the rule is done
   bool CannotFail = false;  // once this node has matched, its rule is certain to match
   bool IsPure = true;       // its rule is pure
 
@@ -46,43 +53,47 @@ struct TLL1Node {
 };
 
 struct TLL1ProgramRule {
-  std::string Name;
   int32_t Entry = TLL1Node::kNone;  // the first node to try
-  bool IsHooked = false;
-  bool IsPure = true;  // nothing that it reaches is hooked: reading it leaves no trace but the position
-  bool IsRemembered = false;  // pure, and costly enough that its results are worth keeping
+  bool IsPure = true;               // it reaches no hook: reading it changes the position and nothing else
+  bool IsRemembered = false;        // pure, and costly enough for the memo
+};
+
+// What a client sees of a parse.
+struct TLL1Hooks {
+  bool IsEverything = true;        // every nonterminal and every terminal
+  std::vector<std::string> Names;  // otherwise: these nonterminals, with their brackets and in lower case
 };
 
 class TLL1Program {
  public:
-  // Gives the characters of a terminal and whether it is one of them or a run.
+  // Gives the characters of a terminal, and whether it is one of them or a run.
   using TTerminalSource = std::function<void(std::string_view name, TCharSet& chars, bool& single)>;
 
-  // `grammar` has been prepared. `hooks` are the names of the nonterminals that the client wants to see.
-  TLL1Program(const TLL1Grammar& grammar, const std::vector<std::string>& hooks,
-              const TTerminalSource& terminals);
+  // Compiles `grammar`, which must be prepared and may be destroyed after that. Asks `terminals` once for each
+  // terminal that is no hook.
+  TLL1Program(const TLL1Grammar& grammar, const TLL1Hooks& hooks, const TTerminalSource& terminals);
 
-  static constexpr unsigned kEnd = 256;  // stands for the end of the text, where a byte value is asked for
+  static constexpr unsigned kEnd = 256;  // the end of the text, where a byte value is expected
 
-  // Rules in the order of the grammar's.
+  // Rules have the indices that they have in the grammar.
   const TLL1ProgramRule& Rule(int32_t index) const { return FRules[static_cast<size_t>(index)]; }
   const TLL1Node& Node(int32_t index) const { return FNodes[static_cast<size_t>(index)]; }
-  // The first of the node `first` and its further siblings that can match where the byte value `next` comes
-  // next, or kNone. Of a node that is no rule reference that byte is then certain to fit.
+  // Returns the first of the node `first` and its further siblings that can match before the byte value `next`,
+  // or kNone. For a literal, WordEnd, One or Run that byte is then certain to fit.
   int32_t FirstThatCanStart(int32_t first, unsigned next) const {
     if (first == TLL1Node::kNone) return first;
     return FChoices[static_cast<size_t>(first) * FClassCount + FClasses[next]];
   }
   const char* Literal(const TLL1Node& node) const { return FLiterals.data() + node.Argument; }
-  // By byte value, 1 for a member.
+  // Returns 256 flags indexed by byte value, 1 for a member.
   const uint8_t* Terminal(int32_t index) const { return FTerminals[static_cast<size_t>(index)].Members; }
-  // The name of a rule reference as the alternative spells it.
+  // Returns the name of a reference, with its brackets.
   const std::string& ReferenceName(const TLL1Node& node) const {
     return FNames[static_cast<size_t>(node.Name)];
   }
 
  private:
-  struct TTerminal {
+  struct TTerminalTable {
     std::string Name;
     bool IsSingle;
     uint8_t Members[256];
@@ -91,16 +102,16 @@ class TLL1Program {
 
   std::vector<TLL1ProgramRule> FRules;
   std::vector<TLL1Node> FNodes;
-  // Byte values that no node tells apart are one class.
-  std::array<uint16_t, kEnd + 1> FClasses{};
+  std::array<uint16_t, kEnd + 1>
+      FClasses{};  // by byte value; values that no first set separates share a class
   size_t FClassCount = 0;
   std::vector<int32_t> FChoices;  // by node, then by class
   std::string FLiterals;
-  std::vector<TTerminal> FTerminals;
+  std::vector<TTerminalTable> FTerminals;
   std::vector<std::string> FNames;
 };
 
-// A letter of the text as literals see it: A to Z in lower case, every other byte as it is.
+// Returns a byte of the text as literals see it: A to Z in lower case, every other byte unchanged.
 inline constexpr uint8_t FoldByte(uint8_t byte) {
   return byte >= 'A' && byte <= 'Z' ? static_cast<uint8_t>(byte - 'A' + 'a') : byte;
 }

@@ -1,4 +1,4 @@
-// What a parse knows besides its text, and the copies of it that backtracking goes back to.
+// The state of a parse besides its text, and the stack of copies that backtracking restores it from.
 #pragma once
 
 #include <cstddef>
@@ -11,9 +11,9 @@ namespace mig {
 
 class TLL1Parser;
 
-// The position of a parse. A client derives from it and adds every piece of data that a failed alternative
-// must take back. Data that lives elsewhere, in lists of the parser, is undone through a count in the state:
-// an Assign that finds the list longer than the count that it has just copied cuts the list.
+// The position of a parse. A client derives from it and adds every piece of data that a failed alternative must
+// take back. Data in lists of the parser is taken back through a count in the state: an Assign that finds a list
+// longer than the count that it has just copied shortens the list.
 class TParseState {
  public:
   explicit TParseState(TLL1Parser& owner) : FOwner(owner) {}
@@ -21,11 +21,12 @@ class TParseState {
   TParseState(const TParseState&) = delete;
   TParseState& operator=(const TParseState&) = delete;
 
-  // Copies all but the owner. The engine copies in both directions: the live state into a copy, and back. An
-  // override calls the inherited operation first. Raises EInvalidCast for a source of a class that has not
-  // its fields.
+  // Copies everything but the owner. The engine saves the live state by assigning it to a copy, and restores it
+  // by assigning the copy to it. An override calls the inherited operation first, and raises rtl::EInvalidCast
+  // for a source of a class that lacks its fields.
   virtual void Assign(const TParseState& source) { Pos = source.Pos; }
 
+  // The parser that the state was made for.
   TLL1Parser& Owner() const { return FOwner; }
 
   int32_t Pos = 1;  // of the next character to read, counted from 1
@@ -34,8 +35,7 @@ class TParseState {
   TLL1Parser& FOwner;
 };
 
-// A class of states, as a parser takes it: what makes an object of that class for a parser that may still be
-// under construction.
+// A class of states: makes a state for a parser that may still be under construction.
 using TParseStateClass = std::function<std::unique_ptr<TParseState>(TLL1Parser& owner)>;
 
 template <class TState>
@@ -43,20 +43,20 @@ TParseStateClass ParseStateClass() {
   return [](TLL1Parser& owner) { return std::make_unique<TState>(owner); };
 }
 
-// Copies of a state, the last one made on top. The objects are used again, so that a copy allocates nothing
-// once the stack has been as high before.
+// A stack of copies of a state. The objects are reused, so a push allocates only when the stack grows beyond its
+// greatest height so far.
 class TStateStack {
  public:
   using TMaker = std::function<std::unique_ptr<TParseState>()>;
 
   explicit TStateStack(TMaker maker) : FMaker(std::move(maker)) {}
 
-  // Copies `state` onto the top. The number of the copy; copies count from 0 at the bottom.
+  // Pushes a copy of `state` and returns its index; the bottom has index 0.
   int32_t Push(const TParseState& state);
   const TParseState& operator[](int32_t copy) const { return *FCopies[static_cast<size_t>(copy)]; }
-  // Drops that copy and all above it.
-  void CutTo(int32_t copy) { FCount = copy; }
-  // Drops all copies, and gives memory back that only an unusual parse has needed.
+  // Pops the copy of that index and all above it.
+  void PopTo(int32_t copy) { FCount = copy; }
+  // Pops all copies, and frees the memory that only an unusual parse has needed.
   void Clear();
 
  private:
