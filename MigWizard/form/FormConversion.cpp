@@ -47,6 +47,7 @@ void TFormParser::ConvertProperty(std::string_view propName, std::string_view pr
 
 void TFormParser::ApplyRule(const TPropertyRule& rule, std::string_view propName,
                             std::string_view propValue) {
+  FAppliedRule = &rule;
   switch (rule.Effect) {
     case TPropertyEffect::Drop:
       break;

@@ -55,6 +55,11 @@ void TFormParseState::Assign(const TParseState& source) {
   auto& parser = static_cast<TFormParser&>(Owner());
   while (parser.FProperties.size() > static_cast<size_t>(PropCount)) parser.FProperties.pop_back();
   while (parser.FNestedObjects.Count() > static_cast<size_t>(NestedCount)) parser.FNestedObjects.DeleteLast();
+  // A property that ends after the position is going to be read again.
+  const auto end = [&parser](const TSourceProperty& read) {
+    return read.Value.data() + read.Value.size() - parser.Text().data();
+  };
+  while (!parser.FSources.empty() && end(parser.FSources.back()) > Pos - 1) parser.FSources.pop_back();
 }
 
 void TFormParseState::Reset() {
@@ -97,11 +102,19 @@ bool TFormParser::ParseNonterminal(std::string_view name) {
   if (marked != nullptr) {
     if (marked->IsForAnyDepth || state.Depth == 0) state.*marked->Field = token;
   } else if (!state.PropName.empty()) {
-    if (state.Depth == 0) ConvertProperty(state.PropName, token);
+    if (state.Depth == 0) ConvertKeepingSource(state.PropName, token);
     state.PropName = {};
   }
   state.TokenStart = 0;
   return true;
+}
+
+void TFormParser::ConvertKeepingSource(std::string_view propName, std::string_view propValue) {
+  if (!FKeepsSources) return ConvertProperty(propName, propValue);
+  FAppliedRule = nullptr;
+  const size_t countBefore = FProperties.size();
+  ConvertProperty(propName, propValue);
+  FSources.push_back({propName, propValue, FProperties.size() - countBefore, FAppliedRule});
 }
 
 bool TFormParser::ParseNestedObject(std::string_view name) {
@@ -145,6 +158,7 @@ void TFormParser::AfterParse(bool& success) {
 void TFormParser::ClearResults() {
   LiveState().Reset();
   FProperties.clear();
+  FSources.clear();
   FNestedObjects.Clear();
 }
 

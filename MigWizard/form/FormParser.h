@@ -73,6 +73,11 @@ class TFormParser : public TLL1Parser {
   // the right, in Properties too. After a Parse that was False, the text is empty.
   virtual void PrintObject(int level, std::string& text);
 
+  // Makes each parse keep the properties of the source from now on. They are not kept unless asked for.
+  void KeepSources() { FKeepsSources = true; }
+  // The source's own properties of the object, in their order.
+  const std::vector<TSourceProperty>& Sources() const { return FSources; }
+
   const std::vector<TFormProperty>& Properties() const { return FProperties; }
   const std::vector<std::string_view>& NestedObjects() const { return FNestedObjects.Texts(); }
   // Where the last Parse tried to read a nested object and found none, counted from 1: to parse `<object>`
@@ -104,11 +109,15 @@ class TFormParser : public TLL1Parser {
   void ConvertReference(std::string_view newName, std::string_view propName, std::string_view propValue);
   void ConvertLogin(const TPropertyRule& rule, std::string_view propValue);
   bool IsPublished(std::string_view propName);
+  void ConvertKeepingSource(std::string_view propName, std::string_view propValue);
 
   TNestedObjects FNestedObjects;
   std::vector<int32_t> FFailedObjects;
   std::string FNewType;
   std::vector<TFormProperty> FProperties;
+  std::vector<TSourceProperty> FSources;
+  const TPropertyRule* FAppliedRule = nullptr;  // for the property under way
+  bool FKeepsSources = false;
   const rtl::TClassInfo* FNewClass = nullptr;  // that of FNewType, once it has been looked up
   bool FIsClassKnown = false;
 };

@@ -42,6 +42,15 @@ class TFormProperty {
   size_t FIndent = 0;  // blanks in front of all lines but the first
 };
 
+struct TPropertyRule;
+
+// A property of the source, and what was made of it. Views of the parsed text.
+struct TSourceProperty {
+  std::string_view Name, Value;
+  size_t EntryCount = 0;                // how many properties of the output it gave
+  const TPropertyRule* Rule = nullptr;  // the rule that was applied, or null
+};
+
 // The texts of nested objects in the order of their appearance, each once, ignoring the case of letters.
 class TNestedObjects {
  public:

@@ -62,8 +62,12 @@ bool TLoginParameters::ReadEntries(std::string_view list) {
     const size_t end = StringEnd(list, place);
     if (end == std::string_view::npos) return false;
     const size_t firstEnd = PieceEnd(list, place);
-    if (list[place] == '\'')
-      AddEntry(Inner(list.substr(place, firstEnd - place)), list.substr(firstEnd, end - firstEnd));
+    const std::string_view text = list.substr(place, end - place);
+    if (list[place] == '\'') {
+      AddEntry(text, Inner(list.substr(place, firstEnd - place)), list.substr(firstEnd, end - firstEnd));
+    } else {
+      FEntries.push_back({text, {}, {}, {}});
+    }
     place = SkipBlanks(list, end);
   }
   return true;
@@ -72,15 +76,19 @@ bool TLoginParameters::ReadEntries(std::string_view list) {
 void TLoginParameters::ReadLines(std::string_view lines) {
   while (!lines.empty()) {
     const size_t end = std::min(lines.find_first_of("\r\n"), lines.size());
-    AddEntry(Inner(rtl::Trim(lines.substr(0, end))), {});
+    const std::string_view line = lines.substr(0, end);
+    if (!rtl::Trim(line).empty()) AddEntry(line, Inner(rtl::Trim(line)), {});
     lines.remove_prefix(std::min(end + 1, lines.size()));
   }
 }
 
-void TLoginParameters::AddEntry(std::string_view content, std::string_view pieces) {
+void TLoginParameters::AddEntry(std::string_view text, std::string_view content, std::string_view pieces) {
   const size_t divider = content.find('=');
-  if (divider == std::string_view::npos) return;
-  FEntries.push_back({content.substr(0, divider), content.substr(divider + 1), pieces});
+  if (divider == std::string_view::npos) {
+    FEntries.push_back({text, {}, {}, {}});
+  } else {
+    FEntries.push_back({text, content.substr(0, divider), content.substr(divider + 1), pieces});
+  }
 }
 
 std::string TLoginParameters::Value(std::string_view name) const {

@@ -25,15 +25,19 @@ class TLoginParameters {
   // such entry, or nothing behind its "=".
   std::string Value(std::string_view name) const;
 
- private:
   struct TEntry {
-    std::string_view Name;
+    std::string_view Text;    // the whole entry, with its quotes; or its line
+    std::string_view Name;    // empty if it has none
     std::string_view Rest;    // behind the "=", within the first piece
     std::string_view Pieces;  // all that follows this piece
   };
+  // All entries, in the order of the text.
+  const std::vector<TEntry>& Entries() const { return FEntries; }
+
+ private:
   bool ReadEntries(std::string_view list);
   void ReadLines(std::string_view lines);
-  void AddEntry(std::string_view content, std::string_view pieces);
+  void AddEntry(std::string_view text, std::string_view content, std::string_view pieces);
 
   std::vector<TEntry> FEntries;
 };

@@ -29,4 +29,19 @@ const std::string* TClassMap::Find(std::string_view oldClass) const {
   return &FNewClasses[static_cast<int>(FClassIndex.Objects(index))];
 }
 
+bool TClassMap::IsNewClass(std::string_view name) const {
+  for (int i = 0; i < FNewClasses.Count(); ++i)
+    if (rtl::SameText(FNewClasses[i], name)) return true;
+  return false;
+}
+
+std::vector<std::string> TClassMap::OldClassesOf(std::string_view newClass) const {
+  std::vector<std::string> classes;
+  for (int i = 0; i < FClassIndex.Count(); ++i) {
+    if (rtl::SameText(FNewClasses[static_cast<int>(FClassIndex.Objects(i))], newClass))
+      classes.emplace_back(FClassIndex[i]);
+  }
+  return classes;
+}
+
 }  // namespace mig

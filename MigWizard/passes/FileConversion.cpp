@@ -5,9 +5,8 @@
 #include <utility>
 
 #include "MigWizard/passes/ComponentNames.h"
-#include "MigWizard/passes/FormFile.h"
-#include "MigWizard/passes/FormPass.h"
-#include "MigWizard/passes/TextFile.h"
+#include "MigWizard/passes/FormFindings.h"
+#include "MigWizard/passes/UnitFindings.h"
 #include "MigWizard/passes/UnitNames.h"
 #include "rtl/text/Streams.h"
 #include "win/paths/CodePage.h"
@@ -23,6 +22,30 @@ std::string FileBytes(rtl::TMemoryStream& output, const TFormFile& form, size_t 
   file.Reserve(sizeBefore + sizeBefore / 8);
   WriteFormFile(file, output.TakeBytes(), form);
   return file.TakeBytes();
+}
+
+std::string_view EncodingName(const qrl::TEncoding& encoding) {
+  if (encoding == qrl::TEncoding::Default()) return "source code page";
+  return encoding == qrl::TEncoding::UTF8() ? "UTF-8" : "UTF-16";
+}
+
+// What happens to a changed text file as a whole. Both findings are at its beginning.
+void AddTextFindings(std::string_view text, const qrl::TEncoding& encoding, const TTextPlaces& places,
+                     bool writesLines, std::vector<TFinding>& findings) {
+  const auto add = [&findings](TRuleId rule) -> TFinding& {
+    TFinding finding;
+    finding.Rule = rule;
+    finding.Level = RuleOf(rule).Level;
+    return *findings.insert(findings.begin(), std::move(finding));
+  };
+  if (writesLines && places.OtherLineEnds() > 0)
+    add(TRuleId::MixedLineEnds).Value = std::to_string(places.OtherLineEnds());
+  if (encoding == qrl::TEncoding::UTF8()) {
+    const bool isAscii =
+        std::all_of(text.begin(), text.end(), [](char c) { return static_cast<uint8_t>(c) < 0x80; });
+    TFinding& finding = add(TRuleId::LostMark);
+    if (isAscii) finding.Level = TLevel::Note;
+  }
 }
 
 }  // namespace
@@ -55,6 +78,11 @@ TFileConversion TFileConverter::Convert(const std::string& fileName, std::string
   return result;
 }
 
+void TFileConverter::CollectFindings(const TOldNames& names) {
+  FOldNames = &names;
+  FFormParser->KeepSources();
+}
+
 // Returns the reference in the encoding of the form, or an empty string if there is none. The parser may ask
 // several times for one property.
 std::string TFileConverter::DatabaseReference(std::string_view alias) {
@@ -64,6 +92,7 @@ std::string TFileConverter::DatabaseReference(std::string_view alias) {
   std::string shown = win::IsValidUtf8(name) ? name : win::SourceToUtf8(name);
   if (std::find(FUnwritableNames.begin(), FUnwritableNames.end(), shown) == FUnwritableNames.end())
     FUnwritableNames.push_back(std::move(shown));
+  FUnwritableAliases.emplace_back(alias);
   return {};
 }
 
@@ -76,33 +105,64 @@ bool TFileConverter::MayMatter(std::string_view unitText) const {
 void TFileConverter::ConvertUnitFile(const std::string& fileName, std::string bytes,
                                      TFileConversion& result) const {
   const TTextFile unit = DecodeTextFile(std::move(bytes));
-  if (!MayMatter(unit.Text)) return;
+  if (FOldNames == nullptr && !MayMatter(unit.Text)) return;
   const TUnitResult converted = ConvertUnit(unit.Text, *unit.Encoding, FUnitRules);
   result.Changes = converted.Changes;
+  std::vector<std::string_view> directives;
   for (const std::string_view directive : converted.ResourceDirectives) {
     std::string form = FormFileOfDirective(directive, fileName, *unit.Encoding);
-    if (!form.empty()) result.FormFiles.push_back(std::move(form));
+    if (form.empty()) continue;
+    result.FormFiles.push_back(std::move(form));
+    directives.push_back(directive);
   }
-  if (converted.Edits.Empty()) return;
-  result.IsChanged = true;
+  result.IsChanged = !converted.Edits.Empty();
+  if (FOldNames != nullptr) FindInUnitFile(unit, converted, directives, result);
+  if (!result.IsChanged) return;
   result.Mark = unit.Encoding->WrittenMark();
   result.Bytes = converted.Edits.Apply(unit.Text);
   if (!unit.Encoding->IsIdentity()) result.Bytes = unit.Encoding->GetBytes(result.Bytes);
 }
 
+void TFileConverter::FindInUnitFile(const TTextFile& unit, const TUnitResult& converted,
+                                    const std::vector<std::string_view>& directives,
+                                    TFileConversion& result) const {
+  const TTextPlaces places(unit.Text, *unit.Encoding);
+  TUnitFindings found = FindInUnit({unit.Text, *unit.Encoding, FUnitRules, converted, *FOldNames}, places);
+  const std::vector<TTextEdits::TEdit>& edits = converted.Edits.Edits();
+  const bool writesLines = std::any_of(edits.begin(), edits.end(), [](const TTextEdits::TEdit& edit) {
+    return edit.Replacement.find('\n') != std::string::npos;
+  });
+  if (result.IsChanged) AddTextFindings(unit.Text, *unit.Encoding, places, writesLines, found.Findings);
+  PlaceFindings(found.Findings, places, *unit.Encoding);
+  ConvertNames(found.Outline, *unit.Encoding);
+  auto findings = std::make_shared<TFileFindings>();
+  findings->Findings = std::move(found.Findings);
+  findings->Outline = std::move(found.Outline);
+  for (const std::string_view directive : directives)
+    findings->FormPlaces.push_back(places.At(static_cast<size_t>(directive.data() - unit.Text.data())));
+  findings->Encoding = EncodingName(*unit.Encoding);
+  result.Findings = std::move(findings);
+}
+
 void TFileConverter::ConvertFormFile(std::string bytes, TFileConversion& result) {
   const size_t size = bytes.size();
+  const std::string original = FOldNames != nullptr && IsBinaryForm(bytes) ? bytes : std::string();
   TFormFile form = DecodeFormFile(std::move(bytes));
   result.TrailingBytes = form.RCData.TrailingBytes;
   const std::string_view text = std::string_view(form.Text).substr(0, form.Text.find('\0'));
-  if (!FClasses.OldClasses().FindAny(text)) return;
+  const bool mayChange = FClasses.OldClasses().FindAny(text);
+  if (!mayChange && (FOldNames == nullptr || !FOldNames->Classes().FindAny(text))) return;
   FFormEncoding = form.Encoding;
   FUnwritableNames.clear();
+  FUnwritableAliases.clear();
   rtl::TMemoryStream output;
-  result.Changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output);
+  std::vector<TObjectAccount> accounts;
+  result.Changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output,
+                               FOldNames != nullptr ? &accounts : nullptr);
   result.UnwritableNames = std::move(FUnwritableNames);
-  if (result.Changes == 0) return;
-  result.IsChanged = true;
+  result.IsChanged = result.Changes > 0;
+  if (FOldNames != nullptr) FindInFormFile(text, form, original, accounts, result);
+  if (!result.IsChanged) return;
   result.EndsAtNul = text.size() < form.Text.size();
   std::string().swap(form.Text);  // gives its memory back, as an assignment would not
   try {
@@ -111,6 +171,33 @@ void TFileConverter::ConvertFormFile(std::string bytes, TFileConversion& result)
   } catch (...) {
     result.WriteFailure = std::current_exception();
   }
+}
+
+// `original` is the file, if it is a binary one.
+void TFileConverter::FindInFormFile(std::string_view text, const TFormFile& form, std::string_view original,
+                                    const std::vector<TObjectAccount>& accounts, TFileConversion& result) {
+  const auto isUnwritable = [this](std::string_view alias) {
+    return std::find(FUnwritableAliases.begin(), FUnwritableAliases.end(), alias) != FUnwritableAliases.end();
+  };
+  auto findings = std::make_shared<TFileFindings>();
+  findings->Findings =
+      FindInForm({text, *form.Encoding, FClasses, *FOldNames, accounts, isUnwritable}, *FFormParser);
+  findings->Converted = CountConverted(accounts);
+  findings->MappedObjects = accounts.size();
+  for (const TFinding& finding : findings->Findings) {
+    const bool isOther = finding.Rule == TRuleId::InheritedObject || finding.Rule == TRuleId::NestedObject;
+    findings->MappedObjects += isOther ? 1 : 0;
+  }
+  findings->IsBinary = form.IsBinary;
+  findings->Encoding = EncodingName(*form.Encoding);
+  if (form.IsBinary) {
+    if (!findings->Findings.empty()) PlaceInPrintedForm(findings->Findings, text, original);
+  } else {
+    const TTextPlaces places(text, *form.Encoding);
+    if (result.IsChanged) AddTextFindings(text, *form.Encoding, places, true, findings->Findings);
+    PlaceFindings(findings->Findings, places, *form.Encoding);
+  }
+  result.Findings = std::move(findings);
 }
 
 }  // namespace mig

@@ -1,5 +1,5 @@
-// What a run makes of one file: from its bytes to the bytes of the changed file, in memory and nowhere else.
-// The run driver reads and writes the files, and has this done ahead of itself (MigWizard/FilesAhead.h).
+// The conversion of one file, from its bytes to the bytes of the changed file. It happens in memory; the run reads
+// and writes the files, and converts them ahead of its walk (MigWizard/run/FilesAhead.h).
 #pragma once
 
 #include <cstddef>
@@ -12,57 +12,73 @@
 
 #include "MigWizard/form/FormParser.h"
 #include "MigWizard/passes/ClassMap.h"
+#include "MigWizard/passes/FileFindings.h"
+#include "MigWizard/passes/FormFile.h"
+#include "MigWizard/passes/FormPass.h"
+#include "MigWizard/passes/OldNames.h"
+#include "MigWizard/passes/TextFile.h"
 #include "MigWizard/passes/UnitPass.h"
 #include "MigWizard/passes/WordSearch.h"
 #include "qrl/Encoding.h"
 
 namespace mig {
 
-// What happened to a file, in the order in which the driver tells of it.
+// What happened to a file, in the order in which the run reports it.
 struct TFileConversion {
-  size_t TrailingBytes = 0;    // of a binary form: they stand behind its data and are no part of it
+  size_t TrailingBytes = 0;    // of a binary form: bytes after its data, which are not part of it
   std::exception_ptr Failure;  // why the file could not be read or converted; nothing below is set then
   int Changes = 0;
   std::vector<std::string> FormFiles;  // of a unit: full names from its resource directives, in their order
-  bool IsChanged = false;              // what follows is to be written
-  bool EndsAtNul = false;              // of a form: what stands behind a NUL character is no part of it
+  bool IsChanged = false;              // the file below is to be written
+  bool EndsAtNul = false;              // of a form: the text after a NUL character is not part of it
   // Of a form: connections that it would refer to if its encoding had their names. UTF-8, each once.
   std::vector<std::string> UnwritableNames;
+  std::shared_ptr<const TFileFindings>
+      Findings;                     // null if they are not collected, or there is nothing to find
   std::exception_ptr WriteFailure;  // why a changed form cannot be made a binary one again
   std::string_view Mark;            // the first bytes of the changed file
-  std::string Bytes;                // and those behind them
+  std::string Bytes;                // and the rest
 };
 
 // Converts files, one at a time.
 class TFileConverter {
  public:
-  // `newUnits` goes behind the unit `oldUnit` (in upper case) of a uses clause. Both must live as long, and
-  // so must `classes`; the map must be complete when the first file comes.
+  // Inserts `newUnits` after the unit `oldUnit`, which is in upper case, in uses clauses. Both and `classes` must
+  // outlive the converter; the map must be complete before the first file.
   TFileConverter(const TClassMap& classes, std::string_view oldUnit, std::string_view newUnits,
                  std::unique_ptr<TFormParser> formParser);
 
-  // `fileName` is the full Windows path of the file whose bytes these are; its extension tells what they are.
-  // Raises nothing.
+  // Collects findings from now on. `names` must outlive the converter.
+  void CollectFindings(const TOldNames& names);
+
+  // Converts the file with these bytes. The extension of `fileName`, a full Windows path, decides what it is. Raises
+  // nothing.
   [[nodiscard]] TFileConversion Convert(const std::string& fileName, std::string bytes);
 
-  // The text that stands in a unit's source in place of a class name; unset: the new class.
+  // Returns the text that replaces a class name in a unit's source. Unset: the new class.
   std::function<std::string(std::string_view oldClass, std::string_view newClass)> OnGetReplacement;
-  // Gives the reference that takes the place of a form's database alias, as a name of the run
-  // (ComponentNames.h); empty for none. `alias` is working text in `encoding`.
+  // Returns the reference that replaces a form's database alias, as a name of the run (ComponentNames.h), or an
+  // empty string. `alias` is working text in `encoding`.
   std::function<std::string(std::string_view alias, const qrl::TEncoding& encoding)> OnGetDatabase;
 
  private:
   bool MayMatter(std::string_view unitText) const;
   void ConvertUnitFile(const std::string& fileName, std::string bytes, TFileConversion& result) const;
+  void FindInUnitFile(const TTextFile& unit, const TUnitResult& converted,
+                      const std::vector<std::string_view>& directives, TFileConversion& result) const;
   void ConvertFormFile(std::string bytes, TFileConversion& result);
+  void FindInFormFile(std::string_view text, const TFormFile& form, std::string_view original,
+                      const std::vector<TObjectAccount>& accounts, TFileConversion& result);
   std::string DatabaseReference(std::string_view alias);
 
   const TUnitRules FUnitRules;
   const TClassMap& FClasses;
   TWordSearch FOldUnit;
   std::unique_ptr<TFormParser> FFormParser;
+  const TOldNames* FOldNames = nullptr;                              // null: no findings are collected
   const qrl::TEncoding* FFormEncoding = &qrl::TEncoding::Default();  // of the form being converted
   std::vector<std::string> FUnwritableNames;                         // in that form
+  std::vector<std::string> FUnwritableAliases;                       // their aliases, as spelled there
 };
 
 }  // namespace mig

@@ -13,12 +13,13 @@ namespace {
 class TFormPass {
  public:
   TFormPass(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
-            TFormParser& parser, rtl::TMemoryStream& output)
+            TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectAccount>* accounts)
       : FText(text),
         FEncoding(encoding),
         FClasses(classes),
         FParser(parser),
         FOutput(output),
+        FAccounts(accounts),
         FScanner(text, encoding) {}
 
   int Run() {
@@ -64,6 +65,7 @@ class TFormPass {
   void ConvertObject(const std::string& newClass) {
     auto position = static_cast<int64_t>(FStart) + 1;
     if (!ParseObject(newClass, position)) {
+      if (FAccounts != nullptr) FAccounts->push_back({FStart, false, FLexem, &newClass, {}, {}});
       FFailed.push_back({FScanner.PrevPos(), FLexem.size(), &newClass});
       return;
     }
@@ -75,10 +77,18 @@ class TFormPass {
     CopyUpTo(FScanner.PrevPos());
     FOutput.SetPosition(mark);
     FParser.PrintObject(FLevel, FPrinted);
+    if (FAccounts != nullptr) AddAccount(newClass);
     Write(FPrinted);
     FCopied = static_cast<size_t>(position) - 1;
     FScanner.SetPosition(FCopied);
     --FLevel;
+  }
+
+  void AddAccount(const std::string& newClass) {
+    TObjectAccount& account =
+        FAccounts->emplace_back(TObjectAccount{FStart, true, FLexem, &newClass, {}, {}});
+    account.Properties = FParser.Sources();
+    for (const TFormProperty& property : FParser.Properties()) account.NewNames.push_back(property.Name());
   }
 
   // What could not be read as part of the object around it is not read once more: else a chain of objects
@@ -121,6 +131,7 @@ class TFormPass {
   const TClassMap& FClasses;
   TFormParser& FParser;
   rtl::TMemoryStream& FOutput;
+  std::vector<TObjectAccount>* const FAccounts;
   TPasParser FScanner;
   std::string_view FLexem;
   std::string FPrinted;
@@ -137,8 +148,8 @@ class TFormPass {
 }  // namespace
 
 int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
-                TFormParser& parser, rtl::TMemoryStream& output) {
-  return TFormPass(text, encoding, classes, parser, output).Run();
+                TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectAccount>* accounts) {
+  return TFormPass(text, encoding, classes, parser, output, accounts).Run();
 }
 
 void FindDatabaseNames(std::string_view text, const qrl::TEncoding& encoding,

@@ -6,7 +6,9 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "MigWizard/form/FormParser.h"
 #include "MigWizard/passes/ClassMap.h"
@@ -24,14 +26,28 @@ struct TFormObject {
   bool ExpectClass = false;    // the next identifier is an object's class
 };
 
+// What became of an object of the map. Views of the form's text and of constants.
+struct TObjectAccount {
+  size_t Start = 0;  // offset of its keyword
+  bool IsConverted = false;
+  std::string_view OldClass;              // as spelled
+  const std::string* NewClass = nullptr;  // of the class map
+  std::vector<TSourceProperty> Properties;
+  std::vector<std::string_view> NewNames;  // of the properties that were printed
+};
+
 // Converts the objects of a form. `text` must live as long as the call. The number of objects converted; if
 // it is not 0, `output` holds the whole changed form in `encoding`, without a mark, and otherwise it is
 // untouched.
 //
+// `accounts`, unless null, gets an entry for each object of the map, converted or not; `parser` has to keep its
+// sources then.
+//
 // An object whose class is mapped but whose text `parser` cannot take keeps its properties: only its class is
 // replaced, and that does not count.
 int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
-                TFormParser& parser, rtl::TMemoryStream& output);
+                TFormParser& parser, rtl::TMemoryStream& output,
+                std::vector<TObjectAccount>* accounts = nullptr);
 
 // Calls found(alias, "Root.Component") for each database alias that a TDatabase of the form declares, in the
 // order of the text. The alias is working text, the component a name of the run (ComponentNames.h).

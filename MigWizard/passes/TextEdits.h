@@ -16,14 +16,16 @@ class TTextEdits {
   void Replace(size_t position, size_t length, std::string replacement);
   bool Empty() const { return FEdits.empty(); }
 
-  // `text`, the one that the edits were made for, with all edits.
-  std::string Apply(std::string_view text) const;
-
- private:
   struct TEdit {
     size_t Position, Length;
     std::string Replacement;
   };
+  const std::vector<TEdit>& Edits() const { return FEdits; }
+
+  // `text`, the one that the edits were made for, with all edits.
+  std::string Apply(std::string_view text) const;
+
+ private:
   std::vector<TEdit> FEdits;
 };
 

@@ -1,0 +1,74 @@
+#include "MigWizard/passes/FileFindings.h"
+
+#include <algorithm>
+
+#include "MigWizard/passes/FormFile.h"
+#include "rtl/objects/ObjectBinaryToText.h"
+#include "win/paths/CodePage.h"
+
+namespace mig {
+namespace {
+
+// What is no UTF-8 even so, as in damaged files, becomes U+FFFD.
+void MakeUtf8(std::string& text, const qrl::TEncoding& encoding) {
+  const auto isAscii = [](char c) { return static_cast<uint8_t>(c) < 0x80; };
+  if (std::all_of(text.begin(), text.end(), isAscii)) return;
+  if (encoding == qrl::TEncoding::Default()) {
+    text = win::SourceToUtf8(text);
+  } else if (!win::IsValidUtf8(text)) {
+    for (char& c : text) c = isAscii(c) ? c : '?';
+  }
+}
+
+void MakeUtf8(std::vector<TDeclaration>& list, const qrl::TEncoding& encoding) {
+  for (TDeclaration& declaration : list) {
+    MakeUtf8(declaration.Name, encoding);
+    MakeUtf8(declaration.Type, encoding);
+  }
+}
+
+}  // namespace
+
+void PlaceFindings(std::vector<TFinding>& findings, const TTextPlaces& places,
+                   const qrl::TEncoding& encoding) {
+  for (TFinding& finding : findings) {
+    const TTextPlace place = places.At(finding.Offset);
+    finding.Line = place.Line;
+    finding.Column = place.Column;
+    for (std::string* const text : {&finding.Object, &finding.OldClass, &finding.NewClass, &finding.Subject,
+                                    &finding.Value, &finding.Detail, &finding.Advice})
+      MakeUtf8(*text, encoding);
+  }
+}
+
+void PlaceInPrintedForm(std::vector<TFinding>& findings, std::string_view text, std::string_view file) {
+  TRCData rcData;
+  rtl::TBinaryTextOptions options;
+  options.ForPeople = true;
+  rtl::TBinaryInfo info;
+  const std::string printed = rtl::ObjectBinaryToText(ReadFormHeader(file, rcData), options, info);
+  const qrl::TEncoding& encoding = qrl::TEncoding::Default();
+  std::vector<size_t> offsets;
+  for (const TFinding& finding : findings) offsets.push_back(finding.Offset);
+  const TPrintedForm onPaper(text, printed, encoding, offsets);
+  for (size_t i = 0; i < findings.size(); ++i) findings[i].Offset = onPaper.Offsets()[i];
+  PlaceFindings(findings, TTextPlaces(printed, encoding), encoding);
+}
+
+void ConvertNames(TUnitOutline& outline, const qrl::TEncoding& encoding) {
+  MakeUtf8(outline.Name, encoding);
+  for (std::string& unit : outline.UsedUnits) MakeUtf8(unit, encoding);
+  MakeUtf8(outline.Names, encoding);
+  for (TClassOutline& each : outline.Classes) {
+    MakeUtf8(each.Name, encoding);
+    MakeUtf8(each.Ancestor, encoding);
+    MakeUtf8(each.Members, encoding);
+  }
+  for (TNameUse& use : outline.Uses) {
+    for (std::string& name : use.Path) MakeUtf8(name, encoding);
+    for (std::string* const text : {&use.Name, &use.Shown, &use.Owner, &use.Local.Name, &use.Local.Type})
+      MakeUtf8(*text, encoding);
+  }
+}
+
+}  // namespace mig

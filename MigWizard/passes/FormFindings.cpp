@@ -1,0 +1,356 @@
+#include "MigWizard/passes/FormFindings.h"
+
+#include <algorithm>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "MigWizard/form/LoginParameters.h"
+#include "MigWizard/form/PropertyRules.h"
+#include "MigWizard/passes/FormWalk.h"
+#include "rtl/text/ClassRegistry.h"
+#include "rtl/text/SysUtils.h"
+
+namespace mig {
+namespace {
+
+constexpr std::string_view kBlanks = "\t\n\r ";
+constexpr std::string_view kEventPrefixes[] = {"On", "Before", "After"};
+
+std::string_view RootOf(std::string_view propName) {
+  return propName.substr(0, propName.find('.'));
+}
+
+bool Holds(const std::vector<std::string_view>& names, std::string_view name) {
+  return std::any_of(names.begin(), names.end(),
+                     [name](std::string_view each) { return rtl::SameText(each, name); });
+}
+
+bool IsIdentifier(std::string_view text) {
+  const auto isPart = [](char c) {
+    return c == '_' || (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+  };
+  return !text.empty() && std::all_of(text.begin(), text.end(), isPart) && (text[0] < '0' || text[0] > '9');
+}
+
+// OnCalcFields = Table1CalcFields
+bool IsEventHandler(std::string_view propName, std::string_view value) {
+  const auto begins = [propName](std::string_view prefix) {
+    return propName.size() > prefix.size() && propName.starts_with(prefix) &&
+           propName[prefix.size()] >= 'A' && propName[prefix.size()] <= 'Z';
+  };
+  return IsIdentifier(value) && std::any_of(std::begin(kEventPrefixes), std::end(kEventPrefixes), begins);
+}
+
+std::string_view Unquoted(std::string_view value) {
+  return value.size() < 2 ? std::string_view() : value.substr(1, value.size() - 2);
+}
+
+std::string_view TrimmedStart(std::string_view value) {
+  return value.substr(std::min(value.find_first_not_of(kBlanks), value.size()));
+}
+
+// Where a conversion was stopped, and by what.
+struct TStop {
+  size_t Offset = 0;
+  std::string What;
+};
+
+// Finds out what keeps objects from being parsed, by parsing their pieces. An object that lies in several others is
+// looked at once.
+class TStopFinder {
+ public:
+  TStopFinder(std::string_view text, TFormParser& parser) : FText(text), FParser(parser) {}
+
+  const TStop& Find(size_t start) {
+    // The object that stops a chain of others is the innermost one: go down to it, and tell all of them.
+    std::vector<size_t> chain;
+    for (size_t object = start;;) {
+      TStop stop;
+      size_t nested = std::string_view::npos;
+      if (const auto known = FStops.find(object); known != FStops.end()) {
+        stop = known->second;
+      } else {
+        chain.push_back(object);
+        nested = Look(object, stop);
+      }
+      if (nested == std::string_view::npos) {
+        for (const size_t each : chain) FStops.emplace(each, stop);
+        return FStops.at(start);
+      }
+      object = nested;
+    }
+  }
+
+ private:
+  bool Parse(std::string_view rule, size_t& place) {
+    auto position = static_cast<int64_t>(place) + 1;
+    if (FHopeless.contains(static_cast<int32_t>(position)) && rule == "<object>") return false;
+    if (!FParser.Parse(FText, rule, position)) {
+      FHopeless.insert(FParser.FailedObjects().begin(), FParser.FailedObjects().end());
+      return false;
+    }
+    place = static_cast<size_t>(position) - 1;
+    return true;
+  }
+
+  size_t SkipBlanks(size_t place) const {
+    return std::min(FText.find_first_not_of(kBlanks, place), FText.size());
+  }
+
+  // Returns the nested object that stops the object at `start`, or npos with what else does in `stop`.
+  size_t Look(size_t start, TStop& stop) {
+    size_t place = start;
+    stop = {start, "header"};
+    if (!Parse("<obj_header>", place) || SkipBlanks(place) == place) return std::string_view::npos;
+    place = SkipBlanks(place);
+    if (FText.substr(place).starts_with('[')) return std::string_view::npos;
+    for (;;) {
+      place = SkipBlanks(place);
+      const std::string_view rest = FText.substr(place);
+      const size_t length = std::min(rest.find_first_of("\t\n\r =:"), rest.size());
+      const std::string_view word = rest.substr(0, length);
+      stop = {place, word.empty() ? "text" : "property " + std::string(word)};
+      size_t nested = place;
+      if (Parse("<object>", nested)) {
+        place = nested;
+        continue;
+      }
+      if (rtl::SameText(word, "end") || word.empty()) {
+        stop.What = "end";
+        return std::string_view::npos;
+      }
+      const bool isNested =
+          rtl::SameText(word, "object") || rtl::SameText(word, "inherited") || rtl::SameText(word, "inline");
+      if (isNested && (rest.size() == length || rest[length] != '=')) return place;
+      if (!Parse("<prop>", place)) return std::string_view::npos;
+    }
+  }
+
+  const std::string_view FText;
+  TFormParser& FParser;
+  std::unordered_map<size_t, TStop> FStops;
+  std::unordered_set<int32_t> FHopeless;  // positions from 1 where no object can be parsed
+};
+
+class TFormFindings : public TFormWalk {
+ public:
+  TFormFindings(const TFormFindingInput& input, TFormParser& parser)
+      : TFormWalk(input.Text, input.Encoding), FInput(input), FStops(input.Text, parser) {}
+
+  std::vector<TFinding> Find() {
+    Run();
+    const auto comesBefore = [](const TFinding& left, const TFinding& right) {
+      return left.Offset < right.Offset;
+    };
+    std::stable_sort(FFindings.begin(), FFindings.end(), comesBefore);
+    return std::move(FFindings);
+  }
+
+ private:
+  // What is known of an open object beside its text.
+  struct TOpen {
+    bool IsConverted = false;
+    bool IsInherited = false;               // of a class of the map
+    const std::string* NewClass = nullptr;  // of the map
+    std::vector<std::string> Lacking;       // properties that the new class lacks
+  };
+
+  void OnObject(const TWalkedObject& object) override {
+    TOpen open;
+    open.NewClass = FInput.Classes.Find(object.ClassName);
+    const TObjectAccount* account = object.IsObject ? AccountAt(object.Offset) : nullptr;
+    if (account != nullptr) {
+      open.IsConverted = account->IsConverted;
+      if (account->IsConverted) {
+        AddConverted(*account);
+      } else {
+        AddUnparsed(object, FStops.Find(object.Offset));
+      }
+    } else if (open.NewClass == nullptr) {
+      if (const TOldName* old = FInput.OldNames.Find(TOldNames::Class, object.ClassName)) {
+        TFinding& finding = Add(TRuleId::UnmappedClass, object.Offset);
+        finding.OldClass = object.ClassName;
+        finding.Advice = old->Advice;
+      }
+    } else if (!object.IsObject) {
+      open.IsInherited = true;
+    } else if (std::any_of(FOpen.begin(), FOpen.end(),
+                           [](const TOpen& outer) { return outer.IsConverted; })) {
+      Add(TRuleId::NestedObject, object.Offset, object, *open.NewClass);
+    } else {
+      AddUnparsed(object, {object.Offset, "header"});
+    }
+    FOpen.push_back(std::move(open));
+  }
+
+  void OnProperty(const TWalkedProperty& property) override {
+    TOpen& open = FOpen.back();
+    if (!open.IsInherited) return;
+    const std::string_view root = RootOf(property.Name);
+    const rtl::TClassInfo* newClass = rtl::GetClass(*open.NewClass);
+    if (newClass == nullptr || newClass->HasProperty(root) || root == "Left" || root == "Top") return;
+    if (std::find(open.Lacking.begin(), open.Lacking.end(), root) == open.Lacking.end())
+      open.Lacking.emplace_back(root);
+  }
+
+  void OnObjectEnd() override { CloseInnermost(); }
+
+  void CloseInnermost() {
+    const TOpen open = std::move(FOpen.back());
+    FOpen.pop_back();
+    if (open.IsInherited) AddInherited(Objects().back(), open);
+  }
+
+  const TObjectAccount* AccountAt(size_t offset) {
+    const std::vector<TObjectAccount>& accounts = FInput.Accounts;
+    while (FNextAccount < accounts.size() && accounts[FNextAccount].Start < offset) ++FNextAccount;
+    return FNextAccount < accounts.size() && accounts[FNextAccount].Start == offset ? &accounts[FNextAccount]
+                                                                                    : nullptr;
+  }
+
+  TFinding& Add(TRuleId rule, size_t offset) {
+    TFinding& finding = FFindings.emplace_back();
+    finding.Rule = rule;
+    finding.Level = RuleOf(rule).Level;
+    finding.Offset = offset;
+    finding.Object = Path();
+    return finding;
+  }
+  TFinding& Add(TRuleId rule, size_t offset, const TWalkedObject& object, std::string_view newClass) {
+    TFinding& finding = Add(rule, offset);
+    finding.OldClass = object.ClassName;
+    finding.NewClass = newClass;
+    return finding;
+  }
+  TFinding& Add(TRuleId rule, std::string_view place, const TObjectAccount& account) {
+    TFinding& finding = Add(rule, static_cast<size_t>(place.data() - Text().data()));
+    finding.OldClass = account.OldClass;
+    finding.NewClass = *account.NewClass;
+    return finding;
+  }
+
+  void AddInherited(const TWalkedObject& object, const TOpen& open) {
+    TFinding& finding = Add(TRuleId::InheritedObject, object.Offset, object, *open.NewClass);
+    finding.Subject = rtl::LowerCase(object.Keyword);
+    for (const std::string& name : open.Lacking)
+      finding.Value.append(finding.Value.empty() ? "" : ", ").append(name);
+    if (open.Lacking.empty()) return;
+    finding.Level = TLevel::Error;
+    finding.Detail = "; " + finding.NewClass + " does not publish " + finding.Value;
+  }
+
+  void AddUnparsed(const TWalkedObject& object, const TStop& stop) {
+    TFinding& finding =
+        Add(TRuleId::UnparsedObject, object.Offset, object, *FInput.Classes.Find(object.ClassName));
+    finding.Offset = stop.Offset;
+    finding.Subject = finding.Detail = stop.What;
+  }
+
+  void AddConverted(const TObjectAccount& account) {
+    std::vector<std::string_view> newRoots;
+    for (const std::string_view name : account.NewNames) newRoots.push_back(RootOf(name));
+    const bool isConnection = FInput.OldNames.Find(TOldNames::Connection, account.OldClass) != nullptr;
+    bool hasLost = false;
+    for (const TSourceProperty& property : account.Properties) {
+      const std::string_view root = RootOf(property.Name);
+      if (isConnection && root == "Params") {
+        AddLoginEntries(property, account);
+      } else if (property.EntryCount > 0) {
+        AddKept(property, account, newRoots);
+      } else if (!isConnection && property.Name == "DatabaseName") {
+        if (!std::exchange(hasLost, true)) AddLost(property, account);
+      } else if (!Holds(newRoots, root)) {
+        AddDropped(property, account);
+      }
+    }
+    if (rtl::GetClass(*account.NewClass) == nullptr)
+      Add(TRuleId::NoPublishedList, Text().substr(account.Start), account).Subject = *account.NewClass;
+  }
+
+  void AddKept(const TSourceProperty& property, const TObjectAccount& account,
+               const std::vector<std::string_view>& newRoots) {
+    if (property.Rule != nullptr && property.Name == "IndexFieldNames" && !Holds(newRoots, "MasterSource")) {
+      TFinding& finding = Add(TRuleId::OrderBecameDetail, property.Name, account);
+      finding.Subject = property.Name;
+      finding.Value = ShownValue(property.Name, property.Value);
+    }
+    if (const TOldName* old = FInput.OldNames.Find(TOldNames::Value, property.Value)) {
+      TFinding& finding = Add(TRuleId::OldValue, property.Name, account);
+      finding.Subject = property.Name;
+      finding.Value = property.Value;
+      finding.Advice = old->Advice;
+    }
+  }
+
+  void AddLost(const TSourceProperty& property, const TObjectAccount& account) {
+    TFinding& finding = Add(TRuleId::LostConnection, property.Name, account);
+    const std::string_view alias = Unquoted(property.Value);
+    finding.Subject = property.Name;
+    finding.Value =
+        alias.find('\'') == std::string_view::npos ? std::string(alias) : ShownValue({}, property.Value);
+    finding.Detail = FInput.IsUnwritable(alias)
+                         ? "the form's encoding lacks the name of the database of the alias \""
+                         : "no database of the run declares the alias \"";
+    finding.Detail += finding.Value + '"';
+  }
+
+  void AddDropped(const TSourceProperty& property, const TObjectAccount& account) {
+    TFinding& finding = Add(TRuleId::DroppedProperty, property.Name, account);
+    const std::string_view value = TrimmedStart(property.Value);
+    finding.Subject = property.Name;
+    finding.Value = ShownValue(property.Name, value);
+    finding.IsEvent = IsEventHandler(property.Name, value);
+    finding.Detail = finding.IsEvent ? "event handler" : "property";
+  }
+
+  // An entry is kept if it is the first one of a name that the rule looks up.
+  void AddLoginEntries(const TSourceProperty& property, const TObjectAccount& account) {
+    const TLoginParameters list(property.Value);
+    std::vector<std::string_view> kept;
+    for (const TLoginParameters::TEntry& entry : list.Entries()) {
+      const bool isLookedUp =
+          property.Rule != nullptr &&
+          std::any_of(
+              property.Rule->LoginFields.begin(), property.Rule->LoginFields.end(),
+              [&entry](const TLoginField& field) { return rtl::SameText(field.ParameterName, entry.Name); });
+      if (isLookedUp && !Holds(kept, entry.Name)) {
+        kept.push_back(entry.Name);
+        continue;
+      }
+      TFinding& finding = Add(TRuleId::DroppedLoginEntry, entry.Text, account);
+      finding.Subject = entry.Name.empty() ? std::string("(no name)") : ShownValue({}, entry.Name);
+      if (CouldBeSecret(entry.Name, {})) finding.Subject = entry.Name;
+    }
+  }
+
+  const TFormFindingInput& FInput;
+  TStopFinder FStops;
+  size_t FNextAccount = 0;
+  std::vector<TOpen> FOpen;
+  std::vector<TFinding> FFindings;
+};
+
+}  // namespace
+
+std::vector<TFinding> FindInForm(const TFormFindingInput& input, TFormParser& parser) {
+  return TFormFindings(input, parser).Find();
+}
+
+std::vector<TConvertedClass> CountConverted(const std::vector<TObjectAccount>& accounts) {
+  std::vector<TConvertedClass> classes;
+  for (const TObjectAccount& account : accounts) {
+    if (!account.IsConverted) continue;
+    const auto place = std::find_if(classes.begin(), classes.end(), [&account](const TConvertedClass& each) {
+      return rtl::SameText(each.OldClass, account.OldClass);
+    });
+    if (place != classes.end()) {
+      ++place->Count;
+    } else {
+      classes.push_back({std::string(account.OldClass), *account.NewClass, 1});
+    }
+  }
+  return classes;
+}
+
+}  // namespace mig

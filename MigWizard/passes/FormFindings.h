@@ -1,0 +1,33 @@
+// What the conversion of a form leaves to be done.
+#pragma once
+
+#include <functional>
+#include <string_view>
+#include <vector>
+
+#include "MigWizard/passes/ClassMap.h"
+#include "MigWizard/passes/Findings.h"
+#include "MigWizard/passes/FormPass.h"
+#include "MigWizard/passes/OldNames.h"
+#include "qrl/Encoding.h"
+
+namespace mig {
+
+struct TFormFindingInput {
+  std::string_view Text;
+  const qrl::TEncoding& Encoding;
+  const TClassMap& Classes;
+  const TOldNames& OldNames;
+  const std::vector<TObjectAccount>& Accounts;  // of the conversion of that text
+  // Returns True if the run knows the alias, but the form's encoding lacks the connection's name.
+  std::function<bool(std::string_view alias)> IsUnwritable;
+};
+
+// Returns the findings in the order of the text, with offsets and in working text. `parser` is used to find out
+// what stopped a conversion.
+std::vector<TFinding> FindInForm(const TFormFindingInput& input, TFormParser& parser);
+
+// Adds up the converted objects by class, in the order of their first appearance.
+std::vector<TConvertedClass> CountConverted(const std::vector<TObjectAccount>& accounts);
+
+}  // namespace mig

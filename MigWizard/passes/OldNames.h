@@ -1,0 +1,56 @@
+// The identifiers of the old components that a run finds and does not replace, with what to do about each. The
+// target supplies the list.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "MigWizard/passes/WordSearch.h"
+
+namespace mig {
+
+// A name of the list. Look-ups ignore the case of letters.
+struct TOldName {
+  std::string Name;    // as the list spells it
+  std::string Unit;    // the unit that declares it, or empty
+  std::string Advice;  // empty: that of the rule
+};
+
+class TOldNames {
+ public:
+  enum TKind { Unit, Scope, Class, Call, Prefix, Object, Value, Connection };
+
+  void Add(TKind kind, const TOldName& name);
+  // A member of an old class that its new class lacks.
+  void AddMember(std::string_view oldClass, const TOldName& member);
+
+  // Each returns null where the list has no such name. `Prefix` finds a name that begins as an entry.
+  const TOldName* Find(TKind kind, std::string_view name) const;
+  const TOldName* FindPrefix(std::string_view name) const;
+  const TOldName* FindMember(std::string_view oldClass, std::string_view member) const;
+  bool IsMember(std::string_view name) const;  // of any class
+  // Returns False for most names that none of these would find.
+  bool MayBe(std::string_view name) const {
+    return !name.empty() && (FLengths[static_cast<uint8_t>(name[0])] & LengthBit(name.size())) != 0;
+  }
+  // Finds the unit that a name of a uses clause is, with or without one of the unit scopes.
+  const TOldName* FindUnit(std::string_view usedName) const;
+
+  // Finds any class of the list in a text.
+  const TWordSearch& Classes() const { return FClasses; }
+
+ private:
+  static uint64_t LengthBit(size_t length) { return uint64_t{1} << (length < 63 ? length : 63); }
+  void NoteLength(std::string_view name, bool isPrefix);
+
+  std::map<TKind, std::map<std::string, TOldName, std::less<>>> FNames;          // by lower case
+  std::map<std::string, std::map<std::string, TOldName>, std::less<>> FMembers;  // by member, then by class
+  TWordSearch FClasses;
+  std::array<uint64_t, 256> FLengths{};  // by first byte: bit n is set if a name of n bytes begins so
+};
+
+}  // namespace mig

@@ -1,0 +1,94 @@
+#include "MigWizard/passes/TextPlaces.h"
+
+#include <algorithm>
+
+#include "MigWizard/engine/PasParser.h"
+#include "win/paths/CodePage.h"
+
+namespace mig {
+namespace {
+
+constexpr uint32_t kUtf8CodePage = 65001;
+
+// Steps through the words of a form's text, and the strings after each of them.
+class TPieceWalk {
+ public:
+  TPieceWalk(std::string_view text, const qrl::TEncoding& encoding) : FScanner(text, encoding) {}
+
+  // Moves to the next piece. Returns false at the end of the text.
+  bool Next() {
+    for (std::string_view lexem; const int code = FScanner.GetNext(lexem);) {
+      if (code == qrl::kWhiteSpace) {
+        FIsAfterBlank = true;
+        continue;
+      }
+      const bool isText = code == qrl::kString || lexem == "#" || (code == qrl::kNumber && FIsCode);
+      FIsCode = lexem == "#";
+      // A string goes on after "+", and where its pieces touch.
+      const bool continues = isText && (FIsAfterPlus || (FIsInText && !FIsAfterBlank));
+      FIsAfterPlus = FIsInText && lexem == "+";
+      FIsInText = isText || FIsAfterPlus;
+      FIsAfterBlank = false;
+      const bool isWord = code == qrl::kIdentifier || (code >= kEnd && code <= kUses);
+      if (continues || !(isText || isWord)) continue;
+      Words += isWord;
+      Strings = isWord ? 0 : Strings + 1;
+      Offset = FScanner.PrevPos();
+      return true;
+    }
+    return false;
+  }
+
+  size_t Words = 0;    // up to here
+  size_t Strings = 0;  // since the last word
+  size_t Offset = 0;   // of the piece
+
+ private:
+  TPasParser FScanner;
+  bool FIsCode = false, FIsAfterBlank = true, FIsAfterPlus = false, FIsInText = false;
+};
+
+}  // namespace
+
+TTextPlaces::TTextPlaces(std::string_view text, const qrl::TEncoding& encoding) : FText(text), FStarts{0} {
+  const bool isDefault = encoding == qrl::TEncoding::Default();
+  FCharacters = !isDefault || win::GetACP() == kUtf8CodePage ? TCharacters::Utf8
+                : win::IsDoubleByteCodePage()                ? TCharacters::DoubleByte
+                                                             : TCharacters::Bytes;
+  for (size_t end = 0; (end = text.find_first_of("\r\n", end)) != std::string_view::npos;
+       FStarts.push_back(end)) {
+    const bool isWindows = text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n';
+    ++(isWindows ? FWindowsEnds : FOtherEnds);
+    end += isWindows ? 2 : 1;
+  }
+}
+
+TTextPlace TTextPlaces::At(size_t offset) const {
+  offset = std::min(offset, FText.size());
+  const auto next = std::upper_bound(FStarts.begin(), FStarts.end(), offset);
+  TTextPlace place{static_cast<uint32_t>(next - FStarts.begin()), 1};
+  for (size_t at = *(next - 1); at < offset; ++place.Column) {
+    const auto byte = static_cast<uint8_t>(FText[at++]);
+    if (FCharacters == TCharacters::DoubleByte) {
+      const bool isPair = win::IsDBCSLeadByte(byte) && at < FText.size() &&
+                          win::IsDBCSTrailByte(static_cast<uint8_t>(FText[at]));
+      at += isPair ? 1 : 0;
+    } else if (FCharacters == TCharacters::Utf8) {
+      while (at < FText.size() && (static_cast<uint8_t>(FText[at]) & 0xC0) == 0x80) ++at;
+    }
+  }
+  return place;
+}
+
+TPrintedForm::TPrintedForm(std::string_view text, std::string_view printed, const qrl::TEncoding& encoding,
+                           const std::vector<size_t>& offsets) {
+  TPieceWalk memory(text, encoding), paper(printed, encoding);
+  for (const size_t offset : offsets) {
+    while (memory.Offset < offset && memory.Next()) continue;
+    while (paper.Words < memory.Words && paper.Next()) continue;
+    while (paper.Words == memory.Words && paper.Strings < memory.Strings && paper.Next()) continue;
+    FOffsets.push_back(paper.Offset);
+  }
+}
+
+}  // namespace mig
