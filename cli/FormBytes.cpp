@@ -44,7 +44,7 @@ TConvertedForm FromBinary(std::string_view bytes, TFormKind kind, TFormKind want
   std::string text = rtl::ObjectBinaryToText(data, options, info);
   const size_t dropped = data.size() - info.Size;
   if (wanted == TFormKind::Text) return {true, std::move(text), dropped};
-  // The header alone changes. The data was read for its end and its class.
+  // Only the header changes. The data was read to find its end and its class.
   const std::string object(data.substr(0, info.Size));
   return {true, wanted == TFormKind::Binary ? WithHeader(object, info.ClassName) : object, dropped};
 }

@@ -9,23 +9,23 @@ namespace cli {
 
 enum class TFormKind {
   Text,
-  Binary,     // with its resource header
-  BareBinary  // the object stream alone
+  Binary,     // object data after a resource header
+  BareBinary  // object data alone
 };
 
-// What a file is, by its first bytes. Anything that is not binary is text.
+// Returns what a file is, by its first bytes. Anything that is not binary is text.
 TFormKind KindOfForm(std::string_view bytes);
 
 struct TConvertedForm {
-  bool Changed = false;  // else it was of the wanted kind, and Bytes are what they were
+  bool Changed = false;  // False if the form was of the wanted kind; Bytes are the input then
   std::string Bytes;
   size_t Dropped =
-      0;  // bytes behind the form that are not part of it; white space behind a text does not count
+      0;  // number of bytes after the form, which are lost; white space after a text is not counted
 };
 
-// The text is made for people: rtl/FormTextPrinter.h. The resource of a binary form that comes from text, or
-// from a bare stream, is named after the form's class. Raises rtl::EFilerError, rtl::EParserError or
-// rtl::EConvertError.
+// Converts a form to the wanted kind. Text is laid out for people, as the IDE writes it. The resource of a
+// binary form is named after the form's class if the input has no resource header. Raises rtl::EFilerError,
+// rtl::EParserError or rtl::EConvertError.
 TConvertedForm ConvertFormBytes(std::string bytes, TFormKind wanted);
 
 }  // namespace cli

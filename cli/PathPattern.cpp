@@ -7,7 +7,7 @@
 namespace cli {
 namespace {
 
-// Upper case, with slashes for separators, as both sides are compared.
+// Returns the form in which both sides are compared: upper case, with slashes as separators.
 std::string Folded(std::string_view path) {
   std::string folded = win::UpperFileName(path);
   std::replace(folded.begin(), folded.end(), '\\', '/');
@@ -20,8 +20,8 @@ size_t CharacterLength(std::string_view text) {
   return length;
 }
 
-// Takes a set "[...]" off the pattern's front and tells whether `character` is in it. A "[" that is never
-// closed stands for itself; `isSet` is False then and nothing is taken.
+// Removes a set "[...]" from the front of the pattern and returns whether `character` is in it. A "[" that is
+// never closed is an ordinary character: `isSet` is False then, and nothing is removed.
 bool MatchSet(std::string_view& pattern, std::string_view character, bool& isSet) {
   size_t at = 1;
   const bool negated = at < pattern.size() && (pattern[at] == '!' || pattern[at] == '^');
@@ -45,7 +45,8 @@ bool MatchSet(std::string_view& pattern, std::string_view character, bool& isSet
   return found != negated;
 }
 
-// Takes one element that is no star off the pattern's front, and the character that it fits off the text's.
+// Removes one element other than a star from the front of the pattern, and one character from the front of the
+// text. Returns whether they match.
 bool MatchOne(std::string_view& pattern, std::string_view& text) {
   if (pattern.empty() || text.empty()) return false;
   const std::string_view character = text.substr(0, CharacterLength(text));
@@ -65,7 +66,7 @@ bool MatchOne(std::string_view& pattern, std::string_view& text) {
   return matches;
 }
 
-// Going back to the last star alone is enough, as every star takes as little as it can.
+// Backtracking to the last star is enough, because every star matches as little as possible.
 bool Matches(std::string_view pattern, std::string_view text) {
   std::string_view starPattern, starText;
   bool hasStar = false;

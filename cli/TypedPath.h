@@ -5,7 +5,7 @@
 
 namespace cli {
 
-// The full Windows path for a host path or a Windows path. Raises EUsage if it cannot be written as one.
+// Returns the full Windows path of a host path or a Windows path. Raises EUsage if there is none.
 std::string WindowsPath(const std::string& typed);
 
 }  // namespace cli

@@ -1,3 +1,4 @@
+// kvamigrate wizard: starts the desktop program in the place of this one.
 #include <filesystem>
 #include <unistd.h>
 
@@ -8,7 +9,7 @@ namespace {
 
 constexpr char kDesktopProgram[] = "kvawizard";
 
-// The desktop program beside this one, or else the one in the search path.
+// Returns the desktop program beside this one, or else its name, which is looked up in the search path.
 std::string DesktopProgram() {
   std::error_code error;
   const auto self = std::filesystem::read_symlink("/proc/self/exe", error);
@@ -22,7 +23,7 @@ std::vector<std::string> Arguments(const TCommandLine& line) {
   for (const auto& [letter, folder] : line.Drives)
     arguments.insert(arguments.end(), {"--drive", std::string(1, letter) + "=" + folder});
   if (!line.Catalogue.empty()) arguments.insert(arguments.end(), {"--catalogue", line.Catalogue});
-  if (!line.Project.empty()) arguments.insert(arguments.end(), {"--", line.Project});
+  if (!line.Arguments.empty()) arguments.insert(arguments.end(), {"--", line.Arguments[0]});
   return arguments;
 }
 

@@ -315,6 +315,18 @@ TEST_F(CommandLineTest, HelpIsTheSameWhereverItIsAskedFor) {
   EXPECT_EQ(Run("form to-text --help"), Run("help form to-text"));
 }
 
+// The desktop program is looked for beside this one.
+TEST_F(CommandLineTest, TheWizardGetsWhatWasTyped) {
+  fs::copy(std::string(KVA_BINARY_DIR) + "/cli/kvamigrate", FTree.HostPath("kvamigrate"));
+  FTree.Write("kvawizard", "#!/bin/sh\necho \"$@\"\n");
+  fs::permissions(FTree.HostPath("kvawizard"), fs::perms(0755));
+  const std::string run = "--version && ./kvamigrate wizard ";
+  const std::string version = "0|kvamigrate " KVA_VERSION "\n";
+  EXPECT_EQ(Run(run + "--drive c=. --catalogue x --codepage cp1251 -- -P.dpr >>out.txt"),
+            version + "--wizard --codepage 1251 --drive c=. --catalogue x -- -P.dpr\n|");
+  EXPECT_EQ(Run(run + ">>out.txt"), version + "--wizard --codepage 1252\n|");
+}
+
 TEST_F(CommandLineTest, TheCatalogueReadsWhatItPrints) {
   const std::string printed = Run("catalogue");
   FTree.Write("mine.txt", printed.substr(2, printed.size() - 3));
