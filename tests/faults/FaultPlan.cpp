@@ -149,7 +149,11 @@ void Report(unsigned long number, TKind kind, int fd, const char* path) {
 void LoseUnflushed() {
   const TLocked locked;
   for (size_t i = 0; i < writtenCount; ++i) {
-    if (written[i].Dirty) syscall(SYS_ftruncate, written[i].Fd, written[i].Flushed);
+    struct stat info {};
+    if (!written[i].Dirty || !StatRaw(written[i].Fd, info)) continue;
+    syscall(SYS_ftruncate, written[i].Fd, written[i].Flushed);
+    const timespec times[2] = {info.st_atim, info.st_mtim};
+    syscall(SYS_utimensat, written[i].Fd, nullptr, times, 0);
   }
 }
 

@@ -87,8 +87,12 @@ class Cases:
 
     def form(self, command, files):
         """`command` on binary forms of these names."""
-        self.application()
-        with open(os.path.join(self.folder, 'Data.dfm'), 'rb') as file:
+        State.put(EMPTY, self.folder)
+        name = os.path.join(self.folder, 'Data.dfm')
+        with open(name, 'w') as file:
+            file.write(sources.form('Data', [sources.TABLE, sources.ICON], 'Data'))
+        self.clean(['form', 'to-binary', '--in-place', name])
+        with open(name, 'rb') as file:
             binary = file.read()
         State.put(EMPTY, self.folder)
         os.makedirs(os.path.join(self.folder, 'Sub'))
@@ -111,7 +115,7 @@ class Cases:
 
     def form_onto_itself(self):
         name = os.path.join(self.folder, 'Data.dfm')
-        return self.form(['form', 'to-text', name, name], ['Data.dfm'])
+        return self.form(['form', 'to-text', name, '-o', name], ['Data.dfm'])
 
     def form_in_place(self):
         return self.form(
@@ -125,7 +129,7 @@ class Cases:
 
     def form_over_another(self):
         names = [os.path.join(self.folder, name) for name in ('Data.dfm', 'Other.txt')]
-        return self.form(['form', 'to-text', *names], ['Data.dfm', 'Other.txt'])
+        return self.form(['form', 'to-text', names[0], '-o', names[1]], ['Data.dfm', 'Other.txt'])
 
 
 class _Empty(State):

@@ -168,29 +168,34 @@ def mounts(root):
     return True
 
 
-# The rows of the table: what is tried, and the points (scenario, fault) of it.
+ALLOCATIONS = 11  # of so many one fails: a run makes thousands
 
 
-def rows(worker, root):
-    counted = {}
+class Rows:
+    """The rows of the table: what is tried, and the points (case, fault) of it."""
 
-    def operations(name):
-        if name not in counted:
-            case = worker.cases[name]
-            worker.reset(case)
-            counted[name] = worker.program.operations(case.command)[1]
-        return counted[name]
+    def __init__(self, worker, root):
+        self.worker = worker
+        self.root = root
+        self.counted = {}
 
-    def allocations(name):
-        case = worker.cases[name]
-        worker.reset(case)
-        return worker.program.allocations(case.command)
+    def operations(self, name):
+        if name not in self.counted:
+            case = self.worker.cases[name]
+            self.worker.reset(case)
+            self.counted[name] = self.worker.program.operations(case.command)[1]
+        return self.counted[name]
 
-    def each(names, faults):
-        return [(name, fault) for name in names for fault in faults(operations(name))]
+    def each(self, names, *faults):
+        return [(name, fault) for name in names for of in faults for fault in of(self.operations(name))]
 
-    def full(names):
-        if not mounts(root):
+    def moments(self, commands):
+        return self.each(
+            REPLACEMENTS[:2], *[lambda found, c=command: plan.moments(found, c) for command in commands]
+        )
+
+    def full(self, names):
+        if not mounts(self.root):
             print('Full disks are not tried: no small disk can be mounted here.', file=sys.stderr)
             return []
         return [
@@ -201,34 +206,52 @@ def rows(worker, root):
             for room in range(36)
         ]
 
-    moments = lambda name: plan.moments(operations(name), '')
-    yield 'fault', 'kill before or inside each operation of a replacement', each(REPLACEMENTS, plan.kills)
-    yield 'fault', 'power cut before each of them, and at the end', each(REPLACEMENTS[:3], plan.cuts)
-    yield 'fault', 'one failure, or failures from there on, at each operation', each(
-        REPLACEMENTS, plan.failures
-    )
-    yield 'full', 'full disks', full(['folder-run', 'project-run', 'restore'])
-    yield 'second', 'a second run at each moment of a run', [
-        (name, fault) for name in REPLACEMENTS[:2] for fault in moments(name)
-    ]
-    yield 'edit', 'a source saved by its editor at each moment', [
-        (name, Fault('run', fault.at, command=edit))
-        for name in REPLACEMENTS[:2]
-        for edit in EDITS
-        for fault in moments(name)
-    ]
-    yield 'fault', 'restore killed, cut off or failing at each operation', (
-        each(['restore'], plan.kills) + each(['restore'], plan.cuts) + each(['restore'], plan.failures)
-    )
-    yield 'fault', 'form killed, cut off or failing at each operation', (
-        each(FORMS, plan.kills) + each(FORMS, plan.cuts) + each(FORMS, plan.failures)
-    )
-    yield 'full', 'form on full disks', full(FORMS)
-    yield 'fault', 'no memory at each allocation', [
-        (name, fault)
-        for name in ['folder-run', 'project-run', 'restore', 'form-in-place']
-        for fault in plan.exhaustions(allocations(name), 1)
-    ]
+    def exhaustions(self, names):
+        for name in names:
+            case = self.worker.cases[name]
+            self.worker.reset(case)
+            for fault in plan.exhaustions(self.worker.program.allocations(case.command), ALLOCATIONS):
+                yield name, fault
+
+    def table(self):
+        """What tries the points of a row, its title, and what makes its points."""
+        all_of = (plan.kills, plan.cuts, plan.failures)
+        return [
+            (
+                'fault',
+                'kill before or inside each operation of a replacement',
+                lambda: self.each(REPLACEMENTS, plan.kills),
+            ),
+            (
+                'fault',
+                'power cut before each of them, and at the end',
+                lambda: self.each(REPLACEMENTS[:3], plan.cuts),
+            ),
+            (
+                'fault',
+                'one failure, or failures from there on, at each operation',
+                lambda: self.each(REPLACEMENTS, plan.failures),
+            ),
+            ('full', 'full disks', lambda: self.full(['folder-run', 'project-run', 'restore'])),
+            ('second', 'a second run at each moment of a run', lambda: self.moments([''])),
+            ('edit', 'a source saved by its editor at each moment of a run', lambda: self.moments(EDITS)),
+            (
+                'fault',
+                'restore: killed, cut off or failing at each operation',
+                lambda: self.each(['restore'], *all_of),
+            ),
+            (
+                'fault',
+                'form: killed, cut off or failing at each operation',
+                lambda: self.each(FORMS, *all_of),
+            ),
+            ('full', 'form: full disks', lambda: self.full(FORMS)),
+            (
+                'fault',
+                f'no memory at every {ALLOCATIONS}th allocation',
+                lambda: self.exhaustions(['folder-run', 'project-run', 'restore', 'form-in-place']),
+            ),
+        ]
 
 
 worker = None
@@ -313,13 +336,15 @@ def try_all(options, root):
     harmful = []
     counter = Worker(root, options)
     with multiprocessing.get_context('fork').Pool(options.jobs, start_worker, (root, options)) as pool:
-        for kind, title, points in rows(counter, root):
+        for kind, title, make_points in Rows(counter, root).table():
             if options.row and options.row not in title:
                 continue
             began = time.monotonic()
             tried = 0
             bad = []
-            chosen = [(kind, name, fault) for name, fault in itertools.islice(points, 0, None, options.every)]
+            chosen = [
+                (kind, name, fault) for name, fault in itertools.islice(make_points(), 0, None, options.every)
+            ]
             for point, hit, problems, outcome in pool.imap_unordered(attempt, chosen, 16):
                 tried += hit is not None
                 if problems:

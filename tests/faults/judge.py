@@ -41,7 +41,7 @@ def differences(state, wanted):
 
 
 def ways_back(folder, messages):
-    """The restore commands to be tried: those that the program names, then newest folder first."""
+    """The restore commands to be tried: those that the program names, then the newest run first."""
     named = [
         shlex.split(found)
         for found in re.findall(r'kvamigrate (restore [^\n]*)', messages.replace('"', "'"))
@@ -50,9 +50,9 @@ def ways_back(folder, messages):
     backups = sorted(
         glob.glob(os.path.join(folder, 'RBackup*')), key=lambda name: (len(name), name), reverse=True
     )
-    tried = []
+    tried = [['restore', folder]]
     for command in named:
-        tried.append([argument.rstrip('.') for argument in command])
+        tried.insert(0, [argument.rstrip('.') for argument in command])
     for backup in backups:
         tried += [['restore', backup], ['restore', os.path.join(backup, 'RExpert.reu')]]
     return tried + [['restore', '--all', folder]]

@@ -4,19 +4,20 @@
 # anything was.
 #
 #   tests/faults/run.sh [--quick] [OPTION...]      --quick tries every 8th point; options: faults.py --help
+#   PRESET=dev tests/faults/run.sh                 the program of that preset's build instead of "release"
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 # shellcheck source=scripts/packages.sh
 . scripts/packages.sh
 
 install_packages "${PACKAGES_PROGRAM[@]}" python3
-[ -f build/release/build.ninja ] || configure_quietly release
-build_quietly build/release kvamigrate
-injector=$PWD/build/release/libfaults.so
+build=build/${PRESET:=release}
+[ -f "$build/build.ninja" ] || configure_quietly "$PRESET"
+build_quietly "$build" kvamigrate
+injector=$PWD/$build/libfaults.so
 g++ -std=c++20 -O2 -Wall -Wextra -Werror -fPIC -shared -o "$injector" tests/faults/*.cpp -ldl
 
-options=(--program "$PWD/build/release/cli/kvamigrate" --injector "$injector"
-         --harmful build/release/harmful-faults.txt)
+options=(--program "$PWD/$build/cli/kvamigrate" --injector "$injector" --harmful "$build/harmful-faults.txt")
 for argument in "$@"; do
   if [ "$argument" = --quick ]; then options+=(--every 8); else options+=("$argument"); fi
 done

@@ -24,6 +24,11 @@ QUERY = ('Q', 'TQuery', ["DatabaseName = 'Orders'", 'SQL.Strings = (', "  'selec
 TABLE = ('T', 'TTable', ["DatabaseName = 'Orders'", "TableName = 'ORDERS'"])
 IB_QUERY = ('IQ', 'TIBQuery', ['SQL.Strings = (', "  'select 1 from RDB$DATABASE')"])
 LABEL = ('L', 'TLabel', ['Left = 1', "Caption = 'Time'"])
+ICON = (
+    'I',
+    'TImage',
+    ['Picture.Data = {', '  ' + '0FF1C1A1' * 2048 + '}'],
+)  # 8 KB, and some pages more as text
 PICTURE = ('P', 'TImage', ['Picture.Data = {', '  ' + '07544269746D6170' * 20000 + '}'])
 
 

@@ -1,0 +1,16 @@
+// What must hold for every input of a fuzz target.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace fuzz {
+
+// Ends the process, so that the fuzzer keeps the input, and says what does not hold.
+inline void Require(bool holds, const char* what) {
+  if (holds) return;
+  std::fprintf(stderr, "Does not hold: %s\n", what);
+  std::abort();
+}
+
+}  // namespace fuzz
