@@ -2,6 +2,7 @@
 // dialog alone, which the command line program starts for its command `wizard`.
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFile>
 #include <cstdio>
 
 #include "desktop/FrontEnd.h"
@@ -107,10 +108,15 @@ void RunWizard(const TOptions& options, TFrontEnd& frontEnd) {
   }
 }
 
-// The module with the wizard: where KVA_EXPERT_MODULE says, or beside this program.
+// Returns the module with the wizard: what KVA_EXPERT_MODULE names, or the module beside this program, or the
+// one in the library folder of an installation.
 QString ModuleName() {
   const QString name = qEnvironmentVariable("KVA_EXPERT_MODULE");
-  return name.isEmpty() ? QApplication::applicationDirPath() + "/kvaexpert.so" : name;
+  if (!name.isEmpty()) return name;
+  const QString beside = QApplication::applicationDirPath() + "/kvaexpert.so";
+  return QFile::exists(beside)
+             ? beside
+             : QApplication::applicationDirPath() + "/../lib/kvamigrate/modules/kvaexpert.so";
 }
 
 int RunWindow(const TOptions& options, TFrontEnd& frontEnd) {

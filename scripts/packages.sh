@@ -51,7 +51,7 @@ configure_quietly() {
   rm -f "$log"
 }
 
-# What each part needs. The scripts that source this file use the lists.
+# What each part needs, for the scripts that source this file.
 # shellcheck disable=SC2034
 {
   PACKAGES_PROGRAM=(cmake g++ ninja-build libdtl-dev libicu-dev libpugixml-dev zlib1g-dev)
