@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -24,6 +25,8 @@ class TRecordingFileSystem : public win::TFileSystem {
   void FailAt(size_t n, uint32_t code = win::ERROR_GEN_FAILURE) { SetFailure(n, n, code); }
   // From the n-th on all fail, as if the program had been killed there.
   void FailFrom(size_t n, uint32_t code = win::ERROR_GEN_FAILURE) { SetFailure(n, SIZE_MAX, code); }
+  // Called before each operation, with its line of Calls. A code other than ERROR_SUCCESS makes it fail.
+  std::function<uint32_t(const std::string& call)> OnCall;
   // "Write Z:\tmp\Unit1.pas" and the like, in order.
   const std::vector<std::string>& Calls() const { return FCalls; }
   size_t Count() const { return FCalls.size(); }
@@ -136,9 +139,12 @@ class TRecordingFileSystem : public win::TFileSystem {
   }
   bool Goes(std::string_view operation, std::string_view path) {
     FCalls.push_back(std::string(operation) + (path.empty() ? "" : " ") + std::string(path));
-    if (FFirst == 0 || FCalls.size() < FFirst || FCalls.size() > FLast) return true;
+    const std::string call = FCalls.back();
+    uint32_t code = OnCall ? OnCall(call) : win::ERROR_SUCCESS;
+    if (FFirst != 0 && FCalls.size() >= FFirst && FCalls.size() <= FLast) code = FCode;
+    if (code == win::ERROR_SUCCESS) return true;
     FHasFailed = true;
-    win::SetLastError(FCode);
+    win::SetLastError(code);
     return false;
   }
 

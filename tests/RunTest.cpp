@@ -1,7 +1,6 @@
 // Runs that meet trouble: what they raise, and that every original is as it was or can be had back.
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <map>
 #include <sys/stat.h>
 
 #include "MigWizard/run/FileUtils.h"
@@ -9,66 +8,15 @@
 #include "rtl/text/SysUtils.h"
 #include "target/KVAReplacer.h"
 #include "tests/RecordingFileSystem.h"
-#include "tests/TempTree.h"
+#include "tests/RunTree.h"
 
 namespace mig {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr char kUnit[] = "unit A;\r\nuses DBTables;\r\nvar Q: TQuery;\r\n{$R *.dfm}\r\n";
-constexpr char kForm[] = "object A: TForm\r\n  object Q: TQuery\r\n    Left = 1\r\n  end\r\nend\r\n";
-
-class RunTest : public testing::Test {
- protected:
-  RunTest() : FMigration(target::TCatalogue::BuiltIn()) {
-    FTree.Write("src/A.pas", kUnit);
-    FTree.Write("src/A.dfm", kForm);
-    FTree.Write("src/Sub/B.pas", kUnit);
-    FTree.Write("src/Sub/B.dfm", kForm);
-    TReplaceOptions& options = FMigration.Options();
-    options.Dest = sdFolder;
-    options.Directory = JoinPath(FTree.WindowsPath(), "src");
-    options.IncludeSubDirs = true;
-    options.BackupDir = JoinPath(options.Directory, "RBackup");
-    fs::create_directory(FTree.HostPath("tmp"));
-    setenv("TMPDIR", FTree.HostPath("tmp").c_str(), 1);
-    Replacer().OnWarning = [this](std::string_view message) { FWarnings.emplace_back(message); };
-  }
-  ~RunTest() override { unsetenv("TMPDIR"); }
-
-  target::TKVAComponentReplacer& Replacer() { return FMigration.BDE(); }
-  std::string UndoFile() { return JoinPath(FMigration.Options().BackupDir, "RExpert.reu"); }
-  std::string Read(const std::string& name) {
-    std::ifstream file(FTree.HostPath(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  std::map<std::string, std::string> Sources() {
-    std::map<std::string, std::string> files;
-    for (const char* name : {"src/A.pas", "src/A.dfm", "src/Sub/B.pas", "src/Sub/B.dfm"})
-      files[name] = Read(name);
-    return files;
-  }
-  // What Replace raises, as "CLASS: message" with the tree's folder as <dir>.
-  template <typename TError>
-  std::string Failure() {
-    try {
-      EXPECT_TRUE(Replacer().Replace());
-      return "no exception";
-    } catch (const TError& error) {
-      std::string text = error.what();
-      for (size_t at; (at = text.find(FTree.WindowsPath())) != std::string::npos;)
-        text.replace(at, FTree.WindowsPath().size(), "<dir>");
-      return text;
-    }
-  }
-  bool TempFolderIsEmpty() { return fs::is_empty(FTree.HostPath("tmp")); }
-
-  tests::TTempTree FTree{fs::exists("/dev/shm") ? "/dev/shm"
-                                                : fs::temp_directory_path()};  // flushing costs nothing there
-  target::TKVAMigration FMigration;
-  std::vector<std::string> FWarnings;
-};
+using tests::kForm;
+using tests::kUnit;
+using RunTest = tests::TRunTree;
 
 TEST_F(RunTest, AnyOperationMayFail) {
   const auto before = Sources();
@@ -260,9 +208,11 @@ TEST_F(RunTest, CaseTwins) {
 TEST_F(RunTest, ReadOnlyFiles) {
   chmod(FTree.HostPath("src/A.pas").c_str(), 0444);
   EXPECT_FALSE(Replacer().Replace());
-  ASSERT_EQ(FWarnings.size(), 1U);
-  EXPECT_EQ(FWarnings[0], rtl::Format("\"%s\\src\\A.pas\" could not be replaced. Access is denied.",
-                                      {FTree.WindowsPath()}));
+  EXPECT_EQ(
+      ShownWarnings(),
+      "\"<dir>\\src\\A.pas\" could not be replaced. Access is denied.\n"
+      "\"<dir>\\src\\Sub\\B.pas\" was not replaced, because another file or folder before it failed.\n"
+      "\"<dir>\\src\\Sub\\B.DFM\" was not replaced, because another file or folder before it failed.\n");
   // The read-only backup of that run gives way to the next one's.
   chmod(FTree.HostPath("src/A.pas").c_str(), 0644);
   FTree.Write("src/A.pas", "{ TQuery, edited }");

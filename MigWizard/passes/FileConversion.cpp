@@ -115,6 +115,7 @@ void TFileConverter::ConvertUnitFile(const std::string& fileName, std::string by
     result.FormFiles.push_back(std::move(form));
     directives.push_back(directive);
   }
+  result.NamesNewUnits = converted.NamesNewUnits;
   result.IsChanged = !converted.Edits.Empty();
   if (FOldNames != nullptr) FindInUnitFile(unit, converted, directives, result);
   if (!result.IsChanged) return;

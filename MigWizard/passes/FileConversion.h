@@ -29,6 +29,7 @@ struct TFileConversion {
   std::exception_ptr Failure;  // why the file could not be read or converted; nothing below is set then
   int Changes = 0;
   std::vector<std::string> FormFiles;  // of a unit: full names from its resource directives, in their order
+  bool NamesNewUnits = false;          // of a unit: it may have been converted before
   bool IsChanged = false;              // the file below is to be written
   bool EndsAtNul = false;              // of a form: the text after a NUL character is not part of it
   // Of a form: connections that it would refer to if its encoding had their names. UTF-8, each once.

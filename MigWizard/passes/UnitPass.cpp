@@ -46,6 +46,7 @@ class TUnitPass {
 
  private:
   void ProcessIdentifier(std::string_view name, bool inUses) {
+    if (inUses && IsNewUnit(name)) FResult.NamesNewUnits = true;
     if (inUses && rtl::SameText(name, FRules.OldUnit)) {
       Replace(name, std::string(name).append(FRules.NewUnits));
     } else if (const std::string* newClass = FRules.Classes.Find(name)) {
@@ -66,6 +67,16 @@ class TUnitPass {
       if (code != qrl::kIdentifier) continue;
       if (const std::string* newClass = FRules.Classes.Find(lexem)) Replace(lexem, *newClass);
     }
+  }
+
+  // Returns True if `name` is one of the comma-separated names in NewUnits.
+  bool IsNewUnit(std::string_view name) const {
+    for (std::string_view rest = FRules.NewUnits; !rest.empty();) {
+      const size_t comma = rest.find(',');
+      if (rtl::SameText(rtl::Trim(rest.substr(0, comma)), name)) return true;
+      rest = comma == std::string_view::npos ? std::string_view() : rest.substr(comma + 1);
+    }
+    return false;
   }
 
   // `lexem` is a view into the text.

@@ -27,6 +27,7 @@ struct TUnitRules {
 struct TUnitResult {
   TTextEdits Edits;
   int Changes = 0;
+  bool NamesNewUnits = false;                        // a uses clause names one of the new units
   std::vector<std::string_view> ResourceDirectives;  // views into the text, in its order: "{$R *.dfm}"
 };
 

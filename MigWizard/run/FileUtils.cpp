@@ -5,7 +5,6 @@
 
 #include "MigWizard/run/WorkQueue.h"
 #include "rtl/text/Streams.h"
-#include "rtl/text/StringList.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
 
@@ -57,20 +56,17 @@ void EmptyFolder(std::string_view dir) {
 // Copies of files, as tasks of a queue.
 class TCopies {
  public:
-  explicit TCopies(TWorkQueue& queue) : FQueue(queue) {}
+  TCopies(const TCopyFile& copy, TWorkQueue& queue) : FCopy(copy), FQueue(queue) {}
   ~TCopies() { FQueue.Cancel(); }
 
   // Pushes one task for each folder.
   void AddFolder(const std::string& source, const std::string& target) {
     FQueue.Push([this, source, target] { CopyOneFolder(source, target); });
   }
-  // Does nothing if there is no `source`.
   void AddFile(const std::string& source, const std::string& target) {
-    FQueue.Push([this, source, target] {
-      if (rtl::FileExists(source)) (void)CopyOneFile(source, target);
-    });
+    FQueue.Push([this, source, target] { (void)CopyOneFile(source, target); });
   }
-  TCopyFailures Finish() {
+  TCopyFailures Wait() {
     FQueue.Wait();
     std::sort(FFailures.begin(), FFailures.end());
     return std::move(FFailures);
@@ -82,26 +78,46 @@ class TCopies {
       const std::string from = JoinPath(source, name);
       const std::string to = JoinPath(target, name);
       if (!IsFolder(attributes)) return CopyOneFile(from, to);
-      if (!rtl::DirectoryExists(to) && !rtl::CreateDir(to)) return Fail(to);
+      if (!rtl::DirectoryExists(to) && !rtl::CreateDir(to)) return Fail(to, LastReason());
       AddFolder(from, to);
       return true;
     });
-    if (!readAll) Fail(target);
+    if (!readAll) Fail(target, LastReason());
   }
   bool CopyOneFile(const std::string& source, const std::string& target) {
-    return win::CopyFileA(source, target, false) || Fail(target);
+    const std::string reason = FCopy(source, target);
+    return reason.empty() || Fail(target, reason);
   }
-  bool Fail(const std::string& name) {
-    const uint32_t error = win::GetLastError();
+  bool Fail(const std::string& name, const std::string& reason) {
     const std::lock_guard lock(FMutex);
-    FFailures.emplace_back(name, error);
+    FFailures.emplace_back(name, reason);
     return false;
   }
+  static std::string LastReason() { return win::SysErrorMessage(win::GetLastError()); }
 
+  const TCopyFile& FCopy;
   TWorkQueue& FQueue;
   std::mutex FMutex;
   TCopyFailures FFailures;
 };
+
+// Several runs may look for a free number at the same time. A folder that appears between the look-up and the
+// creation is stepped over like one that was there before. With `taken`, so are files.
+std::string CreateTempFolder(std::string_view prefix, uint32_t unique, std::vector<std::string>* taken) {
+  const std::string tempPath = win::GetTempPathA();
+  if (tempPath.empty()) return {};
+  for (;; ++unique) {
+    const std::string fileName = win::GetTempFileNameA(tempPath, prefix, unique);
+    if (fileName.empty()) return {};
+    const std::string name = rtl::ChangeFileExt(fileName, "");
+    if (!rtl::DirectoryExists(name)) {
+      if (win::FileSystem().CreatePrivateDirectory(name)) return name;
+      const bool isTaken = win::GetLastError() == win::ERROR_ALREADY_EXISTS;
+      if (!isTaken || (!taken && rtl::FileExists(name))) return {};
+    }
+    if (taken) taken->push_back(name);
+  }
+}
 
 }  // namespace
 
@@ -127,19 +143,12 @@ bool ForceFolders(std::string_view path) {
   return MakeFolder(path);
 }
 
-// Several runs may look for a free number at the same time. A folder that appears between the look-up and the
-// creation is stepped over like one that was there before.
 std::string CreateTempFolder(std::string_view prefix, uint32_t unique) {
-  const std::string tempPath = win::GetTempPathA();
-  if (tempPath.empty()) return {};
-  for (;; ++unique) {
-    const std::string fileName = win::GetTempFileNameA(tempPath, prefix, unique);
-    if (fileName.empty()) return {};
-    const std::string name = rtl::ChangeFileExt(fileName, "");
-    if (rtl::DirectoryExists(name)) continue;
-    if (win::FileSystem().CreatePrivateDirectory(name)) return name;
-    if (win::GetLastError() != win::ERROR_ALREADY_EXISTS || rtl::FileExists(name)) return {};
-  }
+  return CreateTempFolder(prefix, unique, nullptr);
+}
+
+std::string CreateTempFolder(std::string_view prefix, uint32_t unique, std::vector<std::string>& taken) {
+  return CreateTempFolder(prefix, unique, &taken);
 }
 
 bool DeleteFolder(std::string_view dir) {
@@ -157,24 +166,25 @@ bool DeleteTempFolder(const std::string& dir, TWorkQueue& queue) {
   return DeleteFolder(dir);
 }
 
-TCopyFailures CopyFolder(const std::string& source, const std::string& target, TWorkQueue& queue) {
-  TCopies copies(queue);
+TCopyFailures CopyFolder(const std::string& source, const std::string& target, const TCopyFile& copy,
+                         TWorkQueue& queue) {
+  TCopies copies(copy, queue);
   copies.AddFolder(source, target);
-  return copies.Finish();
+  return copies.Wait();
 }
 
-TCopyFailures CopyFiles(const std::string& source, const rtl::TStringList& targets, TWorkQueue& queue) {
-  TCopies copies(queue);
-  for (int i = 0; i < targets.Count(); ++i)
-    copies.AddFile(JoinPath(source, rtl::ExtractFileName(targets[i])), targets[i]);
-  return copies.Finish();
+TCopyFailures CopyFiles(const std::vector<std::pair<std::string, std::string>>& files, const TCopyFile& copy,
+                        TWorkQueue& queue) {
+  TCopies copies(copy, queue);
+  for (const auto& [source, target] : files) copies.AddFile(source, target);
+  return copies.Wait();
 }
 
 TLogWriter::TLogWriter() = default;
 TLogWriter::~TLogWriter() = default;
 
 void TLogWriter::Open(std::string_view fileName) {
-  FStream = std::make_unique<rtl::TFileStream>(fileName, rtl::fmCreate);
+  FStream = std::make_unique<rtl::TFileStream>(fileName, rtl::fmCreateOwn);
   if (!FTitle.empty()) WriteLine(FTitle);
   WriteLine(FCreatedCaption + " " + rtl::DateTimeNowToStr());
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -11,7 +12,6 @@
 
 namespace rtl {
 class TFileStream;
-class TStringList;
 }  // namespace rtl
 
 namespace mig {
@@ -31,6 +31,10 @@ bool ForceFolders(std::string_view path);
 // Creates a folder under the system's temporary path and returns its full name: `prefix` and the first free
 // number from `unique` (1 or more), in hexadecimal. Returns an empty string on failure.
 [[nodiscard]] std::string CreateTempFolder(std::string_view prefix, uint32_t unique);
+// The same, but steps over files of such a name as well. Appends the full names of all files and folders that
+// were stepped over to `taken`.
+[[nodiscard]] std::string CreateTempFolder(std::string_view prefix, uint32_t unique,
+                                           std::vector<std::string>& taken);
 
 // Deletes a folder with everything in it. Returns False if something could not be deleted; the rest is gone
 // then. A link to a folder is deleted, and not the folder to which it leads. `dir` must not be empty.
@@ -38,20 +42,21 @@ bool DeleteFolder(std::string_view dir);
 // The same, as tasks of a queue that has no other tasks.
 bool DeleteTempFolder(const std::string& dir, TWorkQueue& queue);
 
-// Files or folders by their full names, each with the reason (win/Errors.h).
-using TCopyFailures = std::vector<std::pair<std::string, uint32_t>>;
+// Files or folders by their full names, each with the reason, a sentence.
+using TCopyFailures = std::vector<std::pair<std::string, std::string>>;
+// Copies a file over another. Returns the reason of a failure, or an empty string. Called by several threads.
+using TCopyFile = std::function<std::string(const std::string& source, const std::string& target)>;
 
 // Mirrors the contents of `source` over the existing folder `target`, as tasks of a queue that has no other
-// tasks. Deletes nothing in `target`. An entry that fails ends the walk of its own folder only. Returns the
+// tasks. Files are copied by `copy`. Deletes nothing in `target`. An entry that fails ends the walk of its own folder only. Returns the
 // entries that failed, sorted by name.
 [[nodiscard]] TCopyFailures CopyFolder(const std::string& source, const std::string& target,
-                                       TWorkQueue& queue);
+                                       const TCopyFile& copy, TWorkQueue& queue);
 
-// Copies the files of the folder `source` over the files of their bare names in `targets`, full names, as
-// tasks of a queue that has no other tasks. Targets without such a file are skipped, and a failure does not
-// keep the other files from being copied. Returns the targets that failed, sorted by name.
-[[nodiscard]] TCopyFailures CopyFiles(const std::string& source, const rtl::TStringList& targets,
-                                      TWorkQueue& queue);
+// Copies files by `copy`, given as pairs of source and target, as tasks of a queue that has no other tasks. A
+// failure does not keep the other files from being copied. Returns the targets that failed, sorted by name.
+[[nodiscard]] TCopyFailures CopyFiles(const std::vector<std::pair<std::string, std::string>>& files,
+                                      const TCopyFile& copy, TWorkQueue& queue);
 
 // The log of a run. Each line is written to the file at once. A closed writer ignores what it is given.
 class TLogWriter {
@@ -65,7 +70,8 @@ class TLogWriter {
   void SetCreatedCaption(std::string_view caption) { FCreatedCaption = caption; }
   void SetDoubleSpaced(bool doubleSpaced) { FDoubleSpaced = doubleSpaced; }
 
-  // Creates or empties the file and writes the header. Raises rtl::EFCreateError; the log stays closed then.
+  // Creates or empties the file and writes the header. Nobody else can open the file as a log until it is
+  // closed. Raises rtl::EFCreateError; the log stays closed then.
   void Open(std::string_view fileName);
   // Writes `line` (not empty) and its line end, unless it ends in one. A single blank gives an empty line. A
   // write that fails is not reported.

@@ -70,6 +70,7 @@ TFilesAhead::TFile TFilesAhead::Read(const std::string& fileName) {
   try {
     rtl::TFileStream stream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
     std::string bytes = stream.ReadToEnd();
+    file.Version = VersionOf(stream, bytes);
     file.Size = bytes.size();
     file.Conversion = std::make_shared<TClaimedConversion>(fileName, std::move(bytes));
   } catch (...) {

@@ -16,6 +16,7 @@
 #include <string>
 
 #include "MigWizard/passes/FileConversion.h"
+#include "MigWizard/run/FileVersion.h"
 #include "MigWizard/run/WorkQueue.h"
 #include "rtl/text/StringList.h"
 
@@ -55,12 +56,15 @@ class TFilesAhead {
   // Returns the conversion of the next file; it is valid until the next call. Raises what reading the file
   // raised.
   [[nodiscard]] const TFileConversion& Take();
+  // What the file was that Take returned last.
+  const TFileVersion& Version() const { return FTaken.Version; }
 
  private:
   struct TFile {
     std::shared_ptr<TClaimedConversion> Conversion;
     std::exception_ptr Failure;  // if it could not be read; there is no conversion then
-    size_t Size = 0;             // bytes
+    TFileVersion Version;
+    size_t Size = 0;  // bytes
   };
 
   void ReadAhead();

@@ -18,6 +18,21 @@ enum TScanDest : uint8_t {
   sdFolder = 1,   // a disk folder
 };
 
+// How carefully a run treats what it finds. Not stored.
+struct TRunPolicy {
+  // The run stops before it replaces the first original if a changed file has no true backup or was edited
+  // since it was read. A journal of the replacement is on the disk while it lasts. A run at the same time, or
+  // a backup folder with the way back of an earlier run (WayBack.h), is refused before anything is made.
+  // Files and folders that cannot be read are left out and reported (TComponentReplacer::LeftOut) where
+  // the run would otherwise end. Without Strict, none of this holds.
+  bool Strict = false;
+
+  // These count with Strict only.
+  bool OverwriteBackups = false;  // accepts a backup folder that holds the undo file of an earlier run
+  bool SkipConverted = false;     // leaves units alone that name the new units already
+  bool KeepGoing = false;         // leaves out files whose contents cannot be converted
+};
+
 class TReplaceOptions {
  public:
   // `sourceName` names the families that are replaced: "BDE/IBX".
@@ -43,6 +58,7 @@ class TReplaceOptions {
   std::string
       UnitNames;  // with sdProject: bare file names of the selected units, one a line, as a list's Text
   bool ViewLog = false;  // open the log after the run; no effect without WriteLog
+  TRunPolicy Policy;
 };
 
 }  // namespace mig

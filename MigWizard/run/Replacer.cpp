@@ -1,5 +1,7 @@
 #include "MigWizard/run/Replacer.h"
 
+#include <new>
+
 #include "MigWizard/run/Finally.h"
 #include "MigWizard/run/HeldFolders.h"
 #include "MigWizard/run/RExpertRes.h"
@@ -45,8 +47,18 @@ std::string TComponentReplacer::LogFileName() const {
 }
 
 bool TComponentReplacer::Replace() {
+  try {
+    return ReplaceFiles();
+  } catch (const std::bad_alloc&) {
+    throw rtl::EOutOfMemory("Not enough memory.");
+  }
+}
+
+bool TComponentReplacer::ReplaceFiles() {
   const std::string logName = LogFileName();
   const THeldFolders held;
+  FLeftOut.clear();
+  TRunLock runLock(FOptions);
   if (FOptions.WriteLog) FLog.Open(logName);
   bool succeeded = false;
   {
@@ -55,7 +67,7 @@ bool TComponentReplacer::Replace() {
       FLog.Close();
       qrl::StopWait();
     });
-    succeeded = TRun({FOptions, *this, FLog, FConverter, FOtherConverter}).Execute();
+    succeeded = TRun({FOptions, *this, runLock, FLog, FConverter, FOtherConverter, FLeftOut}).Execute();
     if (succeeded) FLog.WriteLine(SReplaceSuccess);
   }
   if (FOptions.WriteLog && FOptions.ViewLog) win::ShellExecuteA("open", logName);

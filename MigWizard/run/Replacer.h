@@ -16,6 +16,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "MigWizard/form/FormParser.h"
 #include "MigWizard/passes/ClassMap.h"
@@ -46,12 +47,20 @@ class TComponentReplacer : public TRunHooks {
   // be copied over its original; the undo file then restores the others. Every other failure is an exception.
   // All originals are unchanged then, unless it is about writing the undo file, which comes last. The
   // temporary folder is gone in every case.
+  //
+  // With Options().Policy.Strict a run may be refused before it makes anything (EWayBack, ERunIsBusy), or end
+  // before the first original is replaced (EBackupFailed, EFileEdited). If it ends later, a journal remains in
+  // the backup folder, from which Restore restores.
   [[nodiscard]] bool Replace();
 
   // Copies every backup that the undo file lists over its original. Returns False if the list is empty or a
   // backup is missing; no file was touched then. Returns False also if a copy failed; the files before it are
   // restored then. Raises rtl::EFOpenError or rtl::EReadError if the undo file cannot be read.
   [[nodiscard]] bool Restore(std::string_view undoFile);
+
+  // Returns what the last run left out: folders that could not be read; in strict runs also files that could
+  // not be read, or, with KeepGoing, not be converted. Each was reported with OnWarning.
+  const std::vector<TLeftOut>& LeftOut() const { return FLeftOut; }
 
   TReplaceOptions& Options() const { return FOptions; }
   // Returns the full name of the log of a run with the present options; empty if they want none.
@@ -62,12 +71,15 @@ class TComponentReplacer : public TRunHooks {
   virtual std::string GetReplacement(std::string_view oldClass, std::string_view newClass);
 
  private:
+  bool ReplaceFiles();
+
   TClassMap FClasses;
   TLogWriter FLog;
   std::string FOldUnit;  // in upper case
   std::string FNewUnits;
   TFileConverter FConverter, FOtherConverter;  // both work at the same time
   TReplaceOptions& FOptions;
+  std::vector<TLeftOut> FLeftOut;
 };
 
 }  // namespace mig

@@ -3,19 +3,20 @@
 #include <limits>
 
 #include "MigWizard/run/RExpertRes.h"
+#include "MigWizard/run/RunErrors.h"
 #include "MigWizard/run/UnitList.h"
-#include "rtl/text/Streams.h"
-#include "rtl/text/SysUtils.h"
-#include "win/FileApi.h"
+#include "rtl/text/Exceptions.h"
 
 namespace mig {
 
 TRun::TRun(const TRunContext& context)
     : FOptions(context.Options),
       FHooks(context.Hooks),
+      FLock(context.Lock),
       FLog(context.Log),
       FConverter(context.Converter),
       FOtherConverter(context.OtherConverter),
+      FLeftOut(context.LeftOut),
       FBackups(FOptions, FHooks, FQueue) {
   for (TFileConverter* const converter : {&FConverter, &FOtherConverter}) {
     converter->OnGetDatabase = [this](std::string_view alias, const qrl::TEncoding& encoding) {
@@ -32,18 +33,31 @@ TRun::~TRun() {
 
 bool TRun::Execute() {
   FLog.WriteLine(SInitUnitList);
-  InitUnitList(FOptions, FHooks, FUnits);
-  if (FOptions.MakeBackup) {
-    FLog.WriteLine(SCreateBackupFolder);
-    CreateBackupFolder(FOptions, FHooks);
+  InitUnitList(FOptions, FHooks, FUnits, FLeftOut);
+  try {
+    return ConvertAndReplace();
+  } catch (...) {
+    // The journal needs the backups that are not in their places.
+    if (!FHasJournal) FBackups.DeleteStaged();
+    throw;
   }
+}
+
+bool TRun::ConvertAndReplace() {
+  if (FOptions.MakeBackup) PrepareBackupFolder();
   FLog.WriteLine(SAllocTempFolder);
-  const TTempFolder temp(FHooks, FQueue);
+  const TTempFolder temp(FOptions, FHooks, FQueue);
   Walk(temp.Path());
   const bool succeeded = ReplaceOriginals(temp.Path());
-  if (FOptions.MakeBackup) WriteUndoFile();
   FLog.WriteLine(SRemoveTempFolder);
   return succeeded;
+}
+
+void TRun::PrepareBackupFolder() {
+  FLog.WriteLine(SCreateBackupFolder);
+  CreateBackupFolder(FOptions, FHooks);
+  FLock.LockBackupFolder();
+  FBackups.Prepare();
 }
 
 void TRun::Walk(const std::string& tempDir) {
@@ -76,68 +90,26 @@ void TRun::WalkList(const std::string& tempDir) {
     }
     ReportProgress(i, FUnits[i]);
     const std::string fileName = FUnits[i];  // a copy: the list grows meanwhile
-    ProcessEntry(fileName, files, tempDir);
+    NamingFile(fileName, [&] { ProcessEntry(fileName, files, tempDir); });
   }
 }
 
+// What keeps a form from being read here keeps it from being converted later, which is told then.
 void TRun::CollectDatabaseNames(int firstForm) {
   for (int i = firstForm; i < FUnits.Count(); ++i) {
     ReportProgress(firstForm, FUnits[i]);
-    FDatabases.Collect(FUnits[i]);
+    try {
+      FDatabases.Collect(FUnits[i]);
+    } catch (const rtl::EStreamError&) {
+      if (!FOptions.Policy.Strict) throw;
+    } catch (const EFileConversion&) {
+      if (!FOptions.Policy.Strict || !FOptions.Policy.KeepGoing) throw;
+    }
   }
 }
 
 void TRun::ReportProgress(int done, std::string_view fileName) const {
   FHooks.Report({done, FUnits.Count(), fileName});
-}
-
-void TRun::ProcessEntry(const std::string& fileName, TFilesAhead& files, const std::string& tempDir) {
-  std::string relPath;
-  if (FOptions.Dest == sdFolder) {
-    FTwins.AddFullName(rtl::ExtractFileDir(fileName));
-    relPath = rtl::ExtractRelativePath(JoinPath(FOptions.Directory, ""), fileName);
-    FTempFolders.Need(JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
-  } else {
-    FTwins.AddBareName(fileName);
-  }
-  const int changedBefore = FChangedFiles;
-  ProcessFile(fileName, files, JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
-  if (FChangedFiles > changedBefore && FOptions.MakeBackup) FBackups.Add(fileName, relPath);
-}
-
-bool TRun::ReplaceOriginals(const std::string& tempDir) {
-  if (FChangedFiles > 0) {
-    FLog.WriteLine(SReplacingOriginals);
-    if (!win::FileSystem().FlushWritten()) {
-      throw rtl::EWriteError(rtl::Format("Cannot write the changed files to the disk. %s",
-                                         {win::SysErrorMessage(win::GetLastError())}));
-    }
-  }
-  const TCopyFailures failures = FOptions.Dest == sdFolder ? CopyFolder(tempDir, FOptions.Directory, FQueue)
-                                                           : CopyFiles(tempDir, FUnits, FQueue);
-  for (const auto& [fileName, error] : failures)
-    FHooks.Warn(rtl::Format("\"%s\" could not be replaced. %s", {fileName, win::SysErrorMessage(error)}));
-  return failures.empty();
-}
-
-// A run that changed nothing leaves the undo file of an earlier run.
-void TRun::WriteUndoFile() {
-  const std::string undoName = JoinPath(FOptions.BackupDir, SUndoFileName);
-  const TUndoList& list = FBackups.UndoList();
-  try {
-    if (!list.Empty() || !rtl::FileExists(undoName)) list.Save(undoName);
-  } catch (const rtl::EStreamError&) {
-    if (FChangedFiles > 0)
-      FHooks.Warn(rtl::Format(
-          "The files are replaced, and their backups stand in \"%s\", but no undo file lists them.",
-          {FOptions.BackupDir}));
-    throw;
-  }
-  FLog.WriteLine(rtl::Format(SBackupFile, {undoName}));
-  if (const std::string line = list.FirstAmbiguousLine(); !line.empty())
-    FHooks.Warn(rtl::Format(
-        "The undo file cannot restore files while it lists a name with \"=\" or a line end in it: %s",
-        {line}));
 }
 
 }  // namespace mig

@@ -8,9 +8,11 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "MigWizard/passes/FileConversion.h"
 #include "MigWizard/run/Backups.h"
+#include "MigWizard/run/ChangedFiles.h"
 #include "MigWizard/run/DatabaseNames.h"
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/FilesAhead.h"
@@ -18,6 +20,7 @@
 #include "MigWizard/run/RunFolders.h"
 #include "MigWizard/run/RunHooks.h"
 #include "MigWizard/run/TwinFiles.h"
+#include "MigWizard/run/WayBack.h"
 #include "MigWizard/run/WorkQueue.h"
 #include "rtl/text/StringList.h"
 
@@ -27,9 +30,11 @@ namespace mig {
 struct TRunContext {
   const TReplaceOptions& Options;
   const TRunHooks& Hooks;
+  TRunLock& Lock;
   TLogWriter& Log;
   TFileConverter& Converter;       // for the walk
   TFileConverter& OtherConverter;  // for the worker, at the same time
+  std::vector<TLeftOut>& LeftOut;  // gets what the run leaves out
 };
 
 class TRun {
@@ -43,32 +48,44 @@ class TRun {
   [[nodiscard]] bool Execute();
 
  private:
+  bool ConvertAndReplace();
+  void PrepareBackupFolder();
   void Walk(const std::string& tempDir);
   void WalkList(const std::string& tempDir);
   void CollectDatabaseNames(int firstForm);
   void ReportProgress(int done, std::string_view fileName) const;
-  void ProcessEntry(const std::string& fileName, TFilesAhead& files, const std::string& tempDir);
 
+  // --- One file (RunFile.cpp) ---
+  void ProcessEntry(const std::string& fileName, TFilesAhead& files, const std::string& tempDir);
   void ProcessFile(const std::string& fileName, TFilesAhead& files, const std::string& targetDir);
   void ProcessUnit(const TFileConversion& unit, const std::string& sourceFile, const std::string& targetFile);
   void ProcessForm(const TFileConversion& form, const std::string& sourceFile, const std::string& targetFile);
+  void AddForm(const std::string& form);
   void WriteChanged(const TFileConversion& file, const std::string& sourceFile,
                     const std::string& targetFile);
   void LogChanges(int changes);
+  void LeaveOut(const std::string& name, const std::string& message);
 
+  // --- The last step (RunReplacement.cpp) ---
   bool ReplaceOriginals(const std::string& tempDir);
+  bool ReplaceWithJournal(const std::string& tempDir);
+  void Flush() const;
   void WriteUndoFile();
 
   const TReplaceOptions& FOptions;
   const TRunHooks& FHooks;
+  TRunLock& FLock;
   TLogWriter& FLog;
   TFileConverter& FConverter;
   TFileConverter& FOtherConverter;
+  std::vector<TLeftOut>& FLeftOut;
   rtl::TStringList FUnits;  // the working list: full names in processing order; grows during the walk
   int FChangedFiles = 0;
   TDatabaseNames FDatabases;
   TTwinFiles FTwins;
   TFolderMaker FTempFolders;
+  TChangedFiles FChanged;
+  bool FHasJournal = false;
   TBackups FBackups;
   TWorkQueue FQueue;  // ends first: its tasks use the other members
 };

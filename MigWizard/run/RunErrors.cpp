@@ -1,5 +1,7 @@
 #include "MigWizard/run/RunErrors.h"
 
+#include <new>
+
 namespace mig {
 
 EFileConversion::EFileConversion(std::string_view fileName, std::string_view reason)
@@ -14,6 +16,12 @@ void NamingFile(const std::string& fileName, const std::function<void()>& action
     throw;
   } catch (const ETwinFiles&) {
     throw;
+  } catch (const EFileConversion&) {
+    throw;
+  } catch (const rtl::EOutOfMemory&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    throw rtl::EOutOfMemory(fileName + ": Not enough memory.");
   } catch (const rtl::Exception& error) {
     throw EFileConversion(fileName, error.what());
   }

@@ -31,8 +31,9 @@ class ETwinFiles : public rtl::Exception {
   std::string FFirst, FSecond;
 };
 
-// Runs `action`, which works on the contents of `fileName`, and turns its exceptions into EFileConversion.
-// Passes on EAbort, ETwinFiles, and the exceptions of streams, which name their file already.
+// Runs `action`, which works on the contents of `fileName`, and turns its exceptions into EFileConversion;
+// a lack of memory becomes rtl::EOutOfMemory with the name of the file. Passes on EAbort, EOutOfMemory,
+// EFileConversion, ETwinFiles, and the exceptions of streams, which name their file already.
 void NamingFile(const std::string& fileName, const std::function<void()>& action);
 
 }  // namespace mig

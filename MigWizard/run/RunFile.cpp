@@ -1,4 +1,4 @@
-// What a run does with one file that was read and converted: log it, and write the changed version.
+// What a run does with one file: log it, write the changed version, have the original backed up.
 #include <exception>
 
 #include "MigWizard/passes/UnitNames.h"
@@ -10,30 +10,72 @@
 #include "win/FileApi.h"
 
 namespace mig {
+namespace {
+
+// Returns True if a failure to look at a file with this code means that there is none.
+bool MeansMissing(uint32_t error) {
+  return error == win::ERROR_FILE_NOT_FOUND || error == win::ERROR_PATH_NOT_FOUND ||
+         error == win::ERROR_INVALID_NAME || error == win::ERROR_DIRECTORY ||
+         error == win::ERROR_FILENAME_EXCED_RANGE;
+}
+
+}  // namespace
+
+void TRun::ProcessEntry(const std::string& fileName, TFilesAhead& files, const std::string& tempDir) {
+  std::string relPath;
+  if (FOptions.Dest == sdFolder) {
+    FTwins.AddFullName(rtl::ExtractFileDir(fileName));
+    relPath = rtl::ExtractRelativePath(JoinPath(FOptions.Directory, ""), fileName);
+    FTempFolders.Need(JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
+  } else {
+    FTwins.AddBareName(fileName);
+  }
+  const int changedBefore = FChangedFiles;
+  ProcessFile(fileName, files, JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
+  if (FChangedFiles == changedBefore) return;
+  FChanged.Add(fileName, files.Version());
+  if (FOptions.MakeBackup) FBackups.Add(fileName, relPath, files.Version());
+}
 
 void TRun::ProcessFile(const std::string& fileName, TFilesAhead& files, const std::string& targetDir) {
   FLog.WriteLine(rtl::Format(SProcessingFile, {fileName}));
-  const TFileConversion& conversion = files.Take();
+  const TRunPolicy& policy = FOptions.Policy;
   const std::string target = JoinPath(targetDir, rtl::ExtractFileName(fileName));
   const int changedBefore = FChangedFiles;
-  NamingFile(fileName, [&] {
-    if (IsUnitSource(fileName)) {
-      ProcessUnit(conversion, fileName, target);
-    } else {
-      ProcessForm(conversion, fileName, target);
-    }
-  });
+  const TFileConversion* conversion = nullptr;
+  try {
+    conversion = &files.Take();
+  } catch (const rtl::EStreamError& error) {
+    if (!policy.Strict) throw;
+    return LeaveOut(fileName, error.what());
+  }
+  try {
+    NamingFile(fileName, [&] {
+      if (IsUnitSource(fileName)) {
+        ProcessUnit(*conversion, fileName, target);
+      } else {
+        ProcessForm(*conversion, fileName, target);
+      }
+    });
+  } catch (const EFileConversion& error) {
+    if (!policy.Strict || !policy.KeepGoing) throw;
+    return LeaveOut(fileName, error.what());
+  }
   if (FChangedFiles > changedBefore) (void)win::FileSystem().CopyPermissions(fileName, target);
 }
 
 void TRun::ProcessUnit(const TFileConversion& unit, const std::string& sourceFile,
                        const std::string& targetFile) {
   if (unit.Failure) std::rethrow_exception(unit.Failure);
-  for (const std::string& form : unit.FormFiles) {
-    if (rtl::FileExists(form) && !FHooks.IsExcluded(form)) FUnits.Add(form);
+  for (const std::string& form : unit.FormFiles) AddForm(form);
+  bool isSkipped = false;
+  if (FOptions.Policy.Strict && unit.IsChanged && unit.NamesNewUnits) {
+    isSkipped = FOptions.Policy.SkipConverted;
+    FHooks.Warn(rtl::Format("\"%s\" names the new units already. Was it converted before?%s",
+                            {sourceFile, isSkipped ? " It was left as it is." : ""}));
   }
-  if (unit.IsChanged) WriteChanged(unit, sourceFile, targetFile);
-  LogChanges(unit.Changes);
+  if (unit.IsChanged && !isSkipped) WriteChanged(unit, sourceFile, targetFile);
+  LogChanges(isSkipped ? 0 : unit.Changes);
 }
 
 void TRun::ProcessForm(const TFileConversion& form, const std::string& sourceFile,
@@ -54,11 +96,24 @@ void TRun::ProcessForm(const TFileConversion& form, const std::string& sourceFil
   if (form.IsChanged) WriteChanged(form, sourceFile, targetFile);
 }
 
+void TRun::AddForm(const std::string& form) {
+  const uint32_t attributes = win::FileSystem().GetFileAttributesA(form);
+  if (attributes == win::INVALID_FILE_ATTRIBUTES) {
+    const uint32_t error = win::GetLastError();
+    if (FOptions.Policy.Strict && !MeansMissing(error) && !FHooks.IsExcluded(form))
+      LeaveOut(form, rtl::Format("Cannot open file \"%s\". %s", {form, win::SysErrorMessage(error)}));
+    return;
+  }
+  if ((attributes & win::FILE_ATTRIBUTE_DIRECTORY) == 0 && !FHooks.IsExcluded(form)) FUnits.Add(form);
+}
+
 void TRun::WriteChanged(const TFileConversion& file, const std::string& sourceFile,
                         const std::string& targetFile) {
-  FTwins.AddFullName(sourceFile);
-  rtl::TFileStream target(targetFile, rtl::fmCreate);
+  if (FOptions.Dest == sdFolder) FTwins.AddFullName(sourceFile);
+  if (FOptions.Policy.Strict && FOptions.MakeBackup && !CanBeListed(sourceFile, FOptions.BackupDir))
+    throw rtl::Exception("The undo file cannot list a name with \"=\" or a line end in it.");
   if (file.WriteFailure) std::rethrow_exception(file.WriteFailure);
+  rtl::TFileStream target(targetFile, rtl::fmCreate);
   target.Write(file.Mark);
   target.Write(file.Bytes);
   ++FChangedFiles;
@@ -66,6 +121,12 @@ void TRun::WriteChanged(const TFileConversion& file, const std::string& sourceFi
 
 void TRun::LogChanges(int changes) {
   FLog.WriteLine(changes == 0 ? std::string(SNoChanges) : std::to_string(changes) + SChanges);
+}
+
+void TRun::LeaveOut(const std::string& name, const std::string& message) {
+  FLeftOut.push_back({name, message});
+  FLog.WriteLine(message);
+  FHooks.Warn(message);
 }
 
 }  // namespace mig

@@ -1,6 +1,7 @@
 #include "MigWizard/run/RunFolders.h"
 
 #include "MigWizard/run/FileUtils.h"
+#include "MigWizard/run/LeftOverFolders.h"
 #include "MigWizard/run/RExpertRes.h"
 #include "MigWizard/run/WorkQueue.h"
 #include "rtl/text/Exceptions.h"
@@ -25,12 +26,23 @@ void CreateBackupFolder(const TReplaceOptions& options, const TRunHooks& hooks) 
   throw rtl::EFCreateError(SCannotCreateDir);
 }
 
-TTempFolder::TTempFolder(const TRunHooks& hooks, TWorkQueue& queue)
-    : FQueue(queue), FPath(CreateTempFolder(kTempPrefix, 1)) {
-  if (!FPath.empty()) return;
-  hooks.Warn(
-      rtl::Format("No temporary folder can be made in \"%s\". %s", {win::GetTempPathA(), LastReason()}));
-  throw rtl::EFCreateError(SCannotCreateDir);
+TTempFolder::TTempFolder(const TReplaceOptions& options, const TRunHooks& hooks, TWorkQueue& queue)
+    : FQueue(queue) {
+  std::vector<std::string> taken;
+  const bool isStrict = options.Policy.Strict;
+  FPath = isStrict ? CreateTempFolder(kTempPrefix, 1, taken) : CreateTempFolder(kTempPrefix, 1);
+  if (FPath.empty()) {
+    hooks.Warn(
+        rtl::Format("No temporary folder can be made in \"%s\". %s", {win::GetTempPathA(), LastReason()}));
+    throw rtl::EFCreateError(SCannotCreateDir);
+  }
+  try {
+    if (isStrict) FLock = win::LockFolder(FPath);
+    if (const std::string leftOver = DescribeLeftOverFolders(taken); !leftOver.empty()) hooks.Warn(leftOver);
+  } catch (...) {
+    rtl::RemoveDir(FPath);
+    throw;
+  }
 }
 
 TTempFolder::~TTempFolder() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
 
 namespace mig {
@@ -11,6 +12,12 @@ struct TRunProgress {
   int Done = 0;               // files that are done
   int Known = 0;              // files known so far; form files are added when their units have been read
   std::string_view FileName;  // full Windows path of the next file; empty when all files are converted
+};
+
+// A file or folder that a run left as it is because it could not be read or converted.
+struct TLeftOut {
+  std::string Name;     // full Windows path, or a bare name if nothing more is known
+  std::string Message;  // the reason, with the name
 };
 
 // All functions may be empty. They are called on the thread that called Replace or Restore.

@@ -19,12 +19,24 @@ class TUndoList {
   // Writes the undo file, a full Windows path. Raises the exceptions of rtl::TFileStream.
   void Save(const std::string& undoFile) const { FLines.SaveToFile(undoFile); }
 
-  // Returns the first line from which a restore cannot tell the two names, because one of them holds a "=" or
-  // a line end; empty if there is none.
-  std::string FirstAmbiguousLine() const;
+  // Writes the undo file in one step, and brings it to the disk. Does not write through a link. After a
+  // failure a file of that name is as it was. Raises as Save does.
+  void SaveToDisk(const std::string& undoFile) const;
+
+  // Returns the first line from which a restore cannot tell the two names; empty if there is none.
+  const std::string& FirstAmbiguousLine() const { return FAmbiguousLine; }
 
  private:
   rtl::TStringList FLines;  // original=backup, in the order of the backups
+  std::string FAmbiguousLine;
 };
+
+// Returns True if an undo file can list the file: its name holds no "=" and no line end, nor does the backup's
+// name hold a line end.
+bool CanBeListed(std::string_view fileName, std::string_view backupName);
+
+// Renames a file of the run to `target`, in one step, and brings the name to the disk. Raises
+// rtl::EFCreateError; both files are as they were then, unless only the disk failed.
+void MoveToDisk(const std::string& source, const std::string& target);
 
 }  // namespace mig

@@ -32,34 +32,50 @@ void InitProjectUnits(const TReplaceOptions& options, const TRunHooks& hooks, rt
     if (hooks.IsExcluded(units[i])) units.Delete(i);
 }
 
-// Does not follow links to folders.
-void ScanFolder(const std::string& dir, bool includeSubDirs, const TRunHooks& hooks,
-                rtl::TStringList& units) {
-  win::TFindData entry;
-  const auto walk = win::FindFirstFileA(JoinPath(dir, "*.*"), entry);
-  for (bool found = walk != nullptr; found; found = win::FindNextFileA(*walk, entry)) {
-    if (entry.FileName == "." || entry.FileName == "..") continue;
-    const bool isFolder = (entry.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY) != 0;
-    const bool isLink = (entry.FileAttributes & win::FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-    const std::string path = JoinPath(dir, entry.FileName);
-    if (isFolder && (includeSubDirs || isLink)) {
-      if (!isLink) ScanFolder(path, includeSubDirs, hooks, units);
-    } else if (IsUnitSource(entry.FileName) && !hooks.IsExcluded(path)) {
-      units.Add(path);
+class TFolderScan {
+ public:
+  TFolderScan(const TRunHooks& hooks, rtl::TStringList& units, std::vector<TLeftOut>& leftOut)
+      : FHooks(hooks), FUnits(units), FLeftOut(leftOut) {}
+
+  // Does not follow links to folders.
+  void ScanFolder(const std::string& dir, bool includeSubDirs) {
+    win::TFindData entry;
+    const auto walk = win::FindFirstFileA(JoinPath(dir, "*.*"), entry);
+    for (bool found = walk != nullptr; found; found = win::FindNextFileA(*walk, entry)) {
+      if (entry.FileName == "." || entry.FileName == "..") continue;
+      const bool isFolder = (entry.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY) != 0;
+      const bool isLink = (entry.FileAttributes & win::FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+      const std::string path = JoinPath(dir, entry.FileName);
+      if (isFolder && (includeSubDirs || isLink)) {
+        if (!isLink) ScanFolder(path, includeSubDirs);
+      } else if (IsUnitSource(entry.FileName) && !FHooks.IsExcluded(path)) {
+        FUnits.Add(path);
+      }
     }
+    if (win::GetLastError() != win::ERROR_NO_MORE_FILES) LeaveOut(dir);
   }
-  if (win::GetLastError() != win::ERROR_NO_MORE_FILES)
-    hooks.Warn(rtl::Format("The folder \"%s\" could not be read. %s",
-                           {dir, win::SysErrorMessage(win::GetLastError())}));
-}
+
+ private:
+  void LeaveOut(const std::string& dir) {
+    const std::string message = rtl::Format("The folder \"%s\" could not be read. %s",
+                                            {dir, win::SysErrorMessage(win::GetLastError())});
+    FLeftOut.push_back({dir, message});
+    FHooks.Warn(message);
+  }
+
+  const TRunHooks& FHooks;
+  rtl::TStringList& FUnits;
+  std::vector<TLeftOut>& FLeftOut;
+};
 
 }  // namespace
 
-void InitUnitList(const TReplaceOptions& options, const TRunHooks& hooks, rtl::TStringList& units) {
+void InitUnitList(const TReplaceOptions& options, const TRunHooks& hooks, rtl::TStringList& units,
+                  std::vector<TLeftOut>& leftOut) {
   if (options.Dest == sdProject) {
     InitProjectUnits(options, hooks, units);
   } else {
-    ScanFolder(options.Directory, options.IncludeSubDirs, hooks, units);
+    TFolderScan(hooks, units, leftOut).ScanFolder(options.Directory, options.IncludeSubDirs);
   }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "MigWizard/run/ReplaceOptions.h"
 #include "MigWizard/run/RunHooks.h"
@@ -10,8 +11,10 @@
 namespace mig {
 
 // Appends the full names of the units that `options` ask for and `hooks` do not exclude to the empty list
-// `units`, in processing order. Reports folders that cannot be read with OnWarning.
-void InitUnitList(const TReplaceOptions& options, const TRunHooks& hooks, rtl::TStringList& units);
+// `units`, in processing order. Appends folders that cannot be read to `leftOut`, and reports them with
+// OnWarning.
+void InitUnitList(const TReplaceOptions& options, const TRunHooks& hooks, rtl::TStringList& units,
+                  std::vector<TLeftOut>& leftOut);
 
 // Returns the folder of a run, in which its log lies: the project's, or the folder to scan.
 std::string RunFolder(const TReplaceOptions& options);

@@ -17,6 +17,9 @@ class EAbort : public Exception {
 class EAssertionFailed : public Exception {
   using Exception::Exception;
 };  // a contract was broken
+class EOutOfMemory : public Exception {
+  using Exception::Exception;
+};
 class EInvalidCast : public Exception {
   using Exception::Exception;
 };

@@ -23,9 +23,10 @@ std::string TStream::ReadToEnd() {
 }
 
 TFileStream::TFileStream(std::string_view fileName, uint16_t mode) : FFileName(fileName) {
-  const bool create = mode == fmCreate;
-  FHandle =
-      win::FileSystem().CreateFileA(fileName, create ? win::TFileMode::Create : win::TFileMode::OpenRead);
+  const bool create = mode == fmCreate || mode == fmCreateOwn;
+  FHandle = win::FileSystem().CreateFileA(fileName, mode == fmCreate      ? win::TFileMode::Create
+                                                    : mode == fmCreateOwn ? win::TFileMode::CreateOwn
+                                                                          : win::TFileMode::OpenRead);
   if (FHandle) return;
   const std::string reason = win::SysErrorMessage(win::GetLastError());
   if (create) throw EFCreateError(Format("Cannot create file \"%s\". %s", {fileName, reason}));

@@ -16,6 +16,8 @@ class TFileHandle;
 namespace rtl {
 
 inline constexpr uint16_t fmCreate = 0xFFFF;  // create, or empty an existing file; read and write
+inline constexpr uint16_t fmCreateOwn =
+    0xFFFE;  // the same for one of the program's own files: never through a link, and held
 inline constexpr uint16_t fmOpenRead = 0x0000;
 inline constexpr uint16_t fmShareDenyNone = 0x0040;
 
@@ -52,6 +54,9 @@ class TFileStream : public TStream {
   int64_t Position() const override { return FPosition; }
   void SetPosition(int64_t position) override;
   int64_t Size() override;
+  const std::string& FileName() const { return FFileName; }
+  // The open file, for what a stream does not offer.
+  win::TFileHandle& Handle() { return *FHandle; }
 
  private:
   std::string FFileName;

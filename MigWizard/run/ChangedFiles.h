@@ -1,0 +1,60 @@
+// The files that a run has changed versions of, and their replacement.
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "MigWizard/run/FileUtils.h"
+#include "MigWizard/run/FileVersion.h"
+#include "MigWizard/run/ReplaceOptions.h"
+#include "MigWizard/run/RunHooks.h"
+#include "rtl/text/Exceptions.h"
+
+namespace mig {
+
+class TWorkQueue;
+
+// A strict run ended before it replaced the first file, because a file was changed by somebody else.
+class EFileEdited : public rtl::Exception {
+  using Exception::Exception;
+};
+
+class TChangedFiles {
+ public:
+  // Adds a file by its full name, with what it was when it was read. A file that is added again keeps its
+  // first version.
+  void Add(const std::string& fileName, const TFileVersion& version);
+
+  bool Empty() const { return FNames.empty(); }
+  // Returns how many originals were replaced so far.
+  int Replaced() const { return FReplaced; }
+
+  // Raises EFileEdited with the first file that is not what it was when it was read.
+  void RequireUnchanged() const;
+
+  // Copies the changed versions from the folder `tempDir` over the originals, as tasks of a queue that has no
+  // other tasks. In a folder run a file that fails keeps the files after it in its folder from being
+  // replaced; with `options.Policy.Strict` a file that was edited since it was read fails. Reports every file
+  // that was not replaced with OnWarning, and returns True if there is none.
+  bool Replace(const std::string& tempDir, const TReplaceOptions& options, const TRunHooks& hooks,
+               TWorkQueue& queue);
+
+ private:
+  struct TFile {
+    explicit TFile(const TFileVersion& version) : Version(version) {}
+    TFileVersion Version;
+    std::atomic<bool> IsReplaced = false;
+  };
+
+  // Copies `source` over the original `target`. Returns the reason of a failure, or an empty string.
+  std::string ReplaceOne(const std::string& source, const std::string& target, bool isStrict);
+  void ReportOthers(const TCopyFailures& failures, const TRunHooks& hooks) const;
+
+  std::vector<std::string> FNames;                // in the order in which they were added
+  std::unordered_map<std::string, TFile> FFiles;  // by upper-cased full name
+  std::atomic<int> FReplaced = 0;
+};
+
+}  // namespace mig

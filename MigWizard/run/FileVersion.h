@@ -1,0 +1,34 @@
+// What a file was when a run read it. Tells whether it was changed since, and whether a backup is true to it.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "win/FileSystem.h"
+
+namespace rtl {
+class TFileStream;
+}
+
+namespace mig {
+
+struct TFileVersion {
+  win::TFileStamp Stamp;         // taken before the first byte was read
+  std::optional<uint64_t> Hash;  // of the bytes, if the file was written so recently that another write might
+                                 // have left the same stamp
+};
+
+// Returns the version of a file open for reading. `bytes` are its contents. Raises rtl::EReadError.
+TFileVersion VersionOf(rtl::TFileStream& file, std::string_view bytes);
+
+// Returns True if the file still is what it was when it was read. On failure returns False with the reason in
+// win::GetLastError, which is ERROR_SUCCESS if the file can be read and differs.
+bool IsUnchanged(const std::string& fileName, const TFileVersion& version);
+
+// Returns True if `backupName` holds what was read from `fileName`: by size and time or, where these do not
+// decide, by the bytes. Otherwise False, as IsUnchanged.
+bool IsTrueBackup(const std::string& fileName, const std::string& backupName, const TFileVersion& version);
+
+}  // namespace mig

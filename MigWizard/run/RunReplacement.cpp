@@ -1,0 +1,72 @@
+// The last step of a run: the changed files are copied over their originals.
+#include "MigWizard/run/RExpertRes.h"
+#include "MigWizard/run/Run.h"
+#include "rtl/text/Streams.h"
+#include "rtl/text/SysUtils.h"
+#include "win/FileApi.h"
+
+namespace mig {
+
+bool TRun::ReplaceOriginals(const std::string& tempDir) {
+  if (FChangedFiles > 0) {
+    FLog.WriteLine(SReplacingOriginals);
+    Flush();
+  }
+  if (FOptions.Policy.Strict && !FChanged.Empty()) return ReplaceWithJournal(tempDir);
+  const bool succeeded = FChanged.Replace(tempDir, FOptions, FHooks, FQueue);
+  if (FOptions.MakeBackup) WriteUndoFile();
+  return succeeded;
+}
+
+void TRun::Flush() const {
+  if (win::FileSystem().FlushWritten()) return;
+  throw rtl::EWriteError(rtl::Format("Cannot write the changed files to the disk. %s",
+                                     {win::SysErrorMessage(win::GetLastError())}));
+}
+
+// The journal and the backups are on the disk before the first original is replaced. The journal remains
+// until the undo file has taken its place, whatever ends the run.
+bool TRun::ReplaceWithJournal(const std::string& tempDir) {
+  FChanged.RequireUnchanged();
+  if (FOptions.MakeBackup) {
+    FBackups.WriteJournal();
+    FHasJournal = true;
+  }
+  bool succeeded = false;
+  try {
+    succeeded = FChanged.Replace(tempDir, FOptions, FHooks, FQueue);
+    Flush();
+    if (FHasJournal) FBackups.FinishJournal();
+  } catch (...) {
+    if (FHasJournal)
+      FHooks.Warn(rtl::Format("The run ended while it replaced files. The journal \"%s\" restores them.",
+                              {JournalOf(FOptions.BackupDir)}));
+    throw;
+  }
+  if (FHasJournal) FLog.WriteLine(rtl::Format(SBackupFile, {UndoFileOf(FOptions.BackupDir)}));
+  return succeeded;
+}
+
+// A run that changed nothing leaves the undo file of an earlier run.
+void TRun::WriteUndoFile() {
+  const std::string undoName = UndoFileOf(FOptions.BackupDir);
+  const TUndoList& list = FBackups.UndoList();
+  try {
+    if (!list.Empty() || !rtl::FileExists(undoName)) list.Save(undoName);
+  } catch (const rtl::EStreamError&) {
+    if (FChanged.Replaced() > 0)
+      FHooks.Warn(
+          FBackups.Any()
+              ? rtl::Format("Files are replaced. Their backups are in \"%s\", but no undo file lists them.",
+                            {FOptions.BackupDir})
+              : "Files are replaced, and there is no backup of any of them.");
+    throw;
+  }
+  FLog.WriteLine(rtl::Format(SBackupFile, {undoName}));
+  if (const std::string& line = list.FirstAmbiguousLine(); !line.empty())
+    FHooks.Warn(rtl::Format(
+        "The undo file cannot restore files while it lists a name with \"=\" or a line end in it: %s",
+        {line}));
+}
+
+}  // namespace mig

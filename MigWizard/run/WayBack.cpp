@@ -1,0 +1,90 @@
+#include "MigWizard/run/WayBack.h"
+
+#include "MigWizard/run/FileUtils.h"
+#include "MigWizard/run/RExpertRes.h"
+#include "MigWizard/run/UnitList.h"
+#include "rtl/text/SysUtils.h"
+#include "win/FileApi.h"
+#include "win/paths/CodePage.h"
+
+namespace mig {
+namespace {
+
+bool IsMissing(uint32_t error) {
+  return error == win::ERROR_FILE_NOT_FOUND || error == win::ERROR_PATH_NOT_FOUND;
+}
+
+// Ends the search where no folder can be looked at.
+constexpr int kMostFolders = 9999;
+
+constexpr char kJournalFound[] =
+    "A run was interrupted while it replaced files; their backups are in \"%s\". Restore them before the "
+    "next "
+    "run.";
+constexpr char kUndoFileFound[] =
+    "The backup folder \"%s\" holds the undo file of an earlier run, which this run would overwrite.";
+
+bool IsSameFolder(const std::string& left, const std::string& right) {
+  const auto spelled = [](const std::string& folder) {
+    return win::UpperFileName(JoinPath(win::FileSystem().GetLongPathNameA(folder), ""));
+  };
+  return spelled(left) == spelled(right);
+}
+
+}  // namespace
+
+TWayBack FindWayBack(std::string_view backupDir) {
+  if (win::FileSystem().GetFileAttributesA(JournalOf(backupDir)) != win::INVALID_FILE_ATTRIBUTES ||
+      !IsMissing(win::GetLastError()))
+    return TWayBack::Journal;
+  const auto stamp = win::GetFileStamp(UndoFileOf(backupDir));
+  const bool counts = stamp ? stamp->Size > 0 : !IsMissing(win::GetLastError());
+  return counts ? TWayBack::UndoFile : TWayBack::None;
+}
+
+std::string UndoFileOf(std::string_view backupDir) {
+  return JoinPath(backupDir, SUndoFileName);
+}
+
+std::string JournalOf(std::string_view backupDir) {
+  return JoinPath(backupDir, SJournalFileName);
+}
+
+std::string ChooseBackupDir(std::string_view base) {
+  const std::string first = JoinPath(base, SBackupFolderName);
+  std::string folder = first;
+  for (int number = 2; number <= kMostFolders && FindWayBack(folder) != TWayBack::None; ++number)
+    folder = first + "." + std::to_string(number);
+  return folder;
+}
+
+EWayBack::EWayBack(TWayBack kind, std::string_view backupDir)
+    : Exception(rtl::Format(kind == TWayBack::Journal ? kJournalFound : kUndoFileFound, {backupDir})),
+      FKind(kind),
+      FBackupDir(backupDir) {}
+
+TRunLock::TRunLock(const TReplaceOptions& options) : FOptions(options) {
+  if (!FOptions.Policy.Strict) return;
+  FRunFolder = Lock(RunFolder(FOptions));
+  LockBackupFolder();
+}
+
+TRunLock::~TRunLock() = default;
+
+void TRunLock::LockBackupFolder() {
+  if (!FOptions.Policy.Strict || !FOptions.MakeBackup || FBackupFolder) return;
+  if (!IsSameFolder(FOptions.BackupDir, RunFolder(FOptions))) FBackupFolder = Lock(FOptions.BackupDir);
+  const TWayBack found = FindWayBack(FOptions.BackupDir);
+  if (found == TWayBack::Journal || (found == TWayBack::UndoFile && !FOptions.Policy.OverwriteBackups))
+    throw EWayBack(found, FOptions.BackupDir);
+}
+
+// Returns null if the folder does not exist or cannot be locked for another reason than a second run.
+std::unique_ptr<win::TFileLock> TRunLock::Lock(const std::string& folder) const {
+  auto lock = win::LockFolder(folder);
+  if (!lock && win::GetLastError() == win::ERROR_SHARING_VIOLATION)
+    throw ERunIsBusy(rtl::Format("Another run is at work in the folder \"%s\".", {folder}));
+  return lock;
+}
+
+}  // namespace mig

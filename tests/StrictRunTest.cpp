@@ -1,0 +1,293 @@
+// Strict runs: whatever fails, ends or meddles with them, every byte is in its file or comes back by one restore.
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <optional>
+
+#include "MigWizard/run/WayBack.h"
+#include "rtl/text/Streams.h"
+#include "rtl/text/SysUtils.h"
+#include "tests/ErrorOf.h"
+#include "tests/RecordingFileSystem.h"
+#include "tests/RunTree.h"
+
+namespace mig {
+namespace {
+
+namespace fs = std::filesystem;
+using tests::kForm;
+using tests::kUnit;
+using TFiles = std::map<std::string, std::string>;
+
+constexpr char kBadForm[] = "\xFF\x0A\x00";
+
+class StrictRunTest : public tests::TRunTree {
+ protected:
+  StrictRunTest() { Policy().Strict = true; }
+
+  TRunPolicy& Policy() { return FMigration.Options().Policy; }
+  std::string BackupDir() { return FMigration.Options().BackupDir; }
+  void Reset(const TFiles& files) {
+    fs::remove_all(FTree.HostPath("src"));
+    fs::remove_all(FTree.HostPath("tmp"));
+    fs::create_directory(FTree.HostPath("tmp"));
+    for (const auto& [name, text] : files) FTree.Write(name, text);
+    FWarnings.clear();
+  }
+  // Runs with `files` in force. The outcome: "True", "False", or the message of the exception.
+  std::string Outcome(win::TFileSystem& files) {
+    const win::TFileSystemOverride inForce(files);
+    try {
+      return Replacer().Replace() ? "True" : "False";
+    } catch (const rtl::Exception& error) {
+      return Shown(error.what());
+    }
+  }
+  // Takes the run back as a user would who finds what the folder holds.
+  void TakeBack() {
+    const TWayBack found = FindWayBack(BackupDir());
+    if (found == TWayBack::None) return;
+    EXPECT_TRUE(Replacer().Restore(found == TWayBack::Journal ? JournalOf(BackupDir()) : UndoFile()));
+  }
+};
+
+// Each operation fails once, or everything from it on, as if the program had been killed there.
+TEST_F(StrictRunTest, WhateverFailsEveryByteComesBack) {
+  const TFiles before = Sources();
+  for (const bool isKilled : {false, true}) {
+    size_t operations = 0;
+    for (size_t n = 0; n <= operations; ++n) {  // 0: none fails
+      SCOPED_TRACE(testing::Message() << n << " " << isKilled);
+      tests::TRecordingFileSystem faulty(win::FileSystem());
+      if (isKilled && n > 0) {
+        faulty.FailFrom(n, win::ERROR_DISK_FULL);
+      } else {
+        faulty.FailAt(n, win::ERROR_DISK_FULL);
+      }
+      const std::string outcome = Outcome(faulty);
+      operations = std::max(operations, faulty.Count());
+      SCOPED_TRACE(faulty.HasFailed() ? faulty.Calls()[n - 1] : "");
+      SCOPED_TRACE(outcome);
+      if (outcome == "True" && Replacer().LeftOut().empty()) {
+        EXPECT_EQ(Read("src/A.pas").find("TQuery"), std::string::npos);
+        EXPECT_EQ(Read("src/Sub/B.dfm").find("TQuery"), std::string::npos);
+      }
+      const TFiles after = Sources();
+      if (FindWayBack(BackupDir()) != TWayBack::None) {  // a second attempt is refused and changes nothing
+        EXPECT_THROW((void)Replacer().Replace(), EWayBack);
+        EXPECT_EQ(Sources(), after);
+      }
+      TakeBack();
+      EXPECT_EQ(Sources(), before);
+      EXPECT_NE(FindWayBack(BackupDir()), TWayBack::Journal);
+      Reset(before);
+    }
+    EXPECT_GT(operations, 60U);
+  }
+}
+
+// A second run begins at each moment of a first one.
+TEST_F(StrictRunTest, ASecondRunIsRefusedWhileTheFirstIsAtWork) {
+  const TFiles before = Sources();
+  size_t operations = 1;
+  for (size_t n = 1; n <= operations; ++n) {
+    SCOPED_TRACE(n);
+    tests::TRecordingFileSystem files(win::FileSystem());
+    std::string second = "not run";
+    files.OnCall = [&](const std::string&) {
+      if (files.Count() == n) second = Shown(tests::ErrorOf([&] { return FMigration.IBX().Replace(); }));
+      return win::ERROR_SUCCESS;
+    };
+    const std::string outcome = Outcome(files);
+    operations = std::max(operations, files.Count());
+    SCOPED_TRACE(files.Calls()[n - 1]);
+    if (second == "not run") continue;
+    if (outcome == "True") {
+      EXPECT_TRUE(second == "Another run is at work in the folder \"<dir>\\src\"." || second == "none")
+          << second;
+      TakeBack();
+      EXPECT_EQ(Sources(), before);
+    } else {  // the second one was first, and changed nothing
+      EXPECT_EQ(second, "none");
+    }
+    Reset(before);
+  }
+}
+
+TEST_F(StrictRunTest, WhatIsRefused) {
+  const struct {
+    const char* Name;
+    std::function<void()> Prepare;
+    const char* Message;
+  } rows[] = {
+      {"a backup that cannot be made", [this] { FTree.MakeFolder("src/RBackup/A.~pas"); },
+       "No backup of \"<dir>\\src\\A.pas\" could be made. Access is denied. No file was replaced."},
+      {"a backup that is a link",
+       [this] { FTree.MakeFolder("src/RBackup"), FTree.Link("/nowhere", "src/RBackup/A.~pas"); },
+       "No backup of \"<dir>\\src\\A.pas\" could be made. Access is denied. No file was replaced."},
+      {"an undo file that cannot be written", [this] { FTree.MakeFolder("src/RBackup/RExpert.reu"); },
+       "The backup folder \"<dir>\\src\\RBackup\" holds the undo file of an earlier run, which this run "
+       "would "
+       "overwrite."},
+      {"an earlier run", [this] { FTree.Write("src/RBackup/RExpert.reu", "a=b\r\n"); },
+       "The backup folder \"<dir>\\src\\RBackup\" holds the undo file of an earlier run, which this run "
+       "would "
+       "overwrite."},
+      {"an interrupted run", [this] { FTree.Write("src/RBackup/RExpert.reu.journal", "a=b\r\n"); },
+       "A run was interrupted while it replaced files; their backups are in \"<dir>\\src\\RBackup\". Restore "
+       "them before the next run."},
+      {"a name that the undo file cannot list", [this] { FTree.Write("src/a=b.pas", kUnit); },
+       "<dir>\\src\\a=b.pas: The undo file cannot list a name with \"=\" or a line end in it."},
+      {"a damaged form", [this] { FTree.Write("src/A.dfm", kBadForm); },
+       "<dir>\\src\\A.DFM: Form data at offset 2: the signature TPF0 is missing."},
+      {"a log that is a link", [this] { FTree.Link("/nowhere", "src/Wiz_Log.txt"); },
+       "Cannot create file \"<dir>\\src\\Wiz_Log.txt\". Access is denied."},
+  };
+  const TFiles before = Sources();
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.Name);
+    row.Prepare();
+    const TFiles prepared = Sources();
+    EXPECT_EQ(Failure<rtl::Exception>(), row.Message);
+    EXPECT_EQ(Sources(), prepared);
+    EXPECT_TRUE(TempFolderIsEmpty());
+    Reset(before);
+  }
+}
+
+// What cannot be read is left out, with the true reason, and the rest is converted.
+TEST_F(StrictRunTest, WhatIsLeftOut) {
+  const struct {
+    const char *Call, *Message, *Converted;
+  } rows[] = {
+      {"Open <dir>\\src\\A.pas", "Cannot open file \"<dir>\\src\\A.pas\". Access is denied.",
+       "src/Sub/B.pas"},
+      {"Read <dir>\\src\\A.pas", "Cannot read file \"<dir>\\src\\A.pas\". Access is denied.",
+       "src/Sub/B.dfm"},
+      {"Open <dir>\\src\\A.DFM", "Cannot open file \"<dir>\\src\\A.DFM\". Access is denied.", "src/A.pas"},
+      {"Attributes <dir>\\src\\A.DFM", "Cannot open file \"<dir>\\src\\A.DFM\". Access is denied.",
+       "src/A.pas"},
+      {"FindFirst <dir>\\src\\Sub\\*.*",
+       "The folder \"<dir>\\src\\Sub\" could not be read. Access is denied.", "src/A.dfm"},
+  };
+  const TFiles before = Sources();
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.Call);
+    tests::TRecordingFileSystem files(win::FileSystem());
+    files.OnCall = [&](const std::string& call) {
+      return Shown(call) == row.Call ? win::ERROR_ACCESS_DENIED : win::ERROR_SUCCESS;
+    };
+    EXPECT_EQ(Outcome(files), "True");
+    ASSERT_EQ(Replacer().LeftOut().size(), 1U);
+    EXPECT_EQ(Shown(Replacer().LeftOut()[0].Message), row.Message);
+    EXPECT_EQ(ShownWarnings(), std::string(row.Message) + "\n");
+    EXPECT_NE(Read(row.Converted), before.at(row.Converted));
+    Reset(before);
+  }
+}
+
+TEST_F(StrictRunTest, KeepGoingLeavesDamagedFilesAsTheyAre) {
+  Policy().KeepGoing = true;
+  FTree.Write("src/A.dfm", kBadForm);
+  EXPECT_TRUE(Replacer().Replace());
+  EXPECT_EQ(ShownWarnings(), "<dir>\\src\\A.DFM: Form data at offset 2: the signature TPF0 is missing.\n");
+  EXPECT_EQ(Replacer().LeftOut().size(), 1U);
+  EXPECT_EQ(Read("src/A.dfm"), kBadForm);
+  EXPECT_NE(Read("src/Sub/B.dfm"), kForm);
+  // The results of a run are gone in the next.
+  Policy().OverwriteBackups = true;
+  FTree.Write("src/A.dfm", kForm);
+  EXPECT_TRUE(Replacer().Replace());
+  EXPECT_TRUE(Replacer().LeftOut().empty());
+}
+
+TEST_F(StrictRunTest, AUnitThatWasConvertedBefore) {
+  EXPECT_TRUE(Replacer().Replace());
+  const std::string once = Read("src/A.pas");
+  Policy().OverwriteBackups = true;
+  Policy().SkipConverted = true;
+  EXPECT_TRUE(Replacer().Replace());
+  EXPECT_EQ(Read("src/A.pas"), once);
+  EXPECT_EQ(
+      ShownWarnings(),
+      "\"<dir>\\src\\A.pas\" names the new units already. Was it converted before? It was left as it is.\n"
+      "\"<dir>\\src\\Sub\\B.pas\" names the new units already. Was it converted before? It was left as it "
+      "is.\n");
+  FWarnings.clear();
+  Policy().SkipConverted = false;
+  EXPECT_TRUE(Replacer().Replace());
+  EXPECT_NE(Read("src/A.pas"), once);
+  EXPECT_EQ(FWarnings.size(), 2U);
+}
+
+// Backups that a run overwrites stay as they are until its own way back is complete.
+TEST_F(StrictRunTest, OverwritingBackupsMayFailAtAnyMoment) {
+  const TFiles first = Sources();
+  const TFiles second = {{"src/A.pas", "{ TQuery: second }"}, {"src/Sub/B.pas", "{ TTable: second }"}};
+  Policy().OverwriteBackups = true;
+  size_t operations = 0;
+  for (size_t n = 0; n <= operations; ++n) {
+    SCOPED_TRACE(n);
+    Reset(first);
+    EXPECT_TRUE(Replacer().Replace());
+    TFiles converted = Sources();
+    for (const auto& [name, text] : second) FTree.Write(name, converted[name] = text);
+    tests::TRecordingFileSystem faulty(win::FileSystem());
+    if (n > 0) faulty.FailFrom(n, win::ERROR_DISK_FULL);
+    SCOPED_TRACE(Outcome(faulty));
+    operations = std::max(operations, faulty.Count());
+    if (Sources() == converted) {  // the second run replaced nothing: the first can be taken back still
+      if (FindWayBack(BackupDir()) == TWayBack::Journal) TakeBack();
+      EXPECT_EQ(Sources(), converted);
+      TakeBack();
+      EXPECT_EQ(Sources(), first);
+    } else {
+      TakeBack();
+      EXPECT_EQ(Sources(), converted);
+    }
+  }
+  EXPECT_TRUE(fs::exists(FTree.HostPath("src")));
+}
+
+TEST_F(StrictRunTest, ChoosesTheFirstFolderWithoutAWayBack) {
+  const std::string base = FMigration.Options().Directory;
+  const char* const makes[] = {"src/RBackup/RExpert.reu", "src/RBackup.2/RExpert.reu.journal"};
+  EXPECT_EQ(ChooseBackupDir(base), JoinPath(base, "RBackup"));
+  FTree.Write("src/RBackup/RExpert.reu", "");  // of a run that changed nothing
+  EXPECT_EQ(ChooseBackupDir(base), JoinPath(base, "RBackup"));
+  for (const char* name : makes) FTree.Write(name, "a=b\r\n");
+  EXPECT_EQ(ChooseBackupDir(base), JoinPath(base, "RBackup.3"));
+}
+
+TEST_F(StrictRunTest, FoldersOfStoppedRunsAreNamedAndKept) {
+  FTree.Write("tmp/$DS1/A.pas", "x");
+  FTree.Write("tmp/$DS2", "a file");
+  FTree.MakeFolder("tmp/$DS3");
+  fs::last_write_time(FTree.HostPath("tmp/$DS1/A.pas"),
+                      fs::file_time_type::clock::now() - std::chrono::hours(75));
+  EXPECT_TRUE(Replacer().Replace());
+  EXPECT_EQ(
+      ShownWarnings(),
+      "Temporary folders of runs that were stopped, which you may delete: \"<dir>\\tmp\\$DS1\" (3 days old), "
+      "\"<dir>\\tmp\\$DS3\" (empty).\n");
+  EXPECT_EQ(FTree.Names("tmp"), (std::vector<std::string>{"$DS1", "$DS2", "$DS3"}));
+  EXPECT_EQ(FTree.Names("tmp/$DS1"), std::vector<std::string>{"A.pas"});
+}
+
+// A copy that reports success and is not what was read.
+TEST_F(StrictRunTest, AnUntrueBackupStopsTheRun) {
+  const TFiles before = Sources();
+  tests::TRecordingFileSystem files(win::FileSystem());
+  std::string made;
+  files.OnCall = [&](const std::string& call) {
+    if (call.starts_with("CopyToOwn") && call.ends_with("A.~pas")) made = "src/RBackup/A.~pas";
+    if (!made.empty() && call.starts_with("Stamp")) FTree.Write(made, std::string(sizeof kUnit - 1, ' '));
+    return win::ERROR_SUCCESS;
+  };
+  EXPECT_EQ(Outcome(files),
+            "No backup of \"<dir>\\src\\A.pas\" could be made. The copy differs from what was read. "
+            "No file was replaced.");
+  EXPECT_EQ(Sources(), before);
+}
+
+}  // namespace
+}  // namespace mig
