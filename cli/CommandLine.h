@@ -42,10 +42,13 @@ struct TCommandLine {
   std::string ActiveProject;
   std::vector<std::string> Units;
   std::optional<std::string> BackupDir;
+  bool OverwriteBackups = false;
   bool NoBackup = false;
   bool NoLog = false;
   bool ViewLog = false;
   std::vector<std::string> Exclude;
+  bool SkipConverted = false;
+  bool KeepGoing = false;
   std::string Catalogue;  // of `catalogue` too
 
   // restore

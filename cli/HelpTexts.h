@@ -1,11 +1,11 @@
-// The explanations and examples at the end of each help text. Lines are at most 100 columns wide.
+// The explanations and examples at the end of each help text. Lines are at most 80 columns wide.
 #pragma once
 
 namespace cli {
 
 inline constexpr char kAbout[] =
-    "Migrates Delphi applications from the BDE and IBX database components to the KORVA\n"
-    "data-access components.";
+    "Migrates Delphi applications from the BDE and IBX database components to the\n"
+    "KORVA data-access components.";
 
 inline constexpr char kGeneralFooter[] = R"(Examples:
   kvamigrate replace --mode bde --folder ~/src/orders --subfolders
@@ -21,28 +21,31 @@ Exit status:
   0    everything that was asked for was done
   1    it was done in part: each file that was left out is named
   2    the command line is wrong; nothing was touched
-  3    an error stopped the command; the originals are untouched unless the message says otherwise
+  3    an error stopped the command; the originals are untouched unless the
+       message says otherwise
   130  Ctrl-C stopped the command (128 and the number of the signal))";
 
 inline constexpr char kReplaceFooter[] = R"(What a run does:
-  Each file that changes is copied to the backup folder first, under an extension with "~"
-  (Unit1.~pas). After all files are converted, the changed versions take the place of the originals,
-  each in one step. "kvamigrate restore" needs the undo file RExpert.reu in the backup folder.
-  Wiz_Log.txt, in the folder of the run, lists every file with its number of changes.
+  Each file that changes is copied to the backup folder first, under an
+  extension with "~" (Unit1.~pas). After all files are converted, the changed
+  versions take the place of the originals, each in one step. The undo file
+  RExpert.reu in the backup folder is what "kvamigrate restore" needs.
+  Wiz_Log.txt, in the folder of the run, lists every file with its changes.
 
 Examples:
-  kvamigrate replace --mode bde --folder src --subfolders --exclude 'old/*' --exclude '*.broken.dfm'
-  kvamigrate replace --mode bde --project Orders.dpr --unit Main.pas --unit Data.pas
-  kvamigrate replace --mode ibx --project All.groupproj --active Server
-  kvamigrate replace --mode bde --folder 'C:\Src' --drive C=/srv/checkout --codepage 1251)";
+  kvamigrate replace --mode bde src --subfolders --exclude 'old/*'
+  kvamigrate replace --mode bde Orders.dpr --unit Main.pas --unit Data.pas
+  kvamigrate replace --mode ibx All.groupproj --active Server
+  kvamigrate replace --mode bde 'C:\Src' --drive C=/srv/checkout --codepage 1251)";
 
 inline constexpr char kRestoreFooter[] =
-    R"(Nothing is touched unless every backup is there, no file was edited after the run, and every line of
-the undo file is one that a run can have written. --force restores edited files, too.
-Give the same --drive options as in the run.
+    R"(Nothing is touched unless every backup is there, no file was edited after the
+run, and every line of the undo file is one that a run can have written.
+--force restores edited files, too. Give the same --drive options as in the run.
 
-With a folder, the undo file is looked for in it and in its RBackup, RBackup.2 and so on: the run
-that was last is taken back, or with --all every run, the last one first.
+With a folder, the undo file is looked for in it and in its RBackup, RBackup.2
+and so on: the last run is taken back, or with --all every run, the last one
+first.
 
 Examples:
   kvamigrate restore --list src
@@ -50,18 +53,18 @@ Examples:
   kvamigrate restore 'C:\Src\RBackup\RExpert.reu' --drive C=/srv/checkout)";
 
 inline constexpr char kToTextFooter[] =
-    R"(The texts of several forms are written one after the other. A file that is text already comes out as
-it is. Both kinds of binary input are taken: form files with their resource header, and bare object
-data.
+    R"(The texts of several forms are written one after the other. A file that is text
+already comes out as it is. Both kinds of binary input are taken: form files
+with their resource header, and bare object data.
 
 Examples:
   kvamigrate form to-text Main.dfm
   kvamigrate form to-text Main.dfm -o Main.txt
-  kvamigrate form to-text --in-place src          every form below a folder, for version control)";
+  kvamigrate form to-text --in-place src    every form below a folder)";
 
 inline constexpr char kToBinaryFooter[] =
-    R"(A text holds neither a resource name nor how empty strings are stored: the resource is named after
-the class of the form.
+    R"(A text holds neither a resource name nor how empty strings are stored: the
+resource is named after the class of the form.
 
 Examples:
   kvamigrate form to-binary Main.txt -o Main.dfm
@@ -76,8 +79,8 @@ inline constexpr char kWizardFooter[] = R"(Example:
   kvamigrate wizard Orders.dproj)";
 
 inline constexpr char kCompletionFooter[] = R"(Examples:
-  kvamigrate completion bash > ~/.local/share/bash-completion/completions/kvamigrate
-  kvamigrate completion zsh > ~/.zfunc/_kvamigrate      with ~/.zfunc in fpath
-  kvamigrate completion fish > ~/.config/fish/completions/kvamigrate.fish)";
+  source <(kvamigrate completion bash)       in ~/.bashrc
+  source <(kvamigrate completion zsh)        in ~/.zshrc, after compinit
+  kvamigrate completion fish | source        in ~/.config/fish/config.fish)";
 
 }  // namespace cli

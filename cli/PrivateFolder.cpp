@@ -10,6 +10,7 @@ TPrivateFolder::TPrivateFolder() : FPath(mig::CreateTempFolder("$DS", 1)) {
   if (FPath.empty())
     throw rtl::EFCreateError("No temporary folder can be made in \"" + win::GetTempPathA() + "\". " +
                              win::SysErrorMessage(win::GetLastError()));
+  FLock = win::LockFolder(FPath);
 }
 
 TPrivateFolder::~TPrivateFolder() {

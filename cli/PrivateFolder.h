@@ -1,7 +1,11 @@
-// A temporary folder for the program's own files, deleted with all that is in it.
+// A temporary folder for the program's own files, deleted with all that is in it. It is locked as long as it is
+// in use, so that nobody takes it for a folder that was left behind.
 #pragma once
 
+#include <memory>
 #include <string>
+
+#include "win/FileSystem.h"
 
 namespace cli {
 
@@ -17,6 +21,7 @@ class TPrivateFolder {
 
  private:
   std::string FPath;
+  std::unique_ptr<win::TFileLock> FLock;
 };
 
 }  // namespace cli

@@ -1,12 +1,14 @@
 // kvamigrate replace.
 #include <new>
-#include <utility>
 
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/RExpertRes.h"
+#include "MigWizard/run/UndoFiles.h"
+#include "MigWizard/run/WayBack.h"
 #include "cli/CatalogueFile.h"
 #include "cli/Commands.h"
 #include "cli/Console.h"
+#include "cli/ExcludeHint.h"
 #include "cli/Interrupt.h"
 #include "cli/PathPattern.h"
 #include "cli/Progress.h"
@@ -18,104 +20,112 @@
 namespace cli {
 namespace {
 
-constexpr char kDefaultBackupDir[] = "RBackup";
+// Raises mig::EWayBack if a run in the default backup folders of `folder` did not end.
+void RequireNoJournal(const std::string& folder) {
+  for (const std::string& undoFile : mig::FindUndoFiles(folder)) {
+    const std::string backupDir = rtl::ExtractFileDir(undoFile);
+    if (mig::FindWayBack(backupDir) == mig::TWayBack::Journal)
+      throw mig::EWayBack(mig::TWayBack::Journal, backupDir);
+  }
+}
 
-// A folder with a drive is taken as it is, any other lies below `base`, as in the wizard's dialog.
-std::string BackupDir(const std::optional<std::string>& typed, const std::string& base) {
-  if (!typed) return mig::JoinPath(base, kDefaultBackupDir);
-  if (typed->starts_with('/') || !rtl::ExtractFileDrive(*typed).empty()) return WindowsPath(*typed);
-  std::string entry = *typed;
+// A folder with a drive is taken as it is, any other lies below `folder`, as in the wizard's dialog.
+std::string TypedBackupDir(const std::string& typed, const std::string& folder) {
+  if (typed.starts_with('/') || !rtl::ExtractFileDrive(typed).empty()) return WindowsPath(typed);
+  std::string entry = typed;
   for (char& c : entry)
     if (c == '/') c = '\\';
-  return mig::JoinPath(base, entry);
+  return mig::JoinPath(folder, entry);
 }
 
-std::string PathBelow(const std::string& base, std::string_view fileName) {
-  return rtl::ExtractRelativePath(mig::JoinPath(base, ""), fileName);
+std::string BackupDir(const TCommandLine& line, const std::string& folder) {
+  RequireNoJournal(folder);
+  if (line.BackupDir) return TypedBackupDir(*line.BackupDir, folder);
+  if (line.NoBackup) return {};
+  const std::string chosen = mig::ChooseBackupDir(folder);
+  if (!line.Quiet && chosen != mig::JoinPath(folder, mig::SBackupFolderName))
+    Note("The backups go to \"" + chosen + "\", because the backups of earlier runs are kept.");
+  return chosen;
 }
 
-// Returns the pattern that leaves a file out. "?" replaces the characters that have a meaning in a pattern or
-// between the quotes of a shell.
-std::string ExcludePattern(const std::string& fileName, const std::string& base) {
-  std::string pattern = PathBelow(base, fileName);
-  for (char& c : pattern)
-    if (c == '[' || c == '*' || c == '\'') c = '?';
-  return pattern;
-}
-
-// Returns a pattern that leaves out one of two files and not the other; empty if there is none, as for names
-// that differ in case alone.
-std::string ExcludeOneOf(const std::string& one, const std::string& other, const std::string& base) {
-  for (const auto& [out, kept] : {std::pair(one, other), std::pair(other, one)}) {
-    std::string pattern = ExcludePattern(out, base);
-    if (!TPathPatterns({pattern}).Match(PathBelow(base, kept))) return pattern;
+// Returns what to do about a backup folder that may not be used.
+std::string WayBackHint(const mig::EWayBack& error, const TCommandLine& line) {
+  if (error.Kind() == mig::TWayBack::Journal) {
+    std::string command = "Type: kvamigrate restore '" + mig::JournalOf(error.BackupDir()) + "'";
+    for (const auto& [letter, folder] : line.Drives)
+      command.append(" --drive ").append(1, letter).append("='").append(folder).append("'");
+    return command;
   }
-  return {};
+  return "Take another folder with --backup-dir, or give up the earlier backups with --overwrite-backups.";
 }
 
-void NoteExclude(const std::string& fileName, const std::string& base) {
-  if (fileName.empty()) return;
-  Note("Leave the file out with --exclude '" + ExcludePattern(fileName, base) +
-       "' to convert the others. No file was changed.");
+// Says what stopped a run, and what to do about it.
+int Stopped(const std::string& message, const std::string& hint) {
+  Complain(message);
+  if (!hint.empty()) Note(hint);
+  return kExitException;
 }
 
-void NoteExcludeTwin(const mig::ETwinFiles& twins, const std::string& base) {
-  const std::string pattern = ExcludeOneOf(twins.First(), twins.Second(), base);
-  if (pattern.empty()) return;
-  Note("Leave one of them out with --exclude '" + pattern +
-       "' and convert it in a run of its own. No file was changed.");
-}
-
-// Runs the replacement; whatever stops it is said on standard error, with what to do about it.
-int RunReplacer(mig::TComponentReplacer& replacer, const std::string& base, bool isQuiet) {
+int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TCommandLine& line) {
   std::string fileName;  // the present file; empty after the last one is converted
   replacer.OnProgress = [&](const mig::TRunProgress& progress) {
     fileName = progress.FileName;
     StopIfInterrupted("Stopped: no file was replaced.");
-    if (!isQuiet) ShowProgress(progress.Done, progress.Known, progress.FileName);
+    if (!line.Quiet) ShowProgress(progress.Done, progress.Known, progress.FileName);
   };
   replacer.OnWarning = Complain;
+  const auto hint = [&] { return fileName.empty() ? std::string() : ExcludeHint(fileName, scope.Folder); };
   try {
-    return PrintOutcome(replacer.Replace(), mig::SReplaceSuccess, mig::SReplaceFailed, isQuiet);
+    const bool succeeded = replacer.Replace();
+    const size_t leftOut = replacer.LeftOut().size() + scope.MissingUnits;
+    const int status = PrintOutcome(succeeded, mig::SReplaceSuccess, mig::SReplaceFailed, line.Quiet);
+    if (leftOut == 0) return status;
+    Note("Left out, as said above: " + std::to_string(leftOut) + ".");
+    return status == kExitOk ? kExitPart : status;
   } catch (const mig::ETwinFiles& error) {
-    Complain(error.what());
-    NoteExcludeTwin(error, base);
+    return Stopped(error.what(), ExcludeOneHint(error.First(), error.Second(), scope.Folder));
+  } catch (const mig::EWayBack& error) {
+    return Stopped(error.what(), WayBackHint(error, line));
   } catch (const mig::EFileConversion& error) {
-    Complain(error.what());
-    NoteExclude(fileName, base);
+    return Stopped(error.what(), hint());
   } catch (const rtl::EFOpenError& error) {
-    Complain(error.what());
-    NoteExclude(fileName, base);
+    return Stopped(error.what(), hint());
   } catch (const rtl::EReadError& error) {
-    Complain(error.what());
-    NoteExclude(fileName, base);
-  } catch (const std::bad_alloc&) {
-    ClearProgress();
-    ComplainOutOfMemory(fileName);
+    return Stopped(error.what(), hint());
   }
-  return kExitException;
 }
 
 }  // namespace
 
 int RunReplace(const TCommandLine& line) {
   if (line.Mode.empty()) throw EUsage("Say which components to replace: --mode bde or --mode ibx.");
+  if (line.OverwriteBackups && !line.BackupDir) throw EUsage("--overwrite-backups is for --backup-dir.");
   target::TKVAMigration migration(LoadCatalogue(line.Catalogue));
   target::TKVAComponentReplacer& replacer = line.Mode == "ibx" ? migration.IBX() : migration.BDE();
   mig::TReplaceOptions& options = migration.Options();
   host::THost host;
-  const std::string base = SetScope(line, host, options);
+  const TScope scope = SetScope(line, host, options);
   options.MakeBackup = !line.NoBackup;
-  options.BackupDir = BackupDir(line.BackupDir, base);
   options.WriteLog = !line.NoLog;
   options.ViewLog = line.ViewLog;
+  options.Policy.Strict = true;
+  options.Policy.OverwriteBackups = line.OverwriteBackups;
+  options.Policy.SkipConverted = line.SkipConverted;
+  options.Policy.KeepGoing = line.KeepGoing;
+  try {
+    options.BackupDir = BackupDir(line, scope.Folder);
+  } catch (const mig::EWayBack& error) {
+    return Stopped(error.what(), WayBackHint(error, line));
+  }
 
   const TPathPatterns patterns(line.Exclude);
   if (!patterns.Empty()) {
-    replacer.OnExclude = [&](std::string_view fileName) { return patterns.Match(PathBelow(base, fileName)); };
+    replacer.OnExclude = [&](std::string_view fileName) {
+      return patterns.Match(PathBelow(scope.Folder, fileName));
+    };
   }
   CatchInterrupts();
-  return RunReplacer(replacer, base, line.Quiet);
+  return RunReplacer(replacer, scope, line);
 }
 
 }  // namespace cli

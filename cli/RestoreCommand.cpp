@@ -1,7 +1,12 @@
 // kvamigrate restore.
+#include <memory>
+#include <string>
+#include <vector>
+
 #include "MigWizard/run/RExpertRes.h"
 #include "MigWizard/run/Restore.h"
 #include "MigWizard/run/UndoFiles.h"
+#include "MigWizard/run/WayBack.h"
 #include "cli/Commands.h"
 #include "cli/Console.h"
 #include "cli/Interrupt.h"
@@ -9,6 +14,7 @@
 #include "cli/Progress.h"
 #include "cli/TypedPath.h"
 #include "rtl/text/SysUtils.h"
+#include "win/FileApi.h"
 
 namespace cli {
 namespace {
@@ -42,9 +48,21 @@ TPathPatterns OnlyPatterns(const std::vector<std::string>& typed) {
   return TPathPatterns(patterns);
 }
 
-mig::TRestorePlan MakePlan(const TCommandLine& line) {
+// Holds the backup folders, so that no run is at work in them. Raises mig::ERunIsBusy if one is.
+std::vector<std::unique_ptr<win::TFileLock>> LockFolders(const std::vector<std::string>& undoFiles) {
+  std::vector<std::unique_ptr<win::TFileLock>> locks;
+  for (const std::string& undoFile : undoFiles) {
+    const std::string folder = rtl::ExtractFileDir(undoFile);
+    locks.push_back(win::LockFolder(folder));
+    if (!locks.back() && win::GetLastError() == win::ERROR_SHARING_VIOLATION)
+      throw mig::ERunIsBusy("Another run is at work in the folder \"" + folder + "\".");
+  }
+  return locks;
+}
+
+mig::TRestorePlan MakePlan(const TCommandLine& line, const std::vector<std::string>& undoFiles) {
   mig::TRestorePlan plan;
-  for (const std::string& undoFile : UndoFiles(line)) plan.Add(undoFile);
+  for (const std::string& undoFile : undoFiles) plan.Add(undoFile);
   if (!line.Only.empty()) {
     const TPathPatterns patterns = OnlyPatterns(line.Only);
     plan.KeepOnly([&](std::string_view original) { return patterns.Match(original); });
@@ -102,8 +120,10 @@ bool MayExecute(const mig::TRestorePlan& plan, bool force) {
 }  // namespace
 
 int RunRestore(const TCommandLine& line) {
-  const mig::TRestorePlan plan = MakePlan(line);
-  if (line.List) return PrintPlan(plan);
+  const std::vector<std::string> undoFiles = UndoFiles(line);
+  if (line.List) return PrintPlan(MakePlan(line, undoFiles));
+  const auto locks = LockFolders(undoFiles);
+  const mig::TRestorePlan plan = MakePlan(line, undoFiles);
   if (!MayExecute(plan, line.Force))
     return PrintOutcome(false, mig::SRestoreSuccess, mig::SRestoreFailed, line.Quiet);
   CatchInterrupts();

@@ -43,30 +43,31 @@ std::string ProjectIn(const std::string& folder) {
   throw EUsage("There is more than one project in the folder \"" + folder + "\": " + list + ".");
 }
 
-std::string SetFolder(const std::string& folder, bool subFolders, mig::TReplaceOptions& options) {
+TScope SetFolder(const std::string& folder, bool subFolders, mig::TReplaceOptions& options) {
   options.Dest = mig::sdFolder;
   options.Directory = folder;
   options.IncludeSubDirs = subFolders;
-  return folder;
+  return {folder};
 }
 
-std::string SetProject(const TCommandLine& line, const std::string& fileName, host::THost& host,
-                       mig::TReplaceOptions& options) {
+TScope SetProject(const TCommandLine& line, const std::string& fileName, host::THost& host,
+                  mig::TReplaceOptions& options) {
   try {
     const host::TProject& project = host::OpenProjectForRun(host, fileName, line.ActiveProject);
     rtl::TStringList units;
     for (const std::string& unit : host::SelectUnits(project, line.Units)) units.Add(unit);
     options.Dest = mig::sdProject;
     options.UnitNames = units.Text();
+    return {rtl::ExtractFileDir(mig::TIDEUtils::GetProjectFileName()),
+            line.Units.empty() ? project.Missing().size() : 0};
   } catch (const host::EChoiceError& error) {
     throw EUsage(error.what());
   }
-  return rtl::ExtractFileDir(mig::TIDEUtils::GetProjectFileName());
 }
 
 }  // namespace
 
-std::string SetScope(const TCommandLine& line, host::THost& host, mig::TReplaceOptions& options) {
+TScope SetScope(const TCommandLine& line, host::THost& host, mig::TReplaceOptions& options) {
   const bool hasPath = !line.Arguments.empty();
   if (hasPath + !line.Folder.empty() + !line.Project.empty() != 1)
     throw EUsage("Give one folder or one project to convert: --folder DIR or --project FILE.");

@@ -10,6 +10,7 @@
 #include "host/ProjectText.h"
 #include "host/ProjectXml.h"
 #include "rtl/text/SysUtils.h"
+#include "win/Errors.h"
 
 namespace host {
 
@@ -31,6 +32,13 @@ bool IsCompiled(std::string_view fileName) {
   const std::string extension = rtl::ExtractFileExt(fileName);
   return std::any_of(kExtensions.begin(), kExtensions.end(),
                      [&](std::string_view compiled) { return rtl::SameText(extension, compiled); });
+}
+
+// What KindOfFile found out about a missing file.
+std::string WhyMissing() {
+  const uint32_t error = win::GetLastError();
+  if (error == win::ERROR_FILE_NOT_FOUND || error == win::ERROR_PATH_NOT_FOUND) return " does not exist.";
+  return " cannot be read. " + win::SysErrorMessage(error);
 }
 
 class TProjectReader {
@@ -68,8 +76,7 @@ class TProjectReader {
     } else if (!FProject.Units.empty()) {
       NoteMissing(fileName, source.Line, sourceName);
     } else {
-      throw EHostError(
-          At(fileName, source.Line, "the main source " + Quoted(sourceName) + " does not exist."));
+      throw EHostError(At(fileName, source.Line, "the main source " + Quoted(sourceName) + WhyMissing()));
     }
   }
 
@@ -115,7 +122,7 @@ class TProjectReader {
   }
 
   void NoteMissing(std::string_view namedIn, int line, std::string_view fileName) {
-    FProject.Missing.push_back(At(namedIn, line, Quoted(fileName) + " does not exist."));
+    FProject.Missing.push_back(At(namedIn, line, Quoted(fileName) + WhyMissing()));
   }
 
   static constexpr size_t kMissing = static_cast<size_t>(-1);

@@ -5,6 +5,7 @@
 
 #include "cli/PathPattern.h"
 #include "tests/RunCommand.h"
+#include "win/FileApi.h"
 
 namespace cli {
 namespace {
@@ -116,9 +117,12 @@ TEST_F(CommandLineTest, RestoreThroughALinkAndFromAJournal) {
 }
 
 TEST_F(CommandLineTest, SeveralRunsAreTakenBackLastFirst) {
-  EXPECT_EQ(Run("replace -q --mode bde --folder src"), "0||");
+  const std::string run = "replace --mode bde --folder src";
+  EXPECT_EQ(Run(run), "0|Replace procedure was performed sucessfully.\n|");
   Edit("src/A.pas", "unit A; { edited } var X: TTable;");
-  EXPECT_EQ(Run("replace -q --mode bde --folder src --backup-dir RBackup.2"), "0||");
+  EXPECT_EQ(Run(run),
+            "0|Replace procedure was performed sucessfully.\n|The backups go to \"<dir>\\src\\RBackup.2\", "
+            "because the backups of earlier runs are kept.\n");
   EXPECT_EQ(Run("restore --all src"),
             "1|Failed to restore files.\n|"
             "kvamigrate: This file was edited after the run: <dir>\\src\\A.pas\n"
@@ -132,13 +136,72 @@ TEST_F(CommandLineTest, SeveralRunsAreTakenBackLastFirst) {
   EXPECT_EQ(FTree.Read("src/A.dfm"), kForm);
 }
 
+TEST_F(CommandLineTest, NoRunDestroysTheWayBackOfAnother) {
+  const std::string run = "replace --mode bde --folder src --backup-dir RBackup";
+  EXPECT_EQ(Run(run + " -q"), "0||");
+  FTree.Write("src/A.pas", kUnit);
+  EXPECT_EQ(
+      Run(run),
+      "3||kvamigrate: The backup folder \"<dir>\\src\\RBackup\" holds the undo file of an earlier run, which "
+      "this run would overwrite.\n"
+      "Take another folder with --backup-dir, or give up the earlier backups with --overwrite-backups.\n");
+  EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
+  EXPECT_EQ(Run(run + " -q --overwrite-backups"), "0||");
+  EXPECT_NE(FTree.Read("src/A.pas"), kUnit);
+
+  fs::rename(FTree.HostPath("src/RBackup/RExpert.reu"), FTree.HostPath("src/RBackup/RExpert.reu.journal"));
+  FTree.Write("src/A.pas", kUnit);
+  for (const char* const options :
+       {"", " --no-backup", " --backup-dir other", " --backup-dir RBackup --overwrite-backups"})
+    EXPECT_EQ(Run(std::string("replace --mode bde src --drive q=src/old") + options),
+              "3||kvamigrate: A run was interrupted while it replaced files; their backups are in "
+              "\"<dir>\\src\\RBackup\". Restore them before the next run.\n"
+              "Type: kvamigrate restore '<dir>\\src\\RBackup\\RExpert.reu.journal' --drive q='src/old'\n")
+        << options;
+  EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
+}
+
+TEST_F(CommandLineTest, TwoAtATimeAreRefused) {
+  EXPECT_EQ(Run("replace -q --mode bde src"), "0||");
+  {
+    const auto lock = win::LockFolder(FTree.WindowsPath("src/RBackup"));
+    EXPECT_EQ(Run("restore src"),
+              "3||kvamigrate: Another run is at work in the folder \"<dir>\\src\\RBackup\".\n");
+  }
+  const auto lock = win::LockFolder(FTree.WindowsPath("src"));
+  EXPECT_EQ(Run("replace -q --mode bde src"),
+            "3||kvamigrate: Another run is at work in the folder \"<dir>\\src\".\n");
+}
+
+TEST_F(CommandLineTest, WhatIsLeftOutIsNamedAndCounts) {
+  FTree.Write("src/old/B.dfm", std::string("\xFF\x0A\0B\0", 5));
+  FTree.Link("nowhere", "src/C.pas");
+  const std::string form =
+      "kvamigrate: <dir>\\src\\old\\B.DFM: Form data at offset 5: the signature TPF0 is missing.\n";
+  EXPECT_EQ(
+      Run("replace --mode bde src --subfolders --keep-going"),
+      "1|Replace procedure was performed sucessfully.\n|"
+      "kvamigrate: Cannot open file \"<dir>\\src\\C.pas\". The system cannot find the file specified.\n" +
+          form + "Left out, as said above: 2.\n");
+  EXPECT_NE(FTree.Read("src/A.pas"), kUnit);
+  EXPECT_EQ(Run("replace -q --mode bde src --exclude C.pas --skip-converted"), "0||");
+
+  FTree.Write("src/P.dpr", "program P;\r\nuses A in 'A.pas', D in 'D.pas';\r\nend.\r\n");
+  const std::string missing = "kvamigrate: <dir>\\src\\P.dpr(2): \"<dir>\\src\\D.pas\" does not exist.\n";
+  EXPECT_EQ(Run("replace --mode bde src/P.dpr --no-backup"),
+            "1|Replace procedure was performed sucessfully.\n|" + missing + "Left out, as said above: 1.\n");
+  EXPECT_EQ(Run("replace -q --mode bde src/P.dpr --no-backup --unit A.pas"), "0||" + missing);
+}
+
 TEST_F(CommandLineTest, AFileThatStopsARunIsNamedWithAWayOut) {
   FTree.Write("src/old/B.dfm", std::string("\xFF\x0A\x00"
                                            "B\0",
                                            5));
-  EXPECT_EQ(Run("replace --mode bde --folder src --subfolders"),
-            "3||kvamigrate: <dir>\\src\\old\\B.DFM: Form data at offset 5: the signature TPF0 is missing.\n"
-            "Leave the file out with --exclude 'old\\B.DFM' to convert the others. No file was changed.\n");
+  EXPECT_EQ(
+      Run("replace --mode bde --folder src --subfolders"),
+      "3||kvamigrate: <dir>\\src\\old\\B.DFM: Form data at offset 5: the signature TPF0 is missing.\n"
+      "Leave the file out with --exclude 'old\\B.DFM', or all such files with --keep-going, to convert the "
+      "others. No file was changed.\n");
   EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
   EXPECT_EQ(Run("replace --mode bde --folder src --subfolders --exclude 'old\\B.DFM'"),
             "0|Replace procedure was performed sucessfully.\n|");
@@ -240,6 +303,7 @@ TEST_F(CommandLineTest, WrongCommandLines) {
        "--drive takes a letter and a folder, as in C=/srv/checkout, and not \"C\".\nSee \"kvamigrate help "
        "replace\"."},
       {"replace --mode bde src --drive C=nowhere", "--drive C=nowhere: there is no such folder."},
+      {"replace --mode bde src --overwrite-backups", "--overwrite-backups is for --backup-dir."},
       {"replace --folder src", "Say which components to replace: --mode bde or --mode ibx."},
       {"replace --mode bde", "Give one folder or one project to convert: --folder DIR or --project FILE."},
       {"replace --mode bde --folder src --project src/P.dpr",

@@ -94,8 +94,8 @@ std::string OnTerminal(const tests::TTempTree& tree, const std::string& environm
   int terminal = -1;
   const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
   if (child == 0) {
-    const std::string command = "cd " + tree.HostPath() + " && " + environment + " " + KVA_BINARY_DIR +
-                                "/cli/kvamigrate " + arguments;
+    const std::string command = "cd " + tree.HostPath() + " && TMPDIR=. " + environment + " " +
+                                KVA_BINARY_DIR + "/cli/kvamigrate " + arguments;
     execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
     _exit(127);
   }

@@ -10,8 +10,10 @@ namespace tests {
 
 // Runs it in the tree: "STATUS|standard output|standard error", with the tree's path as <dir>.
 inline std::string RunCommand(const TTempTree& tree, const std::string& arguments) {
-  const std::string command =
-      "cd " + tree.HostPath() + " && " + KVA_BINARY_DIR + "/cli/kvamigrate >out.txt 2>err.txt " + arguments;
+  // Other programs' temporary folders are none of a test's business.
+  static const TTempTree temporary;
+  const std::string command = "cd " + tree.HostPath() + " && TMPDIR=" + temporary.HostPath() + " " +
+                              KVA_BINARY_DIR + "/cli/kvamigrate >out.txt 2>err.txt " + arguments;
   const int status = std::system(command.c_str());
   std::string text =
       std::to_string(WEXITSTATUS(status)) + "|" + tree.Read("out.txt") + "|" + tree.Read("err.txt");
