@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <new>
 #include <string>
 #include <unistd.h>
 
@@ -77,11 +78,19 @@ int PrintOutcome(bool succeeded, std::string_view good, std::string_view bad, bo
 
 void Note(std::string_view text) {
   ClearProgress();
-  (void)WriteAll(STDERR_FILENO, win::PrintableName(text) + "\n");
+  try {
+    (void)WriteAll(STDERR_FILENO, win::PrintableName(text) + "\n");
+  } catch (const std::bad_alloc&) {
+    ComplainOutOfMemory({});
+  }
 }
 
 void Complain(std::string_view text) {
-  Note(std::string("kvamigrate: ").append(text));
+  try {
+    Note(std::string("kvamigrate: ").append(text));
+  } catch (const std::bad_alloc&) {
+    ComplainOutOfMemory({});
+  }
 }
 
 void ComplainOutOfMemory(std::string_view fileName) noexcept {

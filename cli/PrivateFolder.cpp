@@ -1,5 +1,7 @@
 #include "cli/PrivateFolder.h"
 
+#include <new>
+
 #include "MigWizard/run/FileUtils.h"
 #include "rtl/text/Exceptions.h"
 #include "win/FileApi.h"
@@ -14,7 +16,10 @@ TPrivateFolder::TPrivateFolder() : FPath(mig::CreateTempFolder("$DS", 1)) {
 }
 
 TPrivateFolder::~TPrivateFolder() {
-  mig::DeleteFolder(FPath);
+  try {
+    mig::DeleteFolder(FPath);
+  } catch (const std::bad_alloc&) {  // the folder stays, and the next run names it
+  }
 }
 
 }  // namespace cli

@@ -1,5 +1,6 @@
 // What reaches a terminal, and what signals and closed streams do.
 #include <csignal>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <pty.h>
 #include <sys/wait.h>
@@ -86,6 +87,18 @@ TEST(ConsoleTest, AStandardOutputThatCannotBeWritten) {
                 },
                 [] { return dup(STDOUT_FILENO) > STDERR_FILENO ? 0 : 1; }),
             0);
+}
+
+TEST(ConsoleTest, AFileBeyondTheLimitIsAnError) {
+  const tests::TTempTree tree;
+  tree.Write("a.dfm", "object T end");
+  const std::string command = "cd " + tree.HostPath() + " && (ulimit -f 0; TMPDIR=. " + KVA_BINARY_DIR +
+                              "/cli/kvamigrate form to-binary a.dfm -o b.dfm; echo $?) 2>&1 | cat >out.txt";
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  EXPECT_EQ(tree.Read("out.txt"), "kvamigrate: Cannot make a temporary copy of \"" +
+                                      tree.WindowsPath("a.dfm") +
+                                      "\". There is not enough space on the disk.\n3\n");
+  EXPECT_FALSE(tree.Exists("b.dfm"));
 }
 
 // Runs the program on a terminal, and returns what it shows there.
