@@ -33,7 +33,7 @@ class TTestParser : public TFormParser {
   }
 };
 
-// The rest of `text` behind the object at its beginning, or "refused".
+// The rest of `text` after the object at its beginning, or "refused".
 std::string Rest(TTestParser& parser, std::string text) {
   parser.Source = std::move(text);
   int64_t position = 1;
@@ -66,6 +66,30 @@ TEST(FormGrammarTest, CompilesToTheKnownAlternatives) {
       "<keyword>3<name>2<nested_obj>1<number>12<numbers>11<number_list>4<numeric_date>1<object>4"
       "<obj_header>4<obj_name>1<obj_type>1<prop>4<properties>4<prop_name>2<prop_value>1<set>6<set_items>5"
       "<sign>2<string2>9<string>6<strings>11<string_list>4<symbols>1<value>11");
+}
+
+TEST(FormParserTest, TheExampleOfTheHeader) {
+  TFormParser parser(ParseStateClass<TFormParseState>());
+  const std::string text = "object Query1: TQuery Active = True end";
+  int64_t position = 1;
+  std::string printed;
+  parser.SetNewType("TNewQuery");
+  if (parser.Parse(text, "<object>", position)) parser.PrintObject(0, printed);
+  EXPECT_EQ(printed, "object Query1: TNewQuery\r\n  Active = True\r\nend\r\n");
+}
+
+// Positions of one text must not be held against the objects of the next.
+TEST(FormParserTest, FailedObjectsAreThoseOfTheLastParse) {
+  const std::pair<const char*, std::vector<int32_t>> rows[] = {
+      {"object Q: T object R: U", {13}},
+      {"object Q: T A = 1 end", {}},
+      {"object Q: T A = 1 inline R: U object S: V A", {31, 19}},
+  };
+  TTestParser parser;
+  for (const auto& [text, failed] : rows) {
+    Rest(parser, text);
+    EXPECT_EQ(parser.FailedObjects(), failed) << text;
+  }
 }
 
 TEST(FormParserTest, ObjectBlocks) {

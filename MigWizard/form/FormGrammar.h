@@ -1,4 +1,4 @@
-// The grammar of form text: what counts as a well-formed object block.
+// The grammar of form text. What it accepts is a well-formed object block.
 #pragma once
 
 #include <span>
@@ -6,7 +6,7 @@
 
 namespace mig {
 
-// The rule strings in the order of loading, in the rule language of MigWizard/LL1Grammar.h.
+// Returns the rule strings in the order of loading; see MigWizard/engine/LL1Grammar.h for their language.
 std::span<const std::string_view> FormGrammar();
 
 }  // namespace mig

@@ -4,7 +4,11 @@
 #include <iterator>
 #include <typeinfo>
 
+#include "MigWizard/form/DatabaseEngineRules.h"
 #include "MigWizard/form/FormGrammar.h"
+#include "MigWizard/form/FormWriter.h"
+#include "MigWizard/form/LoginParameters.h"
+#include "rtl/text/ClassRegistry.h"
 #include "rtl/text/Exceptions.h"
 
 namespace mig {
@@ -17,8 +21,8 @@ constexpr std::string_view kDelim = "\t\n\r ";
 // A nonterminal whose text is kept.
 struct TMarkedNonterminal {
   std::string_view Name;
-  std::string_view TFormParseState::*Field;  // where to
-  bool IsForAnyDepth;                        // in nested objects too
+  std::string_view TFormParseState::*Field;
+  bool IsForAnyDepth;  // in nested objects too
 };
 
 constexpr TMarkedNonterminal kMarked[] = {
@@ -37,7 +41,7 @@ const TMarkedNonterminal* FindMarked(std::string_view name) {
 }  // namespace
 
 void TFormParseState::Assign(const TParseState& source) {
-  const bool isOfThisClass = typeid(source) == typeid(TFormParseState);  // almost always, and quickly told
+  const bool isOfThisClass = typeid(source) == typeid(TFormParseState);  // cheaper than a dynamic_cast
   const auto* from = isOfThisClass ? static_cast<const TFormParseState*>(&source)
                                    : dynamic_cast<const TFormParseState*>(&source);
   if (from == nullptr) throw rtl::EInvalidCast("TFormParseState.Assign: the source is no TFormParseState");
@@ -55,7 +59,7 @@ void TFormParseState::Assign(const TParseState& source) {
   auto& parser = static_cast<TFormParser&>(Owner());
   while (parser.FProperties.size() > static_cast<size_t>(PropCount)) parser.FProperties.pop_back();
   while (parser.FNestedObjects.Count() > static_cast<size_t>(NestedCount)) parser.FNestedObjects.DeleteLast();
-  // A property that ends after the position is going to be read again.
+  // A property that ends after the position will be read again.
   const auto end = [&parser](const TSourceProperty& read) {
     return read.Value.data() + read.Value.size() - parser.Text().data();
   };
@@ -117,7 +121,15 @@ void TFormParser::ConvertKeepingSource(std::string_view propName, std::string_vi
   FSources.push_back({propName, propValue, FProperties.size() - countBefore, FAppliedRule});
 }
 
+// A property list ends with an attempt to read a nested object at its `end`, which the first letter refuses.
+bool TFormParser::MayBeginObject() const {
+  const auto place = static_cast<size_t>(FormState().Pos) - 1;
+  const char letter = place < Text().size() ? static_cast<char>(Text()[place] | 0x20) : '\0';
+  return letter == 'o' || letter == 'i';
+}
+
 bool TFormParser::ParseNestedObject(std::string_view name) {
+  if (!MayBeginObject()) return false;
   TFormParseState& state = LiveState();
   if (++state.Depth == 1) {
     // The text of the object begins with the indentation of its first line.
@@ -132,7 +144,7 @@ bool TFormParser::ParseNestedObject(std::string_view name) {
   return result;
 }
 
-// Keeps the nested object that ends at the present position, without the white space that was read behind it.
+// Keeps the nested object that ends at the present position, without the white space after its `end`.
 void TFormParser::TakeNestedObject() {
   TFormParseState& state = LiveState();
   const auto start = static_cast<size_t>(state.NestedStart) - 1;
@@ -145,7 +157,7 @@ void TFormParser::TakeNestedObject() {
 void TFormParser::BeforeParse() {
   FFailedObjects.clear();
   ClearResults();
-  // An exception leaves an earlier parse in the middle of its objects.
+  // An exception may have left them in the middle of an earlier parse.
   LiveState().Depth = 0;
   LiveState().NestedStart = 0;
   FIsClassKnown = false;
@@ -160,6 +172,76 @@ void TFormParser::ClearResults() {
   FProperties.clear();
   FSources.clear();
   FNestedObjects.Clear();
+}
+
+void TFormParser::ConvertProperty(std::string_view propName, std::string_view propValue) {
+  if (const TPropertyRule* rule = FindPropertyRule(DatabaseEngineRules(), propName, FormState().ObjType)) {
+    ApplyRule(*rule, propName, propValue);
+  } else if (IsPublished(propName) || IsDesignerProperty(propName)) {
+    AddProperty(propName, propValue);
+  }
+}
+
+void TFormParser::ApplyRule(const TPropertyRule& rule, std::string_view propName,
+                            std::string_view propValue) {
+  FAppliedRule = &rule;
+  switch (rule.Effect) {
+    case TPropertyEffect::Drop:
+      break;
+    case TPropertyEffect::Rename:
+      AddProperty(rule.NewName, propValue);
+      break;
+    case TPropertyEffect::Reference:
+      ConvertReference(rule.NewName, propName, propValue);
+      break;
+    case TPropertyEffect::Login:
+      ConvertLogin(rule, propValue);
+      break;
+  }
+}
+
+void TFormParser::ConvertReference(std::string_view newName, std::string_view propName,
+                                   std::string_view propValue) {
+  if (!OnGetPropValue) return;
+  const std::string_view unquoted =
+      propValue.size() < 2 ? std::string_view() : propValue.substr(1, propValue.size() - 2);
+  std::string reference = OnGetPropValue(propName, unquoted);
+  if (!reference.empty()) AddMadeProperty(newName, std::move(reference));
+}
+
+void TFormParser::ConvertLogin(const TPropertyRule& rule, std::string_view propValue) {
+  const TLoginParameters list(propValue);
+  for (const TLoginField& field : rule.LoginFields) {
+    std::string value = list.Value(field.ParameterName);
+    if (!value.empty()) AddMadeProperty(field.PropName, std::move(value));
+  }
+}
+
+// Whether the new class publishes the property that the name begins with. A class that is not registered counts
+// as publishing everything.
+bool TFormParser::IsPublished(std::string_view propName) {
+  if (!FIsClassKnown) {
+    FNewClass = rtl::GetClass(FNewType);
+    FIsClassKnown = true;
+  }
+  return FNewClass == nullptr || FNewClass->HasProperty(propName.substr(0, propName.find('.')));
+}
+
+void TFormParser::AddProperty(std::string_view name, std::string_view value) {
+  FProperties.emplace_back(name, value);
+  TFormParserUtils::SetPropCount(LiveState(), FormState().PropCount + 1);
+}
+
+void TFormParser::AddMadeProperty(std::string_view name, std::string value) {
+  FProperties.emplace_back(name, std::move(value));
+  TFormParserUtils::SetPropCount(LiveState(), FormState().PropCount + 1);
+}
+
+void TFormParser::PrintObject(int level, std::string& text) {
+  const TFormParseState& state = FormState();
+  if (state.Keyword.empty() || state.ObjName.empty()) return text.clear();
+  const std::string_view className = FNewType.empty() ? state.ObjType : std::string_view(FNewType);
+  WriteObject({state.Keyword, state.ObjName, className, FProperties, NestedObjects()}, level, text);
 }
 
 std::string TFormParser::DescribeSubject() const {

@@ -1,12 +1,16 @@
-// The parser of one object block of a form, and its printer.
+// The parser and printer of one object block of a form.
 //
-//   parser.SetNewType("TNewClass");
-//   int64_t position = start;                                    // of the block's keyword
-//   if (parser.Parse(text, "<object>", position)) parser.PrintObject(level, printed);
+//   TFormParser parser(ParseStateClass<TFormParseState>());
+//   const std::string text = "object Query1: TQuery Active = True end";
+//   int64_t position = 1;  // of the block's keyword
+//   std::string printed;
+//   parser.SetNewType("TNewQuery");
+//   if (parser.Parse(text, "<object>", position)) parser.PrintObject(0, printed);
+//   // printed is "object Query1: TNewQuery\r\n  Active = True\r\nend\r\n"
 //
-// A parse gathers the block's keyword, name and class, its own properties as ConvertProperty hands them on,
-// and the raw texts of the objects nested in it. Nothing else of the block reaches the printed text. All
-// results view the parsed text, which has to stay as it is until they are no longer needed.
+// A parse collects the block's keyword, name and class, its own properties as ConvertProperty adds them, and the
+// raw texts of the objects nested in it. Nothing else of the block reaches the printed text. All results view the
+// parsed text, which must not change while they are in use.
 #pragma once
 
 #include <cstdint>
@@ -27,61 +31,59 @@ namespace mig {
 
 struct TPropertyRule;
 
-// Every result that is a text is a view of the parsed text.
+// The state of a parse. Texts are views of the parsed text.
 class TFormParseState : public TParseState {
  public:
   using TParseState::TParseState;
 
-  // Cuts the owner's lists to the counts. Raises EInvalidCast unless `source` is of this class.
+  // Also shortens the owner's lists to the counts. Raises EInvalidCast unless `source` is of this class.
   void Assign(const TParseState& source) override;
-  // Back to the start of a parse, but for Depth, NestedStart and NestedCount.
+  // Resets all fields to the start of a parse, except for Depth, NestedStart and NestedCount.
   void Reset();
 
   int32_t PropCount = 0;      // how many of the owner's properties belong to the parse up to here
-  int32_t TokenStart = 0;     // where the marked nonterminal under way began, or 0
-  std::string_view ObjType;   // of the outermost object, as its text spells it
-  std::string_view PropName;  // the property whose value is to come
+  int32_t TokenStart = 0;     // where the open marked nonterminal began, counted from 1, or 0
+  std::string_view ObjType;   // class name of the outermost object, spelled as in the text
+  std::string_view PropName;  // the property whose value comes next; empty outside a property
   std::string_view Keyword;   // of the outermost object
   std::string_view ObjName;   // of the outermost object
-  int32_t Depth = 0;          // nested objects under way
+  int32_t Depth = 0;          // open nested objects
   int32_t NestedCount = 0;    // nested objects taken, over all parses
-  int32_t NestedStart = 0;    // where the nested object under way began, with its indentation, or 0
+  int32_t NestedStart = 0;  // where the open nested object began, with its indentation, counted from 1, or 0
 };
 
 class TFormParser : public TLL1Parser {
  public:
-  // `stateClass` makes TFormParseState objects, or EInvalidCast is raised.
+  // Raises EInvalidCast unless `stateClass` makes TFormParseState objects.
   explicit TFormParser(TParseStateClass stateClass);
 
-  // The class that PrintObject names; empty for that of the text. Stays until it is set again, and says whose
-  // published properties decide what is kept. To be set again after a change of the class registry.
+  // Sets the class that PrintObject prints and whose published properties decide what is kept; empty for the class
+  // of the text. Stays in force until it is set again. Must be set again after a change of the class registry.
   void SetNewType(std::string_view value);
-  const std::string& NewType() const { return FNewType; }
 
-  // Gives the reference that takes the place of a property's value, which comes without its quotes; empty for
-  // none. Not called unless assigned.
+  // Returns the reference that replaces a property's value, which comes without its quotes; empty for none. Not
+  // called unless assigned.
   std::function<std::string(std::string_view propName, std::string_view propValue)> OnGetPropValue;
 
-  // Decides what becomes of a property of the outermost object: adds none, one or more entries to Properties.
-  // It may be called again for the same property, and must have no other effect. `propName` is the full name,
-  // `propValue` the text of the value, with white space in front only if it is a concatenation; both are
-  // views of the parsed text.
+  // Converts a property of the outermost object: adds no, one or more entries to Properties. May be called again
+  // for the same property, and must have no other effect. `propName` is the full name. `propValue` is the text of
+  // the value, with white space before it only if it is a concatenation. Both are views of the parsed text.
   virtual void ConvertProperty(std::string_view propName, std::string_view propValue);
 
-  // Sets `text` to the converted object, each line with CR LF behind it, for nesting level `level`: 0 for the
-  // root of a form. Once after each Parse that was True. The lines of a value from the second on are moved to
-  // the right, in Properties too. After a Parse that was False, the text is empty.
+  // Sets `text` to the converted object, each line with CR LF after it, for nesting level `level`: 0 for the root
+  // of a form. Call it once, after a Parse that returned True: it indents the lines of each value from the second
+  // on, in Properties too. After a Parse that returned False, `text` becomes empty.
   virtual void PrintObject(int level, std::string& text);
 
-  // Makes each parse keep the properties of the source from now on. They are not kept unless asked for.
+  // Makes each parse from now on keep the properties of the source.
   void KeepSources() { FKeepsSources = true; }
-  // The source's own properties of the object, in their order.
+  // Returns the properties of the outermost object in the source, in their order; empty without KeepSources.
   const std::vector<TSourceProperty>& Sources() const { return FSources; }
 
   const std::vector<TFormProperty>& Properties() const { return FProperties; }
   const std::vector<std::string_view>& NestedObjects() const { return FNestedObjects.Texts(); }
-  // Where the last Parse tried to read a nested object and found none, counted from 1: to parse `<object>`
-  // there, in the same text, will fail again.
+  // Returns positions, counted from 1, where the last Parse tried to read a nested object and found none. Parsing
+  // `<object>` there, in the same text, fails again.
   const std::vector<int32_t>& FailedObjects() const { return FFailedObjects; }
   const TFormParseState& FormState() const { return static_cast<const TFormParseState&>(State()); }
 
@@ -92,17 +94,18 @@ class TFormParser : public TLL1Parser {
   void AfterParse(bool& success) override;
   std::string DescribeSubject() const override;
 
-  // Add an entry at the end of Properties, and count it. The first keeps views: of the parsed text or of
-  // constants.
+  // Append an entry to Properties, and count it. The first keeps views, of the parsed text or of constants; the
+  // second takes over the value.
   void AddProperty(std::string_view name, std::string_view value);
   void AddMadeProperty(std::string_view name, std::string value);
-  // Does what the rule says.
+  // Adds the entries that the rule makes of the property.
   void ApplyRule(const TPropertyRule& rule, std::string_view propName, std::string_view propValue);
 
  private:
   friend class TFormParseState;
 
   TFormParseState& LiveState() const { return static_cast<TFormParseState&>(State()); }
+  bool MayBeginObject() const;
   bool ParseNestedObject(std::string_view name);
   void TakeNestedObject();
   void ClearResults();
@@ -116,16 +119,16 @@ class TFormParser : public TLL1Parser {
   std::string FNewType;
   std::vector<TFormProperty> FProperties;
   std::vector<TSourceProperty> FSources;
-  const TPropertyRule* FAppliedRule = nullptr;  // for the property under way
+  const TPropertyRule* FAppliedRule = nullptr;  // of the property that is being converted, or null
   bool FKeepsSources = false;
-  const rtl::TClassInfo* FNewClass = nullptr;  // that of FNewType, once it has been looked up
-  bool FIsClassKnown = false;
+  const rtl::TClassInfo* FNewClass = nullptr;  // of FNewType; null if it is not registered
+  bool FIsClassKnown = false;                  // FNewClass has been looked up
 };
 
-// A class of form parsers, for whoever makes one without knowing which.
+// A class of form parsers: makes a parser.
 using TFormParserClass = std::function<std::unique_ptr<TFormParser>(TParseStateClass stateClass)>;
 
-// For those who fill Properties from outside of the parser.
+// Access to a state for code that adds to Properties from outside of the parser.
 class TFormParserUtils {
  public:
   TFormParserUtils() = delete;

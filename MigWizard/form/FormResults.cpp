@@ -46,11 +46,11 @@ void TFormProperty::Print(std::string& text) const {
   }
 }
 
-size_t TFormProperty::MostPrinted() const {
+size_t TFormProperty::MostPrinted(size_t blanks) const {
   const std::string_view value = Value();
   const auto lineEnds =
       std::count(value.begin(), value.end(), '\r') + std::count(value.begin(), value.end(), '\n');
-  return value.size() + static_cast<size_t>(lineEnds) * (FIndent + 1);
+  return value.size() + static_cast<size_t>(lineEnds) * (FIndent + blanks + 1);
 }
 
 void TNestedObjects::Add(std::string_view text) {
@@ -63,9 +63,9 @@ void TNestedObjects::DeleteLast() {
 }
 
 void TNestedObjects::Clear() {
-  if (FTexts.empty()) return;
+  if (FKnown.empty()) return;  // an Add that ran out of memory leaves FTexts shorter
   FTexts.clear();
-  FKnown = {};  // the buckets too: emptying those of an unusual object would cost each small one
+  FKnown = {};  // frees the buckets, because clearing those of a large object would cost each small one
 }
 
 size_t TNestedObjects::THash::operator()(std::string_view text) const {

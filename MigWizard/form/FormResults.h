@@ -1,9 +1,7 @@
-// What a form parser gathers of an object: the properties to print, and the raw texts of the objects nested
-// in it.
+// The results of a form parser: the properties to print, and the raw texts of the objects nested in the object.
 //
-// Both view the parsed text where they hold it unchanged, so they cost what their count costs and not what
-// their length does: a string list of a million lines is one view until it is printed. They are valid as long
-// as that text.
+// Both view the parsed text where they hold it unchanged, so their cost depends on their count and not on their
+// length: a string list of a million lines is one view until it is printed. They are valid as long as that text.
 #pragma once
 
 #include <cstddef>
@@ -14,49 +12,49 @@
 
 namespace mig {
 
+struct TPropertyRule;
+
 // A property of the output: a name, and a value of one or more lines.
 class TFormProperty {
  public:
-  // Views, of the parsed text or of constants.
+  // Keeps views, of the parsed text or of constants.
   TFormProperty(std::string_view name, std::string_view value) : FName(name), FView(value) {}
-  // A value that was made.
+  // Takes over a value that is no part of the parsed text; `name` is kept as a view.
   TFormProperty(std::string_view name, std::string value);
 
   std::string_view Name() const { return FName; }
-  // The lines, cut at CR, LF or CR LF, without the line ends, as they are now: see IndentLines.
+  // Returns the lines without their line ends, which are CR, LF or CR LF, and with the indentation so far.
   std::vector<std::string> Lines() const;
 
-  // Moves all lines but the first to the right by that many blanks, behind those of earlier calls.
+  // Indents all lines but the first by that many blanks, on top of earlier calls.
   void IndentLines(size_t blanks) { FIndent += blanks; }
-  // Appends the lines to `text`, with CR LF between them.
+  // Appends the lines to `text`, separated by CR LF.
   void Print(std::string& text) const;
-  // The most bytes that Print appends.
-  size_t MostPrinted() const;
+  // Returns an upper bound of the bytes that Print appends after IndentLines(blanks).
+  size_t MostPrinted(size_t blanks) const;
 
  private:
   std::string_view Value() const { return FMade.empty() ? FView : std::string_view(FMade); }
 
   std::string_view FName;
   std::string_view FView;
-  std::string FMade;   // in the place of FView, unless empty
-  size_t FIndent = 0;  // blanks in front of all lines but the first
+  std::string FMade;   // replaces FView unless empty
+  size_t FIndent = 0;  // blanks before all lines but the first
 };
 
-struct TPropertyRule;
-
-// A property of the source, and what was made of it. Views of the parsed text.
+// A property of the source, and what became of it. Views of the parsed text.
 struct TSourceProperty {
   std::string_view Name, Value;
-  size_t EntryCount = 0;                // how many properties of the output it gave
+  size_t EntryCount = 0;                // properties of the output that it gave
   const TPropertyRule* Rule = nullptr;  // the rule that was applied, or null
 };
 
-// The texts of nested objects in the order of their appearance, each once, ignoring the case of letters.
+// The texts of nested objects in order of appearance, each once, ignoring case.
 class TNestedObjects {
  public:
   size_t Count() const { return FTexts.size(); }
   const std::vector<std::string_view>& Texts() const { return FTexts; }
-  // Unless it is there already.
+  // Adds a text unless it is there already.
   void Add(std::string_view text);
   void DeleteLast();
   void Clear();

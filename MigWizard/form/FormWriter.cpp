@@ -1,9 +1,6 @@
-// How a form parser prints the object that it has parsed.
-#include <algorithm>
-#include <string>
-#include <string_view>
+#include "MigWizard/form/FormWriter.h"
 
-#include "MigWizard/form/FormParser.h"
+#include <algorithm>
 
 namespace mig {
 namespace {
@@ -13,29 +10,26 @@ constexpr size_t kIndentStep = 2;
 
 }  // namespace
 
-void TFormParser::PrintObject(int level, std::string& text) {
-  text.clear();
-  const TFormParseState& state = FormState();
-  if (state.Keyword.empty() || state.ObjName.empty()) return;
-
+void WriteObject(const TObjectToPrint& object, int level, std::string& text) {
   const size_t indent = kIndentStep * static_cast<size_t>(std::max(level, 0));
   const size_t inner = indent + kIndentStep;
-  size_t length = 0;
-  for (TFormProperty& property : FProperties) {
-    property.IndentLines(inner + kIndentStep);
-    length += inner + property.Name().size() + property.MostPrinted() + kLineEnd.size();
-  }
-  for (const std::string_view nested : NestedObjects()) length += nested.size() + kLineEnd.size();
+  const size_t valueIndent = inner + kIndentStep;
+  size_t length = 3 * (indent + kLineEnd.size()) + object.Keyword.size() + object.Name.size() +
+                  object.ClassName.size() + 6;
+  for (const TFormProperty& property : object.Properties)
+    length += inner + property.Name().size() + 3 + property.MostPrinted(valueIndent) + kLineEnd.size();
+  for (const std::string_view nested : object.NestedObjects) length += nested.size() + kLineEnd.size();
   text.reserve(length);
 
-  text.append(indent, ' ').append(state.Keyword).append(" ").append(state.ObjName).append(": ");
-  text.append(FNewType.empty() ? state.ObjType : std::string_view(FNewType)).append(kLineEnd);
-  for (const TFormProperty& property : FProperties) {
+  text.assign(indent, ' ').append(object.Keyword).append(" ").append(object.Name).append(": ");
+  text.append(object.ClassName).append(kLineEnd);
+  for (TFormProperty& property : object.Properties) {
     text.append(inner, ' ').append(property.Name()).append(" = ");
+    property.IndentLines(valueIndent);
     property.Print(text);
     text.append(kLineEnd);
   }
-  for (const std::string_view nested : NestedObjects()) text.append(nested).append(kLineEnd);
+  for (const std::string_view nested : object.NestedObjects) text.append(nested).append(kLineEnd);
   text.append(indent, ' ').append("end").append(kLineEnd);
 }
 
