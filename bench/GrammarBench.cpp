@@ -1,4 +1,5 @@
-// The form parser on objects of one shape and growing size. The time for each byte is to stay the same.
+// The form parser on objects of one shape and growing size, where the time for each byte should stay the
+// same; and a text that takes exponential time without the memo.
 #include <benchmark/benchmark.h>
 #include <cstdint>
 #include <string>
@@ -124,5 +125,28 @@ void NewParser(benchmark::State& state) {
   }
 }
 BENCHMARK(NewParser);
+
+// Reads every level of nesting twice.
+class TDoubling : public mig::TLL1Parser {
+ public:
+  explicit TDoubling(int64_t rereadAllowance) : TLL1Parser(mig::ParseStateClass<mig::TParseState>()) {
+    for (const char* rule : {"<a>-<d>|<c>", "<d>-<b>y", "<c>-<b>z", "<b>-(<a>|w"}) AddRule(rule);
+    DeclareHooks({});
+    SetRereadAllowance(rereadAllowance);
+  }
+};
+
+void Doubling(benchmark::State& state, int64_t rereadAllowance) {
+  const auto levels = static_cast<size_t>(state.range(0));
+  const std::string text = std::string(levels, '(') + 'w' + std::string(levels + 1, 'z');
+  TDoubling parser(rereadAllowance);
+  for (auto _ : state) {
+    int64_t position = 1;
+    if (!parser.Parse(text, "<a>", position)) return state.SkipWithError("the text was refused");
+  }
+  Report(state, text);
+}
+BENCHMARK_CAPTURE(Doubling, NoMemo, INT64_MAX)->Name("Doubling, without the memo")->DenseRange(8, 20, 4);
+BENCHMARK_CAPTURE(Doubling, Memo, int64_t{1} << 16)->Name("Doubling")->DenseRange(8, 20, 4)->Arg(10000);
 
 }  // namespace

@@ -42,23 +42,25 @@ if(KVA_FUZZ)
   target_compile_options(kva_records INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# kva_layer(NAME SOURCES ... [SEES layer ...] [PRIVATE_LIBS lib ...])
+# kva_layer(NAME SOURCES ... [SEES layer ...] [USES layer ...] [PRIVATE_LIBS lib ...])
 #
 # Makes the library kva_NAME of the present folder. Its headers are included by their path from the top of the tree,
-# "MigWizard/form/FormParser.h", and the only include path that finds them comes with linking kva_NAME. So an include
-# of a folder that SEES names neither directly nor through another layer does not compile.
+# "MigWizard/form/FormParser.h", and the only include path that finds them comes with linking kva_NAME. SEES names the
+# layers that its headers include: whoever sees this layer sees them too. USES names those that only its sources
+# include: nobody sees them through it. An include of a folder that is reached neither way does not compile.
 function(kva_layer name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;SEES;PRIVATE_LIBS" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;SEES;USES;PRIVATE_LIBS" ${ARGN})
   set(view ${CMAKE_BINARY_DIR}/include/${name})
   file(RELATIVE_PATH folder ${CMAKE_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
   get_filename_component(parent ${view}/${folder} DIRECTORY)
   file(MAKE_DIRECTORY ${parent})
   file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${view}/${folder} SYMBOLIC)
   list(TRANSFORM ARG_SEES PREPEND kva_ OUTPUT_VARIABLE seen)
+  list(TRANSFORM ARG_USES PREPEND kva_ OUTPUT_VARIABLE used)
   if(ARG_SOURCES)
     add_library(kva_${name} STATIC ${ARG_SOURCES})
     target_include_directories(kva_${name} PUBLIC ${view})
-    target_link_libraries(kva_${name} PUBLIC ${seen} PRIVATE kva_rules kva_records ${ARG_PRIVATE_LIBS})
+    target_link_libraries(kva_${name} PUBLIC ${seen} PRIVATE ${used} kva_rules kva_records ${ARG_PRIVATE_LIBS})
   else()
     add_library(kva_${name} INTERFACE)
     target_include_directories(kva_${name} INTERFACE ${view})

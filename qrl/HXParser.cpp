@@ -29,16 +29,17 @@ TScannerTables::TScannerTables(const TIntValueStringList& symbols, const TIntVal
     const auto c = static_cast<uint8_t>(i);
     FNamePart[c] = IsLetter(c) || IsDigit(c) || c == '_' || c >= 128;
     FNumberPart[c] = tests.IsNumber(c);
-    FKind[c] = c == 0                   ? TKind::Nul
-               : c <= 32                ? TKind::Blank
-               : tests.IsStringQuote(c) ? TKind::Quote
-               : IsDigit(c) || c == '$' ? TKind::Number
-               : FNamePart[c]           ? TKind::Name
-               : tests.IsSymbol(c)      ? TKind::Symbol
-                                        : TKind::Other;
+    FStart[c] = c == 0                   ? TTokenStart::Nul
+                : c <= 32                ? TTokenStart::Blank
+                : tests.IsStringQuote(c) ? TTokenStart::Quote
+                : IsDigit(c) || c == '$' ? TTokenStart::Number
+                : FNamePart[c]           ? TTokenStart::Name
+                : tests.IsSymbol(c)      ? TTokenStart::Symbol
+                                         : TTokenStart::Other;
     FSymbolCode[c] = kOther;
-    FIsPassed[c] = FKind[c] == TKind::Nul || FKind[c] == TKind::Blank || FKind[c] == TKind::Other ||
-                   (FKind[c] == TKind::Symbol && !MayBeginComment(c));
+    FIsPassed[c] = FStart[c] == TTokenStart::Nul || FStart[c] == TTokenStart::Blank ||
+                   FStart[c] == TTokenStart::Other ||
+                   (FStart[c] == TTokenStart::Symbol && !MayBeginComment(c));
   }
   for (int i = 0; i < symbols.GetCount(); ++i)
     FSymbolCode[static_cast<uint8_t>(symbols.GetKey(i)[0])] = symbols.GetValue(i);
@@ -56,20 +57,20 @@ int TParser::GetNext(std::string_view& lexem) {
     lexem = {};
     return kEndOfText;
   }
-  using TKind = TScannerTables::TKind;
+  using TTokenStart = TScannerTables::TTokenStart;
   const char* const begin = FText.data() + FPos;
   const char* const end = FText.data() + FText.size();
   const char* next = begin + 1;
   const auto first = static_cast<uint8_t>(*begin);
   int code = kOther;
-  switch (FTables.FKind[first]) {
-    case TKind::Quote:
+  switch (FTables.FStart[first]) {
+    case TTokenStart::Quote:
       return ScanString(lexem);
-    case TKind::Blank:
-      while (next != end && FTables.FKind[static_cast<uint8_t>(*next)] == TKind::Blank) ++next;
+    case TTokenStart::Blank:
+      while (next != end && FTables.FStart[static_cast<uint8_t>(*next)] == TTokenStart::Blank) ++next;
       code = kWhiteSpace;
       break;
-    case TKind::Name: {
+    case TTokenStart::Name: {
       if (FDoubleByte) {
         SkipDoubleByteName();
         next = FText.data() + FPos;
@@ -84,21 +85,21 @@ int TParser::GetNext(std::string_view& lexem) {
       }
       break;
     }
-    case TKind::Number:
+    case TTokenStart::Number:
       while (next != end && FTables.FNumberPart[static_cast<uint8_t>(*next)]) ++next;
       code = kNumber;
       break;
-    case TKind::Symbol:
+    case TTokenStart::Symbol:
       code = FTables.FSymbolCode[first];
       if (MayBeginComment(first) && SkipComment()) {
         next = FText.data() + FPos;
         code = kComment;
       }
       break;
-    case TKind::Nul:
+    case TTokenStart::Nul:
       code = kNul;
       break;
-    case TKind::Other:
+    case TTokenStart::Other:
       break;
   }
   const auto length = static_cast<size_t>(next - begin);
@@ -114,13 +115,13 @@ int TParser::GetNextWord(std::string_view& lexem) {
     while (next != end && FTables.FIsPassed[static_cast<uint8_t>(*next)]) ++next;
     FPos = static_cast<size_t>(next - FText.data());
     const bool isWord =
-        next == end || FTables.FKind[static_cast<uint8_t>(*next)] == TScannerTables::TKind::Name;
+        next == end || FTables.FStart[static_cast<uint8_t>(*next)] == TScannerTables::TTokenStart::Name;
     const int code = GetNext(lexem);
     if (isWord || code == kComment) return code;
   }
 }
 
-// Whether a double-byte character begins at `position`.
+// Returns whether a double-byte character begins at `position`.
 bool TParser::IsPair(size_t position) const {
   return win::IsDBCSLeadByte(At(position)) && win::IsDBCSTrailByte(At(position + 1));
 }
@@ -137,7 +138,7 @@ void TParser::SkipDoubleByteName() {
   }
 }
 
-// False, without an effect, if no comment begins here.
+// Returns False without an effect if no comment begins here.
 bool TParser::SkipComment() {
   const uint8_t first = At(FPos);
   const uint8_t second = At(FPos + 1);
@@ -164,7 +165,8 @@ void TParser::SkipBraces() {
   FPos = std::min(FPos + 1, FText.size());
 }
 
-// No second byte of a double-byte character is a quote or a line end, so none needs to be told apart here.
+// The second byte of a double-byte character is never a quote or a line end, so it needs no special care
+// here.
 int TParser::ScanString(std::string_view& lexem) {
   const auto quote = static_cast<char>(At(FPos));
   const char stops[] = {quote, '\r', '\n'};

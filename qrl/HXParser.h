@@ -1,8 +1,9 @@
-// A lexical scanner driven by tables. A subclass supplies the tables of its language.
+// A lexical scanner driven by tables. A subclass supplies the tables of its language
+// (MigWizard/engine/PasParser.h).
 //
 // A lexem is the text of one token, as a view into the scanned text. White space and comments are tokens too,
-// so the lexems of all tokens, put end to end, are the text, byte for byte (with QuotedStrings True). No text
-// is an error: whatever fits nothing is a token of one byte.
+// so the lexems of all tokens, concatenated, are the text, byte for byte (with QuotedStrings True). No text
+// is an error: a byte that begins nothing else is a token of its own.
 #pragma once
 
 #include <array>
@@ -14,62 +15,61 @@
 
 namespace qrl {
 
-// Token codes beside those of the symbols and keywords, which are positive.
+// Token codes besides those of the symbols and keywords, which are positive.
 inline constexpr int kEndOfText = 0;
 inline constexpr int kWhiteSpace = -101;  // the longest run of bytes 1 to 32
-inline constexpr int kOther = -102;       // one byte that is nothing else
+inline constexpr int kOther = -102;       // one byte that begins nothing else
 inline constexpr int kIdentifier = -103;  // a letter, `_` or a byte from 128 up, then those or digits
 inline constexpr int kNumber = -104;      // a digit or `$`, then number characters
-inline constexpr int kString =
-    -106;  // closed by a quote, or by the end of its line; doubled quotes belong to it
-inline constexpr int kComment = -108;  // {...}, (*...*) or //...; one that is not closed runs to the end
-inline constexpr int kNul = -109;      // a byte 0
+inline constexpr int kString = -106;  // up to its closing quote, or the end of its line; '' does not close it
+inline constexpr int kComment =
+    -108;  // {...}, (*...*) or //...; one that is not closed runs to the end of the text
+inline constexpr int kNul = -109;  // a byte 0
 
-// What the scanner knows of a language: shared by all its instances, and never changed once made.
+// The tables of a language: immutable, and shared by all its scanners.
 class TScannerTables {
  public:
   using TCharTest = bool (*)(uint8_t);
   struct TTests {
     TCharTest IsSymbol, IsNumber, IsStringQuote;
   };
-  // Both lists are sorted already; keys of keywords are in upper case.
+  // Both lists must be sorted, with the keywords in upper case. `keywords` must outlive the tables.
   TScannerTables(const TIntValueStringList& symbols, const TIntValueStringList& keywords, TTests tests);
 
  private:
   friend class TParser;
-  enum class TKind : uint8_t { Nul, Blank, Name, Number, Quote, Symbol, Other };
+  enum class TTokenStart : uint8_t { Nul, Blank, Name, Number, Quote, Symbol, Other };
 
-  std::array<TKind, 256> FKind{};       // what a token that begins with the byte is
-  std::array<bool, 256> FIsPassed{};    // a token of one byte, or white space: nothing to GetNextWord
+  // All indexed by byte value.
+  std::array<TTokenStart, 256> FStart{};  // the token that begins with the byte
+  std::array<bool, 256> FIsPassed{};    // begins white space or a token of one byte, which GetNextWord skips
   std::array<bool, 256> FNamePart{};    // continues an identifier
   std::array<bool, 256> FNumberPart{};  // continues a number
   std::array<int, 256> FSymbolCode{};
+  std::array<uint32_t, 256> FKeywordLengths{};  // bit n is set if a keyword of n letters begins with the byte
   const TIntValueStringList* FKeywords;
-  std::array<uint32_t, 256>
-      FKeywordLengths{};  // by first byte: bit n is set if a keyword of n letters begins so
 };
 
 class TParser {
  public:
-  // Stands before the first character. `text` and `tables` must outlive the scanner.
+  // Starts before the first character. `text` and `tables` must outlive the scanner.
   TParser(std::string_view text, const TScannerTables& tables) : FTables(tables), FText(text) {}
 
-  // The next token's code, its text in `lexem`; kEndOfText with an empty lexem at the end.
+  // Returns the code of the next token, with its text in `lexem`; kEndOfText with an empty lexem at the end.
   int GetNext(std::string_view& lexem);
-  // The same, passing over all that is neither identifier, keyword nor comment. For who looks at nothing
-  // else.
+  // The same for the next identifier, keyword or comment. Faster than GetNext if all else is skipped anyway.
   int GetNextWord(std::string_view& lexem);
-  // Where the token that GetNext gave last begins, in bytes from 0.
+  // Returns the offset of the token that was returned last, in bytes from 0.
   size_t PrevPos() const { return FPrevPos; }
-  // Goes on at `position`, in bytes from 0, as if the text began there.
+  // Continues at the offset `position`, in bytes from 0, as if the text began there.
   void SetPosition(size_t position) { FPos = position; }
   // Restarts on a new text; the options stay.
   void SetText(std::string_view text) { FText = text, FPos = 0, FPrevPos = 0; }
 
-  // True: a string's lexem holds its quotes. False: it is what stands between them.
+  // True: the lexem of a string includes its quotes. False: it is the text between them.
   void SetQuotedStrings(bool quoted) { FQuotedStrings = quoted; }
-  // True: the text is in a double-byte source code page, and the two bytes of a character are never taken
-  // apart.
+  // True: the text is in a double-byte source code page, and the two bytes of a character are never
+  // separated.
   void SetDoubleByte(bool doubleByte) { FDoubleByte = doubleByte; }
 
  private:

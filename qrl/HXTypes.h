@@ -1,4 +1,4 @@
-// A list of strings with an integer each, sorted for look-up.
+// A list of strings, each with an integer, that is sorted for lookup.
 #pragma once
 
 #include <string>
@@ -11,12 +11,12 @@ namespace qrl {
 class TIntValueStringList {
  public:
   void Add(std::string_view key, int value);
-  // Sorts by key; Lookup works from then on.
+  // Sorts by key. Must be called after the last Add and before Lookup.
   void Sort();
   int GetCount() const { return static_cast<int>(FItems.size()); }
   const std::string& GetKey(int index) const { return FItems[static_cast<size_t>(index)].first; }
   int GetValue(int index) const { return FItems[static_cast<size_t>(index)].second; }
-  // The value of the key that equals `key` when ASCII letters are upper-cased, or 0. Keys are in upper case.
+  // Returns the value of the key that equals `key`, ignoring the case of ASCII letters, or 0.
   int Lookup(std::string_view key) const;
 
  private:

@@ -5,7 +5,7 @@
 
 namespace qrl {
 
-// Built on first use, so that no order of initialisation matters.
+// Returns the same object for the program's whole life.
 const TProductMenu& Menu();
 
 }  // namespace qrl

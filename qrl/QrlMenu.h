@@ -1,4 +1,4 @@
-// What a product tells about its place in the host's main menu, and the text of a caption without its marks.
+// The place of a product in the host's main menu, and the removal of accelerator marks.
 #pragma once
 
 #include <string>
@@ -10,11 +10,11 @@ namespace qrl {
 struct TProductMenu {
   std::string MenuName;     // component name of the top-level item
   std::string MenuCaption;  // its caption
-  std::string
-      AlternateCaption;  // its caption when another top-level item has the first one; empty: there is none
+  // Its caption if another top-level item has MenuCaption; empty if there is none.
+  std::string AlternateCaption;
 };
 
-// `text` without its accelerator marks "&".
+// Returns `text` without its accelerator marks "&".
 std::string RemoveAmpersands(std::string_view text);
 
 }  // namespace qrl

@@ -1,4 +1,5 @@
-// The grammar engine: its rule language, its compilation, and both kinds of programs against the plain engine.
+// The grammar engine: its rule language, its compilation, and both kinds of programs against the plain
+// engine.
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <map>
@@ -270,8 +271,8 @@ class TPlainTracer : public plain::TEngine {
   THooks FHooks;
 };
 
-// Grammars over few letters, so that much matches. None is left recursive: references before the first character
-// of an alternative are to later rules only. `<own>` and `<none>` have no rules.
+// Grammars over few letters, so that much matches. None is left recursive: references before the first
+// character of an alternative are to later rules only. `<own>` and `<none>` have no rules.
 class TRandomGrammar {
  public:
   explicit TRandomGrammar(unsigned seed) : FRandom(seed) {}

@@ -1,5 +1,5 @@
-// A reference implementation of the grammar engine and of the form parser: strings throughout, nothing compiled
-// beyond the inlining and the sort, everything read again on every attempt. Slow, and easy to check.
+// A reference implementation of the grammar engine and of the form parser: strings throughout, nothing
+// compiled beyond the inlining and the sort, everything read again on every attempt. Slow, and easy to check.
 #pragma once
 
 #include <functional>

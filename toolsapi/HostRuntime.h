@@ -1,6 +1,6 @@
 // What a host shares with a loadable module beyond the IDE's interfaces. Inside the IDE the run-time library
-// is a package, one for everybody; here every module has a copy of its own, and takes from the host what
-// there must be one of: the screen, the settings of the platform layer, and somebody who watches the runs.
+// is a package that all modules share. Here every module has a copy of its own, and uses the host's front
+// end, settings of the platform layer and observer of runs through this interface.
 #pragma once
 
 #include <cstdint>
@@ -15,13 +15,13 @@ class IFrontEnd;
 
 namespace toolsapi {
 
-// A step of a run of the module, before it is made. The views are good during the call.
+// A step that a run of the module is about to take. The views are valid during the call.
 struct TRunStep {
   std::string_view Title;        // of the wizard
-  std::string_view FileName;     // full Windows path of the file that comes next; empty when all are done
-  std::string_view LogFileName;  // full Windows path of the run's log; empty where none is written
-  int Done = 0;                  // files dealt with
-  int Known = 0;                 // files known by now
+  std::string_view FileName;     // full Windows path of the next file; empty after the last
+  std::string_view LogFileName;  // full Windows path of the run's log; empty if none is written
+  int Done = 0;                  // files finished
+  int Known = 0;                 // files found so far
   bool CanStop = false;          // False for a restore, which writes originals from the first file on
 };
 
@@ -31,7 +31,7 @@ class IHostRuntime : public IInterface {
   // Not owned, and outlives the module; null in a host without a screen.
   virtual rtl::IFrontEnd* GetFrontEnd() = 0;
   virtual uint32_t GetSourceCodePage() = 0;
-  // The host's name of the folder behind a drive letter, empty where there is none.
+  // Returns the host path of the folder that a drive letter is mapped to, or an empty string.
   virtual std::string GetDriveFolder(char letter) = 0;
   // True when a long operation begins, False when it ends.
   virtual void ShowWaiting(bool waiting) = 0;

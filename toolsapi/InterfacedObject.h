@@ -1,10 +1,10 @@
-// The usual base of a class that implements interfaces: count, identity look-up, end of life.
+// A base for classes that implement interfaces: reference count, lookup by identity, destruction.
 //
 //   class TExpert : public TInterfacedObject<IOTAWizard> { ... };
 //   TIntf<IOTAWizard> wizard = MakeIntf<TExpert>();
 //
-// The object lives until its last reference goes; it is made with MakeIntf alone, never on the stack. A
-// reference to it that comes and goes while its constructor runs does not end it.
+// The object is destroyed with its last reference. Make it with MakeIntf, never on the stack. References that
+// come and go while its constructor runs do not destroy it.
 #pragma once
 
 #include <utility>
@@ -19,7 +19,7 @@ class TInterfacedObject : public TInterfaces... {
   TInterfacedObject(const TInterfacedObject&) = delete;
   TInterfacedObject& operator=(const TInterfacedObject&) = delete;
 
-  // Answers for each of TInterfaces and for their bases; the first one listed answers for IInterface.
+  // Finds each of TInterfaces and their bases; IInterface is that of the first one listed.
   [[nodiscard]] void* QueryInterface(const TGuid& id) override {
     void* found = nullptr;
     ((found = found ? found : FindInLine<TInterfaces>(static_cast<TInterfaces*>(this), id)), ...);
@@ -37,8 +37,8 @@ class TInterfacedObject : public TInterfaces... {
   TInterfacedObject() = default;
   virtual ~TInterfacedObject() = default;
 
-  // `self` as the interface of that identity, if it is TInterface or one of its bases; no reference is
-  // counted.
+  // Returns `self` as the interface of that identity if that is TInterface or one of its bases, or null.
+  // Counts no reference.
   template <class TInterface>
   static void* FindInLine(TInterface* self, const TGuid& id) {
     if constexpr (HasIdentity<TInterface>) {
@@ -51,7 +51,7 @@ class TInterfacedObject : public TInterfaces... {
   }
 
  private:
-  int FRefCount = 1;  // the maker's, which MakeIntf hands to the first TIntf
+  int FRefCount = 1;  // taken over by the TIntf of MakeIntf
 };
 
 template <class T, class... TArgs>

@@ -1,15 +1,15 @@
-// Counted interfaces with identities: what the host's programming interface is made of.
+// Reference-counted interfaces with identities, as the host's programming interface uses them.
 //
-// An interface is an abstract class with IInterface at the root of its single line of bases. Its identity, a
-// GUID, stands next to it; an interface without an identity is reached through operations of others alone,
-// and a cast to it does not compile. Interfaces pass through TIntf, which keeps the count:
+// An interface is an abstract class with single inheritance from IInterface. Its identity, a GUID, is
+// declared next to it. A cast to an interface without an identity does not compile; such an interface comes
+// from operations of others alone. TIntf keeps the reference count:
 //
 //   TIntf<IOTAModule> module = services->GetModule(0);
 //   if (auto group = Supports<IOTAProjectGroup>(module)) group->Close();
-//   CastTo<INTAServices>(BorlandIDEServices)->GetMainMenu();       // raises when the host lacks it
+//   CastTo<INTAServices>(BorlandIDEServices)->GetMainMenu();  // raises if the host lacks it
 //
-// Counts are not locked: everything runs on the host's main thread. Program and loadable module may be
-// different binaries, so an interface is found by its identity, never by the compiler's type information.
+// Counts are not locked, because everything runs on the host's main thread. Program and loadable module may
+// be built by different compilers, so interfaces are found by identity and never by type information.
 #pragma once
 
 #include <array>
@@ -30,7 +30,7 @@ namespace toolsapi {
 class TGuid {
  public:
   constexpr TGuid() = default;
-  // A text of another form does not compile where the identity is a constant.
+  // A malformed text does not compile in a constant expression.
   constexpr explicit TGuid(std::string_view text) {
     if (text.size() != 38 || text.front() != '{' || text.back() != '}') throw "malformed GUID";
     size_t nibble = 0;
@@ -55,15 +55,14 @@ class TGuid {
   std::array<uint8_t, 16> FBytes{};
 };
 
-// The identity of an interface, with its name for messages.
+// An identity, with the name of the interface for messages.
 struct TInterfaceId {
   std::string_view Name;
   TGuid Guid;
 };
 
 struct TNoIdentity {};
-// The identity of an interface: a specialisation next to the interface gives one. An identity is not
-// inherited.
+// The identity of an interface, given by a specialisation next to the interface. Not inherited.
 template <class T>
 inline constexpr TNoIdentity kIdOf{};
 template <class T>
@@ -74,10 +73,10 @@ class IInterface {
  public:
   using TBase = void;
 
-  // The object's interface of that identity, with one reference counted for the caller, or null. The pointer
-  // is that of the interface's class. For one object and one identity the answer never changes.
+  // Returns the object's interface of that identity, with one reference counted for the caller, or null. The
+  // pointer is to the interface's class. The result for one object and one identity never changes.
   [[nodiscard]] virtual void* QueryInterface(const TGuid& id) = 0;
-  // The count after the call. The object is destroyed, by its own module, when it falls to 0.
+  // Return the count after the call. At 0 the object is destroyed, by its own module.
   virtual int AddRef() = 0;
   virtual int Release() = 0;
 
@@ -88,14 +87,14 @@ template <>
 inline constexpr TInterfaceId kIdOf<IInterface>{"IInterface",
                                                 TGuid("{00000000-0000-0000-C000-000000000046}")};
 
-// A counted reference to an interface, or to a class that implements some; may be null. Two are equal when
-// they are the same interface of the same object.
+// A counted reference to an interface, or to a class that implements some; may be null. Two are equal if they
+// are the same interface of the same object.
 template <class T>
 class TIntf {
  public:
   constexpr TIntf() = default;
   constexpr TIntf(std::nullptr_t) {}  // NOLINT: converts on purpose
-  // Counts a reference of its own.
+  // Adds a reference.
   explicit TIntf(T* object) : FObject(object) {
     if (FObject) FObject->AddRef();
   }
@@ -112,7 +111,7 @@ class TIntf {
     return *this;
   }
 
-  // Takes over a reference that is counted already.
+  // Takes over a reference that has been counted.
   static TIntf Adopt(T* object) {
     TIntf result;
     result.FObject = object;
@@ -133,14 +132,14 @@ class TIntf {
   T* FObject = nullptr;
 };
 
-// The interface T of the object behind `from`, or null when it lacks T or `from` is null.
+// Returns the interface T of the object of `from`, or null if it lacks T or `from` is null.
 template <HasIdentity T, class TFrom>
 [[nodiscard]] TIntf<T> Supports(const TIntf<TFrom>& from) {
   if (!from) return nullptr;
   return TIntf<T>::Adopt(static_cast<T*>(from->QueryInterface(kIdOf<T>.Guid)));
 }
 
-// The interface T of the object behind `from`. Raises rtl::EInvalidCast when it lacks T or `from` is null.
+// Returns the interface T of the object of `from`. Raises rtl::EInvalidCast if it lacks T or `from` is null.
 template <HasIdentity T, class TFrom>
 [[nodiscard]] TIntf<T> CastTo(const TIntf<TFrom>& from) {
   TIntf<T> result = Supports<T>(from);

@@ -1,9 +1,9 @@
-// The programming interface of the host, as far as the system uses it. Declarations only: host/ implements
+// The programming interface of the host, as far as the system uses it. Declarations only; host/ implements
 // them for the stand-alone host.
 //
-// File names are full Windows paths, UTF-8. Indices count from 0, and an index that is out of range is a
-// broken contract of the caller. Exceptions of the host pass through every operation. What an operation
-// returns belongs to the caller as a counted reference; menu items and the main menu belong to the host.
+// File names are full Windows paths in UTF-8. Indices count from 0 and must be in range. Exceptions of the
+// host pass through every operation. A returned interface is a counted reference that the caller owns; the
+// host owns the main menu and its items.
 #pragma once
 
 #include <cstdint>
@@ -49,7 +49,7 @@ class IOTAWizard : public IOTANotifier {
   ~IOTAWizard() = default;
 };
 
-// One of the files of a module, as something that can be shown: a source, a form.
+// A view of one file of a module: of its source or its form.
 class IOTAEditor : public IInterface {
  public:
   using TBase = IInterface;
@@ -71,7 +71,7 @@ class IOTASourceEditor : public IOTAEditor {
 
 class IOTAProject;
 
-// Something that the host has open: a unit with its form, a project, a project group.
+// An open unit with its form, an open project or an open project group.
 class IOTAModule : public IInterface {
  public:
   using TBase = IInterface;
@@ -81,10 +81,10 @@ class IOTAModule : public IInterface {
   // The projects that the module belongs to.
   virtual int GetOwnerCount() = 0;
   virtual TIntf<IOTAProject> GetOwner(int index) = 0;
-  // True when everything of the module is on disk as the user sees it. `changeName` asks for a new name
-  // first; `forceSave` saves without a question.
+  // Saves the module and returns True when all its files are on disk as the user sees them. `changeName` asks
+  // for a new name first; `forceSave` saves without a question.
   [[nodiscard]] virtual bool Save(bool changeName, bool forceSave) = 0;
-  // True when the host holds nothing of the module any more.
+  // Closes the module. Returns False if it stays open.
   virtual bool Close() = 0;
 
  protected:
@@ -101,7 +101,7 @@ class IOTAModuleInfo : public IInterface {
   ~IOTAModuleInfo() = default;
 };
 
-// GetModuleCount and GetModule tell the project's entries, in the project's order.
+// GetModuleCount and GetModule list the entries in the project's order.
 class IOTAProject : public IOTAModule {
  public:
   using TBase = IOTAModule;
@@ -115,13 +115,13 @@ class IOTAProject : public IOTAModule {
 class IOTAProjectGroup : public IOTAModule {
  public:
   using TBase = IOTAModule;
-  virtual TIntf<IOTAProject> GetActiveProject() = 0;  // nothing in a group without one
+  virtual TIntf<IOTAProject> GetActiveProject() = 0;  // null in a group without one
 
  protected:
   ~IOTAProjectGroup() = default;
 };
 
-// What the host has open: its project group, projects and units.
+// The open project group, projects and units.
 class IOTAModuleServices : public IInterface {
  public:
   using TBase = IInterface;
@@ -135,9 +135,9 @@ class IOTAModuleServices : public IInterface {
 class IOTAActionServices : public IInterface {
  public:
   using TBase = IInterface;
-  // Drops the host's copy of a file and takes it from disk.
+  // Discards the host's copy of a file and reads the file again.
   virtual bool ReloadFile(std::string_view fileName) = 0;
-  // `newProjGroup` closes the group that is open first; otherwise the project joins it.
+  // With `newProjGroup` the open group is closed first; otherwise the project is added to it.
   virtual bool OpenProject(std::string_view fileName, bool newProjGroup) = 0;
 
  protected:
@@ -148,9 +148,9 @@ class INTAServices : public IInterface {
  public:
   using TBase = IInterface;
   virtual rtl::TMainMenu* GetMainMenu() = 0;
-  // Puts `menuItem`, which the main menu owns, next to the item of component name `name`, or with
-  // `insertAsChild` below it: behind it or at the end with `insertAfter`, before it or at the beginning
-  // without. `action` may be null.
+  // Inserts `menuItem`, which the main menu owns from then on. With `insertAsChild` it becomes the last or
+  // first child of the item of component name `name`, otherwise the sibling after or before it, as
+  // `insertAfter` says. `action` may be null.
   virtual void AddActionMenu(std::string_view name, rtl::TAction* action, rtl::TMenuItem* menuItem,
                              bool insertAfter, bool insertAsChild) = 0;
 
@@ -158,8 +158,8 @@ class INTAServices : public IInterface {
   ~INTAServices() = default;
 };
 
-// --- Identities. IOTANotifier, IOTAModule, IOTAModuleInfo and IOTAProject are never cast to and need none.
-// ---
+// --- Identities ---
+// IOTANotifier, IOTAModule, IOTAModuleInfo and IOTAProject have none, because nothing is cast to them.
 template <>
 inline constexpr TInterfaceId kIdOf<IOTAModuleServices>{"IOTAModuleServices",
                                                         TGuid("{55A5E848-27FB-4880-8E7C-7F05A9802482}")};
@@ -182,17 +182,17 @@ template <>
 inline constexpr TInterfaceId kIdOf<IOTAWizard>{"IOTAWizard",
                                                 TGuid("{B75C0CE0-EEA6-11D1-9504-00608CCBF153}")};
 
-// The host's services, nothing until the host has given them. Every program and every loadable module has a
-// variable of its own (hence the visibility): a module's entry point sets it from its first argument.
+// The host's services; null until the host has passed them. Hidden, so that every program and every loadable
+// module has a variable of its own. A module's entry point sets it from its first argument.
 [[gnu::visibility("hidden")]] inline TIntf<IInterface> BorlandIDEServices;
 
-// --- The entry of a loadable module. The host calls the exported function of this name once, after loading.
-// ---
+// --- The entry point of a loadable module ---
+// The host calls the exported function of this name once, after it has loaded the module.
 inline constexpr char kWizardEntryPoint[] = "INITWIZARD0001";
 using TWizardRegisterProc = void (*)(const TIntf<IOTAWizard>& wizard);
 using TWizardTerminateProc = void (*)();
-// The host's services, how to register a wizard, and a place for what the host calls before it unloads the
-// module (null unless the module sets it). False refuses to be loaded.
+// `services` are those of the host, and `registerProc` registers a wizard. The module may set `*terminate` to
+// a function that the host calls before it unloads the module. Returns False to refuse to be loaded.
 using TWizardInitProc = bool (*)(const TIntf<IInterface>& services, TWizardRegisterProc registerProc,
                                  TWizardTerminateProc* terminate);
 

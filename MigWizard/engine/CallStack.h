@@ -5,11 +5,11 @@
 
 namespace mig {
 
-// Runs `call` on a stack of its own and returns True when it has returned. An exception of `call` passes through.
-// Returns False, without running it, if the system has no further stack.
+// Runs `call` on a stack of its own and returns True when it has returned. An exception of `call` passes
+// through. Returns False, without running it, if the system has no further stack.
 //
-// The stack is that of a new thread, for which the caller waits: nothing runs at the same time, but variables of
-// storage class thread_local are others during `call`.
+// The stack is that of a new thread, for which the caller waits: nothing runs at the same time, but variables
+// of storage class thread_local are others during `call`.
 [[nodiscard]] bool CallOnNewStack(const std::function<void()>& call);
 
 }  // namespace mig

@@ -41,9 +41,9 @@ std::vector<std::string_view> SplitAtName(std::string_view text, std::string_vie
   return pieces;
 }
 
-// Replaces each occurrence of the name of `inlined` in `rule` by each alternative of `inlined`; the choices of
-// the leftmost occurrence vary slowest. Replacements are not searched again, so a rule that names itself is
-// unfolded once and the expansion ends.
+// Replaces each occurrence of the name of `inlined` in `rule` by each alternative of `inlined`; the choices
+// of the leftmost occurrence vary slowest. Replacements are not searched again, so a rule that names itself
+// is unfolded once and the expansion ends.
 void InlineRule(TLL1Rule& rule, const TLL1Rule& inlined) {
   std::vector<std::string> result;
   std::unordered_set<std::string> seen;
@@ -81,8 +81,8 @@ const TCharSet& WordCharacters() {
   return set;
 }
 
-// Returns the kind of the reference at `position`, counted from 0. For a reference, `name` is its text with the
-// brackets, a view into `alternative`, and `position` moves past it; otherwise both stay.
+// Returns the kind of the reference at `position`, counted from 0. For a reference, `name` is its text with
+// the brackets, a view into `alternative`, and `position` moves past it; otherwise both stay.
 TLL1Grammar::TSymbolKind TLL1Grammar::ScanSymbol(std::string_view alternative, size_t& position,
                                                  std::string_view& name) {
   if (position + 1 >= alternative.size() || alternative[position] != '<') return TSymbolKind::None;

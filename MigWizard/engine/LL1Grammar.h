@@ -5,10 +5,10 @@
 //   grammar.AddRule("<word>-<*chars_or_digits>");
 //   grammar.Prepare();
 //
-// A rule string is a name in angle brackets, one character that is skipped, and alternatives separated by bars.
-// In an alternative, `<name>` refers to a rule, `<*name>` refers to a terminal, and every other character is a
-// literal. A backslash makes the next character a literal, or gives a character by its decimal code. Blanks are
-// not skipped anywhere.
+// A rule string is a name in angle brackets, one character that is skipped, and alternatives separated by
+// bars. In an alternative, `<name>` refers to a rule, `<*name>` refers to a terminal, and every other
+// character is a literal. A backslash makes the next character a literal, or gives a character by its decimal
+// code. Blanks are not skipped anywhere.
 //
 // The compilation inlines rules that have an empty alternative where they are referred to, and sorts the
 // alternatives of each rule so that ordered choice tries a longer form before its own prefix.

@@ -138,8 +138,8 @@ void TLL1Machine::PushAlternative(int32_t node, bool isPure) {
   Push({node, FPosition, copy, kAlternative});
 }
 
-// Pops the entries down to that height, and their copies of the state. Within a frame, no alternative with a copy
-// is above one without, so the lowest alternative decides.
+// Pops the entries down to that height, and their copies of the state. Within a frame, no alternative with a
+// copy is above one without, so the lowest alternative decides.
 void TLL1Machine::PopTo(size_t size) {
   size_t lowest = size;
   if (lowest < FHeight && FStack[lowest].Rule != kAlternative) ++lowest;

@@ -1,13 +1,14 @@
 // Runs the rules of a program over a text, by ordered choice with full backtracking.
 //
-// The machine keeps a stack of its own, with an entry for each open rule (where to continue when it has matched)
-// and an entry for each alternative still to be tried (the position and the state to go back to). So a list may
-// be as long as it likes. Only a hook, which is a call of the client, takes a piece of the call stack.
+// The machine keeps a stack of its own, with an entry for each open rule (where to continue when it has
+// matched) and an entry for each alternative still to be tried (the position and the state to go back to). So
+// a list may be as long as it likes. Only a hook, which is a call of the client, takes a piece of the call
+// stack.
 //
-//  - Once a rule is certain to match, its remaining alternatives are popped, and a reference that ends its rule
-//    pushes no entry. A list that is written as a right recursion therefore runs in constant space.
-//  - Reading a rule that reaches no hook changes nothing but the position, so its alternatives keep no copy of
-//    the state.
+//  - Once a rule is certain to match, its remaining alternatives are popped, and a reference that ends its
+//    rule pushes no entry. A list that is written as a right recursion therefore runs in constant space.
+//  - Reading a rule that reaches no hook changes nothing but the position, so its alternatives keep no copy
+//    of the state.
 //  - Results of such rules go to the memo as soon as a parse is seen to read its text again and again
 //    (MigWizard/engine/LL1Memo.h). A parse that goes straight on never uses it.
 #pragma once
@@ -47,16 +48,16 @@ class TLL1Machine {
   // switched on.
   void Start(std::string_view text, int64_t rereadAllowance);
 
-  // Runs the rule of that index from the live state's position. Returns True with the position after the match,
-  // or False with the state as on entry. Hooks may call Run in turn. After an exception the machine is as it was
-  // before the call; the live state stays where the exception was raised.
+  // Runs the rule of that index from the live state's position. Returns True with the position after the
+  // match, or False with the state as on entry. Hooks may call Run in turn. After an exception the machine is
+  // as it was before the call; the live state stays where the exception was raised.
   [[nodiscard]] bool Run(int32_t rule);
 
  private:
   class TOpenRun;
 
-  // An open rule, with the node that refers to it and the position where it began; or an alternative, with the
-  // node to try and the position and state to try it from.
+  // An open rule, with the node that refers to it and the position where it began; or an alternative, with
+  // the node to try and the position and state to try it from.
   struct TStackEntry {
     int32_t Node;
     int32_t Position;  // counted from 0

@@ -1,10 +1,10 @@
 // Results of rules without hooks, by position of the text that is being parsed.
 //
-// An insurance, not a part of ordinary parsing. Ordered choice with backtracking takes exponential time for some
-// texts: a level of nesting that is read once for each of two alternatives doubles the work for all levels inside
-// it. The machine switches the memo on when a parse has read far more than its text is long
+// An insurance, not a part of ordinary parsing. Ordered choice with backtracking takes exponential time for
+// some texts: a level of nesting that is read once for each of two alternatives doubles the work for all
+// levels inside it. The machine switches the memo on when a parse has read far more than its text is long
 // (TLL1Parser::SetRereadAllowance); from there on the work is in proportion to the text. In 15,572 objects of
-// real forms that never happened. The benchmark rows `Collections` show what it prevents.
+// real forms that never happened. The benchmark rows `Doubling` show what it prevents.
 //
 // The memo is a cache: a full window of slots loses an old result. A lost result costs the time to find it
 // again, and changes nothing else.

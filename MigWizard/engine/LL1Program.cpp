@@ -232,8 +232,8 @@ void TLL1Program::TBuilder::MarkPureRules() {
   }
 }
 
-// Returns the first sets by node. Those of rule references are the least sets that contain the first set of the
-// rule and, if the rule can match nothing, those of the nodes after the reference.
+// Returns the first sets by node. Those of rule references are the least sets that contain the first set of
+// the rule and, if the rule can match nothing, those of the nodes after the reference.
 std::vector<TFirstSet> TLL1Program::TBuilder::FindFirstSets() const {
   std::vector<TFirstSet> nodes;
   for (const TLL1Node& node : FProgram.FNodes) nodes.push_back(FirstSetOfStep(node));

@@ -1,17 +1,18 @@
 // A compiled grammar in the form in which the machine runs it (MigWizard/engine/LL1Machine.h).
 //
-// Each rule becomes a tree of nodes, and each hook of the client becomes a node that calls the client. There are
-// two ways to build the trees:
+// Each rule becomes a tree of nodes, and each hook of the client becomes a node that calls the client. There
+// are two ways to build the trees:
 //
-//  - For a client that names its hooks, neighbouring alternatives share their common beginning. What has matched
-//    once is not read again for the next alternative, which starts after it. The outcome is that of ordered
-//    choice, because a step that starts in the same state ends in the same state.
+//  - For a client that names its hooks, neighbouring alternatives share their common beginning. What has
+//    matched once is not read again for the next alternative, which starts after it. The outcome is that of
+//    ordered choice, because a step that starts in the same state ends in the same state.
 //  - For a client that names none, every reference is a hook and nothing is shared, so the client sees each
 //    attempt at each alternative.
 //
-// Each node has a first set: the bytes with which it, or what follows it if it can match nothing, can begin. A
-// table made from these sets gives the first of a list of nodes that is worth trying at a byte, so alternatives
-// that cannot match are skipped in one step. A hook may match anything, wherever it likes; its first set is full.
+// Each node has a first set: the bytes with which it, or what follows it if it can match nothing, can begin.
+// A table made from these sets gives the first of a list of nodes that is worth trying at a byte, so
+// alternatives that cannot match are skipped in one step. A hook may match anything, wherever it likes; its
+// first set is full.
 #pragma once
 
 #include <array>
@@ -69,8 +70,8 @@ class TLL1Program {
   // Gives the characters of a terminal, and whether it is one of them or a run.
   using TTerminalSource = std::function<void(std::string_view name, TCharSet& chars, bool& single)>;
 
-  // Compiles `grammar`, which must be prepared and may be destroyed after that. Asks `terminals` once for each
-  // terminal that is no hook.
+  // Compiles `grammar`, which must be prepared and may be destroyed after that. Asks `terminals` once for
+  // each terminal that is no hook.
   TLL1Program(const TLL1Grammar& grammar, const TLL1Hooks& hooks, const TTerminalSource& terminals);
 
   static constexpr unsigned kEnd = 256;  // the end of the text, where a byte value is expected
@@ -78,8 +79,8 @@ class TLL1Program {
   // Rules have the indices that they have in the grammar.
   const TLL1ProgramRule& Rule(int32_t index) const { return FRules[static_cast<size_t>(index)]; }
   const TLL1Node& Node(int32_t index) const { return FNodes[static_cast<size_t>(index)]; }
-  // Returns the first of the node `first` and its further siblings that can match before the byte value `next`,
-  // or kNone. For a literal, WordEnd, One or Run that byte is then certain to fit.
+  // Returns the first of the node `first` and its further siblings that can match before the byte value
+  // `next`, or kNone. For a literal, WordEnd, One or Run that byte is then certain to fit.
   int32_t FirstThatCanStart(int32_t first, unsigned next) const {
     if (first == TLL1Node::kNone) return first;
     return FChoices[static_cast<size_t>(first) * FClassCount + FClasses[next]];

@@ -11,9 +11,9 @@ namespace mig {
 
 class TLL1Parser;
 
-// The position of a parse. A client derives from it and adds every piece of data that a failed alternative must
-// take back. Data in lists of the parser is taken back through a count in the state: an Assign that finds a list
-// longer than the count that it has just copied shortens the list.
+// The position of a parse. A client derives from it and adds every piece of data that a failed alternative
+// must take back. Data in lists of the parser is taken back through a count in the state: an Assign that
+// finds a list longer than the count that it has just copied shortens the list.
 class TParseState {
  public:
   explicit TParseState(TLL1Parser& owner) : FOwner(owner) {}
@@ -21,9 +21,9 @@ class TParseState {
   TParseState(const TParseState&) = delete;
   TParseState& operator=(const TParseState&) = delete;
 
-  // Copies everything but the owner. The engine saves the live state by assigning it to a copy, and restores it
-  // by assigning the copy to it. An override calls the inherited operation first, and raises rtl::EInvalidCast
-  // for a source of a class that lacks its fields.
+  // Copies everything but the owner. The engine saves the live state by assigning it to a copy, and restores
+  // it by assigning the copy to it. An override calls the inherited operation first, and raises
+  // rtl::EInvalidCast for a source of a class that lacks its fields.
   virtual void Assign(const TParseState& source) { Pos = source.Pos; }
 
   // The parser that the state was made for.
@@ -43,8 +43,8 @@ TParseStateClass ParseStateClass() {
   return [](TLL1Parser& owner) { return std::make_unique<TState>(owner); };
 }
 
-// A stack of copies of a state. The objects are reused, so a push allocates only when the stack grows beyond its
-// greatest height so far.
+// A stack of copies of a state. The objects are reused, so a push allocates only when the stack grows beyond
+// its greatest height so far.
 class TStateStack {
  public:
   using TMaker = std::function<std::unique_ptr<TParseState>()>;

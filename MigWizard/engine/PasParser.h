@@ -1,4 +1,4 @@
-// The lexical scanner for Delphi units and form texts: the scanner base with the tables of this language.
+// The lexical scanner for Delphi units and form text: qrl::TParser with the tables of this language.
 //
 //   TPasParser scanner(text);
 //   std::string_view lexem;
@@ -14,8 +14,7 @@
 
 namespace mig {
 
-// Token codes that callers test, beside those of qrl/HXParser.h. The tables with all codes stand in
-// PasParser.cpp.
+// Token codes that callers test, besides those of qrl/HXParser.h. PasParser.cpp has the tables of all codes.
 inline constexpr int kSemicolon = 16;
 inline constexpr int kEnd = 28;
 inline constexpr int kInherited = 29;
@@ -27,8 +26,8 @@ inline constexpr int kUses = 33;
 class TPasParser : public qrl::TParser {
  public:
   explicit TPasParser(std::string_view text);
-  // A scanner for the working text of a file of that encoding: double-byte characters are kept together where
-  // the encoding is the source code page and that is a double-byte one.
+  // For the working text of a file of that encoding. Keeps double-byte characters together if the encoding is
+  // Default and the source code page is a double-byte one.
   TPasParser(std::string_view text, const qrl::TEncoding& encoding);
 };
 

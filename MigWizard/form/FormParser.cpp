@@ -217,8 +217,8 @@ void TFormParser::ConvertLogin(const TPropertyRule& rule, std::string_view propV
   }
 }
 
-// Whether the new class publishes the property that the name begins with. A class that is not registered counts
-// as publishing everything.
+// Whether the new class publishes the property that the name begins with. A class that is not registered
+// counts as publishing everything.
 bool TFormParser::IsPublished(std::string_view propName) {
   if (!FIsClassKnown) {
     FNewClass = rtl::GetClass(FNewType);

@@ -8,9 +8,9 @@
 //   if (parser.Parse(text, "<object>", position)) parser.PrintObject(0, printed);
 //   // printed is "object Query1: TNewQuery\r\n  Active = True\r\nend\r\n"
 //
-// A parse collects the block's keyword, name and class, its own properties as ConvertProperty adds them, and the
-// raw texts of the objects nested in it. Nothing else of the block reaches the printed text. All results view the
-// parsed text, which must not change while they are in use.
+// A parse collects the block's keyword, name and class, its own properties as ConvertProperty adds them, and
+// the raw texts of the objects nested in it. Nothing else of the block reaches the printed text. All results
+// view the parsed text, which must not change while they are in use.
 #pragma once
 
 #include <cstdint>
@@ -57,22 +57,24 @@ class TFormParser : public TLL1Parser {
   // Raises EInvalidCast unless `stateClass` makes TFormParseState objects.
   explicit TFormParser(TParseStateClass stateClass);
 
-  // Sets the class that PrintObject prints and whose published properties decide what is kept; empty for the class
-  // of the text. Stays in force until it is set again. Must be set again after a change of the class registry.
+  // Sets the class that PrintObject prints and whose published properties decide what is kept; empty for the
+  // class of the text. Stays in force until it is set again. Must be set again after a change of the class
+  // registry.
   void SetNewType(std::string_view value);
 
-  // Returns the reference that replaces a property's value, which comes without its quotes; empty for none. Not
-  // called unless assigned.
+  // Returns the reference that replaces a property's value, which comes without its quotes; empty for none.
+  // Not called unless assigned.
   std::function<std::string(std::string_view propName, std::string_view propValue)> OnGetPropValue;
 
-  // Converts a property of the outermost object: adds no, one or more entries to Properties. May be called again
-  // for the same property, and must have no other effect. `propName` is the full name. `propValue` is the text of
-  // the value, with white space before it only if it is a concatenation. Both are views of the parsed text.
+  // Converts a property of the outermost object: adds no, one or more entries to Properties. May be called
+  // again for the same property, and must have no other effect. `propName` is the full name. `propValue` is
+  // the text of the value, with white space before it only if it is a concatenation. Both are views of the
+  // parsed text.
   virtual void ConvertProperty(std::string_view propName, std::string_view propValue);
 
-  // Sets `text` to the converted object, each line with CR LF after it, for nesting level `level`: 0 for the root
-  // of a form. Call it once, after a Parse that returned True: it indents the lines of each value from the second
-  // on, in Properties too. After a Parse that returned False, `text` becomes empty.
+  // Sets `text` to the converted object, each line with CR LF after it, for nesting level `level`: 0 for the
+  // root of a form. Call it once, after a Parse that returned True: it indents the lines of each value from
+  // the second on, in Properties too. After a Parse that returned False, `text` becomes empty.
   virtual void PrintObject(int level, std::string& text);
 
   // Makes each parse from now on keep the properties of the source.
@@ -82,8 +84,8 @@ class TFormParser : public TLL1Parser {
 
   const std::vector<TFormProperty>& Properties() const { return FProperties; }
   const std::vector<std::string_view>& NestedObjects() const { return FNestedObjects.Texts(); }
-  // Returns positions, counted from 1, where the last Parse tried to read a nested object and found none. Parsing
-  // `<object>` there, in the same text, fails again.
+  // Returns positions, counted from 1, where the last Parse tried to read a nested object and found none.
+  // Parsing `<object>` there, in the same text, fails again.
   const std::vector<int32_t>& FailedObjects() const { return FFailedObjects; }
   const TFormParseState& FormState() const { return static_cast<const TFormParseState&>(State()); }
 
@@ -94,8 +96,8 @@ class TFormParser : public TLL1Parser {
   void AfterParse(bool& success) override;
   std::string DescribeSubject() const override;
 
-  // Append an entry to Properties, and count it. The first keeps views, of the parsed text or of constants; the
-  // second takes over the value.
+  // Append an entry to Properties, and count it. The first keeps views, of the parsed text or of constants;
+  // the second takes over the value.
   void AddProperty(std::string_view name, std::string_view value);
   void AddMadeProperty(std::string_view name, std::string value);
   // Adds the entries that the rule makes of the property.

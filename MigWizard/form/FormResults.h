@@ -1,7 +1,9 @@
-// The results of a form parser: the properties to print, and the raw texts of the objects nested in the object.
+// The results of a form parser: the properties to print, and the raw texts of the objects nested in the
+// object.
 //
-// Both view the parsed text where they hold it unchanged, so their cost depends on their count and not on their
-// length: a string list of a million lines is one view until it is printed. They are valid as long as that text.
+// Both view the parsed text where they hold it unchanged, so their cost depends on their count and not on
+// their length: a string list of a million lines is one view until it is printed. They are valid as long as
+// that text.
 #pragma once
 
 #include <cstddef>

@@ -17,9 +17,9 @@ struct TObjectToPrint {
   std::span<const std::string_view> NestedObjects;  // printed unchanged
 };
 
-// Sets `text` to the object, each line with CR LF after it, for nesting level `level`: 0 for the root of a form.
-// Indents the lines of each value from the second on, and they stay indented. On std::bad_alloc nothing has
-// changed.
+// Sets `text` to the object, each line with CR LF after it, for nesting level `level`: 0 for the root of a
+// form. Indents the lines of each value from the second on, and they stay indented. On std::bad_alloc nothing
+// has changed.
 void WriteObject(const TObjectToPrint& object, int level, std::string& text);
 
 }  // namespace mig

@@ -22,7 +22,7 @@ struct TLoginField {
 enum class TPropertyEffect {
   Drop,       // is left out
   Rename,     // is printed as NewName, with its value unchanged
-  Reference,  // is printed as NewName with what OnGetPropValue returns for its value; left out if that is empty
+  Reference,  // is printed as NewName with the result of OnGetPropValue; left out if that is empty
   Login,      // becomes one property for each of LoginFields that its list has a value for, in that order
 };
 

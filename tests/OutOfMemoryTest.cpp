@@ -1,0 +1,147 @@
+// Parsing and printing when memory runs out: each allocation in turn fails, once. std::bad_alloc comes
+// through, and the same parser works after it. An executable of its own, because it replaces the global
+// operator new.
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <new>
+
+#include "MigWizard/engine/PasParser.h"
+#include "target/KVAFormParser.h"
+
+namespace {
+
+long allocationsLeft = -1;  // until one fails; negative for never
+
+void* Allocate(size_t size) {
+  if (allocationsLeft >= 0 && allocationsLeft-- == 0) throw std::bad_alloc();
+  void* memory = std::malloc(size > 0 ? size : 1);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+}  // namespace
+
+void* operator new(size_t size) {
+  return Allocate(size);
+}
+void* operator new[](size_t size) {
+  return Allocate(size);
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, size_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, size_t) noexcept {
+  std::free(memory);
+}
+
+namespace mig {
+namespace {
+
+class TParser : public target::TKVAFormParser {
+ public:
+  TParser() : TKVAFormParser(ParseStateClass<TFormParseState>()) { SetRereadAllowance(0); }
+};
+
+const std::string kText = [] {
+  std::string nested = "A = 1";
+  for (int i = 0; i < 1100; ++i) nested = "object N: T " + nested + " end";  // more than one stack takes
+  return R"(object Database1: TDatabase
+  LoginPrompt = False
+  Params.Strings = (
+    'USER NAME=a long user name of some kind'
+    'PASSWORD=tiger')
+  Items = <
+    item
+      A = 'x'#13 +
+        'y'
+    end>
+  object R: TQuery
+  end
+)" + nested +
+         "\nend\n";
+}();
+
+std::string ParseAndPrint(TFormParser& parser) {
+  int64_t position = 1;
+  std::string printed;
+  if (!parser.Parse(kText, "<object>", position)) return "refused";
+  parser.PrintObject(1, printed);
+  return printed;
+}
+
+// Fails each allocation of `call` in turn and returns their number. `check` runs after each failure.
+template <class TCall, class TCheck>
+long FailEach(TCall call, TCheck check) {
+  for (long failing = 0;; ++failing) {
+    allocationsLeft = failing;
+    try {
+      call();
+      const bool isDone = allocationsLeft >= 0;
+      allocationsLeft = -1;
+      if (isDone) return failing;
+      ADD_FAILURE() << "allocation " << failing << " failed unnoticed";
+    } catch (const std::bad_alloc&) {
+      allocationsLeft = -1;
+      check();
+    }
+  }
+}
+
+TEST(OutOfMemoryTest, AParserWorksAfterIt) {
+  TParser reference;
+  const std::string expected = ParseAndPrint(reference);
+  ASSERT_NE(expected, "refused");
+  EXPECT_GT(FailEach([] { TParser().SetNewType("TKVAConnection and a longer name"); }, [] {}), 40);
+  // Most of the allocations are those of the compilation and of the copies of the state, which are kept.
+  std::unique_ptr<TParser> parser;
+  long tried = 0;
+  for (long failing = 0;; failing += failing < 1000 ? 29 : 499, ++tried) {
+    parser = std::make_unique<TParser>();
+    allocationsLeft = failing;
+    try {
+      const std::string printed = ParseAndPrint(*parser);
+      const bool isDone = allocationsLeft >= 0;
+      allocationsLeft = -1;
+      if (isDone) break;
+      ADD_FAILURE() << "allocation " << failing << " failed unnoticed: " << printed;
+    } catch (const std::bad_alloc&) {
+      allocationsLeft = -1;
+      ASSERT_EQ(ParseAndPrint(*parser), expected) << failing;
+    }
+  }
+  EXPECT_GT(tried, 40);
+  // From the second parse on, with the tables and the copies there.
+  const auto check = [&] { ASSERT_EQ(ParseAndPrint(*parser), expected); };
+  EXPECT_GT(FailEach([&] { ParseAndPrint(*parser); }, check), 20);
+}
+
+// A retry of the printer gives what the first try would have given, with no value indented twice.
+TEST(OutOfMemoryTest, PrintingCanBeTriedAgain) {
+  TParser parser;
+  const std::string expected = ParseAndPrint(parser);
+  int64_t position = 1;
+  std::string printed;
+  ASSERT_TRUE(parser.Parse(kText, "<object>", position));
+  FailEach([&] { parser.PrintObject(1, printed); }, [] {});
+  EXPECT_EQ(printed, expected);
+}
+
+TEST(OutOfMemoryTest, AScannerAllocatesNothing) {
+  TPasParser(kText).SetText("");  // makes the tables
+  allocationsLeft = 0;
+  TPasParser scanner(kText);
+  std::string_view lexem;
+  size_t length = 0;
+  while (scanner.GetNext(lexem) != qrl::kEndOfText) length += lexem.size();
+  allocationsLeft = -1;
+  EXPECT_EQ(length, kText.size());
+}
+
+}  // namespace
+}  // namespace mig
