@@ -25,6 +25,7 @@ using mig::TRestoreVerdict;
 // Returns the undo files to restore from, the last run first.
 std::vector<std::string> UndoFiles(const TCommandLine& line) {
   const std::string path = WindowsPath(line.Arguments[0]);
+  RequireReachable(path);
   if (rtl::FileExists(path)) {
     if (line.All) throw EUsage("--all takes a folder, not an undo file.");
     return {path};

@@ -73,6 +73,7 @@ TScope SetScope(const TCommandLine& line, host::THost& host, mig::TReplaceOption
     throw EUsage("Give one folder or one project to convert: --folder DIR or --project FILE.");
   const std::string& typed = hasPath ? line.Arguments[0] : line.Folder.empty() ? line.Project : line.Folder;
   const std::string path = WindowsPath(typed);
+  RequireReachable(path);
   const bool isFolder = rtl::DirectoryExists(path);
   if (!line.Folder.empty() && !isFolder) throw EUsage(rtl::Format(mig::STargetDirNotExist, {path}));
   if (!line.Project.empty() && !isFolder && !rtl::FileExists(path))

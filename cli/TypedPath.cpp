@@ -1,6 +1,9 @@
 #include "cli/TypedPath.h"
 
+#include <cstdint>
+
 #include "cli/Commands.h"
+#include "win/FileApi.h"
 #include "win/paths/Drives.h"
 
 namespace cli {
@@ -10,6 +13,13 @@ std::string WindowsPath(const std::string& typed) {
   if (path.empty())
     throw EUsage("\"" + typed + "\" cannot be written as a Windows path; is its drive mapped?");
   return path;
+}
+
+void RequireReachable(const std::string& path) {
+  if (win::FileSystem().GetFileAttributesA(path) != win::INVALID_FILE_ATTRIBUTES) return;
+  const uint32_t error = win::GetLastError();
+  if (error == win::ERROR_FILE_NOT_FOUND || error == win::ERROR_PATH_NOT_FOUND) return;
+  throw rtl::EFOpenError("Cannot open \"" + path + "\". " + win::SysErrorMessage(error));
 }
 
 }  // namespace cli

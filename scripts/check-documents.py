@@ -122,7 +122,12 @@ def make_application(folder):
     shutil.copytree(example, os.path.join(folder, "src"))
     shutil.copy(os.path.join(example, "Main.dfm"), os.path.join(folder, "About.txt"))
     for extension in ("dpr", "dproj"):
-        os.rename(os.path.join(folder, f"LendDesk.{extension}"), os.path.join(folder, f"Orders.{extension}"))
+        renamed = os.path.join(folder, f"Orders.{extension}")
+        os.rename(os.path.join(folder, f"LendDesk.{extension}"), renamed)
+        with open(renamed, "rb") as file:
+            text = file.read()
+        with open(renamed, "wb") as file:
+            file.write(text.replace(b"LendDesk", b"Orders"))
     subprocess.run("git init -q && git add -A && git -c user.name=x -c user.email=x commit -qm begin", shell=True,
                    check=True, cwd=folder)
 

@@ -331,10 +331,15 @@ TEST_F(CommandLineTest, WrongCommandLines) {
 
 TEST_F(CommandLineTest, ErrorsThatStopARun) {
   FTree.Write("bad.txt", "class TKVAQuery\n");
+  FTree.Link("loop", "loop");
   FTree.Write("src/X.dproj", "<Project><ItemGroup><DCCReference Include='A.pas'/></ItemGroup></Project>junk");
   const std::pair<const char*, const char*> rows[] = {
       {"replace --mode bde --project src/X.dproj",
        "<dir>\\src\\X.dproj(1): this is not well-formed XML: something stands outside of the root element."},
+      {"replace --mode bde --folder loop",
+       "Cannot open \"<dir>\\loop\". The name of the file cannot be resolved by the system."},
+      {"restore loop/x",
+       "Cannot open \"<dir>\\loop\\x\". The name of the file cannot be resolved by the system."},
       {"replace --mode bde src --catalogue none.txt",
        "Cannot open file \"<dir>\\none.txt\". The system cannot find the file specified."},
       {"replace --mode bde src --catalogue bad.txt", "bad.txt: class \"TKVAConnection\" is missing."},
