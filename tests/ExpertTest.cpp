@@ -71,6 +71,7 @@ TEST_F(ExpertTest, ReplaceInTheProject) {
   EXPECT_EQ(Unit("App"), "unit Main;\r\nQ: TKVAQuery; I: TIBQuery;\r\nend.\r\n");
   EXPECT_TRUE(IsStored());
   // A unit that was not chosen is taken from disk anew, too.
+  std::filesystem::remove(FScratch.HostPath("App/RBackup/RExpert.reu"));
   const TLines calls = Use("rbModeReplace; btNext; btNext; lbModules[0]; btNext; btNext; btFinish", "OKBtn");
   EXPECT_EQ(std::count(calls.begin(), calls.end(), "Reload C:\\App\\Main.pas"), 1);
 }
@@ -114,17 +115,59 @@ TEST_F(ExpertTest, AFolderDoesNotConcernTheHost) {
 
 TEST_F(ExpertTest, AReplaceThatFailsReloadsNothing) {
   std::filesystem::permissions(FScratch.HostPath("App/Main.pas"), std::filesystem::perms::owner_read);
+  FScratch.Write("App/Data.pas", kUnit);
   EXPECT_EQ(Use(kProject, "OKBtn"), (TLines{kWizard, kQuestion, "Save 0 1", "Show C:\\App\\Main.pas",
                                             "Box 16 BDE/IBX Migration Wizard: Replace failed."}));
+  EXPECT_NE(FScratch.Read("App/Data.pas"), kUnit)
+      << "a file that fails does not keep others from being replaced";
   EXPECT_TRUE(IsStored());
 }
 
 TEST_F(ExpertTest, AnExceptionGoesToTheHostAndStoresNothing) {
-  std::filesystem::remove(FScratch.HostPath("App/Data.pas"));
+  FScratch.Write("App/Data.pas", "\xFF\xFEodd");
   EXPECT_THROW(Use(kProject, "OKBtn"), rtl::Exception);
   EXPECT_EQ(FHost.Calls, (TLines{kWizard, kQuestion, "Save 0 1", "Show C:\\App\\Main.pas"}));
   EXPECT_EQ(mig::WizardForm, nullptr);
   EXPECT_FALSE(IsStored() && FScratch.Read(tests::TScratch::kSettings).find("Dest") != std::string::npos);
+}
+
+TEST_F(ExpertTest, AUnitThatCannotBeReadIsLeftOut) {
+  std::filesystem::remove(FScratch.HostPath("App/Data.pas"));
+  const TLines calls = Use(kProject, "OKBtn");
+  EXPECT_EQ(calls.back(),
+            "Box 64 BDE/IBX Migration Wizard: These were left as they are:\n"
+            "Cannot open file \"C:\\App\\Data.pas\". The system cannot find the file specified.");
+  EXPECT_NE(Unit("App"), kUnit);
+}
+
+// The way back from an earlier run is not overwritten unless the user says so.
+TEST_F(ExpertTest, ABackupFolderOfAnEarlierRun) {
+  const std::string refused =
+      "Box 16 BDE/IBX Migration Wizard: The backup folder \"C:\\App\\RBackup\" holds the undo file of an "
+      "earlier "
+      "run, which this run would overwrite.";
+  constexpr char kAgain[] = "rbModeReplace; btNext; btNext; btNext; btNext; btFinish";
+  FScratch.Write("App/RBackup/RExpert.reu", "a=b\r\n");
+  EXPECT_EQ(Use(kProject), (TLines{kWizard, refused}));
+  EXPECT_EQ(Unit("App"), kUnit);
+
+  mig::TBackupAnswer answer = mig::TBackupAnswer::Cancel;
+  FExpert->OnBackupsFound = [&](const mig::EWayBack&) { return answer; };
+  EXPECT_EQ(Use(kAgain), TLines{kWizard});
+  answer = mig::TBackupAnswer::UseNewFolder;
+  EXPECT_EQ(Use(kAgain, "OKBtn").back(), kReplaced);
+  EXPECT_EQ(FScratch.Read("App/RBackup.2/Main.~pas"), kUnit);
+  EXPECT_EQ(FScratch.Read("App/RBackup/RExpert.reu"), "a=b\r\n");
+  FScratch.Write("App/Main.pas", kUnit);
+  answer = mig::TBackupAnswer::Overwrite;
+  EXPECT_EQ(Use(kAgain, "OKBtn").back(), kReplaced);
+  EXPECT_EQ(FScratch.Read("App/RBackup/RExpert.reu"), "C:\\App\\Main.pas=C:\\App\\RBackup\\Main.~pas\r\n");
+
+  FScratch.Write("App/RBackup/RExpert.reu.journal", "a=b\r\n");
+  EXPECT_EQ(Use(kAgain),
+            (TLines{kWizard,
+                    "Box 16 BDE/IBX Migration Wizard: A run was interrupted while it replaced files; their "
+                    "backups are in \"C:\\App\\RBackup\". Restore them before the next run."}));
 }
 
 TEST_F(ExpertTest, Restore) {

@@ -45,6 +45,11 @@ class TRecordingFileSystem : public win::TFileSystem {
   bool ReplaceFileContents(std::string_view path, std::string_view bytes) override {
     return Goes("Replace", path) && FInner.ReplaceFileContents(path, bytes);
   }
+  bool CopyOverUnchanged(std::string_view source, std::string_view target,
+                         const win::TFileStamp& expected) override {
+    return Goes("CopyOver", std::string(source) + " -> " + std::string(target)) &&
+           FInner.CopyOverUnchanged(source, target, expected);
+  }
   bool CopyToOwnFile(std::string_view source, std::string_view target) override {
     return Goes("CopyToOwn", std::string(source) + " -> " + std::string(target)) &&
            FInner.CopyToOwnFile(source, target);

@@ -111,6 +111,62 @@ TEST_F(RunTest, OnlyTheFilesBeforeTheOneThatFailsHaveBackups) {
   }
 }
 
+// A file that cannot be read ends the run at its turn, not when it was read ahead.
+TEST_F(RunTest, AFileThatCannotBeReadEndsTheRunAtItsTurn) {
+  FTree.Write("src/B.pas", kUnit);
+  fs::create_directory(FTree.HostPath("src/Z.pas"));
+  FMigration.Options().IncludeSubDirs = false;
+  EXPECT_EQ(Failure<rtl::EFOpenError>(), "Cannot open file \"<dir>\\src\\Z.pas\". Access is denied.");
+  EXPECT_EQ(FTree.Names("src/RBackup"), (std::vector<std::string>{"A.~pas", "B.~pas"}));
+  EXPECT_TRUE(Read("src/Wiz_Log.txt").ends_with("Z.pas\r\n\r\n"));
+}
+
+// Everything that was written is on the disk before the first original goes.
+TEST_F(RunTest, TheOrderOfTheLastStep) {
+  const struct {
+    bool IsStrict;
+    const char* Steps;
+  } rows[] = {{false, "Backup Flush Replace Replace Replace Replace Create "},
+              {true,
+               "Backup Flush CreateOwn FlushFile Move FlushFolder Replace Replace Replace Replace Flush Move "
+               "FlushFolder "}};
+  for (const auto& row : rows) {
+    FMigration.Options().Policy.Strict = row.IsStrict;
+    tests::TRecordingFileSystem files(win::FileSystem());
+    {
+      const win::TFileSystemOverride inForce(files);
+      EXPECT_TRUE(Replacer().Replace());
+    }
+    std::string steps;
+    for (const std::string& call : files.Calls()) {
+      const std::string step = call.substr(0, call.find(' '));
+      if (step == "CopyToOwn") {
+        steps = "Backup ";
+      } else if (step == "Copy" || step == "CopyOver") {
+        steps += "Replace ";
+      } else if (step == "Flush" || step == "FlushFile" || step == "FlushFolder" || step == "Move" ||
+                 (step.starts_with("Create") && call.find("RExpert") != std::string::npos)) {
+        steps += step + " ";
+      }
+    }
+    EXPECT_EQ(steps, row.Steps);
+    fs::remove_all(FTree.HostPath("src/RBackup"));
+    for (const char* name : {"src/A", "src/Sub/B"}) {
+      FTree.Write(std::string(name) + ".pas", kUnit);
+      FTree.Write(std::string(name) + ".dfm", kForm);
+    }
+  }
+}
+
+// A folder that a link leads to is not scanned, nor are its files replaced.
+TEST_F(RunTest, LinksToFoldersAreNotFollowed) {
+  FTree.Write("elsewhere/C.pas", kUnit);
+  FTree.Link(FTree.HostPath("elsewhere"), "src/Link");
+  EXPECT_TRUE(Replacer().Replace());
+  EXPECT_EQ(Read("elsewhere/C.pas"), kUnit);
+  EXPECT_FALSE(fs::exists(FTree.HostPath("src/RBackup/Link")));
+}
+
 TEST_F(RunTest, ProgressCountsFiles) {
   std::string steps;
   Replacer().OnProgress = [&](const TRunProgress& progress) {

@@ -85,6 +85,44 @@ TEST_F(StrictRunTest, WhateverFailsEveryByteComesBack) {
   }
 }
 
+// An editor saves a file at each moment of a run.
+TEST_F(StrictRunTest, AnEditIsNeverLost) {
+  const TFiles before = Sources();
+  const std::string edited = "unit A; { edited: TQuery }\r\n";
+  size_t operations = 1;
+  int stopped = 0, replacedAround = 0;
+  for (size_t n = 1; n <= operations; ++n) {
+    SCOPED_TRACE(n);
+    tests::TRecordingFileSystem files(win::FileSystem());
+    files.OnCall = [&](const std::string&) {
+      if (files.Count() == n) FTree.Write("src/A.pas", edited);
+      return win::ERROR_SUCCESS;
+    };
+    const std::string outcome = Outcome(files);
+    operations = std::max(operations, files.Count());
+    SCOPED_TRACE(outcome);
+    if (outcome != "True" && outcome != "False") {
+      ++stopped;
+      EXPECT_EQ(Read("src/A.pas"), edited);
+      EXPECT_EQ(Read("src/Sub/B.dfm"), kForm);
+    } else if (outcome == "False") {
+      ++replacedAround;
+      EXPECT_EQ(Read("src/A.pas"), edited);
+      EXPECT_EQ(
+          ShownWarnings(),
+          "\"<dir>\\src\\A.pas\" could not be replaced. It was changed while the run was at work.\n"
+          "\"<dir>\\src\\Sub\\B.pas\" was not replaced, because another file or folder before it failed.\n"
+          "\"<dir>\\src\\Sub\\B.DFM\" was not replaced, because another file or folder before it failed.\n");
+    } else if (Read("src/A.pas") != edited) {
+      TakeBack();
+      EXPECT_EQ(Read("src/A.pas"), edited);
+    }
+    Reset(before);
+  }
+  EXPECT_GT(stopped, 10);
+  EXPECT_GT(replacedAround, 0);
+}
+
 // A second run begins at each moment of a first one.
 TEST_F(StrictRunTest, ASecondRunIsRefusedWhileTheFirstIsAtWork) {
   const TFiles before = Sources();

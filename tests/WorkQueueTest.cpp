@@ -1,5 +1,6 @@
-// What two threads share: the tasks of a team, and the conversion of a file from its bytes.
+// What two threads share: the tasks of a queue, the files read ahead, and the conversion of a file.
 #include <atomic>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <stdexcept>
@@ -7,12 +8,15 @@
 #include <thread>
 
 #include "MigWizard/passes/FileConversion.h"
+#include "MigWizard/run/FilesAhead.h"
 #include "MigWizard/run/WorkQueue.h"
+#include "rtl/text/StringList.h"
+#include "tests/TempTree.h"
 
 namespace mig {
 namespace {
 
-TEST(WorkQueueTest, TheWalkCatchesUpWithAHelperThatIsStuck) {
+TEST(WorkQueueTest, WaitForRoomDoesTheTasksThatAStuckWorkerLeaves) {
   TWorkQueue queue;
   std::atomic<bool> isStuck = false, mayGoOn = false;
   std::atomic<int> done = 0;
@@ -42,6 +46,56 @@ TEST(WorkQueueTest, AFailureIsKeptForTheEndAndTheOthersAreDone) {
   EXPECT_THROW(queue.Wait(), std::runtime_error);
   EXPECT_EQ(done, 19);
   queue.Wait();
+}
+
+// Reads and converts `names` with two converters; `onWalk` and `onWorker` are called for each class that they replace.
+struct TTwoConverters {
+  explicit TTwoConverters(std::function<void()> onWalk, std::function<void()> onWorker) {
+    Classes.AddClass("TQuery", "TKVAQuery");
+    const auto call = [](std::function<void()> action) {
+      return [action](std::string_view, std::string_view newClass) {
+        action();
+        return std::string(newClass);
+      };
+    };
+    Walk.OnGetReplacement = call(std::move(onWalk));
+    Worker.OnGetReplacement = call(std::move(onWorker));
+  }
+  TClassMap Classes;
+  TFileConverter Walk{Classes, "DBTABLES", ", KVA",
+                      std::make_unique<TFormParser>(ParseStateClass<TFormParseState>())};
+  TFileConverter Worker{Classes, "DBTABLES", ", KVA",
+                        std::make_unique<TFormParser>(ParseStateClass<TFormParseState>())};
+};
+
+// Each thread has a converter of its own, and the walk waits for a file that the worker has begun.
+TEST(FilesAheadTest, TwoThreadsShareTheFiles) {
+  const tests::TTempTree tree;
+  rtl::TStringList names;
+  for (const char* name : {"A.pas", "B.pas"}) {
+    tree.Write(name, "x: TQuery;");
+    names.Add(tree.WindowsPath(name));
+  }
+  const std::thread::id walk = std::this_thread::get_id();
+  std::atomic<bool> isWorkerBusy = false, isWalkWaiting = false;
+  std::atomic<int> wrongThread = 0;
+  TTwoConverters converters(
+      [&] {  // the first file: the worker takes the second one meanwhile
+        wrongThread += std::this_thread::get_id() != walk;
+        while (!isWorkerBusy) std::this_thread::yield();
+      },
+      [&] {
+        wrongThread += std::this_thread::get_id() == walk;
+        isWorkerBusy = true;
+        while (!isWalkWaiting) std::this_thread::yield();
+        for (int i = 0; i < 2000; ++i) std::this_thread::yield();
+      });
+  TWorkQueue queue;
+  TFilesAhead files(names, queue, converters.Walk, converters.Worker);
+  EXPECT_EQ(files.Take().Bytes, "x: TKVAQuery;");
+  isWalkWaiting = true;
+  EXPECT_EQ(files.Take().Bytes, "x: TKVAQuery;");
+  EXPECT_EQ(wrongThread, 0);
 }
 
 TEST(FileConverterTest, WhatTheBytesOfAUnitTell) {

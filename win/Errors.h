@@ -26,6 +26,7 @@ inline constexpr uint32_t ERROR_DIR_NOT_EMPTY = 145;
 inline constexpr uint32_t ERROR_ALREADY_EXISTS = 183;
 inline constexpr uint32_t ERROR_FILENAME_EXCED_RANGE = 206;
 inline constexpr uint32_t ERROR_DIRECTORY = 267;
+inline constexpr uint32_t ERROR_FILE_INVALID = 1006;
 inline constexpr uint32_t ERROR_IO_DEVICE = 1117;
 inline constexpr uint32_t ERROR_CANT_RESOLVE_FILENAME = 1921;
 

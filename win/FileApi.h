@@ -13,6 +13,10 @@ namespace win {
 [[nodiscard]] inline bool ReplaceFileContents(std::string_view path, std::string_view bytes) {
   return FileSystem().ReplaceFileContents(path, bytes);
 }
+[[nodiscard]] inline bool CopyOverUnchanged(std::string_view source, std::string_view target,
+                                            const TFileStamp& expected) {
+  return FileSystem().CopyOverUnchanged(source, target, expected);
+}
 [[nodiscard]] inline bool CopyToOwnFile(std::string_view source, std::string_view target) {
   return FileSystem().CopyToOwnFile(source, target);
 }

@@ -64,6 +64,12 @@ void ShowOutcome(bool succeeded, const char* success, const char* failure, const
                                 succeeded ? rtl::MB_ICONINFORMATION : rtl::MB_ICONERROR);
 }
 
+void ShowLeftOut(const std::vector<TLeftOut>& leftOut, const std::string& title) {
+  std::string text = "These were left as they are:";
+  for (const TLeftOut& entry : leftOut) text += "\n" + entry.Message;
+  rtl::Application().MessageBox(text, title, rtl::MB_ICONINFORMATION);
+}
+
 }  // namespace
 
 TCompReplaceExpert::TCompReplaceExpert(TWizardFormClass formClass, std::string_view productName,
@@ -116,8 +122,9 @@ void TCompReplaceExpert::SaveSettings() {
 }
 
 void TCompReplaceExpert::DoReplace(TComponentReplacer& replacer) {
-  const TReplaceOptions& options = replacer.Options();
+  TReplaceOptions& options = replacer.Options();
   const std::string title = options.GetTitle();
+  if (!PrepareBackups(options)) return;
   const bool inProject = options.Dest == sdProject;
   if (inProject && !TIDEUtils::GetProjectFileName().empty() &&
       !ShowSaveWarning(title, /*isProject=*/true, /*isRestore=*/false)) {
@@ -134,6 +141,24 @@ void TCompReplaceExpert::DoReplace(TComponentReplacer& replacer) {
   const bool replaced = replacer.Replace();
   if (replaced && inProject) ReloadProjectUnits();
   ShowOutcome(replaced, SReplaceSuccess, SReplaceFailed, title);
+  if (!replacer.LeftOut().empty()) ShowLeftOut(replacer.LeftOut(), title);
+}
+
+// Returns True if the run may use the backup folder of the options, which the user may have changed.
+bool TCompReplaceExpert::PrepareBackups(TReplaceOptions& options) {
+  options.Policy = {};
+  options.Policy.Strict = true;
+  const TWayBack found = options.MakeBackup ? FindWayBack(options.BackupDir) : TWayBack::None;
+  if (found == TWayBack::None) return true;
+  const EWayBack reason(found, options.BackupDir);
+  if (found == TWayBack::Journal || !OnBackupsFound) {
+    rtl::Application().MessageBox(reason.what(), options.GetTitle(), rtl::MB_ICONERROR);
+    return false;
+  }
+  const TBackupAnswer answer = OnBackupsFound(reason);
+  if (answer == TBackupAnswer::UseNewFolder) options.BackupDir = FreeBackupDir(options.BackupDir);
+  options.Policy.OverwriteBackups = answer == TBackupAnswer::Overwrite;
+  return answer != TBackupAnswer::Cancel;
 }
 
 void TCompReplaceExpert::DoRestore(std::string_view undoFile) {

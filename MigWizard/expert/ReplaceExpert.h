@@ -10,18 +10,23 @@
 //   registerProc(expert);
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "MigWizard/run/Replacer.h"
+#include "MigWizard/run/WayBack.h"
 #include "MigWizard/wizard/Wizard.h"
 #include "qrl/QrlMenu.h"
 #include "toolsapi/InterfacedObject.h"
 #include "toolsapi/ToolsAPI.h"
 
 namespace mig {
+
+// What to do about a backup folder that holds the undo file of an earlier run.
+enum class TBackupAnswer { Cancel, UseNewFolder, Overwrite };
 
 class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWizard> {
  public:
@@ -30,6 +35,10 @@ class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWiza
   // takes it out again: it does nothing once the expert is gone.
   TCompReplaceExpert(TWizardFormClass formClass, std::string_view productName, const qrl::TProductMenu& menu,
                      TComponentReplacer& replacer);
+
+  // Asks the user after Finish; `found` says what the backup folder holds, in a sentence for the user. Not called
+  // for a journal, which has to be restored first. Unset: the run is refused with that sentence.
+  std::function<TBackupAnswer(const EWayBack& found)> OnBackupsFound;
 
   // At the end of the list; the index is what the wizard's GetReplacerIndex means.
   void AddReplacer(TComponentReplacer& replacer) { FReplacers.push_back(&replacer); }
@@ -43,7 +52,7 @@ class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWiza
   void LoadSettings();
   void SaveSettings();
   // A run and a restore, with what the host does before and after them, and the message of the outcome. The
-  // user's No to the question before them ends them without a message.
+  // user's No to the question before them ends them without a message. Runs are strict (TRunPolicy).
   void DoReplace(TComponentReplacer& replacer);
   void DoRestore(std::string_view undoFile);
   // Brings the source editors of the active project's units with forms to the front, so that no form is seen.
@@ -60,6 +69,8 @@ class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWiza
   void Execute() override {}  // the wizard starts through its menu item alone
 
  private:
+  bool PrepareBackups(TReplaceOptions& options);
+
   TReplaceOptions& Options() const { return GetFirstReplacer().Options(); }
   std::string ProductName() const { return qrl::RemoveAmpersands(FProductName); }
 

@@ -49,7 +49,7 @@ void TBackups::Make(TBackup& backup) const {
   if (!backup.Failed && FOptions.Policy.Strict)
     backup.Failed = !IsTrueBackup(backup.FileName, backup.Made, backup.Version);
   if (!backup.Failed) return;
-  backup.Reason = win::GetLastError() == win::ERROR_SUCCESS ? kNotTrue : LastReason();
+  backup.Reason = win::GetLastError() == win::ERROR_FILE_INVALID ? kNotTrue : LastReason();
 }
 
 void TBackups::Wait() {

@@ -12,10 +12,10 @@ namespace {
 
 constexpr char kEdited[] = "It was changed while the run was at work.";
 
-// Returns why IsUnchanged returned False.
+// Returns why IsUnchanged or CopyOverUnchanged returned False.
 std::string ReasonOfChange() {
   const uint32_t error = win::GetLastError();
-  return error == win::ERROR_SUCCESS ? kEdited : win::SysErrorMessage(error);
+  return error == win::ERROR_FILE_INVALID ? kEdited : win::SysErrorMessage(error);
 }
 
 }  // namespace
@@ -57,8 +57,13 @@ bool TChangedFiles::Replace(const std::string& tempDir, const TReplaceOptions& o
 
 std::string TChangedFiles::ReplaceOne(const std::string& source, const std::string& target, bool isStrict) {
   const auto file = FFiles.find(win::UpperFileName(target));
-  if (isStrict && file != FFiles.end() && !IsUnchanged(target, file->second.Version)) return ReasonOfChange();
-  if (!win::CopyFileA(source, target, false)) return win::SysErrorMessage(win::GetLastError());
+  if (isStrict && file != FFiles.end()) {
+    const TFileVersion& version = file->second.Version;
+    if (!IsUnchanged(target, version) || !win::CopyOverUnchanged(source, target, version.Stamp))
+      return ReasonOfChange();
+  } else if (!win::CopyFileA(source, target, false)) {
+    return win::SysErrorMessage(win::GetLastError());
+  }
   if (file != FFiles.end()) file->second.IsReplaced = true;
   ++FReplaced;
   return {};

@@ -27,7 +27,7 @@ std::optional<uint64_t> HashOfFile(const std::string& fileName) {
 }
 
 bool Differs() {
-  win::SetLastError(win::ERROR_SUCCESS);
+  win::SetLastError(win::ERROR_FILE_INVALID);
   return false;
 }
 

@@ -24,7 +24,7 @@ struct TFileVersion {
 TFileVersion VersionOf(rtl::TFileStream& file, std::string_view bytes);
 
 // Returns True if the file still is what it was when it was read. On failure returns False with the reason in
-// win::GetLastError, which is ERROR_SUCCESS if the file can be read and differs.
+// win::GetLastError, which is ERROR_FILE_INVALID if the file can be read and differs.
 bool IsUnchanged(const std::string& fileName, const TFileVersion& version);
 
 // Returns True if `backupName` holds what was read from `fileName`: by size and time or, where these do not

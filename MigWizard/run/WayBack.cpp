@@ -51,11 +51,14 @@ std::string JournalOf(std::string_view backupDir) {
 }
 
 std::string ChooseBackupDir(std::string_view base) {
-  const std::string first = JoinPath(base, SBackupFolderName);
-  std::string folder = first;
-  for (int number = 2; number <= kMostFolders && FindWayBack(folder) != TWayBack::None; ++number)
-    folder = first + "." + std::to_string(number);
-  return folder;
+  return FreeBackupDir(JoinPath(base, SBackupFolderName));
+}
+
+std::string FreeBackupDir(const std::string& folder) {
+  std::string free = folder;
+  for (int number = 2; number <= kMostFolders && FindWayBack(free) != TWayBack::None; ++number)
+    free = folder + "." + std::to_string(number);
+  return free;
 }
 
 EWayBack::EWayBack(TWayBack kind, std::string_view backupDir)

@@ -34,6 +34,8 @@ std::string JournalOf(std::string_view backupDir);
 // Returns the first of RBackup, RBackup.2, RBackup.3, ... under `base`, a full Windows path, that holds no way
 // back. So repeated runs can be taken back one by one, the last one first.
 std::string ChooseBackupDir(std::string_view base);
+// Returns the first of `folder`, `folder`.2, `folder`.3, ... that holds no way back.
+std::string FreeBackupDir(const std::string& folder);
 
 // A strict run was refused, and made nothing, because its backup folder holds the way back of an earlier run.
 class EWayBack : public rtl::Exception {

@@ -96,7 +96,8 @@ bool TPosixFileSystem::CopyContents(int from, int to, int64_t size) {
 
 // Writes a file beside the target by `fill`, which returns false, with errno, on failure, and gives it the target's
 // name. On failure returns false, with the last error set, and the target is as it was.
-bool TPosixFileSystem::Replace(const TTarget& target, mode_t mode, bool onlyIfFree, const TFill& fill) {
+bool TPosixFileSystem::Replace(const TTarget& target, mode_t mode, bool onlyIfFree, const TFill& fill,
+                               const TFileStamp* expected) {
   struct stat own {};
   TFolderChange change(FFolders, target.Place);
   TTemporaryFile file(target.Place);
@@ -104,7 +105,7 @@ bool TPosixFileSystem::Replace(const TTarget& target, mode_t mode, bool onlyIfFr
   if (!file.Create(mode, own)) return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
   FWritten.Note(file.Fd(), own.st_dev, target.Place);
   if (!fill(file.Fd(), own) || !file.Finish()) return FailErrno(errno);
-  if (!file.TakeName(onlyIfFree)) {
+  if (!(expected ? file.TakeNameOf(*expected) : file.TakeName(onlyIfFree))) {
     return onlyIfFree && errno == EEXIST ? Fail(ERROR_FILE_EXISTS) : FailErrno(errno);
   }
   change.Commit(target.Place.Leaf());
@@ -118,7 +119,7 @@ void TPosixFileSystem::SweepOnce(const TPlace& target) {
 }
 
 bool TPosixFileSystem::Copy(std::string_view source, std::string_view target, TOverwriting rule,
-                            bool failIfExists) {
+                            bool failIfExists, const TFileStamp* expected) {
   struct stat info {};
   const TUniqueFd from = OpenForReading(source, info);
   if (!from.IsOpen()) return false;
@@ -127,12 +128,13 @@ bool TPosixFileSystem::Copy(std::string_view source, std::string_view target, TO
   if (to.Exists && failIfExists) return Fail(ERROR_FILE_EXISTS);
   if (to.IsRefused) return Fail(ERROR_ACCESS_DENIED);
   if (to.Exists && IsSameFile(to.Info, info)) return Fail(ERROR_SHARING_VIOLATION);
-  return Replace(to, kPrivate, failIfExists, [&](int fd, const struct stat& own) {
+  const TFill fill = [&](int fd, const struct stat& own) {
     if (!CopyContents(from.Get(), fd, info.st_size)) return false;
     if (rule == TOverwriting::Own) return CopyAccess(from.Get(), info, fd, own) && SetWriteTime(fd, info);
     if (to.Exists) KeepIdentity(to.Place, to.Info, fd, own);
     return SetPermissions(fd, info) && SetWriteTime(fd, info);
-  });
+  };
+  return Replace(to, kPrivate, failIfExists, fill, expected);
 }
 
 bool TPosixFileSystem::ReplaceFileContents(std::string_view path, std::string_view bytes) {
@@ -149,6 +151,11 @@ bool TPosixFileSystem::ReplaceFileContents(std::string_view path, std::string_vi
 
 bool TPosixFileSystem::CopyFileA(std::string_view source, std::string_view target, bool failIfExists) {
   return Copy(source, target, TOverwriting::Document, failIfExists);
+}
+
+bool TPosixFileSystem::CopyOverUnchanged(std::string_view source, std::string_view target,
+                                         const TFileStamp& expected) {
+  return Copy(source, target, TOverwriting::Document, false, &expected);
 }
 
 bool TPosixFileSystem::CopyToOwnFile(std::string_view source, std::string_view target) {

@@ -41,6 +41,7 @@ constexpr TErrnoRow kRows[] = {
     {ENAMETOOLONG, ERROR_FILENAME_EXCED_RANGE},
     {ELOOP, ERROR_CANT_RESOLVE_FILENAME},
     {EIO, ERROR_IO_DEVICE},
+    {ESTALE, ERROR_FILE_INVALID},
 };
 
 }  // namespace

@@ -19,16 +19,6 @@ constexpr uint64_t kNever = UINT64_MAX;
 // Attempts to open a name that somebody else renames, creates or deletes at the same moment.
 constexpr int kMostAttempts = 100;
 
-TFileStamp StampOf(const struct stat& info) {
-#ifdef __APPLE__
-  const timespec& modified = info.st_mtimespec;
-#else
-  const timespec& modified = info.st_mtim;
-#endif
-  return {static_cast<uint64_t>(info.st_dev), static_cast<uint64_t>(info.st_ino), info.st_size,
-          static_cast<int64_t>(modified.tv_sec) * 1000000000 + modified.tv_nsec};
-}
-
 class TPosixFileHandle : public TFileHandle {
  public:
   // `atOpening` describes a file open for reading; one open for writing is asked each time.
@@ -72,7 +62,7 @@ class TPosixFileHandle : public TFileHandle {
   std::optional<TFileStamp> Stamp() override {
     if (FAtOpening) return FAtOpening;
     struct stat info {};
-    if (Retry<fstat>(FFd.Get(), &info) == 0) return StampOf(info);
+    if (Retry<fstat>(FFd.Get(), &info) == 0) return FileStampOf(info);
     FailErrno(errno);
     return std::nullopt;
   }
@@ -93,6 +83,16 @@ class TPosixFileHandle : public TFileHandle {
 };
 
 }  // namespace
+
+TFileStamp FileStampOf(const struct stat& info) {
+#ifdef __APPLE__
+  const timespec& modified = info.st_mtimespec;
+#else
+  const timespec& modified = info.st_mtim;
+#endif
+  return {static_cast<uint64_t>(info.st_dev), static_cast<uint64_t>(info.st_ino), info.st_size,
+          static_cast<int64_t>(modified.tv_sec) * 1000000000 + modified.tv_nsec};
+}
 
 TUniqueFd TPosixFileSystem::OpenForReading(std::string_view path, struct stat& info) {
   TPlace place;
@@ -180,7 +180,7 @@ std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path
   if (mode == TFileMode::OpenRead) {
     TUniqueFd fd = OpenForReading(path, info);
     if (!fd.IsOpen()) return nullptr;
-    return std::make_unique<TPosixFileHandle>(std::move(fd), std::move(place), info.st_dev, StampOf(info),
+    return std::make_unique<TPosixFileHandle>(std::move(fd), std::move(place), info.st_dev, FileStampOf(info),
                                               false, FWritten);
   }
   const bool isOwn = mode == TFileMode::CreateOwn;
@@ -208,7 +208,7 @@ std::optional<TFileStamp> TPosixFileSystem::GetFileStamp(std::string_view path) 
     Fail(ERROR_ACCESS_DENIED);
     return std::nullopt;
   }
-  return StampOf(info);
+  return FileStampOf(info);
 }
 
 }  // namespace win

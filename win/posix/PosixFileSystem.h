@@ -23,6 +23,8 @@ class TPosixFileSystem : public TFileSystem {
  public:
   std::unique_ptr<TFileHandle> CreateFileA(std::string_view path, TFileMode mode) override;
   bool CopyFileA(std::string_view source, std::string_view target, bool failIfExists) override;
+  bool CopyOverUnchanged(std::string_view source, std::string_view target,
+                         const TFileStamp& expected) override;
   bool ReplaceFileContents(std::string_view path, std::string_view bytes) override;
   bool CopyToOwnFile(std::string_view source, std::string_view target) override;
   bool MoveFileReplacing(std::string_view source, std::string_view target) override;
@@ -81,9 +83,11 @@ class TPosixFileSystem : public TFileSystem {
     bool IsRefused = false;  // what is there may not be replaced
   };
   bool FindTarget(std::string_view path, TOverwriting rule, TTarget& target);
-  bool Copy(std::string_view source, std::string_view target, TOverwriting rule, bool failIfExists);
+  bool Copy(std::string_view source, std::string_view target, TOverwriting rule, bool failIfExists,
+            const TFileStamp* expected = nullptr);
   using TFill = std::function<bool(int fd, const struct stat& own)>;
-  bool Replace(const TTarget& target, mode_t mode, bool onlyIfFree, const TFill& fill);
+  bool Replace(const TTarget& target, mode_t mode, bool onlyIfFree, const TFill& fill,
+               const TFileStamp* expected = nullptr);
   void SweepOnce(const TPlace& target);
   TUniqueFd OpenForWriting(std::string_view path, TPlace& place, struct stat& info);
   TUniqueFd OpenOwn(std::string_view path, TPlace& place, struct stat& info);

@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <utility>
 
+#include "win/FileSystem.h"
 #include "win/posix/PosixFd.h"
 
 namespace win {
@@ -26,6 +27,8 @@ inline constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 inline bool IsSameFile(const struct stat& left, const struct stat& right) {
   return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
 }
+
+TFileStamp FileStampOf(const struct stat& info);
 
 class TFolderListing;
 

@@ -99,6 +99,34 @@ bool TTemporaryFile::TakeName(bool onlyIfFree) {
   return true;
 }
 
+bool TTemporaryFile::TakeNameOf(const TFileStamp& expected) {
+  const char* const name = FTarget.Path.c_str();
+  const auto isExpected = [&](const char* path) {
+    struct stat info {};
+    return Retry<fstatat>(FTarget.Base, path, &info, AT_SYMLINK_NOFOLLOW) == 0 &&
+           FileStampOf(info) == expected;
+  };
+#ifdef RENAME_EXCHANGE
+  // Not every file system can do this. What is looked at after the exchange is what was replaced, so no moment is left for another writer.
+  const auto exchange = [&] {
+    return Retry<renameat2>(FTarget.Base, FPath.c_str(), FTarget.Base, name, unsigned{RENAME_EXCHANGE}) == 0;
+  };
+  if (exchange()) {
+    const bool isRight = isExpected(FPath.c_str());
+    if (isRight) Retry<unlinkat>(FTarget.Base, FPath.c_str(), 0);
+    // If it cannot be put back, the other writer's file keeps the temporary name.
+    if (isRight || !exchange()) FPath.clear();
+    if (!isRight) errno = ESTALE;
+    return isRight;
+  }
+#endif
+  if (!isExpected(name)) {
+    errno = ESTALE;
+    return false;
+  }
+  return TakeName(false);
+}
+
 void SweepTemporaryFiles(const TPlace& target) {
   TPosixDirectory folder(TUniqueFd(Retry<openat>(target.Base, target.FolderPath().c_str(), kOpenFolder)));
   std::vector<std::string> names;
