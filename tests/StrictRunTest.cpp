@@ -162,10 +162,8 @@ TEST_F(StrictRunTest, WhatIsRefused) {
       {"a backup that is a link",
        [this] { FTree.MakeFolder("src/RBackup"), FTree.Link("/nowhere", "src/RBackup/A.~pas"); },
        "No backup of \"<dir>\\src\\A.pas\" could be made. Access is denied. No file was replaced."},
-      {"an undo file that cannot be written", [this] { FTree.MakeFolder("src/RBackup/RExpert.reu"); },
-       "The backup folder \"<dir>\\src\\RBackup\" holds the undo file of an earlier run, which this run "
-       "would "
-       "overwrite."},
+      {"an undo file that cannot be looked at", [this] { FTree.MakeFolder("src/RBackup/RExpert.reu"); },
+       "Cannot open file \"<dir>\\src\\RBackup\\RExpert.reu\". Access is denied."},
       {"an earlier run", [this] { FTree.Write("src/RBackup/RExpert.reu", "a=b\r\n"); },
        "The backup folder \"<dir>\\src\\RBackup\" holds the undo file of an earlier run, which this run "
        "would "

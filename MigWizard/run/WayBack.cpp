@@ -10,12 +10,13 @@
 namespace mig {
 namespace {
 
-bool IsMissing(uint32_t error) {
-  return error == win::ERROR_FILE_NOT_FOUND || error == win::ERROR_PATH_NOT_FOUND;
+// Returns True if the file that could not be looked at does not exist. Raises for every other reason: whether
+// there is a way back is not to be guessed.
+bool IsMissing(const std::string& fileName) {
+  const uint32_t error = win::GetLastError();
+  if (error == win::ERROR_FILE_NOT_FOUND || error == win::ERROR_PATH_NOT_FOUND) return true;
+  throw rtl::EFOpenError(rtl::Format("Cannot open file \"%s\". %s", {fileName, win::SysErrorMessage(error)}));
 }
-
-// Ends the search where no folder can be looked at.
-constexpr int kMostFolders = 9999;
 
 constexpr char kJournalFound[] =
     "A run was interrupted while it replaced files; their backups are in \"%s\". Restore them before the "
@@ -34,11 +35,12 @@ bool IsSameFolder(const std::string& left, const std::string& right) {
 }  // namespace
 
 TWayBack FindWayBack(std::string_view backupDir) {
-  if (win::FileSystem().GetFileAttributesA(JournalOf(backupDir)) != win::INVALID_FILE_ATTRIBUTES ||
-      !IsMissing(win::GetLastError()))
+  const std::string journal = JournalOf(backupDir);
+  if (win::FileSystem().GetFileAttributesA(journal) != win::INVALID_FILE_ATTRIBUTES || !IsMissing(journal))
     return TWayBack::Journal;
-  const auto stamp = win::GetFileStamp(UndoFileOf(backupDir));
-  const bool counts = stamp ? stamp->Size > 0 : !IsMissing(win::GetLastError());
+  const std::string undoFile = UndoFileOf(backupDir);
+  const auto stamp = win::GetFileStamp(undoFile);
+  const bool counts = stamp ? stamp->Size > 0 : !IsMissing(undoFile);
   return counts ? TWayBack::UndoFile : TWayBack::None;
 }
 
@@ -56,7 +58,7 @@ std::string ChooseBackupDir(std::string_view base) {
 
 std::string FreeBackupDir(const std::string& folder) {
   std::string free = folder;
-  for (int number = 2; number <= kMostFolders && FindWayBack(free) != TWayBack::None; ++number)
+  for (int number = 2; FindWayBack(free) != TWayBack::None; ++number)
     free = folder + "." + std::to_string(number);
   return free;
 }

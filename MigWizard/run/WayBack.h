@@ -24,7 +24,7 @@ namespace mig {
 enum class TWayBack { None, UndoFile, Journal };
 
 // Returns what the backup folder, a full Windows path, holds. A journal counts before an undo file; an undo
-// file that lists nothing does not count. A file that cannot be looked at counts.
+// file that lists nothing does not count. Raises rtl::EFOpenError if one of them cannot be looked at.
 TWayBack FindWayBack(std::string_view backupDir);
 
 // Returns the full name of the undo file or the journal of a backup folder.
@@ -34,7 +34,8 @@ std::string JournalOf(std::string_view backupDir);
 // Returns the first of RBackup, RBackup.2, RBackup.3, ... under `base`, a full Windows path, that holds no way
 // back. So repeated runs can be taken back one by one, the last one first.
 std::string ChooseBackupDir(std::string_view base);
-// Returns the first of `folder`, `folder`.2, `folder`.3, ... that holds no way back.
+// Returns the first of `folder`, `folder`.2, `folder`.3, ... that holds no way back. Both raise as FindWayBack
+// does.
 std::string FreeBackupDir(const std::string& folder);
 
 // A strict run was refused, and made nothing, because its backup folder holds the way back of an earlier run.

@@ -1,14 +1,20 @@
-// TWizardForm: the dialog in which the user decides what a run does - replace or restore, the open project or
-// a disk folder, which units, where the backup goes, whether there is a log. It changes no file. On Finish it
-// leaves its state in the options and closes; the expert does the rest.
+// The dialog in which the user decides what a run does: replace or restore, the open project or a disk folder,
+// which units, where the backup goes, whether there is a log. It changes no file. On Finish it stores its state
+// in the options and closes; the expert does the rest.
 //
-// The form is a stack of seven pages walked with Back and Next. What it does is a function of the active page
-// and of the values of its controls; nothing here knows how they are drawn. It knows one replace mode; a
-// product's form adds further ones.
+//   TWizardForm form;
+//   form.FProductName = "PRODUCT";
+//   form.FOptions = &options;
+//   form.SetWelcomeText(options.SourceName, form.FProductName);
+//   form.LoadHistory(settings, section);
+//   if (form.ShowModal() == rtl::mrOk) {
+//     const int index = form.GetReplacerIndex();  // kRestoreIndex: restore from form.edUndoFile.Text()
+//     form.SaveHistory(settings, section);
+//   }
 //
-//   form.FProductName = ...; form.FOptions = &options; form.SetWelcomeText(...); form.LoadHistory(reg,
-//   section); if (form.ShowModal() == rtl::mrOk) { ... form.GetReplacerIndex() ...; form.SaveHistory(reg,
-//   section); }
+// The form is a stack of seven pages, walked with Back and Next. What it does depends on the active page and on
+// the values of its controls only; nothing here knows how they are drawn. It knows one replace mode; a product's
+// form adds further ones.
 #pragma once
 
 #include <memory>
@@ -26,14 +32,14 @@ class TRegIniFile;
 
 namespace mig {
 
-// Stands for a restore where otherwise the index of a replacer stands.
+// What GetReplacerIndex returns for a restore.
 inline constexpr int kRestoreIndex = 100;
 
 class TWizardForm : public rtl::TForm {
  public:
   explicit TWizardForm(const rtl::TFormResource& derived = {});
 
-  // What is to be done after Finish: the index of the replacer to run, or kRestoreIndex.
+  // Returns what to do after Finish: the index of the replacer to run, or kRestoreIndex.
   virtual int GetReplacerIndex() const;
   virtual void SetWelcomeText(std::string_view sourceName, std::string_view productName);
 
@@ -47,7 +53,8 @@ class TWizardForm : public rtl::TForm {
   void NextStep();
   void PreviousStep();
 
-  // The backup folder in effect: an entry without a drive lies under the project's or the target folder.
+  // Returns the full name of the backup folder. An entry without a drive is below the project's or the target
+  // folder.
   std::string GetBackupDir() const;
 
   // --- Published handlers. Each is called by its name, too. ---
@@ -72,11 +79,10 @@ class TWizardForm : public rtl::TForm {
   void actWriteLogUpdate();
 
   // --- What the expert reaches. ---
-  std::string FProjectFile;  // full Windows path of the active project; empty without one
-  std::string FProductName;  // without accelerator marks; set before the form is shown
-  TReplaceOptions* FOptions =
-      nullptr;                     // shown, and filled on Finish; not owned; set before the form is shown
-  bool FBackupDirChanged = false;  // the user has had a hand in cbBackupDir
+  std::string FProjectFile;             // full Windows path of the active project; empty without one
+  std::string FProductName;             // without accelerator marks; set before the form is shown
+  TReplaceOptions* FOptions = nullptr;  // filled on Finish; not owned; set before the form is shown
+  bool FBackupDirChanged = false;       // the user has changed cbBackupDir
 
   // --- Controls that hold state. ---
   rtl::TPageControl& StepsPageControl;
@@ -108,13 +114,13 @@ class TWizardForm : public rtl::TForm {
 
   struct TStepRow;
   void Walk(std::span<const TStepRow> rows);
-  // Conditions of the step tables. CheckUnitsSelected says so where no unit is marked.
+  // Conditions of the step tables. CheckUnitsSelected tells the user if no unit is marked.
   bool RestoreChosen() const { return rbModeRestore.Checked(); }
   bool ProjectChosen() const { return rbDestProject.Checked(); }
   bool UndoFileExists() const;
   bool DirectoryExists() const;
   bool CheckUnitsSelected() const;
-  // What is done on the way to another page, or in place of it.
+  // Actions on the way to another page, or instead of going there.
   void FillModuleList();
   void SetDefaultBackupDir();
   void FillRestoreSummary();
@@ -123,7 +129,7 @@ class TWizardForm : public rtl::TForm {
   void RefuseDirectory();
 };
 
-// A reference to the class of the form to make.
+// Makes a form of a class.
 using TWizardFormClass = std::unique_ptr<TWizardForm> (*)();
 
 // The form, while it exists.
