@@ -74,7 +74,7 @@ void KeepIdentity(const TPlace& target, const struct stat& existing, int fd, con
   const ssize_t length = Retry<listxattr>(path.c_str(), names, sizeof names);
   std::vector<char> value;
   for (ssize_t i = 0; i < length; i += static_cast<ssize_t>(std::string_view(names + i).size()) + 1) {
-    const ssize_t size = Retry<getxattr>(path.c_str(), names + i, nullptr, 0);
+    const ssize_t size = Retry<getxattr>(path.c_str(), names + i, nullptr, size_t{0});
     if (size < 0) continue;
     value.resize(static_cast<size_t>(size) + 1);
     const ssize_t got = Retry<getxattr>(path.c_str(), names + i, value.data(), value.size());

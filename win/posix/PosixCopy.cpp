@@ -22,7 +22,7 @@ int64_t CopyInSystem([[maybe_unused]] int from, [[maybe_unused]] int to, [[maybe
 #ifdef __linux__
   while (total < size) {
     const ssize_t done =
-        Retry<copy_file_range>(from, nullptr, to, nullptr, static_cast<size_t>(size - total), 0);
+        Retry<copy_file_range>(from, nullptr, to, nullptr, static_cast<size_t>(size - total), 0U);
     if (done <= 0) break;
     total += done;
   }
