@@ -10,7 +10,7 @@ namespace {
 constexpr std::string_view kBlanks = "\t\n\r ";
 constexpr std::string_view kDigits = "0123456789";
 
-// Without the first and the last character; empty if there are not two.
+// Returns `text` without its first and last character; empty if it has fewer than two.
 std::string_view Inner(std::string_view text) {
   return text.size() < 2 ? std::string_view() : text.substr(1, text.size() - 2);
 }
@@ -19,7 +19,7 @@ size_t SkipBlanks(std::string_view text, size_t place) {
   return std::min(text.find_first_not_of(kBlanks, place), text.size());
 }
 
-// The end of the piece that begins at `place`, or `place` if none does. A doubled quote goes on with its
+// Returns the end of the piece that begins at `place`, or `place` if none does. A doubled quote continues its
 // piece.
 size_t PieceEnd(std::string_view text, size_t place) {
   if (place == text.size()) return place;
@@ -36,7 +36,7 @@ size_t PieceEnd(std::string_view text, size_t place) {
   }
 }
 
-// The end of the string that begins at `place`, with all that `+` adds to it, or npos if it is not one.
+// Returns the end of the string that begins at `place`, with all pieces that `+` joins, or npos if it is none.
 size_t StringEnd(std::string_view text, size_t place) {
   for (;;) {
     size_t end = PieceEnd(text, place);
