@@ -104,6 +104,7 @@ class TObjectLayout {
     size_t blanks = line.find_first_not_of(' ');
     if (blanks == std::string_view::npos) blanks = 0;
     if (blanks > FInner + 2) return std::string(line.substr(FInner + 2));
+    if (blanks < FInner) return FIndent + std::string(line.substr(blanks));
     return FIndent + std::string(blanks > FInner ? "    " : "  ") + std::string(line.substr(blanks));
   }
 

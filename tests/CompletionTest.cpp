@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "completion/FormLayout.h"
+#include "completion/TransactionFields.h"
 #include "completion/UsesStep.h"
 
 namespace {
@@ -112,6 +113,59 @@ TEST(UsesStepTest, Refusals) {
     EXPECT_EQ(CompleteUses(row.Before, &told), row.After);
     EXPECT_EQ(told, row.Told) << row.Before;
   }
+}
+
+constexpr completion::TTransactionRules kTransactions = {"TDatabase", "TKVAConnection", "TKVATransaction",
+                                                         "Transaction", "DefaultConnection"};
+
+// Converts every TDatabase as the conversion does, and completes.
+std::string CompleteFields(const std::string& text, std::string* told = nullptr, bool hasForm = true) {
+  mig::TTextEdits edits;
+  for (size_t at = text.find("TDatabase"); at != std::string::npos; at = text.find("TDatabase", at + 1))
+    edits.Replace(at, 9, "TKVAConnection;\r\n    Transaction: TKVATransaction");
+  const auto tell = [&](size_t offset, std::string_view name) {
+    if (told != nullptr) *told += std::string(name) + "@" + std::to_string(offset) + " ";
+  };
+  return completion::CompleteTransactionFields(text, qrl::TEncoding::Default(), edits, hasForm, kTransactions,
+                                               tell)
+      .Apply(text);
+}
+
+TEST(TransactionFieldsTest, OnlyComponentFieldsBringATransaction) {
+  const TUsesRow rows[] = {
+      {"a field", "type TM = class(TForm)\r\n    DB: TDatabase;\r\n  end;",
+       "type TM = class(TForm)\r\n    DB: TKVAConnection;\r\n    Transaction: TKVATransaction;\r\n  end;"},
+      {"a comment stays with its field", "type TM = class(TForm)\n    DB: TDatabase; // main {x}\n  end;",
+       "type TM = class(TForm)\n    DB: TKVAConnection; // main {x}\n    Transaction: TKVATransaction;\n  "
+       "end;"},
+      {"several connections", "type TM = class(TForm)\n  A, B: DBTables.TDatabase; C: TDatabase; end;",
+       "type TM = class(TForm)\n  A, B: DBTables.TKVAConnection;\n  ATransaction: TKVATransaction;\n  "
+       "BTransaction: TKVATransaction; C: TKVAConnection;\n  CTransaction: TKVATransaction; end;"},
+      {"after the published part",
+       "type TM = class(TForm)\nprivate\n  A: TDatabase;\npublished\n  B: TDatabase;\nend;",
+       "type TM = class(TForm)\nprivate\n  A: TKVAConnection;\npublished\n  B: TKVAConnection;\n"
+       "  Transaction: TKVATransaction;\nend;"},
+      {"everything else",
+       "type TX = class(TDatabase) procedure P(D: TDatabase); property D: TDatabase read F; end;\n"
+       "  TR = class(TForm) R: record D: TDatabase; end; end; TC = class of TDatabase;\n"
+       "  TN = class D: TDatabase; end; TF = class;\nvar D: TDatabase;\nbegin with TDatabase.Create(nil) do;",
+       "type TX = class(TKVAConnection) procedure P(D: TKVAConnection); property D: TKVAConnection read F; "
+       "end;\n"
+       "  TR = class(TForm) R: record D: TKVAConnection; end; end; TC = class of TKVAConnection;\n"
+       "  TN = class D: TKVAConnection; end; TF = class;\nvar D: TKVAConnection;\nbegin with "
+       "TKVAConnection.Create(nil) do;"},
+  };
+  for (const TUsesRow& row : rows) {
+    std::string told;
+    EXPECT_EQ(CompleteFields(row.Before, &told), row.After) << row.What;
+    EXPECT_EQ(told, "") << row.What;
+  }
+  std::string told;
+  EXPECT_EQ(CompleteFields("type TM = class(TForm) D: TDatabase; transaction: TX; end;", &told),
+            "type TM = class(TForm) D: TKVAConnection; transaction: TX; end;");
+  EXPECT_EQ(told, "Transaction@23 ");
+  EXPECT_EQ(CompleteFields("type TM = class(TForm) D: TDatabase; end;", nullptr, false),
+            "type TM = class(TForm) D: TKVAConnection; end;");
 }
 
 TEST(FormLayoutTest, KeepsThePlaceOfAnObject) {

@@ -20,6 +20,7 @@ class TTextEdits {
     size_t Position, Length;
     std::string Replacement;
   };
+  // All edits, in the order of the text.
   const std::vector<TEdit>& Edits() const { return FEdits; }
 
   // `text`, the one that the edits were made for, with all edits.
