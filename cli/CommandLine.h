@@ -7,6 +7,8 @@
 #include <variant>
 #include <vector>
 
+#include "completion/Completion.h"
+
 namespace cli {
 
 inline constexpr int kExitOk = 0;         // everything that was asked for was done
@@ -49,6 +51,7 @@ struct TCommandLine {
   std::vector<std::string> Exclude;
   bool SkipConverted = false;
   bool KeepGoing = false;
+  std::optional<completion::TSteps> Complete;
   std::string Catalogue;  // of `catalogue` too
 
   // restore

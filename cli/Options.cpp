@@ -40,6 +40,38 @@ void StorePattern(std::vector<std::string>& patterns, const std::string& value) 
   patterns.push_back(value);
 }
 
+struct TStepRow {
+  std::string_view Name;
+  bool completion::TSteps::*Step;
+};
+
+constexpr TStepRow kSteps[] = {
+    {"uses", &completion::TSteps::Uses},
+    {"inherited", &completion::TSteps::Inherited},
+    {"transactions", &completion::TSteps::Transactions},
+    {"layout", &completion::TSteps::Layout},
+    {"marks", &completion::TSteps::Marks},
+};
+
+// Takes step names with commas between them, in any case; "all" is all of them.
+void StoreSteps(TCommandLine& line, const std::string& value) {
+  if (!line.Complete) line.Complete.emplace();
+  for (size_t start = 0; start <= value.size();) {
+    const size_t end = std::min(value.find(',', start), value.size());
+    const std::string name = value.substr(start, end - start);
+    start = end + 1;
+    bool isKnown = false;
+    for (const TStepRow& row : kSteps) {
+      if (!rtl::SameText(name, row.Name) && !rtl::SameText(name, "all")) continue;
+      (*line.Complete).*row.Step = isKnown = true;
+    }
+    if (isKnown) continue;
+    std::string list;
+    for (const TStepRow& row : kSteps) list.append(row.Name).append(", ");
+    throw EUsage("--complete takes " + list + "or all, with commas between them, and not \"" + name + "\".");
+  }
+}
+
 constexpr bool kRepeatable = true;
 
 const TOption kDrive = {"--drive",  TValueKind::Text,
@@ -84,6 +116,10 @@ const std::vector<TOption> kReplaceOptions = {
      [](TCommandLine& line, const std::string&) { line.SkipConverted = true; }},
     {"--keep-going", TValueKind::None, "", "Leave out files that cannot be converted, and convert the others",
      [](TCommandLine& line, const std::string&) { line.KeepGoing = true; }},
+    {"--complete", TValueKind::Text, "WHAT[,WHAT]",
+     "Also do what the conversion leaves: uses (units in uses clauses), inherited (inherited objects), "
+     "transactions (one for each connection), layout (of forms), marks (of UTF-8), or all",
+     StoreSteps, kRepeatable},
     {"--backup-dir", TValueKind::Folder, "DIR",
      "Folder for the backups and the undo file (default: RBackup below the folder of the run, or "
      "RBackup.2 and so on if that holds an earlier run)",

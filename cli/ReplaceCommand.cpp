@@ -102,6 +102,7 @@ int RunReplace(const TCommandLine& line) {
   if (line.OverwriteBackups && !line.BackupDir) throw EUsage("--overwrite-backups is for --backup-dir.");
   target::TKVAMigration migration(LoadCatalogue(line.Catalogue));
   target::TKVAComponentReplacer& replacer = line.Mode == "ibx" ? migration.IBX() : migration.BDE();
+  if (line.Complete) migration.Complete(*line.Complete);
   mig::TReplaceOptions& options = migration.Options();
   host::THost host;
   const TScope scope = SetScope(line, host, options);

@@ -40,7 +40,7 @@ size_t ClassOffset(std::string_view header) {
 
 class TObjectLayout {
  public:
-  TObjectLayout(std::string_view original, const TFormEdit& edit, std::string_view indent,
+  TObjectLayout(std::string_view original, const mig::TFormEdit& edit, std::string_view indent,
                 std::string_view lineEnd)
       : FOld(diff::SplitLines(original)),
         FNew(diff::SplitLines(TrimRight(edit.Text))),
@@ -124,24 +124,35 @@ std::string IndentAt(std::string_view text, size_t offset) {
   return std::string(before.substr(0, length));
 }
 
+// Returns what replaces the object of `edit`: laid out, or as it was printed; with the changes of nested objects.
+std::string ObjectText(std::string_view text, const mig::TFormEdit& edit, bool laysOut) {
+  const std::string_view original = TrimRight(text.substr(edit.Begin, edit.End - edit.Begin));
+  std::string result =
+      laysOut ? TObjectLayout(original, edit, IndentAt(text, edit.Begin), LineEndOf(text)).Run() : edit.Text;
+  size_t from = 0;
+  for (const mig::TFormEdit& nested : edit.Nested) {
+    const std::string_view before = TrimRight(text.substr(nested.Begin, nested.End - nested.Begin));
+    const size_t at = result.find(before, from);
+    if (at == std::string::npos) continue;
+    const std::string after = ObjectText(text, nested, true);
+    result.replace(at, before.size(), after);
+    from = at + after.size();
+  }
+  return result;
+}
+
 }  // namespace
 
-std::string LayOutForm(std::string_view text, const std::vector<TFormEdit>& edits) {
-  const std::string_view lineEnd = LineEndOf(text);
+std::string ApplyFormEdits(std::string_view text, const std::vector<mig::TFormEdit>& edits, bool layOutAll) {
   std::string result;
   result.reserve(text.size());
   size_t done = 0;
-  for (const TFormEdit& edit : edits) {
+  for (const mig::TFormEdit& edit : edits) {
     result.append(text.substr(done, edit.Begin - done));
-    const std::string_view original = text.substr(edit.Begin, edit.End - edit.Begin);
-    if (edit.Level < 0) {
-      result.append(edit.Text);
-      done = edit.End;
-    } else {
-      const std::string_view object = TrimRight(original);
-      result.append(TObjectLayout(object, edit, IndentAt(text, edit.Begin), lineEnd).Run());
-      done = edit.Begin + object.size();
-    }
+    const bool isObject = edit.Level >= 0;
+    const bool laysOut = isObject && (layOutAll || edit.LaysOut);
+    result.append(isObject ? ObjectText(text, edit, laysOut) : edit.Text);
+    done = laysOut ? edit.Begin + TrimRight(text.substr(edit.Begin, edit.End - edit.Begin)).size() : edit.End;
   }
   return result.append(text.substr(done));
 }

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
+#include <functional>
 #include <unordered_set>
 
 #include "MigWizard/engine/PasParser.h"
 #include "MigWizard/passes/FormPass.h"
 #include "completion/UnitTokens.h"
-#include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 
 namespace completion {
@@ -58,66 +58,111 @@ size_t FindEnd(const TTokens& tokens, size_t at) {
 
 class TInheritedPass {
  public:
-  TInheritedPass(std::string_view text, const qrl::TEncoding& encoding, const mig::TClassMap& classes,
-                 mig::TFormParser& parser)
-      : FText(text),
-        FEncoding(encoding),
-        FClasses(classes),
-        FParser(parser),
-        FTokens(ReadUnitTokens(text, encoding)) {}
+  TInheritedPass(mig::TFormToComplete& form, mig::TFormParser& parser)
+      : FForm(form), FText(form.Text), FParser(parser), FTokens(ReadUnitTokens(form.Text, form.Encoding)) {}
 
-  // `converted` are the objects that the conversion took: what they hold stays.
-  std::vector<TFormEdit> Run(const std::vector<TFormEdit>& converted) {
-    std::vector<TFormEdit> edits;
-    auto next = converted.begin();
-    for (size_t i = 0; i < FTokens.size(); ++i) {
-      const size_t offset = FTokens[i].Offset;
-      while (next != converted.end() && (next->Level < 0 || next->End <= offset)) ++next;
-      if (next != converted.end() && offset >= next->Begin) continue;
-      THeader header;
-      if (!ReadHeader(FTokens, i, header)) continue;
-      const std::string* const newClass = FClasses.Find(FTokens[header.Class].Lexem);
-      const bool isLeftOut = FTokens[i].Code != mig::kObject || header.HasIndex;
-      if (newClass == nullptr || !isLeftOut) continue;
-      const size_t end = FindEnd(FTokens, i);
-      TFormEdit edit;
-      if (end == FTokens.size() || !Convert(header, end, *newClass, edit)) continue;
-      edits.push_back(std::move(edit));
-      i = end;
+  // Returns the edits of the objects outside of those that the conversion took, and completes those with what they
+  // hold.
+  std::vector<mig::TFormEdit> Run() {
+    std::vector<mig::TFormEdit> edits;
+    size_t token = 0;
+    for (mig::TFormEdit& edit : FForm.Edits) {
+      if (edit.Level < 0) continue;
+      const size_t begin = TokenAt(edit.Begin);
+      Collect(token, begin, /*takesAll=*/false, edits);
+      token = TokenAt(edit.End);
+      Collect(begin + 1, token, /*takesAll=*/true, edit.Nested);
     }
+    Collect(token, FTokens.size(), /*takesAll=*/false, edits);
     return edits;
   }
 
  private:
-  bool Convert(const THeader& header, size_t end, const std::string& newClass, TFormEdit& edit) {
+  // Returns the index of the first token that does not begin before `offset`.
+  size_t TokenAt(size_t offset) const {
+    const auto place = std::lower_bound(FTokens.begin(), FTokens.end(), offset,
+                                        [](const TUnitToken& token, size_t at) { return token.Offset < at; });
+    return static_cast<size_t>(place - FTokens.begin());
+  }
+
+  // Converts the outermost objects of mapped classes that begin with the tokens from `first` to before `end`: all of
+  // them, or those that the conversion leaves out.
+  void Collect(size_t first, size_t end, bool takesAll, std::vector<mig::TFormEdit>& edits) {
+    for (size_t i = first; i < end; ++i) {
+      THeader header;
+      if (!ReadHeader(FTokens, i, header)) continue;
+      const std::string* const newClass = FForm.Classes.Find(FTokens[header.Class].Lexem);
+      const bool isTaken = takesAll || FTokens[i].Code != mig::kObject || header.HasIndex;
+      if (newClass == nullptr || !isTaken) continue;
+      const size_t last = FindEnd(FTokens, i);
+      mig::TFormEdit edit;
+      if (last >= end || !Convert(header, last, *newClass, edit)) continue;
+      Collect(i + 1, last, /*takesAll=*/true, edit.Nested);
+      edits.push_back(std::move(edit));
+      i = last;
+    }
+  }
+
+  // Converts the object under the keyword `object` and without its index, as the parser takes it.
+  bool Convert(const THeader& header, size_t end, const std::string& newClass, mig::TFormEdit& edit) {
+    const std::string_view oldClass = FTokens[header.Class].Lexem;
     const size_t bodyStart = FTokens[header.Last].End();
-    const std::string block = std::string("object ")
-                                  .append(FTokens[header.Name].Lexem)
-                                  .append(": ")
-                                  .append(FTokens[header.Class].Lexem)
-                                  .append(FText.substr(bodyStart, FTokens[end].End() - bodyStart));
+    std::string block =
+        std::string("object ").append(FTokens[header.Name].Lexem).append(": ").append(oldClass);
+    const size_t headerSize = block.size();
+    block.append(FText.substr(bodyStart, FTokens[end].End() - bodyStart));
     int64_t position = 1;
     FParser.SetNewType(newClass);
     if (!FParser.Parse(block, "<object>", position) || static_cast<size_t>(position) != block.size() + 1)
       return false;
     std::string printed;
     FParser.PrintObject(0, printed);
-    const size_t headerEnd = printed.find('\r');
-    edit.Begin = FTokens[header.Keyword].Offset;
-    edit.End = FTokens[end].End();
-    edit.Text = std::string(FTokens[header.Keyword].Lexem).append(printed.substr(6, headerEnd - 6));
-    if (header.HasIndex) {
-      const size_t index = FTokens[header.Class].End();
-      edit.Text.append(FText.substr(index, bodyStart - index));
+    const size_t begin = FTokens[header.Keyword].Offset;
+    if (FForm.Accounts != nullptr) {
+      mig::TObjectAccount account = mig::AccountOf(FParser, begin, oldClass, newClass);
+      MoveViews(account, block, headerSize, bodyStart);
+      AddAccount(std::move(account));
     }
-    edit.Text.append(printed.substr(headerEnd));
-    edit.Level = 0;
+    const size_t headerEnd = printed.find('\r');
+    std::string text = std::string(FTokens[header.Keyword].Lexem).append(printed.substr(6, headerEnd - 6));
+    const size_t classEnd = FTokens[header.Class].End();
+    if (header.HasIndex) text.append(FText.substr(classEnd, bodyStart - classEnd));
+    edit = {begin, FTokens[end].End(), text.append(printed.substr(headerEnd)), 0, true, {}};
     return true;
   }
 
+  // Lets what views the block view the form's text instead: the body of the block, from `headerSize` on, is there from
+  // `bodyStart` on.
+  void MoveViews(mig::TObjectAccount& account, const std::string& block, size_t headerSize,
+                 size_t bodyStart) const {
+    const auto move = [&](std::string_view& view) {
+      const std::less<> isBefore;
+      if (isBefore(view.data(), block.data()) || isBefore(block.data() + block.size(), view.data())) return;
+      view =
+          FText.substr(bodyStart + static_cast<size_t>(view.data() - block.data()) - headerSize, view.size());
+    };
+    for (mig::TSourceProperty& property : account.Properties) {
+      move(property.Name);
+      move(property.Value);
+    }
+    for (std::string_view& name : account.NewNames) move(name);
+  }
+
+  // Accounts are in the order of the text, one an object.
+  void AddAccount(mig::TObjectAccount account) {
+    std::vector<mig::TObjectAccount>& accounts = *FForm.Accounts;
+    const auto place =
+        std::lower_bound(accounts.begin(), accounts.end(), account.Start,
+                         [](const mig::TObjectAccount& each, size_t start) { return each.Start < start; });
+    if (place != accounts.end() && place->Start == account.Start) {
+      *place = std::move(account);
+    } else {
+      accounts.insert(place, std::move(account));
+    }
+  }
+
+  mig::TFormToComplete& FForm;
   const std::string_view FText;
-  const qrl::TEncoding& FEncoding;
-  const mig::TClassMap& FClasses;
   mig::TFormParser& FParser;
   const TTokens FTokens;
 };
@@ -134,7 +179,7 @@ bool FindNumber(std::string_view printed, int level, std::string_view name, int&
 }
 
 std::string PrintTransaction(const TTransactionRules& rules, std::string_view name,
-                             std::string_view connection, const TFormEdit& edit) {
+                             std::string_view connection, const mig::TFormEdit& edit) {
   const std::string indent(2 * static_cast<size_t>(edit.Level), ' ');
   std::string text = indent + "object " + std::string(name) + ": " + std::string(rules.Class) + "\r\n";
   const auto add = [&](std::string_view property, std::string_view value) {
@@ -152,24 +197,20 @@ std::string PrintTransaction(const TTransactionRules& rules, std::string_view na
 
 }  // namespace
 
-std::vector<TFormEdit> ConvertInherited(std::string_view text, const qrl::TEncoding& encoding,
-                                        const mig::TClassMap& classes, mig::TFormParser& parser,
-                                        std::vector<TFormEdit> edits) {
-  const std::vector<TFormEdit> added = TInheritedPass(text, encoding, classes, parser).Run(edits);
-  std::erase_if(edits, [&](const TFormEdit& edit) {
-    return std::any_of(added.begin(), added.end(), [&](const TFormEdit& object) {
-      return edit.Begin >= object.Begin && edit.End <= object.End;
-    });
-  });
-  edits.insert(edits.end(), added.begin(), added.end());
-  std::sort(edits.begin(), edits.end(),
-            [](const TFormEdit& left, const TFormEdit& right) { return left.Begin < right.Begin; });
-  return edits;
+void ConvertInherited(mig::TFormToComplete& form, mig::TFormParser& parser) {
+  const std::vector<mig::TFormEdit> added = TInheritedPass(form, parser).Run();
+  std::vector<mig::TFormEdit> merged;
+  auto object = added.begin();
+  for (mig::TFormEdit& edit : form.Edits) {
+    while (object != added.end() && object->End <= edit.Begin) merged.push_back(*object++);
+    if (object == added.end() || edit.Begin < object->Begin) merged.push_back(std::move(edit));
+  }
+  merged.insert(merged.end(), object, added.end());
+  form.Edits = std::move(merged);
 }
 
-std::vector<std::string> AddTransactions(std::string_view text, const qrl::TEncoding& encoding,
-                                         const TTransactionRules& rules, std::vector<TFormEdit>& edits) {
-  const TTokens tokens = ReadUnitTokens(text, encoding);
+void AddTransactions(mig::TFormToComplete& form, const TTransactionRules& rules) {
+  const TTokens tokens = ReadUnitTokens(form.Text, form.Encoding);
   std::unordered_set<std::string> names;
   struct TConnection {
     size_t Begin;
@@ -183,20 +224,15 @@ std::vector<std::string> AddTransactions(std::string_view text, const qrl::TEnco
     if (tokens[i].Code == mig::kObject && tokens[header.Class].Is(rules.OldClass))
       connections.push_back({tokens[i].Offset, tokens[header.Name].Lexem});
   }
-  std::vector<std::string> taken;
   for (const TConnection& connection : connections) {
-    const auto edit = std::find_if(edits.begin(), edits.end(), [&](const TFormEdit& candidate) {
-      return candidate.Level >= 0 && candidate.Begin == connection.Begin;
-    });
-    if (edit == edits.end()) continue;
+    const auto edit =
+        std::find_if(form.Edits.begin(), form.Edits.end(), [&](const mig::TFormEdit& candidate) {
+          return candidate.Level >= 0 && candidate.Begin == connection.Begin;
+        });
     const std::string name = TransactionName(rules, connection.Name, connections.size());
-    if (names.contains(rtl::LowerCase(name))) {
-      taken.push_back(name);
-    } else {
+    if (edit != form.Edits.end() && !names.contains(rtl::LowerCase(name)))
       edit->Text += PrintTransaction(rules, name, connection.Name, *edit);
-    }
   }
-  return taken;
 }
 
 }  // namespace completion

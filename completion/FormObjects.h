@@ -1,28 +1,19 @@
 // Completion of forms: objects that the conversion leaves out, and the transactions of connections.
 #pragma once
 
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "MigWizard/form/FormParser.h"
-#include "MigWizard/passes/ClassMap.h"
-#include "completion/FormLayout.h"
+#include "MigWizard/passes/FileCompletion.h"
 #include "completion/TransactionFields.h"
-#include "qrl/Encoding.h"
 
 namespace completion {
 
-// Returns `edits`, those of the conversion of `text`, and those that convert the objects of mapped classes under
-// `inherited` and `inline` and those with an index, in the order of the text. They keep their keyword and index. An
-// object that `parser` cannot take stays as it is. `edits` inside of such an object give way.
-std::vector<TFormEdit> ConvertInherited(std::string_view text, const qrl::TEncoding& encoding,
-                                        const mig::TClassMap& classes, mig::TFormParser& parser,
-                                        std::vector<TFormEdit> edits);
+// Adds to `form.Edits`, in the order of the text, those that convert the objects of mapped classes under `inherited`
+// and `inline` and those with an index. They keep their keyword and index, and their layout. Edits inside of such an
+// object give way. An object that `parser` cannot take stays as it is.
+void ConvertInherited(mig::TFormToComplete& form, mig::TFormParser& parser);
 
 // Adds to each edit that converts an `object` of the old connection class the object of its transaction, placed beside
-// it. A form that has an object of that name already gets none. Returns the names that were taken.
-std::vector<std::string> AddTransactions(std::string_view text, const qrl::TEncoding& encoding,
-                                         const TTransactionRules& rules, std::vector<TFormEdit>& edits);
+// it. An object of that name that the form has already stays the only one.
+void AddTransactions(mig::TFormToComplete& form, const TTransactionRules& rules);
 
 }  // namespace completion

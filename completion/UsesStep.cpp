@@ -32,9 +32,12 @@ std::vector<std::string> NamesOf(std::string_view insertedText) {
   return names;
 }
 
-// Returns `text` without what the conversion inserted after each old unit of its uses clauses.
-std::string WithoutInsertions(std::string_view text, const qrl::TEncoding& encoding,
-                              const TUsesRules& rules) {
+// Returns `text` without what the conversion inserted after each old unit of its uses clauses. With `onlyDoubled` only
+// where the new units followed already.
+std::string WithoutInsertions(std::string_view text, const qrl::TEncoding& encoding, const TUsesRules& rules,
+                              bool onlyDoubled) {
+  std::string inserted(rules.InsertedText);
+  if (onlyDoubled) inserted.append(rules.InsertedText);
   std::string result;
   size_t done = 0;
   bool inUses = false;
@@ -42,7 +45,7 @@ std::string WithoutInsertions(std::string_view text, const qrl::TEncoding& encod
     if (token.Is("uses")) inUses = true;
     if (token.IsSymbol(';')) inUses = false;
     if (!inUses || token.Offset < done || !token.Is(rules.OldUnit)) continue;
-    if (text.substr(token.End(), rules.InsertedText.size()) != rules.InsertedText) continue;
+    if (text.substr(token.End(), inserted.size()) != inserted) continue;
     result.append(text.substr(done, token.End() - done));
     done = token.End() + rules.InsertedText.size();
   }
@@ -93,10 +96,10 @@ std::string ApplyEdits(std::string_view text, std::vector<TEdit> edits) {
 class TUsesStep {
  public:
   TUsesStep(std::string_view text, const qrl::TEncoding& encoding, const TUsesRules& rules,
-            const TTellRefusal& tell)
+            const TUsesAccount& account)
       : FText(text),
         FRules(rules),
-        FTell(tell),
+        FAccount(account),
         FTokens(ReadUnitTokens(text, encoding)),
         FNewUnits(NamesOf(rules.InsertedText)) {}
 
@@ -109,6 +112,8 @@ class TUsesStep {
     }
     ReadIdentifiers();
     MarkItems();
+    for (const TUsesClause* const clause : FSections) KeepComments(*clause);
+    for (const TUsesItem* const item : FMarked) FAccount.OnRemoved(item->Name);
     Insert();
     for (const TUsesClause* const clause : FSections) RemoveMarked(*clause);
     return ApplyEdits(FText, std::move(FEdits));
@@ -136,11 +141,11 @@ class TUsesStep {
                        [&](const std::string& name) { return rtl::SameText(name, item.Name); });
   }
 
-  // Whether an old unit is no longer needed.
-  bool IsFree(const TUsesItem& item, const std::vector<std::string>& identifiers) const {
-    if (identifiers.empty() || FIdentifiers.contains(rtl::LowerCase(item.BareName()))) return false;
-    return std::none_of(identifiers.begin(), identifiers.end(),
-                        [&](const std::string& name) { return FIdentifiers.contains(name); });
+  // Whether an old unit is no longer needed: nothing that it declares is named, nor the unit itself.
+  bool IsFree(const TUsesItem& item) const {
+    if (FIdentifiers.contains(rtl::LowerCase(item.BareName()))) return false;
+    return std::none_of(FIdentifiers.begin(), FIdentifiers.end(),
+                        [&](const std::string& name) { return FRules.Declares(name, item.Name); });
   }
 
   // Whether an item can go without touching a conditional directive's comma.
@@ -159,14 +164,13 @@ class TUsesStep {
           if (!isFirst && CanGo(*clause, item)) FMarked.insert(&item);
           continue;
         }
-        const std::vector<std::string>* const identifiers = FRules.OldIdentifiers(item.BareName());
-        if (identifiers == nullptr) continue;
+        if (!FRules.IsOldUnit(item.Name)) continue;
         FOldItems.push_back({clause, &item});
-        if (!IsFree(item, *identifiers)) continue;
+        if (!IsFree(item)) continue;
         if (CanGo(*clause, item)) {
           FMarked.insert(&item);
         } else {
-          FTell(TUsesRefusal::Conditional, item.Begin, item.Name);
+          FAccount.OnRefused(TUsesRefusal::Conditional, item.Begin, item.Name);
         }
       }
     }
@@ -237,7 +241,10 @@ class TUsesStep {
 
   void RemoveMarked(const TUsesClause& clause) {
     const auto isMarked = [this](const TUsesItem& item) { return FMarked.contains(&item); };
-    if (std::all_of(clause.Items.begin(), clause.Items.end(), isMarked)) return RemoveClause(clause);
+    if (std::all_of(clause.Items.begin(), clause.Items.end(), isMarked)) {
+      RemoveRange(clause.Keyword, clause.Semicolon + 1);
+      return;
+    }
     // Items at the end go with the comma before them, all others with the comma after them.
     size_t end = clause.Items.size();
     while (isMarked(clause.Items[end - 1])) --end;
@@ -287,9 +294,13 @@ class TUsesStep {
     }
   }
 
-  // A clause with a comment in it stays, because the comment would be lost.
-  void RemoveClause(const TUsesClause& clause) {
-    if (!HasComment(clause.Keyword, clause.Semicolon)) RemoveRange(clause.Keyword, clause.Semicolon + 1);
+  // A clause with a comment in it stays if it would go as a whole, because the comment would be lost.
+  void KeepComments(const TUsesClause& clause) {
+    if (!std::all_of(clause.Items.begin(), clause.Items.end(),
+                     [&](auto& item) { return FMarked.contains(&item); }) ||
+        !HasComment(clause.Keyword, clause.Semicolon))
+      return;
+    for (const TUsesItem& item : clause.Items) FMarked.erase(&item);
   }
   bool HasComment(size_t begin, size_t end) const {
     const std::string_view part = FText.substr(begin, end - begin);
@@ -298,7 +309,7 @@ class TUsesStep {
 
   const std::string_view FText;
   const TUsesRules& FRules;
-  const TTellRefusal& FTell;
+  const TUsesAccount& FAccount;
   const TTokens FTokens;
   const std::vector<std::string> FNewUnits;
   std::optional<TUsesClauses> FClauses;
@@ -315,12 +326,12 @@ class TUsesStep {
 }  // namespace
 
 std::string CompleteUses(std::string_view text, const qrl::TEncoding& encoding, const TUsesRules& rules,
-                         const TTellRefusal& tell) {
-  const std::string original = WithoutInsertions(text, encoding, rules);
-  if (std::optional<std::string> completed = TUsesStep(original, encoding, rules, tell).Run())
+                         const TUsesAccount& account) {
+  const std::string original = WithoutInsertions(text, encoding, rules, /*onlyDoubled=*/false);
+  if (std::optional<std::string> completed = TUsesStep(original, encoding, rules, account).Run())
     return *completed;
-  tell(TUsesRefusal::Source, 0, {});
-  return std::string(text);
+  account.OnRefused(TUsesRefusal::Source, 0, {});
+  return WithoutInsertions(text, encoding, rules, /*onlyDoubled=*/true);
 }
 
 }  // namespace completion

@@ -16,17 +16,23 @@ struct TUsesRules {
   std::string_view InsertedText;  // what the conversion inserted after it: ", First, Second"
   // Whether an identifier is a new class or exception.
   std::function<bool(std::string_view identifier)> IsNewClass;
-  // The identifiers that a unit of the old families declares, in lower case; null for any other unit. A unit with
-  // an empty list stays. `unit` comes without its unit scope.
-  std::function<const std::vector<std::string>*(std::string_view unit)> OldIdentifiers;
+  // Whether a unit of a uses clause, with or without its unit scope, is one of the old families whose identifiers are
+  // known, and whether it declares an identifier.
+  std::function<bool(std::string_view unit)> IsOldUnit;
+  std::function<bool(std::string_view identifier, std::string_view unit)> Declares;
 };
 
-// What the step could not do. `offset` is in the text that was given, in bytes, 0-based.
 enum class TUsesRefusal {
   Source,      // the unit's clauses cannot be told for certain
   Conditional  // an old unit between conditional directives
 };
-using TTellRefusal = std::function<void(TUsesRefusal refusal, size_t offset, std::string_view unit)>;
+
+// Who is told what the step did not do, and which units it took out. `offset` is in the text that was given, in bytes,
+// 0-based; `unit` is spelled as in the text.
+struct TUsesAccount {
+  std::function<void(TUsesRefusal refusal, size_t offset, std::string_view unit)> OnRefused;
+  std::function<void(std::string_view unit)> OnRemoved;
+};
 
 // Returns `text`, a converted unit or program in working text, with completed uses clauses:
 // - where the unit names a new class, or has the old unit, and lists none of the new units, they are listed in the
@@ -36,6 +42,6 @@ using TTellRefusal = std::function<void(TUsesRefusal refusal, size_t offset, std
 // - no new unit is listed twice.
 // Clauses keep their layout, one a line or several, and their comments. A text that is complete comes back as it is.
 std::string CompleteUses(std::string_view text, const qrl::TEncoding& encoding, const TUsesRules& rules,
-                         const TTellRefusal& tell);
+                         const TUsesAccount& account);
 
 }  // namespace completion

@@ -3,6 +3,7 @@
 #include "rtl/text/ClassRegistry.h"
 #include "rtl/text/SysUtils.h"
 #include "target/KVAFormParser.h"
+#include "target/OldNameList.h"
 
 namespace target {
 namespace {
@@ -11,6 +12,11 @@ constexpr char kSourceName[] = "BDE/IBX";
 constexpr char kOldUnit[] = "DBTables";  // in both modes
 constexpr char kNewUnitsBDE[] = ", Quorel, KVA, Velmar, KVAError";
 constexpr char kNewUnitsIBX[] = ", Quorel, KVA, KVAScript, Velmar, KVAError";
+
+constexpr completion::TTransactionRules kTransactionBDE = {"TDatabase", "TKVAConnection", "TKVATransaction",
+                                                           "Transaction", "DefaultConnection"};
+// The connections of this mode have transactions of their own already.
+constexpr completion::TTransactionRules kTransactionIBX = {};
 
 struct TClassRow {
   const char* OldClass;
@@ -68,6 +74,19 @@ TKVAMigration::TKVAMigration(const TCatalogue& catalogue)
 TKVAMigration::~TKVAMigration() {
   FReplacerBDE.reset();
   FReplacerIBX.reset();
+}
+
+TKVAMigration::TCompletionOf::TCompletionOf(TKVAComponentReplacer& replacer, const completion::TSteps& steps,
+                                            std::string_view newUnits,
+                                            const completion::TTransactionRules& transaction)
+    : OldNames(BuiltInOldNames(replacer.Classes())),
+      Completion(steps, {kOldUnit, newUnits, OldNames, transaction}) {
+  replacer.SetCompletion(&Completion);
+}
+
+void TKVAMigration::Complete(const completion::TSteps& steps) {
+  FCompletionBDE = std::make_unique<TCompletionOf>(BDE(), steps, kNewUnitsBDE, kTransactionBDE);
+  FCompletionIBX = std::make_unique<TCompletionOf>(IBX(), steps, kNewUnitsIBX, kTransactionIBX);
 }
 
 }  // namespace target

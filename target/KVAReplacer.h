@@ -6,8 +6,10 @@
 #include <string>
 #include <string_view>
 
+#include "MigWizard/passes/OldNames.h"
 #include "MigWizard/run/ReplaceOptions.h"
 #include "MigWizard/run/Replacer.h"
+#include "completion/Completion.h"
 #include "target/Catalogue.h"
 
 namespace target {
@@ -33,10 +35,22 @@ class TKVAMigration {
   TKVAComponentReplacer& BDE() { return *FReplacerBDE; }
   TKVAComponentReplacer& IBX() { return *FReplacerIBX; }
 
+  // Adds these steps to the runs of both replacers from now on.
+  void Complete(const completion::TSteps& steps);
+
  private:
   mig::TReplaceOptions FOptions;
   std::unique_ptr<TKVAComponentReplacer> FReplacerBDE;
   std::unique_ptr<TKVAComponentReplacer> FReplacerIBX;
+
+  // The completion of one replacer, and what it refers to.
+  struct TCompletionOf {
+    TCompletionOf(TKVAComponentReplacer& replacer, const completion::TSteps& steps, std::string_view newUnits,
+                  const completion::TTransactionRules& transaction);
+    const mig::TOldNames OldNames;
+    const completion::TCompletion Completion;
+  };
+  std::unique_ptr<TCompletionOf> FCompletionBDE, FCompletionIBX;
 };
 
 }  // namespace target

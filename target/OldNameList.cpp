@@ -20,9 +20,11 @@ struct TKindRow {
 };
 
 constexpr TKindRow kKinds[] = {
-    {"unit", TOldNames::Unit},   {"scope", TOldNames::Scope},           {"class", TOldNames::Class},
-    {"call", TOldNames::Call},   {"prefix", TOldNames::Prefix},         {"object", TOldNames::Object},
-    {"value", TOldNames::Value}, {"connection", TOldNames::Connection},
+    {"unit", TOldNames::Unit},         {"scope", TOldNames::Scope},
+    {"class", TOldNames::Class},       {"call", TOldNames::Call},
+    {"prefix", TOldNames::Prefix},     {"object", TOldNames::Object},
+    {"value", TOldNames::Value},       {"connection", TOldNames::Connection},
+    {"declares", TOldNames::Declared}, {"declares-prefix", TOldNames::DeclaredPrefix},
 };
 constexpr std::string_view kMember = "member";
 

@@ -1,33 +1,35 @@
 // The opt-in steps after a conversion.
 #include <gtest/gtest.h>
-#include <map>
 #include <string>
 #include <vector>
 
+#include "MigWizard/passes/FileConversion.h"
+#include "completion/Completion.h"
 #include "completion/FormLayout.h"
 #include "completion/TransactionFields.h"
 #include "completion/UsesStep.h"
+#include "target/KVAFormParser.h"
+#include "target/KVAReplacer.h"
+#include "target/OldNameList.h"
 
 namespace {
 
 using completion::TUsesRefusal;
 
-// A family of three old units; Old3 has no known identifiers.
+// Two old units; what Bde declares is "dbinit".
 std::string CompleteUses(const std::string& text, std::string* told = nullptr) {
-  static const std::map<std::string, std::vector<std::string>, std::less<>> kOld = {
-      {"DBTables", {"tquery", "tsession"}}, {"Bde", {"dbinit"}}, {"Old3", {}}};
-  const completion::TUsesRules rules = {"DBTables", ", New1, New2",
-                                        [](std::string_view name) { return name == "TNew"; },
-                                        [](std::string_view unit) {
-                                          const auto found = kOld.find(unit);
-                                          return found == kOld.end() ? nullptr : &found->second;
-                                        }};
-  return completion::CompleteUses(text, qrl::TEncoding::Default(), rules,
-                                  [&](TUsesRefusal refusal, size_t offset, std::string_view unit) {
-                                    if (told != nullptr)
-                                      *told += (refusal == TUsesRefusal::Source ? "source" : "conditional ") +
-                                               std::string(unit) + "@" + std::to_string(offset) + " ";
-                                  });
+  const completion::TUsesRules rules = {
+      "DBTables", ", New1, New2", [](std::string_view name) { return name == "TNew"; },
+      [](std::string_view unit) { return unit == "DBTables" || unit == "Bde" || unit == "Data.Bde"; },
+      [](std::string_view name, std::string_view unit) {
+        return unit == "DBTables" ? name == "tquery" || name == "tsession" : name == "dbinit";
+      }};
+  const auto tell = [&](TUsesRefusal refusal, size_t offset, std::string_view unit) {
+    if (told != nullptr)
+      *told += (refusal == TUsesRefusal::Source ? "source" : "conditional ") + std::string(unit) + "@" +
+               std::to_string(offset) + " ";
+  };
+  return completion::CompleteUses(text, qrl::TEncoding::Default(), rules, {tell, [](std::string_view) {}});
 }
 
 struct TUsesRow {
@@ -198,7 +200,8 @@ TEST(FormLayoutTest, KeepsThePlaceOfAnObject) {
       "  end\r\n";
   const size_t begin = text.find("object  Q");
   const size_t end = text.find("Caption");
-  EXPECT_EQ(completion::LayOutForm(text, {{5 + 2, 8, "G", -1}, {begin, end, printed, 1}}),
+  EXPECT_EQ(completion::ApplyFormEdits(
+                text, {{7, 8, "G", -1, false, {}}, {begin, end, printed, 1, false, {}}}, true),
             "object G: TF\n"
             "  object  Q: TKVAQuery\t\n"
             "    Connection = DM.C\n"
@@ -214,6 +217,56 @@ TEST(FormLayoutTest, KeepsThePlaceOfAnObject) {
             "  end\n"
             "   Caption = 'x'\n"
             "end\n");
+}
+
+// Inherited, inline and indexed objects, and what a converted object holds.
+TEST(FormObjectsTest, WholeForms) {
+  target::TKVAMigration migration(target::TCatalogue::BuiltIn());
+  mig::TFileConverter converter(
+      migration.BDE().Classes(), "DBTABLES", ", New",
+      std::make_unique<target::TKVAFormParser>(mig::ParseStateClass<mig::TFormParseState>()));
+  const mig::TOldNames names = target::BuiltInOldNames(migration.BDE().Classes());
+  const completion::TCompletion completion({false, true, true, true, false},
+                                           {"DBTables", ", New", names, kTransactions});
+  converter.SetCompletion(&completion);
+  const TUsesRow rows[] = {
+      {"inherited and indexed objects",
+       "inherited F: TF\n  inherited Q: TQuery [3]\n    RequestLive = True\n    Left = 4\n  end\n"
+       "  inline Fr: TFr\n    inherited T: TTable\n      Top = 1\n    end\n  end\n"
+       "  object I: TQuery [7]\n    Left = 1\n  end\n  object Q2: TQuery\n    Left = 2\n  end\nend\n",
+       "inherited F: TF\n  inherited Q: TKVAQuery [3]\n    Left = 4\n    AutoCommit = True\n  end\n"
+       "  inline Fr: TFr\n    inherited T: TKVATable\n      Top = 1\n      AutoCommit = True\n    end\n  "
+       "end\n"
+       "  object I: TKVAQuery [7]\n    Left = 1\n    AutoCommit = True\n  end\n"
+       "  object Q2: TKVAQuery\n    Left = 2\n    AutoCommit = True\n  end\nend\n"},
+      {"what a converted object holds",
+       "object F: TF\n  object Q: TQuery\n    RequestLive = True\n    object A: TTable\n      Exclusive = "
+       "True\n"
+       "      inherited B: TQuery\n      end\n    end\n    object X: TField\n      Left = 1\n    end\n  "
+       "end\nend\n",
+       "object F: TF\n  object Q: TKVAQuery\n    AutoCommit = True\n    object A: TKVATable\n      "
+       "AutoCommit = True\n"
+       "      inherited B: TKVAQuery\n        AutoCommit = True\n      end\n    end\n    object X: TField\n  "
+       "    Left = 1\n    end\n  end\nend\n"},
+      {"an object that is no form text stays", "object F: TF\n  inherited Q: TQuery\n    = 3\n  end\nend\n",
+       "object F: TF\n  inherited Q: TQuery\n    = 3\n  end\nend\n"},
+      {"one connection", "object F: TF\n  object DB: TDatabase\n    Left = 8\n    Top = 16\n  end\nend\n",
+       "object F: TF\n  object DB: TKVAConnection\n    Left = 8\n    Top = 16\n  end\n"
+       "  object Transaction: TKVATransaction\n    DefaultConnection = DB\n    Left = 72\n    Top = 16\n  "
+       "end\nend\n"},
+      {"two connections, one name taken",
+       "object F: TF\n  object A: TDatabase\n  end\n  object B: TDatabase\n  end\n  object btransaction: "
+       "TX\n  end\nend\n",
+       "object F: TF\n  object A: TKVAConnection\n  end\n  object ATransaction: TKVATransaction\n"
+       "    DefaultConnection = A\n  end\n  object B: TKVAConnection\n  end\n  object btransaction: TX\n  "
+       "end\nend\n"},
+  };
+  for (const TUsesRow& row : rows) {
+    mig::TFileConversion converted = converter.Convert("Z:\\F.dfm", row.Before);
+    EXPECT_EQ(converted.IsChanged ? converted.Bytes : row.Before, row.After) << row.What;
+    converted = converter.Convert("Z:\\F.dfm", row.After);
+    EXPECT_FALSE(converted.IsChanged) << row.What << ", once more: " << converted.Bytes;
+  }
 }
 
 }  // namespace

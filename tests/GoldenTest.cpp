@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "MigWizard/run/FileUtils.h"
+#include "diff/LineDiff.h"
 #include "host/ProjectChoice.h"
 #include "rtl/text/StringList.h"
 #include "rtl/text/SysUtils.h"
@@ -57,60 +58,104 @@ fs::path Before(const std::string& name) {
 
 class GoldenTest : public testing::TestWithParam<std::string> {
  protected:
+  GoldenTest() {
+    fs::copy(Before(FName), FTree, fs::copy_options::recursive);
+    for (const std::string& codePage : Setting(FName, "codepage"))
+      EXPECT_TRUE(win::SetACP(static_cast<uint32_t>(std::stoul(codePage))));
+  }
   ~GoldenTest() override { (void)win::SetACP(1252); }
+
+  // Runs the replacement of the folder, with its own settings.
+  bool Run(target::TKVAMigration& migration, const std::string& backupDir);
+
+  const std::string FName = GetParam();
+  const tests::TTempTree FTemp;
+  const fs::path FTree = fs::path(FTemp.HostPath()) / "tree";
+  fs::path FBase = FTree;  // the folder of the run
 };
 
-TEST_P(GoldenTest, RunAndRestore) {
-  const std::string name = GetParam();
-  const tests::TTempTree temp;
-  const fs::path tree = fs::path(temp.HostPath()) / "tree";
-  fs::copy(Before(name), tree, fs::copy_options::recursive);
-  const auto before = ReadTree(tree);
-  const auto readOnly = Setting(name, "readonly");
-  for (const std::string& file : readOnly)
-    fs::permissions(tree / file, fs::perms::owner_read, fs::perm_options::replace);
-  for (const std::string& codePage : Setting(name, "codepage"))
-    ASSERT_TRUE(win::SetACP(static_cast<uint32_t>(std::stoul(codePage))));
-
-  target::TKVAMigration migration(target::TCatalogue::BuiltIn());
+bool GoldenTest::Run(target::TKVAMigration& migration, const std::string& backupDir) {
   TReplaceOptions& options = migration.Options();
-  fs::path base = tree;
   host::THost host;
-  if (const auto project = Setting(name, "project"); !project.empty()) {
+  if (const auto project = Setting(FName, "project"); !project.empty()) {
     rtl::TStringList units;
     for (const std::string& unit :
-         host::SelectUnits(host::OpenProjectForRun(host, (tree / project[0]).string()), {}))
+         host::SelectUnits(host::OpenProjectForRun(host, (FTree / project[0]).string()), {}))
       units.Add(unit);
     options.Dest = sdProject;
     options.UnitNames = units.Text();
-    base = (tree / project[0]).parent_path();
+    FBase = (FTree / project[0]).parent_path();
   } else {
     options.Dest = sdFolder;
-    options.Directory = win::ToWindowsPath(tree.string());
+    options.Directory = win::ToWindowsPath(FTree.string());
     options.IncludeSubDirs = true;
   }
-  options.BackupDir = JoinPath(win::ToWindowsPath(base.string()), "RBackup");
-  TComponentReplacer& replacer = Setting(name, "mode").at(0) == "ibx"
+  options.BackupDir = JoinPath(win::ToWindowsPath(FBase.string()), backupDir);
+  TComponentReplacer& replacer = Setting(FName, "mode").at(0) == "ibx"
                                      ? migration.IBX()
                                      : static_cast<TComponentReplacer&>(migration.BDE());
-  EXPECT_EQ(replacer.Replace(), Setting(name, "result") != std::vector<std::string>{"False"});
+  return replacer.Replace();
+}
 
-  auto after = ReadTree(tree);
+TEST_P(GoldenTest, RunAndRestore) {
+  const auto before = ReadTree(FTree);
+  const auto readOnly = Setting(FName, "readonly");
+  for (const std::string& file : readOnly)
+    fs::permissions(FTree / file, fs::perms::owner_read, fs::perm_options::replace);
+  target::TKVAMigration migration(target::TCatalogue::BuiltIn());
+  EXPECT_EQ(Run(migration, "RBackup"), Setting(FName, "result") != std::vector<std::string>{"False"});
+
+  auto after = ReadTree(FTree);
   for (auto& [file, text] : after)
     if (file.ends_with("Wiz_Log.txt") || file.ends_with("RExpert.reu"))
-      text = WithPlaceholders(text, win::ToWindowsPath(tree.string()));
-  const auto expected = ReadTree(kGolden / name / "out");
-  for (const auto& [file, text] : expected) EXPECT_EQ(after[file], text) << name << "/" << file;
+      text = WithPlaceholders(text, win::ToWindowsPath(FTree.string()));
+  const auto expected = ReadTree(kGolden / FName / "out");
+  for (const auto& [file, text] : expected) EXPECT_EQ(after[file], text) << FName << "/" << file;
   for (const auto& [file, text] : after)
-    EXPECT_TRUE(expected.contains(file)) << name << ": unexpected " << file;
+    EXPECT_TRUE(expected.contains(file)) << FName << ": unexpected " << file;
 
   for (const std::string& file : readOnly)
-    fs::permissions(tree / file, fs::perms::owner_write, fs::perm_options::add);
-  const std::string undoFile = JoinPath(options.BackupDir, "RExpert.reu");
-  const bool changedAny = !ReadFile(base / "RBackup" / "RExpert.reu").empty();
-  EXPECT_EQ(replacer.Restore(undoFile), changedAny);
-  const auto restored = ReadTree(tree);
-  for (const auto& [file, text] : before) EXPECT_EQ(restored.at(file), text) << name << "/" << file;
+    fs::permissions(FTree / file, fs::perms::owner_write, fs::perm_options::add);
+  const std::string undoFile = JoinPath(migration.Options().BackupDir, "RExpert.reu");
+  const bool changedAny = !ReadFile(FBase / "RBackup" / "RExpert.reu").empty();
+  EXPECT_EQ(migration.BDE().Restore(undoFile), changedAny);
+  const auto restored = ReadTree(FTree);
+  for (const auto& [file, text] : before) EXPECT_EQ(restored.at(file), text) << FName << "/" << file;
+}
+
+// The sources of a tree, without what runs add.
+std::map<std::string, std::string> ReadSources(const fs::path& root) {
+  auto files = ReadTree(root);
+  std::erase_if(files, [](const auto& file) {
+    return file.first.find("RBackup") != std::string::npos || file.first.ends_with("Wiz_Log.txt");
+  });
+  return files;
+}
+
+size_t ChangedLines(const std::string& before, const std::string& after, diff::TIgnore ignore) {
+  const std::vector<diff::TDiffLine> lines = diff::DiffLines(before, after, ignore);
+  return static_cast<size_t>(std::count_if(lines.begin(), lines.end(), [](const diff::TDiffLine& line) {
+    return line.Kind != diff::TDiffLine::TKind::Same;
+  }));
+}
+
+// A completed tree differs from the original in no line by white space alone, and a second run finds nothing to do.
+TEST_P(GoldenTest, CompletedTwice) {
+  if (!Setting(FName, "result").empty()) GTEST_SKIP() << "the run stops";
+  const auto before = ReadSources(FTree);
+  target::TKVAMigration migration(target::TCatalogue::BuiltIn());
+  migration.Complete({true, true, true, true, true});
+  ASSERT_TRUE(Run(migration, "RBackup"));
+  const auto once = ReadSources(FTree);
+  for (const auto& [file, text] : once) {
+    if (text.find('\0') != std::string::npos) continue;
+    EXPECT_EQ(ChangedLines(before.at(file), text, diff::TIgnore::Nothing),
+              ChangedLines(before.at(file), text, diff::TIgnore::Space))
+        << file;
+  }
+  ASSERT_TRUE(Run(migration, "RBackup.2"));
+  const auto twice = ReadSources(FTree);
+  for (const auto& [file, text] : once) EXPECT_EQ(twice.at(file), text) << FName << "/" << file;
 }
 
 std::vector<std::string> Names() {

@@ -31,7 +31,7 @@ std::string_view EncodingName(const qrl::TEncoding& encoding) {
 
 // What happens to a changed text file as a whole. Both findings are at its beginning.
 void AddTextFindings(std::string_view text, const qrl::TEncoding& encoding, const TTextPlaces& places,
-                     bool writesLines, std::vector<TFinding>& findings) {
+                     bool writesLines, bool keepsMark, std::vector<TFinding>& findings) {
   const auto add = [&findings](TRuleId rule) -> TFinding& {
     TFinding finding;
     finding.Rule = rule;
@@ -40,12 +40,36 @@ void AddTextFindings(std::string_view text, const qrl::TEncoding& encoding, cons
   };
   if (writesLines && places.OtherLineEnds() > 0)
     add(TRuleId::MixedLineEnds).Value = std::to_string(places.OtherLineEnds());
-  if (encoding == qrl::TEncoding::UTF8()) {
+  if (encoding == qrl::TEncoding::UTF8() && !keepsMark) {
     const bool isAscii =
         std::all_of(text.begin(), text.end(), [](char c) { return static_cast<uint8_t>(c) < 0x80; });
     TFinding& finding = add(TRuleId::LostMark);
     if (isAscii) finding.Level = TLevel::Note;
   }
+}
+
+// The first bytes of a changed file. A UTF-8 file loses its mark unless the completion keeps it.
+std::string_view MarkOf(const qrl::TEncoding& encoding, const IFileCompletion* completion) {
+  const bool isKept = completion != nullptr && completion->KeepsMarks() && encoding == qrl::TEncoding::UTF8();
+  return isKept ? std::string_view("\xEF\xBB\xBF") : encoding.WrittenMark();
+}
+
+// Removes the findings about what the completion has done.
+void RemoveSettled(std::vector<TFinding>& findings, const TCompletedUnit& completed) {
+  std::erase_if(findings, [&completed](const TFinding& finding) {
+    switch (finding.Rule) {
+      case TRuleId::NoNewUnits:
+      case TRuleId::DoubledUnits:
+        return completed.SettlesUses;
+      case TRuleId::TransactionLine:
+        return completed.SettlesTransactions;
+      case TRuleId::OldUnit:
+        return std::find(completed.RemovedUnits.begin(), completed.RemovedUnits.end(), finding.Subject) !=
+               completed.RemovedUnits.end();
+      default:
+        return false;
+    }
+  });
 }
 
 }  // namespace
@@ -105,7 +129,7 @@ bool TFileConverter::MayMatter(std::string_view unitText) const {
 void TFileConverter::ConvertUnitFile(const std::string& fileName, std::string bytes,
                                      TFileConversion& result) const {
   const TTextFile unit = DecodeTextFile(std::move(bytes));
-  if (FOldNames == nullptr && !MayMatter(unit.Text)) return;
+  if (FOldNames == nullptr && FCompletion == nullptr && !MayMatter(unit.Text)) return;
   const TUnitResult converted = ConvertUnit(unit.Text, *unit.Encoding, FUnitRules);
   result.Changes = converted.Changes;
   std::vector<std::string_view> directives;
@@ -117,23 +141,37 @@ void TFileConverter::ConvertUnitFile(const std::string& fileName, std::string by
   }
   result.NamesNewUnits = converted.NamesNewUnits;
   result.IsChanged = !converted.Edits.Empty();
-  if (FOldNames != nullptr) FindInUnitFile(unit, converted, directives, result);
+  TCompletedUnit completed;
+  if (FCompletion != nullptr) {
+    completed = FCompletion->CompleteUnit(
+        {unit.Text, *unit.Encoding, FClasses, converted.Edits, !result.FormFiles.empty()});
+    const bool isChanged = completed.Text != unit.Text;
+    if (isChanged && !result.IsChanged) result.Changes = 1;
+    result.IsChanged = isChanged;
+  }
+  if (FOldNames != nullptr)
+    FindInUnitFile(unit, converted, directives, FCompletion != nullptr ? &completed : nullptr, result);
   if (!result.IsChanged) return;
-  result.Mark = unit.Encoding->WrittenMark();
-  result.Bytes = converted.Edits.Apply(unit.Text);
+  result.Mark = MarkOf(*unit.Encoding, FCompletion);
+  result.Bytes = FCompletion != nullptr ? std::move(completed.Text) : converted.Edits.Apply(unit.Text);
   if (!unit.Encoding->IsIdentity()) result.Bytes = unit.Encoding->GetBytes(result.Bytes);
 }
 
 void TFileConverter::FindInUnitFile(const TTextFile& unit, const TUnitResult& converted,
                                     const std::vector<std::string_view>& directives,
-                                    TFileConversion& result) const {
+                                    const TCompletedUnit* completed, TFileConversion& result) const {
   const TTextPlaces places(unit.Text, *unit.Encoding);
   TUnitFindings found = FindInUnit({unit.Text, *unit.Encoding, FUnitRules, converted, *FOldNames}, places);
   const std::vector<TTextEdits::TEdit>& edits = converted.Edits.Edits();
-  const bool writesLines = std::any_of(edits.begin(), edits.end(), [](const TTextEdits::TEdit& edit) {
-    return edit.Replacement.find('\n') != std::string::npos;
-  });
-  if (result.IsChanged) AddTextFindings(unit.Text, *unit.Encoding, places, writesLines, found.Findings);
+  if (completed != nullptr) RemoveSettled(found.Findings, *completed);
+  const bool keepsMark = FCompletion != nullptr && FCompletion->KeepsMarks();
+  const bool keepsLineEnds = FCompletion != nullptr && FCompletion->KeepsLineEnds();
+  const bool writesLines =
+      !keepsLineEnds && std::any_of(edits.begin(), edits.end(), [](const TTextEdits::TEdit& edit) {
+        return edit.Replacement.find('\n') != std::string::npos;
+      });
+  if (result.IsChanged)
+    AddTextFindings(unit.Text, *unit.Encoding, places, writesLines, keepsMark, found.Findings);
   PlaceFindings(found.Findings, places, *unit.Encoding);
   ConvertNames(found.Outline, *unit.Encoding);
   auto findings = std::make_shared<TFileFindings>();
@@ -158,16 +196,28 @@ void TFileConverter::ConvertFormFile(std::string bytes, TFileConversion& result)
   FUnwritableAliases.clear();
   rtl::TMemoryStream output;
   std::vector<TObjectAccount> accounts;
-  result.Changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output,
-                               FOldNames != nullptr ? &accounts : nullptr);
-  result.UnwritableNames = std::move(FUnwritableNames);
+  std::vector<TObjectAccount>* const accountList = FOldNames != nullptr ? &accounts : nullptr;
+  std::vector<TFormEdit> edits;
+  result.Changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output, accountList,
+                               FCompletion != nullptr ? &edits : nullptr);
   result.IsChanged = result.Changes > 0;
+  if (FCompletion != nullptr) {
+    if (!result.IsChanged) edits.clear();  // classes that were to be replaced: nothing is, then
+    const std::string completed = FCompletion->CompleteForm(
+        {text, *form.Encoding, FClasses, std::move(edits), accountList}, *FFormParser);
+    const bool isChanged = completed != text;
+    if (isChanged && !result.IsChanged) result.Changes = 1;
+    result.IsChanged = isChanged;
+    output = rtl::TMemoryStream();
+    output.Write(form.Encoding->GetBytes(completed));
+  }
+  result.UnwritableNames = std::move(FUnwritableNames);
   if (FOldNames != nullptr) FindInFormFile(text, form, original, accounts, result);
   if (!result.IsChanged) return;
   result.EndsAtNul = text.size() < form.Text.size();
   std::string().swap(form.Text);  // gives its memory back, as an assignment would not
   try {
-    if (!form.IsBinary) result.Mark = form.Encoding->WrittenMark();
+    if (!form.IsBinary) result.Mark = MarkOf(*form.Encoding, FCompletion);
     result.Bytes = FileBytes(output, form, size);
   } catch (...) {
     result.WriteFailure = std::current_exception();
@@ -195,7 +245,10 @@ void TFileConverter::FindInFormFile(std::string_view text, const TFormFile& form
     if (!findings->Findings.empty()) PlaceInPrintedForm(findings->Findings, text, original);
   } else {
     const TTextPlaces places(text, *form.Encoding);
-    if (result.IsChanged) AddTextFindings(text, *form.Encoding, places, true, findings->Findings);
+    const bool keepsMark = FCompletion != nullptr && FCompletion->KeepsMarks();
+    const bool keepsLineEnds = FCompletion != nullptr && FCompletion->KeepsLineEnds();
+    if (result.IsChanged)
+      AddTextFindings(text, *form.Encoding, places, !keepsLineEnds, keepsMark, findings->Findings);
     PlaceFindings(findings->Findings, places, *form.Encoding);
   }
   result.Findings = std::move(findings);

@@ -12,6 +12,7 @@
 
 #include "MigWizard/form/FormParser.h"
 #include "MigWizard/passes/ClassMap.h"
+#include "MigWizard/passes/FileCompletion.h"
 #include "MigWizard/passes/FileFindings.h"
 #include "MigWizard/passes/FormFile.h"
 #include "MigWizard/passes/FormPass.h"
@@ -51,6 +52,8 @@ class TFileConverter {
 
   // Collects findings from now on. `names` must outlive the converter.
   void CollectFindings(const TOldNames& names);
+  // Completes files from now on. `completion` must outlive the converter; null switches it off.
+  void SetCompletion(const IFileCompletion* completion) { FCompletion = completion; }
 
   // Converts the file with these bytes. The extension of `fileName`, a full Windows path, decides what it is. Raises
   // nothing.
@@ -66,7 +69,8 @@ class TFileConverter {
   bool MayMatter(std::string_view unitText) const;
   void ConvertUnitFile(const std::string& fileName, std::string bytes, TFileConversion& result) const;
   void FindInUnitFile(const TTextFile& unit, const TUnitResult& converted,
-                      const std::vector<std::string_view>& directives, TFileConversion& result) const;
+                      const std::vector<std::string_view>& directives, const TCompletedUnit* completed,
+                      TFileConversion& result) const;
   void ConvertFormFile(std::string bytes, TFileConversion& result);
   void FindInFormFile(std::string_view text, const TFormFile& form, std::string_view original,
                       const std::vector<TObjectAccount>& accounts, TFileConversion& result);
@@ -76,6 +80,7 @@ class TFileConverter {
   const TClassMap& FClasses;
   TWordSearch FOldUnit;
   std::unique_ptr<TFormParser> FFormParser;
+  const IFileCompletion* FCompletion = nullptr;
   const TOldNames* FOldNames = nullptr;                              // null: no findings are collected
   const qrl::TEncoding* FFormEncoding = &qrl::TEncoding::Default();  // of the form being converted
   std::vector<std::string> FUnwritableNames;                         // in that form

@@ -159,7 +159,7 @@ class TFormFindings : public TFormWalk {
   void OnObject(const TWalkedObject& object) override {
     TOpen open;
     open.NewClass = FInput.Classes.Find(object.ClassName);
-    const TObjectAccount* account = object.IsObject ? AccountAt(object.Offset) : nullptr;
+    const TObjectAccount* account = AccountAt(object.Offset);
     if (account != nullptr) {
       open.IsConverted = account->IsConverted;
       if (account->IsConverted) {

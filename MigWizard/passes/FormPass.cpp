@@ -13,13 +13,15 @@ namespace {
 class TFormPass {
  public:
   TFormPass(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
-            TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectAccount>* accounts)
+            TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectAccount>* accounts,
+            std::vector<TFormEdit>* edits)
       : FText(text),
         FEncoding(encoding),
         FClasses(classes),
         FParser(parser),
         FOutput(output),
         FAccounts(accounts),
+        FEdits(edits),
         FScanner(text, encoding) {}
 
   int Run() {
@@ -67,6 +69,8 @@ class TFormPass {
     if (!ParseObject(newClass, position)) {
       if (FAccounts != nullptr) FAccounts->push_back({FStart, false, FLexem, &newClass, {}, {}});
       FFailed.push_back({FScanner.PrevPos(), FLexem.size(), &newClass});
+      if (FEdits != nullptr)
+        FEdits->push_back({FScanner.PrevPos(), FScanner.PrevPos() + FLexem.size(), newClass, -1, false, {}});
       return;
     }
     if (FChanges++ == 0) FOutput.Reserve(FText.size() + FText.size() / 8);
@@ -77,18 +81,13 @@ class TFormPass {
     CopyUpTo(FScanner.PrevPos());
     FOutput.SetPosition(mark);
     FParser.PrintObject(FLevel, FPrinted);
-    if (FAccounts != nullptr) AddAccount(newClass);
+    if (FAccounts != nullptr) FAccounts->push_back(AccountOf(FParser, FStart, FLexem, newClass));
+    if (FEdits != nullptr)
+      FEdits->push_back({FStart, static_cast<size_t>(position) - 1, FPrinted, FLevel, false, {}});
     Write(FPrinted);
     FCopied = static_cast<size_t>(position) - 1;
     FScanner.SetPosition(FCopied);
     --FLevel;
-  }
-
-  void AddAccount(const std::string& newClass) {
-    TObjectAccount& account =
-        FAccounts->emplace_back(TObjectAccount{FStart, true, FLexem, &newClass, {}, {}});
-    account.Properties = FParser.Sources();
-    for (const TFormProperty& property : FParser.Properties()) account.NewNames.push_back(property.Name());
   }
 
   // What could not be read as part of the object around it is not read once more: else a chain of objects
@@ -132,6 +131,7 @@ class TFormPass {
   TFormParser& FParser;
   rtl::TMemoryStream& FOutput;
   std::vector<TObjectAccount>* const FAccounts;
+  std::vector<TFormEdit>* const FEdits;
   TPasParser FScanner;
   std::string_view FLexem;
   std::string FPrinted;
@@ -148,8 +148,16 @@ class TFormPass {
 }  // namespace
 
 int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
-                TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectAccount>* accounts) {
-  return TFormPass(text, encoding, classes, parser, output, accounts).Run();
+                TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectAccount>* accounts,
+                std::vector<TFormEdit>* edits) {
+  return TFormPass(text, encoding, classes, parser, output, accounts, edits).Run();
+}
+
+TObjectAccount AccountOf(const TFormParser& parser, size_t start, std::string_view oldClass,
+                         const std::string& newClass) {
+  TObjectAccount account{start, true, oldClass, &newClass, parser.Sources(), {}};
+  for (const TFormProperty& property : parser.Properties()) account.NewNames.push_back(property.Name());
+  return account;
 }
 
 void FindDatabaseNames(std::string_view text, const qrl::TEncoding& encoding,

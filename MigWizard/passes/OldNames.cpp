@@ -1,12 +1,27 @@
 #include "MigWizard/passes/OldNames.h"
 
+#include <algorithm>
+
 #include "rtl/text/SysUtils.h"
 
 namespace mig {
+namespace {
+
+// Whether `name` is one of the names of `list`, which have commas between them.
+bool IsInList(std::string_view list, std::string_view name) {
+  while (!list.empty()) {
+    const size_t comma = std::min(list.find(','), list.size());
+    if (rtl::SameText(list.substr(0, comma), name)) return true;
+    list.remove_prefix(std::min(comma + 1, list.size()));
+  }
+  return false;
+}
+
+}  // namespace
 
 void TOldNames::Add(TKind kind, const TOldName& name) {
   FNames[kind].emplace(rtl::LowerCase(name.Name), name);
-  NoteLength(name.Name, kind == Prefix);
+  NoteLength(name.Name, kind == Prefix || kind == DeclaredPrefix);
   if (kind == Class) FClasses.Add(name.Name);
 }
 
@@ -54,6 +69,34 @@ const TOldName* TOldNames::FindUnit(std::string_view usedName) const {
   const size_t dot = usedName.rfind('.');
   if (dot == std::string_view::npos) return Find(Unit, usedName);
   return Find(Scope, usedName.substr(0, dot)) ? Find(Unit, usedName.substr(dot + 1)) : nullptr;
+}
+
+bool TOldNames::HasNamesOf(std::string_view usedName) const {
+  const TOldName* const unit = FindUnit(usedName);
+  if (unit == nullptr) return false;
+  for (const auto& [kind, names] : FNames) {
+    for (const auto& [lower, name] : names)
+      if (IsInList(name.Unit, unit->Name)) return true;
+  }
+  return false;
+}
+
+bool TOldNames::Declares(std::string_view usedName, std::string_view identifier) const {
+  const TOldName* const unit = FindUnit(usedName);
+  if (unit == nullptr || !MayBe(identifier)) return false;
+  for (const TKind kind : {Class, Call, Object, Declared}) {
+    const TOldName* const name = Find(kind, identifier);
+    if (name != nullptr && IsInList(name->Unit, unit->Name)) return true;
+  }
+  // Prefixes count in any case: a unit that is kept in vain does no harm.
+  for (const TKind kind : {Prefix, DeclaredPrefix}) {
+    const auto prefixes = FNames.find(kind);
+    if (prefixes == FNames.end()) continue;
+    for (const auto& [lower, entry] : prefixes->second)
+      if (rtl::SameText(identifier.substr(0, lower.size()), lower) && IsInList(entry.Unit, unit->Name))
+        return true;
+  }
+  return false;
 }
 
 }  // namespace mig

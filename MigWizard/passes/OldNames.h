@@ -22,7 +22,8 @@ struct TOldName {
 
 class TOldNames {
  public:
-  enum TKind { Unit, Scope, Class, Call, Prefix, Object, Value, Connection };
+  // `Declared` names are not reported; they only show that a unit is still needed.
+  enum TKind { Unit, Scope, Class, Call, Prefix, Object, Value, Connection, Declared, DeclaredPrefix };
 
   void Add(TKind kind, const TOldName& name);
   // A member of an old class that its new class lacks.
@@ -39,6 +40,10 @@ class TOldNames {
   }
   // Finds the unit that a name of a uses clause is, with or without one of the unit scopes.
   const TOldName* FindUnit(std::string_view usedName) const;
+  // Whether the list says what the unit declares, and whether it declares an identifier. The unit is named as for
+  // FindUnit.
+  bool HasNamesOf(std::string_view usedName) const;
+  bool Declares(std::string_view usedName, std::string_view identifier) const;
 
   // Finds any class of the list in a text.
   const TWordSearch& Classes() const { return FClasses; }

@@ -43,6 +43,13 @@ class TComponentReplacer : public TRunHooks {
     FClasses.AddClass(oldClass, newClass);
   }
 
+  // Completes the files of further runs. `completion` must outlive the runs; null switches it off.
+  void SetCompletion(const IFileCompletion* completion) {
+    FConverter.SetCompletion(completion);
+    FOtherConverter.SetCompletion(completion);
+  }
+  const TClassMap& Classes() const { return FClasses; }
+
   // Runs a replacement with the options. Returns True if it succeeded, and False if a changed file could not
   // be copied over its original; the undo file then restores the others. Every other failure is an exception.
   // All originals are unchanged then, unless it is about writing the undo file, which comes last. The

@@ -1,0 +1,86 @@
+#include "completion/Completion.h"
+
+#include <algorithm>
+
+#include "MigWizard/engine/PasParser.h"
+#include "completion/FormLayout.h"
+#include "completion/FormObjects.h"
+#include "completion/UnitTokens.h"
+#include "completion/UsesStep.h"
+
+namespace completion {
+namespace {
+
+// Returns `edits` with the line ends of `text` in what they insert.
+mig::TTextEdits WithLineEnds(const mig::TTextEdits& edits, std::string_view text) {
+  const std::string_view lineEnd = LineEndOf(text);
+  mig::TTextEdits result;
+  for (const mig::TTextEdits::TEdit& edit : edits.Edits()) {
+    std::string replacement;
+    for (const char c : edit.Replacement) {
+      if (c == '\n') {
+        replacement += lineEnd;
+      } else if (c != '\r') {
+        replacement += c;
+      }
+    }
+    result.Replace(edit.Position, edit.Length, std::move(replacement));
+  }
+  return result;
+}
+
+bool NamesNewClass(std::string_view text, const qrl::TEncoding& encoding, const mig::TClassMap& classes) {
+  mig::TPasParser scanner(text, encoding);
+  std::string_view lexem;
+  while (const int code = scanner.GetNextWord(lexem)) {
+    if (code == qrl::kIdentifier && classes.IsNewClass(lexem)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+mig::TCompletedUnit TCompletion::CompleteUnit(const mig::TUnitToComplete& unit) const {
+  mig::TCompletedUnit completed;
+  completed.Text = EditsOf(unit, completed).Apply(unit.Text);
+  // A unit that has nothing to do with the new classes is not touched, whatever it lists.
+  if (FSteps.Uses && (!unit.Edits.Empty() || NamesNewClass(unit.Text, unit.Encoding, unit.Classes)))
+    CompleteUses(unit, completed);
+  return completed;
+}
+
+mig::TTextEdits TCompletion::EditsOf(const mig::TUnitToComplete& unit, mig::TCompletedUnit& completed) const {
+  if (FSteps.Transactions) {
+    completed.SettlesTransactions = true;
+    return CompleteTransactionFields(
+        unit.Text, unit.Encoding, unit.Edits, unit.HasForm, FRules.Transaction,
+        [&](size_t, std::string_view) { completed.SettlesTransactions = false; });
+  }
+  return FSteps.Layout ? WithLineEnds(unit.Edits, unit.Text) : unit.Edits;
+}
+
+void TCompletion::CompleteUses(const mig::TUnitToComplete& unit, mig::TCompletedUnit& completed) const {
+  completed.SettlesUses = true;
+  const TUsesRules rules = {FRules.OldUnit, FRules.NewUnits,
+                            [&](std::string_view identifier) { return unit.Classes.IsNewClass(identifier); },
+                            [&](std::string_view name) {
+                              return FRules.OldNames.FindUnit(name) && FRules.OldNames.HasNamesOf(name);
+                            },
+                            [&](std::string_view identifier, std::string_view name) {
+                              return FRules.OldNames.Declares(name, identifier);
+                            }};
+  completed.Text =
+      completion::CompleteUses(completed.Text, unit.Encoding, rules,
+                               {[&](TUsesRefusal refusal, size_t, std::string_view) {
+                                  if (refusal == TUsesRefusal::Source) completed.SettlesUses = false;
+                                },
+                                [&](std::string_view name) { completed.RemovedUnits.emplace_back(name); }});
+}
+
+std::string TCompletion::CompleteForm(mig::TFormToComplete form, mig::TFormParser& parser) const {
+  if (FSteps.Inherited) ConvertInherited(form, parser);
+  if (FSteps.Transactions) AddTransactions(form, FRules.Transaction);
+  return ApplyFormEdits(form.Text, form.Edits, FSteps.Layout);
+}
+
+}  // namespace completion

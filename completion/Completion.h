@@ -1,0 +1,46 @@
+// The opt-in steps after a conversion, put together.
+#pragma once
+
+#include <string_view>
+
+#include "MigWizard/passes/FileCompletion.h"
+#include "MigWizard/passes/OldNames.h"
+#include "completion/TransactionFields.h"
+
+namespace completion {
+
+// Which steps are asked for.
+struct TSteps {
+  bool Uses = false;          // uses clauses get the new units and lose the old ones
+  bool Inherited = false;     // inherited, inline and indexed objects are converted
+  bool Transactions = false;  // each connection gets one transaction, in unit and form
+  bool Layout = false;        // forms keep their indentation, all files their line ends
+  bool Marks = false;         // a UTF-8 mark stays
+};
+
+// What the target product says about them. Nothing is owned; all of it must outlive the completion.
+struct TRules {
+  std::string_view OldUnit;   // the unit that the conversion looks for, ignoring case
+  std::string_view NewUnits;  // what it inserts: ", First, Second"
+  const mig::TOldNames& OldNames;
+  TTransactionRules Transaction;
+};
+
+class TCompletion : public mig::IFileCompletion {
+ public:
+  TCompletion(const TSteps& steps, const TRules& rules) : FSteps(steps), FRules(rules) {}
+
+  mig::TCompletedUnit CompleteUnit(const mig::TUnitToComplete& unit) const override;
+  std::string CompleteForm(mig::TFormToComplete form, mig::TFormParser& parser) const override;
+  bool KeepsMarks() const override { return FSteps.Marks; }
+  bool KeepsLineEnds() const override { return FSteps.Layout; }
+
+ private:
+  mig::TTextEdits EditsOf(const mig::TUnitToComplete& unit, mig::TCompletedUnit& completed) const;
+  void CompleteUses(const mig::TUnitToComplete& unit, mig::TCompletedUnit& completed) const;
+
+  const TSteps FSteps;
+  const TRules FRules;
+};
+
+}  // namespace completion
