@@ -78,10 +78,12 @@ int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TC
   try {
     const bool succeeded = replacer.Replace();
     const size_t leftOut = replacer.LeftOut().size() + scope.MissingUnits;
-    const int status = PrintOutcome(succeeded, mig::SReplaceSuccess, mig::SReplaceFailed, line.Quiet);
-    if (leftOut == 0) return status;
-    Note("Left out, as said above: " + std::to_string(leftOut) + ".");
-    return status == kExitOk ? kExitPart : status;
+    // A run that left files out is no success, even though each file that it converted is in place.
+    int status = kExitPart;
+    if (leftOut == 0 || !succeeded)
+      status = PrintOutcome(succeeded, mig::SReplaceSuccess, mig::SReplaceFailed, line.Quiet);
+    if (leftOut > 0) Note("Left out, as said above: " + std::to_string(leftOut) + ".");
+    return status;
   } catch (const mig::ETwinFiles& error) {
     return Stopped(error.what(), ExcludeOneHint(error.First(), error.Second(), scope.Folder));
   } catch (const mig::EWayBack& error) {

@@ -40,6 +40,12 @@ def differences(state, wanted):
     return [path for path, contents in wanted.items() if state.bytes(path) != contents]
 
 
+def backup_folders(folder):
+    """That of the last run first."""
+    undo_files = glob.glob(os.path.join(folder, 'RBackup*', '*.reu'))
+    return [os.path.dirname(name) for name in sorted(undo_files, key=os.path.getmtime, reverse=True)]
+
+
 def ways_back(folder, messages):
     """The restore commands to be tried: those that the program names, then the newest run first."""
     named = [
@@ -47,13 +53,10 @@ def ways_back(folder, messages):
         for found in re.findall(r'kvamigrate (restore [^\n]*)', messages.replace('"', "'"))
         if found.count("'") % 2 == 0
     ]
-    backups = sorted(
-        glob.glob(os.path.join(folder, 'RBackup*')), key=lambda name: (len(name), name), reverse=True
-    )
     tried = [['restore', folder]]
     for command in named:
         tried.insert(0, [argument.rstrip('.') for argument in command])
-    for backup in backups:
+    for backup in backup_folders(folder):
         tried += [['restore', backup], ['restore', os.path.join(backup, 'RExpert.reu')]]
     return tried + [['restore', '--all', folder]]
 
@@ -86,6 +89,16 @@ class Judge:
                     return variant, found
         return None, state
 
+    def take_back_runs(self, state, wanted):
+        """Restores run after run, the last one first, until the files are what they are in `wanted`."""
+        state.put(self.case.folder)
+        for backup in backup_folders(self.case.folder):
+            self.run(['restore', os.path.join(backup, 'RExpert.reu')])
+            found = State(self.case.folder)
+            if not differences(found, wanted):
+                return found
+        return None
+
     def check_earlier(self, state, problems, when):
         """The backups of an earlier run take the files back to before that one."""
         if self.case.earlier is None:
@@ -102,7 +115,10 @@ class Judge:
         if not differences(state, wanted) or not case.backed_up:
             return state
         way, restored = self.bring_back(state, wanted, messages)
-        if way is None:
+        if way is None and when == 'run again':
+            restored = self.take_back_runs(state, wanted)
+        if restored is None or differences(restored, wanted):
+            restored = state
             problems.append(f'{when}: no restore brings back {", ".join(differences(state, wanted))}')
         return restored
 
