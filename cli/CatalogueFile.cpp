@@ -3,14 +3,13 @@
 #include "cli/Commands.h"
 #include "cli/Console.h"
 #include "cli/TypedPath.h"
-#include "rtl/text/Streams.h"
+#include "rtl/text/Files.h"
 
 namespace cli {
 
 target::TCatalogue LoadCatalogue(const std::string& typed) {
   if (typed.empty()) return target::TCatalogue::BuiltIn();
-  rtl::TFileStream file(WindowsPath(typed), rtl::fmOpenRead | rtl::fmShareDenyNone);
-  return {file.ReadToEnd(), typed};
+  return {rtl::ReadFile(WindowsPath(typed)), typed};
 }
 
 int RunCatalogue(const TCommandLine& line) {

@@ -7,6 +7,7 @@
 #include "cli/Console.h"
 #include "cli/PrivateFolder.h"
 #include "cli/TypedPath.h"
+#include "rtl/text/Files.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
@@ -22,7 +23,7 @@ std::string LastReason() {
 
 std::string ReadFormFile(const std::string& path, const std::string& name) {
   try {
-    return rtl::TFileStream(path, rtl::fmOpenRead | rtl::fmShareDenyNone).ReadToEnd();
+    return rtl::ReadFile(path);
   } catch (const rtl::EStreamError& error) {
     std::string message = error.what();
     if (const size_t at = message.find(path); at != std::string::npos) message.replace(at, path.size(), name);

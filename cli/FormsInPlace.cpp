@@ -9,6 +9,7 @@
 #include "cli/FormFiles.h"
 #include "cli/Interrupt.h"
 #include "cli/TypedPath.h"
+#include "rtl/text/Files.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
@@ -62,19 +63,17 @@ void TFormsInPlace::AddFolder(const TRoot& root) {
     const std::string folder = std::move(folders.back());
     folders.pop_back();
     std::vector<std::string> below;
-    win::TFindData entry;
-    const auto walk = win::FindFirstFileA(mig::JoinPath(folder, "*.*"), entry);
-    for (bool found = walk != nullptr; found; found = win::FindNextFileA(*walk, entry)) {
-      if (entry.FileName == "." || entry.FileName == "..") continue;
-      const std::string path = mig::JoinPath(folder, entry.FileName);
-      if (!(entry.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY)) {
-        if (IsFormName(entry.FileName)) AddFile(root, path);
-      } else if (!(entry.FileAttributes & win::FILE_ATTRIBUTE_REPARSE_POINT)) {
-        below.push_back(path);
+    rtl::TFolderEntries entries(folder);
+    while (entries.Next()) {
+      if (!entries.IsFolder()) {
+        if (IsFormName(entries.Name())) AddFile(root, entries.Path());
+      } else if (!entries.IsLink()) {
+        below.push_back(entries.Path());
       }
     }
-    if (!walk || win::GetLastError() != win::ERROR_NO_MORE_FILES)
-      Fail("The folder \"" + Shown(root, folder) + "\" could not be read. " + LastError());
+    if (!entries.IsComplete())
+      Fail("The folder \"" + Shown(root, folder) + "\" could not be read. " +
+           win::SysErrorMessage(entries.Error()));
     folders.insert(folders.end(), below.rbegin(), below.rend());
   }
 }

@@ -10,6 +10,7 @@
 #include "host/HostError.h"
 #include "host/ProjectChoice.h"
 #include "host/ProjectFile.h"
+#include "rtl/text/Files.h"
 #include "rtl/text/StringList.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
@@ -27,14 +28,12 @@ int Rank(host::TProjectKind kind) {
 // as Orders.dpr and Orders.dproj, count once.
 std::string ProjectIn(const std::string& folder) {
   std::map<std::string, std::string> projects;  // upper-cased name without extension -> file name
-  win::TFindData entry;
-  const auto walk = win::FindFirstFileA(mig::JoinPath(folder, "*.*"), entry);
-  for (bool found = walk != nullptr; found; found = win::FindNextFileA(*walk, entry)) {
-    const host::TProjectKind kind = host::ProjectKindOf(entry.FileName);
-    if (kind == host::TProjectKind::None || host::IsGroupKind(kind)) continue;
-    if (entry.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY) continue;
-    std::string& known = projects[win::UpperFileName(rtl::ChangeFileExt(entry.FileName, ""))];
-    if (known.empty() || Rank(kind) < Rank(host::ProjectKindOf(known))) known = entry.FileName;
+  rtl::TFolderEntries entries(folder);
+  while (entries.Next()) {
+    const host::TProjectKind kind = host::ProjectKindOf(entries.Name());
+    if (kind == host::TProjectKind::None || host::IsGroupKind(kind) || entries.IsFolder()) continue;
+    std::string& known = projects[win::UpperFileName(rtl::ChangeFileExt(entries.Name(), ""))];
+    if (known.empty() || Rank(kind) < Rank(host::ProjectKindOf(known))) known = entries.Name();
   }
   if (projects.empty()) throw EUsage("There is no project in the folder \"" + folder + "\".");
   if (projects.size() == 1) return mig::JoinPath(folder, projects.begin()->second);

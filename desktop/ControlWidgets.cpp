@@ -290,9 +290,6 @@ void TControlWidget::Show(rtl::TChange what) {
     case rtl::TChange::Enabled:
       FWidget->setEnabled(FControl.Enabled());
       break;
-    case rtl::TChange::Visible:
-      FWidget->setVisible(FControl.Visible());
-      break;
     case rtl::TChange::Items:
       ShowItems();
       break;

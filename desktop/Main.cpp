@@ -10,7 +10,7 @@
 #include "desktop/ProgressWindow.h"
 #include "desktop/QtText.h"
 #include "host/Host.h"
-#include "rtl/text/Streams.h"
+#include "rtl/text/Files.h"
 #include "target/Catalogue.h"
 #include "target/KVAExpert.h"
 #include "win/paths/CodePage.h"
@@ -80,8 +80,7 @@ std::string WindowsPath(const QString& typed) {
 
 target::TCatalogue LoadCatalogue(const QString& fileName) {
   if (fileName.isEmpty()) return target::TCatalogue::BuiltIn();
-  rtl::TFileStream file(WindowsPath(fileName), rtl::fmOpenRead | rtl::fmShareDenyNone);
-  return {file.ReadToEnd(), FromQt(fileName)};
+  return {rtl::ReadFile(WindowsPath(fileName)), FromQt(fileName)};
 }
 
 // One use of the wizard, as a click on its menu item in the host. What did not stop the run is told at its

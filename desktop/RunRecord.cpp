@@ -1,6 +1,7 @@
 #include "desktop/RunRecord.h"
 
-#include "rtl/text/Streams.h"
+#include "rtl/text/Exceptions.h"
+#include "rtl/text/Files.h"
 #include "win/paths/CodePage.h"
 
 namespace desktop {
@@ -10,7 +11,7 @@ namespace {
 // A file that cannot be read has nothing to show; why it cannot, the run says.
 std::string BytesOf(const std::string& fileName) {
   try {
-    return rtl::TFileStream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone).ReadToEnd();
+    return rtl::ReadFile(fileName);
   } catch (const rtl::EStreamError&) {
     return {};
   }

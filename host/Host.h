@@ -78,9 +78,6 @@ class THost {
   void LoadWizardModule(std::string_view fileName);
   const std::vector<toolsapi::TIntf<toolsapi::IOTAWizard>>& Wizards() const { return FWizards; }
 
-  // What BorlandIDEServices is while this host lives.
-  const toolsapi::TIntf<toolsapi::IInterface>& Services() const { return FServices; }
-
   // --- The front end. ---
   void AddObserver(THostObserver& observer);  // not owned
   void RemoveObserver(THostObserver& observer);

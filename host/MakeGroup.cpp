@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/HostError.h"
+#include "rtl/text/Lines.h"
 #include "rtl/text/SysUtils.h"
 
 namespace host {
@@ -25,7 +26,8 @@ class TMakeLines {
     line = FLine + 1;
     bool goesOn = true;
     while (goesOn && !FRest.empty()) {
-      std::string_view piece = TakeLine();
+      std::string_view piece = rtl::TakeLine(FRest);
+      ++FLine;
       piece = piece.substr(0, piece.find('#'));
       while (!piece.empty() && IsBlank(piece.back())) piece.remove_suffix(1);
       // A path may end in a backslash too, but then nothing stands before it on its own.
@@ -40,19 +42,6 @@ class TMakeLines {
   static bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
  private:
-  std::string_view TakeLine() {
-    const size_t end = std::min(FRest.find_first_of("\r\n"), FRest.size());
-    const std::string_view line = FRest.substr(0, end);
-    FRest.remove_prefix(end);
-    if (FRest.starts_with("\r\n")) {
-      FRest.remove_prefix(2);
-    } else if (!FRest.empty()) {
-      FRest.remove_prefix(1);
-    }
-    ++FLine;
-    return line;
-  }
-
   std::string_view FRest;
   int FLine = 0;
 };

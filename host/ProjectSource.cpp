@@ -6,8 +6,8 @@
 
 #include "MigWizard/engine/PasParser.h"
 #include "host/HostError.h"
-#include "host/LineCounter.h"
 #include "host/ProjectText.h"
+#include "rtl/text/Lines.h"
 #include "rtl/text/SysUtils.h"
 
 namespace host {
@@ -167,7 +167,7 @@ class TClauseReader {
   const qrl::TEncoding& FEncoding;
   std::string_view FFileName;
   mig::TPasParser FScanner;
-  TLineCounter FLines;
+  rtl::TLineCounter FLines;
   std::vector<TSourceUnit> FUnits;
 
   bool FIsProject = false;

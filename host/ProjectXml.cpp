@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "host/HostError.h"
-#include "host/LineCounter.h"
+#include "rtl/text/Lines.h"
 #include "rtl/text/SysUtils.h"
 
 namespace host {
@@ -78,7 +78,7 @@ class TXmlFile {
     });
   }
 
-  TLineCounter FLines;
+  rtl::TLineCounter FLines;
   std::string_view FFileName;
   pugi::xml_document FDocument;
 };

@@ -2,21 +2,11 @@
 
 #include <algorithm>
 
+#include "rtl/text/Lines.h"
 #include "rtl/text/SysUtils.h"
 
 namespace mig {
 namespace {
-
-// Cuts the next line off `rest`. A line end at the very end opens no further line.
-std::string_view TakeLine(std::string_view& rest) {
-  size_t end = 0;
-  while (end < rest.size() && rest[end] != '\r' && rest[end] != '\n') ++end;
-  const std::string_view line = rest.substr(0, end);
-  if (end < rest.size()) ++end;
-  if (end < rest.size() && rest[end - 1] == '\r' && rest[end] == '\n') ++end;
-  rest.remove_prefix(end);
-  return line;
-}
 
 unsigned char Fold(char c) {
   return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
@@ -30,7 +20,7 @@ TFormProperty::TFormProperty(std::string_view name, std::string value)
 std::vector<std::string> TFormProperty::Lines() const {
   std::vector<std::string> lines;
   for (std::string_view rest = Value(); !rest.empty();) {
-    const std::string_view line = TakeLine(rest);
+    const std::string_view line = rtl::TakeLine(rest);
     lines.emplace_back(lines.empty() ? 0 : FIndent, ' ').append(line);
   }
   return lines;
@@ -38,11 +28,11 @@ std::vector<std::string> TFormProperty::Lines() const {
 
 void TFormProperty::Print(std::string& text) const {
   std::string_view rest = Value();
-  text += TakeLine(rest);
+  text += rtl::TakeLine(rest);
   while (!rest.empty()) {
     text += "\r\n";
     text.append(FIndent, ' ');
-    text += TakeLine(rest);
+    text += rtl::TakeLine(rest);
   }
 }
 

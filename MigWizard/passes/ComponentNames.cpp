@@ -1,5 +1,6 @@
 #include "MigWizard/passes/ComponentNames.h"
 
+#include "rtl/text/Unicode.h"
 #include "win/paths/CodePage.h"
 #include "win/paths/SourceBytes.h"
 
@@ -15,10 +16,9 @@ std::optional<std::string> NameForForm(std::string_view name, const qrl::TEncodi
   if (encoding == qrl::TEncoding::Default())
     return win::IsValidUtf8(name) ? win::Utf8ToSource(name) : std::optional<std::string>(name);
   // Malformed UTF-8 would swallow what follows it. A lone surrogate survives, in its three-byte form.
-  const qrl::TEncoding& utf16 = qrl::TEncoding::Unicode();
-  std::string text(name);
-  if (utf16.GetString(utf16.GetBytes(name)) != text) return std::nullopt;
-  return text;
+  std::u16string units;
+  if (rtl::Utf8ToUtf16(name, rtl::TSurrogates::Allow, units) != std::string_view::npos) return std::nullopt;
+  return std::string(name);
 }
 
 }  // namespace mig

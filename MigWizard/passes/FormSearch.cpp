@@ -4,6 +4,7 @@
 
 #include "MigWizard/passes/UnitPass.h"
 #include "rtl/text/SysUtils.h"
+#include "rtl/text/Unicode.h"
 #include "win/paths/CodePage.h"
 
 namespace mig {
@@ -18,7 +19,7 @@ std::vector<std::string_view> Characters(std::string_view text, bool isUtf8) {
   while (!text.empty()) {
     size_t length = 1;
     if (isUtf8) {
-      while (length < text.size() && (static_cast<uint8_t>(text[length]) & 0xC0) == 0x80) ++length;
+      length = rtl::CharacterLength(text);
     } else if (text.size() > 1 && win::IsDBCSLeadByte(static_cast<uint8_t>(text[0])) &&
                win::IsDBCSTrailByte(static_cast<uint8_t>(text[1]))) {
       length = 2;

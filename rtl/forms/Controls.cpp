@@ -27,12 +27,6 @@ void TControl::SetEnabled(bool enabled) {
   Changed(TChange::Enabled);
 }
 
-void TControl::SetVisible(bool visible) {
-  if (FVisible == visible) return;
-  FVisible = visible;
-  Changed(TChange::Visible);
-}
-
 void TControl::SetFocus() {
   FForm.SetActiveControl(this);
 }

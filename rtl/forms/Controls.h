@@ -35,7 +35,7 @@ enum class TControlKind {
 };
 
 // What a view has to show anew.
-enum class TChange { Text, Checked, Enabled, Visible, Items, ActivePage, Picture };
+enum class TChange { Text, Checked, Enabled, Items, ActivePage, Picture };
 
 // Modal results: with them a button closes its form, and ShowModal returns them.
 inline constexpr int mrNone = 0;
@@ -79,8 +79,6 @@ class TControl {
   void SetText(std::string_view text);
   bool Enabled() const { return FEnabled; }
   void SetEnabled(bool enabled);
-  bool Visible() const { return FVisible; }
-  void SetVisible(bool visible);
 
   // Makes it the form's active control.
   void SetFocus();
@@ -100,7 +98,6 @@ class TControl {
   std::string FText;
   std::vector<TControl*> FControls;
   bool FEnabled = true;
-  bool FVisible = true;
 };
 
 class TLabel : public TControl {

@@ -28,7 +28,6 @@ class TMenuItem {
   const std::string& Caption() const { return FCaption; }  // "&" marks the accelerator
   void SetCaption(std::string_view caption);
   void SetOnClick(TClickEvent onClick) { FOnClick = std::move(onClick); }
-  bool HasOnClick() const { return static_cast<bool>(FOnClick); }
   // Runs the handler, if there is one. Its exceptions go on to the caller.
   void Click();
 

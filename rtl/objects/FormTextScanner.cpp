@@ -7,8 +7,9 @@
 
 #include "rtl/objects/ObjectValues.h"
 #include "rtl/text/Exceptions.h"
+#include "rtl/text/Lines.h"
 #include "rtl/text/SysUtils.h"
-#include "rtl/text/Utf16.h"
+#include "rtl/text/Unicode.h"
 #include "win/paths/CodePage.h"
 
 namespace rtl {
@@ -57,10 +58,8 @@ TFormTextScanner::TFormTextScanner(std::string_view text, bool utf8, const TForm
 }
 
 void TFormTextScanner::Fail(std::string_view reason) const {
-  size_t line = 1;
-  for (const char* at = FBegin; at != FNext; ++at)
-    if (*at == '\n' || (*at == '\r' && (at + 1 == FEnd || at[1] != '\n'))) ++line;
-  std::string message = "Form text, line " + std::to_string(line);
+  const std::string_view text(FBegin, static_cast<size_t>(FEnd - FBegin));
+  std::string message = "Form text, line " + std::to_string(TLineCounter(text).LineAt(Offset()));
   message.append(": ").append(reason);
   const std::string path = FPath.Describe();
   if (!path.empty()) message.append(" (").append(path).append(")");

@@ -8,7 +8,7 @@
 #include "rtl/objects/FormBinaryScanner.h"
 #include "rtl/objects/FormPath.h"
 #include "rtl/objects/FormTextPrinter.h"
-#include "rtl/text/Utf16.h"
+#include "rtl/text/Unicode.h"
 
 namespace rtl {
 

@@ -9,7 +9,7 @@
 #include "rtl/objects/FormPath.h"
 #include "rtl/objects/FormTextScanner.h"
 #include "rtl/text/SysUtils.h"
-#include "rtl/text/Utf16.h"
+#include "rtl/text/Unicode.h"
 
 namespace rtl {
 

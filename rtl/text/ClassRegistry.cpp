@@ -8,7 +8,7 @@
 namespace rtl {
 namespace {
 
-// By lower-cased name. The process's one registry, as the host's run-time library keeps it.
+// By lower-cased name.
 std::map<std::string, TClassInfo, std::less<>>& Registry() {
   static std::map<std::string, TClassInfo, std::less<>> classes;
   return classes;

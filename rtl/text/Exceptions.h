@@ -1,4 +1,5 @@
-// The exception classes of the run-time library. A message is complete: it names what it is about.
+// The exception classes of the run-time library. A message is complete: it names the file or object it is
+// about.
 #pragma once
 
 #include <stdexcept>
@@ -11,12 +12,14 @@ class Exception : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// The user has stopped the operation.
 class EAbort : public Exception {
   using Exception::Exception;
-};  // stopped by the user
+};
+// A contract was broken.
 class EAssertionFailed : public Exception {
   using Exception::Exception;
-};  // a contract was broken
+};
 class EOutOfMemory : public Exception {
   using Exception::Exception;
 };
@@ -26,10 +29,12 @@ class EInvalidCast : public Exception {
 class EConvertError : public Exception {
   using Exception::Exception;
 };
-// Binary form data, and form text, that cannot be read.
+
+// Binary form data cannot be read.
 class EFilerError : public Exception {
   using Exception::Exception;
 };
+// Form text cannot be read.
 class EParserError : public Exception {
   using Exception::Exception;
 };

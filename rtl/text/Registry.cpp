@@ -2,11 +2,11 @@
 
 #include <charconv>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 
+#include "rtl/text/Exceptions.h"
+#include "rtl/text/Files.h"
+#include "rtl/text/Lines.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
 #include "win/paths/Drives.h"
@@ -15,31 +15,27 @@ namespace rtl {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr uint32_t kSetValue = 0x2;
 
-// The folder of a user's settings; empty without one. A relative $XDG_CONFIG_HOME is no folder by its own
-// rules.
-fs::path ConfigFolder() {
+// Returns the folder of the user's settings, or an empty string if there is none. A relative $XDG_CONFIG_HOME
+// must be ignored.
+std::string ConfigFolder() {
   const char* configured = std::getenv("XDG_CONFIG_HOME");
-  if (configured != nullptr && *configured == '/') return configured;
+  if (configured != nullptr && *configured == '/') return win::ToWindowsPath(configured);
   const char* home = std::getenv("HOME");
-  if (home != nullptr && *home != '\0') return fs::path(home) / ".config";
+  if (home != nullptr && *home != '\0') return win::ToWindowsPath(std::string(home) + "/.config");
   return {};
 }
 
-// "Software\Tarvex" -> ~/.config/Tarvex/registry.ini: the level that all root keys share is left out.
+// Returns ~/.config/Tarvex/registry.ini for "Software\Tarvex": the level that all root keys share is left
+// out.
 std::string StoreFor(std::string_view rootKey) {
-  fs::path store = ConfigFolder();
-  if (store.empty()) return {};
-  for (size_t begin = 0; begin <= rootKey.size();) {
-    const size_t end = std::min(rootKey.find('\\', begin), rootKey.size());
-    const std::string_view level = rootKey.substr(begin, end - begin);
-    if (!level.empty() && !(begin == 0 && SameText(level, "Software"))) store /= level;
-    begin = end + 1;
-  }
-  return (store / "registry.ini").string();
+  constexpr std::string_view kSharedLevel = "Software\\";
+  const std::string folder = ConfigFolder();
+  if (folder.empty()) return {};
+  if (SameText(rootKey.substr(0, kSharedLevel.size()), kSharedLevel))
+    rootKey.remove_prefix(kSharedLevel.size());
+  return std::string(folder).append("\\").append(rootKey).append("\\registry.ini");
 }
 
 std::string Escape(std::string_view value) {
@@ -64,7 +60,7 @@ std::string Escape(std::string_view value) {
   return escaped;
 }
 
-// The value behind its escapes; nothing if one of them is none.
+// Returns the value that Escape was given, or nullopt if `escaped` holds an invalid escape.
 std::optional<std::string> Unescape(std::string_view escaped) {
   std::string value;
   for (size_t i = 0; i < escaped.size(); ++i) {
@@ -112,12 +108,6 @@ std::optional<int32_t> ParseInteger(std::string_view text) {
   return number;
 }
 
-// A line without the CR that an editor from elsewhere may have left.
-std::string_view WithoutCr(std::string_view line) {
-  if (line.ends_with('\r')) line.remove_suffix(1);
-  return line;
-}
-
 bool IsSectionLine(std::string_view line, std::string_view& name) {
   line = Trim(line);
   if (line.size() < 2 || line.front() != '[' || line.back() != ']') return false;
@@ -129,27 +119,21 @@ bool IsBlank(std::string_view line) {
   return Trim(line).empty();
 }
 
-// The lines of a store. A file that does not exist is an empty store; nothing for one that cannot be read.
-std::optional<std::vector<std::string>> ReadStore(const fs::path& store) {
+// Returns the lines of a store. A file that does not exist is an empty store; nullopt if it cannot be read.
+std::optional<std::vector<std::string>> ReadStore(const std::string& store) {
   std::vector<std::string> lines;
-  std::error_code error;
-  if (!fs::exists(store, error) && !error) return lines;
-  if (!fs::is_regular_file(store, error)) return std::nullopt;
-  std::ifstream file(store, std::ios::binary);
-  if (!file) return std::nullopt;
-  for (std::string line; std::getline(file, line);) lines.push_back(std::move(line));
-  if (file.bad()) return std::nullopt;
+  if (win::FileSystem().GetFileAttributesA(store) == win::INVALID_FILE_ATTRIBUTES) {
+    const uint32_t error = win::GetLastError();
+    if (error == win::ERROR_FILE_NOT_FOUND || error == win::ERROR_PATH_NOT_FOUND) return lines;
+    return std::nullopt;
+  }
+  try {
+    const std::string text = ReadFile(store);
+    for (std::string_view rest = text; !rest.empty();) lines.emplace_back(TakeLine(rest));
+  } catch (const EStreamError&) {
+    return std::nullopt;
+  }
   return lines;
-}
-
-// Replaces the store in one step. A link is followed, so that it stays a link; a store that its owner has
-// write-protected stays as it is.
-void ReplaceStore(const fs::path& store, const std::vector<std::string>& lines) {
-  std::error_code error;
-  fs::create_directories(store.parent_path(), error);
-  std::string text;
-  for (const std::string& line : lines) text.append(line) += '\n';
-  [[maybe_unused]] const bool isReplaced = win::ReplaceFileContents(win::ToWindowsPath(store.string()), text);
 }
 
 }  // namespace
@@ -187,55 +171,57 @@ void TRegIniFile::WriteBool(std::string_view section, std::string_view key, bool
 
 void TRegIniFile::WriteString(std::string_view section, std::string_view key, std::string_view value) {
   if (!FWritable || FStoreName.empty()) return;
-  // A store that is there and cannot be read is not overwritten: its settings would be lost.
+  // A store that exists and cannot be read is not overwritten: its settings would be lost.
   auto lines = ReadStore(FStoreName);
   if (!lines) return;
   FLines = std::move(*lines);
 
   std::string line = std::string(key) + "=" + Escape(value);
-  const TPlace place = FindKey(FLines, section, key);
-  const auto at = FLines.begin() + static_cast<std::ptrdiff_t>(place.Line);
-  if (place.KeyFound) {
+  const TKeyLine found = FindKey(FLines, section, key);
+  const auto at = FLines.begin() + static_cast<std::ptrdiff_t>(found.Line);
+  if (found.KeyFound) {
     if (*at == line) return;
     *at = std::move(line);
-  } else if (place.SectionFound) {
+  } else if (found.SectionFound) {
     FLines.insert(at, std::move(line));
   } else {
     if (!FLines.empty() && !IsBlank(FLines.back())) FLines.emplace_back();
     FLines.push_back("[" + std::string(section) + "]");
     FLines.push_back(std::move(line));
   }
-  ReplaceStore(FStoreName, FLines);
+  std::string text;
+  for (const std::string& each : FLines) text.append(each).append("\n");
+  if (CreateFolders(ExtractFileDir(FStoreName))) (void)win::ReplaceFileContents(FStoreName, text);
 }
 
-TRegIniFile::TPlace TRegIniFile::FindKey(const TLines& lines, std::string_view section,
-                                         std::string_view key) {
-  TPlace place;
+TRegIniFile::TKeyLine TRegIniFile::FindKey(const TLines& lines, std::string_view section,
+                                           std::string_view key) {
+  TKeyLine found;
   bool inSection = false;
   for (size_t i = 0; i < lines.size(); ++i) {
     const std::string_view line = lines[i];
     std::string_view name;
     if (IsSectionLine(line, name)) {
       inSection = SameText(name, section);
-      if (inSection && !place.SectionFound) {
-        place.SectionFound = true;
-        place.Line = i + 1;
+      if (inSection && !found.SectionFound) {
+        found.SectionFound = true;
+        found.Line = i + 1;
       }
     } else if (inSection && !IsBlank(line)) {
       const size_t equals = line.find('=');
       if (equals != std::string_view::npos && SameText(Trim(line.substr(0, equals)), key)) {
         return {.SectionFound = true, .KeyFound = true, .Line = i};
       }
-      place.Line = i + 1;
+      found.Line = i + 1;
     }
   }
-  return place;
+  return found;
 }
 
 bool TRegIniFile::ReadRaw(std::string_view section, std::string_view key, std::string& value) const {
-  const TPlace place = FindKey(FLines, section, key);
-  if (!place.KeyFound) return false;
-  const std::string_view line = WithoutCr(FLines[place.Line]);
+  const TKeyLine found = FindKey(FLines, section, key);
+  if (!found.KeyFound) return false;
+  const std::string_view line = FLines[found.Line];
   auto unescaped = Unescape(line.substr(line.find('=') + 1));
   if (!unescaped) return false;
   value = std::move(*unescaped);

@@ -1,12 +1,11 @@
-// TRegIniFile: the user's settings, by section and key, under a root key such as "Software\Vendor".
+// TRegIniFile: the user's settings, by section and key, below a root key such as "Software\Vendor".
 //
-// On Windows the store is the registry. Elsewhere it is one text file a root key, `Vendor/registry.ini` below
-// $XDG_CONFIG_HOME or ~/.config: `[section]` and `key=value` lines in UTF-8, with control characters and
-// backslashes escaped as \n, \r, \t, \xHH and \\. Lines that are not of this form are somebody else's and
-// stay.
+// On Windows the store is the registry. Elsewhere each root key has one text file, `Vendor/registry.ini`
+// below $XDG_CONFIG_HOME or ~/.config: `[section]` and `key=value` lines in UTF-8, with control characters
+// and backslashes escaped as \n, \r, \t, \xHH and \\. Other lines are kept.
 //
-// Nothing here fails: what cannot be read gives the default, what cannot be written is not stored. Section
-// and key are names: a section holds no control character and no bracket, a key neither these nor "=".
+// No operation fails: a value that cannot be read gives the default, and a value that cannot be written is
+// not stored. The name of a section holds no control character and no bracket, a key neither these nor "=".
 #pragma once
 
 #include <cstdint>
@@ -20,41 +19,37 @@ inline constexpr uint32_t KEY_READ_WRITE = 0x2001F;
 
 class TRegIniFile {
  public:
-  // Opens the store of `rootKey`, reading it once. `access` is the access mask that the user of the store
-  // needs: without the right to set values (0x2) all writes are dropped.
+  // Opens the store of `rootKey` and reads it. `access` is an access mask: without the right to set values
+  // (0x2) nothing is written.
   TRegIniFile(std::string_view rootKey, uint32_t access);
 
-  // The value of `key` in `section`, both found ignoring the case of ASCII letters. `defaultValue` where
-  // there is none, and for an integer or a Boolean (0 is False, any other number True) whose text is no
-  // number.
+  // Returns the value of `key` in `section`, both found ignoring the case of ASCII letters, or `defaultValue`
+  // if there is none. An integer whose text is no number gives the default, too; a Boolean is an integer, and
+  // true unless it is 0.
   int32_t ReadInteger(std::string_view section, std::string_view key, int32_t defaultValue) const;
   std::string ReadString(std::string_view section, std::string_view key, std::string_view defaultValue) const;
   bool ReadBool(std::string_view section, std::string_view key, bool defaultValue) const;
 
-  // Sets the value, and makes the section where it is missing. The store is replaced in one step before the
-  // call returns: at no moment is there half a file. Settings that another process has stored meanwhile are
-  // kept.
+  // Sets the value, and adds the section if it is missing. The file is replaced in one step before the call
+  // returns. Settings that another process has stored since the last read are kept.
   void WriteInteger(std::string_view section, std::string_view key, int32_t value);
   void WriteString(std::string_view section, std::string_view key, std::string_view value);
   void WriteBool(std::string_view section, std::string_view key, bool value);
 
-  // The host's name of the file behind the store; empty where the user has no folder for settings.
-  const std::string& StoreName() const { return FStoreName; }
-
  private:
   using TLines = std::vector<std::string>;
-  // Where a key stands, or else where its line would go; Line counts from 0.
-  struct TPlace {
+  // The line of a key, counted from 0, or the line before which it is to be inserted.
+  struct TKeyLine {
     bool SectionFound = false;
     bool KeyFound = false;
     size_t Line = 0;
   };
-  static TPlace FindKey(const TLines& lines, std::string_view section, std::string_view key);
+  static TKeyLine FindKey(const TLines& lines, std::string_view section, std::string_view key);
   bool ReadRaw(std::string_view section, std::string_view key, std::string& value) const;
 
-  std::string FStoreName;
+  std::string FStoreName;  // a Windows path; empty if the user has no folder for settings
   bool FWritable;
-  TLines FLines;  // the file as read or written last, without line ends
+  TLines FLines;  // the file as last read or written, without line ends
 };
 
 }  // namespace rtl

@@ -1,4 +1,4 @@
-// Byte streams: a file of the file system in force, or memory.
+// Byte streams: a file on the file system in force, or memory.
 #pragma once
 
 #include <cstddef>
@@ -26,25 +26,25 @@ class TStream {
  public:
   virtual ~TStream() = default;
 
-  // Reads up to `count` bytes at the position and moves behind them. The number read; 0 only at the end.
-  // A failure of the device raises EReadError.
+  // Reads up to `count` bytes at the position and advances it. Returns the number of bytes read, 0 only at
+  // the end. Raises EReadError if the device fails.
   virtual size_t Read(void* buffer, size_t count) = 0;
-  // Writes over what stands at the position, growing the stream where it ends. Raises EWriteError; how much
-  // was written then is open.
+  // Overwrites the bytes at the position, extends the stream where it ends, and advances the position. Raises
+  // EWriteError; any number of the bytes may have been written then.
   virtual void Write(const void* buffer, size_t count) = 0;
   virtual int64_t Position() const = 0;
   virtual void SetPosition(int64_t position) = 0;
   virtual int64_t Size() = 0;
 
   void Write(std::string_view bytes) { Write(bytes.data(), bytes.size()); }
-  // All bytes from the position to the end; the position moves there.
+  // Returns all bytes from the position to the end, and moves there.
   virtual std::string ReadToEnd();
 };
 
 class TFileStream : public TStream {
  public:
-  // `fileName` is a Windows path, `mode` one of the fm constants. Raises EFCreateError or EFOpenError with
-  // the texts 'Cannot create file "%s". %s' and 'Cannot open file "%s". %s': path and system's reason.
+  // `fileName` is a Windows path, `mode` one of the fm constants. Raises EFCreateError 'Cannot create file
+  // "%s". %s' or EFOpenError 'Cannot open file "%s". %s', with the path and the system's reason.
   TFileStream(std::string_view fileName, uint16_t mode);
   ~TFileStream() override;
 
@@ -64,8 +64,7 @@ class TFileStream : public TStream {
   int64_t FPosition = 0;
 };
 
-// A stream in memory. Writing over from an earlier position leaves what stands behind it: nothing is
-// shortened.
+// A stream in memory. Overwriting from an earlier position keeps the bytes after the written ones.
 class TMemoryStream : public TStream {
  public:
   TMemoryStream() = default;
@@ -80,7 +79,7 @@ class TMemoryStream : public TStream {
 
   void Reserve(size_t bytes) { FBytes.reserve(bytes); }
   const std::string& Bytes() const { return FBytes; }
-  // Gives the bytes away; the stream is empty afterwards.
+  // Moves the bytes out and leaves the stream empty.
   std::string TakeBytes();
 
  private:

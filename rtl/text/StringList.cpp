@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "rtl/text/Exceptions.h"
+#include "rtl/text/Files.h"
+#include "rtl/text/Lines.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 
@@ -76,16 +78,7 @@ std::string TStringList::Text() const {
 
 void TStringList::SetText(std::string_view text) {
   Clear();
-  while (!text.empty()) {
-    const size_t end = std::min(text.find_first_of("\r\n"), text.size());
-    Add(text.substr(0, end));
-    text.remove_prefix(end);
-    if (text.substr(0, 2) == "\r\n") {
-      text.remove_prefix(2);
-    } else if (!text.empty()) {
-      text.remove_prefix(1);
-    }
-  }
+  while (!text.empty()) Add(TakeLine(text));
 }
 
 std::string_view TStringList::Names(int index) const {
@@ -121,7 +114,7 @@ void TStringList::IndexNames() const {
   FNamesIndexed = true;
 }
 
-// A line without "=" has no name; the empty name is that of a line that begins with "=".
+// A line without "=" has no name. A line that begins with "=" has the empty name.
 void TStringList::IndexName(size_t line) const {
   const size_t divider = FLines[line].Text.find('=');
   if (divider != std::string::npos)
@@ -134,8 +127,7 @@ void TStringList::SaveToFile(std::string_view fileName) const {
 }
 
 void TStringList::LoadFromFile(std::string_view fileName) {
-  TFileStream file(fileName, fmOpenRead | fmShareDenyNone);
-  SetText(file.ReadToEnd());
+  SetText(ReadFile(fileName));
 }
 
 }  // namespace rtl

@@ -1,7 +1,7 @@
-// The universal container: an ordered list of strings, each with an integer in its object slot.
+// TStringList: an ordered list of strings, each with an integer in its object slot.
 //
-// Search and comparison ignore the case of ASCII letters. Lines of the form `name=value` are read with Names
-// and Values; the first "=" divides. Indices count from 0.
+// Search and comparison ignore the case of ASCII letters. Indices count from 0. Names and Values treat a line
+// "name=value" as a pair; the first "=" divides it.
 #pragma once
 
 #include <cstddef>
@@ -21,37 +21,41 @@ class TStringList {
   const std::string& operator[](int index) const { return FLines[static_cast<size_t>(index)].Text; }
   TObject Objects(int index) const { return FLines[static_cast<size_t>(index)].Object; }
 
-  // Adds at the end, or at its place in a sorted list, where a string that is there already is not added
-  // again. The index of the string.
+  // Adds a string and returns its index. In a sorted list it is inserted at its place, unless the list
+  // contains it already; otherwise it is appended.
   int Add(std::string_view text) { return AddObject(text, 0); }
   int AddObject(std::string_view text, TObject object);
+  // Inserts before `index`, which is at most Count. The list must not be sorted.
   void Insert(int index, std::string_view text);
   void Put(int index, std::string_view text);
   void Delete(int index);
   void Clear();
 
-  bool Sorted() const { return FSorted; }
-  void SetSorted(bool sorted);  // sorts what is there
-  // Binary search in a sorted list. True and the index, or False and the index where `text` would go.
+  // Sorts the list, and keeps it sorted from then on if `sorted` is set.
+  void SetSorted(bool sorted);
+  // Binary search in a sorted list. Returns true and the index of `text`, or false and the index at which it
+  // would be inserted.
   [[nodiscard]] bool Find(std::string_view text, int& index) const;
-  // The first entry equal to `text`, or -1.
+  // Returns the index of the first string equal to `text`, or -1.
   int IndexOf(std::string_view text) const;
 
-  // The lines, each ended by CR LF. Setting splits at CR, LF or CR LF; a line end at the very end opens no
-  // further line.
+  // Returns the lines, each ended by CR LF.
   std::string Text() const;
+  // Replaces the list by the lines of `text`, which end with CR, LF or CR LF. A line end at the end of the
+  // text starts no further line.
   void SetText(std::string_view text);
 
-  // What stands before a line's first "=", and empty for a line without one.
+  // Returns the part of a line before its first "="; empty if there is none.
   std::string_view Names(int index) const;
-  // What stands behind the "=" of the first line of that name; empty without such a line. Takes the same time
-  // in a list of any length.
+  // Returns the part after the "=" of the first line with that name; empty if there is none. Takes constant
+  // time.
   std::string_view Values(std::string_view name) const;
-  // Replaces what stands behind that line's "=", and keeps the line's place and the spelling of its name; or
-  // appends the line `name=value`.
+  // Replaces the part after the "=" of that line, which keeps its position and the spelling of its name, or
+  // appends the line "name=value".
   void SetValue(std::string_view name, std::string_view value);
 
-  // `fileName` is a Windows path; the text in the form of Text, no mark. Exceptions are those of TFileStream.
+  // Writes and reads the text as Text and SetText have it, without a byte order mark. `fileName` is a Windows
+  // path. Raises what TFileStream raises.
   void SaveToFile(std::string_view fileName) const;
   void LoadFromFile(std::string_view fileName);
 
@@ -65,8 +69,8 @@ class TStringList {
 
   std::vector<TLine> FLines;
   bool FSorted = false;
-  // Lower-cased name -> first line of that name; made on the first look-up, dropped by changes other than
-  // appending.
+  // Maps a lower-cased name to the first line with that name. Built by the first search, invalidated by every
+  // change except appending.
   mutable std::unordered_map<std::string, size_t> FNameIndex;
   mutable bool FNamesIndexed = false;
 };

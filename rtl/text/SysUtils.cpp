@@ -25,7 +25,7 @@ bool IsDriveRoot(std::string_view path) {
   return path.size() == 3 && path[1] == ':' && path[2] == '\\';
 }
 
-// Where the extension begins, with its dot; the name's end if it has none.
+// Returns the offset of the extension's dot, or the length of the name if it has no extension.
 size_t ExtensionStart(std::string_view fileName) {
   const size_t place = fileName.find_last_of(".\\:");
   return place != std::string_view::npos && fileName[place] == '.' ? place : fileName.size();
@@ -107,7 +107,7 @@ std::string DateTimeNowToStr() {
   std::locale user = std::locale::classic();
   try {
     user = std::locale("");
-  } catch (const std::runtime_error&) {  // a locale is named that the machine does not have
+  } catch (const std::runtime_error&) {  // the environment names a locale that is not installed
   }
   std::ostringstream text;
   text.imbue(user);

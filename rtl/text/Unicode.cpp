@@ -1,4 +1,4 @@
-#include "rtl/text/Utf16.h"
+#include "rtl/text/Unicode.h"
 
 #include <cstdint>
 
@@ -13,12 +13,12 @@ constexpr bool IsLowSurrogate(uint32_t unit) {
   return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-// Length and lowest value of a sequence by its first byte; length 0 for a byte that begins none.
 struct TSequence {
   size_t Length;
-  uint32_t Lowest;
-  uint32_t FirstBits;
+  uint32_t Lowest;     // the lowest character that needs this length
+  uint32_t FirstBits;  // the bits of the character in the first byte
 };
+// Returns the sequence that `first` begins; its length is 0 if no sequence begins with that byte.
 constexpr TSequence SequenceOf(uint8_t first) {
   if (first < 0x80) return {1, 0, first};
   if (first >= 0xC2 && first <= 0xDF) return {2, 0x80, first & 0x1FU};
@@ -27,7 +27,8 @@ constexpr TSequence SequenceOf(uint8_t first) {
   return {0, 0, 0};
 }
 
-// The character at the front of `units`, a lone surrogate as itself; and how many units it takes.
+// Returns the first character of `units`, a lone surrogate as itself, and sets `count` to its number of
+// units.
 uint32_t FrontOf(std::u16string_view units, size_t& count) {
   const uint32_t first = units[0];
   count = 1;
