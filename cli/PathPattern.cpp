@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "rtl/text/Unicode.h"
 #include "win/paths/CodePage.h"
 
 namespace cli {
@@ -12,12 +13,6 @@ std::string Folded(std::string_view path) {
   std::string folded = win::UpperFileName(path);
   std::replace(folded.begin(), folded.end(), '\\', '/');
   return folded;
-}
-
-size_t CharacterLength(std::string_view text) {
-  size_t length = 1;
-  while (length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) ++length;
-  return length;
 }
 
 // Removes a set "[...]" from the front of the pattern and returns whether `character` is in it. A "[" that is
@@ -31,11 +26,11 @@ bool MatchSet(std::string_view& pattern, std::string_view character, bool& isSet
   if (!isSet) return false;
   bool found = false;
   while (at < end) {
-    const std::string_view low = pattern.substr(at, CharacterLength(pattern.substr(at)));
+    const std::string_view low = pattern.substr(at, rtl::CharacterLength(pattern.substr(at)));
     at += low.size();
     std::string_view high = low;
     if (at + 1 < end && pattern[at] == '-') {
-      high = pattern.substr(at + 1, CharacterLength(pattern.substr(at + 1)));
+      high = pattern.substr(at + 1, rtl::CharacterLength(pattern.substr(at + 1)));
       at += 1 + high.size();
     }
     // The order of UTF-8 texts is that of their code points.
@@ -49,7 +44,7 @@ bool MatchSet(std::string_view& pattern, std::string_view character, bool& isSet
 // text. Returns whether they match.
 bool MatchOne(std::string_view& pattern, std::string_view& text) {
   if (pattern.empty() || text.empty()) return false;
-  const std::string_view character = text.substr(0, CharacterLength(text));
+  const std::string_view character = text.substr(0, rtl::CharacterLength(text));
   bool matches = false;
   bool isSet = false;
   if (pattern.front() == '?') {
@@ -81,7 +76,7 @@ bool Matches(std::string_view pattern, std::string_view text) {
     if (pattern.empty() && text.empty()) return true;
     if (MatchOne(pattern, text)) continue;
     if (!hasStar || starText.empty()) return false;
-    starText.remove_prefix(CharacterLength(starText));
+    starText.remove_prefix(rtl::CharacterLength(starText));
     pattern = starPattern;
     text = starText;
   }

@@ -36,14 +36,6 @@ constexpr int kMessageTime = 10000;  // milliseconds
 constexpr char kProjectFilter[] =
     "Projects and groups (*.dpr *.dpk *.dproj *.bdsproj *.bpg *.groupproj *.bdsgroup);;All files (*)";
 
-bool IsForm(std::string_view fileName) {
-  const std::string extension = rtl::ExtractFileExt(fileName);
-  for (const char* const form : {".dfm", ".nfm", ".xfm", ".fmx"}) {
-    if (rtl::SameText(extension, form)) return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 THostWindow::THostWindow(TFrontEnd& frontEnd) : FFrontEnd(frontEnd) {
@@ -265,7 +257,7 @@ bool THostWindow::OpenProject(std::string_view fileName) {
 
 void THostWindow::OpenFile(const std::string& fileName) {
   host::TModule& module =
-      FHost.OpenModule(IsForm(fileName) ? rtl::ChangeFileExt(fileName, ".pas") : fileName);
+      FHost.OpenModule(host::IsFormFile(fileName) ? rtl::ChangeFileExt(fileName, ".pas") : fileName);
   for (int i = 0; i < module.EditorCount(); ++i) {
     if (rtl::SameText(module.Editor(i).Buffer().FileName(), fileName)) return ShowEditor(module.Editor(i));
   }

@@ -27,12 +27,10 @@ QTreeWidgetItem* AddItem(QTreeWidgetItem* parent, const std::string& text, const
   return item;
 }
 
+// Returns the first form of a unit, or an empty string.
 std::string FormOf(const std::string& unit) {
-  for (const char* const extension : {".dfm", ".nfm", ".xfm", ".fmx"}) {
-    std::string form = rtl::ChangeFileExt(unit, extension);
-    if (rtl::FileExists(form)) return form;
-  }
-  return {};
+  const std::vector<std::string> forms = host::FormFilesOf(unit);
+  return forms.empty() ? std::string() : forms.front();
 }
 
 }  // namespace

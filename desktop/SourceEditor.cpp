@@ -67,7 +67,7 @@ TSourceEditor::~TSourceEditor() {
 }
 
 void TSourceEditor::SetColors() {
-  const bool isForm = FEditor.Kind() == host::TFileEditor::TKind::Form;
+  const bool isForm = FEditor.Kind() == host::TEditorKind::Form;
   FHighlighter = std::make_unique<TSourceHighlighter>(document(), isForm, IsDark(*this));
 }
 
@@ -79,7 +79,7 @@ void TSourceEditor::changeEvent(QEvent* event) {
 void TSourceEditor::Load() {
   const QScopedValueRollback guard(FIsOwnChange, true);
   const std::string& bytes = FEditor.Buffer().Bytes();
-  FSource.emplace(bytes, FEditor.Kind() == host::TFileEditor::TKind::Form);
+  FSource.emplace(bytes, FEditor.Kind() == host::TEditorKind::Form);
   const int line = textCursor().blockNumber();
   const int scroll = verticalScrollBar()->value();
   setPlainText(FSource->Text());

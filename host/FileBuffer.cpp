@@ -2,34 +2,46 @@
 
 #include <utility>
 
-#include "rtl/text/Streams.h"
+#include "rtl/text/Exceptions.h"
+#include "rtl/text/Files.h"
 #include "win/FileApi.h"
 
 namespace host {
 
-namespace {
-
-std::string ReadFile(std::string_view fileName) {
-  return rtl::TFileStream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone).ReadToEnd();
+// The stamp is taken first: a change between the two steps shows as a change on the disk.
+void TFileBuffer::Load() {
+  const std::optional<win::TFileStamp> stamp = win::GetFileStamp(FFileName);
+  FBytes = rtl::ReadFile(FFileName);
+  FLoaded = stamp;
 }
 
-}  // namespace
-
 const std::string& TFileBuffer::Bytes() {
-  if (!FBytes) FBytes = ReadFile(FFileName);
+  if (!FBytes) Load();
   return *FBytes;
 }
 
 void TFileBuffer::SetBytes(std::string bytes) {
   if (FBytes && *FBytes == bytes) return;
+  if (!FBytes) FLoaded = win::GetFileStamp(FFileName);
   FBytes = std::move(bytes);
   FModified = true;
   Changed();
 }
 
-bool TFileBuffer::Save() {
+bool TFileBuffer::ChangedOnDisk() const {
+  if (!FBytes) return false;
+  const std::optional<win::TFileStamp> stamp = win::GetFileStamp(FFileName);
+  return stamp && stamp != FLoaded;
+}
+
+bool TFileBuffer::Save(bool overwriteChanged) {
   if (!FModified) return true;
+  if (!overwriteChanged && ChangedOnDisk()) {
+    win::SetLastError(win::ERROR_SHARING_VIOLATION);
+    return false;
+  }
   if (!win::ReplaceFileContents(FFileName, *FBytes)) return false;
+  FLoaded = win::GetFileStamp(FFileName);
   FModified = false;
   Changed();
   return true;
@@ -37,13 +49,13 @@ bool TFileBuffer::Save() {
 
 bool TFileBuffer::Reload() {
   if (!FBytes) return true;
+  const std::string before = *FBytes;
   try {
-    std::string bytes = ReadFile(FFileName);
-    if (!FModified && bytes == *FBytes) return true;
-    FBytes = std::move(bytes);
+    Load();
   } catch (const rtl::EStreamError&) {
     return false;
   }
+  if (!FModified && *FBytes == before) return true;
   FModified = false;
   Changed();
   return true;

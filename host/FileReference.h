@@ -7,8 +7,8 @@ namespace host {
 
 struct TFileReference {
   std::string Name;
-  std::string FormName{};   // of a unit with a form, where the file tells it
-  std::string FormClass{};  // likewise: "TDataModule", "TFrame"
+  std::string FormName{};   // of a unit with a form, if the file gives it
+  std::string FormClass{};  // the same: "TDataModule", "TFrame"
   int Line = 0;             // where the file names it, from 1
 };
 

@@ -38,7 +38,7 @@ class TGroupReader {
   }
 
  private:
-  // The depth is that of different groups, each a file that lists the next.
+  // The recursion is as deep as different groups list one another.
   void ReadOne(const std::string& fileName) {
     FOpen.insert(FileKey(fileName));
     for (const TFileReference& reference : ReadReferences(fileName)) {
@@ -66,14 +66,13 @@ class TGroupReader {
   void CheckIsFile(std::string_view namedIn, int line, const std::string& name) {
     const TFileKind kind = KindOfFile(name);
     if (kind == TFileKind::File) return;
-    const bool isFolder = kind == TFileKind::Folder;
-    throw EHostError(
-        At(namedIn, line, "the project " + Quoted(name) + (isFolder ? " is a folder." : " does not exist.")));
+    const std::string reason = kind == TFileKind::Folder ? "is a folder." : ReasonOfMissing();
+    throw EHostError(At(namedIn, line, "the project " + Quoted(name) + " " + reason));
   }
 
   TGroupFile FGroup;
-  std::unordered_set<std::string> FOpen;    // keys of the groups on the way to the present one
-  std::unordered_set<std::string> FRead;    // keys of the groups that were met
+  std::unordered_set<std::string> FOpen;    // keys of the groups from the outermost to the current one
+  std::unordered_set<std::string> FRead;    // keys of the groups that were read
   std::unordered_set<std::string> FListed;  // keys of Projects
 };
 

@@ -11,14 +11,14 @@ namespace host {
 
 struct TGroupFile {
   std::string FileName;
-  // Full paths, in the group's order, each project once; those of a group in the group stand in its place.
+  // Full paths in the group's order, each project once. A group in the group is replaced by its projects.
   std::vector<std::string> Projects;
-  // What the group lists and this host cannot open, projects of other languages: a line for each.
+  // A message for each entry that this host cannot open: projects of other languages.
   std::vector<std::string> PassedOver;
 };
 
-// Reads the group `fileName`, a full Windows path. Raises EHostError, with file and line, when it cannot be
-// read, lists a project that does not exist, or leads back to itself; and rtl::EFOpenError.
+// Reads the group `fileName`, a full Windows path. Raises EHostError, with file and line, if the group cannot
+// be read, lists a project that does not exist, or contains itself; and rtl::EFOpenError.
 TGroupFile ReadGroupFile(std::string_view fileName);
 
 }  // namespace host

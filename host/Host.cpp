@@ -20,7 +20,7 @@ using toolsapi::TIntf;
 
 namespace {
 
-// The host whose services BorlandIDEServices are; a module's entry point registers its wizard there.
+// The host that BorlandIDEServices belongs to. The entry point of a module registers its wizard there.
 THost* CurrentHost = nullptr;
 
 struct TTopItem {
@@ -52,11 +52,14 @@ THost::THost() {
 }
 
 THost::~THost() {
-  FObservers.clear();
-  std::vector<TUnitModule*> units;
-  for (const TIntf<TUnitModule>& unit : FUnits) units.push_back(unit.Get());
-  RemoveUnits(units);
-  RemoveGroup();
+  // Nothing here allocates memory.
+  for (const TIntf<TUnitModule>& unit : FUnits) unit->Detach();
+  if (FGroup) {
+    for (int i = 0; i < FGroup->Count(); ++i) (*FGroup)[i].Detach();
+    FGroup->Detach();
+  }
+  FUnits.clear();
+  FGroup = nullptr;
   FWizards.clear();
   if (BorlandIDEServices == FServices) BorlandIDEServices = nullptr;
   FServicesObject->CutOff();
@@ -66,7 +69,7 @@ THost::~THost() {
 // --- Projects ---
 
 bool THost::OpenProject(std::string_view name, bool newGroup) {
-  // What the project names is taken from its folder, so that has to be a full path whoever the caller is.
+  // Names in the project are relative to its folder, so its path must be full.
   std::string fileName = win::ToWindowsPath(name);
   if (fileName.empty()) fileName = name;
   const bool isGroup = IsGroupKind(ProjectKindOf(fileName));
@@ -92,7 +95,7 @@ bool THost::OpenProject(std::string_view name, bool newGroup) {
 void THost::Install(std::string_view groupFile, std::vector<TProjectFile> projects) {
   FGroup = MakeIntf<TProjectGroup>(*this, groupFile);
   for (TProjectFile& file : projects) {
-    for (const std::string& line : file.Missing) win::Diagnose(line);
+    for (const TMissingFile& missing : file.Missing) win::Diagnose(missing.Message);
     const TIntf<TProject> project = MakeIntf<TProject>(*this, std::move(file));
     EnterFiles(*project);
     FGroup->Add(project);
@@ -105,7 +108,7 @@ void THost::AddProject(TProjectFile file) {
   for (int i = 0; i < FGroup->Count(); ++i) {
     if (&(*FGroup)[i] == open) return SetActiveProject((*FGroup)[i]);
   }
-  for (const std::string& line : file.Missing) win::Diagnose(line);
+  for (const TMissingFile& missing : file.Missing) win::Diagnose(missing.Message);
   const TIntf<TProject> project = MakeIntf<TProject>(*this, std::move(file));
   EnterFiles(*project);
   FGroup->Add(project);
@@ -231,7 +234,7 @@ void THost::RegisterWizard(const TIntf<toolsapi::IOTAWizard>& wizard) {
 }
 
 void THost::LoadWizardModule(std::string_view fileName) {
-  // It stays loaded even if it refuses: by then the menu may hold handlers of it.
+  // The module stays loaded even if it refuses, because the menu may already hold handlers of it.
   TWizardModule& module = *FWizardModules.emplace_back(std::make_unique<TWizardModule>(fileName));
   const size_t before = FWizards.size();
   if (module.Init(FServices, &THost::RegisterWizard)) return;

@@ -1,13 +1,13 @@
-// The stand-alone host: what takes the IDE's place for users who have none at hand.
+// The stand-alone host: replaces the IDE for users who do not have one at hand.
 //
-//   host::THost host;                              // from here on BorlandIDEServices is there
+//   host::THost host;                              // sets BorlandIDEServices
 //   host.OpenProject("C:\\App\\App.dproj", true);
 //   ... mig::TIDEUtils::GetProjectFileName() ...
 //
-// It holds a project group with its projects, the units that are open, and a main menu, and answers the
-// interfaces of toolsapi. It draws nothing: a front end watches it through THostObserver and answers its
-// questions; without one it works just as well. There is one host at a time, and all calls come from its
-// thread. File names are full Windows paths, UTF-8.
+// It holds a project group with its projects, the open units and a main menu, and implements the interfaces
+// of toolsapi. It draws nothing: a front end, if there is one, observes it (THostObserver) and answers its
+// questions. There is one host at a time, and all calls come from its thread. File names are full Windows
+// paths in UTF-8.
 #pragma once
 
 #include <functional>
@@ -29,63 +29,64 @@ namespace host {
 
 class THostServices;
 
-// The user's word on a modified buffer: save it, drop the changes, or go back.
+// The user's answer about a modified buffer: save it, discard the changes, or cancel the operation.
 enum class TSaveAnswer { Yes, No, Cancel };
 
 class THost {
  public:
   THost();
-  // Closes everything without a question. Modules and services that clients still hold are cut off, not
-  // destroyed.
+  // Closes everything without asking. Modules and services that clients still hold stay valid, without a
+  // host.
   ~THost();
   THost(const THost&) = delete;
   THost& operator=(const THost&) = delete;
 
-  // --- Projects. ---
-  // Opens a group file, or a project in a group of its own; with `newGroup` False a project joins the open
-  // group and becomes the active one. False when what is open could not be closed. Whatever is wrong with the
-  // files raises EHostError or rtl::EFOpenError, and what was open stays so. Missing units are told, a
-  // line each.
+  // --- Projects. --- Opens a group, or a project in a group of its own. Unless `newGroup` is set, a project
+  // is added to the open group and becomes the active one. Returns false if the open group could not be
+  // closed. Raises EHostError or rtl::EFOpenError for files that cannot be used; what was open stays open
+  // then. Missing units are reported, a line each (win/Diagnostics.h), and listed in TProject::Missing.
   [[nodiscard]] bool OpenProject(std::string_view fileName, bool newGroup);
-  TProjectGroup* Group() const { return FGroup.Get(); }  // null when nothing is open
+  TProjectGroup* Group() const { return FGroup.Get(); }  // null if nothing is open
   TProject* ActiveProject() const { return FGroup ? FGroup->ActiveProject() : nullptr; }
   void SetActiveProject(TProject& project);  // one of the group's
 
   // --- Units. ---
-  // The module of the file, opened if it was not. Raises EHostError for a file that is not there.
+  // Returns the module of the file, and opens it if necessary. Raises EHostError if there is no such file.
   TModule& OpenModule(std::string_view fileName);
-  // The open module that has an editor of this file, or bears its name; or null.
+  // Returns the open module that has this name or an editor of this file, or null.
   TModule* FindModule(std::string_view fileName) const;
-  const std::vector<toolsapi::TIntf<TUnitModule>>& Units() const {
-    return FUnits;
-  }  // in the order of opening
-  // The group's projects that list the file.
+  // The open units, in the order of opening.
+  const std::vector<toolsapi::TIntf<TUnitModule>>& Units() const { return FUnits; }
+  // Returns the projects of the group that list the file.
   std::vector<toolsapi::TIntf<toolsapi::IOTAProject>> OwnersOf(std::string_view fileName) const;
-  // Drops the copy of the file's module, forms included, and takes it from disk. True when that could be
-  // done, or the file exists and is not open.
+  // Reloads the module of the file, forms included, and discards changes in memory. Returns true if that
+  // succeeded, or if the file exists and is not open.
   [[nodiscard]] bool ReloadFile(std::string_view fileName);
 
   // --- All modules: the group, its projects, the units, in this order. ---
   int ModuleCount() const;
   TModule& Module(int index) const;
 
-  // --- The menu, with "&File", "&Window" and "&Help" from the beginning. ---
+  // --- The menu. It has "&File", "&Window" and "&Help" from the start. ---
   rtl::TMainMenu& MainMenu() { return FMainMenu; }
 
-  // --- Wizards. ---
-  // Loads a module with a wizard's entry point and calls it. Raises EHostError when that cannot be done or
-  // the module refuses; none of its wizards is registered then.
+  // --- Wizards. --- Loads a module with a wizard's entry point and calls it. Raises EHostError if that fails
+  // or the module refuses; none of its wizards is registered then.
   void LoadWizardModule(std::string_view fileName);
   const std::vector<toolsapi::TIntf<toolsapi::IOTAWizard>>& Wizards() const { return FWizards; }
 
   // --- The front end. ---
   void AddObserver(THostObserver& observer);  // not owned
   void RemoveObserver(THostObserver& observer);
-  // Asked before a modified module is closed, or saved without force. Unset: Yes, so that nothing is lost.
+  // Called before a modified module is closed, or saved without force. Unset: Yes, so that nothing is lost.
   std::function<TSaveAnswer(TModule& module)> OnQuerySave;
+  // Called before a buffer is saved over a file that somebody has changed since it was loaded. Returns
+  // whether to overwrite it. Unset: no.
+  std::function<bool(TFileBuffer& buffer)> OnQueryOverwrite;
 
   // --- For the host's modules and services. ---
   TSaveAnswer QuerySave(TModule& module) const;
+  bool QueryOverwrite(TFileBuffer& buffer) const { return OnQueryOverwrite && OnQueryOverwrite(buffer); }
   void NotifyBufferChanged(TFileBuffer& buffer);
   void NotifyEditorShown(TFileEditor& editor);
   void NotifyRun(const toolsapi::TRunStep& step);
@@ -102,12 +103,12 @@ class THost {
   void ForgetFiles(const TModule& module);
   void Notify(const std::function<void(THostObserver&)>& call);
 
-  // Destroyed last: menu items may have their code in these.
+  // Destroyed last, because the handlers of menu items may be code of these modules.
   std::vector<std::unique_ptr<TWizardModule>> FWizardModules;
   rtl::TMainMenu FMainMenu;
   std::vector<THostObserver*> FObservers;
   toolsapi::TIntf<toolsapi::IInterface> FServices;
-  THostServices* FServicesObject;  // behind FServices
+  THostServices* FServicesObject;  // the object of FServices
   std::vector<toolsapi::TIntf<toolsapi::IOTAWizard>> FWizards;
   toolsapi::TIntf<TProjectGroup> FGroup;
   std::vector<toolsapi::TIntf<TUnitModule>> FUnits;

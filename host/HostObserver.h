@@ -1,5 +1,5 @@
-// What a view of the host is told. Each call comes after the change, on the main thread, and from within the
-// operation that made it: an observer looks, and changes nothing of the host.
+// The view of a host. Each call comes after the change, on the main thread, from within the operation that
+// made it. An observer must not change the host.
 #pragma once
 
 #include <string_view>
@@ -18,17 +18,21 @@ class THostObserver {
  public:
   virtual ~THostObserver() = default;
 
-  virtual void ProjectOpened() {}  // a group or a project was opened; everything of it is there
-  virtual void ProjectClosed() {}  // the same, gone
+  // A group or a project was opened, with everything in it.
+  virtual void ProjectOpened() {}
+  // A group or a project was closed.
+  virtual void ProjectClosed() {}
   virtual void ActiveProjectChanged() {}
-  virtual void ModuleOpened(TModule& module) { static_cast<void>(module); }  // a unit
-  virtual void ModuleClosed(TModule& module) { static_cast<void>(module); }  // a unit, still alive
-  virtual void BufferChanged(TFileBuffer& buffer) {
-    static_cast<void>(buffer);
-  }  // its bytes, or whether it is modified
-  virtual void EditorShown(TFileEditor& editor) { static_cast<void>(editor); }  // bring it to the front
+  // A unit was opened.
+  virtual void ModuleOpened(TModule& module) { static_cast<void>(module); }
+  // A unit was closed. The module still exists.
+  virtual void ModuleClosed(TModule& module) { static_cast<void>(module); }
+  // The bytes of a buffer changed, or whether it is modified.
+  virtual void BufferChanged(TFileBuffer& buffer) { static_cast<void>(buffer); }
+  // An editor is to be brought to the front.
+  virtual void EditorShown(TFileEditor& editor) { static_cast<void>(editor); }
   virtual void MenuChanged() {}
-  // A wizard of a loaded module is at work. This one call may end what goes on, by an exception.
+  // A wizard of a loaded module is running. This call alone may stop it, by an exception.
   virtual void RunAdvanced(const toolsapi::TRunStep& step) { static_cast<void>(step); }
   virtual void RunWarning(std::string_view message) { static_cast<void>(message); }
 };

@@ -14,19 +14,19 @@ class THostServices final
                                          toolsapi::INTAServices, toolsapi::IHostRuntime> {
  public:
   explicit THostServices(THost& host) : FHost(&host) {}
-  // From here on every operation raises EHostError: the host has ended, and somebody still holds its
-  // services.
+  // Called when the host is destroyed while somebody holds its services: every operation raises EHostError
+  // from then on.
   void CutOff() { FHost = nullptr; }
 
   int GetModuleCount() override;
   toolsapi::TIntf<toolsapi::IOTAModule> GetModule(int index) override;
 
   bool ReloadFile(std::string_view fileName) override;
-  // An empty name opens nothing and gives False.
+  // Returns false for an empty name.
   bool OpenProject(std::string_view fileName, bool newProjGroup) override;
 
   rtl::TMainMenu* GetMainMenu() override;
-  // Raises EHostError when no item bears `name`. This host knows no actions: `action` must be null.
+  // Raises EHostError if no item has that name. This host has no actions: `action` must be null.
   void AddActionMenu(std::string_view name, rtl::TAction* action, rtl::TMenuItem* menuItem, bool insertAfter,
                      bool insertAsChild) override;
 

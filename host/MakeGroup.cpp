@@ -14,12 +14,12 @@ namespace host {
 
 namespace {
 
-// Lines of a make file, joined where a backslash at the end says so, without comments.
+// The lines of a make file without comments. A line that ends with a backslash is joined with the next one.
 class TMakeLines {
  public:
   explicit TMakeLines(std::string_view text) : FRest(text) {}
 
-  // False at the end. `line` is the number of the first of the joined lines, from 1.
+  // Returns false at the end. `line` is the number of the first of the joined lines, from 1.
   bool Next(std::string& text, int& line) {
     if (FRest.empty()) return false;
     text.clear();
@@ -30,7 +30,7 @@ class TMakeLines {
       ++FLine;
       piece = piece.substr(0, piece.find('#'));
       while (!piece.empty() && IsBlank(piece.back())) piece.remove_suffix(1);
-      // A path may end in a backslash too, but then nothing stands before it on its own.
+      // A path may end with a backslash, too, but no blank comes before that one.
       goesOn = piece == "\\" || piece.ends_with(" \\") || piece.ends_with("\t\\");
       if (goesOn) piece.remove_suffix(1);
       text.append(piece);
@@ -46,7 +46,7 @@ class TMakeLines {
   int FLine = 0;
 };
 
-// Words divided by blanks; a word in double quotes may hold blanks.
+// Splits `text` at blanks. A word in double quotes may hold blanks.
 std::vector<std::string_view> Words(std::string_view text) {
   std::vector<std::string_view> words;
   for (text = rtl::Trim(text); !text.empty(); text = rtl::Trim(text)) {
@@ -59,7 +59,7 @@ std::vector<std::string_view> Words(std::string_view text) {
   return words;
 }
 
-// The position of the colon that ends a rule's targets: not that of a drive letter.
+// Returns the position of the colon that ends the targets of a rule, not of one after a drive letter.
 size_t FindRuleColon(std::string_view line) {
   for (size_t at = line.find(':'); at != line.npos; at = line.find(':', at + 1)) {
     if (at + 1 == line.size() || TMakeLines::IsBlank(line[at + 1])) return at;
@@ -82,7 +82,7 @@ class TBpgReader {
 
  private:
   void TakeLine(std::string_view line, int number) {
-    // A command of a rule, or a directive of make, whose branches all count.
+    // Skip the commands of rules, and directives: all their branches count.
     if (line.empty() || TMakeLines::IsBlank(line.front()) || line.front() == '!') return;
     const size_t equals = line.find('=');
     const size_t colon = FindRuleColon(line);
@@ -116,7 +116,7 @@ class TBpgReader {
     return text;
   }
 
-  // A target is a word, or, where a name with blanks was written without quotes, a few.
+  // A target is one word, or several if a name with blanks was written without quotes.
   std::vector<TFileReference> ListProjects() const {
     std::vector<TFileReference> projects;
     const std::vector<std::string_view> words = Words(FProjects->first);
@@ -145,7 +145,7 @@ class TBpgReader {
   std::optional<std::pair<std::string, int>> FProjects;  // value and line
   std::unordered_map<std::string, std::string> FMacros;  // by upper-cased name
   std::unordered_map<std::string, std::pair<std::string, int>>
-      FRules;  // what a target is made of, and the line
+      FRules;  // the source of a target, and the line
 };
 
 }  // namespace

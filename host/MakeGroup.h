@@ -1,5 +1,5 @@
-// The older project group, .bpg: a make file whose macro PROJECTS lists targets, with a rule for each that
-// tells the project file.
+// The older project group, .bpg: a make file whose macro PROJECTS lists targets, with a rule for each target
+// that gives its project file.
 #pragma once
 
 #include <string_view>
@@ -9,8 +9,8 @@
 
 namespace host {
 
-// The projects in the order of PROJECTS. `text` is UTF-8, `fileName` is for messages. Raises EHostError, with
-// the line, for a text without PROJECTS and for a target without a rule.
+// Returns the projects in the order of PROJECTS. `text` is UTF-8, `fileName` is for messages. Raises
+// EHostError, with the line, for a text without PROJECTS and for a target without a rule.
 std::vector<TFileReference> ReadBpg(std::string_view text, std::string_view fileName);
 
 }  // namespace host

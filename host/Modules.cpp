@@ -19,19 +19,37 @@ using toolsapi::TIntf;
 
 namespace {
 
-template <class TInterface, TFileEditor::TKind kKind>
+template <class TInterface, TEditorKind kKind>
 class TEditorObject final : public toolsapi::TInterfacedObject<TInterface>, public TFileEditor {
  public:
   using TFileEditor::TFileEditor;
   std::string GetFileName() override { return Buffer().FileName(); }
   void Show() override { TFileEditor::Show(); }
-  TKind Kind() const override { return kKind; }
+  TEditorKind Kind() const override { return kKind; }
 };
 
-using TSourceEditor = TEditorObject<IOTASourceEditor, TFileEditor::TKind::Source>;
-using TFormEditor = TEditorObject<IOTAEditor, TFileEditor::TKind::Form>;
+using TSourceEditor = TEditorObject<IOTASourceEditor, TEditorKind::Source>;
+using TFormEditor = TEditorObject<IOTAEditor, TEditorKind::Form>;
+
+constexpr std::array<std::string_view, 4> kFormExtensions = {".dfm", ".nfm", ".xfm", ".fmx"};
 
 }  // namespace
+
+bool IsFormFile(std::string_view fileName) {
+  const std::string extension = rtl::ExtractFileExt(fileName);
+  return std::any_of(kFormExtensions.begin(), kFormExtensions.end(),
+                     [&](std::string_view form) { return rtl::SameText(extension, form); });
+}
+
+std::vector<std::string> FormFilesOf(std::string_view fileName) {
+  std::vector<std::string> forms;
+  if (!rtl::SameText(rtl::ExtractFileExt(fileName), ".pas")) return forms;
+  for (const std::string_view extension : kFormExtensions) {
+    std::string form = rtl::ChangeFileExt(fileName, extension);
+    if (rtl::FileExists(form)) forms.push_back(std::move(form));
+  }
+  return forms;
+}
 
 TFileEditor::TFileEditor(TModule& module, std::string_view fileName) : FModule(&module), FBuffer(fileName) {
   FBuffer.OnChange = [this](TFileBuffer& buffer) {
@@ -52,9 +70,9 @@ bool TModule::Modified() const {
                      [](const TSlot& slot) { return slot.Editor->Buffer().Modified(); });
 }
 
-void TModule::AddEditor(TFileEditor::TKind kind, std::string_view fileName) {
+void TModule::AddEditor(TEditorKind kind, std::string_view fileName) {
   const auto add = [this](const auto& editor) { FEditors.push_back({editor, editor.Get()}); };
-  if (kind == TFileEditor::TKind::Source) {
+  if (kind == TEditorKind::Source) {
     add(MakeIntf<TSourceEditor>(*this, fileName));
   } else {
     add(MakeIntf<TFormEditor>(*this, fileName));
@@ -69,10 +87,16 @@ bool TModule::SaveBuffers() {
   bool isSaved = true;
   for (const TSlot& slot : FEditors) {
     TFileBuffer& buffer = slot.Editor->Buffer();
-    if (buffer.Save()) continue;
-    isSaved = false;
-    const uint32_t reason = win::GetLastError();
-    win::Diagnose(At(buffer.FileName(), 0, "cannot be saved. " + win::SysErrorMessage(reason)));
+    const bool isChanged = buffer.Modified() && buffer.ChangedOnDisk();
+    if (isChanged && !(FHost && FHost->QueryOverwrite(buffer))) {
+      win::Diagnose(
+          At(buffer.FileName(), 0, "was changed on the disk since it was loaded, and is not overwritten."));
+      isSaved = false;
+    } else if (!buffer.Save(/*overwriteChanged=*/isChanged)) {
+      const uint32_t reason = win::GetLastError();
+      win::Diagnose(At(buffer.FileName(), 0, "cannot be saved. " + win::SysErrorMessage(reason)));
+      isSaved = false;
+    }
   }
   return isSaved;
 }
@@ -114,13 +138,8 @@ void TModule::Detach() {
 }
 
 TUnitModule::TUnitModule(THost& host, std::string_view fileName) : TModuleObject(host, fileName) {
-  static constexpr std::array<std::string_view, 4> kFormExtensions = {".dfm", ".nfm", ".xfm", ".fmx"};
-  AddEditor(TFileEditor::TKind::Source, fileName);
-  if (!rtl::SameText(rtl::ExtractFileExt(fileName), ".pas")) return;
-  for (const std::string_view extension : kFormExtensions) {
-    const std::string form = rtl::ChangeFileExt(fileName, extension);
-    if (rtl::FileExists(form)) AddEditor(TFileEditor::TKind::Form, form);
-  }
+  AddEditor(TEditorKind::Source, fileName);
+  for (const std::string& form : FormFilesOf(fileName)) AddEditor(TEditorKind::Form, form);
 }
 
 int TUnitModule::GetOwnerCount() {

@@ -1,7 +1,7 @@
-// What the host has open, as modules: each has a file name, editors for its files, and owners.
+// The open files of the host, as modules: each has a file name, editors for its files, and owners.
 //
-// Modules and editors are counted, and clients may hold them longer than the host does. One that the host has
-// closed keeps its name and its contents, has no owners, and shows nothing.
+// Modules and editors are reference-counted, and clients may hold them longer than the host does. A module
+// that the host has closed keeps its name and its contents, has no owners, and shows nothing.
 #pragma once
 
 #include <memory>
@@ -18,19 +18,19 @@ namespace host {
 class THost;
 class TModule;
 
-// An editor of one file, as the host's views see it.
+enum class TEditorKind { Source, Form };
+
+// An editor of one file, as the views of the host see it.
 class TFileEditor {
  public:
-  enum class TKind { Source, Form };
-
   TFileEditor(TModule& module, std::string_view fileName);
   TFileEditor(const TFileEditor&) = delete;
   TFileEditor& operator=(const TFileEditor&) = delete;
 
-  virtual TKind Kind() const = 0;
+  virtual TEditorKind Kind() const = 0;
   TFileBuffer& Buffer() { return FBuffer; }
-  TModule* Module() const { return FModule; }  // null when the host has closed it
-  // Tells the observers to bring it to the front; nothing where the host has closed it.
+  TModule* Module() const { return FModule; }  // null after the host has closed it
+  // Has the observers bring the editor to the front. Does nothing after the host has closed it.
   void Show();
 
  protected:
@@ -51,16 +51,18 @@ class TModule {
   int EditorCount() const { return static_cast<int>(FEditors.size()); }
   TFileEditor& Editor(int index) const { return *FEditors.at(static_cast<size_t>(index)).Editor; }
   bool IsOpen() const { return FHost != nullptr; }
-  // Whether a buffer of its own is.
+  // Returns whether one of the module's own buffers is modified.
   bool Modified() const;
 
-  // As IOTAModule has it. This host has no way to save under another name: `changeName` gives False. Without
-  // `forceSave` the user is asked first (THost::OnQuerySave).
+  // Saves the modified buffers of the module and of those that are saved with it. Returns false if one was
+  // not saved; why is reported (win/Diagnostics.h). This host cannot save under another name: `changeName`
+  // returns false. Unless `forceSave` is set, the user is asked first (THost::OnQuerySave). A file that was
+  // changed on the disk is overwritten only if THost::OnQueryOverwrite returns true.
   [[nodiscard]] bool Save(bool changeName, bool forceSave);
-  // Asks for each modified buffer what to do with it, then closes; False when something could not be saved or
-  // the user wants to go on. Everything is asked before anything is closed.
+  // Asks the user about each modified module, saves, then closes. Returns false if a file could not be saved
+  // or the user cancels. All questions come before anything is closed.
   bool Close();
-  // Takes the modules' files from disk. False if one cannot be read; the others are taken all the same.
+  // Reloads the module's files. Returns false if one cannot be read; the others are reloaded all the same.
   bool Reload();
   virtual toolsapi::TIntf<toolsapi::IOTAModule> Interface() = 0;
 
@@ -69,12 +71,12 @@ class TModule {
   virtual ~TModule();
 
   THost* Host() const { return FHost; }
-  void AddEditor(TFileEditor::TKind kind, std::string_view fileName);
+  void AddEditor(TEditorKind kind, std::string_view fileName);
   toolsapi::TIntf<toolsapi::IOTAEditor> EditorInterface(int index) const;
 
-  // The modules that are saved and closed with this one, itself among them.
+  // Returns the modules that are saved and closed with this one, including itself.
   virtual std::vector<TModule*> Together() { return {this}; }
-  // Takes this module off the host's lists. Called once; the caller holds a reference.
+  // Removes this module from the lists of the host. Called once; the caller holds a reference.
   virtual void LeaveHost(THost& host) = 0;
 
  private:
@@ -87,12 +89,12 @@ class TModule {
   [[nodiscard]] bool SaveBuffers();
   void Detach();
 
-  THost* FHost;  // null when closed
+  THost* FHost;  // null after the module was closed
   std::string FFileName;
   std::vector<TSlot> FEditors;
 };
 
-// A module behind its interface TInterface.
+// A module that implements the interface TInterface.
 template <class TInterface>
 class TModuleObject : public toolsapi::TInterfacedObject<TInterface>, public TModule {
  public:
@@ -114,12 +116,17 @@ class TModuleObject : public toolsapi::TInterfacedObject<TInterface>, public TMo
   TModuleObject(THost& host, std::string_view fileName) : TModule(host, fileName) {}
 };
 
-// A file of a project that was opened: a unit with its source and, where they exist, its forms.
+// Returns whether `fileName` has the extension of a form: .dfm, .nfm, .xfm or .fmx.
+bool IsFormFile(std::string_view fileName);
+// Returns the existing forms of the unit `fileName`, a .pas file; empty for all other files.
+std::vector<std::string> FormFilesOf(std::string_view fileName);
+
+// An open file: a unit with its source and its existing forms.
 class TUnitModule final : public TModuleObject<toolsapi::IOTAModule> {
  public:
   TUnitModule(THost& host, std::string_view fileName);
 
-  // The projects of the group that list the file, in the group's order.
+  // The owners are the projects of the group that list the file, in the group's order.
   int GetOwnerCount() override;
   toolsapi::TIntf<toolsapi::IOTAProject> GetOwner(int index) override;
 

@@ -28,7 +28,7 @@ TProject::TProject(THost& host, TProjectFile file)
     : TModuleObject(host, file.FileName), FFile(std::move(file)) {
   FKeys.reserve(FFile.Units.size());
   for (const TFileReference& unit : FFile.Units) FKeys.insert(FileKey(unit.Name));
-  if (!FFile.MainSource.empty()) AddEditor(TFileEditor::TKind::Source, FFile.MainSource);
+  if (!FFile.MainSource.empty()) AddEditor(TEditorKind::Source, FFile.MainSource);
 }
 
 TIntf<IOTAModuleInfo> TProject::GetModule(int index) {

@@ -1,4 +1,4 @@
-// The project group and its projects, as modules of the host.
+// The open project group and its projects, as modules of the host.
 #pragma once
 
 #include <string>
@@ -13,15 +13,15 @@ namespace host {
 
 class TProjectGroup;
 
-// A project. As a module it has one editor, that of its source; saved or closed, its open units go with it.
+// A project. As a module it has one editor, that of its source. Its open units are saved and closed with it.
 class TProject final : public TModuleObject<toolsapi::IOTAProject> {
  public:
   TProject(THost& host, TProjectFile file);
 
-  const std::string& MainSource() const { return FFile.MainSource; }         // empty where it does not exist
-  const std::vector<TFileReference>& Units() const { return FFile.Units; }   // as TProjectFile has them
-  const std::vector<std::string>& Missing() const { return FFile.Missing; }  // likewise
-  // Whether the file, in any spelling, is one of Units.
+  const std::string& MainSource() const { return FFile.MainSource; }        // empty if it does not exist
+  const std::vector<TFileReference>& Units() const { return FFile.Units; }  // as TProjectFile has them
+  const std::vector<TMissingFile>& Missing() const { return FFile.Missing; }
+  // Returns whether the file, in any spelling, is one of Units.
   bool Lists(std::string_view fileName) const { return ListsKey(FileKey(fileName)); }
   bool ListsKey(const std::string& key) const { return FKeys.contains(key); }
 
@@ -37,7 +37,7 @@ class TProject final : public TModuleObject<toolsapi::IOTAProject> {
   std::unordered_set<std::string> FKeys;  // FileKey of each of Units
 };
 
-// The group that is open: that of a file, or one without a name around a single project.
+// The open group: that of a group file, or one without a name that holds a single project.
 class TProjectGroup final : public TModuleObject<toolsapi::IOTAProjectGroup> {
  public:
   TProjectGroup(THost& host, std::string_view fileName) : TModuleObject(host, fileName) {}
@@ -54,7 +54,7 @@ class TProjectGroup final : public TModuleObject<toolsapi::IOTAProjectGroup> {
  private:
   friend class THost;
   void Add(toolsapi::TIntf<TProject> project);
-  // The first project left becomes the active one when it was that.
+  // If it was the active project, the first one that is left becomes active.
   void Remove(const TProject& project);
 
   std::vector<toolsapi::TIntf<TProject>> FProjects;

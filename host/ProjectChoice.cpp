@@ -15,14 +15,14 @@ bool IsPascalUnit(const TFileReference& unit) {
   return rtl::SameText(rtl::ExtractFileExt(unit.Name), ".pas");
 }
 
-// Whether `named` is the project's path: a full one, one below the process's folder, or one below the group's
-// folder, as the group's file has it.
+// Returns whether `named` is the path of the project: full, or relative to the folder of the process or of
+// the group.
 bool LiesAt(const TProject& project, std::string_view named, const TProjectGroup& group) {
   const std::string key = FileKey(project.FileName());
   return FileKey(win::ToWindowsPath(named)) == key || FileKey(ResolveName(group.FileName(), named)) == key;
 }
 
-// Whether it is the project's file name, or that without its extension.
+// Returns whether `named` is the project's file name, with or without its extension.
 bool IsCalled(const TProject& project, std::string_view named, const TProjectGroup&) {
   const std::string fileName = rtl::ExtractFileName(project.FileName());
   const std::string key = FileKey(named);
@@ -37,7 +37,7 @@ std::string ListOf(const TProjectGroup& group) {
   return list;
 }
 
-// A path wins over a name: so each of two projects of one name can be told.
+// A path takes precedence over a name, so that one of two projects with the same name can be chosen.
 TProject& ProjectCalled(const TProjectGroup& group, std::string_view named) {
   for (const auto fits : {LiesAt, IsCalled}) {
     TProject* found = nullptr;
@@ -71,7 +71,7 @@ TProject& OpenProjectForRun(THost& host, std::string_view typed, std::string_vie
 }
 
 std::vector<std::string> SelectUnits(const TProject& project, const std::vector<std::string>& names) {
-  std::unordered_map<std::string, bool> wanted;  // by FileKey: whether a unit of that name was met
+  std::unordered_map<std::string, bool> wanted;  // by FileKey: whether a unit of that name was found
   for (const std::string& name : names) wanted.emplace(FileKey(name), false);
 
   std::vector<std::string> selected;

@@ -26,19 +26,12 @@ constexpr std::array<std::pair<std::string_view, TProjectKind>, 7> kKinds = {{
     {".bdsgroup", TProjectKind::Bdsgroup},
 }};
 
-// What project files list beside units: compiled packages and assemblies.
+// Returns whether a file that a project lists is a compiled package or assembly, not a unit.
 bool IsCompiled(std::string_view fileName) {
   static constexpr std::array<std::string_view, 4> kExtensions = {".dcp", ".dcpil", ".bpl", ".dll"};
   const std::string extension = rtl::ExtractFileExt(fileName);
   return std::any_of(kExtensions.begin(), kExtensions.end(),
                      [&](std::string_view compiled) { return rtl::SameText(extension, compiled); });
-}
-
-// What KindOfFile found out about a missing file.
-std::string WhyMissing() {
-  const uint32_t error = win::GetLastError();
-  if (error == win::ERROR_FILE_NOT_FOUND || error == win::ERROR_PATH_NOT_FOUND) return " does not exist.";
-  return " cannot be read. " + win::SysErrorMessage(error);
 }
 
 class TProjectReader {
@@ -71,12 +64,12 @@ class TProjectReader {
     const TFileReference& source = project.MainSource;
     if (source.Name.empty()) return;
     const std::string sourceName = ResolveName(fileName, source.Name);
-    if (KindOfFile(sourceName) != TFileKind::Missing) {
-      ReadSource(sourceName);
-    } else if (!FProject.Units.empty()) {
+    if (KindOfFile(sourceName) != TFileKind::Missing) return ReadSource(sourceName);
+    if (!FProject.Units.empty()) {
       NoteMissing(fileName, source.Line, sourceName);
     } else {
-      throw EHostError(At(fileName, source.Line, "the main source " + Quoted(sourceName) + WhyMissing()));
+      throw EHostError(
+          At(fileName, source.Line, "the main source " + Quoted(sourceName) + " " + ReasonOfMissing()));
     }
   }
 
@@ -114,15 +107,16 @@ class TProjectReader {
     }
   }
 
-  // A file that is named twice may have its form told the second time only.
+  // Only the second entry of a file that is named twice may give its form.
   void CompleteForm(size_t place, const TFileReference& again) {
     if (place == kMissing || !FProject.Units[place].FormName.empty()) return;
     FProject.Units[place].FormName = again.FormName;
     FProject.Units[place].FormClass = again.FormClass;
   }
 
-  void NoteMissing(std::string_view namedIn, int line, std::string_view fileName) {
-    FProject.Missing.push_back(At(namedIn, line, Quoted(fileName) + WhyMissing()));
+  // KindOfFile has just returned Missing for `fileName`.
+  void NoteMissing(std::string_view namedIn, int line, const std::string& fileName) {
+    FProject.Missing.push_back({fileName, At(namedIn, line, Quoted(fileName) + " " + ReasonOfMissing())});
   }
 
   static constexpr size_t kMissing = static_cast<size_t>(-1);

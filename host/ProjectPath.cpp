@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "rtl/text/SysUtils.h"
+#include "win/Errors.h"
 #include "win/FileSystem.h"
 #include "win/paths/CodePage.h"
 #include "win/paths/Drives.h"
@@ -12,8 +13,8 @@ namespace host {
 
 namespace {
 
-// `rest`, which follows a drive, with one separator at its beginning and none of "", "." and ".." as
-// components.
+// Returns `rest`, the part of a path after its drive, with one separator at its beginning and without the
+// components "", "." and "..".
 std::string WithoutDots(std::string_view rest) {
   std::vector<std::string_view> parts;
   while (!rest.empty()) {
@@ -34,7 +35,7 @@ std::string WithoutDots(std::string_view rest) {
 }  // namespace
 
 std::string ResolveName(std::string_view baseFile, std::string_view name) {
-  // A path of a host that has no drive letters.
+  // A full host path, on a host without drive letters.
   if (name.starts_with('/') && !name.starts_with("//")) {
     if (std::string path = win::ToWindowsPath(name); !path.empty()) return path;
   }
@@ -55,6 +56,12 @@ TFileKind KindOfFile(std::string_view fileName) {
   const uint32_t attributes = win::FileSystem().GetFileAttributesA(fileName);
   if (attributes == win::INVALID_FILE_ATTRIBUTES) return TFileKind::Missing;
   return (attributes & win::FILE_ATTRIBUTE_DIRECTORY) ? TFileKind::Folder : TFileKind::File;
+}
+
+std::string ReasonOfMissing() {
+  const uint32_t error = win::GetLastError();
+  const bool isMissing = error == win::ERROR_FILE_NOT_FOUND || error == win::ERROR_PATH_NOT_FOUND;
+  return isMissing ? "does not exist." : "cannot be read. " + win::SysErrorMessage(error);
 }
 
 }  // namespace host

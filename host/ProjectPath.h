@@ -1,4 +1,4 @@
-// The names that project files hold, as full Windows paths, and what stands on disk under them.
+// The names in project files, as full Windows paths, and the files that exist under them.
 #pragma once
 
 #include <string>
@@ -6,16 +6,21 @@
 
 namespace host {
 
-// The full path of `name` as written in the project file `baseFile` (a full Windows path): relative to that
-// file's folder or full, with either separator, `.` and `..` resolved by text. Letters stay as written. No
-// file is touched.
+// Returns the full path of `name` as written in the project file `baseFile`, a full Windows path: `name` is
+// full or relative to that file's folder, with either separator. "." and ".." are resolved by text, the case
+// is kept. No file is accessed.
 std::string ResolveName(std::string_view baseFile, std::string_view name);
 
-// Two names of one file, as far as text tells, have one key: names are compared without regard to case.
+// Returns a key that is equal for two names of one file, as far as text can tell: names are compared ignoring
+// case.
 std::string FileKey(std::string_view fileName);
 
-// What stands on disk under a name, whatever its case there.
+// What exists under a name, in any case. Missing also if it cannot be accessed; the reason is then in
+// win::GetLastError.
 enum class TFileKind { Missing, File, Folder };
 TFileKind KindOfFile(std::string_view fileName);
+// Returns why KindOfFile has just returned Missing: "does not exist." or "cannot be read. Access is
+// denied."
+std::string ReasonOfMissing();
 
 }  // namespace host

@@ -22,7 +22,7 @@ bool IsName(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), IsNameByte);
 }
 
-// What stands between the delimiters of a comment in braces or in (* *); empty for others.
+// Returns the text of a comment in braces or in (* *); empty for other comments.
 std::string_view CommentBody(std::string_view comment) {
   const size_t delimiter = comment.starts_with('{') ? 1 : comment.starts_with("(*") ? 2 : 0;
   if (delimiter == 0 || comment.size() < 2 * delimiter) return {};
@@ -94,21 +94,21 @@ class TClauseReader {
     } else if (code == mig::kSemicolon) {
       EndUnit();
       FInClause = false;
-      // `uses A, {$IFDEF X} B; {$ELSE} C; {$ENDIF}`: the clause may go on behind the $ELSE.
+      // `uses A, {$IFDEF X} B; {$ELSE} C; {$ENDIF}`: the clause may go on after the $ELSE.
       FSuspendedDepth = FDepth > FClauseDepth ? FDepth : 0;
     } else if (rtl::SameText(lexem, "in") && !FUnit.UnitName.empty() && !FExpectPath) {
       FExpectPath = true;
-      FUnit.FormName = FUnit.FormClass = {};  // the form stands behind the path
+      FUnit.FormName = FUnit.FormClass = {};  // the form follows the path
     } else if (IsName(lexem)) {
       TakeName(lexem);
-    } else if (lexem != "&") {  // which lets a reserved word be a name
+    } else if (lexem != "&") {  // which makes a name of a reserved word
       Fail(Quoted(ToUtf8(lexem, FEncoding)) + " is not expected in the clause of units.");
     }
   }
 
   void TakeName(std::string_view lexem) {
     if (!FUnit.UnitName.ends_with('.')) {
-      EndUnit();  // of two branches of a directive only one would stand here, and there is no comma
+      EndUnit();  // the other branch of a directive, without a comma
       FUnit.Line = FLines.LineAt(FScanner.PrevPos());
     }
     FUnit.UnitName += ToUtf8(lexem, FEncoding);
@@ -123,7 +123,7 @@ class TClauseReader {
 
   void EndUnit() {
     if (!FUnit.UnitName.empty()) {
-      if (FExpectPath && FUnit.Path.empty()) Fail("a file name is expected behind \"in\".");
+      if (FExpectPath && FUnit.Path.empty()) Fail("a file name is expected after \"in\".");
       FUnits.push_back(std::move(FUnit));
     }
     FUnit = {};
@@ -140,7 +140,7 @@ class TClauseReader {
     }
   }
 
-  // `Form1` or `Form1: TDataModule`; any other comment says nothing.
+  // The comment is `Form1` or `Form1: TDataModule`; any other comment is ignored.
   void TakeForm(std::string_view body) {
     const size_t colon = std::min(body.find(':'), body.size());
     const std::string_view name = rtl::Trim(body.substr(0, colon));
@@ -177,7 +177,7 @@ class TClauseReader {
   int FClauseDepth = 0;      // where the clause began
   int FSuspendedDepth = 0;   // of the branch in which the clause ended, deeper than it began; or 0
   TSourceUnit FUnit;         // the entry being read; its UnitName is empty between entries
-  bool FExpectPath = false;  // `in` was there
+  bool FExpectPath = false;  // after `in`
 };
 
 }  // namespace

@@ -1,8 +1,8 @@
-// The source of a project, .dpr or .dpk, as a list of its units: the clauses `uses` and, in a package,
+// The units that the source of a project, .dpr or .dpk, lists in its clauses `uses` and, in a package,
 // `contains`.
 //
-// Nothing is compiled. Of conditional directives all branches count, so that the list holds the units of
-// every configuration; comments and directives may stand anywhere.
+// Nothing is compiled. All branches of conditional directives count, so the list holds the units of every
+// configuration. Comments and directives are allowed anywhere.
 #pragma once
 
 #include <string>
@@ -16,14 +16,14 @@ namespace host {
 // An entry `UnitName in 'Path' {FormName: FormClass}`, in UTF-8.
 struct TSourceUnit {
   std::string UnitName;
-  std::string Path;      // as written; empty for an entry without one
-  std::string FormName;  // empty for an entry without one
+  std::string Path;      // as written; empty for an entry without a path
+  std::string FormName;  // empty for an entry without a form
   std::string FormClass;
-  int Line = 0;  // where the name stands, from 1
+  int Line = 0;  // of the unit's name, from 1
 };
 
-// The entries in the order of the text. `text` is the working text of the file `fileName`, which messages
-// name. Raises EHostError when the text is no project or the clause cannot be read.
+// Returns the entries in the order of the text. `text` is the working text of the file `fileName`, which
+// messages name. Raises EHostError if the text is no project or a clause cannot be read.
 std::vector<TSourceUnit> ReadProjectSource(std::string_view text, const qrl::TEncoding& encoding,
                                            std::string_view fileName);
 

@@ -42,9 +42,9 @@ mig::TTextFile ReadText(std::string_view fileName, bool turn) {
 mig::TTextFile ReadProjectText(std::string_view fileName) {
   mig::TTextFile file = ReadText(fileName, /*turn=*/false);
   if (IsBigEndian(file)) {
-    throw EHostError(At(fileName, 0,
-                        "this is UTF-16 with the high byte first, which is read in XML alone; save it in "
-                        "UTF-8 with a mark."));
+    throw EHostError(
+        At(fileName, 0,
+           "big-endian UTF-16 is read in XML files only; save it as UTF-8 with a byte order mark."));
   }
   return file;
 }

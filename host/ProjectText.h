@@ -1,4 +1,4 @@
-// The text of a project file, whatever its encoding.
+// The text of a project file, in any encoding.
 #pragma once
 
 #include <string>
@@ -8,15 +8,15 @@
 
 namespace host {
 
-// Reads the file at the full Windows path `fileName`. Raises EHostError for a folder, for half a character of
-// UTF-16 and for UTF-16 with the high byte first, rtl::EFOpenError where the file cannot be opened.
+// Reads the file at the full Windows path `fileName`. Raises EHostError for a folder, for UTF-16 with an odd
+// number of bytes and for big-endian UTF-16, and rtl::EFOpenError if the file cannot be opened.
 mig::TTextFile ReadProjectText(std::string_view fileName);
 
-// The same for XML, as UTF-8; UTF-16 may have either byte first. Without a mark XML is UTF-8; older writers
-// left the code page in.
+// Reads an XML file as UTF-8. UTF-16 may be big-endian. A file without a byte order mark that is not valid
+// UTF-8 is in the source code page, as older writers left it.
 std::string ReadProjectXml(std::string_view fileName);
 
-// A piece of working text as UTF-8.
+// Returns a piece of working text as UTF-8.
 std::string ToUtf8(std::string_view piece, const qrl::TEncoding& encoding);
 
 }  // namespace host

@@ -16,7 +16,7 @@ namespace host {
 
 namespace {
 
-// A well-formed document whose root element has the name that its kind asks for.
+// A well-formed document with a given root element.
 class TXmlFile {
  public:
   TXmlFile(std::string_view xml, std::string_view fileName, const char* rootName)
@@ -49,23 +49,23 @@ class TXmlFile {
     FDocument.traverse(walker);
   }
 
-  // Of nodes in document order.
+  // The calls must follow the order of the document.
   int LineOf(const pugi::xml_node& node) { return FLines.LineAt(static_cast<size_t>(node.offset_debug())); }
 
   [[noreturn]] void Fail(int line, std::string_view text) { throw EHostError(At(FFileName, line, text)); }
 
  private:
-  // The parser takes fragments of documents; a file is a whole one.
+  // The parser accepts fragments. A file must be a whole document.
   void RefuseTextOutside(const pugi::xml_node& root) {
     for (const pugi::xml_node& node : FDocument.children()) {
       const bool isText = node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
       if (isText || (node.type() == pugi::node_element && node != root))
-        Fail(LineOf(node), "this is not well-formed XML: something stands outside of the root element.");
+        Fail(LineOf(node), "this is not well-formed XML: there is content outside of the root element.");
     }
   }
 
-  // The parser takes these, too, and would show the first of them alone. The counter of lines does not move
-  // unless one is found.
+  // The parser accepts these, too, and would return only the first. The line counter moves only if one is
+  // found.
   void RefuseDoubledAttributes() {
     std::unordered_set<std::string_view> names;
     ForEachElement([&](const pugi::xml_node& node) {
@@ -87,7 +87,7 @@ std::string_view TrimmedValue(const pugi::xml_node& node) {
   return rtl::Trim(node.child_value());
 }
 
-// The properties of a build file so far. Their names are found ignoring case.
+// The properties that a build file has defined so far. Names ignore case.
 class TProperties {
  public:
   explicit TProperties(std::string_view fileName) {
@@ -102,8 +102,8 @@ class TProperties {
     FValues.insert_or_assign(rtl::UpperCase(name), Expand(value));
   }
 
-  // `text` with each $(Name) replaced; one that is not defined stays. A result too long for any path is given
-  // up, so that properties made of one another cannot grow without end.
+  // Returns `text` with each $(Name) replaced; an undefined one stays. Returns an empty string if the result
+  // is too long for a path, so that properties made of one another cannot grow without limit.
   std::string Expand(std::string_view text) const {
     std::string result;
     while (!text.empty()) {
@@ -125,7 +125,7 @@ class TProperties {
   std::unordered_map<std::string, std::string> FValues;
 };
 
-// The build engine writes characters that mean something to it as %XX.
+// Replaces %XX, as which the build engine writes its special characters.
 std::string Unescaped(std::string_view text) {
   std::string result;
   for (size_t i = 0; i < text.size(); ++i) {
@@ -142,7 +142,7 @@ std::string Unescaped(std::string_view text) {
   return result;
 }
 
-// Calls `take` for each name of an Include list: parts divided by semicolons, expanded and unescaped.
+// Calls `take` for each name of an Include list, which semicolons divide, expanded and unescaped.
 template <class TTake>
 void ForEachIncluded(std::string_view list, const TProperties& properties, TTake take) {
   const std::string expanded = properties.Expand(list);

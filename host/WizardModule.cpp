@@ -17,14 +17,14 @@ namespace host {
 
 namespace {
 
-// The loader maps a module without looking at its length, and the process ends with the first page that is
-// not there: a file that a broken copy has cut short is told before.
+// The loader maps a module without checking its length, and accessing a page after the end of the file kills
+// the process. So a truncated module is refused here.
 void RefuseCutModule(std::string_view fileName) {
 #ifdef __linux__
   rtl::TFileStream file(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
   const auto size = static_cast<uint64_t>(file.Size());
   ElfW(Ehdr) header{};
-  if (file.Read(&header, sizeof header) != sizeof header) return;  // no module at all, as the loader says
+  if (file.Read(&header, sizeof header) != sizeof header) return;  // no module; the loader refuses it
   if (std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 || header.e_phentsize != sizeof(ElfW(Phdr))) return;
   file.SetPosition(static_cast<int64_t>(std::min<uint64_t>(header.e_phoff, size)));
   for (int i = 0; i < header.e_phnum; ++i) {
@@ -50,18 +50,23 @@ void* Load(std::string_view fileName) {
 
 }  // namespace
 
+void TWizardModule::TUnload::operator()(void* library) const {
+  dlclose(library);
+}
+
 TWizardModule::TWizardModule(std::string_view fileName) : FLibrary(Load(fileName)) {
-  FInit = reinterpret_cast<toolsapi::TWizardInitProc>(dlsym(FLibrary, toolsapi::kWizardEntryPoint));
+  FInit = reinterpret_cast<toolsapi::TWizardInitProc>(dlsym(FLibrary.get(), toolsapi::kWizardEntryPoint));
   if (!FInit) {
-    dlclose(FLibrary);
     throw EHostError(At(
         fileName, 0, std::string("this is no wizard: it has no entry ") + toolsapi::kWizardEntryPoint + "."));
   }
 }
 
 TWizardModule::~TWizardModule() {
-  if (FTerminate) FTerminate();
-  dlclose(FLibrary);
+  try {
+    if (FTerminate) FTerminate();
+  } catch (...) {  // the module is unloaded all the same
+  }
 }
 
 }  // namespace host

@@ -1,6 +1,7 @@
-// A loadable module with a wizard in it, loaded as the IDE would.
+// A loadable module that contains a wizard, loaded as the IDE loads it.
 #pragma once
 
+#include <memory>
 #include <string_view>
 
 #include "toolsapi/ToolsAPI.h"
@@ -9,23 +10,26 @@ namespace host {
 
 class TWizardModule {
  public:
-  // Loads the module `fileName`, a full Windows path, and finds its entry point. Raises EHostError, and
-  // nothing stays loaded, when the file is no module or has no entry point.
+  // Loads the module `fileName`, a full Windows path, and finds its entry point. Raises EHostError if the
+  // file is no module or has no entry point; nothing stays loaded then.
   explicit TWizardModule(std::string_view fileName);
-  // Calls the termination procedure that the module gave, if any, and unloads it. By then nobody may hold
-  // anything whose code is in the module: wizards, menu handlers.
+  // Calls the termination procedure that the module set, if any, and unloads the module. Nobody may hold
+  // anything whose code is in the module then: wizards, menu handlers.
   ~TWizardModule();
   TWizardModule(const TWizardModule&) = delete;
   TWizardModule& operator=(const TWizardModule&) = delete;
 
-  // Calls the entry point. False when the module refuses.
+  // Calls the entry point. Returns false if the module refuses to be loaded.
   [[nodiscard]] bool Init(const toolsapi::TIntf<toolsapi::IInterface>& services,
                           toolsapi::TWizardRegisterProc registerProc) {
     return FInit(services, registerProc, &FTerminate);
   }
 
  private:
-  void* FLibrary;
+  struct TUnload {
+    void operator()(void* library) const;
+  };
+  std::unique_ptr<void, TUnload> FLibrary;
   toolsapi::TWizardInitProc FInit;
   toolsapi::TWizardTerminateProc FTerminate = nullptr;
 };

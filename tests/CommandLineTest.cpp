@@ -334,7 +334,7 @@ TEST_F(CommandLineTest, ErrorsThatStopARun) {
   FTree.Write("src/X.dproj", "<Project><ItemGroup><DCCReference Include='A.pas'/></ItemGroup></Project>junk");
   const std::pair<const char*, const char*> rows[] = {
       {"replace --mode bde --project src/X.dproj",
-       "<dir>\\src\\X.dproj(1): this is not well-formed XML: something stands outside of the root element."},
+       "<dir>\\src\\X.dproj(1): this is not well-formed XML: there is content outside of the root element."},
       {"replace --mode bde --folder loop",
        "Cannot open \"<dir>\\loop\". The name of the file cannot be resolved by the system."},
       {"restore loop/x",

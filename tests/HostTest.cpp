@@ -13,6 +13,7 @@
 #include "tests/ErrorOf.h"
 #include "tests/Scratch.h"
 #include "win/Diagnostics.h"
+#include "win/Errors.h"
 
 namespace host {
 namespace {
@@ -157,6 +158,27 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   std::filesystem::remove(FTree.HostPath("App/main.DFM"));
   EXPECT_FALSE(TIDEUtils::ReloadFile("C:\\App\\Main.pas"));
   EXPECT_EQ(form.Bytes(), "their form");
+
+  // A file that somebody has changed since is overwritten only if the user says so.
+  source.SetBytes("mine");
+  EXPECT_FALSE(source.ChangedOnDisk());
+  FTree.Write("App/Main.pas", "theirs again");
+  EXPECT_TRUE(source.ChangedOnDisk());
+  EXPECT_FALSE(source.Save());
+  EXPECT_EQ(win::GetLastError(), win::ERROR_SHARING_VIOLATION);
+  FReports.clear();
+  EXPECT_FALSE(TIDEUtils::SaveProject());
+  EXPECT_EQ(FReports,
+            std::vector<std::string>{"C:\\App\\Main.pas: was changed on the disk since it was loaded, and "
+                                     "is not overwritten."});
+  EXPECT_EQ(FTree.Read("App/Main.pas"), "theirs again");
+  FHost.OnQueryOverwrite = [&](const TFileBuffer& buffer) { return &buffer == &source; };
+  EXPECT_TRUE(TIDEUtils::SaveProject());
+  EXPECT_EQ(FTree.Read("App/Main.pas"), "mine");
+  EXPECT_FALSE(source.ChangedOnDisk());
+  FTree.Write("App/Main.pas", "theirs");
+  EXPECT_TRUE(source.Reload());
+  EXPECT_EQ(source.Bytes(), "theirs");
 
   // A file that cannot be written keeps its module open and its changes in memory.
   source.SetBytes("kept");

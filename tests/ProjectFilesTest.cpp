@@ -78,7 +78,7 @@ TEST(ProjectSourceTest, Clauses) {
       {"\nunit U; uses A;",
        "! P(2): this is no project: it begins with \"unit\", not with program, library, package or uses."},
       {"program P;\nuses A,\nB", "! P(3): the clause of units has no end."},
-      {"program P;\nuses A in B;", "! P(2): a file name is expected behind \"in\"."},
+      {"program P;\nuses A in B;", "! P(2): a file name is expected after \"in\"."},
       {"program P;\nuses A in 'A.pas;\n", "! P(2): the file name is not closed on its line."},
       {"program P;\nuses 'A.pas';", "! P(2): a file name is not expected here."},
       {"program P;\nuses A(B);", "! P(2): \"(\" is not expected in the clause of units."},
@@ -213,7 +213,7 @@ class ProjectFileTest : public testing::Test {
       const TProjectFile project = ReadProjectFile(fileName);
       list = project.MainSource + "\n";
       for (const TFileReference& unit : project.Units) list.append(unit.Name + "{" + unit.FormName + "}\n");
-      for (const std::string& line : project.Missing) list.append("? " + line + "\n");
+      for (const TMissingFile& missing : project.Missing) list.append("? " + missing.Message + "\n");
       return list;
     });
   }
@@ -303,11 +303,11 @@ TEST_F(ProjectFileTest, BadProjects) {
        ".groupproj, .bdsgroup."},
       {"C:\\None.bdsproj", "! C:\\None.bdsproj(2): the main source \"C:\\Gone.dpr\" does not exist."},
       {"C:\\High.dpr",
-       "! C:\\High.dpr: this is UTF-16 with the high byte first, which is read in XML alone; save it in "
-       "UTF-8 with a mark."},
+       "! C:\\High.dpr: big-endian UTF-16 is read in XML files only; save it as UTF-8 with a byte order "
+       "mark."},
       {"C:\\High.bpg",
-       "! C:\\High.bpg: this is UTF-16 with the high byte first, which is read in XML alone; save it in "
-       "UTF-8 with a mark."},
+       "! C:\\High.bpg: big-endian UTF-16 is read in XML files only; save it as UTF-8 with a byte order "
+       "mark."},
       {"C:\\Half.dproj", "! C:\\Half.dproj: UTF-16 text with an odd number of bytes."},
       {"C:\\Folder.dpr", "! C:\\Folder.dpr: this is a folder, not a project file."},
       {"C:\\Gone.dpr", "! Cannot open file \"C:\\Gone.dpr\". The system cannot find the file specified."},
