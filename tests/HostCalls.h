@@ -1,10 +1,12 @@
-// Makes one of the host's file functions fail, or the process die in it, by its number: the n-th call of the thread.
+// Makes one of the host's file functions fail, or the process die in it, by its number: the n-th call of the
+// thread.
 //
 //   THostFault fault(3, ENOSPC);
 //   EXPECT_FALSE(files.CopyFileA(source, target, false));
 //   EXPECT_TRUE(fault.HasStruck());
 //
-// Works on every call that this program makes, through whatever library, because the functions are defined in it.
+// Works on every call that this program makes, through whatever library, because the functions are defined in
+// it.
 #pragma once
 
 #include <cstddef>

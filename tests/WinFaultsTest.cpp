@@ -1,5 +1,5 @@
-// Every call of the host fails once, is interrupted once, and is the last one of a killed process: what the file
-// functions then report, and what is left on the disk.
+// Every call of the host fails once, is interrupted once, and is the last one of a killed process: what the
+// file functions then report, and what is left on the disk.
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>

@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include "tests/WinFiles.h"
+#include "win/Shell.h"
 
 namespace win {
 namespace {

@@ -1,5 +1,5 @@
-// The program's own files: held while open, never reached through a link, readable by nobody else than what they
-// were copied from; stamps, renaming, locks.
+// The program's own files: held while open, never reached through a link, readable by nobody else than what
+// they were copied from; stamps, renaming, locks.
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>

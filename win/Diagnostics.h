@@ -1,4 +1,4 @@
-// Lines for the user about what was passed over: on standard error, or wherever a sink is set.
+// Lines for the user about what was passed over, on standard error unless a sink is set.
 #pragma once
 
 #include <functional>
@@ -10,10 +10,10 @@ namespace win {
 // Takes one line, without its line end.
 using TDiagnosticsSink = std::function<void(std::string_view line)>;
 
-// Gives the line to the sink in force.
+// Passes the line to the sink in force.
 void Diagnose(std::string_view line);
 
-// Puts `sink` in force; an empty one stands for standard error. The sink that was in force before.
+// Puts `sink` in force; an empty one means standard error. Returns the sink that was in force before.
 TDiagnosticsSink SetDiagnosticsSink(TDiagnosticsSink sink);
 
 // Returns `name`, which may be any text, fit for a terminal and a log: malformed UTF-8, control characters,

@@ -30,12 +30,13 @@ inline constexpr uint32_t ERROR_FILE_INVALID = 1006;
 inline constexpr uint32_t ERROR_IO_DEVICE = 1117;
 inline constexpr uint32_t ERROR_CANT_RESOLVE_FILENAME = 1921;
 
-// The code of the calling thread's last failed call of this layer. A call that succeeds leaves it as it was.
+// Returns the code of the last operation of this layer that failed on the calling thread. Operations that
+// succeed leave it unchanged.
 uint32_t GetLastError();
 void SetLastError(uint32_t code);
 
-// The English text of a code, with its full stop and without a line end: "Access is denied.".
-// A code that the table lacks gives "System error N.".
+// Returns the English text of a code, with its full stop and without a line end: "Access is denied.". Returns
+// "System error N." for a code without a text.
 std::string SysErrorMessage(uint32_t code);
 
 }  // namespace win

@@ -1,5 +1,4 @@
-// The file functions under their Windows names, on the file system in force. The contracts stand in
-// win/FileSystem.h.
+// The file functions under their Windows names, on the file system in force. win/FileSystem.h documents them.
 #pragma once
 
 #include "win/Errors.h"
@@ -42,12 +41,8 @@ namespace win {
   return FileSystem().GetTempPathA();
 }
 
-// Composes `path`, the first three characters of `prefix` and `unique` in hexadecimal with the extension
-// ".tmp": "C:\Temp\$DS1.tmp". `unique` is not 0, and only its low 16 bits count: no file is created.
+// Returns `path`, the first three characters of `prefix`, and `unique` in hexadecimal with the extension
+// ".tmp": "C:\Temp\$DS1.tmp". `unique` is not 0, and only its low 16 bits count. No file is created.
 [[nodiscard]] std::string GetTempFileNameA(std::string_view path, std::string_view prefix, uint32_t unique);
-
-// Opens a document in the user's viewer, without waiting for it. `file` is a Windows path. False where no
-// viewer could be started.
-bool ShellExecuteA(std::string_view operation, std::string_view file);
 
 }  // namespace win

@@ -1,7 +1,5 @@
 #include "win/FileSystem.h"
 
-#include "win/posix/PosixFileSystem.h"
-
 namespace win {
 namespace {
 
@@ -13,16 +11,13 @@ TFileSystem*& InForce() {
 }  // namespace
 
 TFileSystem& FileSystem() {
-  static TPosixFileSystem host;
-  return InForce() ? *InForce() : host;
+  if (InForce()) return *InForce();
+  static const std::unique_ptr<TFileSystem> host = AnotherHostFileSystem();
+  return *host;
 }
 
 bool IsHostFileSystem() {
   return InForce() == nullptr;
-}
-
-std::unique_ptr<TFileSystem> AnotherHostFileSystem() {
-  return std::make_unique<TPosixFileSystem>();
 }
 
 TFileSystemOverride::TFileSystemOverride(TFileSystem& replacement) : FPrevious(InForce()) {

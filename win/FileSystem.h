@@ -1,11 +1,16 @@
 // The file functions of Windows that the system uses, as one interface.
 //
-// Everything above this layer speaks Windows paths: UTF-8 strings with a backslash between components and an
-// optional drive letter. The host's implementation turns them into the host's names (win/Drives.h) and keeps
-// Windows' rules for case, attributes and overwriting. win/FileApi.h gives the same operations as free
-// functions on the file system in force; a test puts another one in force with TFileSystemOverride.
+// Paths are Windows paths: UTF-8, with a backslash between components and an optional drive letter. The
+// host's implementation (win/posix) turns them into the host's names (win/paths/Drives.h) and keeps Windows'
+// rules for case, attributes and overwriting. win/FileApi.h has the same operations as free functions on the
+// file system in force; a test puts another one in force with TFileSystemOverride.
 //
-// Every operation reports failure by its result and leaves the reason in GetLastError (win/Errors.h).
+// Every operation reports failure by its result and sets GetLastError (win/Errors.h) to the reason. Where
+// there is no memory, operations raise std::bad_alloc.
+//
+//   if (!win::FileSystem().CopyFileA("C:\\Unit1.pas", "C:\\RBackup\\Unit1.~pas", false)) {
+//     throw EFCreateError(win::SysErrorMessage(win::GetLastError()));
+//   }
 #pragma once
 
 #include <cstddef>
@@ -20,8 +25,8 @@ namespace win {
 inline constexpr uint32_t FILE_ATTRIBUTE_READONLY = 0x01;
 inline constexpr uint32_t FILE_ATTRIBUTE_DIRECTORY = 0x10;
 inline constexpr uint32_t FILE_ATTRIBUTE_NORMAL = 0x80;
-inline constexpr uint32_t FILE_ATTRIBUTE_REPARSE_POINT =
-    0x400;  // a link, beside the attributes of what it leads to
+// A link, together with the attributes of what it leads to.
+inline constexpr uint32_t FILE_ATTRIBUTE_REPARSE_POINT = 0x400;
 inline constexpr uint32_t INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
 
 // How CreateFileA opens a file.
@@ -31,8 +36,8 @@ enum class TFileMode {
   CreateOwn  // the same for one of the program's own files: see CreateFileA
 };
 
-// Identifies a file and the state of its contents: two equal stamps of one path mean that the path still names
-// the same file, and that nobody has written to it between the two.
+// Identifies a file and the state of its contents: two equal stamps of one path mean that the path still
+// names the same file, and that nobody has written to it between the two.
 struct TFileStamp {
   uint64_t Volume = 0;
   uint64_t Identity = 0;  // of the file on its volume
@@ -42,9 +47,9 @@ struct TFileStamp {
   friend bool operator==(const TFileStamp&, const TFileStamp&) = default;
 };
 
-// An open file. The destructor closes it. Reads and writes start at the file's position, counted in bytes from
-// the start of the file, and advance it. A handle that was opened with CreateOwn holds the file exclusively
-// until it is destroyed.
+// An open file. The destructor closes it. Reads and writes start at the file's position, counted in bytes
+// from the start of the file, and advance it. A handle that was opened with CreateOwn holds the file
+// exclusively until it is destroyed.
 class TFileHandle {
  public:
   virtual ~TFileHandle() = default;
@@ -57,8 +62,8 @@ class TFileHandle {
   // Returns the file's length in bytes, -1 on failure. For a file open for reading this is the length at the
   // time of opening.
   [[nodiscard]] virtual int64_t Size() = 0;
-  // Returns the file's stamp, or nullopt on failure. For a file open for reading this is the stamp at the time
-  // of opening, so it never describes a state later than what was read.
+  // Returns the file's stamp, or nullopt on failure. For a file open for reading this is the stamp at the
+  // time of opening, so it never describes a state later than what was read.
   [[nodiscard]] virtual std::optional<TFileStamp> Stamp() = 0;
   // Brings the file's contents and its name to the disk. On failure it is unknown how much has arrived there.
   [[nodiscard]] virtual bool Flush() = 0;
@@ -71,15 +76,15 @@ class TFileLock {
 };
 
 struct TFindData {
-  std::string FileName;  // the entry's name as it stands on disk, without its folder
+  std::string FileName;  // as on disk, without the folder
   uint32_t FileAttributes = 0;
 };
 
-// An open folder walk; the destructor is FindClose.
+// An open folder walk. The destructor closes it.
 class TFindHandle {
  public:
   virtual ~TFindHandle() = default;
-  // FindNextFileA: False, with ERROR_NO_MORE_FILES, behind the last entry.
+  // Gives the next entry. Returns false after the last one, with ERROR_NO_MORE_FILES.
   [[nodiscard]] virtual bool Next(TFindData& data) = 0;
 };
 
@@ -108,17 +113,18 @@ class TFileSystem {
   //
   // The target is created or replaced in one step, by a temporary file in its folder that takes its name, so
   // nobody ever sees half a file under that name. After a failure the target is as it was, the temporary file
-  // is gone, and GetLastError tells why the copy failed. The folder must be writable. A process that is killed
-  // may leave a temporary file ("~kva...$$$"); the next one that replaces a file in the folder deletes it, if it
-  // is certain that its owner is gone.
+  // is gone, and GetLastError tells why the copy failed. The folder must be writable. A process that is
+  // killed may leave a temporary file ("~kva...$$$"); the next one that replaces a file in the folder deletes
+  // it, if it is certain that its owner is gone.
   //
   // After a power cut the target is as before or as copied if FlushWritten has succeeded since. Otherwise a
-  // file may be empty on file systems that bring names to the disk before contents. The source is not touched.
+  // file may be empty on file systems that bring names to the disk before contents. The source is not
+  // touched.
   [[nodiscard]] virtual bool CopyFileA(std::string_view source, std::string_view target,
                                        bool failIfExists) = 0;
 
-  // Replaces the contents of the file `path` by `bytes`, or creates the file. As CopyFileA, except that an existing
-  // file keeps its permission bits, and that the last-write time is the present.
+  // Replaces the contents of the file `path` by `bytes`, or creates the file. As CopyFileA, except that an
+  // existing file keeps its permission bits, and that the last-write time is the present.
   [[nodiscard]] virtual bool ReplaceFileContents(std::string_view path, std::string_view bytes) = 0;
 
   // As CopyFileA over an existing file that still has the stamp `expected` in the moment in which it is replaced.
@@ -130,82 +136,86 @@ class TFileSystem {
   // Copies to one of the program's own files, such as a backup. As CopyFileA with these differences:
   //  - A link named `target` is ERROR_ACCESS_DENIED. A read-only file of that name is replaced.
   //  - Nobody can read the copy who cannot read the source: it gets the source's permission bits, group and
-  //    access list, and its owner where the process may set it. Where they cannot be set and the source is not
-  //    readable by everybody, only the owner of the copy, who runs the program, can read it.
+  //    access list, and its owner where the process may set it. Where they cannot be set and the source is
+  //    not readable by everybody, only the owner of the copy, who runs the program, can read it.
   [[nodiscard]] virtual bool CopyToOwnFile(std::string_view source, std::string_view target) = 0;
 
   // Renames the file `source` to `target`, on the same volume, in one step. A file named `target` is replaced
   // and keeps the case of its name; a link of that name is itself replaced. A folder, pipe or device named
-  // `target`, or a read-only file, is ERROR_ACCESS_DENIED, and so is a source that is no regular file. After a
-  // failure both are as they were.
+  // `target`, or a read-only file, is ERROR_ACCESS_DENIED, and so is a source that is no regular file. After
+  // a failure both are as they were.
   [[nodiscard]] virtual bool MoveFileReplacing(std::string_view source, std::string_view target) = 0;
 
-  // Walks the folder of a pattern "FOLDER\*.*", the only pattern there is. The first entries are "." and
-  // "..", then come all others in the order that NTFS gives: by upper-cased name, compared by UTF-16 unit,
-  // and by the exact name where two are equal so far. The entries are fixed when the walk begins: what is
-  // created or deleted meanwhile makes no difference. Null on failure.
+  // Starts a walk over the entries of the folder in `pattern`, "FOLDER\*.*", and gives the first one. Returns
+  // null on failure. The first entries are "." and "..". The others follow in the order that NTFS gives: by
+  // upper-cased name, compared by UTF-16 unit, then by exact name. The entries are read when the walk starts;
+  // later changes of the folder make no difference.
   //
-  // An entry's attributes tell folders, links to folders (both DIRECTORY and REPARSE_POINT) and all others
-  // (NORMAL); whether one is read-only is left to GetFileAttributesA. An entry that no Windows path can name
-  // is passed over, and the user told once (win/Diagnostics.h).
+  // The attributes of an entry distinguish folders (DIRECTORY), links to folders (DIRECTORY and
+  // REPARSE_POINT) and everything else (NORMAL). Use GetFileAttributesA for READONLY. An entry that no
+  // Windows path can name is passed over, with one line for the user (win/Diagnostics.h).
   [[nodiscard]] virtual std::unique_ptr<TFindHandle> FindFirstFileA(std::string_view pattern,
                                                                     TFindData& data) = 0;
 
-  // READONLY, DIRECTORY and REPARSE_POINT (a link to a folder, beside DIRECTORY) as they apply, else NORMAL.
-  // A link to a file counts as that file. INVALID_FILE_ATTRIBUTES on failure, and for a link that leads
-  // nowhere.
+  // Returns the attributes of a file or folder: READONLY, DIRECTORY and, of a link to a folder, REPARSE_POINT
+  // as they apply, else NORMAL. A link to a file counts as that file. Returns INVALID_FILE_ATTRIBUTES on
+  // failure and for a link that leads nowhere.
   [[nodiscard]] virtual uint32_t GetFileAttributesA(std::string_view path) = 0;
 
-  // Returns the stamp of a file; of a link, that of the file it leads to. Returns nullopt on failure; a folder,
-  // pipe or device is ERROR_ACCESS_DENIED.
+  // Returns the stamp of a file; of a link, that of the file it leads to. Returns nullopt on failure; a
+  // folder, pipe or device is ERROR_ACCESS_DENIED.
   [[nodiscard]] virtual std::optional<TFileStamp> GetFileStamp(std::string_view path) = 0;
 
   // Locks a folder for as long as the returned object lives. Returns null on failure; ERROR_SHARING_VIOLATION
-  // if somebody, in any process, holds the lock. The lock keeps out nothing but LockFolder. On a volume without
-  // locks it always succeeds.
+  // if somebody, in any process, holds the lock. The lock keeps out nothing but LockFolder. On a volume
+  // without locks it always succeeds.
   [[nodiscard]] virtual std::unique_ptr<TFileLock> LockFolder(std::string_view path) = 0;
 
-  // ERROR_ALREADY_EXISTS where there is a folder or a file of that name, in any case.
+  // Creates a folder. ERROR_ALREADY_EXISTS if there is a folder or a file of that name, in any case.
   [[nodiscard]] virtual bool CreateDirectoryA(std::string_view path) = 0;
-  // The same, for the owner alone.
+  // The same, with access for its owner alone.
   [[nodiscard]] virtual bool CreatePrivateDirectory(std::string_view path) = 0;
-  // An empty folder, or a link to a folder, whose folder stays.
+  // Removes an empty folder. Of a link to a folder, removes the link.
   [[nodiscard]] virtual bool RemoveDirectoryA(std::string_view path) = 0;
-  // Not a read-only file, nor a folder. Of a link, the link goes.
+  // Deletes a file. Of a link, deletes the link. A read-only file or a folder is ERROR_ACCESS_DENIED.
   [[nodiscard]] virtual bool DeleteFileA(std::string_view path) = 0;
 
-  // Gives `target` the permission bits of `source`, and its owner the right to write. For temporary copies.
+  // Sets the permission bits of `target` to those of `source`, plus write permission for its owner.
   [[nodiscard]] virtual bool CopyPermissions(std::string_view source, std::string_view target) = 0;
 
-  // The system's temporary path with its trailing backslash; empty on failure.
+  // Returns the path for temporary files, with a trailing backslash; empty on failure.
   [[nodiscard]] virtual std::string GetTempPathA() = 0;
 
-  // The path with every component spelled as on disk, as far as it exists; what does not exist stays as
-  // given. A path in which nothing is to be spelled otherwise comes back as it is.
+  // Returns the path with each component spelled as on disk. Components that do not exist stay as given.
   [[nodiscard]] virtual std::string GetLongPathNameA(std::string_view path) = 0;
 
-  // While on, folders may be held open from one operation to the next, for the sake of speed. Off at first.
-  // Switching it off closes them, and all that FlushWritten would bring to the disk, which is left to the
-  // system then.
+  // While on, folders may be kept open between operations, for speed. Initially off. Switching it off closes
+  // them and forgets what FlushWritten would bring to the disk.
   virtual void HoldFolders(bool /*hold*/) {}
 
-  // Brings everything that was written, copied or renamed since the last call to the disk, including the names:
-  // through this object, and on the host through any other. Nobody may be writing meanwhile. Also reports
-  // failures that showed only when one of the files was closed. On failure it is unknown how much has arrived.
+  // Brings everything that was written, copied or renamed since the last call to the disk, including the
+  // names: through this object, and on the host through any other. Nobody may be writing meanwhile. Also
+  // reports failures that showed only when one of the files was closed. On failure it is unknown how much has
+  // arrived.
   [[nodiscard]] virtual bool FlushWritten() = 0;
 
   // Brings the names in a folder to the disk, such as those that MoveFileReplacing and DeleteFileA changed.
   [[nodiscard]] virtual bool FlushFolder(std::string_view path) = 0;
 };
 
-// The file system in force on this thread: the host's own unless an override is alive. The host's own is for
-// one thread; another one needs another object, which it puts in force for itself.
+// Returns the file system in force on this thread: the host's own unless a TFileSystemOverride is alive. It
+// is for this thread only.
 TFileSystem& FileSystem();
+
+// Returns whether the host's own file system is in force on this thread.
 bool IsHostFileSystem();
+
+// Returns a further object for the host's files, to be put in force on another thread. The host's folder
+// defines it.
 [[nodiscard]] std::unique_ptr<TFileSystem> AnotherHostFileSystem();
 
-// Puts `replacement` in force on this thread for its own lifetime. Overrides nest; `replacement` is not
-// owned.
+// Puts `replacement` in force on this thread for its own lifetime. Overrides nest. Does not own
+// `replacement`.
 class TFileSystemOverride {
  public:
   explicit TFileSystemOverride(TFileSystem& replacement);

@@ -10,7 +10,7 @@
 #include "MigWizard/run/UnitList.h"
 #include "qrl/QrlVcl.h"
 #include "rtl/text/SysUtils.h"
-#include "win/FileApi.h"
+#include "win/Shell.h"
 
 namespace mig {
 namespace {

@@ -3,6 +3,7 @@
 #include <iterator>
 #include <memory>
 #include <new>
+#include <system_error>
 #include <utility>
 
 #include "win/FileSystem.h"
@@ -10,7 +11,12 @@
 namespace mig {
 
 TWorkQueue::TWorkQueue() {
-  if (win::IsHostFileSystem()) (void)FWorker.Start(FWork);
+  if (!win::IsHostFileSystem()) return;
+  try {
+    FWorker = std::thread([this] { Work(); });
+  } catch (const std::system_error&) {
+    // The system has no thread to give.
+  }
 }
 
 TWorkQueue::~TWorkQueue() {
@@ -20,11 +26,11 @@ TWorkQueue::~TWorkQueue() {
     FEnds = true;
   }
   FPushed.notify_one();
-  FWorker.Join();
+  if (FWorker.joinable()) FWorker.join();
 }
 
 void TWorkQueue::PushSpeculative(std::vector<TTask> tasks) {
-  if (!FWorker.IsRunning()) return;
+  if (!FWorker.joinable()) return;
   {
     const std::lock_guard lock(FMutex);
     FSpeculative.insert(FSpeculative.end(), std::make_move_iterator(tasks.begin()),
@@ -34,7 +40,7 @@ void TWorkQueue::PushSpeculative(std::vector<TTask> tasks) {
 }
 
 void TWorkQueue::Push(TTask task) {
-  if (!FWorker.IsRunning()) return task();
+  if (!FWorker.joinable()) return task();
   {
     const std::lock_guard lock(FMutex);
     FTasks.push_back(std::move(task));

@@ -16,9 +16,8 @@
 #include <exception>
 #include <functional>
 #include <mutex>
+#include <thread>
 #include <vector>
-
-#include "win/Thread.h"
 
 namespace mig {
 
@@ -63,8 +62,7 @@ class TWorkQueue {
   int FRunning = 0;  // tasks of both kinds
   bool FEnds = false;
   std::exception_ptr FFailure;
-  const TTask FWork = [this] { Work(); };
-  win::TThread FWorker;
+  std::thread FWorker;
 };
 
 }  // namespace mig

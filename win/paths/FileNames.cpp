@@ -7,7 +7,7 @@
 namespace win {
 namespace {
 
-// Upper-cases the characters from the byte `i` on behind `result`.
+// Appends the text from the byte `from` on to `result`, in upper case.
 void AppendUpper(std::string& result, std::string_view utf8, size_t from) {
   const auto* const bytes = reinterpret_cast<const uint8_t*>(utf8.data());
   const auto length = static_cast<int32_t>(utf8.size());

@@ -65,7 +65,7 @@ bool SetAccessList(int, const std::vector<char>&) {
 
 }  // namespace
 
-void KeepIdentity(const TPlace& target, const struct stat& existing, int fd, const struct stat& own) {
+void KeepIdentity(const THostPath& target, const struct stat& existing, int fd, const struct stat& own) {
   [[maybe_unused]] const bool isSet = SetOwner(fd, existing, own);
 #ifdef __linux__
   const std::string& path = target.FullPath.empty() ? target.Path : target.FullPath;

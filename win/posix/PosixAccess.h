@@ -3,22 +3,23 @@
 
 #include <sys/stat.h>
 
-#include "win/posix/PosixPlace.h"
+#include "win/posix/PosixPath.h"
 
 namespace win {
 
-// Gives the file open as `fd`, which `own` describes, what the file `existing` at `target` has of its own beside
-// its contents: owner and group, access list, labels. Leaves out what the process may not set.
-void KeepIdentity(const TPlace& target, const struct stat& existing, int fd, const struct stat& own);
+// Gives the file open as `fd`, which `own` describes, what the file `existing` at `target` has of its own
+// beside its contents: owner and group, access list, labels. Leaves out what the process may not set.
+void KeepIdentity(const THostPath& target, const struct stat& existing, int fd, const struct stat& own);
 
 // Gives the file open as `to`, which `own` describes, the permission bits, group and access list of the file
-// open as `from`, which `source` describes, and its owner where the process may set it. Where they cannot be set
-// and the source is not readable by everybody, the file becomes readable for its owner alone. On failure returns
-// false, with errno; then only the owner can read it, as before. `to` must have been created with mode 0600.
+// open as `from`, which `source` describes, and its owner where the process may set it. Where they cannot be
+// set and the source is not readable by everybody, the file becomes readable for its owner alone. On failure
+// returns false, with errno; then only the owner can read it, as before. `to` must have been created with
+// mode 0600.
 [[nodiscard]] bool CopyAccess(int from, const struct stat& source, int to, const struct stat& own);
 
-// Sets the permission bits of `source`. On failure returns false, with errno. Media that keep no permissions, as
-// FAT, are no failure.
+// Sets the permission bits of `source`. On failure returns false, with errno. Media that keep no permissions,
+// as FAT, are no failure.
 [[nodiscard]] bool SetPermissions(int fd, const struct stat& source);
 
 // Sets the last-write time of `source`, likewise.

@@ -15,8 +15,8 @@ constexpr int kMostLinks = 40;
 constexpr mode_t kPrivate = 0600;  // until it gets the permission bits of another file
 constexpr mode_t kUsual = 0666;
 
-// Bytes that the system copied by itself, which on some file systems is no copying at all. The rest, if any,
-// is left to read and write: both files stand behind what was copied.
+// Lets the system copy, which on some file systems shares the contents. Returns the number of bytes that it
+// copied; both files are positioned after them.
 int64_t CopyInSystem([[maybe_unused]] int from, [[maybe_unused]] int to, [[maybe_unused]] int64_t size) {
   int64_t total = 0;
 #ifdef __linux__
@@ -30,9 +30,9 @@ int64_t CopyInSystem([[maybe_unused]] int from, [[maybe_unused]] int to, [[maybe
   return total;
 }
 
-// Goes from a link to the place that it names, through further links. `exists` tells whether anything is
-// there.
-bool FollowLinks(TPlace& place, struct stat& info, bool& exists) {
+// Replaces `place`, a link, by the place that it leads to, through further links. `exists` is whether
+// anything is there.
+bool FollowLinks(THostPath& place, struct stat& info, bool& exists) {
   place.Widen();
   for (int i = 0; i < kMostLinks; ++i) {
     std::string text(256, '\0');
@@ -57,13 +57,13 @@ bool FollowLinks(TPlace& place, struct stat& info, bool& exists) {
 
 }  // namespace
 
-// Finds the place that a file is to take, and the file that is there. Returns false, with the last error set, if
-// that file may not be replaced.
+// Finds the place that a file is to take, and the file that is there. Returns false, with the last error set,
+// if that file may not be replaced.
 bool TPosixFileSystem::FindTarget(std::string_view path, TOverwriting rule, TTarget& target) {
-  TPlace& place = target.Place;
+  THostPath& place = target.Place;
   struct stat& info = target.Info;
   if (!Locate(path, TKind::File, place)) return false;
-  target.Exists = StatAt(place, info, TAbsence::Believed) == 0;
+  target.Exists = StatAt(place, info, TAbsence::Trusted) == 0;
   if (!target.Exists) return errno == ENOENT || FailErrno(errno);
   const bool isLink = S_ISLNK(info.st_mode);
   if (rule == TOverwriting::Document && isLink && !FollowLinks(place, info, target.Exists)) {
@@ -84,7 +84,7 @@ bool TPosixFileSystem::FindTarget(std::string_view path, TOverwriting rule, TTar
 bool TPosixFileSystem::CopyContents(int from, int to, int64_t size) {
   int64_t total = size > static_cast<int64_t>(kBufferSize) ? CopyInSystem(from, to, size) : 0;
   if (FBuffer.empty()) FBuffer.resize(kBufferSize);
-  // Files that the system makes up as they are read give 0 as their size.
+  // Files whose contents the system makes up report a size of 0.
   while (total < size || size == 0) {
     const ssize_t got = ReadSome(from, FBuffer.data(), FBuffer.size());
     if (got < 0 || !WriteAll(to, FBuffer.data(), static_cast<size_t>(got))) return false;
@@ -94,8 +94,8 @@ bool TPosixFileSystem::CopyContents(int from, int to, int64_t size) {
   return true;
 }
 
-// Writes a file beside the target by `fill`, which returns false, with errno, on failure, and gives it the target's
-// name. On failure returns false, with the last error set, and the target is as it was.
+// Writes a file beside the target by `fill`, which returns false, with errno, on failure, and gives it the
+// target's name. On failure returns false, with the last error set, and the target is as it was.
 bool TPosixFileSystem::Replace(const TTarget& target, mode_t mode, bool onlyIfFree, const TFill& fill,
                                const TFileStamp* expected) {
   struct stat own {};
@@ -112,7 +112,7 @@ bool TPosixFileSystem::Replace(const TTarget& target, mode_t mode, bool onlyIfFr
   return true;
 }
 
-void TPosixFileSystem::SweepOnce(const TPlace& target) {
+void TPosixFileSystem::SweepOnce(const THostPath& target) {
   const bool isWhole = target.Base == AT_FDCWD || !target.FullPath.empty();
   const std::string_view path = target.FullPath.empty() ? target.Path : target.FullPath;
   if (isWhole && FSwept.emplace(path.substr(0, path.rfind('/') + 1)).second) SweepTemporaryFiles(target);
@@ -163,7 +163,7 @@ bool TPosixFileSystem::CopyToOwnFile(std::string_view source, std::string_view t
 }
 
 bool TPosixFileSystem::MoveFileReplacing(std::string_view source, std::string_view target) {
-  TPlace from;
+  THostPath from;
   TTarget to;
   struct stat info {};
   if (!Locate(source, TKind::File, from)) return false;

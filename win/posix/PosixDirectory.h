@@ -17,8 +17,8 @@ class TPosixDirectory {
   // Takes an open folder. One that is not open counts as a failure with the present errno.
   explicit TPosixDirectory(TUniqueFd folder);
 
-  // Returns the next entry except "." and "..", or null at the end and after a failure. The entry is valid until
-  // the next call.
+  // Returns the next entry except "." and "..", or null at the end and after a failure. The entry is valid
+  // until the next call.
   const dirent* Next();
 
   // Returns the errno of the first failure, 0 if there was none.

@@ -5,10 +5,10 @@
 
 namespace win {
 
-// The code for an `errno`; ERROR_GEN_FAILURE for one that Windows has no like of.
+// Returns the code for an `errno`, ERROR_GEN_FAILURE if there is none.
 [[nodiscard]] uint32_t ErrorOfErrno(int number);
 
-// Sets the last error and gives False, for `return Fail(...)`.
+// Sets the last error and returns false: `return Fail(ERROR_ACCESS_DENIED);`
 bool Fail(uint32_t code);
 bool FailErrno(int number);
 

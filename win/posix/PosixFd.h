@@ -36,8 +36,9 @@ class TUniqueFd {
   int Get() const { return FFd; }
   bool IsOpen() const { return FFd >= 0; }
   int Release() { return std::exchange(FFd, -1); }
-  // Closes the file. Returns false, with errno, if what was written could not be stored, which some file systems
-  // report only then. Without an open file returns true. A signal is no failure: the file is closed all the same.
+  // Closes the file. Returns false, with errno, if what was written could not be stored, which some file
+  // systems report only then. Without an open file returns true. A signal is no failure: the file is closed
+  // all the same.
   bool Close() { return FFd < 0 || close(std::exchange(FFd, -1)) == 0 || errno == EINTR; }
 
  private:
@@ -48,12 +49,14 @@ class TUniqueFd {
   int FFd = -1;
 };
 
-// Reads up to `count` bytes. Returns the number of bytes read, 0 at the end of the file, -1, with errno, on failure.
+// Reads up to `count` bytes. Returns the number of bytes read, 0 at the end of the file, -1, with errno, on
+// failure.
 [[nodiscard]] inline ssize_t ReadSome(int fd, void* buffer, size_t count) {
   return Retry<read>(fd, buffer, count);
 }
 
-// Writes all `count` bytes. On failure returns false, with errno, and any number of them may have been written.
+// Writes all `count` bytes. On failure returns false, with errno, and any number of them may have been
+// written.
 [[nodiscard]] inline bool WriteAll(int fd, const void* buffer, size_t count) {
   for (const char* from = static_cast<const char*>(buffer); count > 0;) {
     const ssize_t written = Retry<write>(fd, from, count);

@@ -10,8 +10,8 @@
 namespace win {
 namespace {
 
-// Without O_NONBLOCK, opening a pipe would wait for whoever writes to it. It stays set: what is kept open is
-// a regular file, and those pay no heed to it.
+// Without O_NONBLOCK, opening a pipe would wait for a writer. The flag has no effect on regular files, which
+// are the only ones that are kept open.
 constexpr int kOpenFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 constexpr uint64_t kNever = UINT64_MAX;
@@ -22,7 +22,7 @@ constexpr int kMostAttempts = 100;
 class TPosixFileHandle : public TFileHandle {
  public:
   // `atOpening` describes a file open for reading; one open for writing is asked each time.
-  TPosixFileHandle(TUniqueFd fd, TPlace place, dev_t device, std::optional<TFileStamp> atOpening,
+  TPosixFileHandle(TUniqueFd fd, THostPath place, dev_t device, std::optional<TFileStamp> atOpening,
                    bool isLocked, TWrittenFiles& written)
       : FFd(std::move(fd)),
         FPlace(std::move(place)),
@@ -74,7 +74,7 @@ class TPosixFileHandle : public TFileHandle {
 
  private:
   TUniqueFd FFd;
-  TPlace FPlace;
+  THostPath FPlace;
   dev_t FDevice;
   std::optional<TFileStamp> FAtOpening;
   bool FIsLocked;
@@ -95,9 +95,9 @@ TFileStamp FileStampOf(const struct stat& info) {
 }
 
 TUniqueFd TPosixFileSystem::OpenForReading(std::string_view path, struct stat& info) {
-  TPlace place;
+  THostPath place;
   if (!Locate(path, TKind::File, place)) return {};
-  TUniqueFd fd(AtPlace(place, [](const TPlace& at) {
+  TUniqueFd fd(AtPlace(place, [](const THostPath& at) {
     return Retry<openat>(at.Base, at.Path.c_str(), O_RDONLY | kOpenFlags);
   }));
   if (!fd.IsOpen() || Retry<fstat>(fd.Get(), &info) != 0) {
@@ -111,15 +111,15 @@ TUniqueFd TPosixFileSystem::OpenForReading(std::string_view path, struct stat& i
   return fd;
 }
 
-// Opens a file for writing, and creates it where there is none. Never empties it, because what is opened may be
-// of the wrong kind, or read-only where root may write all the same.
-TUniqueFd TPosixFileSystem::OpenForWriting(std::string_view path, TPlace& place, struct stat& info) {
+// Opens a file for writing, and creates it where there is none. Never empties it, because what is opened may
+// be of the wrong kind, or read-only where root may write all the same.
+TUniqueFd TPosixFileSystem::OpenForWriting(std::string_view path, THostPath& place, struct stat& info) {
   if (!Locate(path, TKind::File, place)) return {};
-  const auto open = [](const TPlace& at, int create) {
+  const auto open = [](const THostPath& at, int create) {
     return Retry<openat>(at.Base, at.Path.c_str(), O_RDWR | create | kOpenFlags, 0666);
   };
   TUniqueFd fd(AtPlace(
-      place, [&open](const TPlace& at) { return open(at, 0); }, TAbsence::Believed));
+      place, [&open](const THostPath& at) { return open(at, 0); }, TAbsence::Trusted));
   if (!fd.IsOpen() && errno == ENOENT) {
     TFolderChange change(FFolders, place);
     fd = TUniqueFd(open(place, O_CREAT));  // also through a link that leads to no file yet
@@ -137,14 +137,14 @@ TUniqueFd TPosixFileSystem::OpenForWriting(std::string_view path, TPlace& place,
 }
 
 // The same without following a link, and locked.
-TUniqueFd TPosixFileSystem::OpenOwn(std::string_view path, TPlace& place, struct stat& info) {
+TUniqueFd TPosixFileSystem::OpenOwn(std::string_view path, THostPath& place, struct stat& info) {
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
     place = {};
     if (!Locate(path, TKind::File, place)) return {};
-    const auto open = [](const TPlace& at, int create) {
+    const auto open = [](const THostPath& at, int create) {
       return Retry<openat>(at.Base, at.Path.c_str(), O_RDWR | O_NOFOLLOW | create | kOpenFlags, 0666);
     };
-    TUniqueFd fd(AtPlace(place, [&open](const TPlace& at) { return open(at, 0); }));
+    TUniqueFd fd(AtPlace(place, [&open](const THostPath& at) { return open(at, 0); }));
     if (!fd.IsOpen() && errno == ENOENT) {
       TFolderChange change(FFolders, place);
       fd = TUniqueFd(open(place, O_CREAT | O_EXCL));
@@ -176,7 +176,7 @@ TUniqueFd TPosixFileSystem::OpenOwn(std::string_view path, TPlace& place, struct
 
 std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path, TFileMode mode) {
   struct stat info {};
-  TPlace place;
+  THostPath place;
   if (mode == TFileMode::OpenRead) {
     TUniqueFd fd = OpenForReading(path, info);
     if (!fd.IsOpen()) return nullptr;
@@ -196,11 +196,12 @@ std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path
 }
 
 std::optional<TFileStamp> TPosixFileSystem::GetFileStamp(std::string_view path) {
-  TPlace place;
+  THostPath place;
   struct stat info {};
   if (!Locate(path, TKind::File, place)) return std::nullopt;
-  if (AtPlace(place,
-              [&info](const TPlace& at) { return Retry<fstatat>(at.Base, at.Path.c_str(), &info, 0); }) < 0) {
+  if (AtPlace(place, [&info](const THostPath& at) {
+        return Retry<fstatat>(at.Base, at.Path.c_str(), &info, 0);
+      }) < 0) {
     FailErrno(errno);
     return std::nullopt;
   }

@@ -17,7 +17,7 @@
 namespace win {
 namespace {
 
-// The system takes PATH_MAX bytes with the NUL. The room is for the names of temporary files.
+// The system takes PATH_MAX bytes with the NUL. The rest is for the names of temporary files.
 constexpr size_t kLongestPath = PATH_MAX - 64;
 
 bool IsSeparator(char c) {
@@ -26,7 +26,11 @@ bool IsSeparator(char c) {
 
 }  // namespace
 
-bool TPosixFileSystem::Locate(std::string_view path, TKind kind, TPlace& place) {
+std::unique_ptr<TFileSystem> AnotherHostFileSystem() {
+  return std::make_unique<TPosixFileSystem>();
+}
+
+bool TPosixFileSystem::Locate(std::string_view path, TKind kind, THostPath& place) {
   if (path.find('\0') != std::string_view::npos) return Fail(ERROR_INVALID_NAME);
   place.Path = ToHostName(path);
   if (place.Path.empty()) return Fail(ERROR_PATH_NOT_FOUND);
@@ -34,16 +38,16 @@ bool TPosixFileSystem::Locate(std::string_view path, TKind kind, TPlace& place) 
   return place.Path.size() <= kLongestPath || Shorten(place);
 }
 
-// Walks along the path until what is left of it is short enough.
-bool TPosixFileSystem::Shorten(TPlace& place) {
+// Opens folders on the way until the rest of the path is short enough.
+bool TPosixFileSystem::Shorten(THostPath& place) {
   while (place.Path.size() > kLongestPath) {
     const size_t end = place.Path.rfind('/', kLongestPath);
     if (end == std::string::npos || end == 0) return Fail(ERROR_FILENAME_EXCED_RANGE);
-    TPlace part;
+    THostPath part;
     part.Base = place.Base;
     part.Path = place.Path.substr(0, end);
     TUniqueFd folder(AtPlace(
-        part, [](const TPlace& at) { return Retry<openat>(at.Base, at.Path.c_str(), kPassThrough); }));
+        part, [](const THostPath& at) { return Retry<openat>(at.Base, at.Path.c_str(), kPassThrough); }));
     if (!folder.IsOpen()) return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
     place.BaseOwner = std::make_shared<const TUniqueFd>(std::move(folder));
     place.Base = place.BaseOwner->Get();
@@ -52,15 +56,15 @@ bool TPosixFileSystem::Shorten(TPlace& place) {
   return true;
 }
 
-int TPosixFileSystem::StatAt(TPlace& place, struct stat& info, TAbsence absence) {
-  const auto operation = [&info](const TPlace& at) {
+int TPosixFileSystem::StatAt(THostPath& place, struct stat& info, TAbsence absence) {
+  const auto operation = [&info](const THostPath& at) {
     return Retry<fstatat>(at.Base, at.Path.c_str(), &info, AT_SYMLINK_NOFOLLOW);
   };
   return AtPlace(place, operation, absence);
 }
 
 uint32_t TPosixFileSystem::GetFileAttributesA(std::string_view path) {
-  TPlace place;
+  THostPath place;
   struct stat info {};
   if (!Locate(path, TKind::Folder, place)) return INVALID_FILE_ATTRIBUTES;
   if (StatAt(place, info) < 0) {
@@ -86,7 +90,7 @@ uint32_t TPosixFileSystem::GetFileAttributesA(std::string_view path) {
 }
 
 bool TPosixFileSystem::MakeDirectory(std::string_view path, mode_t mode) {
-  TPlace place;
+  THostPath place;
   struct stat info {};
   if (!Locate(path, TKind::Folder, place)) return false;
   if (StatAt(place, info) == 0) return Fail(ERROR_ALREADY_EXISTS);
@@ -108,7 +112,7 @@ bool TPosixFileSystem::CreatePrivateDirectory(std::string_view path) {
 }
 
 bool TPosixFileSystem::RemoveDirectoryA(std::string_view path) {
-  TPlace place;
+  THostPath place;
   struct stat info {};
   if (!Locate(path, TKind::Folder, place)) return false;
   if (StatAt(place, info) < 0) return FailErrno(errno);
@@ -116,7 +120,6 @@ bool TPosixFileSystem::RemoveDirectoryA(std::string_view path) {
   if (isLink && Retry<fstatat>(place.Base, place.Path.c_str(), &info, 0) != 0) return Fail(ERROR_DIRECTORY);
   if (!S_ISDIR(info.st_mode)) return Fail(ERROR_DIRECTORY);
   TFolderChange change(FFolders, place);
-  // Of a link to a folder the link goes, and the folder stays.
   const int flags = isLink ? 0 : AT_REMOVEDIR;
   if (Retry<unlinkat>(place.Base, place.Path.c_str(), flags) != 0) {
     return errno == EEXIST ? Fail(ERROR_DIR_NOT_EMPTY) : FailErrno(errno);
@@ -127,13 +130,13 @@ bool TPosixFileSystem::RemoveDirectoryA(std::string_view path) {
 }
 
 bool TPosixFileSystem::DeleteFileA(std::string_view path) {
-  TPlace place;
+  THostPath place;
   struct stat info {};
   if (!Locate(path, TKind::File, place)) return false;
   if (StatAt(place, info) < 0) return FailErrno(errno);
   if (S_ISDIR(info.st_mode)) return Fail(ERROR_ACCESS_DENIED);
   if (S_ISLNK(info.st_mode)) {
-    // A link goes by itself, whatever it names; one to a folder is RemoveDirectoryA's.
+    // The link itself is deleted, whatever it leads to. Links to folders are left to RemoveDirectoryA.
     if (Retry<fstatat>(place.Base, place.Path.c_str(), &info, 0) == 0 && S_ISDIR(info.st_mode)) {
       return Fail(ERROR_ACCESS_DENIED);
     }
@@ -147,17 +150,19 @@ bool TPosixFileSystem::DeleteFileA(std::string_view path) {
 }
 
 bool TPosixFileSystem::CopyPermissions(std::string_view source, std::string_view target) {
-  TPlace from, to;
+  THostPath from, to;
   struct stat info {};
   if (!Locate(source, TKind::Folder, from) || !Locate(target, TKind::Folder, to)) return false;
-  if (AtPlace(from,
-              [&info](const TPlace& at) { return Retry<fstatat>(at.Base, at.Path.c_str(), &info, 0); }) < 0) {
+  if (AtPlace(from, [&info](const THostPath& at) {
+        return Retry<fstatat>(at.Base, at.Path.c_str(), &info, 0);
+      }) < 0) {
     return FailErrno(errno);
   }
   const mode_t mode = (info.st_mode & 0777) | S_IWUSR;
   return AtPlace(to,
-                 [mode](const TPlace& at) { return Retry<fchmodat>(at.Base, at.Path.c_str(), mode, 0); }) ==
-             0 ||
+                 [mode](const THostPath& at) {
+                   return Retry<fchmodat>(at.Base, at.Path.c_str(), mode, 0);
+                 }) == 0 ||
          FailErrno(errno);
 }
 
@@ -173,7 +178,7 @@ std::string TPosixFileSystem::GetTempPathA() {
 }
 
 std::string TPosixFileSystem::GetLongPathNameA(std::string_view path) {
-  TPlace place;
+  THostPath place;
   struct stat info {};
   if (!Locate(path, TKind::Folder, place) || place.Base != AT_FDCWD) return std::string(path);
   const std::string given = place.Path;
@@ -183,9 +188,9 @@ std::string TPosixFileSystem::GetLongPathNameA(std::string_view path) {
   return place.Path == given ? std::string(path) : RespelledPath(path, place.Path);
 }
 
-// Whether the host's own look-up on the device ignores case, so that a path which is found need not be
-// spelled as on disk. Asked of each device once.
-bool TPosixFileSystem::FoldsCase(const TPlace& place, dev_t device) {
+// Whether the host's own look-up on the device ignores case, so that a path that is found may be spelled in
+// another way than on disk. Asks once per device.
+bool TPosixFileSystem::FoldsCase(const THostPath& place, dev_t device) {
   const auto [known, isNew] = FFoldsCase.try_emplace(device, false);
   if (!isNew) return known->second;
 #ifdef __linux__
@@ -210,14 +215,14 @@ bool TPosixFileSystem::FoldsCase(const TPlace& place, dev_t device) {
 
 void TPosixFileSystem::HoldFolders(bool hold) {
   FFolders.HoldFolders(hold);
-  if (!hold) FWritten.Drop();
+  if (!hold) FWritten.Discard();
 }
 
 TUniqueFd TPosixFileSystem::OpenFolder(std::string_view path) {
-  TPlace place;
+  THostPath place;
   if (!Locate(path, TKind::Folder, place)) return {};
-  TUniqueFd folder(
-      AtPlace(place, [](const TPlace& at) { return Retry<openat>(at.Base, at.Path.c_str(), kOpenFolder); }));
+  TUniqueFd folder(AtPlace(
+      place, [](const THostPath& at) { return Retry<openat>(at.Base, at.Path.c_str(), kOpenFolder); }));
   if (!folder.IsOpen()) errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
   return folder;
 }

@@ -1,7 +1,7 @@
 // The file functions on the host's own files. The contracts are those of win/FileSystem.h.
 //
-// An operation first tries the path as it is written, in one system call where that can be; only where there
-// is no such entry is it looked for without regard to case (win/PosixFolders.h).
+// An operation first tries the path as given, in one system call where possible. Only if there is no such
+// entry, it looks for it without regard to case (win/posix/PosixFolders.h).
 #pragma once
 
 #include <functional>
@@ -13,12 +13,12 @@
 
 #include "win/FileSystem.h"
 #include "win/posix/PosixFolders.h"
-#include "win/posix/PosixPlace.h"
+#include "win/posix/PosixPath.h"
 #include "win/posix/PosixWritten.h"
 
 namespace win {
 
-// For one thread. Open files and walks must not outlive it.
+// For one thread. Its open files and walks must not outlive it.
 class TPosixFileSystem : public TFileSystem {
  public:
   std::unique_ptr<TFileHandle> CreateFileA(std::string_view path, TFileMode mode) override;
@@ -43,30 +43,33 @@ class TPosixFileSystem : public TFileSystem {
   bool FlushWritten() override;
   bool FlushFolder(std::string_view path) override;
 
-  // How often a folder was read to look a name up, for measurements.
+  // Returns how often a folder was read to look a name up, for measurements.
   size_t FolderReadings() const { return FFolders.Readings(); }
 
  private:
   // Whether a path may end in a separator.
   enum class TKind { File, Folder };
 
-  // The place that a Windows path is written as. False, with the last error set, where that is none.
-  bool Locate(std::string_view path, TKind kind, TPlace& place);
-  bool Shorten(TPlace& place);
+  // Finds the host path for a Windows path, spelled as given. On failure returns false, with the last error
+  // set.
+  bool Locate(std::string_view path, TKind kind, THostPath& place);
+  bool Shorten(THostPath& place);
 
-  // What AtPlace does where the exact name is not there, and a moment ago there was none that differs in case
-  // alone either: ask whether one came since, or not, because the name is about to be made, and one could
-  // come behind any question too.
-  enum class TAbsence { Asked, Believed };
+  // What AtPlace does if the exact name is not there and a recent listing has none that differs in case
+  // either.
+  enum class TAbsence {
+    Verified,  // looks for one that was created since
+    Trusted    // believes it, because the caller creates the name, and another one can appear after any check
+  };
 
-  // Calls `operation`, which gives a negative number and errno where it fails, with `place` as it is written
-  // (or as it was spelled a moment ago) and, if there is no such entry, as it is spelled on disk. The result
-  // is that of the last call. On ENOENT behind it, the folder of `place` is there and spelled as on disk, and
-  // the name in it is free; where the folder is missing, errno is ENOTDIR.
+  // Calls `operation`, which returns a negative number and sets errno on failure, with `place` as given (or
+  // as a recent listing spells it) and, if there is no such entry, as it is spelled on disk. Returns the
+  // result of the last call. After ENOENT the folder of `place` exists and is spelled as on disk, and the
+  // name in it is free. If the folder is missing, errno is ENOTDIR.
   template <class TOperation>
-  int AtPlace(TPlace& place, const TOperation& operation, TAbsence absence = TAbsence::Asked);
-  // Of a link itself.
-  int StatAt(TPlace& place, struct stat& info, TAbsence absence = TAbsence::Asked);
+  int AtPlace(THostPath& place, const TOperation& operation, TAbsence absence = TAbsence::Verified);
+  // Describes what is at `place`; of a link, the link itself.
+  int StatAt(THostPath& place, struct stat& info, TAbsence absence = TAbsence::Verified);
 
   bool MakeDirectory(std::string_view path, mode_t mode);
   TUniqueFd OpenForReading(std::string_view path, struct stat& info);
@@ -77,7 +80,7 @@ class TPosixFileSystem : public TFileSystem {
     Name       // a writable file, or a link, which is itself replaced
   };
   struct TTarget {
-    TPlace Place;
+    THostPath Place;
     struct stat Info {};  // if something is there
     bool Exists = false;
     bool IsRefused = false;  // what is there may not be replaced
@@ -88,13 +91,13 @@ class TPosixFileSystem : public TFileSystem {
   using TFill = std::function<bool(int fd, const struct stat& own)>;
   bool Replace(const TTarget& target, mode_t mode, bool onlyIfFree, const TFill& fill,
                const TFileStamp* expected = nullptr);
-  void SweepOnce(const TPlace& target);
-  TUniqueFd OpenForWriting(std::string_view path, TPlace& place, struct stat& info);
-  TUniqueFd OpenOwn(std::string_view path, TPlace& place, struct stat& info);
+  void SweepOnce(const THostPath& target);
+  TUniqueFd OpenForWriting(std::string_view path, THostPath& place, struct stat& info);
+  TUniqueFd OpenOwn(std::string_view path, THostPath& place, struct stat& info);
   TUniqueFd OpenFolder(std::string_view path);
   bool CopyContents(int from, int to, int64_t size);
-  bool FoldsCase(const TPlace& place, dev_t device);
-  bool PassesOver(const TPlace& folder, std::string_view name);
+  bool FoldsCase(const THostPath& place, dev_t device);
+  bool PassesOver(const THostPath& folder, std::string_view name);
 
   TFolderCache FFolders;
   TWrittenFiles& FWritten = TWrittenFiles::OfProcess();
@@ -105,15 +108,15 @@ class TPosixFileSystem : public TFileSystem {
 };
 
 template <class TOperation>
-int TPosixFileSystem::AtPlace(TPlace& place, const TOperation& operation, TAbsence absence) {
+int TPosixFileSystem::AtPlace(THostPath& place, const TOperation& operation, TAbsence absence) {
   const int base = place.Base;
   const std::string given = place.Path;
-  const TFolderCache::TRecall recalled = FFolders.Recall(place);
+  const TFolderCache::TRecent recent = FFolders.LookUpRecent(place);
   const int first = operation(place);
   if (first >= 0 || errno != ENOENT) return first;
-  if (recalled == TFolderCache::TRecall::Absent && absence == TAbsence::Believed) return first;
-  // The listing names what is not there, or a link that leads nowhere.
-  if (recalled == TFolderCache::TRecall::Present) FFolders.Forget(place);
+  if (recent == TFolderCache::TRecent::Absent && absence == TAbsence::Trusted) return first;
+  // The listing is wrong, or the name is a link that leads nowhere.
+  if (recent == TFolderCache::TRecent::Present) FFolders.Forget(place);
   for (int attempt = 1;; ++attempt) {
     place.Base = base;
     place.Path = given;
@@ -132,7 +135,7 @@ int TPosixFileSystem::AtPlace(TPlace& place, const TOperation& operation, TAbsen
     }
     const int result = operation(place);
     if (result >= 0 || errno != ENOENT) return result;
-    // As above. Once more with the folder read anew.
+    // As above. Try once more after reading the folder again.
     if (attempt == 2) return result;
     FFolders.Forget(place);
   }

@@ -37,7 +37,7 @@ class TPosixFindHandle : public TFindHandle {
   size_t FNext = 0;  // counts "." and ".." too
 };
 
-// The attributes of an entry; INVALID_FILE_ATTRIBUTES, with errno, where they cannot be told.
+// Returns the attributes of an entry, INVALID_FILE_ATTRIBUTES, with errno, on failure.
 uint32_t AttributesOf(int folder, const dirent& entry) {
   const auto stat = [&](struct stat& info, int flags) {
     return Retry<fstatat>(folder, entry.d_name, &info, flags) == 0;
@@ -65,8 +65,8 @@ bool EntryLess(const TEntry& left, const TEntry& right) {
 
 }  // namespace
 
-// Whether no Windows path can name the entry. The first time, a line tells.
-bool TPosixFileSystem::PassesOver(const TPlace& folder, std::string_view name) {
+// Returns whether no Windows path can name the entry, and tells the user the first time.
+bool TPosixFileSystem::PassesOver(const THostPath& folder, std::string_view name) {
   if (IsWindowsName(name)) return false;
   std::string path = folder.Path;
   if (path.back() != '/') path += '/';
@@ -83,10 +83,10 @@ std::unique_ptr<TFindHandle> TPosixFileSystem::FindFirstFileA(std::string_view p
     Fail(ERROR_INVALID_PARAMETER);
     return nullptr;
   }
-  TPlace place;
+  THostPath place;
   if (!Locate(end == 0 ? "." : pattern.substr(0, end), TKind::Folder, place)) return nullptr;
-  TUniqueFd fd(
-      AtPlace(place, [](const TPlace& at) { return Retry<openat>(at.Base, at.Path.c_str(), kOpenFolder); }));
+  TUniqueFd fd(AtPlace(
+      place, [](const THostPath& at) { return Retry<openat>(at.Base, at.Path.c_str(), kOpenFolder); }));
   const int failure = errno;
   place.Widen();
   if (!fd.IsOpen()) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include "win/paths/CodePage.h"
 #include "win/posix/PosixDirectory.h"
@@ -12,19 +13,20 @@ namespace {
 constexpr int64_t kMillisecond = 1000000;
 // More than the slowest tick of a kernel's clock, 10 ms.
 constexpr int64_t kClearlyOlder = 30 * kMillisecond;
-// File systems that keep whole seconds; FAT has every second one.
+// The same on file systems that store whole seconds, or as FAT even seconds.
 constexpr int64_t kClearlyOlderInSeconds = 2500 * kMillisecond;
-// How long own changes keep a listing in use: at least, at most, and in times of what its reading took.
+// How long own changes keep a listing in use: at least, at most, and as a multiple of the time that reading
+// it took.
 constexpr int64_t kShortest = 100 * kMillisecond;
 constexpr int64_t kLongest = 5000 * kMillisecond;
 constexpr int64_t kReadingTimes = 30;
-// How long a folder is not asked again.
-constexpr int64_t kMoment = 10 * kMillisecond;
-// Paths of folders that are held at most.
+// How long a folder is not asked again after its times were compared.
+constexpr int64_t kTrustTime = 10 * kMillisecond;
+// The number of paths of folders that are remembered at most.
 constexpr size_t kMostPaths = 10000;
-// Folders that are held open at most.
+// The number of folders that are held open at most.
 constexpr size_t kMostFolders = 16;
-// Names that are held at most, all folders together.
+// The number of names that are remembered at most, in all folders.
 constexpr size_t kMostNames = 1000000;
 
 int64_t Nanoseconds(const timespec& time) {
@@ -37,7 +39,7 @@ int64_t ClockTime(clockid_t clock) {
   return Nanoseconds(time);
 }
 
-// For spans of time: nobody sets this clock.
+// The time of a clock that nobody sets.
 int64_t Now() {
   return ClockTime(CLOCK_MONOTONIC);
 }
@@ -50,7 +52,7 @@ TFolderStamp StampOf(const struct stat& info) {
 #endif
 }
 
-// False, with errno, where there is no such folder; ENOTDIR where there is something else.
+// Returns false, with errno, if there is no such folder; ENOTDIR if there is something else of that name.
 bool ReadStamp(int base, const std::string& folder, TFolderStamp& stamp) {
   struct stat info {};
   if (Retry<fstatat>(base, folder.c_str(), &info, 0) != 0) return false;
@@ -62,15 +64,15 @@ bool ReadStamp(int base, const std::string& folder, TFolderStamp& stamp) {
   return true;
 }
 
-bool IsClearlyOlder(const TFolderStamp& stamp, int64_t moment) {
+bool IsClearlyOlder(const TFolderStamp& stamp, int64_t date) {
   constexpr int64_t kSecond = 1000 * kMillisecond;
   const bool wholeSeconds = stamp.Modified % kSecond == 0 && stamp.Changed % kSecond == 0;
-  return moment - std::max(stamp.Modified, stamp.Changed) >
+  return date - std::max(stamp.Modified, stamp.Changed) >
          (wholeSeconds ? kClearlyOlderInSeconds : kClearlyOlder);
 }
 
-// A relative path means another place when the process changes its folder.
-bool IsFull(const TPlace& place) {
+// A relative path means another file after the process has changed its folder.
+bool IsFull(const THostPath& place) {
   return place.Base == AT_FDCWD && place.Path.starts_with('/');
 }
 
@@ -90,19 +92,20 @@ const std::string* TFolderListing::Find(std::string_view wanted) const {
 }
 
 void TFolderListing::Add(std::string_view name) {
-  const auto [at, isNew] = FNames.try_emplace(UpperFileName(name));
-  TNames& names = at->second;
-  if (isNew) {
-    names.First = name;
+  std::string added(name);
+  const auto found = FNames.find(UpperFileName(name));
+  if (found == FNames.end()) {
+    FNames.emplace(UpperFileName(name), TNames{std::move(added), {}});
   } else {
+    TNames& names = found->second;
     if (names.First == name ||
         std::find(names.Others.begin(), names.Others.end(), name) != names.Others.end()) {
       return;
     }
-    std::string other(name);
-    if (FileNameLess(other, names.First)) std::swap(other, names.First);
-    names.Others.insert(std::upper_bound(names.Others.begin(), names.Others.end(), other, FileNameLess),
-                        std::move(other));
+    names.Others.reserve(names.Others.size() + 1);
+    if (FileNameLess(added, names.First)) std::swap(added, names.First);
+    names.Others.insert(std::upper_bound(names.Others.begin(), names.Others.end(), added, FileNameLess),
+                        std::move(added));
   }
   ++FCount;
 }
@@ -126,10 +129,10 @@ void TFolderListing::Remove(std::string_view name) {
   --FCount;
 }
 
-TFolderCache::TOutcome TFolderCache::Respell(TPlace& place) {
+TFolderCache::TOutcome TFolderCache::Respell(THostPath& place) {
   const std::string wanted = place.Path;
   place.Listing = nullptr;
-  // The deepest folder that is there as it is written: nearly always the one that holds the name.
+  // Find the deepest folder that exists as given: nearly always the one that contains the name.
   size_t known = place.LeafStart();
   TFolderStamp stamp;
   while (!ReadStamp(place.Base, OrCurrent(wanted.substr(0, known)), stamp)) {
@@ -163,15 +166,15 @@ TFolderCache::TOutcome TFolderCache::Respell(TPlace& place) {
   }
 }
 
-TFolderCache::TRecall TFolderCache::Recall(TPlace& place) {
+TFolderCache::TRecent TFolderCache::LookUpRecent(THostPath& place) {
   const std::string_view given = place.Leaf();
   if (FPaths.empty() || !IsFull(place) || given.empty() || given == "." || given == "..")
-    return TRecall::Unknown;
+    return TRecent::Unknown;
   const auto known = FPaths.find(place.Folder());
-  if (known == FPaths.end()) return TRecall::Unknown;
+  if (known == FPaths.end()) return TRecent::Unknown;
   TFolderListing& listing = *known->second.Listing;
   const int64_t now = Now();
-  if (now - listing.FSeenAt >= kMoment || !IsAlive(listing, now)) return TRecall::Unknown;
+  if (now - listing.FSeenAt >= kTrustTime || !IsAlive(listing, now)) return TRecent::Unknown;
   const std::string* const found = listing.Find(given);
   std::string name(found ? std::string_view(*found) : given);
   place.Listing = &listing;
@@ -184,7 +187,7 @@ TFolderCache::TRecall TFolderCache::Recall(TPlace& place) {
   } else {
     place.Path = known->second.Spelled + name;
   }
-  return found ? TRecall::Present : TRecall::Absent;
+  return found ? TRecent::Present : TRecent::Absent;
 }
 
 void TFolderCache::Open(TKnownPath& known) {
@@ -211,8 +214,8 @@ void TFolderCache::ForgetPaths() {
   FOpenFolders = 0;
 }
 
-// `place` is spelled as on disk, and its folder was given as `givenFolder`.
-void TFolderCache::NotePath(const TPlace& place, TFolderListing* listing, std::string_view givenFolder) {
+// Remembers the listing of the folder of `place`, which is spelled as on disk and was given as `givenFolder`.
+void TFolderCache::NotePath(const THostPath& place, TFolderListing* listing, std::string_view givenFolder) {
   if (!listing || !IsFull(place) || !(listing->FSettled || listing->FKeptCurrent)) return;
   if (FPaths.size() >= kMostPaths) ForgetPaths();
   const auto known = FPaths.find(givenFolder);
@@ -224,7 +227,7 @@ void TFolderCache::NotePath(const TPlace& place, TFolderListing* listing, std::s
   }
 }
 
-void TFolderCache::SpellAll(TPlace& place) {
+void TFolderCache::SpellAll(THostPath& place) {
   const std::string given = place.Path;
   place.Path.resize(given[0] == '/' ? 1 : 0);
   place.Listing = nullptr;
@@ -242,7 +245,7 @@ void TFolderCache::SpellAll(TPlace& place) {
   }
 }
 
-void TFolderCache::Forget(const TPlace& place) {
+void TFolderCache::Forget(const THostPath& place) {
   TFolderStamp stamp;
   if (!ReadStamp(place.Base, place.FolderPath(), stamp)) return;
   const auto found = FListings.find({stamp.Device, stamp.Inode});
@@ -252,13 +255,13 @@ void TFolderCache::Forget(const TPlace& place) {
   FListings.erase(found);
 }
 
-// Whether the listing may still serve if the folder's stamp has not changed.
+// Whether the listing may still be used if the folder's stamp has not changed.
 bool TFolderCache::IsAlive(const TFolderListing& listing, int64_t now) {
   return listing.FSettled || now - listing.FUnsettledSince <
                                  std::clamp(kReadingTimes * listing.FReadingTime, kShortest, kLongest);
 }
 
-// The listing that is held for the folder if it is true as far as can be told, or null.
+// Returns the listing of the folder if it is valid as far as can be known, else null.
 TFolderListing* TFolderCache::Held(const TFolderStamp& stamp) {
   const auto found = FListings.find({stamp.Device, stamp.Inode});
   if (found == FListings.end() || found->second.FStampDue || !(found->second.FStamp == stamp)) return nullptr;
@@ -269,8 +272,8 @@ TFolderListing* TFolderCache::Held(const TFolderStamp& stamp) {
   return &listing;
 }
 
-// The listing of a folder whose stamp was just read, read now if need be. Null, with errno, where the folder
-// cannot be read.
+// Returns the listing of a folder whose stamp was just read, and reads the folder if necessary. Returns null,
+// with errno, if it cannot be read.
 TFolderListing* TFolderCache::Current(int base, const std::string& folder, const TFolderStamp& stamp) {
   TFolderListing* const current = Held(stamp);
   if (current && (current->FSettled || current->FKeptCurrent)) return current;
@@ -300,7 +303,7 @@ bool TFolderCache::Read(int base, const std::string& folder, TFolderListing& lis
     errno = directory.Error();
     return false;
   }
-  // The stamp from before the reading: a change during it shows as a change behind it.
+  // The stamp is older than the reading, so a change during the reading shows as a later one.
   listing.FStamp = StampOf(before);
   listing.FSettled = IsClearlyOlder(listing.FStamp, date);
   listing.FUnsettledSince = begin;
@@ -309,7 +312,7 @@ bool TFolderCache::Read(int base, const std::string& folder, TFolderListing& lis
   return true;
 }
 
-TFolderChange::TFolderChange(TFolderCache& cache, const TPlace& place)
+TFolderChange::TFolderChange(TFolderCache& cache, const THostPath& place)
     : FCache(cache), FPlace(place), FListing(place.Listing) {
   TFolderStamp stamp;
   if (FListing || cache.FListings.empty()) return;
@@ -319,7 +322,11 @@ TFolderChange::TFolderChange(TFolderCache& cache, const TPlace& place)
 void TFolderChange::Commit(std::string_view added, std::string_view removed) {
   if (!FListing) return;
   const int64_t now = Now();
-  const bool isOneOfMany = now - FListing->FChangedAt < kMoment && now - FListing->FSeenAt < kMoment / 2;
+  const bool isOneOfMany =
+      now - FListing->FChangedAt < kTrustTime && now - FListing->FSeenAt < kTrustTime / 2;
+  // Until all is entered the listing is invalid, also if there is no memory for it.
+  FListing->FStampDue = true;
+  FListing->FChangedAt = now;
   if (!isOneOfMany) {
     TFolderStamp stamp;
     if (!ReadStamp(FPlace.Base, FPlace.FolderPath(), stamp)) return;
@@ -327,13 +334,14 @@ void TFolderChange::Commit(std::string_view added, std::string_view removed) {
     FListing->FStamp = stamp;
     FListing->FSeenAt = now;
   }
-  if (!removed.empty()) FListing->Remove(removed);
-  if (!added.empty()) FListing->Add(added);
   if (FListing->FSettled) FListing->FUnsettledSince = now;
   FListing->FSettled = false;
+  const int64_t seenAt = std::exchange(FListing->FSeenAt, now - kTrustTime);
+  if (!removed.empty()) FListing->Remove(removed);
+  if (!added.empty()) FListing->Add(added);
+  FListing->FSeenAt = seenAt;
   FListing->FKeptCurrent = true;
   FListing->FStampDue = isOneOfMany;
-  FListing->FChangedAt = now;
   if (!isOneOfMany) FCache.NotePath(FPlace, FListing, FPlace.Folder());
 }
 

@@ -1,31 +1,27 @@
 // Looking names up without regard to case, in time that does not grow with the folder.
 //
-// The host distinguishes case and Windows does not. So a name that is not found as it stands is looked for
-// among all names of its folder, and a run does that thousands of times: for each form that a unit names as
-// "Unit1.DFM" and the disk has as "Unit1.dfm", and for each file that it creates, which must not come to
-// stand beside one that differs in case only. TFolderCache reads a folder once and answers from memory after
-// that.
+// The host distinguishes case and Windows does not. A name that is not found as given is therefore looked for
+// among all names of its folder. A run does that thousands of times: for each form that a unit names as
+// "Unit1.DFM" and the disk has as "Unit1.dfm", and for each file that it creates, which must not differ in
+// case only from an existing one. TFolderCache reads a folder once and then answers from memory.
 //
-// When is a listing still true? A folder's inode number and its two times (last modified, last changed, the
-// latter of which nobody can set) tell of every change, but for one weakness: the times come from a clock
-// that ticks. A change in the same tick as the listing leaves no trace. Hence:
-//  - A listing is settled if the folder's times were clearly older than the clock when it was read. It serves
-//  as
-//    long as the times stay.
-//  - One that is not settled serves once, and is read again the next time.
-//  - A change that is made through this layer is entered in the listing, and the folder's new times with it,
-//  so
-//    that creating n files in a folder is not n readings. Such a listing is not settled again, and it serves
-//    for a short time only, in proportion to what reading the folder takes. So what others do to a folder in
-//    which a run writes at the same moment is seen after that time at the latest, and the reading costs a few
-//    percent.
-//  - For a moment behind each of these comparisons, and behind each own change, the folder is not asked again
-//  where a name is found, or is about to be made: a run does many things in one folder, one behind the other.
-//  Of own changes that follow each other in such a moment only some take the folder's times; if the last one
-//  did not, the folder is read again. The exact name that is asked for is always looked for on the disk
-//  first.
-//  - A name that was found is proved by the operation for which it was looked up: see
-//  TPosixFileSystem::AtPlace.
+// A listing is valid as long as the folder's inode number and its two times (last modified, last changed)
+// stay the same. The times come from a clock that ticks, so a change in the same tick as the reading leaves
+// no trace. Hence:
+//
+//  - A listing is settled if the folder's times were clearly older than the clock when it was read. It is
+//    valid as long as the times stay.
+//  - A listing that is not settled is used once and read again the next time.
+//  - A change that is made through this layer is entered in the listing, together with the folder's new
+//    times, so that creating n files in a folder takes no n readings. Such a listing is no longer settled. It
+//    is used for a limited time, in proportion to the time that reading the folder takes, so changes by
+//    others are seen after that time at the latest, and reading costs a few percent.
+//  - For 10 ms after each comparison of the times and after each own change, the folder is not asked again
+//    where a name is found or is about to be created, because a run does many things in one folder in a row.
+//    Of own changes that follow each other within that time only some read the folder's new times; if the
+//    last one did not, the folder is read again. Without this rule a run takes 5 to 10 % more processor time.
+//  - The exact name that is asked for is always looked for on the disk first, and a name that was found here
+//    is proved by the operation for which it was looked up: see TPosixFileSystem::AtPlace.
 #pragma once
 
 #include <cstdint>
@@ -38,11 +34,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include "win/posix/PosixPlace.h"
+#include "win/posix/PosixPath.h"
 
 namespace win {
 
-// What tells one state of a folder from another.
+// Identifies a folder and its state.
 struct TFolderStamp {
   dev_t Device = 0;
   ino_t Inode = 0;
@@ -55,8 +51,8 @@ struct TFolderStamp {
 // The names of a folder, by their upper case.
 class TFolderListing {
  public:
-  // The name that `wanted` means: itself if it is there, else the first in NTFS' order that is equal in upper
-  // case, else null. Holds until the listing changes.
+  // Returns the name that `wanted` means: itself if it is there, else the first one in NTFS' order that is
+  // equal in upper case, else null. The result is valid until the listing changes.
   const std::string* Find(std::string_view wanted) const;
   void Add(std::string_view name);
   void Remove(std::string_view name);
@@ -66,7 +62,7 @@ class TFolderListing {
   friend class TFolderCache;
   friend class TFolderChange;
 
-  // Nearly always there is one name; the names of one upper case stand in NTFS' order.
+  // The names that are equal in upper case, in NTFS' order. Nearly always there is one.
   struct TNames {
     std::string First;
     std::vector<std::string> Others;
@@ -75,52 +71,53 @@ class TFolderListing {
   size_t FCount = 0;
   TFolderStamp FStamp;
   bool FSettled = false;
-  bool FKeptCurrent = false;    // by own changes
-  int64_t FUnsettledSince = 0;  // this and the times below: nanoseconds since some moment
+  bool FKeptCurrent = false;  // by own changes
+  // In nanoseconds of the monotonic clock.
+  int64_t FUnsettledSince = 0;
   int64_t FReadingTime = 0;
-  int64_t FSeenAt = 0;     // when the folder's stamp was last compared or taken
+  int64_t FSeenAt = 0;     // when the folder's stamp was last compared or read
   int64_t FChangedAt = 0;  // when an own change was last entered
   bool FStampDue = false;  // FStamp is older than the last own change
 };
 
 class TFolderCache {
  public:
-  // What Respell came to.
+  // The result of Respell.
   enum class TOutcome {
-    Found,     // `Path` is spelled as on disk
-    NoEntry,   // its folder is spelled as on disk, and holds no such name; the name is as given
-    NoFolder,  // some folder on the way is missing, and what is above it is spelled as on disk
-    Failed     // errno tells
+    Found,     // the path is spelled as on disk
+    NoEntry,   // the folder is spelled as on disk and has no such name; the name is as given
+    NoFolder,  // a folder on the way is missing; what is above it is spelled as on disk
+    Failed     // errno is set
   };
 
-  // Spells `place` as on disk: each component as it stands if there is such an entry, else the first entry in
-  // NTFS' order that is equal in upper case. To be called where the path as given was not found.
-  TOutcome Respell(TPlace& place);
+  // Spells `place` as on disk: each component as given if there is such an entry, else as the first entry in
+  // NTFS' order that is equal in upper case. Call it after the path as given was not found.
+  TOutcome Respell(THostPath& place);
 
-  // What was known a moment ago.
-  enum class TRecall {
-    Unknown,  // nothing; `place` is unchanged
-    Present,  // the name; `place` is spelled as on disk
-    Absent    // the folder, without such a name; `place` has the folder spelled as on disk, the name as given
+  // The result of LookUpRecent.
+  enum class TRecent {
+    Unknown,  // there is no recent listing; `place` is unchanged
+    Present,  // the listing has the name; `place` is spelled as on disk
+    Absent    // the listing lacks the name; the folder of `place` is spelled as on disk, the name is as given
   };
 
-  // Spells `place` by a listing that was true a moment ago, without asking the system; seen from the folder
-  // that holds it, which spares the system the way there.
-  TRecall Recall(TPlace& place);
+  // Spells `place` by a listing that was valid within the last 10 ms, without a call of the system. Makes it
+  // relative to the open folder if that is held open, which saves the system the way there.
+  TRecent LookUpRecent(THostPath& place);
 
-  // Spells `place`, which is there, as on disk, where the host itself ignores case. What cannot be told
-  // stays.
-  void SpellAll(TPlace& place);
+  // Spells `place`, which exists, as on disk, on a host that itself ignores case. Components that cannot be
+  // looked up stay as given.
+  void SpellAll(THostPath& place);
 
-  // Forgets the listing of the folder in which `place` lies: it was found to be wrong.
-  void Forget(const TPlace& place);
-  // Forgets which listing belongs to which path: a folder went, or was put under another name.
+  // Forgets the listing of the folder of `place`, which has turned out to be wrong.
+  void Forget(const THostPath& place);
+  // Forgets which listing belongs to which path. Call it after a folder was removed or renamed.
   void ForgetPaths();
 
   // See TFileSystem.
   void HoldFolders(bool hold);
 
-  // How often a folder was read so far, for measurements.
+  // Returns how many folders were read so far, for measurements.
   size_t Readings() const { return FReadings; }
 
  private:
@@ -131,7 +128,7 @@ class TFolderCache {
     size_t operator()(std::string_view path) const { return std::hash<std::string_view>()(path); }
   };
   struct TKnownPath {
-    std::string Spelled;  // the folder as on disk, with the separator at its end
+    std::string Spelled;  // the folder as on disk, with a separator at its end
     TFolderListing* Listing;
     std::shared_ptr<const TUniqueFd> Folder;  // open from the second look-up on
   };
@@ -141,7 +138,7 @@ class TFolderCache {
   static bool IsAlive(const TFolderListing& listing, int64_t now);
   void Open(TKnownPath& known);
   void CloseFolders();
-  void NotePath(const TPlace& place, TFolderListing* listing, std::string_view givenFolder);
+  void NotePath(const THostPath& place, TFolderListing* listing, std::string_view givenFolder);
   bool Read(int base, const std::string& folder, TFolderListing& listing);
 
   struct TKeyHash {
@@ -157,18 +154,22 @@ class TFolderCache {
   size_t FReadings = 0;
 };
 
-// A change in the folder of `place` that this process makes: made before the change, committed behind it. If
-// the folder's listing was true before, it is kept so. Without Commit the listing is left to find out by
-// itself.
+// A change that this process makes in the folder of `place`. Create the object before the change and call
+// Commit after it. A listing that was valid before the change then stays valid. Without Commit it becomes
+// invalid by itself.
+//
+//   TFolderChange change(cache, place);
+//   if (mkdirat(place.Base, place.Path.c_str(), mode) == 0) change.Commit(place.Leaf());
 class TFolderChange {
  public:
-  TFolderChange(TFolderCache& cache, const TPlace& place);
-  // The changes that were made; either may be empty. What is there already is not added twice.
+  TFolderChange(TFolderCache& cache, const THostPath& place);
+  // Enters the names that were added and removed; either may be empty. A name that is there is not added
+  // twice.
   void Commit(std::string_view added, std::string_view removed = {});
 
  private:
   TFolderCache& FCache;
-  const TPlace& FPlace;
+  const THostPath& FPlace;
   TFolderListing* FListing = nullptr;
 };
 

@@ -14,8 +14,8 @@ enum class TLocking { Locked, HeldByOther, Unsupported, Failed };
 // Locks the file or folder open as `fd` exclusively, without waiting.
 [[nodiscard]] TLocking TryLock(int fd);
 
-// The same, where a volume without locks is no failure: then nothing is locked. On failure returns false, with
-// errno; EAGAIN if somebody holds the lock.
+// The same, where a volume without locks is no failure: then nothing is locked. On failure returns false,
+// with errno; EAGAIN if somebody holds the lock.
 [[nodiscard]] bool LockExclusively(int fd);
 
 // Releases the lock, also where duplicates of `fd` remain open.

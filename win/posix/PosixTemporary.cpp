@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::string_view kExtension = ".$$$";
 
-// The start of the names that processes on this computer give: on a network volume, a lock may be known to the
-// computer alone that holds it.
+// The start of the names that processes on this computer give: on a network volume, a lock may be known to
+// the computer alone that holds it.
 const std::string& NamePrefix() {
   static const std::string prefix = [] {
     char host[256] = {};
@@ -107,15 +107,19 @@ bool TTemporaryFile::TakeNameOf(const TFileStamp& expected) {
            FileStampOf(info) == expected;
   };
 #ifdef RENAME_EXCHANGE
-  // Not every file system can do this. What is looked at after the exchange is what was replaced, so no moment is left for another writer.
+  // Not every file system can do this. What is checked after the exchange is exactly what was replaced, so no
+  // other writer can come between.
   const auto exchange = [&] {
     return Retry<renameat2>(FTarget.Base, FPath.c_str(), FTarget.Base, name, unsigned{RENAME_EXCHANGE}) == 0;
   };
   if (exchange()) {
     const bool isRight = isExpected(FPath.c_str());
     if (isRight) Retry<unlinkat>(FTarget.Base, FPath.c_str(), 0);
-    // If it cannot be put back, the other writer's file keeps the temporary name.
-    if (isRight || !exchange()) FPath.clear();
+    if (isRight || !exchange()) {
+      // If it cannot be put back, the other writer's file gets a name that nobody sweeps.
+      if (!isRight) Retry<renameat>(FTarget.Base, FPath.c_str(), FTarget.Base, (FPath + "~").c_str());
+      FPath.clear();
+    }
     if (!isRight) errno = ESTALE;
     return isRight;
   }
@@ -127,7 +131,7 @@ bool TTemporaryFile::TakeNameOf(const TFileStamp& expected) {
   return TakeName(false);
 }
 
-void SweepTemporaryFiles(const TPlace& target) {
+void SweepTemporaryFiles(const THostPath& target) {
   TPosixDirectory folder(TUniqueFd(Retry<openat>(target.Base, target.FolderPath().c_str(), kOpenFolder)));
   std::vector<std::string> names;
   while (const dirent* const entry = folder.Next()) {

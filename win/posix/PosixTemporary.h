@@ -1,52 +1,52 @@
 // A file that is written under a temporary name in its target's folder and then takes the target's name.
 //
-// The temporary file is locked until it has the target's name or is deleted. So a temporary file that can be locked
-// was left by a process that is gone, and may be deleted.
+// The temporary file is locked until it has the target's name or is deleted. So a temporary file that can be
+// locked was left by a process that is gone, and may be deleted.
 #pragma once
 
 #include <string>
 #include <sys/stat.h>
 
 #include "win/posix/PosixFd.h"
-#include "win/posix/PosixPlace.h"
+#include "win/posix/PosixPath.h"
 
 namespace win {
 
 class TTemporaryFile {
  public:
   // `target` must outlive the object.
-  explicit TTemporaryFile(const TPlace& target) : FTarget(target) {}
+  explicit TTemporaryFile(const THostPath& target) : FTarget(target) {}
   // Deletes the file unless it has taken the target's name.
   ~TTemporaryFile();
   TTemporaryFile(const TTemporaryFile&) = delete;
   TTemporaryFile& operator=(const TTemporaryFile&) = delete;
 
-  // Creates the file with the permission bits `mode`, as far as the process's mask allows, and describes it in
-  // `info`. On failure returns false, with errno. The name is short however long the target's is, and has an
-  // extension that no run looks for.
+  // Creates the file with the permission bits `mode`, as far as the process's mask allows, and describes it
+  // in `info`. On failure returns false, with errno. The name is short however long the target's is, and has
+  // an extension that no run looks for.
   bool Create(mode_t mode, struct stat& info);
 
   int Fd() const { return FFd.Get(); }
 
-  // Returns false, with errno, if what was written could not be stored. Some file systems report that only when a
-  // descriptor is closed.
+  // Returns false, with errno, if what was written could not be stored. Some file systems report that only
+  // when a descriptor is closed.
   bool Finish();
 
-  // Renames the file to the target, in one step. With `onlyIfFree`, fails with EEXIST where there is a file of
-  // that name. On failure returns false, with errno, and the target is as it was.
+  // Renames the file to the target, in one step. With `onlyIfFree`, fails with EEXIST where there is a file
+  // of that name. On failure returns false, with errno, and the target is as it was.
   bool TakeName(bool onlyIfFree);
 
   // The same if the file of the target's name has the stamp `expected`. Fails with ESTALE if it has another one.
   bool TakeNameOf(const TFileStamp& expected);
 
  private:
-  const TPlace& FTarget;
+  const THostPath& FTarget;
   TUniqueFd FFd;
   std::string FPath;  // seen from the target's base; empty if there is no file to delete
 };
 
-// Deletes the temporary files that processes which are gone have left in the folder of `target`. Leaves all files
-// that it cannot be certain of. Reports nothing.
-void SweepTemporaryFiles(const TPlace& target);
+// Deletes the temporary files that processes which are gone have left in the folder of `target`. Leaves all
+// files that it cannot be certain of. Reports nothing.
+void SweepTemporaryFiles(const THostPath& target);
 
 }  // namespace win

@@ -13,7 +13,7 @@ TUniqueFd Duplicate(int fd) {
   return TUniqueFd(Retry<fcntl>(fd, F_DUPFD_CLOEXEC, 0));
 }
 
-// Some kinds of files and folders cannot be asked for, and need not be.
+// Some kinds of files and folders cannot be flushed, and need not be.
 bool Succeeded(int result) {
   return result == 0 || errno == EINVAL || errno == EROFS || errno == ENOTSUP;
 }
@@ -46,7 +46,7 @@ void TWrittenFiles::NoteFailure(int number) {
   FFailure = number;
 }
 
-void TWrittenFiles::Note(int fd, dev_t device, const TPlace& place) {
+void TWrittenFiles::Note(int fd, dev_t device, const THostPath& place) {
   const std::lock_guard lock(FMutex);
   TUniqueFd& onDevice = FDevices[device];
   if (!onDevice.IsOpen()) {
@@ -88,7 +88,7 @@ bool TWrittenFiles::Flush() {
   return failure == 0;
 }
 
-void TWrittenFiles::Drop() {
+void TWrittenFiles::Discard() {
   const std::lock_guard lock(FMutex);
   ForgetAll();
 }

@@ -1,10 +1,9 @@
-// What was written and has not been brought to the disk yet.
+// The files that were written and have not been brought to the disk yet.
 //
-// Bringing it there can mean two things: asking for each file by itself (fsync), or for all that waits on a
-// device (syncfs). The first costs a journal commit a file: 0.3 ms on a good disk, where a thousand files
-// take 300 ms that way and 60 ms the other, and many times that on a slow one. The second waits for what
-// other programs have written to the device too, which can be any amount. So a handful of files is asked for
-// one by one, and more of them by device.
+// The system can be asked for each file by itself (fsync), or for everything that waits on a device (syncfs).
+// The first costs one journal commit a file: 300 ms for a thousand files on a good disk, many times that on a
+// slow one, where the second takes 60 ms. But the second also waits for what other programs have written to
+// the device, which can be any amount. So a few files are flushed one by one, and more of them by device.
 #pragma once
 
 #include <atomic>
@@ -15,34 +14,35 @@
 #include <vector>
 
 #include "win/posix/PosixFd.h"
-#include "win/posix/PosixPlace.h"
+#include "win/posix/PosixPath.h"
 
 namespace win {
 
-// Brings one file or folder to the disk. On failure returns false, with errno. Kinds of files and folders that
-// cannot be asked for are no failure.
+// Brings one file or folder to the disk. On failure returns false, with errno. Kinds of files and folders
+// that cannot be asked for are no failure.
 [[nodiscard]] bool FlushFile(int fd);
 
 class TWrittenFiles {
  public:
-  // All that the process has written, by whatever thread.
+  // Returns the object for all that the process writes, on whatever thread.
   static TWrittenFiles& OfProcess();
 
-  // The file open as `fd`, which lies on `device` at `place`, was written or is about to be.
-  void Note(int fd, dev_t device, const TPlace& place);
+  // Notes that the file open as `fd`, on `device` at `place`, was written or is about to be.
+  void Note(int fd, dev_t device, const THostPath& place);
 
-  // Closing a file that was noted failed with errno `number`: some systems tell only then that what was
-  // written could not be stored. The next Flush fails with it.
+  // Notes that closing a file failed with errno `number`. Some systems report only then that what was written
+  // could not be stored. The next Flush fails with this number.
   void NoteFailure(int number);
 
-  // Brings all that was noted to the disk, and the entries of the folders with it. False, with errno, if the
-  // system could not; then it is open what has reached the disk. Afterwards nothing is noted any more.
+  // Brings all files that were noted, and the entries of their folders, to the disk, and forgets them. On
+  // failure returns false, with errno; then it is unknown how much has arrived.
   [[nodiscard]] bool Flush();
 
-  // Forgets what was noted, which is left to the system, and closes it.
-  void Drop();
+  // Forgets all files that were noted, and closes them. They are left to the system.
+  void Discard();
 
-  // Grows with each Flush and Drop. Who goes on writing to a file behind one must note it again.
+  // Returns a number that grows with each Flush and Discard. Files that are written after one must be noted
+  // again.
   uint64_t Epoch() const { return FEpoch.load(std::memory_order_relaxed); }
 
  private:
@@ -53,11 +53,11 @@ class TWrittenFiles {
 
   void ForgetAll();
 
-  std::mutex FMutex;                    // for what follows
-  std::vector<TNoted> FFiles;           // as long as there are few
-  std::map<dev_t, TUniqueFd> FDevices;  // a file on each device
+  std::mutex FMutex;                    // guards the members below
+  std::vector<TNoted> FFiles;           // unless FMany
+  std::map<dev_t, TUniqueFd> FDevices;  // one file of each device
   bool FMany = false;
-  bool FEverything = false;  // a descriptor could not be kept: only asking for all devices is left
+  bool FEverything = false;  // a descriptor could not be kept, so all devices must be flushed
   int FFailure = 0;
   std::atomic<uint64_t> FEpoch = 0;
 };

@@ -1,4 +1,4 @@
-// A place among the host's files: a path as the system calls take it.
+// A path of the host, as the system calls take it.
 #pragma once
 
 #include <fcntl.h>
@@ -13,7 +13,7 @@
 
 namespace win {
 
-// To open a folder only to go on from it.
+// To open a folder as the base of other calls.
 #ifdef O_PATH
 inline constexpr int kPassThrough = O_PATH | O_DIRECTORY | O_CLOEXEC;
 #else
@@ -32,28 +32,28 @@ TFileStamp FileStampOf(const struct stat& info);
 
 class TFolderListing;
 
-// `Path` in its shortest spelling, without a separator at its end, seen from the folder `Base`. Every system
-// call takes the two together (openat and its like).
-struct TPlace {
+// `Path`, in its shortest spelling and without a separator at its end, is relative to the open folder `Base`.
+// Each system call takes the two together, as openat does.
+struct THostPath {
   int Base = AT_FDCWD;
   std::string Path;
-  // Open where `Base` is a folder on the way: of a path too long for the system, or the one that holds the
-  // name.
+  // Keeps `Base` open if it is a folder on the way: of a path that is too long for the system, or the one
+  // that contains the name.
   std::shared_ptr<const TUniqueFd> BaseOwner;
-  std::string FullPath;  // in the latter case: the whole path, as seen from the present folder
-  // The listing of the place's folder that was just found current, or null; it holds until the next look-up.
+  std::string FullPath;  // in the latter case the whole path, relative to the process's folder
+  // The listing of the folder if it was just found to be valid, else null. It lives until the next look-up.
   TFolderListing* Listing = nullptr;
 
-  // Goes back to the whole path where the folder that holds the name is open.
+  // Makes the path relative to the process's folder again if `Base` is the folder that contains the name.
   void Widen() {
     if (FullPath.empty()) return;
     Base = AT_FDCWD;
     Path = std::exchange(FullPath, {});
   }
 
-  // The part up to and with the last separator; empty for a name in `Base` itself.
+  // Returns the part up to and including the last separator; empty for a name in `Base` itself.
   std::string_view Folder() const { return std::string_view(Path).substr(0, LeafStart()); }
-  // The same as an argument of a system call: "." where it is empty.
+  // Returns the same as an argument of a system call: "." instead of an empty path.
   std::string FolderPath() const { return LeafStart() == 0 ? std::string(".") : std::string(Folder()); }
   std::string_view Leaf() const { return std::string_view(Path).substr(LeafStart()); }
   size_t LeafStart() const { return Path.rfind('/') + 1; }  // npos + 1 is 0

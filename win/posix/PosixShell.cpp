@@ -1,10 +1,11 @@
 #include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "win/FileApi.h"
+#include "win/Errors.h"
+#include "win/FileSystem.h"
+#include "win/Shell.h"
 #include "win/paths/Drives.h"
 
 namespace win {
@@ -16,7 +17,7 @@ constexpr const char* kViewer = "open";
 constexpr const char* kViewer = "xdg-open";
 #endif
 
-// The grandchild: becomes the viewer, or writes a byte into `report`. Only calls that are safe behind a fork.
+// Becomes the viewer, or writes a byte into `report`. Makes only calls that are safe after a fork.
 [[noreturn]] void BecomeViewer(const char* file, int report) {
   setsid();
   const int null = open("/dev/null", O_RDWR);
@@ -32,14 +33,6 @@ constexpr const char* kViewer = "xdg-open";
 
 }  // namespace
 
-std::string GetTempFileNameA(std::string_view path, std::string_view prefix, uint32_t unique) {
-  char number[8];
-  std::snprintf(number, sizeof number, "%X", unique & 0xFFFF);
-  std::string name(path);
-  if (!name.empty() && name.back() != '\\') name += '\\';
-  return name.append(prefix.substr(0, 3)).append(number).append(".tmp");
-}
-
 bool ShellExecuteA(std::string_view operation, std::string_view file) {
   const std::string windowsPath = ToWindowsPath(FileSystem().GetLongPathNameA(file));
   if (operation != "open" || windowsPath.empty()) {
@@ -54,7 +47,7 @@ bool ShellExecuteA(std::string_view operation, std::string_view file) {
     return false;
   }
   for (const int fd : report) fcntl(fd, F_SETFD, FD_CLOEXEC);
-  // Two forks, so that the viewer is nobody's child here and leaves no dead process behind.
+  // Two forks, so that the viewer is no child of this process, which would have to wait for its end.
   const pid_t child = fork();
   if (child == 0) {
     if (fork() == 0) BecomeViewer(host.c_str(), report[1]);
