@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "MigWizard/run/FileUtils.h"
+#include "MigWizard/run/UnitList.h"
+#include "MigWizard/run/WorkQueue.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 #include "tests/RecordingFileSystem.h"
@@ -44,6 +46,31 @@ TEST(FileUtilsTest, CreateTempFolder) {
   tree.Write("$DS6", "");
   EXPECT_EQ(CreateTempFolder("$DS", 1), "");
   unsetenv("TMPDIR");
+}
+
+TEST(FileUtilsTest, LinksToFoldersAreNotFollowed) {
+  const tests::TTempTree tree;
+  tree.Write("precious/Kept.pas", "kept");
+  for (const char* const name : {"one", "two", "scanned"}) {
+    tree.Write(std::string(name) + "/Sub/Unit.pas", "");
+    tree.Link("../precious", std::string(name) + "/link");
+    tree.Link("../../precious", std::string(name) + "/Sub/link");
+  }
+  rtl::TStringList units;
+  TReplaceOptions options("BDE");
+  std::vector<TLeftOut> leftOut;
+  options.Dest = sdFolder;
+  options.Directory = tree.WindowsPath("scanned");
+  options.IncludeSubDirs = true;
+  InitUnitList(options, TRunHooks{}, units, leftOut);
+  EXPECT_TRUE(leftOut.empty());
+  EXPECT_EQ(units.Text(), tree.WindowsPath("scanned\\Sub\\Unit.pas") + "\r\n");
+
+  TWorkQueue queue;
+  EXPECT_TRUE(DeleteFolder(tree.WindowsPath("one")));
+  EXPECT_TRUE(DeleteTempFolder(tree.WindowsPath("two"), queue));
+  EXPECT_EQ(tree.Names(), (std::vector<std::string>{"precious", "scanned"}));
+  EXPECT_EQ(tree.Read("precious/Kept.pas"), "kept");
 }
 
 }  // namespace
