@@ -127,9 +127,9 @@ class TFileSystem {
   // existing file keeps its permission bits, and that the last-write time is the present.
   [[nodiscard]] virtual bool ReplaceFileContents(std::string_view path, std::string_view bytes) = 0;
 
-  // As CopyFileA over an existing file that still has the stamp `expected` in the moment in which it is replaced.
-  // Otherwise ERROR_FILE_INVALID, and the target is as it was. On hosts that cannot exchange two files in one
-  // step, the target is looked at just before it is replaced.
+  // As CopyFileA over an existing file that still has the stamp `expected` in the moment in which it is
+  // replaced. Otherwise ERROR_FILE_INVALID, and the target is as it was. On hosts that cannot exchange two
+  // files in one step, the target is looked at just before it is replaced.
   [[nodiscard]] virtual bool CopyOverUnchanged(std::string_view source, std::string_view target,
                                                const TFileStamp& expected) = 0;
 

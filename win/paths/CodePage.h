@@ -1,6 +1,6 @@
-// The source code page, in which form and unit sources without a byte order mark are written: a setting of the
-// process, Windows-1252 unless it is changed. Also the classification and comparison of characters and file
-// names.
+// The source code page, in which form and unit sources without a byte order mark are written: a setting of
+// the process, Windows-1252 unless it is changed. Also the classification and comparison of characters and
+// file names.
 #pragma once
 
 #include <cstdint>
@@ -10,14 +10,14 @@
 
 namespace win {
 
-// Sets the source code page: 1250 to 1258, 437, 850, 852, 866, 874, 932, 936, 949, 950 or 65001. Returns false
-// for any other number, and the setting stays.
+// Sets the source code page: 1250 to 1258, 437, 850, 852, 866, 874, 932, 936, 949, 950 or 65001. Returns
+// false for any other number, and the setting stays.
 [[nodiscard]] bool SetACP(uint32_t codePage);
 [[nodiscard]] uint32_t GetACP();
 [[nodiscard]] const std::vector<uint32_t>& SupportedCodePages();
 
-// Returns whether `byte` is a lead byte in the source code page: 81-9F and E0-FC in 932, 81-FE in 936, 949 and
-// 950. With a trail byte, 40-7E or 80-FE, after it the two are one character.
+// Returns whether `byte` is a lead byte in the source code page: 81-9F and E0-FC in 932, 81-FE in 936, 949
+// and 950. With a trail byte, 40-7E or 80-FE, after it the two are one character.
 [[nodiscard]] bool IsDBCSLeadByte(uint8_t byte);
 [[nodiscard]] inline bool IsDBCSTrailByte(uint8_t byte) {
   return (byte >= 0x40 && byte <= 0x7E) || (byte >= 0x80 && byte <= 0xFE);
@@ -27,18 +27,19 @@ namespace win {
 // Converts text of the source code page to UTF-8. Bytes that the code page lacks become U+FFFD.
 [[nodiscard]] std::string SourceToUtf8(std::string_view text);
 
-// Returns whether the single or double-byte character `bytes` of the source code page is alphabetic, as Windows'
-// IsCharAlphaA does.
+// Returns whether the single or double-byte character `bytes` of the source code page is alphabetic, as
+// Windows' IsCharAlphaA does.
 [[nodiscard]] bool IsCharAlphaA(std::string_view bytes);
 // The same for a Unicode character.
 [[nodiscard]] bool IsCharAlphaU(char32_t character);
 
-// Returns a file name in upper case, by the Unicode simple mapping of one character to one. Malformed bytes stay.
+// Returns a file name in upper case, by the Unicode simple mapping of one character to one. Malformed bytes
+// stay.
 [[nodiscard]] std::string UpperFileName(std::string_view utf8);
 // Compares two UTF-8 texts by their UTF-16 units. Returns a negative number, 0 or a positive number.
 [[nodiscard]] int CompareUtf16Order(std::string_view left, std::string_view right);
-// Returns whether `left` comes before `right` in NTFS' order: upper-cased names by UTF-16 unit, then exact names
-// by UTF-16 unit.
+// Returns whether `left` comes before `right` in NTFS' order: upper-cased names by UTF-16 unit, then exact
+// names by UTF-16 unit.
 [[nodiscard]] bool FileNameLess(std::string_view left, std::string_view right);
 [[nodiscard]] bool IsValidUtf8(std::string_view text);
 

@@ -36,7 +36,8 @@ class TTemporaryFile {
   // of that name. On failure returns false, with errno, and the target is as it was.
   bool TakeName(bool onlyIfFree);
 
-  // The same if the file of the target's name has the stamp `expected`. Fails with ESTALE if it has another one.
+  // The same if the file of the target's name has the stamp `expected`. Fails with ESTALE if it has another
+  // one.
   bool TakeNameOf(const TFileStamp& expected);
 
  private:
