@@ -7,10 +7,10 @@
 namespace cli {
 namespace {
 
-volatile std::sig_atomic_t pendingSignal = 0;
+volatile std::sig_atomic_t PendingSignal = 0;
 
 void Remember(int signal) {
-  pendingSignal = signal;
+  PendingSignal = signal;
 }
 
 }  // namespace
@@ -27,11 +27,11 @@ void CatchInterrupts() {
 }
 
 int PendingInterrupt() {
-  return pendingSignal;
+  return PendingSignal;
 }
 
 void StopIfInterrupted(const std::string& message) {
-  if (pendingSignal != 0) throw rtl::EAbort(message);
+  if (PendingSignal != 0) throw rtl::EAbort(message);
 }
 
 }  // namespace cli

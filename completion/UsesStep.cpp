@@ -165,7 +165,7 @@ class TUsesStep {
           continue;
         }
         if (!FRules.IsOldUnit(item.Name)) continue;
-        FOldItems.push_back({clause, &item});
+        FOldItems.emplace_back(clause, &item);
         if (!IsFree(item)) continue;
         if (CanGo(*clause, item)) {
           FMarked.insert(&item);

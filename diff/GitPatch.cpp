@@ -142,7 +142,7 @@ std::string GitPatch(const TPatchFile& file, TIgnore ignore) {
     const std::string part = TextPart(path, file.OldBytes, file.NewBytes, ignore);
     return part.empty() ? part : header + part;
   }
-  const std::string readable = Commented(TextPart(path, file.OldText, file.NewText, ignore));
+  std::string readable = Commented(TextPart(path, file.OldText, file.NewText, ignore));
   if (ignore != TIgnore::Nothing) return readable;
   return readable + header + "index " + BlobName(file.OldBytes) + ".." + BlobName(file.NewBytes) +
          " 100644\n" + BinaryPatch(file.OldBytes, file.NewBytes);

@@ -18,14 +18,14 @@ constexpr std::string_view kFormGrammar[] = {
     "<prop_value>-<value>",
     "<prop_name>-<name>|<name>.<prop_name>",
     "<empty_delim>-<*delim>|",
-    "<value>-<numeric_date>|<number>|<const>|<string>|<string2>|<strings>|<numbers>|<set>|<collection>|"
-    "<binary>|<name>.<name>",
+    ("<value>-<numeric_date>|<number>|<const>|<string>|<string2>|<strings>|<numbers>|<set>|<collection>|"
+     "<binary>|<name>.<name>"),
     "<sign>-+|-|",
     "<int>-<sign><*digits>",
     "<fixed_point>-<int>.<*digits>",
     "<float>-<fixed_point>e<int>|<int>e<int>",
-    "<number>-<sign><*digits>.<*digits>e<int>|<sign><*digits>e<int>|<sign><*digits>.<*digits>|"
-    "<sign><*digits>",
+    ("<number>-<sign><*digits>.<*digits>e<int>|<sign><*digits>e<int>|<sign><*digits>.<*digits>|"
+     "<sign><*digits>"),
     "<numeric_date>-<*digits>d",
     "<symbols>-<*symbols>|",
     "<byte>-#<*digits>",

@@ -49,6 +49,7 @@ void PlaceInPrintedForm(std::vector<TFinding>& findings, std::string_view text, 
   const std::string printed = rtl::ObjectBinaryToText(ReadFormHeader(file, rcData), options, info);
   const qrl::TEncoding& encoding = qrl::TEncoding::Default();
   std::vector<size_t> offsets;
+  offsets.reserve(findings.size());
   for (const TFinding& finding : findings) offsets.push_back(finding.Offset);
   const TPrintedForm onPaper(text, printed, encoding, offsets);
   for (size_t i = 0; i < findings.size(); ++i) findings[i].Offset = onPaper.Offsets()[i];

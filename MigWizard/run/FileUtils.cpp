@@ -109,7 +109,7 @@ std::string CreateTempFolder(std::string_view prefix, uint32_t unique, std::vect
   for (;; ++unique) {
     const std::string fileName = win::GetTempFileNameA(tempPath, prefix, unique);
     if (fileName.empty()) return {};
-    const std::string name = rtl::ChangeFileExt(fileName, "");
+    std::string name = rtl::ChangeFileExt(fileName, "");
     if (!rtl::DirectoryExists(name)) {
       if (win::FileSystem().CreatePrivateDirectory(name)) return name;
       const bool isTaken = win::GetLastError() == win::ERROR_ALREADY_EXISTS;

@@ -58,7 +58,7 @@ void TFilesAhead::ReadAhead() {
     const TFile& file = FFiles.back();
     FBytesAhead += file.Size;
     if (file.Conversion)
-      tasks.push_back([&other = FOther, offered = std::weak_ptr(file.Conversion)] {
+      tasks.emplace_back([&other = FOther, offered = std::weak_ptr(file.Conversion)] {
         if (const auto conversion = offered.lock()) conversion->DoUnlessClaimed(other);
       });
   }

@@ -57,6 +57,7 @@ std::vector<std::string> FindUndoFiles(std::string_view dir) {
     return left.Modified != right.Modified ? left.Modified > right.Modified : left.Number > right.Number;
   });
   std::vector<std::string> fileNames;
+  fileNames.reserve(found.size());
   for (TFound& one : found) fileNames.push_back(std::move(one.FileName));
   return fileNames;
 }

@@ -59,7 +59,7 @@ class TByteSink {
   virtual void Drain(std::string_view bytes) = 0;
 
  private:
-  static constexpr size_t kSize = 32 * 1024;
+  static constexpr size_t kSize = size_t{32} * 1024;
   void AppendLarge(std::string_view bytes);
 
   char* FNext;

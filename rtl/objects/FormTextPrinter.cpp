@@ -77,10 +77,9 @@ void TFormTextPrinter::Indent(size_t level) {
 void TFormTextPrinter::PropertyName(size_t level, std::string_view name) {
   static_assert(2 * kDeepest + 255 + 3 <= TByteSink::kRoom);
   char* out = Blanks(FSink.Room(), level);
-  std::memcpy(out, name.data(), name.size());
-  out += name.size();
-  std::memcpy(out, " = ", 3);
-  FSink.Take(out + 3);
+  out = std::copy(name.begin(), name.end(), out);
+  constexpr std::string_view kEquals = " = ";
+  FSink.Take(std::copy(kEquals.begin(), kEquals.end(), out));
 }
 
 void TFormTextPrinter::Integer(const TStoredInteger& integer) {

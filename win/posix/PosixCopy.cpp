@@ -10,7 +10,7 @@
 namespace win {
 namespace {
 
-constexpr size_t kBufferSize = 256 * 1024;
+constexpr size_t kBufferSize = size_t{256} * 1024;
 constexpr int kMostLinks = 40;
 constexpr mode_t kPrivate = 0600;  // until it gets the permission bits of another file
 constexpr mode_t kUsual = 0666;

@@ -54,7 +54,7 @@ bool ShellExecuteA(std::string_view operation, std::string_view file) {
     _exit(0);
   }
   close(report[1]);
-  char failed = child < 0;
+  char failed = child < 0 ? 1 : 0;
   if (child > 0) {
     while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
     }
