@@ -54,7 +54,8 @@ bool ShellExecuteA(std::string_view operation, std::string_view file) {
     _exit(0);
   }
   close(report[1]);
-  char failed = child < 0 ? 1 : 0;
+  char failed = '\0';
+  if (child < 0) failed = '\1';
   if (child > 0) {
     while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
     }
