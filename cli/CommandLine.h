@@ -20,6 +20,7 @@ inline constexpr int kExitSignal = 128;   // plus the number of the signal that 
 
 enum class TCommand {
   Replace,
+  Check,
   Restore,
   FormToText,
   FormToBinary,
@@ -27,6 +28,7 @@ enum class TCommand {
   Wizard,
   Completion,
   ManPage,
+  Rules,
   Help
 };
 
@@ -36,7 +38,7 @@ struct TCommandLine {
   std::vector<std::string> Arguments;  // what is neither the command nor an option, in order
   bool Quiet = false;
 
-  // replace
+  // replace and check
   std::string Mode;  // "bde" or "ibx"
   std::string Folder;
   bool SubFolders = false;
@@ -52,6 +54,8 @@ struct TCommandLine {
   bool SkipConverted = false;
   bool KeepGoing = false;
   std::optional<completion::TSteps> Complete;
+  std::vector<std::string> Reports;
+  std::string Baseline;
   std::string Catalogue;  // of `catalogue` too
 
   // restore

@@ -14,6 +14,8 @@ class EUsage : public rtl::Exception {
 };
 
 int RunReplace(const TCommandLine& line);
+int RunCheck(const TCommandLine& line);
+int RunRules();
 int RunRestore(const TCommandLine& line);
 int RunForm(const TCommandLine& line);
 int RunCatalogue(const TCommandLine& line);

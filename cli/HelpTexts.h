@@ -23,6 +23,7 @@ Exit status:
   2    the command line is wrong; nothing was touched
   3    an error stopped the command; the originals are untouched unless the
        message says otherwise
+  4    a check found something to convert, an error or a warning
   130  Ctrl-C stopped the command (128 and the number of the signal))";
 
 inline constexpr char kReplaceFooter[] = R"(What a run does:
@@ -37,6 +38,18 @@ Examples:
   kvamigrate replace --mode bde Orders.dpr --unit Main.pas --unit Data.pas
   kvamigrate replace --mode ibx All.groupproj --active Server
   kvamigrate replace --mode bde 'C:\Src' --drive C=/srv/checkout --codepage 1251)";
+
+inline constexpr char kCheckFooter[] = R"(Every finding is a line on standard output, as compilers write them:
+  Main.dfm(120,5): warning dropped-property: ...
+
+Before a migration, this is what it costs; after it, what is still to do. In a
+build, it keeps the old components out. The exit status is 0 if there is nothing
+to convert and no finding is an error or a warning; otherwise 4.
+
+Examples:
+  kvamigrate check --mode bde src --subfolders --report check.html
+  kvamigrate check --mode bde Orders.dproj --report before.json
+  kvamigrate check --mode bde Orders.dproj --baseline before.json)";
 
 inline constexpr char kRestoreFooter[] =
     R"(Nothing is touched unless every backup is there, no file was edited after the

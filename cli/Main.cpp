@@ -28,6 +28,10 @@ int RunCommand(const TCommandLine& line) {
   switch (line.Command) {
     case TCommand::Replace:
       return RunReplace(line);
+    case TCommand::Check:
+      return RunCheck(line);
+    case TCommand::Rules:
+      return RunRules();
     case TCommand::Restore:
       return RunRestore(line);
     case TCommand::FormToText:

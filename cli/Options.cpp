@@ -93,7 +93,7 @@ const TOption kQuiet = {"--quiet",
                         'q'};
 const TOption kHelp = {"--help", TValueKind::None, "", "Show this help", nullptr, true, 'h'};
 
-const std::vector<TOption> kReplaceOptions = {
+const std::vector<TOption> kScopeOptions = {
     {"--mode", TValueKind::Choice, "bde|ibx", "The components to replace",
      [](TCommandLine& line, const std::string& value) { line.Mode = value; }},
     {"--folder", TValueKind::Folder, "DIR", "Convert the units of this folder",
@@ -112,10 +112,30 @@ const std::vector<TOption> kReplaceOptions = {
     {"--exclude", TValueKind::Text, "PATTERN",
      "Leave out files whose path below the folder matches, as in 'old/*'",
      [](TCommandLine& line, const std::string& value) { StorePattern(line.Exclude, value); }, kRepeatable},
-    {"--skip-converted", TValueKind::None, "", "Leave units alone that were converted before",
-     [](TCommandLine& line, const std::string&) { line.SkipConverted = true; }},
     {"--keep-going", TValueKind::None, "", "Leave out files that cannot be converted, and convert the others",
      [](TCommandLine& line, const std::string&) { line.KeepGoing = true; }},
+    {"--report", TValueKind::File, "FILE", "Write a report; the extension decides: .json, .sarif or .html",
+     [](TCommandLine& line, const std::string& value) { line.Reports.push_back(value); }, kRepeatable},
+};
+
+std::vector<TOption> WithScope(const std::vector<TOption>& more) {
+  std::vector<TOption> options = kScopeOptions;
+  options.insert(options.end(), more.begin(), more.end());
+  return options;
+}
+
+const std::vector<TOption> kCheckOptions = WithScope({
+    {"--baseline", TValueKind::File, "FILE", "Leave out what this report in JSON has",
+     [](TCommandLine& line, const std::string& value) { line.Baseline = value; }},
+    kCodePage,
+    kCatalogue,
+    kDrive,
+    kQuiet,
+});
+
+const std::vector<TOption> kReplaceOptions = WithScope({
+    {"--skip-converted", TValueKind::None, "", "Leave units alone that were converted before",
+     [](TCommandLine& line, const std::string&) { line.SkipConverted = true; }},
     {"--complete", TValueKind::Text, "WHAT[,WHAT]",
      "Also do what the conversion leaves: uses (units in uses clauses), inherited (inherited objects), "
      "transactions (one for each connection), layout (of forms), marks (of UTF-8), or all",
@@ -137,7 +157,7 @@ const std::vector<TOption> kReplaceOptions = {
     kCatalogue,
     kDrive,
     kQuiet,
-};
+});
 
 const std::vector<TOption> kRestoreOptions = {
     {"--all", TValueKind::None, "", "Take back all runs of the folder, the last one first",
@@ -176,6 +196,13 @@ const std::vector<TCommandRow> kCommands = {
      {"PATH", TValueKind::File, "The folder or the project; the same as --folder or --project", 0, 1},
      kReplaceOptions,
      kReplaceFooter},
+    {TCommand::Check,
+     "check",
+     "Show what a run would do and leave, and write nothing",
+     "--mode bde|ibx [--folder] DIR|[--project] FILE [OPTIONS]",
+     {"PATH", TValueKind::File, "The folder or the project; the same as --folder or --project", 0, 1},
+     kCheckOptions,
+     kCheckFooter},
     {TCommand::Restore,
      "restore",
      "Put back the files that a run changed",
@@ -226,6 +253,7 @@ const std::vector<TCommandRow> kCommands = {
      {"COMMAND", TValueKind::Text, "The command; without one, the list of commands is shown", 0, 2},
      {},
      ""},
+    {TCommand::Rules, "rules", "Print the rules of findings", "", {}, {}, "", /*IsHidden=*/true},
     {TCommand::ManPage, "manpage", "Print the manual page", "", {}, {}, "", /*IsHidden=*/true},
 };
 

@@ -12,6 +12,7 @@
 #include "cli/Interrupt.h"
 #include "cli/PathPattern.h"
 #include "cli/Progress.h"
+#include "cli/RunReport.h"
 #include "cli/Scope.h"
 #include "cli/TypedPath.h"
 #include "rtl/text/SysUtils.h"
@@ -66,7 +67,8 @@ int Stopped(const std::string& message, const std::string& hint) {
   return kExitException;
 }
 
-int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TCommandLine& line) {
+int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TCommandLine& line,
+                TRunReport& report) {
   std::string fileName;  // the present file; empty after the last one is converted
   replacer.OnProgress = [&](const mig::TRunProgress& progress) {
     fileName = progress.FileName;
@@ -83,6 +85,7 @@ int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TC
     if (leftOut == 0 || !succeeded)
       status = PrintOutcome(succeeded, mig::SReplaceSuccess, mig::SReplaceFailed, line.Quiet);
     if (leftOut > 0) Note("Left out, as said above: " + std::to_string(leftOut) + ".");
+    if (!report.Finish() && status == kExitOk) status = kExitPart;
     return status;
   } catch (const mig::ETwinFiles& error) {
     return Stopped(error.what(), ExcludeOneHint(error.First(), error.Second(), scope.Folder));
@@ -128,7 +131,8 @@ int RunReplace(const TCommandLine& line) {
     };
   }
   CatchInterrupts();
-  return RunReplacer(replacer, scope, line);
+  TRunReport report(line, replacer, options, scope.Folder, /*isPreview=*/false);
+  return RunReplacer(replacer, scope, line, report);
 }
 
 }  // namespace cli

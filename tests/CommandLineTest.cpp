@@ -24,7 +24,11 @@ class CommandLineTest : public testing::Test {
     FTree.Write("src/old/B.dfm", "no form");
   }
 
-  std::string Run(const std::string& arguments) { return tests::RunCommand(FTree, arguments); }
+  // Without the summary at the end of a run, which has a test of its own.
+  std::string Run(const std::string& arguments) {
+    const std::string text = tests::RunCommand(FTree, arguments);
+    return text.substr(0, text.find("Files:     "));
+  }
   // Writes a file that is newer than all that runs have written.
   void Edit(std::string_view name, std::string_view text) {
     FTree.Write(name, text);
@@ -48,6 +52,31 @@ TEST_F(CommandLineTest, ReplaceAndRestore) {
       "<dir>\\src\\A.pas=<dir>\\src\\RBackup\\A.~pas\n"
       "Nothing was restored. Were the backups moved, or was the run given --drive options that are missing "
       "here?\n");
+}
+
+TEST_F(CommandLineTest, Summary) {
+  EXPECT_EQ(tests::RunCommand(FTree, "replace --mode bde src --exclude 'old/*' --report src/r.json"),
+            "0|Replace procedure was performed sucessfully.\n|"
+            "Files:     2 read, 2 changed\n"
+            "Objects:   1 converted: TQuery 1\n"
+            "Left:      no-new-units 1\n"
+            "Backups:   <dir>/src/RBackup\n"
+            "Report:    src/r.json\n"
+            "Next:      1 error, 0 warnings to look at\n");
+  EXPECT_EQ(tests::RunCommand(FTree, "replace --mode ibx src --no-backup"),
+            "0|Replace procedure was performed sucessfully.\n|"
+            "Files:     2 read, 0 changed\n"
+            "Nothing was converted. Is it --mode bde? Subfolders need --subfolders.\n"
+            "Left:      no-new-units 1\n"
+            "Next:      1 error, 0 warnings to look at: run again with --report FILE.html, or \"kvamigrate "
+            "check\"\n");
+  FTree.MakeFolder("empty");
+  EXPECT_EQ(tests::RunCommand(FTree, "replace --mode ibx empty --no-backup"),
+            "0|Replace procedure was performed sucessfully.\n|"
+            "Files:     0 read, 0 changed\n"
+            "There is nothing to convert. The folder has no units of its own. Does it need --subfolders?\n");
+  EXPECT_EQ(tests::RunCommand(FTree, "replace --mode ibx empty --report x.txt"),
+            "2||kvamigrate: A report ends in .json, .sarif or .html, and not as \"x.txt\" does.\n");
 }
 
 TEST_F(CommandLineTest, RestoreNamesWhatWouldBeLost) {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "MigWizard/passes/FileConversion.h"
+#include "MigWizard/run/RunFindings.h"
 #include "rtl/text/ClassRegistry.h"
 #include "target/KVAFormParser.h"
 #include "target/KVAReplacer.h"
@@ -14,15 +15,18 @@ namespace mig {
 namespace {
 
 // "LINE:COLUMN LEVEL RULE: MESSAGE" for each finding.
-std::string Printed(const TFileConversion& file) {
+std::string Printed(const std::vector<TFinding>& findings) {
   std::string text;
-  if (!file.Findings) return text;
-  for (const TFinding& finding : file.Findings->Findings) {
+  for (const TFinding& finding : findings) {
     text.append(std::to_string(finding.Line)).append(":").append(std::to_string(finding.Column)).append(" ");
     text.append(LevelName(finding.Level)).append(" ").append(RuleOf(finding.Rule).Name).append(": ");
     text.append(MessageOf(finding)).append("\n");
   }
   return text;
+}
+
+std::string Printed(const TFileConversion& file) {
+  return file.Findings ? Printed(file.Findings->Findings) : std::string();
 }
 
 class FindingsTest : public testing::Test {
@@ -58,6 +62,21 @@ class FindingsTest : public testing::Test {
   // The findings of an object in a form, which begin at line 2.
   std::string FindInObject(std::string_view object) {
     return Find("A.dfm", "object F: TForm\r\n" + std::string(object) + "\r\nend\r\n");
+  }
+
+  // The findings of a run over units, those of the rules old-class, old-call and old-member alone.
+  std::string FindInRun(const std::vector<std::pair<std::string, std::string>>& units) {
+    TRunFindings run(FClasses, FNames);
+    for (const auto& [name, text] : units)
+      run.AddFile("C:\\" + name, FConverter->Convert("C:\\" + name, text), false, {});
+    std::string printed;
+    for (TFileReport& file : run.Finish()) {
+      std::erase_if(file.Findings, [](const TFinding& finding) {
+        return finding.Rule < TRuleId::OldClass || finding.Rule > TRuleId::OldMember;
+      });
+      printed += Printed(file.Findings);
+    }
+    return printed;
   }
 
   target::TKVAMigration FMigration;
@@ -260,6 +279,95 @@ TEST_F(FindingsTest, Units) {
        "declaration\n"},
   };
   for (const TRow& row : rows) EXPECT_EQ(Find("A.pas", row.Source), row.Findings) << row.Source;
+}
+
+constexpr char kData[] =
+    "unit Data;\r\ninterface\r\nuses DBTables;\r\ntype\r\n  TDM = class(TDataModule)\r\n    T: TTable;\r\n  "
+    "end;\r\n  TMine = class(TTable)\r\n    procedure SetKey;\r\n  end;\r\nvar DM: TDM;\r\n  M: "
+    "TMine;\r\nimplementation\r\nend.";
+
+TEST_F(FindingsTest, NamesThatAreResolved) {
+  const std::string code =
+      "unit A;\r\ninterface\r\nuses DBTables, BDE, Data;\r\ntype\r\n  TF = class(TForm)\r\n    Q: "
+      "TQuery;\r\n    "
+      "procedure P;\r\n  end;\r\nimplementation\r\nprocedure TF.P;\r\nvar L: TTable;\r\nbegin\r\n";
+  const TRow rows[] = {
+      {"  DM.T.SetRange([1], [2]);",
+       "13:8 warning old-member: TKVATable has no member SetRange; T is declared in Data.pas(6,5) as "
+       "TTable\n"},
+      {"  Q.RequestLive := Self.Q.Local;",
+       "13:5 warning old-member: TKVAQuery has no member RequestLive; Q is declared in A.pas(6,5) as TQuery\n"
+       "13:27 warning old-member: TKVAQuery has no member Local; Q is declared in A.pas(6,5) as TQuery\n"},
+      {"  L.IndexName := '';",
+       "13:5 warning old-member: TKVATable has no member IndexName; L is declared in A.pas(11,5) as "
+       "TTable\n"},
+      {"  M.SetRange([], []);",
+       "13:5 warning old-member: TKVATable has no member SetRange; M is declared in Data.pas(12,3) as "
+       "TMine\n"},
+      {"  Check(DbiSaveChanges(L.Handle)); DbiInit(nil);",
+       "13:3 warning old-call: Check(DbiSaveChanges is part of the old components\n"
+       "13:36 warning old-call: DbiInit is part of the old components\n"},
+      {"  Session.Close; DBTables.Session.Open;",
+       "13:3 warning old-call: Session is part of the old components\n"
+       "13:27 warning old-call: Session is part of the old components\n"},
+      {"  with TSession.Create(nil) do Free;",
+       "13:8 warning old-class: TSession is a class of the old components\n"},
+  };
+  for (const TRow& row : rows)
+    EXPECT_EQ(FindInRun({{"Data.pas", kData}, {"A.pas", code + row.Source + "\r\nend;\r\nend."}}),
+              row.Findings)
+        << row.Source;
+}
+
+// Real-looking code in which nothing is certain, or all is the user's own.
+TEST_F(FindingsTest, NamesThatAreNoFindings) {
+  const char* const sources[] = {
+      // The name is a class, a variable, a member, a parameter of the user's own.
+      "type TSession = class end; var S: TSession; procedure P; begin S := TSession.Create; end;",
+      "var Session: TMySession; procedure P; begin Session.Close; end;",
+      "type TF = class Session: TX; procedure P; end; procedure TF.P; begin Session.Close; end;",
+      "procedure P(Session: TX); begin Session.Close; end;",
+      "procedure P; var Session: TX; procedure Q; begin Session.Close; end; begin end;",
+      "function DbiInit(P: Pointer): Integer; begin end; begin DbiInit(nil); end;",
+      // A member of something else.
+      "begin Server.Session.Close; Http.Session.Open; GetIt().Session.Close; end;",
+      // Within `with`, every name may be a member.
+      "var T: TTable; procedure P; begin with Grid do T.SetRange([], []); end;",
+      "var T: TTable; procedure P; begin with Grid do begin if X then Session.Close; T.IndexName := ''; end; "
+      "end;",
+      "procedure P; begin with A do with B do if C then D else Session.Close; end;",
+      // A local hides the field.
+      "type TF = class T: TTable; procedure P; end; procedure TF.P; var T: TMyList; begin T.SetKey; end;",
+      "type TF = class T: TTable; procedure P; end; procedure TF.P; begin Run(procedure(T: TL) begin "
+      "T.SetKey end); end;",
+      // The class declares the member itself, or is not known.
+      "type TMy = class(TTable) procedure SetKey; end; var T: TMy; procedure P; begin T.SetKey; end;",
+      "var T: TOther; procedure P; begin T.SetKey; List[0].SetKey; T.T.SetKey; (T as TX).SetKey; end;",
+      "var T: array of TTable; procedure P; begin T.SetKey; end;",
+      "procedure P; begin inherited T.SetKey; end;",
+      // Strings and comments are not searched.
+      "const S = 'Session.Close TSession DbiInit'; { Session.Close; TSession } // DbiInit(nil)",
+      "type Dbilities = Integer; var DbiX: Dbilities;",
+  };
+  for (const char* const source : sources)
+    EXPECT_EQ(FindInRun({{"A.pas",
+                          std::string("unit A;\r\ninterface\r\nuses DBTables, BDE;\r\nimplementation\r\n") +
+                              source + "\r\nend."}}),
+              "")
+        << source;
+  // Without the unit that declares them, they are somebody else's.
+  EXPECT_EQ(FindInRun({{"A.pas",
+                        "unit A; interface uses Web; var S: TSession; implementation begin Session.Close; "
+                        "DbiInit(nil); end."}}),
+            "");
+  // Another unit of the run declares the class.
+  EXPECT_EQ(
+      FindInRun({{"B.pas",
+                  "unit B; interface type TSession = class end; var Session: TSession; implementation end."},
+                 {"A.pas",
+                  "unit A; interface uses DBTables, B; var S: TSession; implementation begin "
+                  "Session.Close; end."}}),
+      "");
 }
 
 }  // namespace

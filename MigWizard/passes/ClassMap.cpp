@@ -35,13 +35,4 @@ bool TClassMap::IsNewClass(std::string_view name) const {
   return false;
 }
 
-std::vector<std::string> TClassMap::OldClassesOf(std::string_view newClass) const {
-  std::vector<std::string> classes;
-  for (int i = 0; i < FClassIndex.Count(); ++i) {
-    if (rtl::SameText(FNewClasses[static_cast<int>(FClassIndex.Objects(i))], newClass))
-      classes.emplace_back(FClassIndex[i]);
-  }
-  return classes;
-}
-
 }  // namespace mig

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "MigWizard/passes/WordSearch.h"
 #include "rtl/text/StringList.h"
@@ -27,8 +26,6 @@ class TClassMap {
   const std::string* Find(std::string_view oldClass) const;
   // Returns True if some class of the map becomes `name`, in any case of letters.
   bool IsNewClass(std::string_view name) const;
-  // The old classes that become `newClass`, in their sorted order.
-  std::vector<std::string> OldClassesOf(std::string_view newClass) const;
 
  private:
   rtl::TStringList FClassIndex;  // old names, sorted; the object is an index into FNewClasses

@@ -27,6 +27,12 @@ void MakeUtf8(std::vector<TDeclaration>& list, const qrl::TEncoding& encoding) {
   }
 }
 
+// Whether the line of such a finding is in the file after the run.
+bool KeepsLine(TRuleId rule) {
+  return rule != TRuleId::DroppedProperty && rule != TRuleId::DroppedLoginEntry &&
+         rule != TRuleId::LostConnection;
+}
+
 }  // namespace
 
 void PlaceFindings(std::vector<TFinding>& findings, const TTextPlaces& places,
@@ -35,8 +41,11 @@ void PlaceFindings(std::vector<TFinding>& findings, const TTextPlaces& places,
     const TTextPlace place = places.At(finding.Offset);
     finding.Line = place.Line;
     finding.Column = place.Column;
-    for (std::string* const text : {&finding.Object, &finding.OldClass, &finding.NewClass, &finding.Subject,
-                                    &finding.Value, &finding.Detail, &finding.Advice})
+    if (finding.Before.empty()) finding.Before = ShownValue({}, places.LineAt(finding.Offset));
+    if (KeepsLine(finding.Rule) && finding.After.empty()) finding.After = finding.Before;
+    for (std::string* const text :
+         {&finding.Object, &finding.OldClass, &finding.NewClass, &finding.Subject, &finding.Value,
+          &finding.Detail, &finding.Advice, &finding.Before, &finding.After})
       MakeUtf8(*text, encoding);
   }
 }
@@ -67,7 +76,8 @@ void ConvertNames(TUnitOutline& outline, const qrl::TEncoding& encoding) {
   }
   for (TNameUse& use : outline.Uses) {
     for (std::string& name : use.Path) MakeUtf8(name, encoding);
-    for (std::string* const text : {&use.Name, &use.Shown, &use.Owner, &use.Local.Name, &use.Local.Type})
+    for (std::string* const text :
+         {&use.Name, &use.Shown, &use.Owner, &use.Local.Name, &use.Local.Type, &use.Before, &use.After})
       MakeUtf8(*text, encoding);
   }
 }

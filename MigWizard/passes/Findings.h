@@ -50,10 +50,12 @@ struct TFinding {
   uint32_t Column = 1;  // in characters, from 1
   std::string Object;   // path of a form's object, "DM.QMembers"
   std::string OldClass, NewClass;
-  std::string Subject;   // the property, unit, member, ... that the finding is about
-  std::string Value;     // what it was
-  std::string Detail;    // completes the message
-  std::string Advice;    // in place of the rule's
+  std::string Subject;  // the property, unit, member, ... that the finding is about
+  std::string Value;    // what it was
+  std::string Detail;   // completes the message
+  std::string Advice;   // in place of the rule's
+  // The source line before the run and after it, shortened as values are; empty if the line is gone.
+  std::string Before, After;
   bool IsEvent = false;  // the property is an event handler
 };
 
@@ -84,7 +86,7 @@ std::string AdviceOf(const TFinding& finding);
 
 // Whether a value under that name could be a secret, or the value itself shows one. Both are working text.
 bool CouldBeSecret(std::string_view name, std::string_view value);
-// The value as a finding carries it: on one line, at most 200 bytes, and "(withheld)" where it could be a secret.
+// A value or a source line as a finding carries it: on one line, at most 200 bytes, and "(withheld)" where it could be a secret.
 std::string ShownValue(std::string_view name, std::string_view value);
 
 }  // namespace mig

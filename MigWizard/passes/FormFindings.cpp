@@ -274,12 +274,15 @@ class TFormFindings : public TFormWalk {
       TFinding& finding = Add(TRuleId::OrderBecameDetail, property.Name, account);
       finding.Subject = property.Name;
       finding.Value = ShownValue(property.Name, property.Value);
+      finding.After = "DetailFields = " + finding.Value;
     }
     if (const TOldName* old = FInput.OldNames.Find(TOldNames::Value, property.Value)) {
       TFinding& finding = Add(TRuleId::OldValue, property.Name, account);
       finding.Subject = property.Name;
       finding.Value = property.Value;
       finding.Advice = old->Advice;
+      if (property.Rule != nullptr)
+        finding.After = std::string(property.Rule->NewName).append(" = ").append(property.Value);
     }
   }
 
@@ -321,6 +324,7 @@ class TFormFindings : public TFormWalk {
       TFinding& finding = Add(TRuleId::DroppedLoginEntry, entry.Text, account);
       finding.Subject = entry.Name.empty() ? std::string("(no name)") : ShownValue({}, entry.Name);
       if (CouldBeSecret(entry.Name, {})) finding.Subject = entry.Name;
+      finding.Before = "'" + finding.Subject + "=...'";
     }
   }
 

@@ -80,6 +80,12 @@ TTextPlace TTextPlaces::At(size_t offset) const {
   return place;
 }
 
+std::string_view TTextPlaces::LineAt(size_t offset) const {
+  offset = std::min(offset, FText.size());
+  const size_t start = *(std::upper_bound(FStarts.begin(), FStarts.end(), offset) - 1);
+  return FText.substr(start, std::min(FText.find_first_of("\r\n", start), FText.size()) - start);
+}
+
 TPrintedForm::TPrintedForm(std::string_view text, std::string_view printed, const qrl::TEncoding& encoding,
                            const std::vector<size_t>& offsets) {
   TPieceWalk memory(text, encoding), paper(printed, encoding);

@@ -23,6 +23,8 @@ class TTextPlaces {
 
   // Returns the place of the character at `offset`, bytes from 0; an offset past the end counts as the end.
   TTextPlace At(size_t offset) const;
+  // Returns the line in which `offset` lies, without its end.
+  std::string_view LineAt(size_t offset) const;
   // How many lines end in a bare LF or CR, and how many in CR LF.
   size_t OtherLineEnds() const { return FOtherEnds; }
   size_t WindowsLineEnds() const { return FWindowsEnds; }

@@ -74,6 +74,7 @@ class TUnitReader {
     ReadDeclarations(0);
     AddComments();
     AddUnits();
+    for (TFinding& finding : FResult.Findings) ShowLine(finding.Offset, finding.Before, finding.After);
     const auto comesBefore = [](const TFinding& left, const TFinding& right) {
       return left.Offset < right.Offset;
     };
@@ -316,7 +317,8 @@ class TUnitReader {
     if (Is(";")) return;  // a forward declaration
     TClassOutline outline;
     outline.Name = name.Lexem;
-    while (Token().IsName) Next();  // abstract, sealed, helper for a class
+    for (const std::string_view word : {"abstract", "sealed", "helper"})
+      if (rtl::SameText(Token().Lexem, word) && Token(1).Lexem != ":" && Token(1).Lexem != ",") Next();
     if (Is("(")) {
       Next();
       for (bool isFirst = true; !AtEnd() && !Is(")"); Next(TSpot::ClassHeading)) {
@@ -570,6 +572,24 @@ class TUnitReader {
     return finding;
   }
 
+  // Fills in the source line of an offset, before and after the run.
+  void ShowLine(size_t offset, std::string& before, std::string& after) const {
+    const std::string_view line = FPlaces.LineAt(offset);
+    const auto start = static_cast<size_t>(line.data() - FInput.Text.data());
+    const std::vector<TTextEdits::TEdit>& edits = FInput.Result.Edits.Edits();
+    auto edit = std::lower_bound(
+        edits.begin(), edits.end(), start,
+        [](const TTextEdits::TEdit& each, size_t position) { return each.Position < position; });
+    std::string changed;
+    size_t done = 0;
+    for (; edit != edits.end() && edit->Position < start + line.size(); ++edit) {
+      changed.append(line.substr(done, edit->Position - start - done)).append(edit->Replacement);
+      done = std::min(edit->Position - start + edit->Length, line.size());
+    }
+    before = ShownValue({}, line);
+    after = ShownValue({}, changed.append(line.substr(done)));
+  }
+
   void CheckName(TSpot spot) {
     const TUnitToken& token = Token();
     if (const std::string* newClass = FInput.Rules.Classes.Find(token.Lexem)) {
@@ -631,6 +651,7 @@ class TUnitReader {
     FindLocal(use);
     if (kind != TNameUse::OldMember && !isQualified && use.IsLocal) return;
     use.Place = FPlaces.At(kind == TNameUse::OldMember ? Token().Offset : FCode[FAt - back].Offset);
+    ShowLine(Token().Offset, use.Before, use.After);
     FResult.Outline.Uses.push_back(std::move(use));
   }
 

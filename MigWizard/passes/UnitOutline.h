@@ -33,6 +33,7 @@ struct TNameUse {
   bool IsLocal = false;           // the first name is a local one of the routine, ...
   TDeclaration Local;             // ... this
   TTextPlace Place;
+  std::string Before, After;  // as in TFinding
 };
 
 struct TUnitOutline {

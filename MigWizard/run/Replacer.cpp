@@ -74,6 +74,22 @@ bool TComponentReplacer::ReplaceFiles() {
   return succeeded;
 }
 
+void TComponentReplacer::Preview() {
+  const THeldFolders held;
+  qrl::StartWait();
+  const TFinally stopWait([] { qrl::StopWait(); });
+  FLeftOut.clear();
+  TReplaceOptions unlocked = FOptions;  // others may read at the same time
+  unlocked.Policy.Strict = false;
+  TRunLock runLock(unlocked);
+  TRun({FOptions, *this, runLock, FLog, FConverter, FOtherConverter, FLeftOut}).Preview();
+}
+
+void TComponentReplacer::CollectFindings(const TOldNames& names) {
+  FConverter.CollectFindings(names);
+  FOtherConverter.CollectFindings(names);
+}
+
 bool TComponentReplacer::Restore(std::string_view undoFile) {
   TRestorePlan plan;
   plan.Add(undoFile);

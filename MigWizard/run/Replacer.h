@@ -60,6 +60,13 @@ class TComponentReplacer : public TRunHooks {
   // the backup folder, from which Restore restores.
   [[nodiscard]] bool Replace();
 
+  // Does what Replace does up to the first original, in memory: makes no file or folder and touches none. OnConverted
+  // gets every file with its new bytes. Raises what Replace raises about sources.
+  void Preview();
+
+  // Collects findings from now on, for OnConverted. `names` must outlive the replacer.
+  void CollectFindings(const TOldNames& names);
+
   // Copies every backup that the undo file lists over its original. Returns False if the list is empty or a
   // backup is missing; no file was touched then. Returns False also if a copy failed; the files before it are
   // restored then. Raises rtl::EFOpenError or rtl::EReadError if the undo file cannot be read.

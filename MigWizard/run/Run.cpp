@@ -2,10 +2,12 @@
 
 #include <limits>
 
+#include "MigWizard/run/OtherForms.h"
 #include "MigWizard/run/RExpertRes.h"
 #include "MigWizard/run/RunErrors.h"
 #include "MigWizard/run/UnitList.h"
 #include "rtl/text/Exceptions.h"
+#include "rtl/text/Streams.h"
 
 namespace mig {
 
@@ -60,6 +62,27 @@ void TRun::PrepareBackupFolder() {
   FBackups.Prepare();
 }
 
+void TRun::Preview() {
+  FIsPreview = true;
+  InitUnitList(FOptions, FHooks, FUnits, FLeftOut);
+  Walk({});
+}
+
+void TRun::ReportOtherForms() {
+  for (const std::string& form : FindOtherForms(FOptions, FHooks, FUnits)) {
+    std::string bytes;
+    try {
+      rtl::TFileStream file(form, rtl::fmOpenRead | rtl::fmShareDenyNone);
+      bytes = file.ReadToEnd();
+    } catch (const rtl::EStreamError&) {
+      continue;  // it is not part of the run
+    }
+    const TFileConversion conversion = FConverter.Convert(form, std::move(bytes));
+    const size_t objects = conversion.Findings ? conversion.Findings->MappedObjects : 0;
+    if (objects > 0) FHooks.OnOtherForm(form, objects);
+  }
+}
+
 void TRun::Walk(const std::string& tempDir) {
   try {
     WalkList(tempDir);
@@ -72,6 +95,7 @@ void TRun::Walk(const std::string& tempDir) {
     throw;
   }
   FBackups.Wait();
+  if (FHooks.OnOtherForm) ReportOtherForms();
   ReportProgress(FUnits.Count(), {});
 }
 

@@ -47,9 +47,13 @@ class TRun {
   // Runs the replacement, once. Results and exceptions are those of TComponentReplacer::Replace.
   [[nodiscard]] bool Execute();
 
+  // Runs everything up to the last step, once, and writes nothing at all: the hooks get what the run would do.
+  void Preview();
+
  private:
   bool ConvertAndReplace();
   void PrepareBackupFolder();
+  void ReportOtherForms();
   void Walk(const std::string& tempDir);
   void WalkList(const std::string& tempDir);
   void CollectDatabaseNames(int firstForm);
@@ -81,6 +85,7 @@ class TRun {
   std::vector<TLeftOut>& FLeftOut;
   rtl::TStringList FUnits;  // the working list: full names in processing order; grows during the walk
   int FChangedFiles = 0;
+  bool FIsPreview = false;
   TDatabaseNames FDatabases;
   TTwinFiles FTwins;
   TFolderMaker FTempFolders;

@@ -26,13 +26,13 @@ void TRun::ProcessEntry(const std::string& fileName, TFilesAhead& files, const s
   if (FOptions.Dest == sdFolder) {
     FTwins.AddFullName(rtl::ExtractFileDir(fileName));
     relPath = rtl::ExtractRelativePath(JoinPath(FOptions.Directory, ""), fileName);
-    FTempFolders.Need(JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
+    if (!FIsPreview) FTempFolders.Need(JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
   } else {
     FTwins.AddBareName(fileName);
   }
   const int changedBefore = FChangedFiles;
   ProcessFile(fileName, files, JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
-  if (FChangedFiles == changedBefore) return;
+  if (FChangedFiles == changedBefore || FIsPreview) return;
   FChanged.Add(fileName, files.Version());
   if (FOptions.MakeBackup) FBackups.Add(fileName, relPath, files.Version());
 }
@@ -61,7 +61,9 @@ void TRun::ProcessFile(const std::string& fileName, TFilesAhead& files, const st
     if (!policy.Strict || !policy.KeepGoing) throw;
     return LeaveOut(fileName, error.what());
   }
-  if (FChangedFiles > changedBefore) (void)win::FileSystem().CopyPermissions(fileName, target);
+  const bool isChanged = FChangedFiles > changedBefore;
+  if (isChanged && !FIsPreview) (void)win::FileSystem().CopyPermissions(fileName, target);
+  if (FHooks.OnConverted) FHooks.OnConverted(fileName, *conversion, isChanged);
 }
 
 void TRun::ProcessUnit(const TFileConversion& unit, const std::string& sourceFile,
@@ -100,6 +102,7 @@ void TRun::AddForm(const std::string& form) {
   const uint32_t attributes = win::FileSystem().GetFileAttributesA(form);
   if (attributes == win::INVALID_FILE_ATTRIBUTES) {
     const uint32_t error = win::GetLastError();
+    if (FHooks.OnMissingForm && MeansMissing(error)) FHooks.OnMissingForm(form);
     if (FOptions.Policy.Strict && !MeansMissing(error) && !FHooks.IsExcluded(form))
       LeaveOut(form, rtl::Format("Cannot open file \"%s\". %s", {form, win::SysErrorMessage(error)}));
     return;
@@ -113,10 +116,11 @@ void TRun::WriteChanged(const TFileConversion& file, const std::string& sourceFi
   if (FOptions.Policy.Strict && FOptions.MakeBackup && !CanBeListed(sourceFile, FOptions.BackupDir))
     throw rtl::Exception("The undo file cannot list a name with \"=\" or a line end in it.");
   if (file.WriteFailure) std::rethrow_exception(file.WriteFailure);
+  ++FChangedFiles;
+  if (FIsPreview) return;
   rtl::TFileStream target(targetFile, rtl::fmCreate);
   target.Write(file.Mark);
   target.Write(file.Bytes);
-  ++FChangedFiles;
 }
 
 void TRun::LogChanges(int changes) {

@@ -1,11 +1,14 @@
 // What a run tells its caller while it works, and asks it.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
 
 namespace mig {
+
+struct TFileConversion;
 
 // How far a run has come.
 struct TRunProgress {
@@ -29,6 +32,16 @@ class TRunHooks {
   std::function<void(std::string_view message)> OnWarning;
   // Returns True if the file, a full Windows path, is to be left out of a run.
   std::function<bool(std::string_view fileName)> OnExclude;
+
+  // Called for each file after it was converted, in the order of the walk. `isChanged`: the run replaces the file, by
+  // the bytes in `conversion`. Those are valid during the call only.
+  std::function<void(const std::string& fileName, const TFileConversion& conversion, bool isChanged)>
+      OnConverted;
+  // Called for each form file that a unit names and that does not exist, before the unit's OnConverted.
+  std::function<void(const std::string& formName)> OnMissingForm;
+  // Called after the walk for each form that no unit of the run names, with the number of its objects of classes of the
+  // map. Forms are looked for only if this is set and findings are collected.
+  std::function<void(const std::string& formName, size_t mappedObjects)> OnOtherForm;
 
   void Report(const TRunProgress& progress) const {
     if (OnProgress) OnProgress(progress);

@@ -1,0 +1,233 @@
+#include "MigWizard/run/RunFindings.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "MigWizard/passes/UnitNames.h"
+#include "rtl/text/SysUtils.h"
+
+namespace mig {
+namespace {
+
+constexpr int kMostAncestors = 50;
+
+std::string LastPart(const std::string& unitName) {
+  return rtl::LowerCase(unitName.substr(unitName.rfind('.') + 1));
+}
+
+bool ComesBefore(const TFinding& left, const TFinding& right) {
+  return std::pair(left.Line, left.Column) < std::pair(right.Line, right.Column);
+}
+
+TFinding MakeFinding(TRuleId rule, const TTextPlace& place) {
+  TFinding finding;
+  finding.Rule = rule;
+  finding.Level = RuleOf(rule).Level;
+  finding.Line = place.Line;
+  finding.Column = place.Column;
+  return finding;
+}
+
+}  // namespace
+
+void TRunFindings::AddFile(const std::string& fileName, const TFileConversion& conversion, bool isChanged,
+                           const std::string& backupName) {
+  TFileReport& file = FFiles.emplace_back();
+  file.FileName = fileName;
+  file.IsUnit = IsUnitSource(fileName);
+  file.Changes = conversion.Changes;
+  file.IsChanged = isChanged;
+  file.BackupName = backupName;
+  if (!conversion.Findings) return;
+  const TFileFindings& found = *conversion.Findings;
+  file.IsBinary = found.IsBinary;
+  file.Encoding = found.Encoding;
+  file.Converted = found.Converted;
+  file.Findings = found.Findings;
+  for (const std::string& form : std::exchange(FMissingForms, {})) {
+    const auto place = std::find(conversion.FormFiles.begin(), conversion.FormFiles.end(), form);
+    if (place == conversion.FormFiles.end()) continue;
+    TFinding finding = MakeFinding(
+        TRuleId::MissingForm, found.FormPlaces[static_cast<size_t>(place - conversion.FormFiles.begin())]);
+    finding.Subject = rtl::ExtractFileName(form);
+    file.Findings.push_back(std::move(finding));
+  }
+  if (!found.Outline) return;
+  FKept.push_back(conversion.Findings);
+  FUnits.push_back({&*found.Outline, FFiles.size() - 1});
+}
+
+void TRunFindings::AddMissingForm(const std::string& formName) {
+  FMissingForms.push_back(formName);
+}
+
+void TRunFindings::AddOtherForm(const std::string& fileName, size_t mappedObjects) {
+  TFileReport& file = FFiles.emplace_back();
+  file.FileName = fileName;
+  file.IsInRun = false;
+  file.Findings.push_back(MakeFinding(TRuleId::FormNotInRun, {}));
+  file.Findings.back().Value = std::to_string(mappedObjects);
+}
+
+std::vector<TFileReport> TRunFindings::Finish() {
+  Index();
+  for (const TUnit& unit : FUnits) ResolveUses(unit);
+  for (TFileReport& file : FFiles) {
+    DropUsersOwn(file);
+    std::stable_sort(file.Findings.begin(), file.Findings.end(), ComesBefore);
+  }
+  FUnits.clear();
+  FKept.clear();
+  FNames.clear();
+  FOutlines.clear();
+  return std::exchange(FFiles, {});
+}
+
+void TRunFindings::Index() {
+  for (const TUnit& unit : FUnits) {
+    for (const TDeclaration& name : unit.Outline->Names)
+      FNames[rtl::LowerCase(name.Name)].push_back({&name, &unit});
+    for (const TClassOutline& outline : unit.Outline->Classes)
+      FOutlines[rtl::LowerCase(outline.Name)].push_back(&outline);
+  }
+}
+
+void TRunFindings::ResolveUses(const TUnit& unit) {
+  std::vector<TFinding>& findings = FFiles[unit.File].Findings;
+  for (const TNameUse& use : unit.Outline->Uses) {
+    if (use.Kind != TNameUse::OldMember) {
+      if (use.Path.empty() && IsUsersOwn(unit, use)) continue;
+      TFinding finding =
+          MakeFinding(use.Kind == TNameUse::OldClass ? TRuleId::OldClass : TRuleId::OldCall, use.Place);
+      finding.Subject = use.Shown;
+      const TOldName* old = FOldNames.Find(TOldNames::Class, use.Name);
+      finding.Before = use.Before;
+      finding.After = use.After;
+      if (use.Kind == TNameUse::OldClass) finding.OldClass = use.Name;
+      if (use.Kind == TNameUse::OldCall) {
+        old = FOldNames.FindPrefix(use.Name);
+        for (const TOldNames::TKind kind : {TOldNames::Call, TOldNames::Object})
+          if (old == nullptr) old = FOldNames.Find(kind, use.Name);
+      }
+      if (old != nullptr) finding.Advice = old->Advice;
+      findings.push_back(std::move(finding));
+      continue;
+    }
+    const TFound found = Resolve(unit, use);
+    if (found.Declaration == nullptr) continue;
+    const std::string oldClass = ConvertedClassOf(found.Declaration->Type, use.Name);
+    const TOldName* old = oldClass.empty() ? nullptr : FOldNames.FindMember(oldClass, use.Name);
+    if (old == nullptr) continue;
+    TFinding finding = MakeFinding(TRuleId::OldMember, use.Place);
+    const std::string* newClass = FClasses.Find(oldClass);
+    finding.Subject = use.Name;
+    finding.Before = use.Before;
+    finding.After = use.After;
+    finding.Value = found.Declaration->Name;
+    finding.NewClass = newClass == nullptr ? oldClass : *newClass;
+    if (newClass != nullptr) finding.OldClass = oldClass;
+    finding.Detail = "in " + rtl::ExtractFileName(FFiles[found.Unit->File].FileName) + "(" +
+                     std::to_string(found.Declaration->Place.Line) + "," +
+                     std::to_string(found.Declaration->Place.Column) + ") as " + found.Declaration->Type;
+    finding.Advice = old->Advice;
+    findings.push_back(std::move(finding));
+  }
+}
+
+// Whether a name may be one that the run's units declare.
+bool TRunFindings::IsUsersOwn(const TUnit& unit, const TNameUse& use) const {
+  const auto names = FNames.find(rtl::LowerCase(use.Name));
+  if (names != FNames.end()) {
+    for (const TFound& found : names->second)
+      if (found.Unit == &unit || Uses(unit, *found.Unit)) return true;
+  }
+  return !use.Owner.empty() && FindMember(use.Owner, use.Name).Declaration != nullptr;
+}
+
+bool TRunFindings::Uses(const TUnit& unit, const TUnit& other) const {
+  const std::string name = LastPart(other.Outline->Name);
+  return std::any_of(unit.Outline->UsedUnits.begin(), unit.Outline->UsedUnits.end(),
+                     [&name](const std::string& used) { return LastPart(used) == name; });
+}
+
+// Returns the declaration of the last name before the member, or nothing if that is not certain.
+TRunFindings::TFound TRunFindings::Resolve(const TUnit& unit, const TNameUse& use) const {
+  TFound found = FindFirst(unit, use);
+  std::string owner = rtl::SameText(use.Path[0], "Self") && !use.IsLocal ? use.Owner : std::string();
+  if (owner.empty() && found.Declaration == nullptr) return {};
+  for (size_t i = 1; i < use.Path.size(); ++i) {
+    const std::string& className = owner.empty() ? found.Declaration->Type : owner;
+    found = FindMember(className, use.Path[i]);
+    if (found.Declaration == nullptr) return {};
+    owner.clear();
+  }
+  return owner.empty() ? found : TFound{};
+}
+
+TRunFindings::TFound TRunFindings::FindFirst(const TUnit& unit, const TNameUse& use) const {
+  if (use.IsLocal) return {&use.Local, &unit};
+  if (!use.Owner.empty()) {
+    if (const TFound member = FindMember(use.Owner, use.Path[0]); member.Declaration != nullptr)
+      return member;
+  }
+  const auto names = FNames.find(rtl::LowerCase(use.Path[0]));
+  if (names == FNames.end()) return {};
+  TFound result;
+  for (const TFound& found : names->second) {
+    if (found.Unit == &unit) return found;
+    if (!Uses(unit, *found.Unit)) continue;
+    if (result.Declaration != nullptr) return {};  // by two units
+    result = found;
+  }
+  return result;
+}
+
+// Looks in the class and its ancestors.
+TRunFindings::TFound TRunFindings::FindMember(const std::string& className, const std::string& member) const {
+  std::string name = className;
+  for (int i = 0; i < kMostAncestors && !name.empty(); ++i) {
+    const auto outlines = FOutlines.find(rtl::LowerCase(name));
+    if (outlines == FOutlines.end() || outlines->second.size() != 1) return {};
+    const TClassOutline& outline = *outlines->second[0];
+    for (const TDeclaration& each : outline.Members) {
+      if (!rtl::SameText(each.Name, member)) continue;
+      for (const TUnit& unit : FUnits) {
+        const std::vector<TClassOutline>& classes = unit.Outline->Classes;
+        if (&outline >= classes.data() && &outline < classes.data() + classes.size()) return {&each, &unit};
+      }
+    }
+    name = outline.Ancestor;
+  }
+  return {};
+}
+
+// Returns the class of the map, or its new class, that `type` is or descends from; empty if `type` is another, or if a
+// class on the way declares `member` itself.
+std::string TRunFindings::ConvertedClassOf(const std::string& type, const std::string& member) const {
+  std::string name = type;
+  for (int i = 0; i < kMostAncestors && !name.empty(); ++i) {
+    const auto outlines = FOutlines.find(rtl::LowerCase(name));
+    if (outlines == FOutlines.end())
+      return FClasses.Find(name) != nullptr || FClasses.IsNewClass(name) ? name : std::string();
+    if (outlines->second.size() != 1) return {};
+    const TClassOutline& outline = *outlines->second[0];
+    for (const TDeclaration& each : outline.Members)
+      if (rtl::SameText(each.Name, member)) return {};
+    name = outline.Ancestor;
+  }
+  return {};
+}
+
+// Takes out what the run's own units declare under the names of old units and classes.
+void TRunFindings::DropUsersOwn(TFileReport& file) const {
+  const auto isOwn = [this](const TFinding& finding) {
+    if (finding.Rule == TRuleId::UnmappedClass) return FOutlines.contains(rtl::LowerCase(finding.OldClass));
+    if (finding.Rule != TRuleId::OldUnit) return false;
+    return std::any_of(FUnits.begin(), FUnits.end(), [&finding](const TUnit& unit) {
+      return rtl::SameText(unit.Outline->Name, finding.Subject);
+    });
+  };
+  file.Findings.erase(std::remove_if(file.Findings.begin(), file.Findings.end(), isOwn), file.Findings.end());
+}
+
+}  // namespace mig

@@ -1,0 +1,84 @@
+// The findings of a whole run: those of its files, and those that only several files together show.
+//
+//   TRunFindings findings(classes, oldNames);
+//   findings.AddFile(fileName, conversion, isChanged, backupName);  // for each file, in the order of the walk
+//   const std::vector<TFileReport> files = findings.Finish();
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "MigWizard/passes/ClassMap.h"
+#include "MigWizard/passes/FileConversion.h"
+#include "MigWizard/passes/Findings.h"
+#include "MigWizard/passes/OldNames.h"
+
+namespace mig {
+
+// What became of a file. Names are UTF-8.
+struct TFileReport {
+  std::string FileName;  // full Windows path
+  bool IsUnit = false;
+  bool IsBinary = false;
+  bool IsInRun = true;   // false for a form that was only looked at
+  std::string Encoding;  // "source code page", "UTF-8", "UTF-16"; empty if nothing in the file was looked at
+  int Changes = 0;
+  bool IsChanged = false;
+  std::string BackupName;                  // full Windows path; empty without a backup
+  std::vector<TConvertedClass> Converted;  // of a form
+  std::vector<TFinding> Findings;          // in the order of the file
+};
+
+class TRunFindings {
+ public:
+  // Both must outlive the object.
+  TRunFindings(const TClassMap& classes, const TOldNames& oldNames)
+      : FClasses(classes), FOldNames(oldNames) {}
+
+  // `isChanged`: the run replaces the file. `backupName` may be empty.
+  void AddFile(const std::string& fileName, const TFileConversion& conversion, bool isChanged,
+               const std::string& backupName);
+  // Adds that a form file, one of those that the next file of AddFile names, does not exist.
+  void AddMissingForm(const std::string& formName);
+  // Adds a form that belongs to no unit of the run, with the number of its objects of classes of the map.
+  void AddOtherForm(const std::string& fileName, size_t mappedObjects);
+
+  // Returns the files in the order in which they were added, with all their findings. The object is empty then.
+  std::vector<TFileReport> Finish();
+
+ private:
+  // A unit's outline, and where it is in FFiles.
+  struct TUnit {
+    const TUnitOutline* Outline;
+    size_t File;
+  };
+  // A declaration, and the unit that holds it.
+  struct TFound {
+    const TDeclaration* Declaration = nullptr;
+    const TUnit* Unit = nullptr;
+  };
+
+  void Index();
+  void ResolveUses(const TUnit& unit);
+  bool IsUsersOwn(const TUnit& unit, const TNameUse& use) const;
+  TFound Resolve(const TUnit& unit, const TNameUse& use) const;
+  TFound FindFirst(const TUnit& unit, const TNameUse& use) const;
+  TFound FindMember(const std::string& className, const std::string& member) const;
+  std::string ConvertedClassOf(const std::string& type, const std::string& member) const;
+  bool Uses(const TUnit& unit, const TUnit& other) const;
+  void DropUsersOwn(TFileReport& file) const;
+
+  const TClassMap& FClasses;
+  const TOldNames& FOldNames;
+  std::vector<TFileReport> FFiles;
+  std::vector<std::shared_ptr<const TFileFindings>> FKept;  // hold the outlines
+  std::vector<std::string> FMissingForms;
+  std::vector<TUnit> FUnits;
+  std::unordered_map<std::string, std::vector<TFound>> FNames;  // of units, by lower case
+  // By lower case. A class that several units declare is not certain, and is in no look-up.
+  std::unordered_map<std::string, std::vector<const TClassOutline*>> FOutlines;
+};
+
+}  // namespace mig

@@ -1,0 +1,127 @@
+#include "cli/RunReport.h"
+
+#include <ctime>
+
+#include "MigWizard/run/FileUtils.h"
+#include "cli/Commands.h"
+#include "cli/Console.h"
+#include "cli/Help.h"
+#include "cli/TypedPath.h"
+#include "rtl/text/Streams.h"
+#include "rtl/text/SysUtils.h"
+#include "target/OldNameList.h"
+#include "win/FileApi.h"
+#include "win/paths/CodePage.h"
+#include "win/paths/Drives.h"
+
+namespace cli {
+namespace {
+
+std::string Now() {
+  const std::time_t now = std::time(nullptr);
+  std::tm parts{};
+  gmtime_r(&now, &parts);
+  char text[32];
+  std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
+  return text;
+}
+
+// The options of the run that decide what is converted, as typed.
+std::vector<std::string> OptionsOf(const TCommandLine& line) {
+  std::vector<std::string> options;
+  const auto add = [&options](const char* name, const std::string& value) {
+    options.emplace_back(name);
+    options.push_back(value);
+  };
+  if (line.SubFolders) options.emplace_back("--subfolders");
+  if (!line.ActiveProject.empty()) add("--active", line.ActiveProject);
+  for (const std::string& unit : line.Units) add("--unit", unit);
+  for (const std::string& pattern : line.Exclude) add("--exclude", pattern);
+  if (line.NoBackup) options.emplace_back("--no-backup");
+  if (line.CodePage != TCommandLine().CodePage) add("--codepage", std::to_string(line.CodePage));
+  if (!line.Catalogue.empty()) add("--catalogue", line.Catalogue);
+  return options;
+}
+
+std::string ReadBaseline(const std::string& fileName) {
+  if (fileName.empty()) return {};
+  rtl::TFileStream file(WindowsPath(fileName), rtl::fmOpenRead | rtl::fmShareDenyNone);
+  return file.ReadToEnd();
+}
+
+}  // namespace
+
+TRunReport::TRunReport(const TCommandLine& line, target::TKVAComponentReplacer& replacer,
+                       const mig::TReplaceOptions& options, const std::string& base, bool isPreview)
+    : FLine(line),
+      FReplacer(replacer),
+      FOptions(options),
+      FBase(base),
+      FBaseline(ReadBaseline(line.Baseline)),
+      FOldNames(target::BuiltInOldNames(replacer.Classes())),
+      FFindings(replacer.Classes(), FOldNames) {
+  for (const std::string& name : line.Reports)
+    if (!report::IsReportName(name))
+      throw EUsage("A report ends in .json, .sarif or .html, and not as \"" + name + "\" does.");
+  report::TRunInfo& run = FReport.Run;
+  run.Version = KVA_VERSION;
+  run.Mode = line.Mode;
+  run.Scope = options.Dest == mig::sdFolder ? "folder" : "project";
+  run.Path = !line.Arguments.empty() ? line.Arguments[0] : line.Folder.empty() ? line.Project : line.Folder;
+  run.Folder = base;
+  run.Time = Now();
+  run.Options = OptionsOf(line);
+  run.IsPreview = isPreview;
+  if (options.MakeBackup) run.BackupFolder = win::ToHostName(options.BackupDir);
+
+  if (line.Quiet && line.Reports.empty() && !isPreview) return;
+  replacer.CollectFindings(FOldNames);
+  replacer.OnConverted = [this](const std::string& fileName, const mig::TFileConversion& conversion,
+                                bool isChanged) { AddFile(fileName, conversion, isChanged); };
+  replacer.OnMissingForm = [this](const std::string& form) { FFindings.AddMissingForm(form); };
+  replacer.OnOtherForm = [this](const std::string& form, size_t objects) {
+    FFindings.AddOtherForm(form, objects);
+  };
+}
+
+TRunReport::~TRunReport() {
+  FReplacer.OnConverted = nullptr;
+  FReplacer.OnMissingForm = nullptr;
+  FReplacer.OnOtherForm = nullptr;
+}
+
+void TRunReport::AddFile(const std::string& fileName, const mig::TFileConversion& conversion,
+                         bool isChanged) {
+  // Two units can name one form; what it leaves is to be done once.
+  if (!FKnown.insert(win::UpperFileName(fileName)).second) return;
+  std::string backup;
+  if (isChanged && FOptions.MakeBackup) {
+    const std::string path = FOptions.Dest == mig::sdFolder
+                                 ? rtl::ExtractRelativePath(mig::JoinPath(FOptions.Directory, ""), fileName)
+                                 : rtl::ExtractFileName(fileName);
+    backup = mig::BackupFileName(mig::JoinPath(FOptions.BackupDir, path));
+  }
+  // The name as it is on the disk: resource directives may spell it otherwise.
+  FFindings.AddFile(win::FileSystem().GetLongPathNameA(fileName), conversion, isChanged, backup);
+}
+
+bool TRunReport::Finish() {
+  FReport.Files = FFindings.Finish();
+  if (!FBaseline.empty()) report::RemoveKnown(FReport, FBaseline);
+  bool succeeded = true;
+  std::vector<std::string> written;
+  for (const std::string& name : FLine.Reports) {
+    if (win::ReplaceFileContents(WindowsPath(name), report::MakeReport(FReport, name))) {
+      written.push_back(name);
+      continue;
+    }
+    Complain("The report \"" + name + "\" could not be written. " +
+             win::SysErrorMessage(win::GetLastError()));
+    succeeded = false;
+  }
+  if (!FLine.Quiet)
+    for (const std::string& text : report::SummaryLines(FReport, written)) Note(text);
+  return succeeded;
+}
+
+}  // namespace cli

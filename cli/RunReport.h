@@ -1,0 +1,47 @@
+// What a run did and left, for the commands that run one: collected, summed up, and written as reports.
+//
+//   TRunReport report(line, replacer, options, base, /*isPreview=*/false);
+//   replacer.Replace();
+//   const bool isWritten = report.Finish();
+#pragma once
+
+#include <string>
+#include <unordered_set>
+
+#include "cli/CommandLine.h"
+#include "report/Report.h"
+#include "target/KVAReplacer.h"
+
+namespace cli {
+
+class TRunReport {
+ public:
+  // Collects what `replacer` finds in the next run. Everything but `line` must outlive the object; `base` is the full
+  // Windows path of the folder of the run. Raises EUsage if the name of a report has an extension that is not known.
+  TRunReport(const TCommandLine& line, target::TKVAComponentReplacer& replacer,
+             const mig::TReplaceOptions& options, const std::string& base, bool isPreview);
+  ~TRunReport();
+  TRunReport(const TRunReport&) = delete;
+  TRunReport& operator=(const TRunReport&) = delete;
+
+  // Ends the collection, takes out what the baseline knows, writes the reports, and prints the summary on standard
+  // error unless the command line is quiet. Returns false, after a message, if a report could not be written.
+  [[nodiscard]] bool Finish();
+  // Valid after Finish.
+  const report::TReport& Report() const { return FReport; }
+
+ private:
+  void AddFile(const std::string& fileName, const mig::TFileConversion& conversion, bool isChanged);
+
+  const TCommandLine FLine;
+  target::TKVAComponentReplacer& FReplacer;
+  const mig::TReplaceOptions& FOptions;
+  const std::string FBase;
+  const std::string FBaseline;             // text of a report
+  std::unordered_set<std::string> FKnown;  // names of files that were added, in upper case
+  mig::TOldNames FOldNames;
+  mig::TRunFindings FFindings;
+  report::TReport FReport;
+};
+
+}  // namespace cli

@@ -1,0 +1,112 @@
+// The summary of a run, for people, on a terminal.
+#include <algorithm>
+
+#include "report/Report.h"
+
+namespace report {
+namespace {
+
+constexpr size_t kMostLines = 15;
+constexpr size_t kMostNames = 4;
+constexpr size_t kMostRules = 6;
+
+std::string Counted(size_t count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+// "A 3, B 2 and 4 more"
+template <typename TList, typename TText>
+std::string FirstOf(const TList& list, TText textOf) {
+  std::string text;
+  for (size_t i = 0; i < std::min(list.size(), kMostNames); ++i)
+    text.append(i == 0 ? "" : ", ").append(textOf(list[i]));
+  if (list.size() > kMostNames) text += " and " + std::to_string(list.size() - kMostNames) + " more";
+  return text;
+}
+
+std::string NameAndCount(const std::pair<std::string, size_t>& each) {
+  return (each.first.empty() ? "(none)" : each.first) + " " + std::to_string(each.second);
+}
+
+size_t CountOf(const TSummary& summary, mig::TLevel level) {
+  const auto place = summary.Levels.find(level);
+  return place == summary.Levels.end() ? 0 : place->second;
+}
+
+// Why a run may have found nothing to convert.
+std::string WhyNothing(const TReport& report, const TSummary& summary) {
+  const bool isFolder = report.Run.Scope == "folder";
+  const std::vector<std::string>& options = report.Run.Options;
+  const bool hasSubfolders = std::find(options.begin(), options.end(), "--subfolders") != options.end();
+  if (summary.FilesRead == 0) {
+    if (isFolder && !hasSubfolders) return "The folder has no units of its own. Does it need --subfolders?";
+    return isFolder ? "There is no unit below the folder." : "The project has no units.";
+  }
+  const auto isForm = [](const mig::TFileReport& file) { return file.IsInRun && !file.IsUnit; };
+  std::string why = std::string("Is it --mode ") + (report.Run.Mode == "bde" ? "ibx" : "bde") + "?";
+  if (std::none_of(report.Files.begin(), report.Files.end(), isForm)) why += " No unit names a form.";
+  if (isFolder && !hasSubfolders) why += " Subfolders need --subfolders.";
+  return why;
+}
+
+}  // namespace
+
+std::vector<std::string> SummaryLines(const TReport& report, const std::vector<std::string>& reports) {
+  const TSummary summary = Summarize(report);
+  const bool isPreview = report.Run.IsPreview;
+  std::vector<std::string> lines;
+  lines.push_back("Files:     " + std::to_string(summary.FilesRead) + " read, " +
+                  std::to_string(summary.FilesChanged) + (isPreview ? " to change" : " changed"));
+  if (summary.FilesChanged == 0 && summary.Rules.empty()) {
+    lines.push_back("There is nothing to convert. " + WhyNothing(report, summary));
+    return lines;
+  }
+  if (summary.FilesChanged == 0) lines.push_back("Nothing was converted. " + WhyNothing(report, summary));
+  if (summary.ObjectsConverted > 0) {
+    lines.push_back("Objects:   " + Counted(summary.ObjectsConverted, "converted", "converted") + ": " +
+                    FirstOf(summary.Converted, [](const mig::TConvertedClass& each) {
+                      return each.OldClass + " " + std::to_string(each.Count);
+                    }));
+  }
+  if (summary.PropertiesDropped > 0) {
+    lines.push_back("Dropped:   " + Counted(summary.PropertiesDropped, "property", "properties") + ", " +
+                    std::to_string(summary.EventsDropped) +
+                    " of them event handlers: " + FirstOf(summary.Dropped, NameAndCount));
+  }
+  if (!summary.LostAliases.empty())
+    lines.push_back("Lost:      connections by alias: " + FirstOf(summary.LostAliases, NameAndCount));
+
+  std::vector<std::pair<mig::TRuleId, size_t>> rules(summary.Rules.begin(), summary.Rules.end());
+  std::erase_if(rules, [](const auto& each) {
+    return each.first == mig::TRuleId::DroppedProperty || each.first == mig::TRuleId::LostConnection;
+  });
+  std::stable_sort(rules.begin(), rules.end(),
+                   [](const auto& left, const auto& right) { return left.second > right.second; });
+  for (size_t i = 0; i < std::min(rules.size(), kMostRules); ++i) {
+    lines.push_back(std::string(i == 0 ? "Left:      " : "           ") +
+                    std::string(mig::RuleOf(rules[i].first).Name) + " " + std::to_string(rules[i].second));
+  }
+  if (rules.size() > kMostRules)
+    lines.push_back("           and " + Counted(rules.size() - kMostRules, "more rule", "more rules"));
+  if (!isPreview && !report.Run.BackupFolder.empty() && summary.FilesChanged > 0)
+    lines.push_back("Backups:   " + report.Run.BackupFolder);
+  if (!reports.empty()) {
+    std::string names;
+    for (const std::string& name : reports) names.append(names.empty() ? "" : ", ").append(name);
+    lines.push_back("Report:    " + names);
+  }
+  const std::string counts = Counted(CountOf(summary, mig::TLevel::Error), "error", "errors") + ", " +
+                             Counted(CountOf(summary, mig::TLevel::Warning), "warning", "warnings");
+  if (summary.Rules.empty()) {
+    lines.push_back("Next:      compile the project");
+  } else if (reports.empty() && !isPreview) {
+    lines.push_back("Next:      " + counts +
+                    " to look at: run again with --report FILE.html, or \"kvamigrate check\"");
+  } else {
+    lines.push_back("Next:      " + counts + " to look at");
+  }
+  if (lines.size() > kMostLines) lines.resize(kMostLines);
+  return lines;
+}
+
+}  // namespace report

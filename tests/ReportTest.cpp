@@ -1,0 +1,296 @@
+// Reports of whole runs: against a count of their own, the formats, the summary, the baseline, and what a check leaves
+// untouched.
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include "host/ProjectChoice.h"
+#include "report/Report.h"
+#include "rtl/text/StringList.h"
+#include "target/KVAReplacer.h"
+#include "target/OldNameList.h"
+#include "tests/RunCommand.h"
+#include "win/FileApi.h"
+#include "win/paths/Drives.h"
+
+namespace report {
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kSources = KVA_SOURCE_DIR;
+
+std::string ReadFile(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+// --- A count from the forms before and after a run ---
+
+struct TCountedObject {
+  std::string Keyword, ClassName;
+  std::vector<std::string> Roots;  // of its properties, once for each line
+};
+
+// The objects of a form as the IDE writes it, one property a line, by path.
+std::map<std::string, TCountedObject> ObjectsOf(const std::string& text) {
+  static const std::regex header(R"(^\s*(object|inherited|inline) (\w+): (\w+)( \[\d+\])?\s*$)");
+  static const std::regex property(R"(^\s*(\w+)(\.\w+)* = (.*?)\s*$)");
+  std::map<std::string, TCountedObject> objects;
+  std::vector<std::string> paths;
+  std::istringstream lines(text.starts_with("\xEF\xBB\xBF") ? text.substr(3) : text);
+  int depth = 0;  // of lists and collections
+  for (std::string line; std::getline(lines, line);) {
+    std::smatch match;
+    if (depth == 0 && std::regex_match(line, match, header)) {
+      paths.push_back(paths.empty() ? match[2].str() : paths.back() + "." + match[2].str());
+      objects[paths.back()] = {match[1], match[3], {}};
+      continue;
+    }
+    if (paths.empty()) continue;
+    if (depth == 0 && std::regex_match(line, match, property))
+      objects[paths.back()].Roots.push_back(match[1]);
+    if (depth == 0 && std::regex_match(line, std::regex(R"(^\s*end\s*$)"))) paths.pop_back();
+    const std::string bare = std::regex_replace(line, std::regex("'[^']*'"), "");
+    for (const char c : bare)
+      depth += (c == '(' || c == '<' || c == '{') - (c == ')' || c == '>' || c == '}');
+  }
+  return objects;
+}
+
+const std::map<std::string, std::string> kRenamed = {
+    {"Database", "Connection"},
+    {"DefaultDatabase", "DefaultConnection"},
+    {"DefaultAction", "DefaultCloseAction"},
+    {"SelectSQL", "SQL"},
+    {"RefreshSQL", "SQLRefresh"},
+    {"InsertSQL", "SQLInsert"},
+    {"ModifySQL", "SQLUpdate"},
+    {"DeleteSQL", "SQLDelete"},
+    {"Script", "SQL"},
+    {"Terminator", "Delimiter"},
+    {"DataSource", "MasterSource"},
+    {"IndexFieldNames", "DetailFields"},
+};
+
+struct TCounts {
+  size_t Dropped = 0, Lost = 0, Inherited = 0;
+  bool operator==(const TCounts&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& stream, const TCounts& counts) {
+  return stream << counts.Dropped << " dropped, " << counts.Lost << " lost, " << counts.Inherited
+                << " inherited";
+}
+
+TCounts Count(const std::string& before, const std::string& after, const mig::TClassMap& classes) {
+  TCounts counts;
+  const auto newObjects = ObjectsOf(after);
+  for (const auto& [path, object] : ObjectsOf(before)) {
+    if (classes.Find(object.ClassName) == nullptr) continue;
+    if (object.Keyword != "object") {
+      ++counts.Inherited;
+      continue;
+    }
+    const TCountedObject& made = newObjects.at(path);
+    const std::set<std::string> roots(made.Roots.begin(), made.Roots.end());
+    const bool isConnection = made.ClassName == "TKVAConnection";
+    for (const std::string& root : object.Roots) {
+      if (root == "Params" && isConnection) continue;
+      if (root == "DatabaseName" && !isConnection) {
+        counts.Lost += roots.contains("Connection") ? 0 : 1;
+        continue;
+      }
+      const auto renamed = kRenamed.find(root);
+      const bool isKept = roots.contains(root) ||
+                          (renamed != kRenamed.end() && roots.contains(renamed->second)) ||
+                          (root == "DatabaseName" && roots.contains("Database"));
+      counts.Dropped += isKept ? 0 : 1;
+    }
+  }
+  return counts;
+}
+
+// --- Runs ---
+
+class ReportTest : public testing::Test {
+ protected:
+  // Previews the run of a folder or a project below `tree`, and returns its files; `forms` gets the new forms.
+  TReport Preview(const fs::path& tree, const std::string& mode, const std::string& project,
+                  std::map<std::string, std::string>* forms = nullptr) {
+    target::TKVAMigration migration(target::TCatalogue::BuiltIn());
+    mig::TReplaceOptions& options = migration.Options();
+    host::THost host;
+    fs::path base = tree;
+    if (project.empty()) {
+      options.Dest = mig::sdFolder;
+      options.Directory = win::ToWindowsPath(tree.string());
+      options.IncludeSubDirs = true;
+    } else {
+      rtl::TStringList units;
+      for (const std::string& unit :
+           host::SelectUnits(host::OpenProjectForRun(host, (tree / project).string()), {}))
+        units.Add(unit);
+      options.Dest = mig::sdProject;
+      options.UnitNames = units.Text();
+      base = (tree / project).parent_path();
+    }
+    target::TKVAComponentReplacer& replacer = mode == "ibx" ? migration.IBX() : migration.BDE();
+    FClasses = replacer.Classes();
+    const mig::TOldNames names = target::BuiltInOldNames(FClasses);
+    mig::TRunFindings findings(FClasses, names);
+    replacer.CollectFindings(names);
+    replacer.OnConverted = [&](const std::string& fileName, const mig::TFileConversion& file,
+                               bool isChanged) {
+      findings.AddFile(fileName, file, isChanged, {});
+      if (forms != nullptr && isChanged) (*forms)[win::ToHostName(fileName)] = file.Bytes;
+    };
+    replacer.Preview();
+    TReport report;
+    report.Run.Folder = win::ToWindowsPath(base.string());
+    report.Run.Scope = project.empty() ? "folder" : "project";
+    report.Run.Mode = mode;
+    report.Files = findings.Finish();
+    return report;
+  }
+
+  mig::TClassMap FClasses;
+};
+
+TEST_F(ReportTest, CountsAreThoseOfTheFormsBeforeAndAfter) {
+  const char* const rows[][3] = {
+      {"examples/bde", "bde", "LendDesk.dproj"},      {"examples/bde", "bde", ""},
+      {"examples/ibx", "ibx", "PressHouse.dproj"},    {"examples/ibx", "ibx", ""},
+      {"tests/golden/project-aliases/in", "bde", ""}, {"tests/golden/subfolders/in", "bde", ""},
+  };
+  size_t forms = 0, dropped = 0;
+  for (const auto& [tree, mode, project] : rows) {
+    std::map<std::string, std::string> after;
+    const TReport report = Preview(kSources / tree, mode, project, &after);
+    for (const mig::TFileReport& file : report.Files) {
+      if (file.IsUnit || file.IsBinary || file.Encoding == "UTF-16" || !file.IsChanged) continue;
+      TCounts found;
+      for (const mig::TFinding& finding : file.Findings) {
+        found.Dropped += finding.Rule == mig::TRuleId::DroppedProperty;
+        found.Lost += finding.Rule == mig::TRuleId::LostConnection;
+        found.Inherited += finding.Rule == mig::TRuleId::InheritedObject;
+      }
+      const std::string name = win::ToHostName(win::FileSystem().GetLongPathNameA(file.FileName));
+      EXPECT_EQ(found, Count(ReadFile(name), after.at(win::ToHostName(file.FileName)), FClasses)) << name;
+      ++forms;
+      dropped += found.Dropped;
+    }
+  }
+  EXPECT_GE(forms, 15u);
+  EXPECT_GE(dropped, 30u);
+}
+
+TEST_F(ReportTest, SummaryAddsUpFromTheFindings) {
+  const TReport report = Preview(kSources / "examples" / "bde", "bde", "");
+  const TSummary summary = Summarize(report);
+  size_t findings = 0, rules = 0, levels = 0, dropped = 0, aliases = 0;
+  for (const mig::TFileReport& file : report.Files) findings += file.Findings.size();
+  for (const auto& [rule, count] : summary.Rules) rules += count;
+  for (const auto& [level, count] : summary.Levels) levels += count;
+  for (const auto& [name, count] : summary.Dropped) dropped += count;
+  for (const auto& [alias, count] : summary.LostAliases) aliases += count;
+  EXPECT_EQ(rules, findings);
+  EXPECT_EQ(levels, findings);
+  EXPECT_EQ(dropped, summary.Rules.at(mig::TRuleId::DroppedProperty));
+  EXPECT_EQ(aliases, summary.Rules.at(mig::TRuleId::LostConnection));
+  EXPECT_GT(findings, 20u);
+  EXPECT_LE(SummaryLines(report, {"a.json"}).size(), 15u);
+}
+
+TEST_F(ReportTest, ABaselineLeavesOutWhatItHas) {
+  TReport report = Preview(kSources / "examples" / "bde", "bde", "");
+  const std::string json = JsonReport(report);
+  mig::TFinding another = report.Files[0].Findings.at(0);
+  another.Line += 10;  // the same once more, further down
+  report.Files[0].Findings.push_back(another);
+  RemoveKnown(report, json);
+  size_t left = 0;
+  for (const mig::TFileReport& file : report.Files) {
+    left += file.Findings.size();
+    EXPECT_FALSE(file.IsChanged);
+  }
+  EXPECT_EQ(left, 1u);
+  EXPECT_THROW(RemoveKnown(report, "{}"), EReport);
+  EXPECT_THROW(RemoveKnown(report, "no JSON"), EReport);
+}
+
+TEST(RuleBookTest, IsTheOneOfTheDocumentation) {
+  EXPECT_EQ(ReadFile(kSources / "docs" / "rules.md"), RuleBook());
+}
+
+// --- The program ---
+
+class CheckTest : public testing::Test {
+ protected:
+  void Write(const std::string& property) {
+    FTree.Write("src/A.pas",
+                "unit A;\r\ninterface\r\nuses DBTables;\r\n{$R *.dfm}\r\nimplementation\r\nend.\r\n");
+    FTree.Write("src/A.dfm", "object A: TForm\r\n  object D: TDatabase\r\n" + property + "  end\r\nend\r\n");
+  }
+  tests::TTempTree FTree;
+};
+
+constexpr char kCheck[] = "check --mode bde --folder src -q";
+
+TEST_F(CheckTest, WritesNothingAndExitsWithFour) {
+  Write("    AliasName = 'x'\r\n");
+  const std::string unit = FTree.Read("src/A.pas"), form = FTree.Read("src/A.dfm");
+  EXPECT_EQ(tests::RunCommand(FTree, kCheck),
+            "4|A.pas(3,6): warning old-unit: the unit uses DBTables, a unit of the old components\n"
+            "A.dfm(3,5): warning dropped-property: the property AliasName of A.D is dropped, because "
+            "TKVAConnection does "
+            "not publish it\n|");
+  EXPECT_EQ(FTree.Read("src/A.pas"), unit);
+  EXPECT_EQ(FTree.Read("src/A.dfm"), form);
+  EXPECT_EQ(FTree.Names("src"), (std::vector<std::string>{"A.dfm", "A.pas"}));
+
+  FTree.Write("src/A.pas", "unit A;\r\ninterface\r\nimplementation\r\nend.\r\n");
+  EXPECT_EQ(tests::RunCommand(FTree, kCheck),
+            "4|A.dfm(1,1): warning form-not-in-run: the form has 1 object(s) to convert, but no unit of the "
+            "run names "
+            "it\n|");
+  fs::remove(FTree.HostPath("src/A.dfm"));
+  EXPECT_EQ(tests::RunCommand(FTree, kCheck), "0||");
+}
+
+TEST_F(CheckTest, NoSecretIsEverShown) {
+  Write(
+      "    Params.Strings = (\r\n      'USER NAME=u'\r\n      'PASSWORD=tiger'\r\n      'password=tiger'\r\n"
+      "      'X=1' 'PWD=tiger')\r\n    DBPassword = 'tiger'\r\n");
+  FTree.Write("src/B.pas",
+              "unit B;\r\nuses DBTables;\r\nvar D: TDatabase;\r\nbegin\r\n"
+              "  D.Params.Values['PASSWORD'] := 'tiger';\r\nend.\r\n");
+  std::string output = tests::RunCommand(
+      FTree, "check --mode bde --folder src --report a.json --report a.sarif --report a.html");
+  output += FTree.Read("a.json") + FTree.Read("a.sarif") + FTree.Read("a.html");
+  EXPECT_NE(output.find("dropped-login-entry: the login entry PWD"), std::string::npos);
+  EXPECT_EQ(output.find("tiger"), std::string::npos);
+}
+
+TEST_F(CheckTest, TheBaselineOfABuild) {
+  Write("    AliasName = 'x'\r\n");
+  EXPECT_EQ(tests::RunCommand(FTree, std::string(kCheck) + " --report known.json").substr(0, 1), "4");
+  EXPECT_EQ(tests::RunCommand(FTree, std::string(kCheck) + " --baseline known.json"), "0||");
+  FTree.Write("src/A.dfm",
+              "object A: TForm\r\n\r\n  object D: TDatabase\r\n    AliasName = 'x'\r\n    SessionName = "
+              "'y'\r\n  end\r\nend\r\n");
+  EXPECT_EQ(tests::RunCommand(FTree, std::string(kCheck) + " --baseline known.json"),
+            "4|A.dfm(5,5): warning dropped-property: the property SessionName of A.D is dropped, because "
+            "TKVAConnection "
+            "does not publish it\n|");
+}
+
+}  // namespace
+}  // namespace report
