@@ -52,6 +52,10 @@ struct TCommandLine {
   bool ViewLog = false;
   std::vector<std::string> Exclude;
   bool SkipConverted = false;
+  bool DryRun = false;  // set by --diff too
+  bool Diff = false;
+  bool IgnoreSpace = false;
+  std::string Colour = "auto";  // or "always" or "never"
   bool KeepGoing = false;
   std::optional<completion::TSteps> Complete;
   std::vector<std::string> Reports;

@@ -134,6 +134,17 @@ const std::vector<TOption> kCheckOptions = WithScope({
 });
 
 const std::vector<TOption> kReplaceOptions = WithScope({
+    {"--dry-run", TValueKind::None, "", "Say what the run would do, and write nothing",
+     [](TCommandLine& line, const std::string&) { line.DryRun = true; }},
+    {"--diff", TValueKind::None, "",
+     "Print what the run would change as a patch for git apply, and write nothing",
+     [](TCommandLine& line, const std::string&) { line.DryRun = line.Diff = true; }},
+    {"--ignore-space", TValueKind::None, "",
+     "Leave white space out of the diff, which is for reading only then",
+     [](TCommandLine& line, const std::string&) { line.IgnoreSpace = true; }},
+    {"--color", TValueKind::Choice, "auto|always|never",
+     "Show the diff in colours (default: auto, on a terminal)",
+     [](TCommandLine& line, const std::string& value) { line.Colour = value; }},
     {"--skip-converted", TValueKind::None, "", "Leave units alone that were converted before",
      [](TCommandLine& line, const std::string&) { line.SkipConverted = true; }},
     {"--complete", TValueKind::Text, "WHAT[,WHAT]",

@@ -10,6 +10,7 @@
 #include "cli/Console.h"
 #include "cli/ExcludeHint.h"
 #include "cli/Interrupt.h"
+#include "cli/PatchPrinter.h"
 #include "cli/PathPattern.h"
 #include "cli/Progress.h"
 #include "cli/RunReport.h"
@@ -78,12 +79,18 @@ int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TC
   replacer.OnWarning = Complain;
   const auto hint = [&] { return fileName.empty() ? std::string() : ExcludeHint(fileName, scope.Folder); };
   try {
-    const bool succeeded = replacer.Replace();
+    if (line.DryRun) {
+      replacer.Preview();
+    }
+    const bool succeeded = line.DryRun || replacer.Replace();
     const size_t leftOut = replacer.LeftOut().size() + scope.MissingUnits;
     // A run that left files out is no success, even though each file that it converted is in place.
     int status = kExitPart;
-    if (leftOut == 0 || !succeeded)
+    if (leftOut == 0 && line.DryRun) {
+      status = kExitOk;
+    } else if (leftOut == 0 || !succeeded) {
       status = PrintOutcome(succeeded, mig::SReplaceSuccess, mig::SReplaceFailed, line.Quiet);
+    }
     if (leftOut > 0) Note("Left out, as said above: " + std::to_string(leftOut) + ".");
     if (!report.Finish() && status == kExitOk) status = kExitPart;
     return status;
@@ -105,21 +112,22 @@ int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TC
 int RunReplace(const TCommandLine& line) {
   if (line.Mode.empty()) throw EUsage("Say which components to replace: --mode bde or --mode ibx.");
   if (line.OverwriteBackups && !line.BackupDir) throw EUsage("--overwrite-backups is for --backup-dir.");
+  if (line.IgnoreSpace && !line.Diff) throw EUsage("--ignore-space is for --diff.");
   target::TKVAMigration migration(LoadCatalogue(line.Catalogue));
   target::TKVAComponentReplacer& replacer = line.Mode == "ibx" ? migration.IBX() : migration.BDE();
   if (line.Complete) migration.Complete(*line.Complete);
   mig::TReplaceOptions& options = migration.Options();
   host::THost host;
   const TScope scope = SetScope(line, host, options);
-  options.MakeBackup = !line.NoBackup;
-  options.WriteLog = !line.NoLog;
-  options.ViewLog = line.ViewLog;
+  options.MakeBackup = !line.NoBackup && !line.DryRun;
+  options.WriteLog = !line.NoLog && !line.DryRun;
+  options.ViewLog = line.ViewLog && !line.DryRun;
   options.Policy.Strict = true;
   options.Policy.OverwriteBackups = line.OverwriteBackups;
   options.Policy.SkipConverted = line.SkipConverted;
   options.Policy.KeepGoing = line.KeepGoing;
   try {
-    options.BackupDir = BackupDir(line, scope.Folder);
+    if (!line.DryRun) options.BackupDir = BackupDir(line, scope.Folder);
   } catch (const mig::EWayBack& error) {
     return Stopped(error.what(), WayBackHint(error, line));
   }
@@ -131,7 +139,16 @@ int RunReplace(const TCommandLine& line) {
     };
   }
   CatchInterrupts();
-  TRunReport report(line, replacer, options, scope.Folder, /*isPreview=*/false);
+  TRunReport report(line, replacer, options, scope.Folder, line.DryRun);
+  TPatchPrinter patches(line, scope.Folder);
+  if (line.Diff) {
+    replacer.OnConverted = [&patches, collect = replacer.OnConverted](const std::string& fileName,
+                                                                      const mig::TFileConversion& conversion,
+                                                                      bool isChanged) {
+      if (collect) collect(fileName, conversion, isChanged);
+      if (isChanged) patches.Print(fileName, conversion);
+    };
+  }
   return RunReplacer(replacer, scope, line, report);
 }
 

@@ -1,6 +1,7 @@
 // Whole runs over the folders of tests/golden: the tree that comes out, log and undo file included, and the
 // way back.
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -137,6 +138,34 @@ size_t ChangedLines(const std::string& before, const std::string& after, diff::T
   return static_cast<size_t>(std::count_if(lines.begin(), lines.end(), [](const diff::TDiffLine& line) {
     return line.Kind != diff::TDiffLine::TKind::Same;
   }));
+}
+
+// The patch of --diff turns the tree into what a run makes of it, byte for byte, and printing it changes nothing.
+TEST_P(GoldenTest, APatchIsTheRun) {
+  if (!Setting(FName, "result").empty()) GTEST_SKIP() << "the run stops";
+  const auto before = ReadTree(FTree);
+  const auto project = Setting(FName, "project");
+  const fs::path scope = project.empty() ? FTree : FTree / project[0];
+  const fs::path base = project.empty() ? FTree : scope.parent_path();
+  std::string command = "cd " + FTemp.HostPath() + " && " + KVA_BINARY_DIR +
+                        "/cli/kvamigrate replace --diff -q --mode " + Setting(FName, "mode").at(0) + " " +
+                        scope.string();
+  if (project.empty()) command += " --subfolders";
+  for (const std::string& codePage : Setting(FName, "codepage")) command += " --codepage " + codePage;
+  (void)std::system((command + " > the.patch 2> errors.txt").c_str());
+  EXPECT_EQ(ReadTree(FTree), before);
+  const fs::path patched = FTemp.HostPath("patched");
+  fs::copy(FTree, patched, fs::copy_options::recursive);
+  if (!FTemp.Read("the.patch").empty()) {
+    // A unit of a project can be outside of the project's folder.
+    const std::string apply = "cd " + (patched / fs::relative(base, FTree)).string() +
+                              " && git apply --unsafe-paths --whitespace=nowarn " +
+                              FTemp.HostPath("the.patch");
+    ASSERT_EQ(std::system(apply.c_str()), 0) << FTemp.Read("errors.txt");
+  }
+  target::TKVAMigration migration(target::TCatalogue::BuiltIn());
+  ASSERT_TRUE(Run(migration, "RBackup"));
+  EXPECT_EQ(ReadSources(patched), ReadSources(FTree));
 }
 
 // A completed tree differs from the original in no line by white space alone, and a second run finds nothing to do.
