@@ -107,19 +107,21 @@ bool TTemporaryFile::TakeNameOf(const TFileStamp& expected) {
            FileStampOf(info) == expected;
   };
 #ifdef RENAME_EXCHANGE
-  // Not every file system can do this. What is checked after the exchange is exactly what was replaced, so no
-  // other writer can come between.
+  // After the exchange the temporary name holds the file of whoever wrote it last, so it must not be a name that is
+  // swept: a process that is killed there leaves that file, and nobody deletes it.
+  std::string kept = FPath + "~";
+  if (Retry<renameat>(FTarget.Base, FPath.c_str(), FTarget.Base, kept.c_str()) != 0) return false;
+  FPath = std::move(kept);
+  // Not every file system can exchange. The check after the exchange is about exactly the file that was replaced, so
+  // no other writer can come between.
   const auto exchange = [&] {
     return Retry<renameat2>(FTarget.Base, FPath.c_str(), FTarget.Base, name, unsigned{RENAME_EXCHANGE}) == 0;
   };
   if (exchange()) {
     const bool isRight = isExpected(FPath.c_str());
     if (isRight) Retry<unlinkat>(FTarget.Base, FPath.c_str(), 0);
-    if (isRight || !exchange()) {
-      // If it cannot be put back, the other writer's file gets a name that nobody sweeps.
-      if (!isRight) Retry<renameat>(FTarget.Base, FPath.c_str(), FTarget.Base, (FPath + "~").c_str());
-      FPath.clear();
-    }
+    // If it cannot be put back, the other writer's file stays under the temporary name.
+    if (isRight || !exchange()) FPath.clear();
     if (!isRight) errno = ESTALE;
     return isRight;
   }
