@@ -149,7 +149,10 @@ using THooks = std::map<std::string, THook, std::less<>>;
 template <class TPosition>
 bool RunHook(THook hook, std::string_view text, TPosition& position, const std::function<bool()>& inherited) {
   const TPosition start = position;
-  const auto next = [&] { return static_cast<size_t>(position) > text.size() ? '\0' : text[position - 1]; };
+  const auto next = [&] {
+    const auto at = static_cast<size_t>(position);
+    return at > text.size() ? '\0' : text[at - 1];
+  };
   const auto skip = [&] {
     while (next() == 'z') ++position;
     return true;
