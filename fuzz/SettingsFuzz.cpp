@@ -16,8 +16,8 @@ struct TStore {
   TStore() : Folder(std::filesystem::temp_directory_path() / ("kvafuzz" + std::to_string(getpid()))) {
     std::filesystem::create_directories(Folder);
     setenv("XDG_CONFIG_HOME", Folder.c_str(), 1);
-    Name = rtl::TRegIniFile(kRootKey, rtl::KEY_READ_WRITE).StoreName();
-    std::filesystem::create_directories(std::filesystem::path(Name).parent_path());
+    Name = (Folder / "Fuzz" / "registry.ini").string();
+    std::filesystem::create_directories(Folder / "Fuzz");
   }
   ~TStore() { std::filesystem::remove_all(Folder); }
   std::filesystem::path Folder;
