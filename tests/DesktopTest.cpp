@@ -56,6 +56,7 @@ TEST_F(DesktopTest, ProjectRoadByTheKeyboardAlone) {
   EXPECT_EQ(FMigration.Options().BackupDir, "C:\\App\\RBackup");
   ASSERT_TRUE(FMigration.BDE().Restore("C:\\App\\RBackup\\RExpert.reu"));
   EXPECT_EQ(Tree(), FOriginal);
+  FMigration.Options().Policy = {};
   ASSERT_TRUE(FMigration.BDE().Replace());
   EXPECT_EQ(Tree(), converted);
 }
