@@ -56,7 +56,8 @@ bool PutForm(const std::string& temp, const std::string& target) {
     win::SetLastError(win::ERROR_ACCESS_DENIED);
     return false;
   }
-  return win::CopyToOwnFile(temp, target);
+  // The copy alone leaves a file that only its owner can read where something of the access rights cannot be copied.
+  return win::CopyToOwnFile(temp, target) && win::FileSystem().CopyPermissions(temp, target);
 }
 
 void WriteFormFile(const std::string& output, std::string_view bytes, const std::string& input) {

@@ -15,7 +15,7 @@ namespace {
 constexpr std::chrono::milliseconds kInterval{50};
 constexpr int kDefaultWidth = 80;
 
-bool isShown = false;
+bool IsShown = false;
 
 size_t TerminalWidth() {
   winsize size{};
@@ -38,21 +38,21 @@ void ShowProgress(int done, int known, std::string_view fileName) {
   static std::chrono::steady_clock::time_point lastShown;
   if (!canShow) return;
   const auto now = std::chrono::steady_clock::now();
-  if (isShown && now - lastShown < kInterval) return;
+  if (IsShown && now - lastShown < kInterval) return;
   std::string line = "[" + std::to_string(done) + "/" + std::to_string(known) + "] ";
   const size_t width = TerminalWidth();
   if (width > line.size() + 1) line.append(Tail(win::PrintableName(fileName), width - line.size() - 1));
   std::fprintf(stderr, "\r%s\x1b[K", line.c_str());
   std::fflush(stderr);
-  isShown = true;
+  IsShown = true;
   lastShown = now;
 }
 
 void ClearProgress() {
-  if (!isShown) return;
+  if (!IsShown) return;
   std::fputs("\r\x1b[K", stderr);
   std::fflush(stderr);
-  isShown = false;
+  IsShown = false;
 }
 
 }  // namespace cli

@@ -1,4 +1,5 @@
 // kvamigrate replace.
+#include <algorithm>
 #include <new>
 
 #include "MigWizard/run/FileUtils.h"
@@ -32,19 +33,17 @@ void RequireNoJournal(const std::string& folder) {
 }
 
 // A folder with a drive is taken as it is, any other lies below `folder`, as in the wizard's dialog.
-std::string TypedBackupDir(const std::string& typed, const std::string& folder) {
+std::string TypedBackupDir(std::string typed, const std::string& folder) {
   if (typed.starts_with('/') || !rtl::ExtractFileDrive(typed).empty()) return WindowsPath(typed);
-  std::string entry = typed;
-  for (char& c : entry)
-    if (c == '/') c = '\\';
-  return mig::JoinPath(folder, entry);
+  std::replace(typed.begin(), typed.end(), '/', '\\');
+  return mig::JoinPath(folder, typed);
 }
 
 std::string BackupDir(const TCommandLine& line, const std::string& folder) {
   RequireNoJournal(folder);
   if (line.BackupDir) return TypedBackupDir(*line.BackupDir, folder);
   if (line.NoBackup) return {};
-  const std::string chosen = mig::ChooseBackupDir(folder);
+  std::string chosen = mig::ChooseBackupDir(folder);
   if (!line.Quiet && chosen != mig::JoinPath(folder, mig::SBackupFolderName))
     Note("The backups go to \"" + chosen + "\", because the backups of earlier runs are kept.");
   return chosen;
@@ -68,6 +67,17 @@ int Stopped(const std::string& message, const std::string& hint) {
   return kExitException;
 }
 
+// Returns false, after a message, if something of the account of the run could not be made. The run itself is over.
+bool FinishReport(TRunReport& report) {
+  try {
+    return report.Finish();
+  } catch (const std::bad_alloc&) {
+    ComplainOutOfMemory({});
+    Note("The run is complete, and only its summary or a report is missing.");
+    return false;
+  }
+}
+
 int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TCommandLine& line,
                 TRunReport& report) {
   std::string fileName;  // the present file; empty after the last one is converted
@@ -84,16 +94,12 @@ int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TC
     }
     const bool succeeded = line.DryRun || replacer.Replace();
     const size_t leftOut = replacer.LeftOut().size() + scope.MissingUnits;
-    // A run that left files out is no success, even though each file that it converted is in place.
-    int status = kExitPart;
-    if (leftOut == 0 && line.DryRun) {
-      status = kExitOk;
-    } else if (leftOut == 0 || !succeeded) {
-      status = PrintOutcome(succeeded, mig::SReplaceSuccess, mig::SReplaceFailed, line.Quiet);
-    }
     if (leftOut > 0) Note("Left out, as said above: " + std::to_string(leftOut) + ".");
-    if (!report.Finish() && status == kExitOk) status = kExitPart;
-    return status;
+    const bool isReported = FinishReport(report);
+    if (!succeeded) return PrintOutcome(false, mig::SReplaceSuccess, mig::SReplaceFailed, line.Quiet);
+    // A run that left files out is no success, even though each file that it converted is in place.
+    if (leftOut > 0 || !isReported) return kExitPart;
+    return line.DryRun ? kExitOk : PrintOutcome(true, mig::SReplaceSuccess, mig::SReplaceFailed, line.Quiet);
   } catch (const mig::ETwinFiles& error) {
     return Stopped(error.what(), ExcludeOneHint(error.First(), error.Second(), scope.Folder));
   } catch (const mig::EWayBack& error) {

@@ -118,16 +118,19 @@ void TRun::WalkList(const std::string& tempDir) {
   }
 }
 
-// What keeps a form from being read here keeps it from being converted later, which is told then.
+// A form that cannot be read here is left out, even if it can be read later: the other forms do not know its databases.
 void TRun::CollectDatabaseNames(int firstForm) {
+  const TRunPolicy& policy = FOptions.Policy;
   for (int i = firstForm; i < FUnits.Count(); ++i) {
     ReportProgress(firstForm, FUnits[i]);
     try {
       FDatabases.Collect(FUnits[i]);
-    } catch (const rtl::EStreamError&) {
-      if (!FOptions.Policy.Strict) throw;
-    } catch (const EFileConversion&) {
-      if (!FOptions.Policy.Strict || !FOptions.Policy.KeepGoing) throw;
+    } catch (const rtl::EStreamError& error) {
+      if (!policy.Strict) throw;
+      FUnreadForms.emplace(FUnits[i], error.what());
+    } catch (const EFileConversion& error) {
+      if (!policy.Strict || !policy.KeepGoing) throw;
+      FUnreadForms.emplace(FUnits[i], error.what());
     }
   }
 }

@@ -6,6 +6,7 @@
 // of the work queue. When all files are done, the changed ones are copied over their originals.
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -87,6 +88,7 @@ class TRun {
   int FChangedFiles = 0;
   bool FIsPreview = false;
   TDatabaseNames FDatabases;
+  std::map<std::string, std::string> FUnreadForms;  // whose databases are unknown, with the reason
   TTwinFiles FTwins;
   TFolderMaker FTempFolders;
   TChangedFiles FChanged;

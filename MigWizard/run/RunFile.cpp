@@ -49,6 +49,8 @@ void TRun::ProcessFile(const std::string& fileName, TFilesAhead& files, const st
     if (!policy.Strict) throw;
     return LeaveOut(fileName, error.what());
   }
+  if (const auto unread = FUnreadForms.find(fileName); unread != FUnreadForms.end())
+    return LeaveOut(fileName, unread->second);
   try {
     NamingFile(fileName, [&] {
       if (IsUnitSource(fileName)) {
