@@ -127,8 +127,9 @@ TEST(ConsoleTest, ProgressOnATerminal) {
   tree.MakeFolder("src");  // empty, so that the line is shown once
   const std::string run = "replace --no-log --no-backup --mode bde src";
   const std::string outcome =
-      "Replace procedure was performed sucessfully.\r\nFiles:     0 read, 0 changed\r\n"
-      "There is nothing to convert. The folder has no units of its own. Does it need --subfolders?\r\n";
+      "Files:     0 read, 0 changed\r\n"
+      "There is nothing to convert. The folder has no units of its own. Does it need --subfolders?\r\n"
+      "Replace procedure was performed sucessfully.\r\n";
   EXPECT_EQ(OnTerminal(tree, "TERM=xterm", run), "\r[0/0] \x1B[K\r\x1B[K" + outcome);
   for (const char* const plain : {"TERM=dumb", "NO_COLOR=1 TERM=xterm"})
     EXPECT_EQ(OnTerminal(tree, plain, run), outcome) << plain;
