@@ -66,9 +66,9 @@ void StoreSteps(TCommandLine& line, const std::string& value) {
       (*line.Complete).*row.Step = isKnown = true;
     }
     if (isKnown) continue;
-    std::string list;
-    for (const TStepRow& row : kSteps) list.append(row.Name).append(", ");
-    throw EUsage("--complete takes " + list + "or all, with commas between them, and not \"" + name + "\".");
+    std::string message = "--complete takes ";
+    for (const TStepRow& row : kSteps) message.append(row.Name).append(", ");
+    throw EUsage(message.append("or all, with commas between them, and not \"").append(name).append("\"."));
   }
 }
 

@@ -32,6 +32,7 @@ std::vector<std::string> Arguments(const TCommandLine& line) {
 int RunWizard(const TCommandLine& line) {
   std::vector<std::string> arguments = Arguments(line);
   std::vector<char*> pointers;
+  pointers.reserve(arguments.size() + 1);
   for (std::string& argument : arguments) pointers.push_back(argument.data());
   pointers.push_back(nullptr);
   execvp(DesktopProgram().c_str(), pointers.data());
