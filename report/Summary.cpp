@@ -98,7 +98,7 @@ std::vector<std::string> SummaryLines(const TReport& report, const std::vector<s
   const std::string counts = Counted(CountOf(summary, mig::TLevel::Error), "error", "errors") + ", " +
                              Counted(CountOf(summary, mig::TLevel::Warning), "warning", "warnings");
   if (summary.Rules.empty()) {
-    lines.push_back("Next:      compile the project");
+    lines.emplace_back("Next:      compile the project");
   } else if (reports.empty() && !isPreview) {
     lines.push_back("Next:      " + counts +
                     " to look at: run again with --report FILE.html, or \"kvamigrate check\"");
