@@ -7,7 +7,7 @@
 namespace mig {
 namespace {
 
-// Longer names share the last bit.
+// All longer names share the last bit.
 uint64_t LengthBit(size_t length) {
   return uint64_t{1} << std::min<size_t>(length, 63);
 }

@@ -1,5 +1,5 @@
-// The class map of a migration: which class name becomes which. Filled once, looked up for every identifier
-// of every unit, ignoring case.
+// The class map of a migration, from old to new class names. It is filled once and looked up for every
+// identifier of every unit, ignoring case.
 #pragma once
 
 #include <array>
@@ -16,22 +16,22 @@ class TClassMap {
  public:
   TClassMap() { FClassIndex.SetSorted(true); }
 
-  // Appends `newClass` and makes `oldClass` lead to it. An old class that is there already keeps its new one.
+  // Maps `oldClass` to `newClass`. If `oldClass` is already in the map, it keeps its first new class.
   void AddClass(std::string_view oldClass, std::string_view newClass);
 
-  // Finds any old class of the map in a text, also within a longer word.
+  // Finds any old class of the map in a text, even within a longer word.
   const TWordSearch& OldClasses() const { return FOldClasses; }
 
-  // The new class of that name, or null. Valid for as long as the map.
+  // Returns the new class of `oldClass`, or null. The pointer is valid as long as the map.
   const std::string* Find(std::string_view oldClass) const;
-  // Returns True if some class of the map becomes `name`, in any case of letters.
+  // Returns True if the map replaces some class by `name`, ignoring case.
   bool IsNewClass(std::string_view name) const;
 
  private:
   rtl::TStringList FClassIndex;  // old names, sorted; the object is an index into FNewClasses
   rtl::TStringList FNewClasses;  // in the order of adding
   TWordSearch FOldClasses;
-  // By first byte: bit n is set if an old name of n bytes begins so. It answers nearly every look-up.
+  // By first byte: bit n is set if an old name of n bytes begins with it. Rejects nearly every identifier.
   std::array<uint64_t, 256> FLengths{};
 };
 

@@ -15,7 +15,7 @@ std::string NameForRun(std::string_view name, const qrl::TEncoding& encoding) {
 std::optional<std::string> NameForForm(std::string_view name, const qrl::TEncoding& encoding) {
   if (encoding == qrl::TEncoding::Default())
     return win::IsValidUtf8(name) ? win::Utf8ToSource(name) : std::optional<std::string>(name);
-  // Malformed UTF-8 would swallow what follows it. A lone surrogate survives, in its three-byte form.
+  // Malformed UTF-8 would swallow the bytes after it. A lone surrogate is kept, in its three-byte form.
   std::u16string units;
   if (rtl::Utf8ToUtf16(name, rtl::TSurrogates::Allow, units) != std::string_view::npos) return std::nullopt;
   return std::string(name);

@@ -1,5 +1,5 @@
-// The steps after a conversion that complete what it leaves, as the passes see them. Without them a file comes out
-// exactly as the conversion made it.
+// The interface between the passes and the optional steps that complete a file after its conversion. Without
+// them, a file is written exactly as the conversion produced it.
 #pragma once
 
 #include <string>
@@ -24,10 +24,10 @@ struct TUnitToComplete {
 
 struct TCompletedUnit {
   std::string Text;
-  // What needs no finding any more.
-  bool SettlesUses = false;               // the uses clauses have what the unit needs, once
-  bool SettlesTransactions = false;       // each transaction is where it belongs
-  std::vector<std::string> RemovedUnits;  // old units, as they were spelled
+  // Completed work, for which no findings are needed.
+  bool SettlesUses = false;               // the uses clauses name the units that the unit needs, each once
+  bool SettlesTransactions = false;       // each transaction is declared where it belongs
+  std::vector<std::string> RemovedUnits;  // old units, as spelled in the source
 };
 
 struct TFormToComplete {
@@ -36,17 +36,17 @@ struct TFormToComplete {
   const TClassMap& Classes;
   std::vector<TFormEdit> Edits;  // of the conversion
   std::vector<TObjectAccount>*
-      Accounts;  // null if they are not collected; objects that a step converts are added
+      Accounts;  // null if they are not collected; objects converted by a step are added
 };
 
-// Called by several threads at a time.
+// Operations may be called by several threads at a time.
 class IFileCompletion {
  public:
   virtual ~IFileCompletion() = default;
-  // Return the whole text after conversion and completion. They may raise.
+  // Return the whole text after conversion and completion. May raise.
   virtual TCompletedUnit CompleteUnit(const TUnitToComplete& unit) const = 0;
   virtual std::string CompleteForm(TFormToComplete form, TFormParser& parser) const = 0;
-  // Whether a changed file keeps its UTF-8 mark, and whether every line that is written ends as the file's lines do.
+  // Returns True if a changed file keeps its UTF-8 mark and every written line ends as the file's lines do.
   virtual bool KeepsMarks() const = 0;
   virtual bool KeepsLineEnds() const = 0;
 };

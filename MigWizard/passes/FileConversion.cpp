@@ -14,8 +14,8 @@
 namespace mig {
 namespace {
 
-// The bytes of a changed form behind its mark. A text form's are there already; of a binary one the text is
-// not kept beside them.
+// Returns the bytes of a changed form after its mark. For a text form they are `output`. For a binary form
+// the text is released after its conversion.
 std::string FileBytes(rtl::TMemoryStream& output, const TFormFile& form, size_t sizeBefore) {
   if (!form.IsBinary) return output.TakeBytes();
   rtl::TMemoryStream file;
@@ -29,7 +29,7 @@ std::string_view EncodingName(const qrl::TEncoding& encoding) {
   return encoding == qrl::TEncoding::UTF8() ? "UTF-8" : "UTF-16";
 }
 
-// What happens to a changed text file as a whole. Both findings are at its beginning.
+// Adds findings about a changed text file as a whole, placed at its beginning.
 void AddTextFindings(std::string_view text, const qrl::TEncoding& encoding, const TTextPlaces& places,
                      bool writesLines, bool keepsMark, std::vector<TFinding>& findings) {
   const auto add = [&findings](TRuleId rule) -> TFinding& {
@@ -48,13 +48,13 @@ void AddTextFindings(std::string_view text, const qrl::TEncoding& encoding, cons
   }
 }
 
-// The first bytes of a changed file. A UTF-8 file loses its mark unless the completion keeps it.
+// Returns the mark of a changed file. A UTF-8 file loses its mark unless the completion keeps it.
 std::string_view MarkOf(const qrl::TEncoding& encoding, const IFileCompletion* completion) {
   const bool isKept = completion != nullptr && completion->KeepsMarks() && encoding == qrl::TEncoding::UTF8();
   return isKept ? std::string_view("\xEF\xBB\xBF") : encoding.WrittenMark();
 }
 
-// Removes the findings about what the completion has done.
+// Removes the findings that the completion has settled.
 void RemoveSettled(std::vector<TFinding>& findings, const TCompletedUnit& completed) {
   std::erase_if(findings, [&completed](const TFinding& finding) {
     switch (finding.Rule) {
@@ -108,7 +108,7 @@ void TFileConverter::CollectFindings(const TOldNames& names) {
 }
 
 // Returns the reference in the encoding of the form, or an empty string if there is none. The parser may ask
-// several times for one property.
+// several times for the same property.
 std::string TFileConverter::DatabaseReference(std::string_view alias) {
   if (!OnGetDatabase) return {};
   const std::string name = OnGetDatabase(alias, *FFormEncoding);
@@ -120,7 +120,7 @@ std::string TFileConverter::DatabaseReference(std::string_view alias) {
   return {};
 }
 
-// Whether the pass over a unit can change or find anything. Told from the bytes alone.
+// Returns True if the unit pass can change or find anything. Decides from the bytes, without tokenising.
 bool TFileConverter::MayMatter(std::string_view unitText) const {
   return unitText.find("{$R") != std::string_view::npos || unitText.find("{$r") != std::string_view::npos ||
          FClasses.OldClasses().FindAny(unitText) || FOldUnit.FindAny(unitText);
@@ -202,7 +202,7 @@ void TFileConverter::ConvertFormFile(std::string bytes, TFileConversion& result)
                                FCompletion != nullptr ? &edits : nullptr);
   result.IsChanged = result.Changes > 0;
   if (FCompletion != nullptr) {
-    if (!result.IsChanged) edits.clear();  // classes that were to be replaced: nothing is, then
+    if (!result.IsChanged) edits.clear();  // class names alone, which are not replaced if no object is
     const std::string completed = FCompletion->CompleteForm(
         {text, *form.Encoding, FClasses, std::move(edits), accountList}, *FFormParser);
     const bool isChanged = completed != text;
@@ -215,7 +215,7 @@ void TFileConverter::ConvertFormFile(std::string bytes, TFileConversion& result)
   if (FOldNames != nullptr) FindInFormFile(text, form, original, accounts, result);
   if (!result.IsChanged) return;
   result.EndsAtNul = text.size() < form.Text.size();
-  std::string().swap(form.Text);  // gives its memory back, as an assignment would not
+  std::string().swap(form.Text);  // frees its memory, which an assignment would not do
   try {
     if (!form.IsBinary) result.Mark = MarkOf(*form.Encoding, FCompletion);
     result.Bytes = FileBytes(output, form, size);
@@ -224,7 +224,7 @@ void TFileConverter::ConvertFormFile(std::string bytes, TFileConversion& result)
   }
 }
 
-// `original` is the file, if it is a binary one.
+// `original` is the file if it is binary.
 void TFileConverter::FindInFormFile(std::string_view text, const TFormFile& form, std::string_view original,
                                     const std::vector<TObjectAccount>& accounts, TFileConversion& result) {
   const auto isUnwritable = [this](std::string_view alias) {

@@ -1,5 +1,5 @@
-// The conversion of one file, from its bytes to the bytes of the changed file. It happens in memory; the run reads
-// and writes the files, and converts them ahead of its walk (MigWizard/run/FilesAhead.h).
+// Converts one file, from its bytes to the bytes of the changed file, in memory. The run reads and writes the
+// files, and converts them ahead of its walk (MigWizard/run/FilesAhead.h).
 #pragma once
 
 #include <cstddef>
@@ -24,45 +24,45 @@
 
 namespace mig {
 
-// What happened to a file, in the order in which the run reports it.
+// The result of converting a file, with the fields in the order in which the run reports them.
 struct TFileConversion {
-  size_t TrailingBytes = 0;    // of a binary form: bytes after its data, which are not part of it
-  std::exception_ptr Failure;  // why the file could not be read or converted; nothing below is set then
+  size_t TrailingBytes = 0;    // of a binary form: bytes after its data, which are ignored
+  std::exception_ptr Failure;  // why reading or converting failed; the fields below are not set then
   int Changes = 0;
   std::vector<std::string> FormFiles;  // of a unit: full names from its resource directives, in their order
   bool NamesNewUnits = false;          // of a unit: it may have been converted before
-  bool IsChanged = false;              // the file below is to be written
-  bool EndsAtNul = false;              // of a form: the text after a NUL character is not part of it
-  // Of a form: connections that it would refer to if its encoding had their names. UTF-8, each once.
+  bool IsChanged = false;              // the file has to be written
+  bool EndsAtNul = false;              // of a form: the text after a NUL character is ignored
+  // Of a form: connections to which it cannot refer because its encoding lacks their names. UTF-8, each once.
   std::vector<std::string> UnwritableNames;
   std::shared_ptr<const TFileFindings>
-      Findings;                     // null if they are not collected, or there is nothing to find
-  std::exception_ptr WriteFailure;  // why a changed form cannot be made a binary one again
+      Findings;                     // null if findings are not collected, or if there are no findings
+  std::exception_ptr WriteFailure;  // why a changed form cannot be converted back to binary
   std::string_view Mark;            // the first bytes of the changed file
-  std::string Bytes;                // and the rest
+  std::string Bytes;                // the rest of the changed file
 };
 
 // Converts files, one at a time.
 class TFileConverter {
  public:
-  // Inserts `newUnits` after the unit `oldUnit`, which is in upper case, in uses clauses. Both and `classes` must
-  // outlive the converter; the map must be complete before the first file.
+  // Inserts `newUnits` after `oldUnit`, a unit name in upper case, in uses clauses. Both and `classes` must
+  // outlive the converter; the map must be complete before the first file is converted.
   TFileConverter(const TClassMap& classes, std::string_view oldUnit, std::string_view newUnits,
                  std::unique_ptr<TFormParser> formParser);
 
-  // Collects findings from now on. `names` must outlive the converter.
+  // Collects findings in all following conversions. `names` must outlive the converter.
   void CollectFindings(const TOldNames& names);
-  // Completes files from now on. `completion` must outlive the converter; null switches it off.
+  // Completes files in all following conversions. `completion` must outlive the converter; null disables it.
   void SetCompletion(const IFileCompletion* completion) { FCompletion = completion; }
 
-  // Converts the file with these bytes. The extension of `fileName`, a full Windows path, decides what it is. Raises
-  // nothing.
+  // Converts the file with the contents `bytes`. The extension of `fileName`, a full Windows path, decides
+  // whether it is a unit or a form. Raises nothing; errors are in the result.
   [[nodiscard]] TFileConversion Convert(const std::string& fileName, std::string bytes);
 
-  // Returns the text that replaces a class name in a unit's source. Unset: the new class.
+  // Returns the text that replaces a class name in a unit's source. If unset, it is the new class.
   std::function<std::string(std::string_view oldClass, std::string_view newClass)> OnGetReplacement;
-  // Returns the reference that replaces a form's database alias, as a name of the run (ComponentNames.h), or an
-  // empty string. `alias` is working text in `encoding`.
+  // Returns the reference that replaces a form's database alias, as a name of the run (ComponentNames.h), or
+  // an empty string if there is none. `alias` is working text in `encoding`.
   std::function<std::string(std::string_view alias, const qrl::TEncoding& encoding)> OnGetDatabase;
 
  private:
@@ -84,7 +84,7 @@ class TFileConverter {
   const TOldNames* FOldNames = nullptr;                              // null: no findings are collected
   const qrl::TEncoding* FFormEncoding = &qrl::TEncoding::Default();  // of the form being converted
   std::vector<std::string> FUnwritableNames;                         // in that form
-  std::vector<std::string> FUnwritableAliases;                       // their aliases, as spelled there
+  std::vector<std::string> FUnwritableAliases;                       // their aliases, as spelled in that form
 };
 
 }  // namespace mig

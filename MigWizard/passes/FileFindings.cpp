@@ -9,7 +9,7 @@
 namespace mig {
 namespace {
 
-// What is no UTF-8 even so, as in damaged files, becomes U+FFFD.
+// Malformed UTF-8, as in damaged files, is replaced by U+FFFD.
 void MakeUtf8(std::string& text, const qrl::TEncoding& encoding) {
   const auto isAscii = [](char c) { return static_cast<uint8_t>(c) < 0x80; };
   if (std::all_of(text.begin(), text.end(), isAscii)) return;
@@ -27,7 +27,7 @@ void MakeUtf8(std::vector<TDeclaration>& list, const qrl::TEncoding& encoding) {
   }
 }
 
-// Whether the line of such a finding is in the file after the run.
+// Returns True if the line of a finding of that rule is still in the file after the run.
 bool KeepsLine(TRuleId rule) {
   return rule != TRuleId::DroppedProperty && rule != TRuleId::DroppedLoginEntry &&
          rule != TRuleId::LostConnection;

@@ -1,4 +1,4 @@
-// The findings of one file, ready to be shown: with lines and columns, and in UTF-8.
+// The findings of one file, ready for display: with lines and columns, and in UTF-8.
 #pragma once
 
 #include <optional>
@@ -18,18 +18,19 @@ struct TFileFindings {
   std::vector<TConvertedClass> Converted;  // of a form
   size_t MappedObjects = 0;                // of a form: objects of classes of the map
   std::optional<TUnitOutline> Outline;     // of a unit
-  std::vector<TTextPlace> FormPlaces;      // of a unit: where its form files are named, in their order
+  std::vector<TTextPlace> FormPlaces;      // of a unit: places of the names of its form files, in their order
   bool IsBinary = false;
   std::string_view Encoding = "source code page";  // "UTF-8", "UTF-16"
 };
 
-// Gives the findings lines and columns of `text`, and makes UTF-8 of their texts. `text` is working text.
+// Sets line and column of `findings` from their offsets in `text`, which is working text, and converts their
+// texts to UTF-8.
 void PlaceFindings(std::vector<TFinding>& findings, const TTextPlaces& places,
                    const qrl::TEncoding& encoding);
-// The same with places in what the binary form `file` is printed as. Raises what ObjectBinaryToText raises.
+// The same for places in the printed text of the binary form `file`. Raises what ObjectBinaryToText raises.
 void PlaceInPrintedForm(std::vector<TFinding>& findings, std::string_view text, std::string_view file);
 
-// Makes UTF-8 of the names in an outline.
+// Converts the names in `outline` to UTF-8.
 void ConvertNames(TUnitOutline& outline, const qrl::TEncoding& encoding);
 
 }  // namespace mig

@@ -213,7 +213,7 @@ std::string ShownValue(std::string_view name, std::string_view value) {
     if (isBlank && !shown.empty()) shown += ' ';
     isBlank = false;
     shown += c;
-    // Cut where a character begins, in UTF-8.
+    // Cuts only after an ASCII character, and so never within a UTF-8 character.
     if (shown.size() > kMostShown && byte < 0x80) return shown + " ...";
   }
   return shown;

@@ -19,10 +19,10 @@ constexpr char kNumberMark = '\xFF';  // begins a resource name that is a number
 constexpr size_t kNumberedName = 3;   // its length
 constexpr size_t kFlagsAndSize = 6;
 
-// The resource name behind the type, and how many bytes it takes with its end.
+// Returns the resource name after the type, and sets `length` to its bytes including the terminator.
 std::string_view NameOf(std::string_view behindType, size_t& length) {
-  // The name ends at the first 00, which is the upper half of a small number too. A number that has its 00
-  // elsewhere is told by the signature that it leads to.
+  // The name ends at the first 00, which is also the upper half of a small number. Any other number is
+  // recognised by the signature after it.
   const std::string_view signature = rtl::kObjectSignature;
   if (behindType.starts_with(kNumberMark) && behindType.size() >= kNumberedName + kFlagsAndSize &&
       behindType.substr(kNumberedName + kFlagsAndSize).starts_with(signature) &&
@@ -39,8 +39,7 @@ bool IsWholeNumber(std::string_view name) {
   return name.size() == kNumberedName && name[0] == kNumberMark && (name[1] == 0 || name[2] != 0);
 }
 
-// The size that follows the flags; 0 where the header is cut short. Little-endian, as the machine's numbers
-// are.
+// Returns the size after the flags, or 0 if the header is truncated. Little-endian, like the host.
 int32_t ReadSize(std::string_view bytes) {
   int32_t size = 0;
   if (bytes.size() >= kFlagsAndSize) std::memcpy(&size, bytes.data() + kMemoryFlags.size(), sizeof size);
@@ -104,7 +103,7 @@ void WriteFormFile(rtl::TStream& stream, std::string_view output, const TFormFil
     stream.Write(output);
     return;
   }
-  // The size comes last, over its place in the header.
+  // The size is not known yet; it overwrites its place in the header at the end.
   stream.Write(FormHeader(form.RCData));
   const int64_t begin = stream.Position();
   rtl::TStreamSink sink(stream);

@@ -1,8 +1,8 @@
-// The container of a form file: either text, with or without a mark, or a 16-bit resource whose data is the
-// binary form of an object stream. Whichever it was, what is read is text; and what is written has the same
-// kind again.
+// Reads and writes the container of a form file: either text, with or without a byte order mark, or a 16-bit
+// resource that holds the binary form of an object stream. Reading returns text in both cases; writing keeps
+// the kind of the file.
 //
-//   FF 0A 00   resource type 10, by which a binary form file is told: anything else is text
+//   FF 0A 00   resource type 10, which identifies a binary form file; everything else is text
 //   name, 00   the resource's name; or FF and two bytes, a number
 //   30 10      memory flags, ignored on reading
 //   size       of the data, 4 bytes
@@ -20,39 +20,39 @@
 
 namespace mig {
 
-// What a binary form file says besides its form.
+// The properties of a binary form file other than its form.
 struct TRCData {
-  std::string Name;                             // the bytes before the flags, without the 00 that ends a text
-  int32_t Size = 0;                             // as the header gives it; the form itself says where it ends
+  std::string Name;                             // the bytes before the flags, without a terminating 00
+  int32_t Size = 0;                             // as in the header; the form itself determines its end
   rtl::TValueType EmptyString = rtl::vaString;  // how the file stores empty strings
-  size_t TrailingBytes = 0;                     // behind the form; they are no part of it and are not kept
+  size_t TrailingBytes = 0;                     // bytes after the form, which are ignored and not kept
 };
 
 struct TFormFile {
   bool IsBinary = false;
-  TRCData RCData;                                               // of a binary one
-  const qrl::TEncoding* Encoding = &qrl::TEncoding::Default();  // Default for a binary one
-  std::string Text;  // without a mark; that of a binary one without indentation
+  TRCData RCData;                                               // of a binary form
+  const qrl::TEncoding* Encoding = &qrl::TEncoding::Default();  // Default for a binary form
+  std::string Text;  // without a mark; without indentation for a binary form
 };
 
-// Whether a file with these first bytes, of which three count, is a binary form file. One that the file does
-// not have counts as 00.
+// Returns True if `file` begins like a binary form file. Only the first three bytes count; missing bytes
+// count as 00.
 [[nodiscard]] bool IsBinaryForm(std::string_view file);
-// The object data in the bytes of a binary form file, to the end of the file; fills the name and the size. A
-// header that is cut short gives no data.
+// Returns the object data of a binary form file, to the end of the file, and sets the name and the size in
+// `rcData`. Returns an empty view if the header is truncated.
 std::string_view ReadFormHeader(std::string_view file, TRCData& rcData);
-// The header for that name and size.
+// Returns the header for the name and the size in `rcData`.
 std::string FormHeader(const TRCData& rcData);
 
 // Reads from the stream's position to its end. Raises rtl::EFilerError, with the offset from that position,
-// on damaged binary data, and rtl::EConvertError on UTF-16 with an odd number of bytes.
+// for damaged binary data, and rtl::EConvertError for UTF-16 with an odd number of bytes.
 TFormFile ReadFormFile(rtl::TStream& stream);
-// The same for the bytes of a whole file.
+// The same for the contents of a whole file.
 TFormFile DecodeFormFile(std::string bytes);
 
-// Writes, at the stream's position, a file of the kind that `form` says. `output` is the form's text in
-// `form.Encoding`, without a mark; `form.Text` is not looked at. Raises rtl::EParserError if a binary form is
-// to be made of text that is none.
+// Writes a file of the same kind as `form` at the stream's position. `output` is the form's text in
+// `form.Encoding`, without a mark; `form.Text` is ignored. Raises rtl::EParserError if `form` is binary and
+// `output` is not a valid form.
 void WriteFormFile(rtl::TStream& stream, std::string_view output, const TFormFile& form);
 
 }  // namespace mig

@@ -33,7 +33,7 @@ bool IsIdentifier(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), isPart) && (text[0] < '0' || text[0] > '9');
 }
 
-// OnCalcFields = Table1CalcFields
+// For example: OnCalcFields = Table1CalcFields
 bool IsEventHandler(std::string_view propName, std::string_view value) {
   const auto begins = [propName](std::string_view prefix) {
     return propName.size() > prefix.size() && propName.starts_with(prefix) &&
@@ -50,20 +50,20 @@ std::string_view TrimmedStart(std::string_view value) {
   return value.substr(std::min(value.find_first_not_of(kBlanks), value.size()));
 }
 
-// Where a conversion was stopped, and by what.
+// The place and the reason where a conversion stopped.
 struct TStop {
   size_t Offset = 0;
   std::string What;
 };
 
-// Finds out what keeps objects from being parsed, by parsing their pieces. An object that lies in several others is
-// looked at once.
+// Finds the reason why objects cannot be parsed, by parsing their parts. An object nested in several others
+// is parsed only once.
 class TStopFinder {
  public:
   TStopFinder(std::string_view text, TFormParser& parser) : FText(text), FParser(parser) {}
 
   const TStop& Find(size_t start) {
-    // The object that stops a chain of others is the innermost one: go down to it, and tell all of them.
+    // The innermost object of a chain stops all the others: descend to it, and report it for each of them.
     std::vector<size_t> chain;
     for (size_t object = start;;) {
       TStop stop;
@@ -98,7 +98,8 @@ class TStopFinder {
     return std::min(FText.find_first_not_of(kBlanks, place), FText.size());
   }
 
-  // Returns the nested object that stops the object at `start`, or npos with what else does in `stop`.
+  // Returns the nested object that stops the object at `start`. If something else does, sets `stop` and
+  // returns npos.
   size_t Look(size_t start, TStop& stop) {
     size_t place = start;
     stop = {start, "header"};
@@ -148,7 +149,7 @@ class TFormFindings : public TFormWalk {
   }
 
  private:
-  // What is known of an open object beside its text.
+  // The properties of an open object that are not in its text.
   struct TOpen {
     bool IsConverted = false;
     bool IsInherited = false;               // of a class of the map
@@ -307,7 +308,7 @@ class TFormFindings : public TFormWalk {
     finding.Detail = finding.IsEvent ? "event handler" : "property";
   }
 
-  // An entry is kept if it is the first one of a name that the rule looks up.
+  // Adds a finding for each entry, except for the first one of each name that the rule looks up.
   void AddLoginEntries(const TSourceProperty& property, const TObjectAccount& account) {
     const TLoginParameters list(property.Value);
     std::vector<std::string_view> kept;

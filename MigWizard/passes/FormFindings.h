@@ -1,4 +1,4 @@
-// What the conversion of a form leaves to be done.
+// Finds what is left to do by hand after the conversion of a form.
 #pragma once
 
 #include <functional>
@@ -23,11 +23,11 @@ struct TFormFindingInput {
   std::function<bool(std::string_view alias)> IsUnwritable;
 };
 
-// Returns the findings in the order of the text, with offsets and in working text. `parser` is used to find out
-// what stopped a conversion.
+// Returns the findings in the order of the text, with offsets and in working text. Uses `parser` to find the
+// reason why an object was not converted.
 std::vector<TFinding> FindInForm(const TFormFindingInput& input, TFormParser& parser);
 
-// Adds up the converted objects by class, in the order of their first appearance.
+// Returns the number of converted objects by class, in the order of their first appearance.
 std::vector<TConvertedClass> CountConverted(const std::vector<TObjectAccount>& accounts);
 
 }  // namespace mig

@@ -74,8 +74,8 @@ class TFormPass {
       return;
     }
     if (FChanges++ == 0) FOutput.Reserve(FText.size() + FText.size() / 8);
-    // The object's header up to its class has been copied by now, and the printed object is written over it
-    // from its keyword on. What it does not reach stays until later text reaches it.
+    // The object's header up to its class is already in the output; the printed object overwrites it from its
+    // keyword on. The rest of the header remains until later text overwrites it.
     CopyUpTo(FStart);
     const int64_t mark = FOutput.Position();
     CopyUpTo(FScanner.PrevPos());
@@ -90,8 +90,8 @@ class TFormPass {
     --FLevel;
   }
 
-  // What could not be read as part of the object around it is not read once more: else a chain of objects
-  // without their ends would cost the square of its length.
+  // Does not parse again an object that could not be parsed as part of the enclosing one. Otherwise a chain
+  // of objects without their ends would take quadratic time.
   bool ParseObject(const std::string& newClass, int64_t& position) {
     if (FHopeless.contains(static_cast<int32_t>(position))) return false;
     FParser.SetNewType(newClass);
@@ -138,11 +138,11 @@ class TFormPass {
   TFormObject FObject;
   int FChanges = 0;
   int FLevel = -1;                        // of the object being read; the root object has level 0
-  size_t FStart = 0;                      // where the last keyword `object` begins
-  size_t FCopied = 0;                     // what lies before is in the output, or was replaced there
+  size_t FStart = 0;                      // start of the last keyword `object`
+  size_t FCopied = 0;                     // the text before it is in the output, or was replaced there
   std::vector<TFailedClass> FFailed;      // in the order of the text
   std::unordered_set<int32_t> FHopeless;  // positions, counted from 1, where no object can be parsed
-  size_t FNextFailed = 0;                 // the first that is not in the output yet
+  size_t FNextFailed = 0;                 // the first one not yet in the output
 };
 
 }  // namespace

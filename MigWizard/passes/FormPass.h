@@ -1,6 +1,5 @@
-// The conversion of a form's text: every object of a mapped class is parsed whole and printed anew,
-// everything else keeps its text and layout. And the walk that finds the database aliases that a form
-// declares.
+// Converts the text of a form: parses and reprints every object of a mapped class, and keeps the text and
+// layout of everything else. Also finds the database aliases that a form declares.
 //
 // Both are functions of their input; the run driver reads and writes the files.
 #pragma once
@@ -17,50 +16,51 @@
 
 namespace mig {
 
-// What a token walk knows of the object it is in.
+// The object at the current position of a walk over tokens.
 struct TFormObject {
   std::string_view Name;
   std::string_view ClassName;  // as spelled in the form
-  std::string_view LastIdent;  // the last identifier met
+  std::string_view LastIdent;  // the last identifier read
   bool ExpectName = false;     // the next identifier is an object's name
   bool ExpectClass = false;    // the next identifier is an object's class
 };
 
-// What became of an object of the map. Views of the form's text and of constants.
+// The outcome of the conversion of an object of the map. Views are of the form's text and of constants.
 struct TObjectAccount {
   size_t Start = 0;  // offset of its keyword
   bool IsConverted = false;
   std::string_view OldClass;              // as spelled
   const std::string* NewClass = nullptr;  // of the class map
   std::vector<TSourceProperty> Properties;
-  std::vector<std::string_view> NewNames;  // of the properties that were printed
+  std::vector<std::string_view> NewNames;  // of the printed properties
 };
 
-// A change that the conversion makes in a form's text. Offsets are bytes, 0-based.
+// A change to a form's text. Offsets are in bytes, from 0.
 struct TFormEdit {
   size_t Begin = 0,
-         End = 0;        // what is replaced: an object, from its keyword to the white space after its `end`,
+         End = 0;        // the replaced text: an object, from its keyword to the white space after `end`,
                          // or the name of a class
-  std::string Text;      // the object as printed, or the new class
+  std::string Text;      // the printed object, or the new class
   int Level = -1;        // the nesting level at which the object was printed; -1 for a class name
-  bool LaysOut = false;  // of an object: it is to be laid out like its original in any case
-  std::vector<TFormEdit> Nested;  // changes of objects that this one holds, which are in Text as they were
+  bool LaysOut = false;  // of an object: it always gets the layout of its original
+  std::vector<TFormEdit> Nested;  // changes of objects within this one, which are unconverted in Text
 };
 
-// Converts the objects of a form. `text` must live as long as the call. The number of objects converted; if
-// it is not 0, `output` holds the whole changed form in `encoding`, without a mark, and otherwise it is
-// untouched.
+// Converts the objects of a form and returns how many were converted. If the result is not 0, `output` is the
+// whole changed form in `encoding`, without a mark; otherwise `output` is unchanged. `text` must outlive the
+// call.
 //
-// `accounts`, unless null, gets an entry for each object of the map, converted or not; `parser` has to keep its
+// `accounts`, unless null, gets an entry for each object of the map, converted or not; `parser` must keep its
 // sources then. `edits`, unless null, gets the changes as values, in the order of the text.
 //
-// An object whose class is mapped but whose text `parser` cannot take keeps its properties: only its class is
-// replaced, and that does not count.
+// An object of a mapped class that `parser` cannot parse keeps its properties: only its class is replaced,
+// and the object is not counted.
 int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
                 TFormParser& parser, rtl::TMemoryStream& output,
                 std::vector<TObjectAccount>* accounts = nullptr, std::vector<TFormEdit>* edits = nullptr);
 
-// Returns the account of the object that `parser` has converted and printed last. `start` is the offset of its keyword.
+// Returns the account of the last object that `parser` converted and printed. `start` is the offset of its
+// keyword.
 TObjectAccount AccountOf(const TFormParser& parser, size_t start, std::string_view oldClass,
                          const std::string& newClass);
 

@@ -1,4 +1,4 @@
-// The search of a unit's form file, from its resource directive.
+// Finds a unit's form file from its resource directive.
 #include <algorithm>
 #include <vector>
 
@@ -13,7 +13,7 @@ namespace {
 constexpr size_t kExtensionLength = 4;  // with its dot
 constexpr uint32_t kUtf8CodePage = 65001;
 
-// Splits a piece of working text into its characters, each a view of one to four bytes.
+// Splits working text into its characters, each a view of one to four bytes.
 std::vector<std::string_view> Characters(std::string_view text, bool isUtf8) {
   std::vector<std::string_view> result;
   while (!text.empty()) {

@@ -36,7 +36,7 @@ std::string TFormWalk::Path() const {
   return path;
 }
 
-// Moves to the next token that is no white space. Returns false at the end of the text.
+// Moves to the next token that is not white space. Returns false at the end of the text.
 bool TFormWalk::Next() {
   if (FIsPending) {
     FIsPending = false;
@@ -48,12 +48,12 @@ bool TFormWalk::Next() {
   return FCode != qrl::kEndOfText;
 }
 
-// `object Name: Class` or `object Class`.
+// Reads `object Name: Class` or `object Class`.
 void TFormWalk::ReadObject(bool isObject) {
   TWalkedObject object{FLexem, {}, {}, FScanner.PrevPos(), isObject};
   if (!Next()) return;
   FIsPending = true;
-  if (FCode != qrl::kIdentifier) return;  // the word is something else here
+  if (FCode != qrl::kIdentifier) return;  // the word has another meaning here
   FIsPending = false;
   object.ClassName = FLexem;
   if (Next() && FLexem == ":") {
@@ -95,7 +95,7 @@ bool TFormWalk::NextIsSymbol(char symbol) {
   return false;
 }
 
-// Reads the value that begins with the present token.
+// Reads the value that begins with the current token.
 void TFormWalk::ReadValue() {
   if (FLexem == "(") return SkipTo(')', 0);
   if (FLexem == "[") return SkipTo(']', 0);
@@ -127,7 +127,7 @@ void TFormWalk::ReadValue() {
   }
 }
 
-// Goes to the symbol `end` that closes the present one.
+// Moves to the symbol `end` that closes the current one.
 void TFormWalk::SkipTo(char end, char nested) {
   for (int depth = 1; depth > 0 && Next();) {
     if (FCode <= 0 || FLexem.size() != 1) continue;

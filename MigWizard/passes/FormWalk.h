@@ -1,5 +1,5 @@
-// A walk over a form's text that tells its objects and their properties, without converting anything. It needs no
-// well-formed text: what it cannot read, it steps over.
+// Walks over a form's text and reports its objects and their properties, without converting anything. The
+// text need not be well-formed: the walk skips what it cannot parse.
 //
 //   class TPrinter : public TFormWalk { void OnObject(const TWalkedObject& object) override { ... } };
 //   TPrinter(text, encoding).Run();
@@ -14,7 +14,7 @@
 
 namespace mig {
 
-// Views are of the walked text, offsets bytes from 0 in it.
+// Views are of the walked text; offsets are in bytes from 0.
 struct TWalkedObject {
   std::string_view Keyword;  // object, inherited or inline, as spelled
   std::string_view Name;     // empty for an object without one
@@ -39,16 +39,17 @@ class TFormWalk {
   void Run();
 
  protected:
-  // Called with the object as the innermost of Objects().
+  // Called for each object, when it is the innermost of Objects().
   virtual void OnObject(const TWalkedObject& object) = 0;
   // Called for each property of the innermost object.
   virtual void OnProperty(const TWalkedProperty& property) = 0;
-  // Called while the object still is the innermost one; at the end of the text for objects that it does not end.
+  // Called at the end of each object, while it still is the innermost one. Objects without an end of their
+  // own end with the text.
   virtual void OnObjectEnd() = 0;
 
-  // The open objects, the outermost first.
+  // Returns the open objects, the outermost first.
   const std::vector<TWalkedObject>& Objects() const { return FObjects; }
-  // Their names with dots between them: "DM.QMembers".
+  // Returns their names, joined by dots: "DM.QMembers".
   std::string Path() const;
   std::string_view Text() const { return FText; }
 
@@ -62,10 +63,10 @@ class TFormWalk {
 
   const std::string_view FText;
   TPasParser FScanner;
-  int FCode = 0;  // of the present token; white space is passed over
+  int FCode = 0;  // of the current token; white space is skipped
   std::string_view FLexem;
-  bool FIsPending = false;  // the present token is to be read again
-  size_t FEnd = 0;          // the end of the last token that was used
+  bool FIsPending = false;  // the current token has to be read again
+  size_t FEnd = 0;          // the end of the last token used
   std::vector<TWalkedObject> FObjects;
 };
 

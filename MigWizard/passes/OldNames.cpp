@@ -7,7 +7,7 @@
 namespace mig {
 namespace {
 
-// Whether `name` is one of the names of `list`, which have commas between them.
+// Returns True if `name` is in the comma-separated `list`.
 bool IsInList(std::string_view list, std::string_view name) {
   while (!list.empty()) {
     const size_t comma = std::min(list.find(','), list.size());
@@ -48,7 +48,7 @@ const TOldName* TOldNames::FindPrefix(std::string_view name) const {
   if (names == FNames.end()) return nullptr;
   for (const auto& [lower, entry] : names->second) {
     const bool begins = name.size() > lower.size() && rtl::SameText(name.substr(0, lower.size()), lower);
-    // DbiInit, and not "Dbilities": an upper-case letter follows.
+    // Matches DbiInit, but not "Dbilities": an upper-case letter must follow.
     if (begins && name[lower.size()] >= 'A' && name[lower.size()] <= 'Z') return &entry;
   }
   return nullptr;
@@ -88,7 +88,7 @@ bool TOldNames::Declares(std::string_view usedName, std::string_view identifier)
     const TOldName* const name = Find(kind, identifier);
     if (name != nullptr && IsInList(name->Unit, unit->Name)) return true;
   }
-  // Prefixes count in any case: a unit that is kept in vain does no harm.
+  // Prefixes match in any case, because keeping a unit that is not needed does no harm.
   for (const TKind kind : {Prefix, DeclaredPrefix}) {
     const auto prefixes = FNames.find(kind);
     if (prefixes == FNames.end()) continue;

@@ -1,4 +1,4 @@
-// The identifiers of the old components that a run finds and does not replace, with what to do about each. The
+// The identifiers of the old components that a run finds and does not replace, with advice for each. The
 // target supplies the list.
 #pragma once
 
@@ -17,7 +17,7 @@ namespace mig {
 struct TOldName {
   std::string Name;    // as the list spells it
   std::string Unit;    // the unit that declares it, or empty
-  std::string Advice;  // empty: that of the rule
+  std::string Advice;  // empty: the rule's advice applies
 };
 
 class TOldNames {
@@ -26,22 +26,22 @@ class TOldNames {
   enum TKind { Unit, Scope, Class, Call, Prefix, Object, Value, Connection, Declared, DeclaredPrefix };
 
   void Add(TKind kind, const TOldName& name);
-  // A member of an old class that its new class lacks.
+  // Adds a member of an old class that its new class lacks.
   void AddMember(std::string_view oldClass, const TOldName& member);
 
-  // Each returns null where the list has no such name. `Prefix` finds a name that begins as an entry.
+  // Return null if the list has no such name. For `Prefix`, returns an entry with which `name` begins.
   const TOldName* Find(TKind kind, std::string_view name) const;
   const TOldName* FindPrefix(std::string_view name) const;
   const TOldName* FindMember(std::string_view oldClass, std::string_view member) const;
   bool IsMember(std::string_view name) const;  // of any class
-  // Returns False for most names that none of these would find.
+  // Returns False for most names that none of the look-ups would find.
   bool MayBe(std::string_view name) const {
     return !name.empty() && (FLengths[static_cast<uint8_t>(name[0])] & LengthBit(name.size())) != 0;
   }
-  // Finds the unit that a name of a uses clause is, with or without one of the unit scopes.
+  // Returns the unit that a uses clause names by `usedName`, with or without one of the unit scopes.
   const TOldName* FindUnit(std::string_view usedName) const;
-  // Whether the list says what the unit declares, and whether it declares an identifier. The unit is named as for
-  // FindUnit.
+  // HasNamesOf returns True if the list contains the declarations of a unit, and Declares returns True if
+  // they include `identifier`. `usedName` is as for FindUnit.
   bool HasNamesOf(std::string_view usedName) const;
   bool Declares(std::string_view usedName, std::string_view identifier) const;
 
@@ -55,7 +55,7 @@ class TOldNames {
   std::map<TKind, std::map<std::string, TOldName, std::less<>>> FNames;          // by lower case
   std::map<std::string, std::map<std::string, TOldName>, std::less<>> FMembers;  // by member, then by class
   TWordSearch FClasses;
-  std::array<uint64_t, 256> FLengths{};  // by first byte: bit n is set if a name of n bytes begins so
+  std::array<uint64_t, 256> FLengths{};  // by first byte: bit n is set if a name of n bytes begins with it
 };
 
 }  // namespace mig

@@ -1,5 +1,4 @@
-// The changes to a text as values: what stands where is replaced by what. The text itself is not touched, and
-// whatever no edit names comes out byte for byte.
+// The changes to a text as values. The text itself is not modified, and every byte outside the edits is kept.
 #pragma once
 
 #include <cstddef>
@@ -11,8 +10,8 @@ namespace mig {
 
 class TTextEdits {
  public:
-  // Replaces `length` bytes at `position` (bytes, from 0). Edits come in the order of the text and do not
-  // overlap.
+  // Replaces `length` bytes at `position`, in bytes from 0. Must be called in the order of the text; edits
+  // must not overlap.
   void Replace(size_t position, size_t length, std::string replacement);
   bool Empty() const { return FEdits.empty(); }
 
@@ -20,10 +19,10 @@ class TTextEdits {
     size_t Position, Length;
     std::string Replacement;
   };
-  // All edits, in the order of the text.
+  // Returns all edits, in the order of the text.
   const std::vector<TEdit>& Edits() const { return FEdits; }
 
-  // `text`, the one that the edits were made for, with all edits.
+  // Returns `text`, for which the edits were made, with all edits applied.
   std::string Apply(std::string_view text) const;
 
  private:

@@ -1,4 +1,4 @@
-// Reading a source file: its encoding, told by the mark at its beginning, and its working text.
+// Reads a source file: detects its encoding by the byte order mark, and returns its working text.
 #pragma once
 
 #include <string>
@@ -13,10 +13,11 @@ struct TTextFile {
   std::string Text;  // without the mark
 };
 
-// Reads from the stream's position to its end: FF FE begins UTF-16, EF BB BF UTF-8, anything else is text in
-// the source code page. Raises rtl::EConvertError on UTF-16 with an odd number of bytes.
+// Reads from the stream's position to its end. Text with the mark FF FE is UTF-16, text with EF BB BF is
+// UTF-8, and text without a mark is in the source code page. Raises rtl::EConvertError for UTF-16 with an odd
+// number of bytes.
 TTextFile ReadTextFile(rtl::TStream& stream);
-// The same for the bytes of a whole file.
+// The same for the contents of a whole file.
 TTextFile DecodeTextFile(std::string bytes);
 
 }  // namespace mig

@@ -10,7 +10,7 @@ namespace {
 
 constexpr uint32_t kUtf8CodePage = 65001;
 
-// Steps through the words of a form's text, and the strings after each of them.
+// Iterates over the words of a form's text, and the strings after each of them.
 class TPieceWalk {
  public:
   TPieceWalk(std::string_view text, const qrl::TEncoding& encoding) : FScanner(text, encoding) {}
@@ -24,7 +24,7 @@ class TPieceWalk {
       }
       const bool isText = code == qrl::kString || lexem == "#" || (code == qrl::kNumber && FIsCode);
       FIsCode = lexem == "#";
-      // A string goes on after "+", and where its pieces touch.
+      // A string continues after "+", and where two of its pieces are adjacent.
       const bool continues = isText && (FIsAfterPlus || (FIsInText && !FIsAfterBlank));
       FIsAfterPlus = FIsInText && lexem == "+";
       FIsInText = isText || FIsAfterPlus;
@@ -39,7 +39,7 @@ class TPieceWalk {
     return false;
   }
 
-  size_t Words = 0;    // up to here
+  size_t Words = 0;    // so far
   size_t Strings = 0;  // since the last word
   size_t Offset = 0;   // of the piece
 

@@ -1,4 +1,4 @@
-// Lines and columns of offsets in a working text.
+// Converts offsets in a working text to lines and columns.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace mig {
 
-// Both count from 1; columns are in characters.
+// Both are 1-based; columns are in characters.
 struct TTextPlace {
   uint32_t Line = 1;
   uint32_t Column = 1;
@@ -18,14 +18,14 @@ struct TTextPlace {
 
 class TTextPlaces {
  public:
-  // `text` is working text in `encoding` and outlives the object. Lines end in CR LF, LF or CR.
+  // `text` is working text in `encoding` and must outlive the object. Lines end in CR LF, LF or CR.
   TTextPlaces(std::string_view text, const qrl::TEncoding& encoding);
 
-  // Returns the place of the character at `offset`, bytes from 0; an offset past the end counts as the end.
+  // Returns the place of the character at `offset`, in bytes from 0. An offset past the end means the end.
   TTextPlace At(size_t offset) const;
-  // Returns the line in which `offset` lies, without its end.
+  // Returns the line that contains `offset`, without its line end.
   std::string_view LineAt(size_t offset) const;
-  // How many lines end in a bare LF or CR, and how many in CR LF.
+  // Return the number of lines that end in a bare LF or CR, and of those that end in CR LF.
   size_t OtherLineEnds() const { return FOtherEnds; }
   size_t WindowsLineEnds() const { return FWindowsEnds; }
 
@@ -38,16 +38,16 @@ class TTextPlaces {
   size_t FOtherEnds = 0, FWindowsEnds = 0;
 };
 
-// Offsets in the text that a binary form has in memory, as offsets in the text that is printed of it for people.
-// The two differ in white space and in the spelling of strings alone.
+// Maps offsets in the in-memory text of a binary form to offsets in the text printed from it for people. The
+// two differ only in white space and in the spelling of strings.
 class TPrintedForm {
  public:
-  // Both texts outlive the object. `offsets` are those to ask for, in ascending order: each at the beginning of a
-  // word or of a string.
+  // Both texts must outlive the object. `offsets` are in ascending order, each at the beginning of a word or
+  // of a string.
   TPrintedForm(std::string_view text, std::string_view printed, const qrl::TEncoding& encoding,
                const std::vector<size_t>& offsets);
 
-  // The offsets in the printed text, in the order of the ones in memory.
+  // Returns the offsets in the printed text, in the order of `offsets`.
   const std::vector<size_t>& Offsets() const { return FOffsets; }
 
  private:

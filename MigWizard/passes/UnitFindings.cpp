@@ -13,10 +13,10 @@ namespace {
 
 using enum TWord;
 
-// Routines and types within each other; deeper ones are not looked into.
+// The maximum nesting of routines and types; deeper ones are ignored.
 constexpr int kMostNesting = 200;
 
-// Where a type name stands.
+// The context of a type name.
 enum class TSpot { Expression, ClassHeading, Parameters, Variable, Field, RecordField, Property, Result };
 
 struct TSpotRow {
@@ -36,7 +36,7 @@ constexpr TSpotRow kSpots[] = {
     {TSpot::Result, "the result of a function", TLevel::Error},
 };
 
-// Words after the heading of a routine. Each is followed by ";", some by more before it.
+// Directives after the heading of a routine. Each ends with ";", some after an argument.
 constexpr std::string_view kDirectives[] = {
     "abstract", "assembler", "cdecl",  "default",  "deprecated",  "dispid",   "dynamic",  "experimental",
     "export",   "far",       "final",  "inline",   "message",     "name",     "near",     "noreturn",
@@ -51,7 +51,7 @@ bool IsDirective(const TUnitToken& token) {
                       [&token](std::string_view word) { return rtl::SameText(word, token.Lexem); }));
 }
 
-// The names of ", First, Second".
+// Returns the names in a list like ", First, Second".
 std::vector<std::string> NamesOf(std::string_view list) {
   std::vector<std::string> names;
   while (!list.empty()) {
@@ -85,7 +85,7 @@ class TUnitReader {
  private:
   struct TRoutine {
     std::string Owner;
-    std::vector<TDeclaration> Locals;  // parameters too
+    std::vector<TDeclaration> Locals;  // including parameters
   };
   struct TUsedUnit {
     std::string Name;  // with its scope
@@ -111,7 +111,7 @@ class TUnitReader {
   TWord Word() const { return Token().Word; }
   bool Is(std::string_view symbol) const { return Token().Lexem == symbol; }
 
-  // Moves to the next token, after a look at the present one. Every token of code is passed once.
+  // Checks the current token and moves to the next one. Visits every token of code once.
   void Next(TSpot spot = TSpot::Expression) {
     if (AtEnd()) return;
     if (Token().IsName) CheckName(spot);
@@ -120,7 +120,7 @@ class TUnitReader {
   void SkipSymbol(std::string_view symbol) {
     if (Is(symbol)) Next();
   }
-  // To the next ";" outside of parentheses, and after it. Stops before a word that can be in no declaration.
+  // Moves past the next ";" outside of parentheses. Stops before a word that cannot be part of a declaration.
   void SkipStatement(TSpot spot, int nesting) {
     int parentheses = 0;
     while (!AtEnd()) {
@@ -138,7 +138,7 @@ class TUnitReader {
 
   // --- Declarations ---
 
-  // Reads to the end of the unit, or, within a routine, to its body and after it.
+  // Reads to the end of the unit or, within a routine, past its body.
   void ReadDeclarations(int nesting) {
     enum class TMode { None, Types, Variables, Constants } mode = TMode::None;
     const bool isUnit = nesting == 0;
@@ -241,7 +241,7 @@ class TUnitReader {
       if (Token().IsName) {
         const size_t offset = Token().Offset;
         std::string name(Token().Lexem);
-        ++FAt;  // units are looked at below
+        ++FAt;  // unit names are checked below
         while (Is(".")) {
           name.append(".").append(Token(1).Lexem);
           FAt += 2;
@@ -259,7 +259,7 @@ class TUnitReader {
     SkipSymbol(";");
   }
 
-  // `A, B: TType = 1;`
+  // Reads `A, B: TType = 1;`.
   void ReadVariables(TSpot spot, std::vector<TDeclaration>& list, int nesting) {
     std::vector<const TUnitToken*> names;
     while (Token().IsName) {
@@ -275,7 +275,7 @@ class TUnitReader {
     SkipStatement(spot, nesting);
   }
 
-  // The last name of the type that begins at the present token, if it is a plain name.
+  // Returns the last part of the plain type name at the current token, or an empty string if there is none.
   std::string PlainType() const {
     size_t ahead = 0;
     if (!Token().IsName) return {};
@@ -287,7 +287,7 @@ class TUnitReader {
     return isPlain ? std::string(Token(ahead).Lexem) : std::string();
   }
 
-  // `TName = ...;`
+  // Reads `TName = ...;`.
   void ReadType(int nesting) {
     const TUnitToken name = Token();
     Declare(Declared(), {}, name);
@@ -342,7 +342,7 @@ class TUnitReader {
     ReadMembers(outline, nesting, TSpot::RecordField);
   }
 
-  // To the `end` of a class or record, and after it.
+  // Reads past the `end` of a class or record.
   void ReadMembers(TClassOutline& outline, int nesting, TSpot spot) {
     while (!AtEnd()) {
       switch (Word()) {
@@ -395,7 +395,7 @@ class TUnitReader {
     }
   }
 
-  // `property Name[Index: Integer]: TType read FName; default;`
+  // Reads `property Name[Index: Integer]: TType read FName; default;`.
   void ReadProperty(TClassOutline& outline, int nesting) {
     Next();
     const TUnitToken name = Token();
@@ -413,8 +413,8 @@ class TUnitReader {
     SkipStatement(TSpot::Property, nesting);
   }
 
-  // A routine's heading with its directives; the present token is `procedure` or alike. Returns True if a body may
-  // follow. `owner` gets the class of a method.
+  // Reads a routine's heading with its directives; the current token is `procedure` or similar. Returns True
+  // if a body may follow. Sets `owner` to the class of a method.
   bool ReadHeading(std::vector<TDeclaration>& parameters, int nesting, std::string* owner = nullptr) {
     Next();
     std::string_view last;
@@ -429,7 +429,7 @@ class TUnitReader {
       if (!Is(".")) break;
       Next();
     }
-    if (Is("=")) {  // a method that takes the place of an interface's
+    if (Is("=")) {  // a method that implements one of an interface
       SkipStatement(TSpot::Expression, nesting);
       return false;
     }
@@ -487,7 +487,7 @@ class TUnitReader {
 
   // --- Statements ---
 
-  // From `begin` or `asm` to its `end`, and after it.
+  // Reads from `begin` or `asm` past its `end`.
   void ReadBlock() {
     FWiths.clear();
     FHeads = 0;
@@ -498,7 +498,7 @@ class TUnitReader {
     FWiths.clear();
   }
 
-  // The statements of `initialization` or `finalization`.
+  // Reads the statements of `initialization` or `finalization`.
   void ReadStatements() {
     Next();
     FWiths.clear();
@@ -544,8 +544,8 @@ class TUnitReader {
     Next();
   }
 
-  // The parameters of an anonymous method, or an inline variable: they hide other names, and their types are not
-  // followed.
+  // Adds the parameters of an anonymous method, or an inline variable. They hide other names; their types are
+  // not followed.
   void AddInnerNames() {
     if (FRoutines.empty()) return;
     std::vector<TDeclaration>& locals = FRoutines.back().Locals;
@@ -557,7 +557,7 @@ class TUnitReader {
     }
   }
 
-  // Ends the statements of `with` that are no blocks, at their depth.
+  // Ends the `with` statements at this depth that are not blocks.
   void EndWiths(int depth) {
     while (!FWiths.empty() && !FWiths.back().IsBlock && FWiths.back().Depth >= depth) FWiths.pop_back();
   }
@@ -572,7 +572,7 @@ class TUnitReader {
     return finding;
   }
 
-  // Fills in the source line of an offset, before and after the run.
+  // Sets `before` and `after` to the source line at `offset` before and after the run.
   void ShowLine(size_t offset, std::string& before, std::string& after) const {
     const std::string_view line = FPlaces.LineAt(offset);
     const auto start = static_cast<size_t>(line.data() - FInput.Text.data());
@@ -619,13 +619,13 @@ class TUnitReader {
     FFirstNewClassOffset = Token().Offset;
   }
 
-  // `Check(DbiInit(nil))`: the place is that of Check.
+  // For `Check(DbiInit(nil))` the place is that of Check.
   void NoteCall(const TOldName& prefix) {
     const bool isChecked = Before(1).Lexem == "(" && rtl::SameText(Before(2).Lexem, "Check");
     NoteUse(TNameUse::OldCall, prefix, isChecked && Before(3).Lexem != "." ? 2 : 0);
   }
 
-  // `back`: how many tokens earlier the finding begins.
+  // `back` is the number of tokens between the beginning of the finding and the current token.
   void NoteUse(TNameUse::TKind kind, const TOldName& old, size_t back) {
     TNameUse use;
     use.Kind = kind;
@@ -635,7 +635,7 @@ class TUnitReader {
       first -= 2;
       use.Path.insert(use.Path.begin(), std::string(FCode[first].Lexem));
     }
-    // After a call, an index or a dereference, nothing is certain.
+    // After a call, an index or a dereference, the type is not known.
     if (first > 0 && (FCode[first - 1].Lexem == "." || FCode[first - 1].Word == Inherited)) return;
     const bool isQualified = !use.Path.empty();
     if (kind == TNameUse::OldMember) {
@@ -655,7 +655,7 @@ class TUnitReader {
     FResult.Outline.Uses.push_back(std::move(use));
   }
 
-  // Whether the name is what the present tokens declare: `Session: TMySession`, `Session = class`.
+  // Returns True if the current tokens declare the name: `Session: TMySession`, `Session = class`.
   bool IsDeclaredHere(std::string_view) const {
     const std::string_view after = Token(1).Lexem;
     return (after == ":" || after == "=" || after == ",") && FRoutines.empty();
@@ -709,7 +709,8 @@ class TUnitReader {
     finding.Subject = finding.Detail = isCall ? "a constructor call" : row.Text;
   }
 
-  // A class has one member of a name: the first field can be right, unless there is a member of that name already.
+  // A class cannot have two members with the same name: only the first field is correct, and none is if the
+  // class already has a member with that name.
   void AddTransactions(const std::vector<size_t>& fields, const TClassOutline& outline) {
     bool isTaken =
         std::any_of(outline.Members.begin(), outline.Members.end(),
@@ -784,14 +785,14 @@ class TUnitReader {
   const TTextPlaces& FPlaces;
   const TUnitTokens FTokens;
   const std::vector<TUnitToken>& FCode;
-  size_t FAt = 0;  // the present token
+  size_t FAt = 0;  // index of the current token
   TUnitFindings FResult;
   bool FIsInterface = false;
   std::vector<TRoutine> FRoutines;  // open ones, the outermost first
   std::vector<TUsedUnit> FUsedUnits;
   std::vector<TWith> FWiths;
-  int FHeads = 0;                     // `with` whose `do` is to come
-  std::vector<size_t> FTransactions;  // findings for fields of the class under way
+  int FHeads = 0;                     // `with` statements whose `do` is not read yet
+  std::vector<size_t> FTransactions;  // findings for fields of the current class
   std::string FFirstNewClass;
   size_t FFirstNewClassOffset = 0;
 };

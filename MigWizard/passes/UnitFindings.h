@@ -1,4 +1,4 @@
-// What the conversion of a unit leaves to be done.
+// Finds what is left to do by hand after the conversion of a unit.
 #pragma once
 
 #include <string_view>
@@ -25,7 +25,7 @@ struct TUnitFindings {
   TUnitOutline Outline;
 };
 
-// Returns the findings that the unit itself shows, and the outline from which TRunFindings makes the others.
+// Returns the findings of the unit itself, and the outline from which TRunFindings derives the others.
 TUnitFindings FindInUnit(const TUnitFindingInput& input, const TTextPlaces& places);
 
 }  // namespace mig

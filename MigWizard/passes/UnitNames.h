@@ -1,13 +1,13 @@
-// Which files are units, by their names, in any case of letters.
+// Decides by the name of a file whether it is a unit, ignoring case.
 #pragma once
 
 #include <string_view>
 
 namespace mig {
 
-// A module of a project: its last four characters are ".pas".
+// Returns True for a module of a project that is a unit: its last four characters are ".pas".
 bool IsUnitModule(std::string_view fileName);
-// A source that the unit pass takes: its extension is ".pas" or ".dpr".
+// Returns True for a source that the unit pass converts: its extension is ".pas" or ".dpr".
 bool IsUnitSource(std::string_view fileName);
 
 }  // namespace mig

@@ -1,5 +1,5 @@
-// What a unit declares and uses, as far as findings need it: an outline, not a syntax tree. It is right for source
-// that compiles; of other source it tells less.
+// The declarations and names of a unit, as far as findings need them: an outline, not a syntax tree. It is
+// exact for source that compiles, and may be incomplete for other source.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@ namespace mig {
 
 struct TDeclaration {
   std::string Name;
-  std::string Type;  // the last name of a type that is a plain name; otherwise empty
+  std::string Type;  // the last part of the type's name, or empty if the type is not a plain name
   TTextPlace Place;
 };
 
@@ -26,12 +26,12 @@ struct TClassOutline {
 struct TNameUse {
   enum TKind : uint8_t { OldClass, OldCall, OldMember };
   TKind Kind = OldClass;
-  std::vector<std::string> Path;  // the names before the last one, with dots between them
+  std::vector<std::string> Path;  // the names before the last one, joined by dots
   std::string Name;               // the last one
-  std::string Shown;              // how a finding names it
-  std::string Owner;              // the class of the method in which it stands
-  bool IsLocal = false;           // the first name is a local one of the routine, ...
-  TDeclaration Local;             // ... this
+  std::string Shown;              // as shown in a finding
+  std::string Owner;              // the class of the method that contains the name
+  bool IsLocal = false;           // the first name is local to the routine ...
+  TDeclaration Local;             // ... and declared like this
   TTextPlace Place;
   std::string Before, After;  // as in TFinding
 };
@@ -39,7 +39,7 @@ struct TNameUse {
 struct TUnitOutline {
   std::string Name;
   std::vector<std::string> UsedUnits;  // in lower case, with their scopes
-  std::vector<TDeclaration> Names;     // declared by the unit, outside of classes and routines
+  std::vector<TDeclaration> Names;     // declared by the unit outside of classes and routines
   std::vector<TClassOutline> Classes;
   std::vector<TNameUse> Uses;  // in the order of the text
 };

@@ -54,8 +54,8 @@ class TUnitPass {
     }
   }
 
-  // The comment is scanned anew behind its first character, so that a brace or a slash does not make one
-  // comment of it again. What then looks like a string or a comment in it is left alone.
+  // Scans the comment again after its first character, so that a brace or a slash does not begin the same
+  // comment again. Text that then looks like a string or a comment is left unchanged.
   void ProcessComment(std::string_view comment) {
     if (IsResourceDirective(comment)) {
       FResult.ResourceDirectives.push_back(comment);

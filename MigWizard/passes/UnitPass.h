@@ -1,7 +1,7 @@
-// The conversion of a unit's source: class names, the uses clause, class names in comments.
+// Converts a unit's source: class names, the uses clauses, class names in comments.
 //
 // It works on tokens, not on a syntax tree, and is a function of its input: the run driver reads the unit,
-// writes what changed, and looks for the form files that the unit's resource directives name.
+// writes the changed text, and looks for the form files that the unit's resource directives name.
 #pragma once
 
 #include <functional>
@@ -17,10 +17,10 @@ namespace mig {
 
 struct TUnitRules {
   const TClassMap& Classes;
-  std::string_view OldUnit;   // in upper case; in a uses clause NewUnits goes behind it
+  std::string_view OldUnit;   // in upper case; NewUnits is inserted after it in a uses clause
   std::string_view NewUnits;  // ", First, Second"
-  // The text for an identifier that the map knows, from the name in the source and the new class. Not for
-  // comments.
+  // Returns the text for an identifier of the map, given the name in the source and the new class. Not used
+  // for comments.
   std::function<std::string(std::string_view oldClass, std::string_view newClass)> GetReplacement;
 };
 
@@ -33,8 +33,9 @@ struct TUnitResult {
 
 TUnitResult ConvertUnit(std::string_view text, const qrl::TEncoding& encoding, const TUnitRules& rules);
 
-// The full name of the form file that a resource directive names, or empty if it names none. `sourceFile` is
-// the unit's Windows path, `encoding` that of its text. Whether there is such a file is not asked.
+// Returns the full name of the form file that a resource directive names, or an empty string if it names
+// none. `sourceFile` is the unit's Windows path, `encoding` that of its text. Does not check that the file
+// exists.
 std::string FormFileOfDirective(std::string_view directive, std::string_view sourceFile,
                                 const qrl::TEncoding& encoding);
 

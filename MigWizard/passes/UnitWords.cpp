@@ -65,7 +65,7 @@ constexpr TWordRow kWords[] = {
     {"with", With},
 };
 
-// By first letter: where its rows begin.
+// By first letter: the index of its first row.
 constexpr std::array<uint8_t, 27> kFirstRows = [] {
   std::array<uint8_t, 27> first{};
   for (size_t letter = 0, row = 0; letter < first.size(); ++letter) {

@@ -64,7 +64,7 @@ struct TUnitToken {
   std::string_view Lexem;
   size_t Offset = 0;
   TWord Word = TWord::None;
-  bool IsName = false;  // an identifier that is no word of the list above
+  bool IsName = false;  // an identifier that is not a word of the list above
 };
 
 struct TUnitTokens {

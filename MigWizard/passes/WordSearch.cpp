@@ -8,7 +8,7 @@
 namespace mig {
 namespace {
 
-// The same for both cases of a letter, and for some other bytes, which costs time alone.
+// Returns the same value for both cases of a letter, and for some other bytes, which only costs time.
 size_t Block(char first, char second) {
   const auto fold = [](char c) { return static_cast<size_t>((static_cast<uint8_t>(c) | 0x20) & 0x3F); };
   return fold(first) << 6 | fold(second);

@@ -1,8 +1,8 @@
-// Whether any of some words stands in a text, ignoring the case of ASCII letters: most files of a run can be
-// told so to stay as they are, before a token of them is made.
+// Searches a text for any of a set of words, ignoring the case of ASCII letters. Most files of a run contain
+// none of them and are left alone without being tokenised.
 //
-// The text is looked at in blocks of two bytes, and what cannot end a word is stepped over: Sun Wu and Udi
-// Manber, "A Fast Algorithm for Multi-Pattern Searching", 1994.
+// The search reads blocks of two bytes and skips bytes that cannot end a word: Sun Wu and Udi Manber, "A Fast
+// Algorithm for Multi-Pattern Searching", 1994.
 #pragma once
 
 #include <array>
@@ -15,9 +15,9 @@ namespace mig {
 
 class TWordSearch {
  public:
-  // A word of one byte, or none, is found in every text.
+  // Adds a word. A word of fewer than two bytes is found in every text.
   void Add(std::string_view word);
-  // True also where a word stands within a longer one.
+  // Returns True if `text` contains a word, even within a longer one.
   bool FindAny(std::string_view text) const;
 
  private:
@@ -26,7 +26,7 @@ class TWordSearch {
   std::vector<std::string> FWords;
   size_t FShortest = 0;  // bytes of the shortest word
   std::array<uint8_t, 4096>
-      FSteps{};  // by block: how far the end of a word's first FShortest bytes is away at least
+      FSteps{};  // by block: the least distance to the end of a word's first FShortest bytes
 };
 
 }  // namespace mig
