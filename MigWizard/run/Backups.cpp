@@ -15,7 +15,7 @@ constexpr char kStagingFolder[] = "RExpert.new";
 constexpr char kNoBackup[] = "No backup of \"%s\" could be made. %s";
 constexpr char kNotTrue[] = "The copy differs from what was read.";
 
-// Backups that may wait while the walk goes on.
+// The limit for pending backups while the walk continues.
 constexpr size_t kPendingBackups = 32;
 
 std::string LastReason() {
@@ -36,7 +36,7 @@ void TBackups::Add(const std::string& fileName, const std::string& relPath, cons
   place = BackupFileName(place);
   const std::string backupName = JoinPath(FOptions.BackupDir, place);
   const std::string made = FStagingDir.empty() ? backupName : JoinPath(FStagingDir, place);
-  if (!FUndoList.Add(fileName, backupName)) return;  // two units name this form
+  if (!FUndoList.Add(fileName, backupName)) return;  // several units name this form
   FJournal.Add(fileName, made);
   if (FOptions.Dest == sdFolder) FFolders.Need(rtl::ExtractFileDir(made));
   TBackup& backup = FBackups.emplace_back(TBackup{fileName, version, made, backupName, false, {}});

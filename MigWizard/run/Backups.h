@@ -1,7 +1,8 @@
-// The backups of a run: a copy of each file that changed, as it was, and the record of them.
+// Makes the backups of a run, a copy of each original before it is replaced, and records them.
 //
-// A strict run into a folder with the undo file of an earlier run makes its backups in a folder of their own,
-// so that nothing is lost if it fails. They take their places when the originals have been replaced.
+// A strict run into a folder that holds the undo file of an earlier run makes its backups in a staging
+// folder, so that nothing is lost if the run fails. They are moved to their places after the originals have
+// been replaced.
 #pragma once
 
 #include <deque>
@@ -17,7 +18,7 @@
 
 namespace mig {
 
-// A strict run ended before it replaced the first file, because a file has no backup, or none that is true.
+// Raised if a strict run ends before it replaces the first file because a backup is missing or not true.
 class EBackupFailed : public rtl::Exception {
   using Exception::Exception;
 };
@@ -28,30 +29,30 @@ class TBackups {
   TBackups(const TReplaceOptions& options, const TRunHooks& hooks, TWorkQueue& queue)
       : FOptions(options), FHooks(hooks), FQueue(queue) {}
 
-  // Looks at the backup folder, which exists, for the undo file of an earlier run. Call before Add.
+  // Checks the existing backup folder for the undo file of an earlier run. Call before Add.
   void Prepare();
 
-  // Pushes the backup of a changed file to the queue, unless it has one, and adds it to the undo list.
-  // `relPath` is the file's path below the scanned folder; empty in a project run, whose backup folder is
-  // flat. `version` is the file as it was read.
+  // Adds a changed file to the undo list and pushes its backup to the queue, unless the file already has a
+  // backup. `relPath` is the file's path below the scanned folder; empty in a project run, whose backup
+  // folder is flat. `version` is the version of the file that was read.
   void Add(const std::string& fileName, const std::string& relPath, const TFileVersion& version);
 
-  // Waits until all backups are made. Reports those that failed with OnWarning, in the order of the files; a
-  // strict run raises EBackupFailed for the first one and reports the others.
+  // Waits until all backups are made. Reports failed backups with OnWarning, in the order of the files. A
+  // strict run raises EBackupFailed for the first of them and reports the others.
   void Wait();
 
   // Returns True if a backup was made.
   bool Any() const;
-  // What the undo file is to say.
+  // Returns the contents of the undo file.
   const TUndoList& UndoList() const { return FUndoList; }
 
   // --- For strict runs ---
-  // Writes the journal and brings it to the disk. Raises rtl::EFCreateError or rtl::EWriteError, also if the
-  // undo file could not take its place later; there is no journal then.
+  // Writes the journal and flushes it to the disk. Raises rtl::EFCreateError or rtl::EWriteError, also if the
+  // undo file could not replace the journal later; no journal exists then.
   void WriteJournal() const;
-  // Turns the journal into the undo file. Raises rtl::Exception; the journal remains then.
+  // Renames the journal to the undo file. On failure raises rtl::Exception and keeps the journal.
   void FinishJournal();
-  // Deletes the backups that are not in their places.
+  // Deletes the backups that are still in the staging folder.
   void DeleteStaged();
 
  private:
@@ -59,7 +60,7 @@ class TBackups {
     std::string FileName;
     TFileVersion Version;
     std::string Made;   // full name of the copy
-    std::string Place;  // full name that it gets in the end
+    std::string Place;  // full name of its final place
     bool Failed = false;
     std::string Reason;
   };
@@ -70,10 +71,10 @@ class TBackups {
   const TRunHooks& FHooks;
   TWorkQueue& FQueue;
   TFolderMaker FFolders;
-  std::string FStagingDir;  // empty if the backups are made in their places
+  std::string FStagingDir;  // empty if the backups are made in their final places
   TUndoList FUndoList;
-  TUndoList FJournal;            // the same with the names under which the backups were made
-  std::deque<TBackup> FBackups;  // in the order of the files; tasks of the queue hold references to them
+  TUndoList FJournal;            // the same with the names of the staged backups
+  std::deque<TBackup> FBackups;  // in the order of the files; the queue's tasks hold references
 };
 
 }  // namespace mig

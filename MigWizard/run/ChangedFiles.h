@@ -1,4 +1,4 @@
-// The files that a run has changed versions of, and their replacement.
+// The files of which a run has changed versions, and their replacement.
 #pragma once
 
 #include <atomic>
@@ -16,28 +16,28 @@ namespace mig {
 
 class TWorkQueue;
 
-// A strict run ended before it replaced the first file, because a file was changed by somebody else.
+// Raised if a strict run ends before it replaces the first file because a file was edited by somebody else.
 class EFileEdited : public rtl::Exception {
   using Exception::Exception;
 };
 
 class TChangedFiles {
  public:
-  // Adds a file by its full name, with what it was when it was read. A file that is added again keeps its
-  // first version.
+  // Adds a file by its full name, with the version that was read. A file that is added again keeps its first
+  // version.
   void Add(const std::string& fileName, const TFileVersion& version);
 
   bool Empty() const { return FNames.empty(); }
-  // Returns how many originals were replaced so far.
+  // Returns the number of originals replaced so far.
   int Replaced() const { return FReplaced; }
 
-  // Raises EFileEdited with the first file that is not what it was when it was read.
+  // Raises EFileEdited for the first file that was changed since it was read.
   void RequireUnchanged() const;
 
   // Copies the changed versions from the folder `tempDir` over the originals, as tasks of a queue that has no
-  // other tasks. In a folder run a file that fails keeps the files after it in its folder from being
-  // replaced; with `options.Policy.Strict` a file that was edited since it was read fails. Reports every file
-  // that was not replaced with OnWarning, and returns True if there is none.
+  // other tasks. In a folder run, a failure keeps the remaining files of the same folder from being replaced.
+  // With `options.Policy.Strict`, replacing a file that was edited since it was read fails. Reports every
+  // file that was not replaced with OnWarning, and returns True if there is none.
   bool Replace(const std::string& tempDir, const TReplaceOptions& options, const TRunHooks& hooks,
                TWorkQueue& queue);
 
@@ -48,7 +48,7 @@ class TChangedFiles {
     std::atomic<bool> IsReplaced = false;
   };
 
-  // Copies `source` over the original `target`. Returns the reason of a failure, or an empty string.
+  // Copies `source` over the original `target`. Returns an empty string, or the reason for the failure.
   std::string ReplaceOne(const std::string& source, const std::string& target, bool isStrict);
   void ReportOthers(const TCopyFailures& failures, const TRunHooks& hooks) const;
 

@@ -9,7 +9,7 @@
 namespace mig {
 namespace {
 
-// An alias is the same name in forms of different encodings.
+// Returns the same key for an alias in forms of different encodings.
 std::string AliasKey(std::string_view alias, const qrl::TEncoding& encoding) {
   return encoding == qrl::TEncoding::Default() ? win::SourceToUtf8(alias) : std::string(alias);
 }

@@ -1,4 +1,4 @@
-// The aliases of a project's databases and the components that replace them.
+// Maps the aliases of a project's databases to the components that replace them.
 #pragma once
 
 #include <mutex>
@@ -12,16 +12,16 @@ namespace mig {
 
 class TDatabaseNames {
  public:
-  // Reads a form file and adds its databases. Raises what opening, reading or decoding it raises.
+  // Reads a form file and adds its databases. Passes on exceptions of opening, reading and decoding it.
   void Collect(const std::string& fileName);
 
   // Returns the component of an alias, "Root.Component", or an empty string. `encoding` is that of the form
-  // that names the alias. May be called by several threads, but not together with Collect.
+  // that refers to the alias. Several threads may call Find at a time, but not together with Collect.
   std::string Find(std::string_view alias, const qrl::TEncoding& encoding);
 
  private:
   rtl::TStringList FDatabases;  // alias=Root.Component, the alias in UTF-8
-  std::mutex FMutex;            // for look-ups: the list builds its index on the first one
+  std::mutex FMutex;            // for look-ups: the first one builds the list's index
 };
 
 }  // namespace mig

@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
-// Calls visit(name, attributes) for each entry but "." and ".." until it returns False. Returns False if the
-// folder could not be read to its end.
+// Calls visit(name, attributes) for each entry except "." and ".." until it returns False. Returns False if
+// the folder could not be read to its end.
 template <typename TVisit>
 bool WalkFolder(std::string_view dir, TVisit visit) {
   win::TFindData entry;
@@ -53,7 +53,7 @@ void EmptyFolder(std::string_view dir) {
   });
 }
 
-// Copies of files, as tasks of a queue.
+// Copies files, as tasks of a queue.
 class TCopies {
  public:
   TCopies(const TCopyFile& copy, TWorkQueue& queue) : FCopy(copy), FQueue(queue) {}
@@ -101,8 +101,8 @@ class TCopies {
   TCopyFailures FFailures;
 };
 
-// Several runs may look for a free number at the same time. A folder that appears between the look-up and the
-// creation is stepped over like one that was there before. With `taken`, so are files.
+// Several runs may search for a free number at the same time. A folder that appears between the look-up and
+// the creation is skipped like one that existed before. If `taken` is set, files are skipped as well.
 std::string CreateTempFolder(std::string_view prefix, uint32_t unique, std::vector<std::string>* taken) {
   const std::string tempPath = win::GetTempPathA();
   if (tempPath.empty()) return {};
@@ -196,7 +196,7 @@ void TLogWriter::WriteLine(std::string_view line) {
   if (FDoubleSpaced) text += kLineEnd;
   try {
     FStream->Write(text);
-  } catch (const rtl::EWriteError&) {  // the run goes on without its log
+  } catch (const rtl::EWriteError&) {  // the run continues without its log
   }
 }
 

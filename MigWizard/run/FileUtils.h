@@ -18,47 +18,48 @@ namespace mig {
 
 class TWorkQueue;
 
-// Returns `dir`, one backslash and `name`. An empty name gives the folder with its trailing backslash; one
-// leading backslash of a longer name is dropped; an empty folder adds nothing.
+// Returns `dir`, one backslash and `name`. If `name` is empty, returns the folder with a trailing backslash.
+// Drops one leading backslash of a longer name. If `dir` is empty, returns `name` without a prefix.
 std::string JoinPath(std::string_view dir, std::string_view name);
 
-// Returns the file name with ".~" at the start of its extension: Unit1.pas gives Unit1.~pas.
+// Returns the file name with ".~" at the start of its extension: Unit1.~pas for Unit1.pas.
 std::string BackupFileName(std::string_view fileName);
 
-// Creates a folder and all folders above it. Returns True also if `path` exists, even as a file.
+// Creates a folder and its parents. Returns True also if `path` exists already, even as a file.
 bool ForceFolders(std::string_view path);
 
 // Creates a folder under the system's temporary path and returns its full name: `prefix` and the first free
 // number from `unique` (1 or more), in hexadecimal. Returns an empty string on failure.
 [[nodiscard]] std::string CreateTempFolder(std::string_view prefix, uint32_t unique);
-// The same, but steps over files of such a name as well. Appends the full names of all files and folders that
-// were stepped over to `taken`.
+// The same, but also skips files with such a name. Appends the full names of all skipped files and folders to
+// `taken`.
 [[nodiscard]] std::string CreateTempFolder(std::string_view prefix, uint32_t unique,
                                            std::vector<std::string>& taken);
 
-// Deletes a folder with everything in it. Returns False if something could not be deleted; the rest is gone
-// then. A link to a folder is deleted, and not the folder to which it leads. `dir` must not be empty.
+// Deletes a folder with everything in it. Returns False if something could not be deleted; everything else is
+// deleted then. Deletes links to folders without following them. `dir` must not be empty.
 bool DeleteFolder(std::string_view dir);
 // The same, as tasks of a queue that has no other tasks.
 bool DeleteTempFolder(const std::string& dir, TWorkQueue& queue);
 
-// Files or folders by their full names, each with the reason, a sentence.
+// Full names of files or folders, each with the reason for its failure, a sentence.
 using TCopyFailures = std::vector<std::pair<std::string, std::string>>;
-// Copies a file over another. Returns the reason of a failure, or an empty string. Called by several threads.
+// Copies a file over another. Returns an empty string, or the reason for the failure. May be called by
+// several threads at a time.
 using TCopyFile = std::function<std::string(const std::string& source, const std::string& target)>;
 
-// Mirrors the contents of `source` over the existing folder `target`, as tasks of a queue that has no other
-// tasks. Files are copied by `copy`. Deletes nothing in `target`. An entry that fails ends the walk of its own folder only. Returns the
-// entries that failed, sorted by name.
+// Copies the contents of `source` into the existing folder `target` by `copy`, as tasks of a queue that has
+// no other tasks. Deletes nothing in `target`. A failure ends the walk of the entry's own folder only.
+// Returns the entries that failed, sorted by name.
 [[nodiscard]] TCopyFailures CopyFolder(const std::string& source, const std::string& target,
                                        const TCopyFile& copy, TWorkQueue& queue);
 
-// Copies files by `copy`, given as pairs of source and target, as tasks of a queue that has no other tasks. A
-// failure does not keep the other files from being copied. Returns the targets that failed, sorted by name.
+// Copies pairs of source and target by `copy`, as tasks of a queue that has no other tasks. Continues after
+// failures. Returns the targets that failed, sorted by name.
 [[nodiscard]] TCopyFailures CopyFiles(const std::vector<std::pair<std::string, std::string>>& files,
                                       const TCopyFile& copy, TWorkQueue& queue);
 
-// The log of a run. Each line is written to the file at once. A closed writer ignores what it is given.
+// The log of a run. Writes each line to the file at once. A closed writer ignores all lines.
 class TLogWriter {
  public:
   TLogWriter();
@@ -70,11 +71,11 @@ class TLogWriter {
   void SetCreatedCaption(std::string_view caption) { FCreatedCaption = caption; }
   void SetDoubleSpaced(bool doubleSpaced) { FDoubleSpaced = doubleSpaced; }
 
-  // Creates or empties the file and writes the header. Nobody else can open the file as a log until it is
-  // closed. Raises rtl::EFCreateError; the log stays closed then.
+  // Creates or truncates the file and writes the header. Nobody else can open the file as a log until it is
+  // closed. On failure raises rtl::EFCreateError, and the log stays closed.
   void Open(std::string_view fileName);
-  // Writes `line` (not empty) and its line end, unless it ends in one. A single blank gives an empty line. A
-  // write that fails is not reported.
+  // Writes `line`, which is not empty, and a line end unless it has one. A single blank writes an empty line.
+  // Failures to write are not reported.
   void WriteLine(std::string_view line);
   void Close();
 

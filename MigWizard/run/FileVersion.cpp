@@ -10,14 +10,15 @@
 namespace mig {
 namespace {
 
-// Two writes that are less apart may leave the same time. Generous: some file systems count in 2 seconds.
+// Two writes within this time may leave the same time stamp. Generous, because some file systems have a
+// resolution of 2 seconds.
 constexpr std::chrono::nanoseconds kCoarsestTime = std::chrono::seconds(3);
 
 uint64_t HashOf(std::string_view bytes) {
   return std::hash<std::string_view>()(bytes);
 }
 
-// Returns nullopt, with win::GetLastError, if the file cannot be read.
+// Returns the hash, or nullopt with win::GetLastError set if the file cannot be read.
 std::optional<uint64_t> HashOfFile(const std::string& fileName) {
   try {
     return HashOf(rtl::TFileStream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone).ReadToEnd());

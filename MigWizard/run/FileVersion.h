@@ -1,4 +1,4 @@
-// What a file was when a run read it. Tells whether it was changed since, and whether a backup is true to it.
+// The version of a file when a run read it. Detects later changes of the file, and backups that differ.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace mig {
 
 struct TFileVersion {
   win::TFileStamp Stamp;         // taken before the first byte was read
-  std::optional<uint64_t> Hash;  // of the bytes, if the file was written so recently that another write might
+  std::optional<uint64_t> Hash;  // of the bytes, if the file was written so recently that a later write might
                                  // have left the same stamp
 };
 

@@ -10,8 +10,8 @@
 namespace mig {
 namespace {
 
-// When at most kFew files are left, files are read until there are kMany, or kMostBytes. Pushing them one by
-// one would cost more than most conversions.
+// If at most kFew files are left, reads files until there are kMany, or kMostBytes. Pushing them one by one
+// would cost more than most conversions.
 constexpr size_t kFew = 16;
 constexpr size_t kMany = 48;
 constexpr size_t kMostBytes = 1 << 20;

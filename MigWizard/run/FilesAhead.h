@@ -1,12 +1,12 @@
-// The files of a run, read a little ahead of the walk and converted by two threads.
+// Reads the files of a run a little ahead of the walk, and converts them with two threads.
 //
-// The walk does everything that can be seen from outside, one file after the other: log, temporary files, undo
-// list. Converting a file needs nothing but its bytes, so the worker of the queue can do it before the walk
-// comes to the file. Which files are read when depends on their number and size only, not on the speed of a
-// thread: every run does the same things in the same order.
+// The walk does everything with a visible effect, one file after the other: log, temporary files, undo list.
+// Converting a file needs only its bytes, so the worker of the queue can do it before the walk reaches the
+// file. Which files are read when depends only on their number and size, not on the speed of a thread: every
+// run does the same things in the same order.
 //
-// The worker takes the file that was read last, the walk needs the one that was read first, so they rarely
-// meet. A file that the worker has not started when the walk needs it is converted by the walk.
+// The worker takes the file that was read last and the walk needs the one that was read first, so they rarely
+// compete. If the worker has not started a file when the walk needs it, the walk converts it.
 #pragma once
 
 #include <atomic>
@@ -22,7 +22,7 @@
 
 namespace mig {
 
-// The conversion of one file, done by the thread that claims it first.
+// The conversion of one file, done by the first thread that claims it.
 class TClaimedConversion {
  public:
   TClaimedConversion(const std::string& fileName, std::string bytes)
@@ -45,24 +45,24 @@ class TClaimedConversion {
 class TFilesAhead {
  public:
   // Reads the files of `names` from the first on; names may be appended to the list meanwhile. The converters
-  // must be alike: Take uses `converter`, the worker `other`. No argument is owned; the converters must
-  // outlive the queue.
+  // must have the same settings: Take uses `converter`, the worker `other`. No argument is owned; the
+  // converters must outlive the queue.
   TFilesAhead(const rtl::TStringList& names, TWorkQueue& queue, TFileConverter& converter,
               TFileConverter& other);
 
-  // Keeps files from index `end` on from being read. At first all files may be read.
+  // Keeps files with an index of `end` or more from being read. Without a call, all files may be read.
   void ReadUpTo(int end) { FEnd = end; }
 
-  // Returns the conversion of the next file; it is valid until the next call. Raises what reading the file
-  // raised.
+  // Returns the conversion of the next file, valid until the next call. Passes on exceptions of reading the
+  // file.
   [[nodiscard]] const TFileConversion& Take();
-  // What the file was that Take returned last.
+  // Returns the version of the file that Take returned last.
   const TFileVersion& Version() const { return FTaken.Version; }
 
  private:
   struct TFile {
     std::shared_ptr<TClaimedConversion> Conversion;
-    std::exception_ptr Failure;  // if it could not be read; there is no conversion then
+    std::exception_ptr Failure;  // if the file could not be read; there is no conversion then
     TFileVersion Version;
     size_t Size = 0;  // bytes
   };
@@ -75,7 +75,7 @@ class TFilesAhead {
   TFileConverter& FConverter;
   TFileConverter& FOther;
   int FEnd;
-  int FNext = 0;           // index of the first file that was not read yet
+  int FNext = 0;           // index of the first file not read yet
   size_t FBytesAhead = 0;  // of the files in FFiles
   std::deque<TFile> FFiles;
   TFile FTaken;

@@ -7,7 +7,7 @@
 
 namespace mig {
 
-// Exceptions of the action are dropped: another one may be on its way, and a destructor must not raise.
+// Exceptions of the action are dropped, because a destructor must not raise while another one is propagating.
 template <typename TAction>
 class TFinally {
  public:
@@ -15,7 +15,7 @@ class TFinally {
   ~TFinally() {
     try {
       FAction();
-    } catch (...) {  // what ended the block is what the caller is told
+    } catch (...) {  // the caller gets the exception that ended the block
     }
   }
   TFinally(const TFinally&) = delete;

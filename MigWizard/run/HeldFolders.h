@@ -1,11 +1,11 @@
-// A block during which the file system may hold folders open, for speed.
+// A scope in which the file system may keep folders open, for speed.
 #pragma once
 
 #include "win/FileSystem.h"
 
 namespace mig {
 
-// Ending the block drops what TFileSystem::FlushWritten would still bring to the disk: flush before.
+// The end of the scope discards what TFileSystem::FlushWritten has yet to flush to the disk: flush before.
 class THeldFolders {
  public:
   THeldFolders() { win::FileSystem().HoldFolders(true); }

@@ -79,7 +79,7 @@ std::string ComparableCaption(std::string_view caption) {
   return rtl::UpperCase(qrl::RemoveAmpersands(caption));
 }
 
-// What a walk of the top-level items finds, up to and with the product's own.
+// The result of a walk over the top-level items, up to and including the product's own.
 struct TTopLevel {
   rtl::TMenuItem* Own = nullptr;
   bool IsCaptionTaken = false;
@@ -100,8 +100,8 @@ TTopLevel WalkTopLevel(const rtl::TMenuItem& items, const qrl::TProductMenu& men
   return found;
 }
 
-// Makes an item of the main menu: with `parent` as its last child, else before the top-level item at `index`,
-// which has a meaning only there.
+// Creates an item of the main menu: as the last child of `parent` or, if that is null, before the top-level
+// item at `index`.
 rtl::TMenuItem& CreateMenuItem(INTAServices& services, std::string_view caption, std::string_view name,
                                int index, rtl::TMenuItem::TClickEvent onClick, const rtl::TMenuItem* parent) {
   rtl::TMainMenu& mainMenu = *services.GetMainMenu();

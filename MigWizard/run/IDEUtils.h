@@ -1,10 +1,9 @@
-// The system's door to its host: the one place that knows the host's interfaces. The rest asks here for the
-// project, its files and the menu.
+// The interface to the host, for everything else in the system: the project, its files and the menu. No other
+// part uses the host's interfaces.
 //
-// Nothing is kept between two calls: each one asks the host anew, and the active project may be another one
-// each time. File names are full Windows paths, UTF-8. Exceptions of the host pass through; so does
-// rtl::EInvalidCast, raised when the host's services lack an interface that an operation needs. All calls
-// come from the host's main thread.
+// Nothing is cached: every call asks the host again, and the active project may have changed. File names are
+// full Windows paths in UTF-8. Exceptions of the host pass through. Raises rtl::EInvalidCast if the host's
+// services lack an interface that an operation needs. All calls must be made on the host's main thread.
 #pragma once
 
 #include <string>
@@ -21,31 +20,32 @@ class TIDEUtils {
   TIDEUtils() = delete;
 
   // --- The active project. ---
-  static std::string GetProjectFileName();  // empty without a project: everywhere the test for that
-  static int GetModuleCount();              // 0 without a project
+  static std::string GetProjectFileName();  // empty if there is no project
+  static int GetModuleCount();              // 0 if there is no project
   static std::string GetModuleFileName(
       int index);  // from 0, in the project's order; modules of every kind, may be empty
-  // True when the host saved the project: the files on disk are what the user sees. False without a project.
+  // Returns True if the host saved the project, so that the files on disk are up to date. False without a
+  // project.
   [[nodiscard]] static bool SaveProject();
-  static toolsapi::TIntf<toolsapi::IOTAProject> GetActiveProject();  // or nothing
+  static toolsapi::TIntf<toolsapi::IOTAProject> GetActiveProject();  // may be null
 
-  // --- What is open. The results of these three are the host's word, and nobody has to look at them. ---
-  // True when the host closed the group, or has none: it then holds none of the project's files.
+  // --- Open files. The results of the first three may be ignored. ---
+  // Returns True if the host closed the group or has none; it has no file of the project open then.
   static bool CloseProjectGroup();
-  // Opens the project as a group of its own. The call is made with an empty name too.
+  // Opens the project as a group of its own. `fileName` may be empty.
   static bool OpenProject(std::string_view fileName);
-  // The host drops its copy of the file and takes the one on disk.
+  // Makes the host discard its copy of the file and read it from disk.
   static bool ReloadFile(std::string_view fileName);
-  // The first open module that is a project group, or nothing; nothing also without a host.
+  // Returns the first open module that is a project group, or null if there is none or no host.
   static toolsapi::TIntf<toolsapi::IOTAProjectGroup> GetProjectGroup();
 
-  // --- The host's services; these raise rtl::EInvalidCast without a host. ---
+  // --- The host's services. Raise rtl::EInvalidCast without a host. ---
   static toolsapi::TIntf<toolsapi::IOTAModuleServices> GetModuleServices();
   static toolsapi::TIntf<toolsapi::IOTAActionServices> GetActionServices();
 
-  // Puts an item with `caption`, component name `name` and handler `onClick` into the product's top-level
-  // menu `menu`, and makes that menu, before the last top-level item, where the product has not done so. The
-  // caption of an existing one is set anew.
+  // Adds an item with `caption`, component name `name` and handler `onClick` to the product's top-level menu
+  // `menu`. Creates that menu before the last top-level item if the product has none; otherwise sets its
+  // caption.
   static void AddExpertMenuItem(const qrl::TProductMenu& menu, std::string_view caption,
                                 std::string_view name, rtl::TMenuItem::TClickEvent onClick);
 };

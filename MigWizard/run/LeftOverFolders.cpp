@@ -10,7 +10,7 @@
 namespace mig {
 namespace {
 
-// Returns the last-write time of a file in the folder or below, in nanoseconds since 1970.
+// Returns the last-write time of a file in the folder or below it, in nanoseconds since 1970.
 std::optional<int64_t> TimeOfAFile(const std::string& dir) {
   win::TFindData entry;
   const auto walk = win::FindFirstFileA(JoinPath(dir, "*.*"), entry);
@@ -43,7 +43,7 @@ std::string Age(const std::string& dir) {
 std::string DescribeLeftOverFolders(const std::vector<std::string>& taken) {
   std::string list;
   for (const std::string& name : taken) {
-    // A run at work holds its temporary folder.
+    // An active run holds a lock on its temporary folder.
     if (!win::LockFolder(name)) continue;
     list += (list.empty() ? "\"" : ", \"") + name + "\" (" + Age(name) + ")";
   }

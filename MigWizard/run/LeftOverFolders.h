@@ -1,4 +1,4 @@
-// Temporary folders of runs that were killed. They are never deleted here, but the user is told of them.
+// Temporary folders of runs that were killed. They are reported to the user, but never deleted.
 #pragma once
 
 #include <string>
@@ -6,9 +6,9 @@
 
 namespace mig {
 
-// Returns a line for the user that names the folders in `taken`, full names, that a run has left behind, each
-// with its age. Returns an empty string if there are none. Folders of runs that are still at work, of other
-// users and other files do not count.
+// Returns a line for the user that names the folders in `taken`, full names, that killed runs have left, each
+// with its age. Returns an empty string if there are none. Ignores files, and folders of active runs and of
+// other users.
 std::string DescribeLeftOverFolders(const std::vector<std::string>& taken);
 
 }  // namespace mig

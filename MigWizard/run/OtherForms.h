@@ -1,4 +1,4 @@
-// The forms that lie where a run works and that no unit of the run names.
+// Finds forms in the folders of a run that no unit of the run names.
 #pragma once
 
 #include <string>
@@ -10,10 +10,10 @@
 
 namespace mig {
 
-// Returns the full names of the form files, in the order of a walk, that are not in `files`, the full names of the
-// files of a run, and that `hooks` do not exclude: those in the folder to scan, with its subfolders if `options` ask
-// for them; or those beside the units of a project under the units' names. Folders that cannot be read are passed
-// over.
+// Returns the full names of these form files, in the order of a walk: the forms in the folder to scan, with
+// its subfolders if `options` include them, or the forms next to the units of a project with the units'
+// names. Leaves out `files`, the full names of the files of a run, and files that `hooks` exclude. Skips
+// folders that cannot be read.
 std::vector<std::string> FindOtherForms(const TReplaceOptions& options, const TRunHooks& hooks,
                                         const rtl::TStringList& files);
 

@@ -1,8 +1,8 @@
-// Every text that a user sees and that is not part of a form's layout, each once, under a name; and the few
-// names that the system leaves behind on a machine. Spelling, blanks and full stops are part of the texts:
-// users search their logs for them, and people have scripts that read those logs.
+// All texts for the user that are not part of a form's layout, and the names that the system leaves on a
+// machine. Spelling, blanks and full stops are part of the texts: users search their logs for them, and
+// scripts read those logs.
 //
-// The constants are character arrays, so that they convert to std::string_view and take part in sums with
+// The constants are character arrays, so that they convert to std::string_view and can be added to
 // std::string. Texts with %s or %d are for rtl::Format.
 #pragma once
 
@@ -48,7 +48,7 @@ inline constexpr char SUnitsList[] = "Units list:";
 // --- Settings and the undo file ---
 inline constexpr char SRegistryRoot[] = "Software\\Tarvex";
 inline constexpr char SUndoFileName[] = "RExpert.reu";
-// The undo file while the originals are being replaced; it becomes the undo file at the end.
+// The undo file while the originals are being replaced. It is renamed to the undo file at the end.
 inline constexpr char SJournalFileName[] = "RExpert.reu.journal";
 inline constexpr char SBackupFolderName[] = "RBackup";
 

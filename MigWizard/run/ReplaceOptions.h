@@ -1,5 +1,5 @@
 // The options of a run. One object is shared by the replacers, the wizard, which fills it, and the expert,
-// which stores it: whoever holds a replacer sees what the user chose last.
+// which stores it, so that all of them see the user's last choice.
 #pragma once
 
 #include <cstdint>
@@ -12,51 +12,50 @@ class TRegIniFile;
 
 namespace mig {
 
-// Where the units of a run come from. Stored as a number, of which any low byte is taken.
+// The source of a run's units. Stored as a number; any low byte is accepted.
 enum TScanDest : uint8_t {
   sdProject = 0,  // the current open project
   sdFolder = 1,   // a disk folder
 };
 
-// How carefully a run treats what it finds. Not stored.
+// How carefully a run treats existing files. Not stored.
 struct TRunPolicy {
-  // The run stops before it replaces the first original if a changed file has no true backup or was edited
-  // since it was read. A journal of the replacement is on the disk while it lasts. A run at the same time, or
-  // a backup folder with the way back of an earlier run (WayBack.h), is refused before anything is made.
-  // Files and folders that cannot be read are left out and reported (TComponentReplacer::LeftOut) where
-  // the run would otherwise end. Without Strict, none of this holds.
+  // Stops the run before it replaces the first original if a changed file has no true backup or was edited
+  // since it was read. Keeps a journal on the disk during the replacement. Refuses, before anything is made,
+  // a second run at the same time, and a backup folder with the way back of an earlier run (WayBack.h).
+  // Leaves out and reports files and folders that cannot be read (TComponentReplacer::LeftOut), where the run
+  // would otherwise end. Without Strict, none of this applies.
   bool Strict = false;
 
-  // These count with Strict only.
-  bool OverwriteBackups = false;  // accepts a backup folder that holds the undo file of an earlier run
-  bool SkipConverted = false;     // leaves units alone that name the new units already
+  // These apply with Strict only.
+  bool OverwriteBackups = false;  // accepts a backup folder with the undo file of an earlier run
+  bool SkipConverted = false;     // leaves out units that already name the new units
   bool KeepGoing = false;         // leaves out files whose contents cannot be converted
 };
 
 class TReplaceOptions {
  public:
-  // `sourceName` names the families that are replaced: "BDE/IBX".
+  // `sourceName` names the component families to replace: "BDE/IBX".
   explicit TReplaceOptions(std::string_view sourceName);
 
-  // Read and write the six options that outlive the program, from and to `section` of an open store. A key
-  // that is missing or cannot be read leaves its field as it is. BackupDir, UnitNames and SourceName are not
-  // stored.
+  // Load and save the six stored options in `section` of an open store. If a key is missing or cannot be
+  // read, its field is unchanged. BackupDir, UnitNames and SourceName are not stored.
   void Load(const rtl::TRegIniFile& reg, std::string_view section);
   void Save(rtl::TRegIniFile& reg, std::string_view section) const;
 
-  // "BDE/IBX Migration Wizard": the caption of message boxes, the section's name, the stem of the log's
-  // title.
+  // Returns "BDE/IBX Migration Wizard": the caption of message boxes, the name of the section, and the stem
+  // of the log's title.
   std::string GetTitle() const;
 
   std::string SourceName;
   TScanDest Dest = sdProject;
   std::string Directory;        // Windows path of the folder to scan, with sdFolder
   bool IncludeSubDirs = false;  // scan its subfolders too
-  bool MakeBackup = true;       // take backups and write the undo file
+  bool MakeBackup = true;       // make backups and write the undo file
   std::string BackupDir;        // full Windows path of this run's backup folder
   bool WriteLog = true;
   std::string
-      UnitNames;  // with sdProject: bare file names of the selected units, one a line, as a list's Text
+      UnitNames;  // with sdProject: bare file names of the selected units, one a line, as the Text of a list
   bool ViewLog = false;  // open the log after the run; no effect without WriteLog
   TRunPolicy Policy;
 };

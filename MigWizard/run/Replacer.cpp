@@ -79,7 +79,7 @@ void TComponentReplacer::Preview() {
   qrl::StartWait();
   const TFinally stopWait([] { qrl::StopWait(); });
   FLeftOut.clear();
-  TReplaceOptions unlocked = FOptions;  // others may read at the same time
+  TReplaceOptions unlocked = FOptions;  // a preview needs no lock, because it only reads
   unlocked.Policy.Strict = false;
   TRunLock runLock(unlocked);
   TRun({FOptions, *this, runLock, FLog, FConverter, FOtherConverter, FLeftOut}).Preview();

@@ -1,5 +1,5 @@
-// The replacement engine: converts a set of Delphi units and the form files that they name, and restores
-// everything from an undo file.
+// The replacement engine: converts a set of Delphi units and the form files that they name, and restores the
+// originals from an undo file.
 //
 //   TReplaceOptions options("BDE/IBX");
 //   options.Dest = sdFolder;
@@ -10,8 +10,8 @@
 //   const bool replaced = replacer.Replace();
 //
 // Nothing is rewritten in place. Each changed file is first written to a private temporary folder, and its
-// original is backed up. When all files are done, the changed versions are copied over the originals in one
-// last step. A failure before that step leaves every original as it was.
+// original is backed up. After all files are done, the last step copies the changed versions over the
+// originals. A failure before that step leaves every original unchanged.
 #pragma once
 
 #include <string>
@@ -30,7 +30,7 @@ namespace mig {
 
 class TComponentReplacer : public TRunHooks {
  public:
-  // `oldUnit` is the unit to look for in uses clauses, ignoring case; `newUnits` is inserted after it.
+  // `oldUnit` is the unit to find in uses clauses, ignoring case; `newUnits` is inserted after it.
   // `options` are not owned and must outlive the replacer.
   TComponentReplacer(const TFormParserClass& parserClass, std::string_view oldUnit, std::string_view newUnits,
                      TReplaceOptions& options);
@@ -38,46 +38,48 @@ class TComponentReplacer : public TRunHooks {
   TComponentReplacer(const TComponentReplacer&) = delete;
   TComponentReplacer& operator=(const TComponentReplacer&) = delete;
 
-  // Replaces `oldClass` by `newClass` from now on. Must not be called after the first run.
+  // Adds `oldClass` to the classes to replace, by `newClass`. Must not be called after the first run.
   void AddClass(std::string_view oldClass, std::string_view newClass) {
     FClasses.AddClass(oldClass, newClass);
   }
 
-  // Completes the files of further runs. `completion` must outlive the runs; null switches it off.
+  // Completes files in all following runs. `completion` must outlive the runs; null disables it.
   void SetCompletion(const IFileCompletion* completion) {
     FConverter.SetCompletion(completion);
     FOtherConverter.SetCompletion(completion);
   }
   const TClassMap& Classes() const { return FClasses; }
 
-  // Runs a replacement with the options. Returns True if it succeeded, and False if a changed file could not
-  // be copied over its original; the undo file then restores the others. Every other failure is an exception.
-  // All originals are unchanged then, unless it is about writing the undo file, which comes last. The
-  // temporary folder is gone in every case.
+  // Runs a replacement with the options. Returns True on success, and False if a changed file could not be
+  // copied over its original; the undo file then restores the others. Raises an exception for every other
+  // failure. All originals are unchanged then, unless writing the undo file failed, which comes last. The
+  // temporary folder is deleted in every case.
   //
   // With Options().Policy.Strict a run may be refused before it makes anything (EWayBack, ERunIsBusy), or end
-  // before the first original is replaced (EBackupFailed, EFileEdited). If it ends later, a journal remains in
-  // the backup folder, from which Restore restores.
+  // before the first original is replaced (EBackupFailed, EFileEdited). If it fails later, a journal remains
+  // in the backup folder, from which Restore can restore.
   [[nodiscard]] bool Replace();
 
-  // Does what Replace does up to the first original, in memory: makes no file or folder and touches none. OnConverted
-  // gets every file with its new bytes. Raises what Replace raises about sources.
+  // Does everything that Replace does before it replaces the first original, in memory, without creating or
+  // changing a file or folder. Calls OnConverted with the new bytes of every file. Raises what Replace raises
+  // for sources.
   void Preview();
 
-  // Collects findings from now on, for OnConverted. `names` must outlive the replacer.
+  // Collects findings in all following runs, for OnConverted. `names` must outlive the replacer.
   void CollectFindings(const TOldNames& names);
 
   // Copies every backup that the undo file lists over its original. Returns False if the list is empty or a
-  // backup is missing; no file was touched then. Returns False also if a copy failed; the files before it are
+  // backup is missing; no file is changed then. Also returns False if a copy failed; the files before it are
   // restored then. Raises rtl::EFOpenError or rtl::EReadError if the undo file cannot be read.
   [[nodiscard]] bool Restore(std::string_view undoFile);
 
   // Returns what the last run left out: folders that could not be read; in strict runs also files that could
-  // not be read, or, with KeepGoing, not be converted. Each was reported with OnWarning.
+  // not be read or, with KeepGoing, not be converted. Each was reported with OnWarning.
   const std::vector<TLeftOut>& LeftOut() const { return FLeftOut; }
 
   TReplaceOptions& Options() const { return FOptions; }
-  // Returns the full name of the log of a run with the present options; empty if they want none.
+  // Returns the full name of the log of a run with the current options, or an empty string if WriteLog is
+  // False.
   std::string LogFileName() const;
 
  protected:

@@ -41,8 +41,8 @@ bool HasDots(std::string_view path) {
   return marked.find("\\..\\") != std::string::npos || marked.find("\\.\\") != std::string::npos;
 }
 
-// Returns whether the backup lies at or below the folder of the undo file. The two may be spelled differently:
-// a folder is the one of the undo file if the undo file is found in it.
+// Returns True if the backup is at or below the folder of the undo file. The two may be spelled differently:
+// a folder is that of the undo file if it contains the undo file.
 bool IsBelowUndoFile(const std::string& backup, const std::string& undoFile) {
   const std::string name = rtl::ExtractFileName(undoFile);
   const auto undoStamp = win::GetFileStamp(undoFile);
@@ -70,7 +70,7 @@ bool HaveSameContents(const std::string& left, const std::string& right) {
   return leftFile.Size() == rightFile.Size() && leftFile.ReadToEnd() == rightFile.ReadToEnd();
 }
 
-// `present` is the file that has the original's contents when the line is executed.
+// `present` is the file that holds the original's contents when the line is executed.
 bool IsEdited(const TRestoreLine& line, const std::string& present) {
   const auto stamp = win::GetFileStamp(present);
   const auto undoStamp = win::GetFileStamp(line.UndoFile);
@@ -132,7 +132,7 @@ bool TRestorePlan::CopyAll(const TProgress& onProgress, const TWarning& onWarnin
   return true;
 }
 
-// A journal goes only after the files are on the disk.
+// Deletes a journal only after the files have been flushed to the disk.
 bool TRestorePlan::DeleteJournals(const TWarning& onWarning) const {
   bool succeeded = true;
   for (const std::string& journal : FJournals) {

@@ -1,14 +1,14 @@
-// Puts back the files that a run changed, from the undo file that the run left, or from its journal if the
-// run did not end.
+// Restores the files that a run changed, from the run's undo file, or from its journal if the run did not
+// end.
 //
 //   TRestorePlan plan;
 //   plan.Add("C:\\App\\RBackup\\RExpert.reu");
 //   plan.Check();
 //   if (plan.IsSafe()) restored = plan.Execute(onProgress, onWarning);
 //
-// A plan can be looked at before it is executed: its lines say which file is overwritten with which backup,
-// and Check finds those where that would lose something. Executing a plan changes neither backups nor undo
-// files, so a restore can be repeated.
+// A plan can be inspected before it is executed: its lines tell which backup overwrites which file, and Check
+// finds lines that would lose data. Executing a plan changes neither backups nor undo files, so a restore can
+// be repeated.
 #pragma once
 
 #include <functional>
@@ -20,12 +20,12 @@ namespace mig {
 
 enum class TRestoreVerdict {
   Restorable,
-  // There is no file of the backup's name.
+  // The backup does not exist.
   NoBackup,
-  // The file was written after the run, and differs from its backup: what was written would be lost.
+  // The file was written after the run and differs from its backup: later changes would be lost.
   Edited,
-  // No run can have written the line: the original is no unit, project or form, the backup is not named like
-  // the backup of the original, or it is not below the folder of the undo file.
+  // The line cannot be from a run: the original is no unit, project or form, or the backup is not named like
+  // the backup of the original, or is not below the folder of the undo file.
   Foreign,
 };
 
@@ -34,41 +34,42 @@ struct TRestoreLine {
   std::string Original;  // the file to overwrite; empty if the line has no "="
   std::string Backup;    // the file to copy over it; empty if the line has no "="
   std::string Text;      // the whole line
-  std::string UndoFile;  // the file that has the line
+  std::string UndoFile;  // the file that contains the line
   TRestoreVerdict Verdict = TRestoreVerdict::Restorable;
 };
 
 class TRestorePlan {
  public:
-  // Called before each line is copied. `done` counts the lines that were copied, from 0. An exception ends
-  // the restore.
+  // Called before each line is copied. `done` is the number of lines copied, from 0. An exception ends the
+  // restore.
   using TProgress = std::function<void(int done, const TRestoreLine& line)>;
-  // Called with a line of text for the user about what keeps the restore from succeeding.
+  // Called with a line of text for the user about a problem that makes the restore fail.
   using TWarning = std::function<void(std::string_view message)>;
 
-  // Appends the lines of an undo file or a journal, a full Windows path. Runs are taken back in the order in
-  // which they are added: add the last run first. If several lines of a file name one original, the backup of
-  // the first counts for all of them. Raises rtl::EFOpenError or rtl::EReadError if the file cannot be read;
-  // the plan is unchanged then.
+  // Appends the lines of an undo file or a journal, a full Windows path. Add the last run first, because runs
+  // are undone in the order in which they are added. If several lines of a file name one original, the backup
+  // of the first one is used for all of them. On failure raises rtl::EFOpenError or rtl::EReadError, and the
+  // plan is unchanged.
   void Add(std::string_view undoFile);
 
-  // Removes the lines whose original `isWanted` refuses.
+  // Removes the lines for whose original `isWanted` returns False.
   void KeepOnly(const std::function<bool(std::string_view original)>& isWanted);
 
-  // Gives each line its verdict. Where a line of a later run comes first, its backup is what the file will
-  // be by then. Changes no file. Raises rtl::EStreamError if a file has to be compared and cannot be read.
+  // Sets the verdict of each line. If a line of a later run comes first, compares with its backup, which the
+  // file will equal by then. Changes no file. Raises rtl::EStreamError if a file to be compared cannot be
+  // read.
   void Check();
-  // Returns whether every line is restorable. Without Check all of them are.
+  // Returns True if every line is restorable. Before Check, all lines are.
   bool IsSafe() const;
 
-  // In the order in which they are executed.
+  // Returns the lines in the order of execution.
   const std::vector<TRestoreLine>& Lines() const { return FLines; }
 
-  // Copies every backup over its original, in order, brings them to the disk, and deletes the journals all of
-  // whose lines were restored. Verdicts are not looked at. Returns False
-  // - if there are no lines or a backup is missing: then no file was touched;
-  // - if a copy failed: then the lines before it are restored, and the others are not;
-  // - if the files could not be brought to the disk, or a journal could not be deleted.
+  // Copies every backup over its original, in order, flushes the files to the disk, and deletes the journals
+  // whose lines were all restored. Ignores verdicts. Returns False
+  // - if there are no lines or a backup is missing: no file was changed;
+  // - if a copy failed: the lines before it are restored, and the others are not;
+  // - if the files could not be flushed to the disk, or a journal could not be deleted.
   // Both functions may be empty.
   [[nodiscard]] bool Execute(const TProgress& onProgress, const TWarning& onWarning) const;
 
@@ -77,7 +78,7 @@ class TRestorePlan {
   bool DeleteJournals(const TWarning& onWarning) const;
 
   std::vector<TRestoreLine> FLines;
-  std::vector<std::string> FJournals;  // those of which no line was removed
+  std::vector<std::string> FJournals;  // those from which no line was removed
 };
 
 }  // namespace mig

@@ -39,7 +39,7 @@ bool TRun::Execute() {
   try {
     return ConvertAndReplace();
   } catch (...) {
-    // The journal needs the backups that are not in their places.
+    // The journal refers to the staged backups.
     if (!FHasJournal) FBackups.DeleteStaged();
     throw;
   }
@@ -75,7 +75,7 @@ void TRun::ReportOtherForms() {
       rtl::TFileStream file(form, rtl::fmOpenRead | rtl::fmShareDenyNone);
       bytes = file.ReadToEnd();
     } catch (const rtl::EStreamError&) {
-      continue;  // it is not part of the run
+      continue;  // not part of the run
     }
     const TFileConversion conversion = FConverter.Convert(form, std::move(bytes));
     const size_t objects = conversion.Findings ? conversion.Findings->MappedObjects : 0;
@@ -87,10 +87,10 @@ void TRun::Walk(const std::string& tempDir) {
   try {
     WalkList(tempDir);
   } catch (...) {
-    // The files before the one that failed have their backups all the same.
+    // The files before the failed one still get their backups.
     try {
       FBackups.Wait();
-    } catch (...) {  // what ended the walk is what the caller is told
+    } catch (...) {  // the caller gets the exception that ended the walk
     }
     throw;
   }
@@ -99,8 +99,8 @@ void TRun::Walk(const std::string& tempDir) {
   ReportProgress(FUnits.Count(), {});
 }
 
-// The units come first, and each appends its form files to the end of the list. In a project run all forms
-// are read for their aliases before the first of them is converted.
+// Units come first; each appends its form files to the end of the list. In a project run all forms are read
+// for their aliases before the first of them is converted.
 void TRun::WalkList(const std::string& tempDir) {
   const int firstForm = FUnits.Count();
   bool prePass = FOptions.Dest == sdProject;

@@ -1,9 +1,9 @@
-// One replacement run, from the list of units to the last file replaced. The object lives as long as the run,
-// so that nothing of a run reaches the next.
+// One replacement run, from the list of units to the last replaced file. The object lives as long as the run,
+// so that no state carries over to the next run.
 //
-// The walk does everything that can be seen from outside, one file after the other: log, temporary files,
-// undo list. Reading and converting the files is done ahead of it (FilesAhead.h), backups are made by tasks
-// of the work queue. When all files are done, the changed ones are copied over their originals.
+// The walk does everything with a visible effect, one file after the other: log, temporary files, undo list.
+// Files are read and converted ahead of it (FilesAhead.h); backups are made by tasks of the work queue. After
+// all files are done, the changed ones are copied over their originals.
 #pragma once
 
 #include <map>
@@ -27,7 +27,7 @@
 
 namespace mig {
 
-// What a run gets from its replacer. Everything outlives the run.
+// The replacer's part of a run. Everything must outlive the run.
 struct TRunContext {
   const TReplaceOptions& Options;
   const TRunHooks& Hooks;
@@ -35,7 +35,7 @@ struct TRunContext {
   TLogWriter& Log;
   TFileConverter& Converter;       // for the walk
   TFileConverter& OtherConverter;  // for the worker, at the same time
-  std::vector<TLeftOut>& LeftOut;  // gets what the run leaves out
+  std::vector<TLeftOut>& LeftOut;  // receives what the run leaves out
 };
 
 class TRun {
@@ -45,10 +45,10 @@ class TRun {
   TRun(const TRun&) = delete;
   TRun& operator=(const TRun&) = delete;
 
-  // Runs the replacement, once. Results and exceptions are those of TComponentReplacer::Replace.
+  // Runs the replacement. Call once. Returns and raises what TComponentReplacer::Replace does.
   [[nodiscard]] bool Execute();
 
-  // Runs everything up to the last step, once, and writes nothing at all: the hooks get what the run would do.
+  // Runs everything before the last step, and writes nothing. Call once. The hooks get what the run would do.
   void Preview();
 
  private:
@@ -84,7 +84,7 @@ class TRun {
   TFileConverter& FConverter;
   TFileConverter& FOtherConverter;
   std::vector<TLeftOut>& FLeftOut;
-  rtl::TStringList FUnits;  // the working list: full names in processing order; grows during the walk
+  rtl::TStringList FUnits;  // work list: full names in processing order; grows during the walk
   int FChangedFiles = 0;
   bool FIsPreview = false;
   TDatabaseNames FDatabases;
@@ -94,7 +94,7 @@ class TRun {
   TChangedFiles FChanged;
   bool FHasJournal = false;
   TBackups FBackups;
-  TWorkQueue FQueue;  // ends first: its tasks use the other members
+  TWorkQueue FQueue;  // destroyed first, because its tasks use the other members
 };
 
 }  // namespace mig

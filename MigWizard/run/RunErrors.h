@@ -1,4 +1,4 @@
-// The exceptions of a run that are about its files.
+// Exceptions of a run that concern its files.
 #pragma once
 
 #include <functional>
@@ -9,7 +9,7 @@
 
 namespace mig {
 
-// A file of a run could not be converted. The message names the file and, where it is known, the place in it.
+// A file could not be converted. The message names the file and, if known, the place in it.
 class EFileConversion : public rtl::Exception {
  public:
   EFileConversion(std::string_view fileName, std::string_view reason);
@@ -19,7 +19,7 @@ class EFileConversion : public rtl::Exception {
   std::string FFileName;
 };
 
-// Two files, or two folders, would share one name in the temporary and the backup folder of a run.
+// Two files, or two folders, would share a name in the temporary and the backup folder of a run.
 class ETwinFiles : public rtl::Exception {
  public:
   ETwinFiles(const std::string& message, std::string_view first, std::string_view second)
@@ -31,9 +31,9 @@ class ETwinFiles : public rtl::Exception {
   std::string FFirst, FSecond;
 };
 
-// Runs `action`, which works on the contents of `fileName`, and turns its exceptions into EFileConversion;
-// a lack of memory becomes rtl::EOutOfMemory with the name of the file. Passes on EAbort, EOutOfMemory,
-// EFileConversion, ETwinFiles, and the exceptions of streams, which name their file already.
+// Runs `action`, which works on the contents of `fileName`, and converts its exceptions to EFileConversion,
+// but std::bad_alloc to rtl::EOutOfMemory with the name of the file. Passes on EAbort, EOutOfMemory,
+// EFileConversion, ETwinFiles, and stream exceptions, which already name their file.
 void NamingFile(const std::string& fileName, const std::function<void()>& action);
 
 }  // namespace mig

@@ -1,4 +1,4 @@
-// What a run does with one file: log it, write the changed version, have the original backed up.
+// Processes one file of a run: logs it, writes the changed version, and adds the backup of the original.
 #include <exception>
 
 #include "MigWizard/passes/UnitNames.h"
@@ -12,7 +12,7 @@
 namespace mig {
 namespace {
 
-// Returns True if a failure to look at a file with this code means that there is none.
+// Returns True if `error`, the code of a failed look-up, means that the file does not exist.
 bool MeansMissing(uint32_t error) {
   return error == win::ERROR_FILE_NOT_FOUND || error == win::ERROR_PATH_NOT_FOUND ||
          error == win::ERROR_INVALID_NAME || error == win::ERROR_DIRECTORY ||

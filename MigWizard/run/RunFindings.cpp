@@ -134,7 +134,7 @@ void TRunFindings::ResolveUses(const TUnit& unit) {
   }
 }
 
-// Whether a name may be one that the run's units declare.
+// Returns True if the run's units may declare the name.
 bool TRunFindings::IsUsersOwn(const TUnit& unit, const TNameUse& use) const {
   const auto names = FNames.find(rtl::LowerCase(use.Name));
   if (names != FNames.end()) {
@@ -150,7 +150,7 @@ bool TRunFindings::Uses(const TUnit& unit, const TUnit& other) const {
                      [&name](const std::string& used) { return LastPart(used) == name; });
 }
 
-// Returns the declaration of the last name before the member, or nothing if that is not certain.
+// Returns the declaration of the last name before the member, or nothing if it is ambiguous.
 TRunFindings::TFound TRunFindings::Resolve(const TUnit& unit, const TNameUse& use) const {
   TFound found = FindFirst(unit, use);
   std::string owner = rtl::SameText(use.Path[0], "Self") && !use.IsLocal ? use.Owner : std::string();
@@ -176,13 +176,13 @@ TRunFindings::TFound TRunFindings::FindFirst(const TUnit& unit, const TNameUse& 
   for (const TFound& found : names->second) {
     if (found.Unit == &unit) return found;
     if (!Uses(unit, *found.Unit)) continue;
-    if (result.Declaration != nullptr) return {};  // by two units
+    if (result.Declaration != nullptr) return {};  // declared by two units
     result = found;
   }
   return result;
 }
 
-// Looks in the class and its ancestors.
+// Searches the class and its ancestors.
 TRunFindings::TFound TRunFindings::FindMember(const std::string& className, const std::string& member) const {
   std::string name = className;
   for (int i = 0; i < kMostAncestors && !name.empty(); ++i) {
@@ -201,8 +201,8 @@ TRunFindings::TFound TRunFindings::FindMember(const std::string& className, cons
   return {};
 }
 
-// Returns the class of the map, or its new class, that `type` is or descends from; empty if `type` is another, or if a
-// class on the way declares `member` itself.
+// Returns `type` or its nearest ancestor that is a class of the map or a new class. Returns an empty string
+// if there is none, or if a class before it declares `member` itself.
 std::string TRunFindings::ConvertedClassOf(const std::string& type, const std::string& member) const {
   std::string name = type;
   for (int i = 0; i < kMostAncestors && !name.empty(); ++i) {
@@ -218,7 +218,7 @@ std::string TRunFindings::ConvertedClassOf(const std::string& type, const std::s
   return {};
 }
 
-// Takes out what the run's own units declare under the names of old units and classes.
+// Removes findings about units and classes that the run's own units declare under old names.
 void TRunFindings::DropUsersOwn(TFileReport& file) const {
   const auto isOwn = [this](const TFinding& finding) {
     if (finding.Rule == TRuleId::UnmappedClass) return FOutlines.contains(rtl::LowerCase(finding.OldClass));

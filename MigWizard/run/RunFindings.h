@@ -1,4 +1,4 @@
-// The findings of a whole run: those of its files, and those that only several files together show.
+// The findings of a whole run: those of single files, and those that need several files.
 //
 //   TRunFindings findings(classes, oldNames);
 //   findings.AddFile(fileName, conversion, isChanged, backupName);  // for each file, in the order of the walk
@@ -17,13 +17,13 @@
 
 namespace mig {
 
-// What became of a file. Names are UTF-8.
+// The outcome of one file. Names are UTF-8.
 struct TFileReport {
   std::string FileName;  // full Windows path
   bool IsUnit = false;
   bool IsBinary = false;
-  bool IsInRun = true;   // false for a form that was only looked at
-  std::string Encoding;  // "source code page", "UTF-8", "UTF-16"; empty if nothing in the file was looked at
+  bool IsInRun = true;   // False for a form that was only inspected
+  std::string Encoding;  // "source code page", "UTF-8", "UTF-16"; empty if the file was not inspected
   int Changes = 0;
   bool IsChanged = false;
   std::string BackupName;                  // full Windows path; empty without a backup
@@ -37,24 +37,24 @@ class TRunFindings {
   TRunFindings(const TClassMap& classes, const TOldNames& oldNames)
       : FClasses(classes), FOldNames(oldNames) {}
 
-  // `isChanged`: the run replaces the file. `backupName` may be empty.
+  // Adds a file. `isChanged`: the run replaces the file. `backupName` may be empty.
   void AddFile(const std::string& fileName, const TFileConversion& conversion, bool isChanged,
                const std::string& backupName);
-  // Adds that a form file, one of those that the next file of AddFile names, does not exist.
+  // Adds a missing form file, which the next file of AddFile names.
   void AddMissingForm(const std::string& formName);
-  // Adds a form that belongs to no unit of the run, with the number of its objects of classes of the map.
+  // Adds a form that belongs to no unit of the run, with the number of its objects of mapped classes.
   void AddOtherForm(const std::string& fileName, size_t mappedObjects);
 
-  // Returns the files in the order in which they were added, with all their findings. The object is empty then.
+  // Returns the files in the order in which they were added, with all findings. Leaves the object empty.
   std::vector<TFileReport> Finish();
 
  private:
-  // A unit's outline, and where it is in FFiles.
+  // A unit's outline, and its index in FFiles.
   struct TUnit {
     const TUnitOutline* Outline;
     size_t File;
   };
-  // A declaration, and the unit that holds it.
+  // A declaration, and the unit that contains it.
   struct TFound {
     const TDeclaration* Declaration = nullptr;
     const TUnit* Unit = nullptr;
@@ -73,11 +73,11 @@ class TRunFindings {
   const TClassMap& FClasses;
   const TOldNames& FOldNames;
   std::vector<TFileReport> FFiles;
-  std::vector<std::shared_ptr<const TFileFindings>> FKept;  // hold the outlines
+  std::vector<std::shared_ptr<const TFileFindings>> FKept;  // own the outlines
   std::vector<std::string> FMissingForms;
   std::vector<TUnit> FUnits;
   std::unordered_map<std::string, std::vector<TFound>> FNames;  // of units, by lower case
-  // By lower case. A class that several units declare is not certain, and is in no look-up.
+  // By lower case. A class declared by several units is ambiguous, and left out of look-ups.
   std::unordered_map<std::string, std::vector<const TClassOutline*>> FOutlines;
 };
 

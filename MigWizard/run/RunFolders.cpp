@@ -20,7 +20,7 @@ std::string LastReason() {
 }  // namespace
 
 void CreateBackupFolder(const TReplaceOptions& options, const TRunHooks& hooks) {
-  // ForceFolders accepts a file of that name, which could hold no backup.
+  // ForceFolders accepts a file with that name, which cannot hold backups.
   if (ForceFolders(options.BackupDir) && rtl::DirectoryExists(options.BackupDir)) return;
   hooks.Warn(rtl::Format("The backup folder \"%s\" cannot be made. %s", {options.BackupDir, LastReason()}));
   throw rtl::EFCreateError(SCannotCreateDir);
@@ -49,7 +49,7 @@ TTempFolder::~TTempFolder() {
   try {
     FQueue.Cancel();
     DeleteTempFolder(FPath, FQueue);
-  } catch (...) {  // what is left of it stays
+  } catch (...) {  // the rest of the folder remains
   }
 }
 

@@ -17,35 +17,35 @@ namespace mig {
 
 class TWorkQueue;
 
-// Creates the backup folder of `options` with the folders above it. Raises rtl::EFCreateError if it cannot be
-// created, also if a file has its name; the reason goes to OnWarning.
+// Creates the backup folder of `options` and its parents. On failure, also if a file has its name, reports
+// the reason with OnWarning and raises rtl::EFCreateError.
 void CreateBackupFolder(const TReplaceOptions& options, const TRunHooks& hooks);
 
-// A temporary folder that lives as long as the object.
+// A temporary folder with the lifetime of the object.
 class TTempFolder {
  public:
-  // Raises rtl::EFCreateError if no folder can be created; the reason goes to OnWarning. Folders of stopped
-  // runs that a strict run steps over are reported with OnWarning. `queue` must outlive the folder, which is
-  // deleted by both of its threads.
+  // On failure reports the reason with OnWarning and raises rtl::EFCreateError. A strict run also reports the
+  // folders of killed runs that it skips. `queue` must outlive the object, because both of its threads delete
+  // the folder.
   TTempFolder(const TReplaceOptions& options, const TRunHooks& hooks, TWorkQueue& queue);
-  // Cancels the queue, and deletes the folder with everything in it, as far as that is possible.
+  // Cancels the queue and deletes the folder with everything in it, as far as possible.
   ~TTempFolder();
   TTempFolder(const TTempFolder&) = delete;
   TTempFolder& operator=(const TTempFolder&) = delete;
 
-  // Full Windows path.
+  // Returns the full Windows path.
   const std::string& Path() const { return FPath; }
 
  private:
   TWorkQueue& FQueue;
   std::string FPath;
-  std::unique_ptr<win::TFileLock> FLock;  // tells other runs that this one is at work
+  std::unique_ptr<win::TFileLock> FLock;  // shows other runs that this one is active
 };
 
-// Creates folders, each only once however many files need it.
+// Creates folders, each only once.
 class TFolderMaker {
  public:
-  // Creates the folder with the folders above it. A failure is not reported: whatever is written there fails.
+  // Creates the folder and its parents. Failures are not reported, because writing to the folder fails then.
   void Need(const std::string& folder);
 
  private:

@@ -1,4 +1,4 @@
-// The last step of a run: the changed files are copied over their originals.
+// The last step of a run: copies the changed files over their originals.
 #include "MigWizard/run/RExpertRes.h"
 #include "MigWizard/run/Run.h"
 #include "rtl/text/Streams.h"
@@ -25,7 +25,7 @@ void TRun::Flush() const {
 }
 
 // The journal and the backups are on the disk before the first original is replaced. The journal remains
-// until the undo file has taken its place, whatever ends the run.
+// until it is renamed to the undo file, however the run ends.
 bool TRun::ReplaceWithJournal(const std::string& tempDir) {
   FChanged.RequireUnchanged();
   if (FOptions.MakeBackup) {
@@ -47,7 +47,7 @@ bool TRun::ReplaceWithJournal(const std::string& tempDir) {
   return succeeded;
 }
 
-// A run that changed nothing leaves the undo file of an earlier run.
+// If the run changed nothing, keeps the undo file of an earlier run.
 void TRun::WriteUndoFile() {
   const std::string undoName = UndoFileOf(FOptions.BackupDir);
   const TUndoList& list = FBackups.UndoList();

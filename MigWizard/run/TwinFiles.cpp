@@ -8,7 +8,7 @@
 namespace mig {
 namespace {
 
-// Returns True if two spellings name one file. Asks the disk only if they differ in case alone.
+// Returns True if two spellings name the same file. Accesses the disk only if they differ only in case.
 bool IsSameFile(const std::string& left, const std::string& right) {
   if (left == right) return true;
   if (win::UpperFileName(left) != win::UpperFileName(right)) return false;

@@ -1,5 +1,5 @@
-// Finds files of a run that would share one name in its temporary folder, its backup folder and its undo
-// file. Both operations raise ETwinFiles, before the second file takes the place of the first.
+// Finds files of a run that would share a name in its temporary folder, its backup folder and its undo file.
+// Both operations raise ETwinFiles, before the second file overwrites the first.
 #pragma once
 
 #include <string>
@@ -10,12 +10,12 @@ namespace mig {
 
 class TTwinFiles {
  public:
-  // For a project run, whose folders are flat: checks that no other file of the same bare name was added.
+  // For a project run, whose folders are flat: checks that no other file with the same bare name was added.
   // The same file may be added again, in any spelling.
   void AddBareName(const std::string& fileName);
 
-  // For a folder run: checks that no other file or folder was added whose full name differs from `name` in
-  // case alone. Checks and adds the folders above it as well.
+  // For a folder run: checks that no added file or folder has a full name that differs from `name` only in
+  // case. Also checks and adds the folders above it.
   void AddFullName(const std::string& name);
 
  private:

@@ -52,7 +52,7 @@ std::vector<std::string> FindUndoFiles(std::string_view dir) {
     if (number > 0 && (entry.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY))
       Look(JoinPath(base, entry.FileName), number, found);
   }
-  // By time and not by number alone, because a run takes the number of a folder that was deleted.
+  // Sorts by time, not only by number, because a run reuses the number of a deleted folder.
   std::sort(found.begin(), found.end(), [](const TFound& left, const TFound& right) {
     return left.Modified != right.Modified ? left.Modified > right.Modified : left.Number > right.Number;
   });

@@ -1,4 +1,4 @@
-// The record of a run: which file belongs where, and where its backup is. It becomes the undo file.
+// The record of a run: the changed files and their backups. It is saved as the undo file.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@ namespace mig {
 
 class TUndoList {
  public:
-  // Adds a file, or gives it another backup. Both are full Windows paths. Returns False if the file was
-  // there.
+  // Adds a file, or replaces its backup. Both are full Windows paths. Returns False if the file was in the
+  // list.
   bool Add(const std::string& fileName, const std::string& backupName);
 
   bool Empty() const { return FLines.Count() == 0; }
@@ -19,11 +19,11 @@ class TUndoList {
   // Writes the undo file, a full Windows path. Raises the exceptions of rtl::TFileStream.
   void Save(const std::string& undoFile) const { FLines.SaveToFile(undoFile); }
 
-  // Writes the undo file in one step, and brings it to the disk. Does not write through a link. After a
-  // failure a file of that name is as it was. Raises as Save does.
+  // Writes the undo file in one step and flushes it to the disk. Does not write through a link. Raises what
+  // Save raises; an existing file is unchanged then.
   void SaveToDisk(const std::string& undoFile) const;
 
-  // Returns the first line from which a restore cannot tell the two names; empty if there is none.
+  // Returns the first line that a restore cannot split into the two names, or an empty string.
   const std::string& FirstAmbiguousLine() const { return FAmbiguousLine; }
 
  private:
@@ -31,12 +31,11 @@ class TUndoList {
   std::string FAmbiguousLine;
 };
 
-// Returns True if an undo file can list the file: its name holds no "=" and no line end, nor does the backup's
-// name hold a line end.
+// Returns True if an undo file can list the file: `fileName` contains no "=" and neither name has a line end.
 bool CanBeListed(std::string_view fileName, std::string_view backupName);
 
-// Renames a file of the run to `target`, in one step, and brings the name to the disk. Raises
-// rtl::EFCreateError; both files are as they were then, unless only the disk failed.
+// Renames a file of the run to `target` in one step, and flushes the name to the disk. On failure raises
+// rtl::EFCreateError, and both files are unchanged, unless only the flush failed.
 void MoveToDisk(const std::string& source, const std::string& target);
 
 }  // namespace mig

@@ -12,8 +12,8 @@
 namespace mig {
 namespace {
 
-// Replaces bare names by the full names of modules. A module takes the first entry of its name that is still
-// a bare name.
+// Replaces bare names by the full names of modules. A module replaces the first entry of its name that is
+// still a bare name.
 void InitProjectUnits(const TReplaceOptions& options, const TRunHooks& hooks, rtl::TStringList& units) {
   units.SetText(options.UnitNames);
   std::unordered_map<std::string, std::deque<int>> bareNames;

@@ -1,4 +1,4 @@
-// The units with which a run starts: those of the active project that the user chose, or those of a folder.
+// The initial units of a run: the selected ones of the active project, or those of a folder.
 #pragma once
 
 #include <string>
@@ -10,13 +10,13 @@
 
 namespace mig {
 
-// Appends the full names of the units that `options` ask for and `hooks` do not exclude to the empty list
+// Appends the full names of the units that `options` select and `hooks` do not exclude to the empty list
 // `units`, in processing order. Appends folders that cannot be read to `leftOut`, and reports them with
 // OnWarning.
 void InitUnitList(const TReplaceOptions& options, const TRunHooks& hooks, rtl::TStringList& units,
                   std::vector<TLeftOut>& leftOut);
 
-// Returns the folder of a run, in which its log lies: the project's, or the folder to scan.
+// Returns the folder of a run, which holds its log: the project's folder, or the folder to scan.
 std::string RunFolder(const TReplaceOptions& options);
 
 }  // namespace mig

@@ -10,8 +10,8 @@
 namespace mig {
 namespace {
 
-// Returns True if the file that could not be looked at does not exist. Raises for every other reason: whether
-// there is a way back is not to be guessed.
+// Returns True if the file that could not be inspected does not exist. Raises for every other reason, because
+// the run must not guess whether there is a way back.
 bool IsMissing(const std::string& fileName) {
   const uint32_t error = win::GetLastError();
   if (error == win::ERROR_FILE_NOT_FOUND || error == win::ERROR_PATH_NOT_FOUND) return true;
@@ -84,7 +84,7 @@ void TRunLock::LockBackupFolder() {
     throw EWayBack(found, FOptions.BackupDir);
 }
 
-// Returns null if the folder does not exist or cannot be locked for another reason than a second run.
+// Returns null if the folder does not exist, or if locking fails for a reason other than a second run.
 std::unique_ptr<win::TFileLock> TRunLock::Lock(const std::string& folder) const {
   auto lock = win::LockFolder(folder);
   if (!lock && win::GetLastError() == win::ERROR_SHARING_VIOLATION)

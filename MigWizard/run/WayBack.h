@@ -1,11 +1,11 @@
-// What a backup folder says about earlier runs, and how a strict run keeps clear of them.
+// Finds the way back of earlier runs in a backup folder, and keeps strict runs from destroying it.
 //
 //   options.BackupDir = ChooseBackupDir("C:\\App");  // C:\App\RBackup, or RBackup.2, ...
 //   if (FindWayBack(userChoice) == TWayBack::UndoFile) AskTheUser();
 //
 // The way back from a run is its undo file with the backups that it lists. While a strict run replaces the
-// originals, a journal takes the undo file's place: it has the same lines, is restored from in the same way,
-// and becomes the undo file when the run ends. So a journal belongs to a run that did not end.
+// originals, it has a journal instead: a file with the same lines, which can be restored in the same way, and
+// which is renamed to the undo file when the run ends. So a journal belongs to a run that did not end.
 #pragma once
 
 #include <memory>
@@ -23,22 +23,22 @@ namespace mig {
 
 enum class TWayBack { None, UndoFile, Journal };
 
-// Returns what the backup folder, a full Windows path, holds. A journal counts before an undo file; an undo
-// file that lists nothing does not count. Raises rtl::EFOpenError if one of them cannot be looked at.
+// Returns the contents of the backup folder, a full Windows path. A journal takes precedence over an undo
+// file; an empty undo file is ignored. Raises rtl::EFOpenError if one of them cannot be inspected.
 TWayBack FindWayBack(std::string_view backupDir);
 
 // Returns the full name of the undo file or the journal of a backup folder.
 std::string UndoFileOf(std::string_view backupDir);
 std::string JournalOf(std::string_view backupDir);
 
-// Returns the first of RBackup, RBackup.2, RBackup.3, ... under `base`, a full Windows path, that holds no way
-// back. So repeated runs can be taken back one by one, the last one first.
+// Returns the first of RBackup, RBackup.2, RBackup.3, ... under `base`, a full Windows path, that holds no
+// way back, so that repeated runs can be undone one by one, the last one first.
 std::string ChooseBackupDir(std::string_view base);
-// Returns the first of `folder`, `folder`.2, `folder`.3, ... that holds no way back. Both raise as FindWayBack
-// does.
+// Returns the first of `folder`, `folder`.2, `folder`.3, ... that holds no way back. Both raise what
+// FindWayBack raises.
 std::string FreeBackupDir(const std::string& folder);
 
-// A strict run was refused, and made nothing, because its backup folder holds the way back of an earlier run.
+// Raised if a strict run is refused, before it makes anything, because its backup folder holds a way back.
 class EWayBack : public rtl::Exception {
  public:
   EWayBack(TWayBack kind, std::string_view backupDir);
@@ -50,22 +50,22 @@ class EWayBack : public rtl::Exception {
   std::string FBackupDir;
 };
 
-// A strict run was refused, and made nothing, because another one is at work in one of its folders.
+// Raised if a strict run is refused, before it makes anything, because another run uses one of its folders.
 class ERunIsBusy : public rtl::Exception {
   using Exception::Exception;
 };
 
-// Holds the folders of a strict run, so that a second run in one of them is refused. Does nothing for others.
+// Locks the folders of a strict run, so that a second run in one of them is refused. Other runs lock nothing.
 class TRunLock {
  public:
-  // Locks the run's folder, and the backup folder if it exists. Raises ERunIsBusy if another run holds one of
-  // them, and EWayBack if the backup folder may not be used.
+  // Locks the run's folder, and the backup folder if it exists. Raises ERunIsBusy if another run has locked
+  // one of them, and EWayBack if the backup folder must not be used.
   explicit TRunLock(const TReplaceOptions& options);
   ~TRunLock();
   TRunLock(const TRunLock&) = delete;
   TRunLock& operator=(const TRunLock&) = delete;
 
-  // Locks the backup folder after it was created. Raises as the constructor does.
+  // Locks the backup folder after its creation. Raises what the constructor raises.
   void LockBackupFolder();
 
  private:

@@ -15,7 +15,7 @@ TWorkQueue::TWorkQueue() {
   try {
     FWorker = std::thread([this] { Work(); });
   } catch (const std::system_error&) {
-    // The system has no thread to give.
+    // The system cannot create another thread: work without a worker.
   }
 }
 
@@ -70,7 +70,7 @@ void TWorkQueue::Cancel() noexcept {
   FSpeculative.clear();
   FTasks.clear();
   FDone.wait(lock, [this] { return FRunning == 0; });
-  FTasks.clear();  // those that running tasks have pushed
+  FTasks.clear();  // tasks pushed by running tasks
 }
 
 void TWorkQueue::Work() {
@@ -79,7 +79,7 @@ void TWorkQueue::Work() {
     files = win::AnotherHostFileSystem();
     files->HoldFolders(true);
   } catch (const std::bad_alloc&) {
-    return;  // the other thread does everything
+    return;  // the creating thread does every task
   }
   const win::TFileSystemOverride inForce(*files);
   std::unique_lock lock(FMutex);

@@ -1,14 +1,14 @@
-// A work queue for two threads: the one that creates it, and a worker.
+// A work queue with two threads: the creating thread, and a worker.
 //
 //   TWorkQueue queue;
 //   queue.Push([] { CopyOneFile(); });
 //   queue.Wait();
 //
-// There are two kinds of tasks. A task is done by one of the two threads before Wait returns. A speculative
-// task prepares something that the creating thread will need; that thread does it itself if the worker has
-// not started it by then. Each thread has its own file system in force. Where the file system in force is not
-// the host's own (win/FileSystem.h), there is no worker: speculative tasks are dropped, and a task is done
-// when it is pushed. The same holds if the system has no thread to give.
+// There are two kinds of tasks. A task is done by either thread before Wait returns. A speculative task
+// prepares a result that the creating thread will need; if the worker has not started it by then, that thread
+// computes the result itself. Each thread has its own current file system. If the current file system is not
+// the host's own (win/FileSystem.h), or the system cannot create a thread, there is no worker: speculative
+// tasks are dropped, and a task is done when it is pushed.
 #pragma once
 
 #include <condition_variable>
@@ -26,27 +26,26 @@ class TWorkQueue {
   using TTask = std::function<void()>;
 
   TWorkQueue();
-  // Cancels, and ends the worker.
+  // Cancels all tasks and ends the worker.
   ~TWorkQueue();
   TWorkQueue(const TWorkQueue&) = delete;
   TWorkQueue& operator=(const TWorkQueue&) = delete;
 
-  // Pushes tasks for the worker alone, which takes the last one first. They must raise nothing.
+  // Pushes tasks for the worker only, which pops the last one first. They must raise nothing.
   void PushSpeculative(std::vector<TTask> tasks);
 
-  // Pushes a task for either thread. Tasks run at the same time as others, and may push further ones. What a
-  // task raises is kept for Wait; without a worker it is raised here.
+  // Pushes a task for either thread. It may run at the same time as others, and may push further tasks. Wait
+  // raises the task's exception; without a worker, Push raises it.
   void Push(TTask task);
 
-  // Works on the tasks until at most `limit` of them have not been started.
+  // Works on the tasks until at most `limit` of them are not started.
   void WaitForRoom(size_t limit);
 
-  // Drops the speculative tasks, and works on the others until all are done. Raises what the first task to
-  // fail has raised since the last call; the other tasks are done all the same.
+  // Drops the speculative tasks, and works on the others until all are done. Raises the first exception of a
+  // task since the last call; all tasks are done in any case.
   void Wait();
 
-  // Drops all tasks that have not been started, and waits for those that have. What they raised stays for
-  // Wait.
+  // Drops all tasks that are not started, and waits for those that are. Their exceptions are kept for Wait.
   void Cancel() noexcept;
 
  private:
