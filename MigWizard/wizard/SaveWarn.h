@@ -1,4 +1,4 @@
-// The last question before a run touches the open project, which the user can silence for good.
+// The last question before a run changes the open project. The user can disable it permanently.
 #pragma once
 
 #include <string>
@@ -8,10 +8,9 @@
 
 namespace mig {
 
-// Asks whether the operation may go on, and returns the answer. Returns True without a question where the
-// user has silenced this one. `title` is the dialog's caption and the section of the settings. Each of the
-// four combinations of arguments has a flag of its own there, which is written when the user says Yes, and at
-// no other time.
+// Asks whether to continue, and returns the answer. Returns True without asking if the user has disabled this
+// question. `title` is the dialog's caption and the section of the settings. Each of the four combinations of
+// arguments has its own flag there, which is written only when the user answers Yes.
 [[nodiscard]] bool ShowSaveWarning(const std::string& title, bool isProject, bool isRestore);
 
 class TSaveWarnForm : public rtl::TForm {

@@ -22,7 +22,7 @@ bool PickFolder(std::string& folder) {
   return rtl::SelectDirectory(SSelectDirectory, "", folder);
 }
 
-// A new entry goes in front; a known one stays where it is.
+// Inserts a new entry at the top; an existing one keeps its position.
 void AddToHistory(rtl::TComboBox& combo) {
   rtl::TStringList items = combo.Items();
   if (combo.Text().empty() || items.IndexOf(combo.Text()) >= 0) return;
@@ -103,7 +103,7 @@ void TWizardForm::FormShow() {
   if (!hasProject || FOptions->Dest == sdFolder) rbDestFolder.SetChecked(true);
   cbDirectory.SetText(FOptions->Directory);
   chSubDirs.SetChecked(FOptions->IncludeSubDirs);
-  // The backup folder of an earlier run is proposed through the history alone.
+  // The backup folder of an earlier run is offered in the history only.
   cbBackupDir.SetText("");
   chMakeBackup.SetChecked(FOptions->MakeBackup);
   chWriteLog.SetChecked(FOptions->WriteLog);
@@ -204,7 +204,7 @@ void TWizardForm::LoadHistory(const rtl::TRegIniFile& reg, std::string_view sect
   SetTop(reg.ReadInteger(section, "Top", Top()));
   cbDirectory.SetItems(Lines(reg.ReadString(section, "DirHistory", "")));
   cbBackupDir.SetItems(Lines(reg.ReadString(section, "BackDirHistory", "")));
-  // One Boolean holds the mode: whatever is not this form's replace mode comes back as restore.
+  // One Boolean stores the mode, so any mode other than this form's replace mode is loaded as restore.
   rbModeReplace.SetChecked(reg.ReadBool(section, "ReplaceMode", rbModeReplace.Checked()));
   rbModeRestore.SetChecked(!rbModeReplace.Checked());
   edUndoFile.SetText(reg.ReadString(section, "LastUndo", ""));

@@ -1,6 +1,6 @@
-// The dialog in which the user decides what a run does: replace or restore, the open project or a disk folder,
-// which units, where the backup goes, whether there is a log. It changes no file. On Finish it stores its state
-// in the options and closes; the expert does the rest.
+// The dialog in which the user chooses what a run does: replace or restore, the open project or a disk
+// folder, which units, where the backup goes, whether there is a log. It changes no file. On Finish it stores
+// its state in the options and closes; the expert does the run.
 //
 //   TWizardForm form;
 //   form.FProductName = "PRODUCT";
@@ -12,9 +12,9 @@
 //     form.SaveHistory(settings, section);
 //   }
 //
-// The form is a stack of seven pages, walked with Back and Next. What it does depends on the active page and on
-// the values of its controls only; nothing here knows how they are drawn. It knows one replace mode; a product's
-// form adds further ones.
+// The form is a stack of seven pages with Back and Next. Its behaviour depends only on the active page and
+// the values of its controls, not on how they are drawn. It has one replace mode; a product's form adds
+// further ones.
 #pragma once
 
 #include <memory>
@@ -32,7 +32,7 @@ class TRegIniFile;
 
 namespace mig {
 
-// What GetReplacerIndex returns for a restore.
+// The result of GetReplacerIndex for a restore.
 inline constexpr int kRestoreIndex = 100;
 
 class TWizardForm : public rtl::TForm {
@@ -43,7 +43,7 @@ class TWizardForm : public rtl::TForm {
   virtual int GetReplacerIndex() const;
   virtual void SetWelcomeText(std::string_view sourceName, std::string_view productName);
 
-  // The form's own settings: place, histories, mode, last undo file.
+  // Load and save the form's own settings: position, histories, mode, last undo file.
   void LoadHistory(const rtl::TRegIniFile& reg, std::string_view section);
   void SaveHistory(rtl::TRegIniFile& reg, std::string_view section) const;
 
@@ -53,11 +53,11 @@ class TWizardForm : public rtl::TForm {
   void NextStep();
   void PreviousStep();
 
-  // Returns the full name of the backup folder. An entry without a drive is below the project's or the target
-  // folder.
+  // Returns the full name of the backup folder. An entry without a drive is relative to the project's or the
+  // target folder.
   std::string GetBackupDir() const;
 
-  // --- Published handlers. Each is called by its name, too. ---
+  // --- Published handlers. Each can also be called by its name. ---
   void FormShow();
   void FormClose();
   void rbModeReplaceClick();
@@ -78,7 +78,7 @@ class TWizardForm : public rtl::TForm {
   void actMakeBackupUpdate();
   void actWriteLogUpdate();
 
-  // --- What the expert reaches. ---
+  // --- Accessed by the expert. ---
   std::string FProjectFile;             // full Windows path of the active project; empty without one
   std::string FProductName;             // without accelerator marks; set before the form is shown
   TReplaceOptions* FOptions = nullptr;  // filled on Finish; not owned; set before the form is shown
@@ -120,7 +120,7 @@ class TWizardForm : public rtl::TForm {
   bool UndoFileExists() const;
   bool DirectoryExists() const;
   bool CheckUnitsSelected() const;
-  // Actions on the way to another page, or instead of going there.
+  // Actions on the way to another page, or in place of changing the page.
   void FillModuleList();
   void SetDefaultBackupDir();
   void FillRestoreSummary();
@@ -129,10 +129,10 @@ class TWizardForm : public rtl::TForm {
   void RefuseDirectory();
 };
 
-// Makes a form of a class.
+// Creates a form of a class.
 using TWizardFormClass = std::unique_ptr<TWizardForm> (*)();
 
-// The form, while it exists.
+// The form, or null if there is none.
 extern std::unique_ptr<TWizardForm> WizardForm;
 
 }  // namespace mig

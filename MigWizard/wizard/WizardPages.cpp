@@ -96,7 +96,7 @@ constexpr rtl::TControlRow kControls[] = {
     {.Parent = "sbSummary", .Kind = Label, .Name = "lSummary"},
 
     {.Parent = "", .Kind = Button, .Name = "btPrev", .Text = "< Back", .Action = "actBack"},
-    // Of the two default buttons never more than one is enabled.
+    // At most one of the two default buttons is enabled.
     {.Parent = "", .Kind = Button, .Name = "btNext", .Text = "Next >", .Default = true, .Action = "actNext"},
     {.Parent = "", .Kind = Button, .Name = "btFinish", .Text = "Finish", .Default = true,
      .ModalResult = rtl::mrOk, .Action = "actFinish"},

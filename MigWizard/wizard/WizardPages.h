@@ -1,4 +1,4 @@
-// The wizard's form resource: its pages and controls with their texts, as they are before any code runs.
+// The wizard's form resource: its pages and controls with their texts, in their initial state.
 #pragma once
 
 #include "rtl/forms/Forms.h"

@@ -1,4 +1,4 @@
-// The wizard's walk: which page follows which, what is enabled where, and the summaries.
+// The wizard's steps: page transitions, enabling of controls, and the summaries.
 
 #include <cstddef>
 #include <string>
@@ -13,7 +13,7 @@
 
 namespace mig {
 
-// The first row of the active page whose condition holds is carried out.
+// A row of the step tables. The first row of the active page whose condition holds is executed.
 struct TWizardForm::TStepRow {
   TWizardPage Page;
   bool (TWizardForm::*Condition)() const;
@@ -100,7 +100,7 @@ void TWizardForm::Walk(std::span<const TStepRow> rows) {
   }
 }
 
-// --- Conditions, and what is done in their place ---
+// --- Conditions and actions of the step tables ---
 
 bool TWizardForm::UndoFileExists() const {
   return rtl::FileExists(edUndoFile.Text());
@@ -132,7 +132,7 @@ void TWizardForm::RefuseDirectory() {
 }
 
 void TWizardForm::FillModuleList() {
-  // Filled once, so that marks survive going back and forth.
+  // Fills the list only once, so that marks are kept when going back and forth.
   if (lbModules.Count() > 0) return;
   std::vector<std::string> names;
   const int count = TIDEUtils::GetModuleCount();
