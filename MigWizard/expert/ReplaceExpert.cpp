@@ -23,13 +23,13 @@ namespace {
 
 constexpr char kMenuCaption[] = "&Migration Wizard";
 
-// Component names hold no slash.
+// Replaces slashes, which component names must not contain.
 std::string AsComponentName(std::string name) {
   std::replace(name.begin(), name.end(), '/', '_');
   return name;
 }
 
-// Frees the wizard's form at the end of its use, however that comes.
+// Destroys the wizard's form at the end of its use, also after an exception.
 struct TFormRelease {
   ~TFormRelease() { WizardForm.reset(); }
 };
@@ -50,7 +50,7 @@ bool IsOfActiveProject(IOTAModule& module) {
   return false;
 }
 
-// The host shows what the run has written. All units of the project, chosen for the run or not.
+// Makes the host show the new files of all units of the project, selected for the run or not.
 void ReloadProjectUnits() {
   const int count = TIDEUtils::GetModuleCount();
   for (int i = 0; i < count; ++i) {
@@ -144,7 +144,7 @@ void TCompReplaceExpert::DoReplace(TComponentReplacer& replacer) {
   if (!replacer.LeftOut().empty()) ShowLeftOut(replacer.LeftOut(), title);
 }
 
-// Returns True if the run may use the backup folder of the options, which the user may have changed.
+// Returns True if the run may use the backup folder in the options, which the user may have changed here.
 bool TCompReplaceExpert::PrepareBackups(TReplaceOptions& options) {
   options.Policy = {};
   options.Policy.Strict = true;
@@ -165,7 +165,7 @@ void TCompReplaceExpert::DoRestore(std::string_view undoFile) {
   const std::string title = Options().GetTitle();
   if (!ShowSaveWarning(title, /*isProject=*/false, /*isRestore=*/true)) return;
   const std::string project = TIDEUtils::GetProjectFileName();
-  // Where the host refuses to close, the files are restored all the same.
+  // If the host refuses to close, restores the files anyway.
   TIDEUtils::CloseProjectGroup();
   const bool restored = GetFirstReplacer().Restore(undoFile);
   ShowOutcome(restored, SRestoreSuccess, SRestoreFailed, title);

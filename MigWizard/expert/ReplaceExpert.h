@@ -1,8 +1,8 @@
-// TCompReplaceExpert: what the host loads. It puts an item into the product's menu; a click there shows the
-// wizard and then wraps the run in what the host has to do around it: save, hide forms, run, reload; or
-// close, restore, reopen.
+// TCompReplaceExpert is the expert that the host loads. It adds an item to the product's menu. A click on the
+// item shows the wizard and then does the run, together with the steps that the host needs around it: save,
+// hide forms, run, reload for a replacement; close, restore, reopen for a restore.
 //
-// Everything that belongs to one product comes in as an argument. The host owns the expert through its
+// Everything specific to one product is passed in as an argument. The host owns the expert through its
 // reference count:
 //
 //   auto expert = toolsapi::MakeIntf<TCompReplaceExpert>(formClass, "PRODUCT", menu, firstReplacer);
@@ -25,37 +25,38 @@
 
 namespace mig {
 
-// What to do about a backup folder that holds the undo file of an earlier run.
+// How to treat a backup folder that holds the undo file of an earlier run.
 enum class TBackupAnswer { Cancel, UseNewFolder, Overwrite };
 
 class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWizard> {
  public:
-  // `formClass` makes the wizard's form. Replacers are not owned, and outlive the expert; all of them share
-  // the options of the first. The menu item is in the host's main menu when this returns, and nothing here
-  // takes it out again: it does nothing once the expert is gone.
+  // `formClass` creates the wizard's form. Replacers are not owned and must outlive the expert; all of them
+  // share the options of the first. Adds the menu item to the host's main menu. The item is never removed,
+  // but does nothing after the expert is destroyed.
   TCompReplaceExpert(TWizardFormClass formClass, std::string_view productName, const qrl::TProductMenu& menu,
                      TComponentReplacer& replacer);
 
-  // Asks the user after Finish; `found` says what the backup folder holds, in a sentence for the user. Not called
-  // for a journal, which has to be restored first. Unset: the run is refused with that sentence.
+  // Asks the user after Finish. `found` describes the contents of the backup folder in a sentence for the
+  // user. Not called for a journal, because a journal has to be restored first. If unset, the run is refused
+  // with that sentence.
   std::function<TBackupAnswer(const EWayBack& found)> OnBackupsFound;
 
-  // At the end of the list; the index is what the wizard's GetReplacerIndex means.
+  // Appends a replacer. Its index in the list is the result of the wizard's GetReplacerIndex.
   void AddReplacer(TComponentReplacer& replacer) { FReplacers.push_back(&replacer); }
   TComponentReplacer& GetReplacer(int index) const { return *FReplacers.at(static_cast<size_t>(index)); }
   TComponentReplacer& GetFirstReplacer() const { return GetReplacer(0); }
 
-  // One use of the wizard, from the click to the stored settings. Exceptions of a run pass through; the form
-  // is gone then, and nothing is stored.
+  // Shows the wizard, does the run that the user chose, and stores the settings. Passes on exceptions of the
+  // run; the form is destroyed then, and nothing is stored.
   void ShowWizard();
-  // The settings of the options and of WizardForm, from and to the user's store.
+  // Load and save the settings of the options and of WizardForm in the user's store.
   void LoadSettings();
   void SaveSettings();
-  // A run and a restore, with what the host does before and after them, and the message of the outcome. The
-  // user's No to the question before them ends them without a message. Runs are strict (TRunPolicy).
+  // Do a replacement or a restore with the host's steps before and after it, and show its outcome. Show
+  // nothing if the user answers No to the question before the run. Runs are strict (TRunPolicy).
   void DoReplace(TComponentReplacer& replacer);
   void DoRestore(std::string_view undoFile);
-  // Brings the source editors of the active project's units with forms to the front, so that no form is seen.
+  // Shows the source editor of each unit with a form in the active project, which hides the form.
   void HideProjectForms();
 
   // --- IOTAWizard ---
@@ -66,7 +67,7 @@ class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWiza
   std::string GetIDString() override;
   std::string GetName() override;
   toolsapi::TWizardState GetState() override { return 0; }
-  void Execute() override {}  // the wizard starts through its menu item alone
+  void Execute() override {}  // the wizard starts from its menu item only
 
  private:
   bool PrepareBackups(TReplaceOptions& options);
@@ -77,11 +78,10 @@ class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWiza
   std::string FProductName;
   TWizardFormClass FWizardFormClass;
   std::vector<TComponentReplacer*> FReplacers;
-  std::shared_ptr<TCompReplaceExpert*> FSelf;  // the menu item holds it weakly
+  std::shared_ptr<TCompReplaceExpert*> FSelf;  // the menu item holds a weak reference to it
 };
 
-// Makes `form` through the class reference, unless there is one. After an exception of the class `form` is
-// nothing.
+// Creates `form` with `formClass`, unless `form` is already set. If `formClass` raises, `form` is null.
 void CreateWizardForm(TWizardFormClass formClass, std::unique_ptr<TWizardForm>& form);
 
 }  // namespace mig
