@@ -1,8 +1,8 @@
-// The catalogue of the target product: which class publishes which properties. It is a data file,
-// catalogue.txt, that is compiled in; whoever has the product at hand can put another file in its place.
+// The catalogue of the target product: the published properties of each class. It is a data file,
+// catalogue.txt, which is compiled in and can be replaced by anyone who has the product.
 //
-// The format: `#` begins a comment; `class NAME` or `class NAME : BASE` begins a class, whose base stands
-// above it; then comes a property a line, indented.
+// The format: `#` begins a comment; `class NAME` or `class NAME : BASE` begins a class, after its base; then
+// follows one property per line, indented.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@
 
 namespace target {
 
-// The text is no catalogue. The message names the origin and the line.
+// A text is not a valid catalogue. The message names the origin and the line.
 class ECatalogue : public rtl::Exception {
  public:
   using Exception::Exception;
@@ -22,19 +22,20 @@ class ECatalogue : public rtl::Exception {
 
 class TCatalogue {
  public:
-  // `origin` names the text in messages. Raises ECatalogue.
+  // `origin` names the text in messages. Raises ECatalogue if the text is not valid.
   TCatalogue(std::string_view text, std::string_view origin);
   static TCatalogue BuiltIn();
 
-  // What `className` publishes, base classes included. Raises ECatalogue if there is no such class.
+  // Returns the published properties of `className`, including those of base classes. Raises ECatalogue if
+  // there is no such class.
   rtl::TClassInfo ClassInfo(std::string_view className) const;
-  // The catalogue in its file format.
+  // Returns the catalogue in its file format.
   std::string Text() const;
 
  private:
   struct TClass {
     std::string Name, Base;
-    std::vector<std::string> Properties;  // its own
+    std::vector<std::string> Properties;  // without inherited ones
   };
   const TClass* Find(std::string_view name) const;
   void AddClass(std::string_view declaration, const std::string& place);

@@ -1,5 +1,6 @@
-// The loadable module's only export. What lives as long as the module - options, replacers, class maps - is
-// made on the first call and freed when the module is unloaded; by then the host has let go of the expert.
+// The loadable module's only export. Objects with the lifetime of the module (options, replacers, class maps)
+// are created by the first call and destroyed when the module is unloaded, after the host has released the
+// expert.
 
 #include "MigWizard/wizard/Wizard.h"
 #include "qrl/QrlVcl.h"
@@ -36,7 +37,7 @@ void Watch(mig::TComponentReplacer& replacer, const TIntf<IHostRuntime>& runtime
   replacer.OnWarning = [runtime](std::string_view message) { runtime->RunWarning(message); };
 }
 
-// Takes the host's screen and settings for this module's own. A host that shares none is left as it is.
+// Uses the host's screen and settings as this module's own, if the host shares them.
 void ShareRuntime(const TIntf<IHostRuntime>& runtime) {
   if (!runtime) return;
   rtl::Application().SetFrontEnd(runtime->GetFrontEnd());

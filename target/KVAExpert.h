@@ -1,4 +1,4 @@
-// The expert of this product: its form, name, menu and replacers, put together.
+// Creates the expert of this product from its form, name, menu and replacers.
 #pragma once
 
 #include "MigWizard/expert/ReplaceExpert.h"
@@ -6,8 +6,8 @@
 
 namespace target {
 
-// The host's services are set (toolsapi/ToolsAPI.h). `migration` is not owned, and outlives the expert. The
-// order of the replacers is that of the wizard's modes.
+// The host's services must be set (toolsapi/ToolsAPI.h). `migration` is not owned and must outlive the
+// expert. The replacers are in the order of the wizard's modes.
 toolsapi::TIntf<mig::TCompReplaceExpert> MakeExpert(TKVAMigration& migration);
 
 }  // namespace target

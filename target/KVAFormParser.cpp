@@ -16,7 +16,7 @@ constexpr mig::TLoginField kInterBaseLogin[] = {
     {"PASSWORD", "Password"},
 };
 
-// The first row that fits decides; what fits none goes to the rules of TFormParser.
+// The first matching row decides; without one, the rules of TFormParser apply.
 constexpr mig::TPropertyRule kRules[] = {
     {"Database", {}, TPropertyEffect::Rename, "Connection"},
     {"DefaultDatabase", {}, TPropertyEffect::Rename, "DefaultConnection"},
@@ -37,7 +37,7 @@ constexpr mig::TPropertyRule kRules[] = {
      "DetailFields"},
 };
 
-// Old classes that the target's data sets take the place of, in lower case.
+// Old classes that are replaced by the target's data sets, in lower case.
 constexpr std::string_view kAutoCommitClasses[] = {
     "tquery",   "ttable",   "tstoredproc",   "twwquery",   "twwtable",  "twwstoredproc",
     "tibquery", "tibtable", "tibstoredproc", "tibdataset", "tibscript", "tibsql",

@@ -1,5 +1,5 @@
-// The form parser of the KORVA components, for both modes: the rules for the classes of InterBase Express, in
-// front of those for the Borland Database Engine, and the AutoCommit line of the data sets.
+// The form parser of the KORVA components, for both modes: the rules for the classes of InterBase Express,
+// before those for the Borland Database Engine, and the AutoCommit line of the data sets.
 #pragma once
 
 #include <string>
@@ -14,8 +14,8 @@ class TKVAFormParser : public mig::TFormParser {
   using TFormParser::TFormParser;
 
   void ConvertProperty(std::string_view propName, std::string_view propValue) override;
-  // Adds the entry `AutoCommit` to Properties if the object's old class, in any case of letters, is one of
-  // the data sets; behind all others, and also if there is one already.
+  // Appends the entry `AutoCommit` to Properties, even if there is one already, if the object's old class,
+  // ignoring case, is one of the data sets.
   void PrintObject(int level, std::string& text) override;
 };
 

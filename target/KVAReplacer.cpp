@@ -15,13 +15,13 @@ constexpr char kNewUnitsIBX[] = ", Quorel, KVA, KVAScript, Velmar, KVAError";
 
 constexpr completion::TTransactionRules kTransactionBDE = {"TDatabase", "TKVAConnection", "TKVATransaction",
                                                            "Transaction", "DefaultConnection"};
-// The connections of this mode have transactions of their own already.
+// The connections of this mode already have their own transactions.
 constexpr completion::TTransactionRules kTransactionIBX = {};
 
 struct TClassRow {
   const char* OldClass;
   const char* NewClass;
-  bool Registers;  // enters the new class into the registry, so that the property filter works for it
+  bool Registers;  // adds the new class to the registry, which the property filter needs
 };
 
 constexpr TClassRow kClassesBDE[] = {

@@ -1,5 +1,5 @@
-// What becomes what in this migration, at the level of whole names: the class maps of both modes, the units
-// that go into uses clauses, and the one place where a unit gets more than a name.
+// The names of this migration: the class maps of both modes, the units to insert into uses clauses, and the
+// one replacement in units that is more than a name.
 #pragma once
 
 #include <memory>
@@ -19,13 +19,13 @@ class TKVAComponentReplacer : public mig::TComponentReplacer {
   using TComponentReplacer::TComponentReplacer;
 
  protected:
-  // A declaration of a `TDatabase`, spelled so, becomes two: of the connection, and of its transaction.
+  // Replaces a declaration of `TDatabase`, spelled exactly so, by two: the connection and its transaction.
   std::string GetReplacement(std::string_view oldClass, std::string_view newClass) override;
 };
 
-// The objects that live as long as the program: the options, and a replacer for each mode that shares them.
-// Making it fills the class maps, and enters the target classes with what `catalogue` says that they publish
-// into the registry (rtl/ClassRegistry.h). Raises rtl::Exception if the catalogue lacks one of them.
+// The objects with the lifetime of the program: the options, and a replacer for each mode, which share them.
+// The constructor fills the class maps, and registers the published properties of the target classes, from
+// `catalogue`, in the registry (rtl/ClassRegistry.h). Raises rtl::Exception if the catalogue lacks a class.
 class TKVAMigration {
  public:
   explicit TKVAMigration(const TCatalogue& catalogue);
@@ -35,7 +35,7 @@ class TKVAMigration {
   TKVAComponentReplacer& BDE() { return *FReplacerBDE; }
   TKVAComponentReplacer& IBX() { return *FReplacerIBX; }
 
-  // Adds these steps to the runs of both replacers from now on.
+  // Adds these steps to all following runs of both replacers.
   void Complete(const completion::TSteps& steps);
 
  private:
@@ -43,7 +43,7 @@ class TKVAMigration {
   std::unique_ptr<TKVAComponentReplacer> FReplacerBDE;
   std::unique_ptr<TKVAComponentReplacer> FReplacerIBX;
 
-  // The completion of one replacer, and what it refers to.
+  // The completion of one replacer, and the objects to which it refers.
   struct TCompletionOf {
     TCompletionOf(TKVAComponentReplacer& replacer, const completion::TSteps& steps, std::string_view newUnits,
                   const completion::TTransactionRules& transaction);

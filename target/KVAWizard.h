@@ -1,4 +1,4 @@
-// The wizard as the user sees it: a third mode, for the second family of components.
+// The product's wizard: adds a third mode, for the second family of components.
 #pragma once
 
 #include <memory>
@@ -11,15 +11,15 @@ class TKVAWizardForm : public mig::TWizardForm {
  public:
   TKVAWizardForm();
 
-  // The index of the replacer: 0 for BDE, 1 for IBX; mig::kRestoreIndex for a restore.
+  // Returns the index of the replacer: 0 for BDE, 1 for IBX; mig::kRestoreIndex for a restore.
   int GetReplacerIndex() const override;
 
-  void FormShow();  // published, in place of the inherited one
+  void FormShow();  // published; replaces the inherited one
 
   rtl::TRadioButton& rbModeReplaceIBX;
 };
 
-// The class of the form, for the expert.
+// Creates the form. The expert uses it as the class of the form.
 std::unique_ptr<mig::TWizardForm> NewKVAWizardForm();
 
 }  // namespace target

@@ -36,7 +36,7 @@ std::vector<std::string> Split(std::string_view list, char separator) {
   return parts;
 }
 
-// The old class, and its new one if it is in the map.
+// Returns the old class, and its new one if it is in the map.
 std::vector<std::string> OwnersOf(const std::string& oldClass, const mig::TClassMap& classes) {
   std::vector<std::string> owners{oldClass};
   if (const std::string* newClass = classes.Find(oldClass)) owners.push_back(*newClass);

@@ -8,12 +8,12 @@
 
 namespace target {
 
-// Reads a list in the format of oldnames.txt. Members of an old class count for its new class too, so that units are
-// understood before and after their conversion. Raises rtl::Exception on a line that is not understood, with its
-// number.
+// Reads a list in the format of oldnames.txt. Members of an old class also count for its new class, so that
+// units are understood before and after their conversion. Raises rtl::Exception with the line number for a
+// line that is not valid.
 mig::TOldNames ReadOldNames(std::string_view text, const mig::TClassMap& classes);
 
-// The list that is compiled in.
+// Returns the compiled-in list.
 mig::TOldNames BuiltInOldNames(const mig::TClassMap& classes);
 
 }  // namespace target
