@@ -1,4 +1,4 @@
-// What was known before: the findings of an earlier report.
+// The baseline: the findings of an earlier report.
 #include <map>
 #include <nlohmann/json.hpp>
 #include <tuple>

@@ -1,4 +1,4 @@
-// The report as one page that needs nothing else: the page of ReportPage.html with the findings in it.
+// The report as one self-contained page: ReportPage.html with the findings inserted.
 #include <nlohmann/json.hpp>
 
 #include "report/JsonText.h"
@@ -78,7 +78,7 @@ TJson DataOf(const TReport& report) {
 
 std::string HtmlReport(const TReport& report) {
   std::string data;
-  // Within a script element, "<" could end it.
+  // Escapes "<", which could end the script element.
   for (const char c : TextOf(DataOf(report), -1))
     data += c == '<' ? std::string("\\u003C") : std::string(1, c);
   std::string page = kReportPage;

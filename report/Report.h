@@ -1,4 +1,4 @@
-// What a run did and left, in the forms that people and programs read.
+// Reports for people and programs: what a run did, and what it left to do.
 //
 //   report::TReport data{info, findings.Finish()};
 //   const std::string text = report::MakeReport(data, "out.json");
@@ -18,23 +18,23 @@
 
 namespace report {
 
-// A report cannot be made, or a baseline cannot be read.
+// A report cannot be created, or a baseline cannot be read.
 class EReport : public rtl::Exception {
  public:
   using Exception::Exception;
 };
 
-// What was run.
+// The parameters of a run.
 struct TRunInfo {
   std::string Version;               // of the program
   std::string Mode;                  // "bde" or "ibx"
   std::string Scope;                 // "folder" or "project"
-  std::string Path;                  // the folder or the project, as a path of this machine
+  std::string Path;                  // the folder or the project, as a host path
   std::string Folder;                // full Windows path of the folder of the run
   std::string Time;                  // "2026-11-23T05:46:14Z"
   std::vector<std::string> Options;  // as typed
-  bool IsPreview = false;            // nothing was written
-  std::string BackupFolder;          // as a path of this machine; empty without backups
+  bool IsPreview = false;            // True if nothing was written
+  std::string BackupFolder;          // host path; empty without backups
 };
 
 struct TReport {
@@ -42,7 +42,7 @@ struct TReport {
   std::vector<mig::TFileReport> Files;  // in the order of the run
 };
 
-// Counts, all of them sums over the files and their findings.
+// Counts, summed over the files and their findings.
 struct TSummary {
   size_t FilesRead = 0, FilesChanged = 0;
   size_t ObjectsConverted = 0;
@@ -60,26 +60,27 @@ TSummary Summarize(const TReport& report);
 // Returns the file's path below the folder of the run, with "/".
 std::string PathOf(const TReport& report, const mig::TFileReport& file);
 
-// Returns True if there is a report of that file name: .json, .sarif, .html or .htm, in any case.
+// Returns True if reports can be written to that file name: .json, .sarif, .html or .htm, ignoring case.
 bool IsReportName(std::string_view fileName);
-// Returns the report that the extension of `fileName` asks for. Raises EReport for any other extension.
+// Returns the report in the format of the extension of `fileName`. Raises EReport for any other extension.
 std::string MakeReport(const TReport& report, std::string_view fileName);
 
 std::string JsonReport(const TReport& report);
 std::string SarifReport(const TReport& report);
 std::string HtmlReport(const TReport& report);
 
-// Returns at most 15 lines for people. `reports` are the names of the reports that were written.
+// Returns at most 15 lines for people. `reports` are the names of the written reports.
 std::vector<std::string> SummaryLines(const TReport& report, const std::vector<std::string>& reports);
 
-// Returns a finding as compilers print it: "Main.dfm(120,5): warning dropped-property: ...".
+// Returns a finding in the format of compilers: "Main.dfm(120,5): warning dropped-property: ...".
 std::string FindingLine(const std::string& path, const mig::TFinding& finding);
 
-// Removes the findings that the report `json` of an earlier run has. Lines and columns may differ; of findings that
-// are otherwise the same, as many are removed as `json` has. Raises EReport if `json` is no such report.
+// Removes the findings that the report `json` of an earlier run contains. Ignores lines and columns; of
+// findings that are equal otherwise, removes as many as `json` contains. Raises EReport if `json` is not a
+// report.
 void RemoveKnown(TReport& report, std::string_view json);
 
-// Returns docs/rules.md.
+// Returns the text of docs/rules.md.
 std::string RuleBook();
 
 }  // namespace report

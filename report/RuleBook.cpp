@@ -1,4 +1,4 @@
-// docs/rules.md, made from the table of rules.
+// Generates docs/rules.md from the table of rules.
 #include <algorithm>
 
 #include "report/Report.h"

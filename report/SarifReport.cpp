@@ -1,4 +1,4 @@
-// The report as SARIF 2.1.0, the format that editors and code review services read.
+// The report as SARIF 2.1.0, the format of editors and code review services.
 #include <cstdint>
 #include <cstdio>
 #include <map>
@@ -14,7 +14,7 @@ using TJson = nlohmann::ordered_json;
 
 constexpr char kBase[] = "SRCROOT";
 
-// A path as a relative reference of a URI.
+// Returns a path as a relative URI reference.
 std::string UriOf(const std::string& path) {
   std::string uri;
   for (const char c : path) {
@@ -27,8 +27,8 @@ std::string UriOf(const std::string& path) {
   return uri;
 }
 
-// What makes a finding the same one after lines have moved: everything but its place. `count` tells apart findings
-// that are otherwise the same, in the order of the file.
+// Identifies a finding independently of its place, so that it stays the same after lines have moved. `count`
+// distinguishes otherwise equal findings, in the order of the file.
 std::string FingerprintOf(const std::string& path, const mig::TFinding& finding,
                           std::map<std::string, int>& counts) {
   std::string text(mig::RuleOf(finding.Rule).Name);

@@ -1,4 +1,4 @@
-// The summary of a run, for people, on a terminal.
+// The summary of a run for people, on a terminal.
 #include <algorithm>
 
 #include "report/Report.h"
@@ -14,7 +14,7 @@ std::string Counted(size_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
-// "A 3, B 2 and 4 more"
+// Returns a text like "A 3, B 2 and 4 more".
 template <typename TList, typename TText>
 std::string FirstOf(const TList& list, TText textOf) {
   std::string text;
@@ -33,7 +33,7 @@ size_t CountOf(const TSummary& summary, mig::TLevel level) {
   return place == summary.Levels.end() ? 0 : place->second;
 }
 
-// Why a run may have found nothing to convert.
+// Returns a possible reason why a run found nothing to convert.
 std::string WhyNothing(const TReport& report, const TSummary& summary) {
   const bool isFolder = report.Run.Scope == "folder";
   const std::vector<std::string>& options = report.Run.Options;
