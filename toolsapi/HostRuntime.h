@@ -1,6 +1,6 @@
-// What a host shares with a loadable module beyond the IDE's interfaces. Inside the IDE the run-time library
-// is a package that all modules share. Here every module has a copy of its own, and uses the host's front
-// end, settings of the platform layer and observer of runs through this interface.
+// The objects that a host shares with a loadable module besides the IDE's interfaces. Inside the IDE the
+// run-time library is a package that all modules share. Here every module has a copy of its own, and uses the
+// host's front end, settings of the platform layer and observer of runs through this interface.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ class IFrontEnd;
 
 namespace toolsapi {
 
-// A step that a run of the module is about to take. The views are valid during the call.
+// The next step of a run of the module. The views are valid during the call.
 struct TRunStep {
   std::string_view Title;        // of the wizard
   std::string_view FileName;     // full Windows path of the next file; empty after the last
@@ -28,16 +28,16 @@ struct TRunStep {
 class IHostRuntime : public IInterface {
  public:
   using TBase = IInterface;
-  // Not owned, and outlives the module; null in a host without a screen.
+  // Returns the front end, or null if the host has no screen. Not owned; outlives the module.
   virtual rtl::IFrontEnd* GetFrontEnd() = 0;
   virtual uint32_t GetSourceCodePage() = 0;
   // Returns the host path of the folder that a drive letter is mapped to, or an empty string.
   virtual std::string GetDriveFolder(char letter) = 0;
-  // True when a long operation begins, False when it ends.
+  // Called with True when a long operation begins, and with False when it ends.
   virtual void ShowWaiting(bool waiting) = 0;
-  // An exception out of it, rtl::EAbort when the user wants to stop, ends the run.
+  // Called before each step of a run. An exception, rtl::EAbort if the user wants to stop, ends the run.
   virtual void RunAdvanced(const TRunStep& step) = 0;
-  // A line for the user about something that does not stop the run.
+  // Called with a line for the user about a problem that does not stop the run.
   virtual void RunWarning(std::string_view message) = 0;
 
  protected:

@@ -3,8 +3,8 @@
 //   class TExpert : public TInterfacedObject<IOTAWizard> { ... };
 //   TIntf<IOTAWizard> wizard = MakeIntf<TExpert>();
 //
-// The object is destroyed with its last reference. Make it with MakeIntf, never on the stack. References that
-// come and go while its constructor runs do not destroy it.
+// The object is destroyed with its last reference. Create it with MakeIntf, never on the stack. References
+// that are added and released while its constructor runs do not destroy it.
 #pragma once
 
 #include <utility>
@@ -19,7 +19,7 @@ class TInterfacedObject : public TInterfaces... {
   TInterfacedObject(const TInterfacedObject&) = delete;
   TInterfacedObject& operator=(const TInterfacedObject&) = delete;
 
-  // Finds each of TInterfaces and their bases; IInterface is that of the first one listed.
+  // Finds the interfaces in TInterfaces and their bases; IInterface is that of the first one.
   [[nodiscard]] void* QueryInterface(const TGuid& id) override {
     void* found = nullptr;
     ((found = found ? found : FindInLine<TInterfaces>(static_cast<TInterfaces*>(this), id)), ...);
@@ -51,7 +51,7 @@ class TInterfacedObject : public TInterfaces... {
   }
 
  private:
-  int FRefCount = 1;  // taken over by the TIntf of MakeIntf
+  int FRefCount = 1;  // passed on to the TIntf of MakeIntf
 };
 
 template <class T, class... TArgs>

@@ -1,8 +1,8 @@
 // Reference-counted interfaces with identities, as the host's programming interface uses them.
 //
 // An interface is an abstract class with single inheritance from IInterface. Its identity, a GUID, is
-// declared next to it. A cast to an interface without an identity does not compile; such an interface comes
-// from operations of others alone. TIntf keeps the reference count:
+// declared next to it. A cast to an interface without an identity does not compile; such an interface is only
+// returned by other operations. TIntf keeps the reference count:
 //
 //   TIntf<IOTAModule> module = services->GetModule(0);
 //   if (auto group = Supports<IOTAProjectGroup>(module)) group->Close();
@@ -55,14 +55,14 @@ class TGuid {
   std::array<uint8_t, 16> FBytes{};
 };
 
-// An identity, with the name of the interface for messages.
+// An identity, and the name of the interface for messages.
 struct TInterfaceId {
   std::string_view Name;
   TGuid Guid;
 };
 
 struct TNoIdentity {};
-// The identity of an interface, given by a specialisation next to the interface. Not inherited.
+// The identity of an interface, defined by a specialisation next to the interface. Not inherited.
 template <class T>
 inline constexpr TNoIdentity kIdOf{};
 template <class T>
@@ -76,7 +76,7 @@ class IInterface {
   // Returns the object's interface of that identity, with one reference counted for the caller, or null. The
   // pointer is to the interface's class. The result for one object and one identity never changes.
   [[nodiscard]] virtual void* QueryInterface(const TGuid& id) = 0;
-  // Return the count after the call. At 0 the object is destroyed, by its own module.
+  // Return the new count. At 0 the object is destroyed, by its own module.
   virtual int AddRef() = 0;
   virtual int Release() = 0;
 
@@ -111,7 +111,7 @@ class TIntf {
     return *this;
   }
 
-  // Takes over a reference that has been counted.
+  // Takes ownership of a reference that is already counted.
   static TIntf Adopt(T* object) {
     TIntf result;
     result.FObject = object;

@@ -1,5 +1,5 @@
-// The programming interface of the host, as far as the system uses it. Declarations only; host/ implements
-// them for the stand-alone host.
+// The part of the host's programming interface that the system uses. Declarations only; host/ implements them
+// for the stand-alone host.
 //
 // File names are full Windows paths in UTF-8. Indices count from 0 and must be in range. Exceptions of the
 // host pass through every operation. A returned interface is a counted reference that the caller owns; the
@@ -49,12 +49,12 @@ class IOTAWizard : public IOTANotifier {
   ~IOTAWizard() = default;
 };
 
-// A view of one file of a module: of its source or its form.
+// A view of one file of a module, its source or its form.
 class IOTAEditor : public IInterface {
  public:
   using TBase = IInterface;
   virtual std::string GetFileName() = 0;
-  // Brings the editor to the front of its module.
+  // Shows the editor as the active view of its module.
   virtual void Show() = 0;
 
  protected:
@@ -81,8 +81,8 @@ class IOTAModule : public IInterface {
   // The projects that the module belongs to.
   virtual int GetOwnerCount() = 0;
   virtual TIntf<IOTAProject> GetOwner(int index) = 0;
-  // Saves the module and returns True when all its files are on disk as the user sees them. `changeName` asks
-  // for a new name first; `forceSave` saves without a question.
+  // Saves the module. Returns True if all its files on disk are up to date. `changeName` asks for a new name
+  // first; `forceSave` saves without asking.
   [[nodiscard]] virtual bool Save(bool changeName, bool forceSave) = 0;
   // Closes the module. Returns False if it stays open.
   virtual bool Close() = 0;
@@ -115,7 +115,7 @@ class IOTAProject : public IOTAModule {
 class IOTAProjectGroup : public IOTAModule {
  public:
   using TBase = IOTAModule;
-  virtual TIntf<IOTAProject> GetActiveProject() = 0;  // null in a group without one
+  virtual TIntf<IOTAProject> GetActiveProject() = 0;  // null in a group without an active project
 
  protected:
   ~IOTAProjectGroup() = default;
@@ -137,7 +137,7 @@ class IOTAActionServices : public IInterface {
   using TBase = IInterface;
   // Discards the host's copy of a file and reads the file again.
   virtual bool ReloadFile(std::string_view fileName) = 0;
-  // With `newProjGroup` the open group is closed first; otherwise the project is added to it.
+  // Closes the open group first if `newProjGroup` is True; otherwise adds the project to it.
   virtual bool OpenProject(std::string_view fileName, bool newProjGroup) = 0;
 
  protected:
@@ -159,7 +159,7 @@ class INTAServices : public IInterface {
 };
 
 // --- Identities ---
-// IOTANotifier, IOTAModule, IOTAModuleInfo and IOTAProject have none, because nothing is cast to them.
+// IOTANotifier, IOTAModule, IOTAModuleInfo and IOTAProject have none, because no cast to them is needed.
 template <>
 inline constexpr TInterfaceId kIdOf<IOTAModuleServices>{"IOTAModuleServices",
                                                         TGuid("{55A5E848-27FB-4880-8E7C-7F05A9802482}")};
@@ -183,7 +183,7 @@ inline constexpr TInterfaceId kIdOf<IOTAWizard>{"IOTAWizard",
                                                 TGuid("{B75C0CE0-EEA6-11D1-9504-00608CCBF153}")};
 
 // The host's services; null until the host has passed them. Hidden, so that every program and every loadable
-// module has a variable of its own. A module's entry point sets it from its first argument.
+// module has its own variable. A module's entry point sets it from its first argument.
 [[gnu::visibility("hidden")]] inline TIntf<IInterface> BorlandIDEServices;
 
 // --- The entry point of a loadable module ---
