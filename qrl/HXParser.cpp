@@ -121,7 +121,7 @@ int TParser::GetNextWord(std::string_view& lexem) {
   }
 }
 
-// Returns whether a double-byte character begins at `position`.
+// Returns True if a double-byte character begins at `position`.
 bool TParser::IsPair(size_t position) const {
   return win::IsDBCSLeadByte(At(position)) && win::IsDBCSTrailByte(At(position + 1));
 }
@@ -138,7 +138,7 @@ void TParser::SkipDoubleByteName() {
   }
 }
 
-// Returns False without an effect if no comment begins here.
+// Returns False and changes nothing if no comment begins here.
 bool TParser::SkipComment() {
   const uint8_t first = At(FPos);
   const uint8_t second = At(FPos + 1);
@@ -165,8 +165,7 @@ void TParser::SkipBraces() {
   FPos = std::min(FPos + 1, FText.size());
 }
 
-// The second byte of a double-byte character is never a quote or a line end, so it needs no special care
-// here.
+// Double-byte characters need no special handling, because their second byte is never a quote or a line end.
 int TParser::ScanString(std::string_view& lexem) {
   const auto quote = static_cast<char>(At(FPos));
   const char stops[] = {quote, '\r', '\n'};

@@ -1,4 +1,4 @@
-// A list of strings, each with an integer, that is sorted for lookup.
+// A sorted list of strings, each with an integer.
 #pragma once
 
 #include <string>

@@ -5,7 +5,7 @@
 
 namespace qrl {
 
-// Returns the same object for the program's whole life.
+// Returns the menu, which lives as long as the program.
 const TProductMenu& Menu();
 
 }  // namespace qrl

@@ -1,4 +1,4 @@
-// The place of a product in the host's main menu, and the removal of accelerator marks.
+// The position of a product in the host's main menu, and the removal of accelerator marks.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@ namespace qrl {
 struct TProductMenu {
   std::string MenuName;     // component name of the top-level item
   std::string MenuCaption;  // its caption
-  // Its caption if another top-level item has MenuCaption; empty if there is none.
+  // The caption to use if another top-level item has MenuCaption; empty if there is none.
   std::string AlternateCaption;
 };
 
