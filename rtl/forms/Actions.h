@@ -1,5 +1,5 @@
-// An action: one thing that the user can do, with the controls through which he does it. The controls take
-// its caption and are enabled with it.
+// An action: a command of the user, shared by the controls that invoke it. The controls show its caption
+// and are enabled with it.
 #pragma once
 
 #include <string>
@@ -30,12 +30,12 @@ class TAction {
   bool Enabled() const { return FEnabled; }
   void SetEnabled(bool enabled);
 
-  // Fires OnUpdate, in which the form says whether the action is enabled now.
+  // Fires OnUpdate, whose handler sets whether the action is enabled.
   void Update();
-  // Brings it up to date and fires OnExecute, unless it is disabled.
+  // Calls Update, then fires OnExecute if the action is enabled.
   void Execute();
 
-  // Called by the controls.
+  // Called by the controls that invoke this action.
   void Link(TControl& control);
   void Unlink(TControl& control);
 

@@ -1,9 +1,9 @@
-// The services of an application that a user sees: message boxes, pickers, modal forms, the report of an
-// exception.
+// The user interface services of an application: message boxes, pickers, modal forms, reports of
+// exceptions.
 //
-// They stand behind one interface, IFrontEnd, which the program that owns the screen implements and puts in
-// force at its start; tests have one that follows a script. Texts are UTF-8, paths are Windows paths. All
-// calls come from the main thread and return when the user has answered.
+// They are implemented behind one interface, IFrontEnd. The program that owns the screen sets its
+// implementation at start-up; tests set one that follows a script. Texts are UTF-8, paths are Windows
+// paths. All calls come from the main thread and return when the user has answered.
 #pragma once
 
 #include <exception>
@@ -14,13 +14,13 @@ namespace rtl {
 
 class TForm;
 
-// Flags of a message box: its icon. All have one OK button.
+// Flags of a message box: its icon. Every message box has a single OK button.
 inline constexpr unsigned MB_OK = 0;
 inline constexpr unsigned MB_ICONERROR = 16;
 inline constexpr unsigned MB_ICONINFORMATION = 64;
 
 enum class TMsgDlgType { Warning, Error, Information, Confirmation };
-// The button of a message dialog; there is no other in use.
+// The button of a message dialog. Only OK is used.
 enum class TMsgDlgButton { OK };
 
 // The system's question-mark icon.
@@ -30,26 +30,27 @@ inline constexpr int IDI_QUESTION = 32514;
 class TOpenDialog {
  public:
   std::string
-      Filter;  // pairs of a name and a pattern, divided by bars: "Text (*.txt)|*.txt|All files (*.*)|*.*"
+      Filter;  // pairs of a name and a pattern, separated by bars: "Text (*.txt)|*.txt|All files (*.*)|*.*"
   std::string InitialDir;
   bool PathMustExist = false;
   bool FileMustExist = false;
-  std::string FileName;  // the file chosen; unchanged otherwise
+  std::string FileName;  // the chosen file; unchanged if the user cancels
 
-  // False when the user gives up.
+  // Returns false if the user cancels.
   [[nodiscard]] bool Execute();
 };
 
 class IFrontEnd {
  public:
   virtual ~IFrontEnd() = default;
-  // Shows the form until its modal result is not mrNone. Evaluates the form's actions when idle.
+  // Shows the form until its modal result is not mrNone. Updates the form's actions when idle.
   virtual void ShowModal(TForm& form) = 0;
   virtual void MessageBox(std::string_view text, std::string_view caption, unsigned flags) = 0;
-  // Under the front end's own title for that type.
+  // Shows a message under the front end's own title for `type`.
   virtual void MessageDlg(std::string_view text, TMsgDlgType type, TMsgDlgButton button, int helpContext) = 0;
-  // `root` empty: all folders can be chosen. `directory`: the start folder going in, the chosen one coming
-  // out. False, with `directory` unchanged, when the user gives up.
+  // Asks for a folder below `root`; if `root` is empty, any folder can be chosen. `directory` is the
+  // initial folder, and receives the chosen one. Returns false, with `directory` unchanged, if the user
+  // cancels.
   [[nodiscard]] virtual bool SelectDirectory(std::string_view caption, std::string_view root,
                                              std::string& directory) = 0;
   [[nodiscard]] virtual bool OpenFile(TOpenDialog& dialog) = 0;
@@ -58,14 +59,14 @@ class IFrontEnd {
 
 class TApplication {
  public:
-  // The front end in force, not owned; an assertion as long as there is none.
+  // Returns the current front end, not owned. Raises EAssertionFailed if none is set.
   IFrontEnd& FrontEnd() const;
   bool HasFrontEnd() const { return FFrontEnd != nullptr; }
   void SetFrontEnd(IFrontEnd* frontEnd) { FFrontEnd = frontEnd; }
 
   void MessageBox(std::string_view text, std::string_view caption, unsigned flags);
-  // Shows an exception's message and goes on; EAbort is silent. Without a front end, the message goes to
-  // standard error.
+  // Shows the message of an exception and returns; EAbort is silent. Without a front end, the message goes
+  // to standard error.
   void HandleException(const std::exception& exception);
 
  private:

@@ -6,7 +6,7 @@
 
 namespace rtl {
 
-// The constructors of the subclasses call their own Assign, qualified: a base constructor cannot reach them.
+// Each constructor calls its own Assign, qualified, because a base constructor cannot call an override.
 
 TControl::TControl(TForm& form, TControl* parent, const TControlRow& row)
     : FForm(form), FParent(parent), FKind(row.Kind), FName(row.Name), FText(row.Text) {}

@@ -1,10 +1,10 @@
-// The state of the controls of a form, without anything that draws them.
+// The state of the controls of a form, independent of any toolkit.
 //
-// A control holds what a user can see and change: text, mark, list, whether it is enabled. Program code reads
-// and sets that state. A front end (rtl/Application.h) shows it, hears of each change through the form's
-// view, and reports what the user does through the operations marked "the user": these change the state as a
-// widget would and then fire the control's event, while a setter fires nothing. An event holds the name of a
-// published handler of the form (rtl/Forms.h).
+// A control holds the state that a user can see and change: text, check mark, list, whether it is enabled.
+// Program code reads and sets that state. A front end (rtl/forms/Application.h) shows it, is notified of
+// each change through the form's view, and reports user input through the operations marked "User input:".
+// Those change the state as a widget would and then fire the control's event; a setter fires no event. An
+// event holds the name of a published handler of the form (rtl/forms/Forms.h).
 #pragma once
 
 #include <string>
@@ -34,20 +34,20 @@ enum class TControlKind {
   Bevel,
 };
 
-// What a view has to show anew.
+// The part of a control's state that a view has to update.
 enum class TChange { Text, Checked, Enabled, Items, ActivePage, Picture };
 
-// Modal results: with them a button closes its form, and ShowModal returns them.
+// Modal results: a button with one closes its form, and ShowModal returns it.
 inline constexpr int mrNone = 0;
 inline constexpr int mrOk = 1;
 inline constexpr int mrCancel = 2;
 inline constexpr int mrYes = 6;
 inline constexpr int mrNo = 7;
 
-// One row of a form resource: a control and its design-time properties. Which of them have a meaning depends
-// on the kind.
+// One row of a form resource: a control and its design-time properties. Which properties apply depends on
+// the kind.
 struct TControlRow {
-  std::string_view Parent;  // the control in which it stands; empty for the form
+  std::string_view Parent;  // the control that contains it; empty for the form
   TControlKind Kind = TControlKind::Label;
   std::string_view Name;
   std::string_view Text = {};          // caption, or the text of an edit
@@ -56,8 +56,8 @@ struct TControlRow {
   bool Default = false;                // button: answers the Enter key
   bool Cancel = false;                 // button: answers the Cancel key
   int ModalResult = mrNone;            // button
-  std::string_view Action = {};        // button, check box: takes caption and enabling from it
-  std::string_view FocusControl = {};  // label: its accelerator leads there
+  std::string_view Action = {};        // button, check box: supplies the caption and whether it is enabled
+  std::string_view FocusControl = {};  // label: the control that its accelerator focuses
   std::string_view OnClick = {};       // the event of radio button, check box and button
   std::string_view OnChange = {};      // the event of edit and combo box
 };
@@ -72,17 +72,17 @@ class TControl {
   TControlKind Kind() const { return FKind; }
   const std::string& Name() const { return FName; }
   TForm& Form() const { return FForm; }
-  TControl* Parent() const { return FParent; }                          // null: it stands on the form itself
-  const std::vector<TControl*>& Controls() const { return FControls; }  // what stands in it, in tab order
+  TControl* Parent() const { return FParent; }                          // null if the form itself contains it
+  const std::vector<TControl*>& Controls() const { return FControls; }  // contained controls, in tab order
 
   const std::string& Text() const { return FText; }
   void SetText(std::string_view text);
   bool Enabled() const { return FEnabled; }
   void SetEnabled(bool enabled);
 
-  // Makes it the form's active control.
+  // Makes this control the form's active control.
   void SetFocus();
-  // Takes the design-time properties of `row` once more: a derived form changes what it inherits.
+  // Sets the design-time properties in `row`. A derived form calls it again to change an inherited control.
   virtual void Assign(const TControlRow& row);
 
  protected:
@@ -104,7 +104,7 @@ class TLabel : public TControl {
  public:
   TLabel(TForm& form, TControl* parent, const TControlRow& row);
   bool Bold() const { return FBold; }
-  TControl* FocusControl() const;  // null without one
+  TControl* FocusControl() const;  // null if there is none
   void Assign(const TControlRow& row) override;
 
  private:
@@ -112,13 +112,13 @@ class TLabel : public TControl {
   std::string FFocusControl;
 };
 
-// What the user clicks.
+// A control that the user clicks.
 class TButtonControl : public TControl {
  public:
   using TControl::TControl;
-  // The user: no effect on a disabled control. A linked action is brought up to date first.
+  // User input: a click. Updates a linked action first. Does nothing if the control is disabled.
   void Click();
-  TAction* Action() const { return FAction; }  // null without one
+  TAction* Action() const { return FAction; }  // null if there is none
   void Assign(const TControlRow& row) override;
 
  protected:
@@ -133,7 +133,7 @@ class TRadioButton : public TButtonControl {
  public:
   TRadioButton(TForm& form, TControl* parent, const TControlRow& row);
   bool Checked() const { return FChecked; }
-  // True clears all other radio buttons of its parent.
+  // Setting it clears all other radio buttons of the same parent.
   void SetChecked(bool checked);
   void Assign(const TControlRow& row) override;
 
@@ -178,7 +178,7 @@ class TButton : public TButtonControl {
 class TEdit : public TControl {
  public:
   TEdit(TForm& form, TControl* parent, const TControlRow& row);
-  // The user: the text has become `text` by typing, or by picking from a list.
+  // User input: sets the text after typing, or after picking it from a list.
   void Enter(std::string_view text);
   void Assign(const TControlRow& row) override;
 
@@ -189,28 +189,28 @@ class TEdit : public TControl {
   std::string FOnChange;
 };
 
-// An edit with a list from which its text can be picked.
+// An edit with a list of texts to pick from.
 class TComboBox : public TEdit {
  public:
   using TEdit::TEdit;
   const TStringList& Items() const { return FItems; }
   void SetItems(TStringList items);
-  // The user: picks the entry at `index`, counted from 0; a change also where the text was the same.
+  // User input: picks the entry at `index`, counted from 0. Fires OnChange even if the text stays the same.
   void Pick(int index);
 
  private:
   TStringList FItems;
 };
 
-// A list of entries, each with a mark. Indices count from 0.
+// A list of entries with a check mark each. Indices count from 0.
 class TCheckListBox : public TControl {
  public:
   using TControl::TControl;
   int Count() const { return static_cast<int>(FEntries.size()); }
   const std::string& Entry(int index) const { return FEntries[static_cast<size_t>(index)].Name; }
   bool Checked(int index) const { return FEntries[static_cast<size_t>(index)].Checked; }
-  void SetEntries(const std::vector<std::string>& names);  // none of them marked
-  void SetChecked(int index, bool checked);                // also the user's click on a mark
+  void SetEntries(const std::vector<std::string>& names);  // all unchecked
+  void SetChecked(int index, bool checked);                // also called for the user's click on a check mark
   void CheckAll(bool checked);
   void RemoveUnchecked();
   void Clear();
@@ -223,7 +223,7 @@ class TCheckListBox : public TControl {
   std::vector<TEntry> FEntries;
 };
 
-// A stack of pages, of which one is seen. The pages are the tab sheets in it. Indices count from 0.
+// A stack of pages of which one is visible. The pages are its tab sheets. Indices count from 0.
 class TPageControl : public TControl {
  public:
   using TControl::TControl;
@@ -236,7 +236,7 @@ class TPageControl : public TControl {
   int FActivePageIndex = 0;
 };
 
-// A picture that the front end supplies: one of the system's icons, or the form's own by the control's name.
+// A picture supplied by the front end: a system icon, or the form's own picture of the control's name.
 class TImage : public TControl {
  public:
   using TControl::TControl;

@@ -1,9 +1,9 @@
-// TForm: a dialog as state and published handlers, without anything that draws it.
+// TForm: a dialog as state and published handlers, independent of any toolkit.
 //
-// A form is made from its resource, a table of controls and actions. A derived form has a table of its own on
-// top: a row with a new name adds a control at the end of its parent; a row with a known name changes that
-// control and moves it to the end of its parent. Events are bound by the handler's name at the moment they
-// fire, so a derived form replaces an inherited handler by publishing its own under the same name.
+// A form is built from its resource, a table of controls and actions. A derived form adds a table of its
+// own: a row with a new name adds a control at the end of its parent; a row with a known name changes that
+// control and moves it to the end of its parent. An event looks its handler up by name when it fires, so a
+// derived form replaces an inherited handler by publishing its own under the same name.
 //
 //   class TAskForm : public rtl::TForm {
 //    public:
@@ -27,14 +27,15 @@
 
 namespace rtl {
 
-// What a front end hears of a form it shows. Calls come from within the operation that changed the state.
+// Notifications to the front end that shows a form. Calls come from within the operation that changed the
+// state.
 class IFormView {
  public:
   virtual ~IFormView() = default;
   virtual void ControlChanged(const TControl& control, TChange what) = 0;
   virtual void FocusChanged(const TControl& control) = 0;
   virtual void CaptionChanged() = 0;
-  // The modal result is set: the form is to close as soon as the handler under way has returned.
+  // The modal result was set. The form must close as soon as the current handler has returned.
   virtual void ModalResultChanged() = 0;
 };
 
@@ -49,7 +50,7 @@ struct TFormResource {
 
 class TForm {
  public:
-  // Empty fields of `derived` leave what `resource` gives.
+  // Empty fields of `derived` leave those of `resource` unchanged.
   explicit TForm(const TFormResource& resource, const TFormResource& derived = {});
   virtual ~TForm();
   TForm(const TForm&) = delete;
@@ -59,32 +60,33 @@ class TForm {
   const std::string& Caption() const { return FCaption; }
   void SetCaption(std::string_view caption);
 
-  // Edges on the screen, in pixels that do not depend on its density. The form stands in the centre of the
-  // screen until it has been given other edges than those it was made with.
+  // The form's bounds on the screen, in device-independent pixels. The form is centred on the screen until
+  // its bounds differ from the initial ones.
   int Left() const { return FLeft; }
   int Top() const { return FTop; }
   void SetLeft(int left) { FLeft = left; }
   void SetTop(int top) { FTop = top; }
   bool Centered() const { return FLeft == 0 && FTop == 0; }
 
-  // Shows the form until it has a modal result, and returns that. Fires OnShow before, and OnClose after.
+  // Shows the form until it has a modal result, and returns it. Fires OnShow first and OnClose last.
   int ShowModal();
   int ModalResult() const { return FModalResult; }
   void SetModalResult(int result);
-  // The user closes the form by its system menu: the modal result is mrCancel.
+  // User input: closes the form by its system menu. Sets the modal result to mrCancel.
   void Close() { SetModalResult(mrCancel); }
 
-  // Evaluates OnUpdate of all actions. The front end calls it whenever it is idle.
+  // Calls Update of all actions. The front end calls it whenever it is idle.
   void UpdateActions();
 
-  // The control that has, or is to get, the keyboard focus; null as long as nobody has chosen one.
+  // Returns the control that has, or will get, the keyboard focus; null until one was chosen.
   TControl* ActiveControl() const { return FActiveControl; }
   void SetActiveControl(TControl* control);
-  // The button that answers the Enter or the Cancel key: the first enabled one that is made for it, or null.
+  // Return the button for the Enter or the Cancel key: the first enabled one with that property, or null.
   TButton* DefaultButton() const { return FindButton(&TButton::Default); }
   TButton* CancelButton() const { return FindButton(&TButton::Cancel); }
 
-  // Controls by name, ignoring case: null, or an assertion, without one of that name.
+  // Return the control of that name, ignoring case. If there is none, the first returns null, the second
+  // raises EAssertionFailed.
   TControl* FindControl(std::string_view name) const;
   template <typename T>
   T& Control(std::string_view name) const {
@@ -93,17 +95,17 @@ class TForm {
     return *control;
   }
   TAction& Action(std::string_view name) const;
-  const std::vector<TControl*>& Controls() const { return FControls; }  // on the form itself, in tab order
+  const std::vector<TControl*>& Controls() const { return FControls; }  // directly on the form, in tab order
 
-  // Calls the published handler of that name; an assertion without one.
+  // Calls the published handler of that name. Raises EAssertionFailed if there is none.
   void Call(std::string_view handler);
 
-  // The view is not owned; null for none.
+  // The view is not owned; null if there is none.
   IFormView* View() const { return FView; }
   void SetView(IFormView* view) { FView = view; }
 
  protected:
-  // Publishes a handler, in place of an inherited one of that name.
+  // Publishes a handler. It replaces an inherited one of that name.
   void Publish(std::string_view name, std::function<void()> handler);
 
  private:

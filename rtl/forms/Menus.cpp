@@ -17,7 +17,7 @@ void TMenuItem::SetCaption(std::string_view caption) {
 }
 
 void TMenuItem::Click() {
-  // A copy: the handler may set another one, or rebuild the menu.
+  // Call a copy, because the handler may replace itself or rebuild the menu.
   if (const TClickEvent onClick = FOnClick) onClick(*this);
 }
 

@@ -1,7 +1,7 @@
-// The state of a main menu without a toolkit: a tree of named items that a view draws.
+// The state of a main menu, independent of any toolkit: a tree of named items that a view draws.
 //
-// Items are made by their main menu, which owns them; the tree only arranges them. A new item stands nowhere
-// until it is inserted. Everything runs on the main thread.
+// A main menu creates and owns its items; the tree only arranges them. A new item has no parent until it is
+// inserted. All calls come from the main thread.
 #pragma once
 
 #include <functional>
@@ -28,15 +28,15 @@ class TMenuItem {
   const std::string& Caption() const { return FCaption; }  // "&" marks the accelerator
   void SetCaption(std::string_view caption);
   void SetOnClick(TClickEvent onClick) { FOnClick = std::move(onClick); }
-  // Runs the handler, if there is one. Its exceptions go on to the caller.
+  // Calls the handler, if there is one. Its exceptions propagate to the caller.
   void Click();
 
   int Count() const { return static_cast<int>(FItems.size()); }
   TMenuItem& operator[](int index) const;  // the child at `index`, from 0; EAssertionFailed if there is none
-  TMenuItem* Parent() const { return FParent; }  // null while the item stands nowhere
+  TMenuItem* Parent() const { return FParent; }  // null if the item is not inserted
   int IndexOf(const TMenuItem& item) const;      // -1 if it is not a child
-  // Puts `item` before the child at `index`, or at the end with Count(). It must be of the same owner and
-  // stand nowhere, else EAssertionFailed.
+  // Inserts `item` before the child at `index`, or at the end if `index` is Count(). Raises
+  // EAssertionFailed if the item has another owner or is inserted already.
   void Insert(int index, TMenuItem& item);
 
  private:
@@ -54,10 +54,10 @@ class TMainMenu {
 
   // The root: its children are the top-level items.
   TMenuItem& Items() { return FItems; }
-  // A new item, owned by this menu to its end, that stands nowhere yet.
+  // Returns a new item without a parent. The menu owns it until the menu is destroyed.
   TMenuItem& NewItem();
-  // The first item of that component name in the tree, in the order in which a reader meets them, or null.
-  // Case counts, and no item has the empty name.
+  // Returns the first item of that component name in depth-first order, or null. The search is
+  // case-sensitive. An empty name matches no item.
   TMenuItem* FindItem(std::string_view name);
 
   // Called after every change of the tree or of an item in it.
