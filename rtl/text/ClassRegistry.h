@@ -14,8 +14,8 @@ class TClassInfo {
   TClassInfo(std::string name, std::vector<std::string> properties);
   const std::string& Name() const { return FName; }
   const std::vector<std::string>& Properties() const { return FProperties; }  // in the order given
-  // Returns whether a property of that name, ignoring case, is published; GetPropInfo of the run-time
-  // library.
+  // Returns whether a property of that name, ignoring case, is published. Corresponds to GetPropInfo of the
+  // run-time library.
   bool HasProperty(std::string_view name) const;
 
  private:

@@ -1,5 +1,5 @@
-// Reading whole files, creating folders, and the entries of a folder. File names are Windows paths; the operations use the file system
-// in force (win/FileSystem.h).
+// Reading whole files, creating folders, and listing the entries of a folder. File names are Windows paths.
+// The operations use the current file system (win/FileSystem.h).
 #pragma once
 
 #include <cstdint>
@@ -28,8 +28,8 @@ class TFolderEntries {
  public:
   explicit TFolderEntries(std::string_view folder);
 
-  // Moves to the next entry, at first to the first one. Returns false after the last one, and when the folder
-  // cannot be read (any further).
+  // Moves to the next entry; the first call moves to the first one. Returns false after the last entry, and
+  // if the folder cannot be read (any further).
   [[nodiscard]] bool Next();
   // Returns, after Next has returned false, whether the folder was read to its end. Otherwise Error is the
   // reason.

@@ -4,8 +4,9 @@
 // below $XDG_CONFIG_HOME or ~/.config: `[section]` and `key=value` lines in UTF-8, with control characters
 // and backslashes escaped as \n, \r, \t, \xHH and \\. Other lines are kept.
 //
-// No operation fails: a value that cannot be read gives the default, and a value that cannot be written is
-// not stored. The name of a section holds no control character and no bracket, a key neither these nor "=".
+// No operation fails: reading a value that cannot be read returns the default, and a value that cannot be
+// written is not stored. A section name must not contain control characters or brackets, and a key neither
+// these nor "=".
 #pragma once
 
 #include <cstdint>
@@ -23,9 +24,9 @@ class TRegIniFile {
   // (0x2) nothing is written.
   TRegIniFile(std::string_view rootKey, uint32_t access);
 
-  // Returns the value of `key` in `section`, both found ignoring the case of ASCII letters, or `defaultValue`
-  // if there is none. An integer whose text is no number gives the default, too; a Boolean is an integer, and
-  // true unless it is 0.
+  // Returns the value of `key` in `section`, both found ignoring the case of ASCII letters, or
+  // `defaultValue` if there is none or an integer is malformed. A Boolean is stored as an integer; any
+  // value but 0 is true.
   int32_t ReadInteger(std::string_view section, std::string_view key, int32_t defaultValue) const;
   std::string ReadString(std::string_view section, std::string_view key, std::string_view defaultValue) const;
   bool ReadBool(std::string_view section, std::string_view key, bool defaultValue) const;

@@ -17,7 +17,7 @@ namespace rtl {
 
 inline constexpr uint16_t fmCreate = 0xFFFF;  // create, or empty an existing file; read and write
 inline constexpr uint16_t fmCreateOwn =
-    0xFFFE;  // the same for one of the program's own files: never through a link, and held
+    0xFFFE;  // the same for one of the program's own files: does not follow links, and locks the file
 inline constexpr uint16_t fmOpenRead = 0x0000;
 inline constexpr uint16_t fmShareDenyNone = 0x0040;
 
@@ -55,7 +55,7 @@ class TFileStream : public TStream {
   void SetPosition(int64_t position) override;
   int64_t Size() override;
   const std::string& FileName() const { return FFileName; }
-  // The open file, for what a stream does not offer.
+  // Returns the open file, for operations that a stream does not have.
   win::TFileHandle& Handle() { return *FHandle; }
 
  private:

@@ -53,7 +53,7 @@ std::string ExtractRelativePath(std::string_view baseName, std::string_view file
 // --- Single files, on the file system in force (win/FileSystem.h). ---
 bool FileExists(std::string_view fileName);  // false for a folder
 bool DirectoryExists(std::string_view folder);
-// After a failure of the operations below the reason is in win::GetLastError.
+// On failure, the operations below set win::GetLastError.
 [[nodiscard]] bool CreateDir(std::string_view folder);
 bool RemoveDir(std::string_view folder);
 bool DeleteFile(std::string_view fileName);
