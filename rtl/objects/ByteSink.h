@@ -7,8 +7,8 @@
 //   *end++ = 'x';
 //   sink.Take(end);
 //
-// Call Flush at the end. Destroying a sink without it discards the bytes that are still in the buffer, which
-// is what a failed conversion wants.
+// Call Flush at the end. Destroying a sink without Flush discards the bytes that are still in the buffer,
+// as is right after a failed conversion.
 #pragma once
 
 #include <cstddef>

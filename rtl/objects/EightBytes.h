@@ -1,5 +1,5 @@
-// Tests on eight bytes at a time, for scans through strings. Each answers whether any of the eight bytes has
-// a property, not which one.
+// Tests on eight bytes at a time, for scans through strings. Each returns whether any of the eight bytes
+// has a property, not which one.
 #pragma once
 
 #include <cstdint>
@@ -19,8 +19,8 @@ class TEightBytes {
  private:
   static constexpr uint64_t kOnes = 0x0101010101010101;
   static constexpr uint64_t kHighBits = 0x8080808080808080;
-  // Returns a value other than 0 if a byte is below `limit`. The subtraction borrows from a byte only if the
-  // byte before it is below `limit`, so a borrow never makes the answer wrong.
+  // Returns a value other than 0 if a byte is below `limit`. The subtraction borrows from a byte only if
+  // the byte before it is below `limit`, so a borrow never makes the result wrong.
   static uint64_t Below(uint64_t word, uint8_t limit) { return (word - kOnes * limit) & ~word & kHighBits; }
 
   uint64_t FWord;

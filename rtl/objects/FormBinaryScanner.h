@@ -14,7 +14,7 @@
 
 namespace rtl {
 
-// Which names are valid at a place.
+// The names that are valid in a given context.
 enum class TNameRule {
   Plain,     // a name, or several with dots between them
   Optional,  // the same, or an empty one

@@ -21,7 +21,7 @@ std::string TFormPath::Describe() const {
       case TFormNode::List:
         break;
     }
-    constexpr size_t kLongestPath = 400;  // damaged data may nest without sense
+    constexpr size_t kLongestPath = 400;  // damaged data may nest arbitrarily deep
     if (objects.size() + property.size() > kLongestPath) return objects + ", ...";
   }
   return property.empty() ? objects : objects + ", property " + property;

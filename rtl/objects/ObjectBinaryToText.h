@@ -27,7 +27,7 @@
 namespace rtl {
 
 struct TBinaryTextOptions {
-  bool ForPeople = false;  // the spelling for files, not that for memory: rtl/objects/FormTextPrinter.h
+  bool ForPeople = false;  // the spelling for files rather than for memory: rtl/objects/FormTextPrinter.h
   bool Indented = true;    // with blanks at the beginning of lines; text in memory is shorter without
   size_t FirstOffset = 0;  // the offset of the data in its file, for messages
 };
