@@ -1,5 +1,5 @@
-// What a run has changed: the files, for each its lines in red and green, the log, and what the run had to
-// say.
+// Shows the outcome of a run: the changed files with their removed and added lines in red and green, the
+// log, and the messages of the run.
 #pragma once
 
 #include <QTabWidget>
@@ -17,7 +17,7 @@ class TChangesView : public QTabWidget {
   explicit TChangesView(QWidget* parent);
 
   void ShowRun(const TRunRecord& record);
-  // A line at the end of the messages.
+  // Appends a line to the messages.
   void AddMessage(const QString& line);
 
  protected:

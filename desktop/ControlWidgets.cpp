@@ -27,7 +27,7 @@ namespace {
 constexpr int kIconSize = 48;
 constexpr int kVisibleEntries = 6;
 
-// What the user may type as a path of the host becomes a Windows path; everything else stays as he typed it.
+// Converts a host path that the user typed to a Windows path. Returns any other text unchanged.
 std::string AsWindowsPath(const std::string& typed) {
   if (!typed.starts_with('/') && !typed.starts_with("~/")) return typed;
   const char* home = std::getenv("HOME");
@@ -42,7 +42,7 @@ class TLabelWidget : public TControlWidget {
       : TControlWidget(label, new QLabel(parent)), FLabel(label), FView(static_cast<QLabel*>(Widget())) {
     FView->setTextFormat(Qt::PlainText);
     const bool scrolls = label.Parent() != nullptr && label.Parent()->Kind() == rtl::TControlKind::ScrollBox;
-    // Text that scrolls can also be read, and copied, from the keyboard.
+    // Make scrolling text readable, and possible to copy, from the keyboard.
     if (scrolls) FView->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     FView->setWordWrap(!scrolls);
     FView->setAlignment(Qt::AlignLeading | (scrolls ? Qt::AlignTop : Qt::AlignVCenter));
@@ -59,7 +59,7 @@ class TLabelWidget : public TControlWidget {
   QLabel* FView;
 };
 
-// A radio button, a check box or a button.
+// The widget of a radio button, a check box or a button.
 template <class TControl, class TQtButton>
 class TClickWidget : public TControlWidget {
  public:
@@ -84,14 +84,14 @@ class TClickWidget : public TControlWidget {
   TQtButton* FView;
 };
 
-// A line of text: an edit, or what a combo box is typed into.
+// A line of text: an edit, or the edit line of a combo box.
 class TEditWidget : public TControlWidget {
  public:
   TEditWidget(rtl::TEdit& edit, QWidget* parent, const TEventRunner& run)
       : TEditWidget(edit, new QLineEdit(parent), run) {}
 
  protected:
-  // `widget` is the line itself, or what it stands in.
+  // `widget` is the line itself, or the widget that contains it.
   TEditWidget(rtl::TEdit& edit, QWidget* widget, QLineEdit* line, const TEventRunner& run)
       : TControlWidget(edit, widget), FEdit(edit), FLine(line) {
     QObject::connect(FLine, &QLineEdit::textEdited, FLine,
@@ -121,7 +121,7 @@ class TComboWidget : public TEditWidget {
     const QSignalBlocker blocker(FView);
     FView->clear();
     for (int i = 0; i < FCombo.Items().Count(); ++i) FView->addItem(ToQt(FCombo.Items()[i]));
-    FView->setCurrentIndex(-1);  // what is shown is none of them yet: the arrow keys begin with the first
+    FView->setCurrentIndex(-1);  // no entry yet, so the arrow keys start at the first one
     ShowText();
   }
 
@@ -231,7 +231,7 @@ class TImageWidget : public TControlWidget {
   QLabel* FView;
 };
 
-// A control that only holds others, or a line.
+// A control that only contains others, or a line.
 class TPlainWidget : public TControlWidget {
  public:
   TPlainWidget(const rtl::TControl& control, QWidget* widget) : TControlWidget(control, widget) {}

@@ -1,4 +1,4 @@
-// The widget of a control: how each kind is drawn, and how what the user does there reaches the control.
+// The widgets of controls: how each kind is drawn, and how user input reaches the control.
 #pragma once
 
 #include <QWidget>
@@ -10,19 +10,19 @@
 
 namespace desktop {
 
-// A control as a widget. The widget belongs to its Qt parent; this object lives as long as the window.
+// A control as a widget. The widget is owned by its Qt parent; this object lives as long as the window.
 class TControlWidget {
  public:
   virtual ~TControlWidget() = default;
 
   QWidget* Widget() const { return FWidget; }
-  // Where the widgets of the control's own controls stand: the widget itself, or what is inside it.
+  // Returns the parent for the widgets of contained controls: the widget itself, or a widget inside it.
   virtual QWidget* Inside() const { return FWidget; }
-  // Shows the control's present state of that sort. A widget that shows it already is not touched: a cursor
-  // in a text, a scrolled list stay as they are.
+  // Shows the control's present state of that kind. Does nothing if the widget shows it already, so the
+  // cursor in a text and the position of a scrolled list are kept.
   void Show(rtl::TChange what);
   void ShowAll();
-  // Brings what the user has typed into its final form, before a click on a button goes by it.
+  // Converts the text that the user has typed to its final form, before a click on a button is handled.
   virtual void Settle() {}
 
  protected:
@@ -38,11 +38,10 @@ class TControlWidget {
   QWidget* FWidget;
 };
 
-// What surrounds the widgets of a form: runs what the user does as one event, in which an exception goes to
-// the application's handler.
+// Runs a function as one event of the user. Exceptions go to the application's handler.
 using TEventRunner = std::function<void(const std::function<void()>&)>;
 
-// `parent` is where the widget stands. `run` outlives the widget.
+// `parent` is the parent of the new widget. `run` must outlive the widget.
 std::unique_ptr<TControlWidget> CreateControlWidget(rtl::TControl& control, QWidget* parent,
                                                     const TEventRunner& run);
 

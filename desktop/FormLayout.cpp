@@ -8,15 +8,15 @@ namespace desktop {
 
 namespace {
 
-constexpr int kIndent = 22;  // about what a mark takes, so that what it governs stands under its text
+constexpr int kIndent = 22;  // about the width of a check mark, to align dependent controls with its text
 constexpr int kGap = 10;
 constexpr int kSpacing = 6;
 constexpr int kMargin = 14;
 
-// Where a control stands that does not simply follow the one before it.
+// The position of a control that does not simply follow the previous one.
 struct TPlace {
   std::string_view Name;
-  bool Beside = false;  // in the row of the control before it
+  bool Beside = false;  // in the row of the previous control
   bool Indented = false;
   bool GapAbove = false;
 };
@@ -54,14 +54,15 @@ TPlace PlaceOf(const rtl::TControl& control) {
   return place != std::end(kPlaces) ? *place : TPlace{};
 }
 
-// Whether a control takes the height that is left over.
+// Returns whether a control takes the remaining height.
 bool Grows(const rtl::TControl& control) {
   using rtl::TControlKind;
   return control.Kind() == TControlKind::CheckListBox || control.Kind() == TControlKind::ScrollBox ||
          control.Kind() == TControlKind::PageControl;
 }
 
-// Whether a control takes the width of its row. The last label of a row does, others keep theirs.
+// Returns whether a control takes the remaining width of its row. Of labels, only the last one of a row
+// does.
 bool Widens(const rtl::TControl& control, bool isLast) {
   using rtl::TControlKind;
   switch (control.Kind()) {

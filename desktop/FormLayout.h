@@ -1,5 +1,5 @@
-// How the controls of a form are arranged. Controls stand in tab order, one a row; a table of the few that
-// stand elsewhere does the rest. What a derived form adds falls into place.
+// The layout of a form. Controls follow each other in tab order, one per row. A table lists the few that
+// are placed differently. Controls added by a derived form need no entry.
 #pragma once
 
 #include <QBoxLayout>
@@ -15,14 +15,14 @@ namespace desktop {
 
 using TWidgetOf = std::function<QWidget*(const rtl::TControl&)>;
 
-// A line across, in a colour that is quiet on light and dark grounds.
+// Returns a horizontal line in a colour that is unobtrusive on light and dark backgrounds.
 QFrame* NewLine(QWidget* parent);
 
-// Lays out the controls of a page or another box, in `inside`.
+// Lays out the controls of a page or another container in `inside`.
 void LayOutBox(const std::vector<rtl::TControl*>& controls, QWidget* inside, const TWidgetOf& widgetOf);
 
-// Lays out what stands on the form itself: a picture left of what follows it, then, below a line, the buttons
-// in one row on the right.
+// Lays out the controls of the form itself: a picture to the left of the control after it, and below a line
+// the buttons, in one row on the right.
 void LayOutForm(const rtl::TForm& form, QWidget* window, const TWidgetOf& widgetOf);
 
 }  // namespace desktop

@@ -17,10 +17,11 @@ namespace desktop {
 
 namespace {
 
-// The width of a page, in average characters of its font, and its least height, which is that of the picture.
+// The width of a page, in average characters of its font, and its minimum height, which is that of the
+// picture.
 constexpr int kPageWidth = 68;
 constexpr int kPageHeight = 260;
-// The least width of a window, likewise.
+// The minimum width of a window, in the same unit.
 constexpr int kWindowWidth = 62;
 
 bool IsInput(const rtl::TControl& control) {
@@ -137,7 +138,7 @@ void TFormWindow::RunEvent(const std::function<void()>& event) {
 
 void TFormWindow::BeIdle() {
   if (FIsIdle || !isVisible()) return;
-  FIsIdle = true;  // showing a change may wait for events in its turn
+  FIsIdle = true;  // showing a change may process events, and so become idle again
   RunEvent([this] { FForm.UpdateActions(); });
   const rtl::TButton* const defaultButton = FForm.DefaultButton();
   if (defaultButton != nullptr) static_cast<QPushButton*>(WidgetOf(*defaultButton))->setDefault(true);
@@ -146,8 +147,8 @@ void TFormWindow::BeIdle() {
   FIsIdle = false;
 }
 
-// The keyboard goes to what there is to enter on the page, or else to the button that goes on. So a whole
-// walk, and the answer to a question, need Enter alone.
+// Sets the focus to the first control of the page that takes input, or else to the button that continues.
+// So the Enter key alone is enough to step through all pages and to answer a question.
 void TFormWindow::FocusPage() {
   QWidget* widget = nullptr;
   for (const rtl::TControl* control : FOrder) {

@@ -1,5 +1,5 @@
-// The window of a form: every control as a widget, every change of state shown, every act of the user carried
-// to the control. It knows no form in particular.
+// The window of a form: creates a widget for every control, shows every change of state, and passes user
+// input to the controls. It works for any form.
 #pragma once
 
 #include <QDialog>
@@ -14,14 +14,14 @@ namespace desktop {
 
 class TFormWindow : public QDialog, public rtl::IFormView {
  public:
-  // Becomes the form's view for its own lifetime. The form is not owned, and lives longer.
+  // Becomes the form's view for its own lifetime. Does not own the form, which must outlive it.
   TFormWindow(rtl::TForm& form, QWidget* parent);
   ~TFormWindow() override;
 
   // Shows the window until the form has a modal result.
   void Run();
 
-  // The widget of a control of the form.
+  // Returns the widget of a control of the form.
   QWidget* WidgetOf(const rtl::TControl& control) const { return FWidgets.at(&control)->Widget(); }
 
   // --- rtl::IFormView ---
@@ -31,7 +31,7 @@ class TFormWindow : public QDialog, public rtl::IFormView {
   void ModalResultChanged() override;
 
  protected:
-  void reject() override;                        // the Cancel key
+  void reject() override;                        // the Escape key
   void closeEvent(QCloseEvent* event) override;  // the system menu
 
  private:

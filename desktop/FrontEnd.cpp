@@ -118,7 +118,7 @@ QString ToQtFilter(std::string_view filter) {
   const QStringList parts = ToQt(filter).split('|');
   QStringList filters;
   for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
-    // Windows' "all files" stands for files without an extension, too.
+    // Windows' "all files" includes files without an extension.
     const QString pattern = parts[i + 1] == "*.*" ? "*" : QString(parts[i + 1]).replace(';', ' ');
     filters << parts[i].section(" (", 0, 0) + " (" + pattern + ")";
   }

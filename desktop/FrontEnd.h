@@ -10,8 +10,8 @@ namespace desktop {
 
 class TFrontEnd : public rtl::IFrontEnd {
  public:
-  // In force for its own lifetime. Makes the wait cursor of long operations, too. `title` is that of
-  // exceptions.
+  // Is the application's front end for its own lifetime. Also shows the wait cursor of long operations.
+  // `title` is the window title for messages of exceptions.
   explicit TFrontEnd(std::string_view title);
   ~TFrontEnd() override;
   TFrontEnd(const TFrontEnd&) = delete;
@@ -19,15 +19,15 @@ class TFrontEnd : public rtl::IFrontEnd {
 
   // Called before a form, a message or a picker appears.
   std::function<void()> OnModal;
-  // Whether a message of an error was shown: of all that the expert tells, those of an operation that failed.
+  // Returns whether an error message was shown. Of the messages of the expert, only those of a failed
+  // operation count.
   bool HasShownError() const { return FHasShownError; }
 
   void ShowModal(rtl::TForm& form) override;
   void MessageBox(std::string_view text, std::string_view caption, unsigned flags) override;
   void MessageDlg(std::string_view text, rtl::TMsgDlgType type, rtl::TMsgDlgButton button,
                   int helpContext) override;
-  // Folder and file pickers speak the host's paths; a choice that has no Windows path is refused with a
-  // message.
+  // Folder and file pickers use host paths. A choice that has no Windows path is refused with a message.
   bool SelectDirectory(std::string_view caption, std::string_view root, std::string& directory) override;
   bool OpenFile(rtl::TOpenDialog& dialog) override;
   void ShowException(std::string_view message) override;
@@ -43,7 +43,7 @@ class TFrontEnd : public rtl::IFrontEnd {
   bool FHasShownError = false;
 };
 
-// "Undo files (*.reu)|*.reu|All files (*.*)|*.*" as Qt's pickers write it.
+// Converts a filter such as "Undo files (*.reu)|*.reu|All files (*.*)|*.*" to the notation of Qt's pickers.
 QString ToQtFilter(std::string_view filter);
 
 }  // namespace desktop

@@ -61,10 +61,10 @@ THostWindow::~THostWindow() {
   win::SetDiagnosticsSink(nullptr);
   FFrontEnd.OnModal = nullptr;
   FHost.RemoveObserver(*this);
-  while (FPages->count() > 0) delete FPages->widget(0);  // they look at buffers of the host
+  while (FPages->count() > 0) delete FPages->widget(0);  // the pages refer to buffers of the host
 }
 
-// --- What there is to see ---
+// --- Window contents ---
 
 void THostWindow::MakePanes() {
   FPages = new QTabWidget;
@@ -204,7 +204,7 @@ void THostWindow::ShowAbout() {
                      "Opens Delphi projects without the IDE, and runs the migration wizard over them.");
 }
 
-// --- Acts of the user ---
+// --- User actions ---
 
 void THostWindow::Run(const std::function<void()>& event) {
   FRecord.Clear();
@@ -271,7 +271,8 @@ bool THostWindow::Save(host::TModule& module) {
   return false;
 }
 
-// The module of the editor in front. A project's source only leaves the screen: the project stays open.
+// Closes the module of the current editor. For a project, only its source page is closed; the project stays
+// open.
 bool THostWindow::CloseModule() {
   TSourceEditor* const page = CurrentEditor();
   if (page == nullptr) return true;
@@ -339,7 +340,7 @@ void THostWindow::ShowEditor(host::TFileEditor& editor) {
   ShowState();
 }
 
-// The page may be in the middle of the key that closes it.
+// Deletes the page only after the current event, which may be the page's own key press.
 void THostWindow::RemovePage(int index) {
   TSourceEditor* const page = Page(index);
   FPages->removeTab(index);
@@ -352,7 +353,7 @@ void THostWindow::RemoveClosedPages() {
   }
 }
 
-// --- What the host tells ---
+// --- Notifications of the host ---
 
 void THostWindow::ProjectOpened() {
   FTree->Fill();

@@ -1,4 +1,4 @@
-// The window of the stand-alone host: menu, project tree, source editors, and what a run has changed.
+// The window of the stand-alone host: menu, project tree, source editors, and the changes made by a run.
 //
 //   desktop::TFrontEnd frontEnd("Migration Wizard");
 //   desktop::THostWindow window(frontEnd);
@@ -6,8 +6,8 @@
 //   window.LoadWizard(fileName);    // the wizard's item is in the menu then
 //   window.OpenProject(project);
 //
-// It draws what the host has, and asks the user where the host does not know; the wizard comes from a loaded
-// module alone. No exception leaves an event: it is shown, and the program lives on.
+// It shows the state of the host, and asks the user whenever the host needs an answer. The wizard always
+// comes from a loaded module. No exception leaves an event handler: it is shown, and the program continues.
 #pragma once
 
 #include <QMainWindow>
@@ -32,22 +32,22 @@ class TSourceEditor;
 
 class THostWindow : public QMainWindow, private host::THostObserver {
  public:
-  // The front end is in force, and lives longer than the window.
+  // `frontEnd` must be the application's front end, and outlive the window.
   explicit THostWindow(TFrontEnd& frontEnd);
   ~THostWindow() override;
 
-  // Loads the module with the wizard, a full Windows path. False, and the user has been told why, when it
-  // cannot be loaded: everything else works.
+  // Loads the module with the wizard, a full Windows path. Returns false, after a message to the user, if
+  // it cannot be loaded; everything else works without it.
   bool LoadWizard(std::string_view fileName);
-  // Opens a project or a group, a full Windows path, in the place of what is open. False when that failed,
-  // which the user has been told, or the user wanted to stay.
+  // Opens a project or a group, a full Windows path, in place of the open one. Returns false if that
+  // failed, after a message to the user, or if the user cancelled.
   bool OpenProject(std::string_view fileName);
-  // Opens a file of the project, or brings it to the front. Raises what opening it raises.
+  // Opens a file of the project, or brings its editor to the front. Raises the exceptions of opening it.
   void OpenFile(const std::string& fileName);
 
   host::THost& Host() { return FHost; }
   TMenuBinding& Menu() { return *FMenu; }
-  // The editor in front, or null.
+  // Returns the current editor, or null.
   TSourceEditor* CurrentEditor() const;
 
  protected:
@@ -62,7 +62,7 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   void ShowOpenEditors();
   void ShowState();
 
-  // Carries an event out: tells exceptions, and shows what a run has done.
+  // Handles an event: shows exceptions, and afterwards the changes made by a run.
   void Run(const std::function<void()>& event);
   void AskProject();
   bool Save(host::TModule& module);

@@ -1,5 +1,5 @@
-// kvawizard: the window of the stand-alone host with the wizard in its menu; or, with --wizard, the wizard's
-// dialog alone, which the command line program starts for its command `wizard`.
+// kvawizard: the window of the stand-alone host with the wizard in its menu. With --wizard, shows the
+// wizard's dialog alone; the command `wizard` of the command line program starts it in this way.
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFile>
@@ -83,7 +83,7 @@ target::TCatalogue LoadCatalogue(const QString& fileName) {
   return {rtl::ReadFile(WindowsPath(fileName)), FromQt(fileName)};
 }
 
-// One use of the wizard, as a click on its menu item in the host. What did not stop the run is told at its
+// Runs the wizard once, like a click on its menu item in the host. Shows the warnings of the run at its
 // end.
 void RunWizard(const TOptions& options, TFrontEnd& frontEnd) {
   host::THost host;
@@ -107,8 +107,8 @@ void RunWizard(const TOptions& options, TFrontEnd& frontEnd) {
   }
 }
 
-// Returns the module with the wizard: what KVA_EXPERT_MODULE names, or the module beside this program, or the
-// one in the library folder of an installation.
+// Returns the module with the wizard: the one named by KVA_EXPERT_MODULE, or the one beside this program,
+// or the one in the library folder of an installation.
 QString ModuleName() {
   const QString name = qEnvironmentVariable("KVA_EXPERT_MODULE");
   if (!name.isEmpty()) return name;
@@ -126,7 +126,7 @@ int RunWindow(const TOptions& options, TFrontEnd& frontEnd) {
   return QApplication::exec();
 }
 
-// Without a display Qt ends the process; this says why.
+// Qt ends the process if there is no display. This check allows a message that gives the reason.
 bool HasDisplay() {
   const auto isSet = [](const char* name) { return !qEnvironmentVariableIsEmpty(name); };
   return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
@@ -151,7 +151,7 @@ int Main(int argc, char** argv) {
     std::fprintf(stderr, "kvawizard: %s\n", error.what());
     return kExitUsage;
   } catch (const rtl::EAbort&) {
-    return kExitStopped;  // by the user, who knows
+    return kExitStopped;  // by the user, so no message is needed
   } catch (const std::exception& error) {
     std::fprintf(stderr, "kvawizard: %s\n", error.what());
     rtl::Application().HandleException(error);

@@ -1,4 +1,4 @@
-// The menu bar of a main menu: every item as an action, every change of the menu shown.
+// The menu bar of a main menu: shows every item as an action, and follows every change of the menu.
 #pragma once
 
 #include <QAction>
@@ -14,14 +14,15 @@ namespace desktop {
 
 class TMenuBinding {
  public:
-  // Neither is owned, and both live longer. `run` is what carries a click to the item's handler.
+  // Neither `menu` nor `bar` is owned; both must outlive the binding. `run` calls the handler of a clicked
+  // item.
   TMenuBinding(rtl::TMainMenu& menu, QMenuBar& bar, std::function<void(const std::function<void()>&)> run);
   ~TMenuBinding();
 
-  // Brings the bar to the menu's state. An item with the caption "-" is a line, one without a caption is not
-  // seen. Actions live as long as the binding, so that this can be called from within a click.
+  // Updates the bar to the menu's state. An item with the caption "-" is a separator; one without a caption
+  // is hidden. Actions live as long as the binding, so this can be called while a click is handled.
   void Sync();
-  // The action of an item of the menu.
+  // Returns the action of an item of the menu.
   QAction* ActionOf(rtl::TMenuItem& item);
 
  private:

@@ -15,16 +15,16 @@ namespace desktop {
 
 namespace {
 
-// Short enough to look alive, and long enough to cost the run nothing.
+// Often enough to look smooth, rarely enough not to slow the run down.
 constexpr qint64 kShowEvery = 40;  // milliseconds
 constexpr int kWidth = 72;         // average characters
 
-// A restore copies over originals one by one: it cannot be stopped halfway.
+// A restore copies over the originals one by one, so it cannot be stopped halfway.
 bool IsRestoring() {
   return mig::WizardForm && mig::WizardForm->GetReplacerIndex() == mig::kRestoreIndex;
 }
 
-// A dialog that does not go before the run is over, whatever keys are pressed.
+// A dialog that no key closes before the run has ended.
 class TRunDialog : public QDialog {
  public:
   using QDialog::QDialog;
@@ -68,7 +68,7 @@ void TProgressWindow::Open(const std::string& title, bool canStop) {
   FBar->setFormat("%v of %m");
   FStop = new QPushButton("&Stop", FWindow.get());
   FStop->setObjectName("Stop");
-  FStop->setAutoDefault(false);  // Enter has led here, and must not lead on
+  FStop->setAutoDefault(false);  // the Enter key that started the run must not stop it
   FStop->setVisible(canStop);
   rows->addWidget(FFileName);
   rows->addWidget(FBar);
@@ -87,7 +87,7 @@ void TProgressWindow::Show(const mig::TRunProgress& progress) {
   if (FSinceShown.isValid() && FSinceShown.elapsed() < kShowEvery && !isLast) return;
   FBar->setRange(0, progress.Known);
   FBar->setValue(progress.Done);
-  if (isLast) FStop->setEnabled(false);  // from here on originals are written
+  if (isLast) FStop->setEnabled(false);  // after this point originals are replaced
   const QString fileName = ToQt(progress.FileName);
   FFileName->setText(FFileName->fontMetrics().elidedText(fileName, Qt::ElideMiddle, FBar->width()));
   QApplication::processEvents();

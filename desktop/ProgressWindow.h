@@ -1,4 +1,4 @@
-// How far a run has come, while it goes on. The run is one long call; the window lives on by looking after
+// Shows the progress of a run. The run is one long call; the window stays responsive because it processes
 // its events between two files.
 #pragma once
 
@@ -15,9 +15,9 @@ class QPushButton;
 
 namespace desktop {
 
-// Watches the runs of replacers for its own lifetime: a window appears with the first file of a run and goes
-// when the run has ended. The user can stop a run there: it ends with rtl::EAbort before any original has
-// been touched.
+// Watches the runs of replacers for its own lifetime. A window appears with the first file of a run and
+// closes when the run has ended. If the user stops the run there, it ends with rtl::EAbort, before any
+// original has been changed.
 class TProgressWindow {
  public:
   explicit TProgressWindow(std::vector<mig::TComponentReplacer*> replacers = {});
@@ -25,14 +25,14 @@ class TProgressWindow {
   TProgressWindow(const TProgressWindow&) = delete;
   TProgressWindow& operator=(const TProgressWindow&) = delete;
 
-  // Shows where a run stands that somebody else watches; `canStop` False is for a restore. Raises rtl::EAbort
-  // when the user has stopped it.
+  // Shows the progress of a run that another object watches; `canStop` is false for a restore. Raises
+  // rtl::EAbort if the user has stopped it.
   void Report(const std::string& title, const mig::TRunProgress& progress, bool canStop);
 
-  // Takes the window away, as before a message of the outcome.
+  // Hides the window, for example before a message with the outcome.
   void Close();
 
-  // What the runs had to say that did not stop them, a line each.
+  // Returns the warnings of the runs, one per line.
   const std::string& Warnings() const { return FWarnings; }
 
  private:

@@ -14,7 +14,7 @@ namespace desktop {
 
 namespace {
 
-// What an item stands for.
+// The data roles of an item.
 constexpr int kFileName = Qt::UserRole;          // full Windows path, empty for a group without a file
 constexpr int kProjectIndex = Qt::UserRole + 1;  // of a project's item
 

@@ -1,4 +1,4 @@
-// The tree of what the host has open: the group, its projects, their units with their forms.
+// The tree of the open group: its projects, their units and forms.
 #pragma once
 
 #include <QTreeWidget>
@@ -14,15 +14,15 @@ namespace desktop {
 
 class TProjectTree : public QTreeWidget {
  public:
-  // The host is not owned, and lives longer.
+  // The host is not owned and must outlive the tree.
   TProjectTree(host::THost& host, QWidget* parent);
 
-  // Makes the tree anew; what was folded stays so.
+  // Rebuilds the tree. Collapsed items stay collapsed.
   void Fill();
   // Shows the active project in bold.
   void MarkActive();
 
-  // Called when the user wants to see a file of the tree; a form's by its own name.
+  // Called when the user opens a file of the tree. For a form, `fileName` is the name of the form file.
   std::function<void(const std::string& fileName)> OnOpen;
   std::function<void(host::TProject& project)> OnActivate;
 

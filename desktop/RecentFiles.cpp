@@ -10,7 +10,7 @@ namespace desktop {
 
 namespace {
 
-constexpr char kSection[] = "Host Window";  // the window's own
+constexpr char kSection[] = "Host Window";  // the window's own section
 
 std::string Key(int index) {
   return "RecentProject" + std::to_string(index);
@@ -27,7 +27,7 @@ TRecentFiles::TRecentFiles() {
 }
 
 void TRecentFiles::Add(std::string_view fileName) {
-  const std::string name(fileName);  // it may be one of the list
+  const std::string name(fileName);  // a copy, because `fileName` may refer to an entry of the list
   Forget(name);
   FNames.insert(FNames.begin(), name);
   if (FNames.size() > kMost) FNames.pop_back();

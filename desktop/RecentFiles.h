@@ -1,4 +1,4 @@
-// The projects that were opened last, kept in the user's settings.
+// The recently opened projects, stored in the user's settings.
 #pragma once
 
 #include <string>
@@ -12,11 +12,11 @@ class TRecentFiles {
   static constexpr int kMost = 8;
 
   TRecentFiles();  // reads the settings
-  // Full Windows paths, the last one opened first.
+  // Returns full Windows paths, the most recently opened one first.
   const std::vector<std::string>& Names() const { return FNames; }
-  // Puts the name in front and stores the list.
+  // Moves the name to the front of the list and stores the list.
   void Add(std::string_view fileName);
-  // A file that is gone.
+  // Removes the name of a file that no longer exists.
   void Remove(std::string_view fileName);
 
  private:

@@ -8,7 +8,7 @@ namespace desktop {
 
 namespace {
 
-// A file that cannot be read has nothing to show; why it cannot, the run says.
+// Returns the bytes of a file, or an empty string if it cannot be read; the run itself reports the reason.
 std::string BytesOf(const std::string& fileName) {
   try {
     return rtl::ReadFile(fileName);

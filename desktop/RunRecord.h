@@ -1,4 +1,4 @@
-// What a run has done to the files: their bytes before it, taken as the run comes to them, and after it.
+// Records the changes of a run: the bytes of each file before and after it.
 #pragma once
 
 #include <string>
@@ -12,20 +12,21 @@ class TRunRecord {
  public:
   struct TChange {
     std::string FileName;  // full Windows path
-    std::string Before;    // the file's bytes; empty where there was none
+    std::string Before;    // the file's bytes; empty if it did not exist
     std::string After;
   };
 
   void Clear();
   bool IsEmpty() const { return FNames.empty() && FWarnings.empty(); }
-  // The run comes to this file, which is as it was before. Once a file counts.
+  // Call this when the run reaches a file and before it changes it. Only the first call for a file has an
+  // effect.
   void Note(std::string_view fileName);
   void NoteLog(std::string_view logFileName) { FLogFileName = logFileName; }
   void NoteWarning(std::string_view message) { FWarnings.append(message).append("\n"); }
 
-  // The files whose bytes are other ones now, in the order of the run.
+  // Returns the files whose bytes differ now, in the order of the run.
   std::vector<TChange> Changes() const;
-  std::string Log() const;  // its text, UTF-8; empty where none was written
+  std::string Log() const;  // UTF-8; empty if no log was written
   const std::string& Warnings() const { return FWarnings; }
 
  private:

@@ -61,7 +61,7 @@ TSourceEditor::TSourceEditor(host::TFileEditor& editor, QWidget* parent)
   Load();
 }
 
-// The document tells of the colours' end as of a change.
+// Disconnects first, because the document reports the end of its colours as a change.
 TSourceEditor::~TSourceEditor() {
   disconnect(document(), nullptr, this, nullptr);
 }
@@ -83,7 +83,7 @@ void TSourceEditor::Load() {
   const int line = textCursor().blockNumber();
   const int scroll = verticalScrollBar()->value();
   setPlainText(FSource->Text());
-  // The page may hold the text otherwise than the file does, and then it is none to be edited.
+  // The page may represent the text differently from the file. Such a text must not be edited.
   const bool isFaithful = DocumentText() == FSource->Text();
   setReadOnly(!FSource->ReadOnlyReason().isEmpty() || !isFaithful);
   setTextInteractionFlags(textInteractionFlags() | Qt::TextSelectableByKeyboard);
@@ -98,7 +98,8 @@ void TSourceEditor::BufferChanged() {
   if (FSource->Encode(DocumentText(), missing) != FEditor.Buffer().Bytes()) Load();
 }
 
-// As it stands in the page: what a program takes from it otherwise has no-break spaces made plain.
+// Returns the text as the page holds it. QPlainTextEdit::toPlainText would replace no-break spaces by
+// blanks.
 QString TSourceEditor::DocumentText() const {
   QString text = document()->toRawText();
   return text.replace(QChar::ParagraphSeparator, '\n');
@@ -112,7 +113,7 @@ void TSourceEditor::TextChanged(int position, int added) {
     FEditor.Buffer().SetBytes(std::move(*bytes));
     return;
   }
-  // The document may not be changed from within the report of its change.
+  // The document must not be changed from within its own change notification.
   QTimer::singleShot(0, this, [this, position, added, missing] {
     QTextCursor cursor(document());
     cursor.setPosition(position);

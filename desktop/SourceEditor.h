@@ -1,5 +1,5 @@
-// The page of one file: its text, coloured, with line numbers; what the user types goes into the host's
-// buffer, and what changes there shows here.
+// The page of one file: its text, coloured, with line numbers. Typed text goes to the host's buffer, and
+// changes of the buffer are shown.
 #pragma once
 
 #include <QPlainTextEdit>
@@ -15,20 +15,20 @@ namespace desktop {
 
 class TSourceEditor : public QPlainTextEdit {
  public:
-  // Raises what reading the file raises. The editor is not owned; it may end before its page does,
-  // which then must not be shown any more.
+  // Raises the exceptions of reading the file. Does not own the editor. If the editor is destroyed before
+  // the page, the page must not be shown any more.
   TSourceEditor(host::TFileEditor& editor, QWidget* parent);
   ~TSourceEditor() override;
 
   host::TFileEditor& Editor() const { return FEditor; }
-  // Takes the text from the buffer, unless it is this one's. The cursor stays on its line.
+  // Updates the text from the buffer, unless the change came from this page. The cursor stays on its line.
   void BufferChanged();
-  // "UTF-8", "CR LF", why it is read-only: for the status bar.
+  // Returns the text for the status bar: "UTF-8", "CR LF", and the reason if the text is read-only.
   QString State() const;
-  // Called with a line for the user when a character was refused that the file's encoding lacks.
+  // Called with a message for the user when a character was refused because the file's encoding lacks it.
   std::function<void(const QString& message)> OnRefused;
 
-  // The strip with the line numbers.
+  // The margin with the line numbers.
   int NumbersWidth() const;
   void PaintNumbers(QPaintEvent& event);
 
@@ -49,9 +49,9 @@ class TSourceEditor : public QPlainTextEdit {
   bool FIsOwnChange = false;
 };
 
-// The typeface of sources.
+// Returns the font of source text.
 QFont SourceFont();
-// Whether windows are light on dark.
+// Returns whether the widget shows light text on a dark background.
 bool IsDark(const QWidget& widget);
 
 }  // namespace desktop

@@ -7,7 +7,7 @@ namespace desktop {
 
 namespace {
 
-// What goes on in the next line.
+// The state at the end of a line: the construct that continues in the next one.
 enum TState { stCode = 0, stBrace = 1, stParenthesis = 2, stDirective = 3 };
 
 const QSet<QString>& SourceWords() {
@@ -51,7 +51,8 @@ TSourceHighlighter::TSourceHighlighter(QTextDocument* document, bool isForm, boo
       FString(Format(0x0000E0, 0xE0A070, isDark)),
       FNumber(Format(0x8A3A00, 0xD0C070, isDark)) {}
 
-// Behind the comment's end, or the line's, where the comment then goes on in the next.
+// Returns the position after the end of the comment, or the length of the line if the comment continues in
+// the next one.
 qsizetype TSourceHighlighter::EndOfComment(const QString& text, qsizetype from, const QString& closing) {
   const qsizetype found = text.indexOf(closing, from);
   return found < 0 ? text.size() : found + closing.size();

@@ -1,4 +1,4 @@
-// Colours for Delphi source, and for forms in their text form.
+// Syntax colours for Delphi source and for text forms.
 #pragma once
 
 #include <QSyntaxHighlighter>
@@ -8,7 +8,7 @@ namespace desktop {
 
 class TSourceHighlighter : public QSyntaxHighlighter {
  public:
-  // `isDark` is that of the page which `document` is shown on.
+  // `isDark` says whether the page that shows `document` is dark.
   TSourceHighlighter(QTextDocument* document, bool isForm, bool isDark);
 
  protected:

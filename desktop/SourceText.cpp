@@ -15,8 +15,8 @@ namespace {
 
 constexpr uint32_t kUtf8CodePage = 65001;
 
-// From characters to the bytes of the source code page. A character that two byte sequences mean has the
-// first; files with the second do not give back their bytes, and are not edited.
+// Converts characters to the bytes of the source code page. Where two byte sequences mean one character, it
+// writes the first. A file with the second does not convert back to its bytes, and so is not editable.
 class TCodePageWriter {
  public:
   explicit TCodePageWriter(uint32_t codePage) : CodePage(codePage) {

@@ -1,7 +1,7 @@
-// The text of a source or form file as people read it, and its bytes again.
+// Converts a source or form file to text for display, and edited text back to bytes.
 //
-// A file is only ever edited as text if its own text gives back its own bytes. Whatever does not - binary
-// forms, bytes that the code page lacks, lines that end now so and now so - is shown, and stays as it is.
+// A file can be edited only if its text converts back to exactly its bytes. All other files are read-only:
+// binary forms, bytes that the code page lacks, mixed line ends.
 #pragma once
 
 #include <QString>
@@ -13,20 +13,20 @@ namespace desktop {
 
 class TSourceText {
  public:
-  // `bytes` are a file's, its mark among them. With `isForm` a binary form is taken for what it is. Never
-  // raises: a file that cannot be read as text has an empty one, with the reason.
+  // `bytes` are those of a file, including a byte order mark. With `isForm`, binary forms are recognised.
+  // Raises nothing: if the file cannot be read as text, the text is empty and ReadOnlyReason has the reason.
   TSourceText(std::string_view bytes, bool isForm);
 
-  // Lines end with LF alone.
+  // Returns the text. Lines end with LF alone.
   const QString& Text() const { return FText; }
   // "UTF-8", "Windows-1252", "Binary form".
   const QString& Encoding() const { return FEncoding; }
   // "CR LF" or "LF".
   QString LineEnds() const { return FHasCarriageReturns ? "CR LF" : "LF"; }
-  // Empty where the text can be edited; otherwise why it cannot.
+  // Empty if the text can be edited; otherwise the reason why not.
   const QString& ReadOnlyReason() const { return FReadOnlyReason; }
-  // The bytes of a file of this kind with that text, lines ended with LF; nothing when the encoding lacks one
-  // of its characters, which `missing` then is.
+  // Returns the bytes of a file of this kind with that text, whose lines end with LF. If the encoding lacks
+  // one of its characters, returns nullopt and stores that character in `missing`.
   std::optional<std::string> Encode(const QString& text, QString& missing) const;
 
  private:

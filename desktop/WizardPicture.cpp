@@ -12,7 +12,7 @@ constexpr int kWidth = 120;
 constexpr int kHeight = 260;
 constexpr qreal kCenter = kWidth / 2.0;
 
-// A database as the drum that everybody draws, of `disks` disks, with its top at `top`.
+// Draws a database as a drum of `disks` disks, with its top at `top`.
 void DrawDrum(QPainter& painter, qreal top, int disks, const QColor& light, const QColor& dark) {
   constexpr qreal kRadius = 32;
   constexpr qreal kTilt = 9;
@@ -61,7 +61,7 @@ void DrawArrow(QPainter& painter, qreal top) {
   painter.drawPath(arrow);
 }
 
-// Lines of source text in the background, the longer ones indented less.
+// Draws lines of source text in the background. Longer lines are indented less.
 void DrawSource(QPainter& painter) {
   constexpr int kLines[][2] = {{0, 58}, {10, 70}, {10, 44}, {20, 52}, {20, 30}, {10, 62}, {0, 36}};
   painter.setPen(QPen(QColor(255, 255, 255, 26), 3, Qt::SolidLine, Qt::RoundCap));

@@ -1,11 +1,11 @@
-// The wizard's picture: what the migration does, as a drawing.
+// The wizard's picture: a drawing of the migration.
 #pragma once
 
 #include <QPixmap>
 
 namespace desktop {
 
-// 120 by 260 pixels that do not depend on the screen's density; drawn for that density.
+// Returns a picture of 120 by 260 device-independent pixels, drawn for that pixel ratio.
 QPixmap WizardPicture(qreal devicePixelRatio);
 
 }  // namespace desktop
