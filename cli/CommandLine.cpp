@@ -21,7 +21,7 @@ std::string Quoted(std::string_view text) {
   return "\"" + std::string(text) + "\"";
 }
 
-// ". Did you mean NAME?" if there is a near one.
+// Returns ". Did you mean NAME?" if one of `names` is similar to `typed`, else an empty string.
 std::string DidYouMean(std::string_view typed, const std::vector<std::string_view>& names) {
   const std::string_view nearest = Nearest(typed, names);
   return nearest.empty() ? std::string(".") : ". Did you mean " + std::string(nearest) + "?";
@@ -141,7 +141,7 @@ class TParser {
   TCommandLine FLine;
 };
 
-// Whether help is asked for: a wrong option beside it does not matter.
+// Returns whether the words ask for help. If so, mistakes in other options are ignored.
 bool AsksForHelp(const TWords& words) {
   const auto end = std::find(words.begin(), words.end(), "--");
   return std::any_of(words.begin(), end,

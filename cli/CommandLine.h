@@ -1,4 +1,4 @@
-// The command line of kvamigrate: what the user asked for, as values.
+// The command line of kvamigrate, parsed into values.
 #pragma once
 
 #include <optional>
@@ -11,10 +11,10 @@
 
 namespace cli {
 
-inline constexpr int kExitOk = 0;         // everything that was asked for was done
-inline constexpr int kExitPart = 1;       // it was done in part
+inline constexpr int kExitOk = 0;         // everything requested was done
+inline constexpr int kExitPart = 1;       // part of it was done
 inline constexpr int kExitUsage = 2;      // the command line is wrong
-inline constexpr int kExitException = 3;  // an exception, with its message on standard error
+inline constexpr int kExitException = 3;  // an exception, whose message is on standard error
 inline constexpr int kExitFound = 4;      // a check found something
 inline constexpr int kExitSignal = 128;   // plus the number of the signal that stopped the program
 
@@ -35,7 +35,7 @@ enum class TCommand {
 // Paths and names are as typed.
 struct TCommandLine {
   TCommand Command = TCommand::Help;
-  std::vector<std::string> Arguments;  // what is neither the command nor an option, in order
+  std::vector<std::string> Arguments;  // all words but the command and the options, in order
   bool Quiet = false;
 
   // replace and check
@@ -60,7 +60,7 @@ struct TCommandLine {
   std::optional<completion::TSteps> Complete;
   std::vector<std::string> Reports;
   std::string Baseline;
-  std::string Catalogue;  // of `catalogue` too
+  std::string Catalogue;  // also for `catalogue`
 
   // restore
   bool All = false;
@@ -77,8 +77,9 @@ struct TCommandLine {
   std::vector<std::pair<char, std::string>> Drives;
 };
 
-// Returns the command line; or, if nothing is left to run, the exit status: help or the version was asked for
-// and printed, or the mistake was printed on standard error. Raises EOutput. Touches no file.
+// Returns the command line. If nothing is left to do, returns the exit status instead: help or the version
+// was requested and printed, or the command line is wrong and the reason was printed on standard error.
+// Raises EOutput. Accesses no file.
 std::variant<TCommandLine, int> ParseCommandLine(int argc, const char* const* argv);
 
 }  // namespace cli

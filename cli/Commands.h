@@ -1,5 +1,5 @@
-// The commands of kvamigrate. Each returns the exit status of the program (cli/CommandLine.h). Exceptions are
-// left to the caller.
+// The commands of kvamigrate. Each returns the exit status of the program (cli/CommandLine.h). Exceptions
+// propagate to the caller.
 #pragma once
 
 #include "cli/CommandLine.h"
@@ -19,7 +19,8 @@ int RunRules();
 int RunRestore(const TCommandLine& line);
 int RunForm(const TCommandLine& line);
 int RunCatalogue(const TCommandLine& line);
-// Becomes the desktop program. Returns only with an exception, if that cannot be started.
+// Replaces this process by the desktop program. Does not return; raises an exception if the program cannot
+// be started.
 int RunWizard(const TCommandLine& line);
 
 }  // namespace cli

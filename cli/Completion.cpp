@@ -5,7 +5,7 @@
 namespace cli {
 namespace {
 
-// The words of a choice with `separator` between them.
+// Returns the words of a choice with `separator` between them.
 std::string Joined(std::string_view choices, std::string_view separator) {
   std::string words;
   for (const std::string_view word : ChoicesOf(choices))
@@ -13,7 +13,7 @@ std::string Joined(std::string_view choices, std::string_view separator) {
   return words;
 }
 
-// The commands that a user sees, with their first words once each.
+// Calls `action` for each command that is not hidden.
 template <typename TAction>
 void ForEachCommand(TAction action) {
   for (const TCommandRow& command : Commands())
@@ -107,7 +107,7 @@ _kvamigrate() {
 
 // --- zsh ---
 
-// `text` between quotes, in the notation of _arguments.
+// Returns `text` in quotes, in the notation of _arguments.
 std::string ZshText(std::string_view text) {
   std::string result;
   for (const char c : text) {
@@ -188,7 +188,7 @@ _kvamigrate() {
 
 // --- fish ---
 
-// `text` in single quotes.
+// Returns `text` in single quotes.
 std::string FishText(std::string_view text) {
   std::string result = "'";
   for (const char c : text) {

@@ -1,4 +1,4 @@
-// Completion of commands, options and their values for shells.
+// Shell completion of commands, options and their values.
 #pragma once
 
 #include <string>

@@ -16,7 +16,7 @@
 namespace cli {
 namespace {
 
-// A handler that does nothing, unlike SIG_IGN, is not passed on to the programs that this one starts.
+// An empty handler: unlike SIG_IGN, it is not inherited by the programs that this one starts.
 void DoNothing(int) {}
 
 void TurnIntoError(int signal) {
@@ -47,7 +47,8 @@ EOutput::EOutput(int error)
 void PrepareConsole() {
   for (const int file : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(file, F_GETFD) != -1 || errno != EBADF) continue;
-    // The lowest free number, which is this one. In the wrong direction, so that using it fails.
+    // open returns the lowest free number, which is `file`. The access mode is the wrong one, so that using
+    // it fails.
     if (open("/dev/null", file == STDIN_FILENO ? O_WRONLY : O_RDONLY) != file) std::_Exit(kExitException);
   }
   TurnIntoError(SIGPIPE);
@@ -97,7 +98,7 @@ void ComplainOutOfMemory(std::string_view fileName) noexcept {
   (void)WriteAll(STDERR_FILENO, "kvamigrate: ");
   try {
     if (!fileName.empty()) (void)WriteAll(STDERR_FILENO, win::PrintableName(fileName) + ": ");
-  } catch (const std::bad_alloc&) {  // the message goes without the name
+  } catch (const std::bad_alloc&) {  // print the message without the name
   }
   (void)WriteAll(STDERR_FILENO, "There is not enough memory.\n");
 }

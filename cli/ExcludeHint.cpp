@@ -9,7 +9,7 @@
 namespace cli {
 namespace {
 
-// "?" replaces the characters that have a meaning in a pattern or between the quotes of a shell.
+// Replaces characters that are special in a pattern or between the quotes of a shell by "?".
 std::string PatternOf(const std::string& fileName, std::string_view folder) {
   std::string pattern = PathBelow(folder, fileName);
   for (char& c : pattern)

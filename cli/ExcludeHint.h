@@ -1,4 +1,4 @@
-// What to tell the user about leaving out a file that stops a run.
+// Hints for excluding a file that stops a run.
 #pragma once
 
 #include <string>
@@ -6,14 +6,14 @@
 
 namespace cli {
 
-// Returns the path of a file below the folder of the run, which --exclude patterns are matched against.
+// Returns the path of a file below the folder of the run; --exclude patterns are matched against it.
 std::string PathBelow(std::string_view folder, std::string_view fileName);
 
-// Returns the sentence with the options that leave out a file; names are full Windows paths.
+// Returns a sentence with the options that exclude a file. Names are full Windows paths.
 std::string ExcludeHint(const std::string& fileName, std::string_view folder);
 
-// Returns the sentence with the option that leaves out one of two files and not the other; empty if there is
-// none, as for names that differ in case alone.
+// Returns a sentence with the option that excludes one of two files and not the other. Returns an empty
+// string if there is no such option, for example because the names differ in case alone.
 std::string ExcludeOneHint(const std::string& one, const std::string& other, std::string_view folder);
 
 }  // namespace cli

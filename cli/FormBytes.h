@@ -13,14 +13,14 @@ enum class TFormKind {
   BareBinary  // object data alone
 };
 
-// Returns what a file is, by its first bytes. Anything that is not binary is text.
+// Returns the kind of a file, decided from its first bytes. Everything that is not binary is text.
 TFormKind KindOfForm(std::string_view bytes);
 
 struct TConvertedForm {
-  bool Changed = false;  // False if the form was of the wanted kind; Bytes are the input then
+  bool Changed = false;  // false if the form already was of the wanted kind; Bytes are the input then
   std::string Bytes;
   size_t Dropped =
-      0;  // number of bytes after the form, which are lost; white space after a text is not counted
+      0;  // number of bytes after the form, which are dropped; white space after a text is not counted
 };
 
 // Converts a form to the wanted kind. Text is laid out for people, as the IDE writes it. The resource of a

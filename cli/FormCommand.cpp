@@ -1,4 +1,4 @@
-// kvamigrate form to-text and form to-binary: forms to one output, or forms in place.
+// kvamigrate form to-text and form to-binary: converts forms to one output, or in place.
 #include <cstdio>
 
 #include "cli/Commands.h"
@@ -56,7 +56,7 @@ int RunForm(const TCommandLine& line) {
     forms.Replace();
     return forms.Finish(line.Quiet);
   }
-  // Everything is read and converted before anything is written: the output may be one of the inputs.
+  // Read and convert everything before writing, because the output may be one of the inputs.
   std::string bytes;
   for (const std::string& input : line.Arguments) bytes += Convert(input, wanted);
   if (line.Output.empty() || line.Output == kStandardStream) {

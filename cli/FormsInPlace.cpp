@@ -28,8 +28,8 @@ bool IsFormName(std::string_view name) {
 
 }  // namespace
 
-// Returns the name, for messages, of a file or folder at or below the root: what was typed, and on from there
-// with the separator that the user uses.
+// Returns the name, for messages, of a file or folder at or below the root: the root as typed, and the rest
+// with the separator that the user typed.
 std::string TFormsInPlace::Shown(const TRoot& root, const std::string& path) {
   const std::string& typed = root.Typed;
   std::string below = path.substr(root.Path.size());
@@ -91,7 +91,7 @@ void TFormsInPlace::AddFile(const TRoot& root, const std::string& fileName) {
     WriteTempForm(temp, form.Bytes, fileName);
     FChanged.push_back({fileName, name, temp});
   } catch (const rtl::EWriteError&) {
-    throw;  // the temporary folder is full; nothing has been changed
+    throw;  // the temporary folder is full; no original was changed
   } catch (const rtl::EFCreateError&) {
     throw;
   } catch (const rtl::Exception& error) {

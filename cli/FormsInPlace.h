@@ -1,6 +1,6 @@
-// Forms that are converted where they are. All of them are converted into a private temporary folder first,
-// and take the place of the originals when they are safe on the disk. So each file is at every moment either
-// as it was or as it is to be.
+// Converts forms in place. All forms are first converted into a private temporary folder, and replace the
+// originals after they are flushed to the disk. So each file is always either unchanged or completely
+// converted.
 #pragma once
 
 #include <string>
@@ -13,20 +13,20 @@ namespace cli {
 
 class TFormsInPlace {
  public:
-  // Raises rtl::EFCreateError if no temporary folder can be made.
+  // Raises rtl::EFCreateError if no temporary folder can be created.
   explicit TFormsInPlace(TFormKind wanted) : FWanted(wanted) {}
 
-  // Converts a file, or every form below a folder, as the user typed it. What cannot be read or converted is
-  // said on standard error, and counts as failed. Raises rtl::EStreamError if the temporary folder cannot be
-  // written, EUsage if `typed` is no path, and rtl::EAbort if the user stops the program.
+  // Converts a file, or every form below a folder, as the user typed it. A form that cannot be read or
+  // converted is reported on standard error and counts as failed. Raises rtl::EStreamError if the temporary
+  // folder cannot be written, EUsage if `typed` is no path, and rtl::EAbort if the user stops the program.
   void Add(const std::string& typed);
-  // Puts the converted forms in place.
+  // Replaces the originals by the converted forms.
   void Replace();
-  // Prints the numbers of files unless `isQuiet`, and returns the exit status.
+  // Prints the numbers of files unless `isQuiet`. Returns the exit status.
   int Finish(bool isQuiet) const;
 
  private:
-  // A file or folder of the command line, for the names in messages.
+  // A file or folder of the command line, with its names for messages.
   struct TRoot {
     std::string Typed;
     std::string Path;  // full Windows path

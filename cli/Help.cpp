@@ -10,7 +10,7 @@ namespace {
 constexpr size_t kIndent = 2;
 constexpr size_t kWidth = 80;
 
-// Appends the two columns of a list: `term`, and `about` broken into lines from column `column`.
+// Appends a row of two columns: `term`, and `about` broken into lines that start at `column`.
 void AppendRow(std::string& text, std::string_view term, std::string about, size_t column) {
   std::string line = std::string(kIndent, ' ').append(term);
   if (line.size() + 2 > column) {

@@ -7,16 +7,16 @@
 
 namespace cli {
 
-// The list of commands.
+// Returns the list of commands.
 std::string GeneralHelp();
-// The options of a command.
+// Returns the options of a command.
 std::string CommandHelp(const TCommandRow& command);
-// All of it in the format of man(7).
+// Returns all help texts in the format of man(7).
 std::string ManPage();
-// "kvamigrate 1.0.0"
+// Returns "kvamigrate 1.0.0".
 std::string VersionText();
 
-// "-o, --output FILE"
+// Returns a synopsis such as "-o, --output FILE".
 std::string OptionSynopsis(const TOption& option);
 
 }  // namespace cli

@@ -48,7 +48,7 @@ int RunCommand(const TCommandLine& line) {
       PrintText(ManPage());
       return kExitOk;
     case TCommand::Help:
-      break;  // printed by the parser
+      break;  // already printed by the parser
   }
   return kExitOk;
 }
@@ -67,7 +67,7 @@ int Main(int argc, char** argv) {
     Complain(error.what());
     return kExitSignal + PendingInterrupt();
   } catch (const EOutput& error) {
-    // Like other programs, without a word if the reader has seen enough.
+    // Like other programs, end silently if the reader of the pipe has closed it.
     if (error.IsBrokenPipe()) return kExitSignal + SIGPIPE;
     Complain(error.what());
     return kExitException;

@@ -7,7 +7,7 @@
 namespace cli {
 namespace {
 
-// `text` as roff takes it: no escapes, no hyphens that get lost, no requests at the beginning of a line.
+// Escapes `text` for roff: backslashes, hyphens, and requests at the beginning of a line.
 std::string Roff(std::string_view text) {
   std::string result;
   bool isLineStart = true;
@@ -29,7 +29,7 @@ std::string Roff(std::string_view text) {
   return result;
 }
 
-// Text whose lines stay as they are.
+// Returns `text` with its line breaks kept.
 std::string Verbatim(std::string_view text) {
   return ".nf\n" + Roff(text) + "\n.fi\n";
 }

@@ -28,7 +28,7 @@ std::string_view Nearest(std::string_view typed, const std::vector<std::string_v
   std::string_view nearest;
   size_t least = typed.size() / 3 + 1;
   for (const std::string_view name : names) {
-    // The "--" of an option is no beginning.
+    // The "--" alone does not count as a prefix of an option.
     const bool begins = typed.find_first_not_of('-') != std::string_view::npos && name.starts_with(typed);
     const size_t distance = begins ? 0 : Distance(typed, name);
     if (distance >= least) continue;

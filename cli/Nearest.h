@@ -1,4 +1,4 @@
-// What the user probably meant by a word that is not known.
+// Finds the known word that is most similar to an unknown one.
 #pragma once
 
 #include <string_view>
@@ -6,8 +6,9 @@
 
 namespace cli {
 
-// Returns the one of `names` that `typed` is the beginning of, or from which it differs by the fewest letters
-// left out, added, replaced or swapped, at most a third of its own. Returns an empty text if there is none.
+// Returns the name that `typed` is a prefix of, or the one at the smallest edit distance from it (letters
+// omitted, added, replaced or swapped), which is at most a third of the length of `typed`. Returns an empty
+// string if there is none.
 std::string_view Nearest(std::string_view typed, const std::vector<std::string_view>& names);
 
 }  // namespace cli

@@ -17,7 +17,7 @@ void StoreDrive(TCommandLine& line, const std::string& value) {
   line.Drives.emplace_back(value[0], value.substr(2));
 }
 
-// Takes 1251, cp1251, windows-1251 and utf-8.
+// Accepts 1251, cp1251, windows-1251 and utf-8.
 void StoreCodePage(TCommandLine& line, const std::string& value) {
   std::string number = rtl::LowerCase(value);
   for (const std::string_view prefix : {"windows-", "cp"})
@@ -53,7 +53,7 @@ constexpr TStepRow kSteps[] = {
     {"marks", &completion::TSteps::Marks},
 };
 
-// Takes step names with commas between them, in any case; "all" is all of them.
+// Accepts step names separated by commas, in any case; "all" means all steps.
 void StoreSteps(TCommandLine& line, const std::string& value) {
   if (!line.Complete) line.Complete.emplace();
   for (size_t start = 0; start <= value.size();) {

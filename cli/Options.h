@@ -1,5 +1,5 @@
-// The commands of kvamigrate with their options, as one table. The parser, the help texts, the completions
-// for shells and the manual page are all made from it: a new option is one row.
+// The table of the commands of kvamigrate and their options. The parser, the help texts, the completions
+// for shells and the manual page are generated from it, so a new option is one row.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@
 
 namespace cli {
 
-// What an option or an argument takes, for completion.
+// The kind of value of an option or an argument, for completion.
 enum class TValueKind {
   None,    // nothing: a flag
   Text,    // any text
@@ -24,7 +24,7 @@ struct TOption {
   TValueKind Kind;
   std::string_view ValueName;  // "DIR"; empty for a flag
   std::string_view About;      // one sentence without its full stop
-  // Stores the value, which is empty for a flag. A choice comes in lower case. Raises EUsage.
+  // Stores the value, which is empty for a flag. A choice is passed in lower case. Raises EUsage.
   void (*Store)(TCommandLine& line, const std::string& value);
   bool IsRepeatable = false;
   char Short = 0;  // 'q' for -q
@@ -40,17 +40,17 @@ struct TArgument {
 
 struct TCommandRow {
   TCommand Command;
-  std::string_view Name;   // "replace"; of two words: "form to-text"
+  std::string_view Name;   // "replace"; with two words: "form to-text"
   std::string_view About;  // one sentence without its full stop
-  std::string_view Usage;  // what follows the name
+  std::string_view Usage;  // the part after the name
   TArgument Argument;
   std::vector<TOption> Options;
   std::string_view Footer;  // explanations and examples; ends without a line end
-  bool IsHidden = false;    // for the build alone
+  bool IsHidden = false;    // only used by the build
 };
 
 const std::vector<TCommandRow>& Commands();
-// The options that every command takes, and that are dealt with before anything else: --help.
+// Returns the option that every command accepts and that is handled before all others: --help.
 const TOption& HelpOption();
 
 // Returns the words of a choice: "bde", "ibx".

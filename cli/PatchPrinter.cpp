@@ -33,7 +33,8 @@ bool WantsColours(const std::string& colour) {
   return IsTerminal() && (noColor == nullptr || *noColor == '\0');
 }
 
-// Returns a file's text as UTF-8; a binary form as `form to-text` prints it. Empty if it is damaged.
+// Returns a file's text as UTF-8; for a binary form, as `form to-text` prints it. Returns an empty string
+// if the form is damaged.
 std::string ReadableText(const std::string& bytes) {
   try {
     if (!mig::IsBinaryForm(bytes)) {
@@ -50,7 +51,7 @@ std::string ReadableText(const std::string& bytes) {
   }
 }
 
-// Returns a line as a terminal can show it: control characters but tab as "^X".
+// Returns a line for display on a terminal: control characters except tab become "^X".
 std::string WithoutControls(std::string_view line) {
   std::string result;
   for (const char c : line) {
@@ -66,7 +67,7 @@ std::string WithoutControls(std::string_view line) {
   return result;
 }
 
-// The colours of git.
+// Returns the colour that git uses for the line.
 std::string_view ColourOf(std::string_view line) {
   if (line.starts_with("# ")) line.remove_prefix(2);
   if (line.starts_with("@@")) return "\033[36m";
@@ -83,7 +84,7 @@ std::string Coloured(std::string_view patch, bool hasColours) {
   for (std::string_view line : diff::SplitLines(patch)) {
     const bool hasEnd = line.ends_with('\n');
     if (hasEnd) line.remove_suffix(1);
-    if (line.ends_with('\r')) line.remove_suffix(1);  // a line end of the file, and nothing to see
+    if (line.ends_with('\r')) line.remove_suffix(1);  // part of the file's line end, not visible
     const std::string_view colour = hasColours ? ColourOf(line) : std::string_view();
     result.append(colour).append(WithoutControls(line)).append(colour.empty() ? "" : "\033[m");
     if (hasEnd) result += '\n';
@@ -91,7 +92,7 @@ std::string Coloured(std::string_view patch, bool hasColours) {
   return result;
 }
 
-// Becomes the pager, whose input is `input`.
+// Replaces this process by the pager, which reads from `input`.
 [[noreturn]] void BecomePager(int input) {
   dup2(input, STDIN_FILENO);
   setenv("LESS", "FRX", /*overwrite=*/0);
@@ -148,7 +149,7 @@ void TPatchPrinter::Write(std::string_view patch) {
   if (FPager < 0) return WriteOutput(text);
   for (std::string_view rest = text; !rest.empty();) {
     const ssize_t count = write(FPager, rest.data(), rest.size());
-    if (count < 0 && errno != EINTR) return;  // the reader has seen enough
+    if (count < 0 && errno != EINTR) return;  // the reader has closed the pager
     if (count > 0) rest.remove_prefix(static_cast<size_t>(count));
   }
 }

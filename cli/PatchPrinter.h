@@ -1,4 +1,4 @@
-// The patch that a run would be, on standard output.
+// Prints the patch of a run on standard output.
 #pragma once
 
 #include <string>
@@ -13,19 +13,19 @@ struct TFileConversion;
 
 namespace cli {
 
-// Prints a file's patch as soon as it is given. On a terminal the patch has colours and goes to the pager, $PAGER or
-// `less`, as git's output does; control characters in the files come out as "^X" there.
+// Prints each file's patch immediately. On a terminal the patch is coloured and piped through the pager,
+// $PAGER or `less`, like git's output, and control characters in the files are printed as "^X".
 class TPatchPrinter {
  public:
   // `folder` is the full Windows path that the names in the patch are relative to.
   TPatchPrinter(const TCommandLine& line, std::string_view folder);
-  // Ends the pager.
+  // Waits for the pager to end.
   ~TPatchPrinter();
   TPatchPrinter(const TPatchPrinter&) = delete;
   TPatchPrinter& operator=(const TPatchPrinter&) = delete;
 
-  // Prints what the conversion changes in the file, a full Windows path; once for each file. Raises EOutput, and what
-  // reading the file raises.
+  // Prints the changes that the conversion makes to the file, a full Windows path. Repeated calls for a
+  // file print nothing. Raises EOutput and the exceptions of reading the file.
   void Print(const std::string& fileName, const mig::TFileConversion& conversion);
 
  private:
@@ -36,7 +36,7 @@ class TPatchPrinter {
   const bool FHasPager;
   const bool FHasColours;
   std::unordered_set<std::string> FPrinted;  // names in upper case
-  int FPager = -1;                           // the pipe to the pager, once there is one
+  int FPager = -1;                           // the pipe to the pager, -1 if there is none
   int FPagerProcess = -1;
 };
 

@@ -8,15 +8,15 @@
 namespace cli {
 namespace {
 
-// Returns the form in which both sides are compared: upper case, with slashes as separators.
+// Returns the form used for comparison: upper case, with slashes as separators.
 std::string Folded(std::string_view path) {
   std::string folded = win::UpperFileName(path);
   std::replace(folded.begin(), folded.end(), '\\', '/');
   return folded;
 }
 
-// Removes a set "[...]" from the front of the pattern and returns whether `character` is in it. A "[" that is
-// never closed is an ordinary character: `isSet` is False then, and nothing is removed.
+// Removes a set "[...]" from the front of the pattern and returns whether `character` is in it. A "[" that
+// is never closed is an ordinary character: sets `isSet` to false and removes nothing.
 bool MatchSet(std::string_view& pattern, std::string_view character, bool& isSet) {
   size_t at = 1;
   const bool negated = at < pattern.size() && (pattern[at] == '!' || pattern[at] == '^');
@@ -33,7 +33,7 @@ bool MatchSet(std::string_view& pattern, std::string_view character, bool& isSet
       high = pattern.substr(at + 1, rtl::CharacterLength(pattern.substr(at + 1)));
       at += 1 + high.size();
     }
-    // The order of UTF-8 texts is that of their code points.
+    // UTF-8 texts sort in the order of their code points.
     found = found || (low <= character && character <= high);
   }
   pattern.remove_prefix(end + 1);

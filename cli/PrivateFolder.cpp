@@ -18,7 +18,7 @@ TPrivateFolder::TPrivateFolder() : FPath(mig::CreateTempFolder("$DS", 1)) {
 TPrivateFolder::~TPrivateFolder() {
   try {
     mig::DeleteFolder(FPath);
-  } catch (const std::bad_alloc&) {  // the folder stays, and the next run names it
+  } catch (const std::bad_alloc&) {  // the folder remains; the next run reports it
   }
 }
 

@@ -1,5 +1,5 @@
-// A temporary folder for the program's own files, deleted with all that is in it. It is locked as long as it is
-// in use, so that nobody takes it for a folder that was left behind.
+// A temporary folder for the program's own files, deleted with its contents. It is locked as long as it is
+// in use, so that no other process takes it for an abandoned one.
 #pragma once
 
 #include <memory>

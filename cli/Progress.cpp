@@ -23,7 +23,7 @@ size_t TerminalWidth() {
   return static_cast<size_t>(known ? size.ws_col : kDefaultWidth);
 }
 
-// Returns the end of a UTF-8 text: at most `count` bytes, beginning with a whole character.
+// Returns the end of a UTF-8 text: at most `count` bytes that start at a character boundary.
 std::string_view Tail(std::string_view text, size_t count) {
   if (text.size() <= count) return text;
   text.remove_prefix(text.size() - count);

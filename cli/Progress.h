@@ -1,14 +1,14 @@
-// The progress line of a long command: files done, files known, and the name of the present file, on
-// standard error. Nothing is written unless that is a terminal that knows control sequences.
+// The progress line of a long command on standard error: files done, files found, and the name of the
+// current file. Prints nothing unless standard error is a terminal that supports control sequences.
 #pragma once
 
 #include <string_view>
 
 namespace cli {
 
-// Replaces the line, at most twenty times a second.
+// Updates the line, at most twenty times a second.
 void ShowProgress(int done, int known, std::string_view fileName);
-// Removes the line, so that other text can be written.
+// Removes the line, before other text is written.
 void ClearProgress();
 
 }  // namespace cli

@@ -23,7 +23,7 @@
 namespace cli {
 namespace {
 
-// Raises mig::EWayBack if a run in the default backup folders of `folder` did not end.
+// Raises mig::EWayBack if a run in the default backup folders of `folder` was not completed.
 void RequireNoJournal(const std::string& folder) {
   for (const std::string& undoFile : mig::FindUndoFiles(folder)) {
     const std::string backupDir = rtl::ExtractFileDir(undoFile);
@@ -49,7 +49,7 @@ std::string BackupDir(const TCommandLine& line, const std::string& folder) {
   return chosen;
 }
 
-// Returns what to do about a backup folder that may not be used.
+// Returns a hint about a backup folder that cannot be used.
 std::string WayBackHint(const mig::EWayBack& error, const TCommandLine& line) {
   if (error.Kind() == mig::TWayBack::Journal) {
     std::string command = "Type: kvamigrate restore '" + mig::JournalOf(error.BackupDir()) + "'";
@@ -60,7 +60,7 @@ std::string WayBackHint(const mig::EWayBack& error, const TCommandLine& line) {
   return "Take another folder with --backup-dir, or give up the earlier backups with --overwrite-backups.";
 }
 
-// Says what stopped a run, and what to do about it.
+// Prints the reason why a run stopped, and a hint.
 int Stopped(const std::string& message, const std::string& hint) {
   Complain(message);
   if (!hint.empty()) Note(hint);
@@ -80,7 +80,7 @@ bool FinishReport(TRunReport& report) {
 
 int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TCommandLine& line,
                 TRunReport& report) {
-  std::string fileName;  // the present file; empty after the last one is converted
+  std::string fileName;  // the current file; empty after the last one is converted
   replacer.OnProgress = [&](const mig::TRunProgress& progress) {
     fileName = progress.FileName;
     StopIfInterrupted("Stopped: no file was replaced.");

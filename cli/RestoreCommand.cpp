@@ -22,7 +22,7 @@ namespace {
 using mig::TRestoreLine;
 using mig::TRestoreVerdict;
 
-// Returns the undo files to restore from, the last run first.
+// Returns the undo files to restore from, the latest run first.
 std::vector<std::string> UndoFiles(const TCommandLine& line) {
   const std::string path = WindowsPath(line.Arguments[0]);
   RequireReachable(path);
@@ -41,7 +41,7 @@ std::vector<std::string> UndoFiles(const TCommandLine& line) {
   return files;
 }
 
-// A pattern with a separator fits the end of a path, from the name of a folder on.
+// A pattern with a separator matches the end of a path, starting at the name of a folder.
 TPathPatterns OnlyPatterns(const std::vector<std::string>& typed) {
   std::vector<std::string> patterns = typed;
   for (const std::string& pattern : typed)
@@ -49,7 +49,7 @@ TPathPatterns OnlyPatterns(const std::vector<std::string>& typed) {
   return TPathPatterns(patterns);
 }
 
-// Holds the backup folders, so that no run is at work in them. Raises mig::ERunIsBusy if one is.
+// Locks the backup folders, so that no run uses them. Raises mig::ERunIsBusy if one does.
 std::vector<std::unique_ptr<win::TFileLock>> LockFolders(const std::vector<std::string>& undoFiles) {
   std::vector<std::unique_ptr<win::TFileLock>> locks;
   for (const std::string& undoFile : undoFiles) {
@@ -93,8 +93,8 @@ int PrintPlan(const mig::TRestorePlan& plan) {
   return kExitOk;
 }
 
-// Names every line that keeps the plan from being executed. Returns whether there is none. `force` lets
-// edited files and foreign lines pass.
+// Prints every line that prevents the plan from being executed. Returns whether there is none. `force`
+// accepts edited files and lines that no run can have written.
 bool MayExecute(const mig::TRestorePlan& plan, bool force) {
   size_t missing = 0, refused = 0;
   for (const TRestoreLine& line : plan.Lines()) {

@@ -26,7 +26,7 @@ std::string Now() {
   return text;
 }
 
-// The options of the run that decide what is converted, as typed.
+// Returns the options that affect the conversion, as typed.
 std::vector<std::string> OptionsOf(const TCommandLine& line) {
   std::vector<std::string> options;
   const auto add = [&options](const char* name, const std::string& value) {
@@ -92,7 +92,7 @@ TRunReport::~TRunReport() {
 
 void TRunReport::AddFile(const std::string& fileName, const mig::TFileConversion& conversion,
                          bool isChanged) {
-  // Two units can name one form; what it leaves is to be done once.
+  // Two units can name the same form, whose findings are added only once.
   if (!FKnown.insert(win::UpperFileName(fileName)).second) return;
   std::string backup;
   if (isChanged && FOptions.MakeBackup) {
@@ -101,7 +101,7 @@ void TRunReport::AddFile(const std::string& fileName, const mig::TFileConversion
                                  : rtl::ExtractFileName(fileName);
     backup = mig::BackupFileName(mig::JoinPath(FOptions.BackupDir, path));
   }
-  // The name as it is on the disk: resource directives may spell it otherwise.
+  // Use the name as on disk, because resource directives may spell it differently.
   FFindings.AddFile(win::FileSystem().GetLongPathNameA(fileName), conversion, isChanged, backup);
 }
 

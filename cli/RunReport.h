@@ -1,4 +1,4 @@
-// What a run did and left, for the commands that run one: collected, summed up, and written as reports.
+// Collects the findings of a run, prints their summary, and writes reports.
 //
 //   TRunReport report(line, replacer, options, base, /*isPreview=*/false);
 //   replacer.Replace();
@@ -16,16 +16,18 @@ namespace cli {
 
 class TRunReport {
  public:
-  // Collects what `replacer` finds in the next run. Everything but `line` must outlive the object; `base` is the full
-  // Windows path of the folder of the run. Raises EUsage if the name of a report has an extension that is not known.
+  // Collects the findings of `replacer` in the next run. Everything but `line` must outlive the object.
+  // `base` is the full Windows path of the folder of the run. Raises EUsage if the file name of a report
+  // has an unknown extension.
   TRunReport(const TCommandLine& line, target::TKVAComponentReplacer& replacer,
              const mig::TReplaceOptions& options, const std::string& base, bool isPreview);
   ~TRunReport();
   TRunReport(const TRunReport&) = delete;
   TRunReport& operator=(const TRunReport&) = delete;
 
-  // Ends the collection, takes out what the baseline knows, writes the reports, and prints the summary on standard
-  // error unless the command line is quiet. Returns false, after a message, if a report could not be written.
+  // Ends the collection, removes findings that the baseline has, writes the reports, and prints the summary
+  // on standard error unless the command line is quiet. Returns false, after a message, if a report could
+  // not be written.
   [[nodiscard]] bool Finish();
   // Valid after Finish.
   const report::TReport& Report() const { return FReport; }

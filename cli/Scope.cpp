@@ -19,13 +19,13 @@
 namespace cli {
 namespace {
 
-// Of the files of one project, the one that knows most about it.
+// Ranks the files of one project. The one with the lowest rank has the most information.
 int Rank(host::TProjectKind kind) {
   return kind == host::TProjectKind::Dproj ? 0 : kind == host::TProjectKind::Bdsproj ? 1 : 2;
 }
 
-// Returns the only project in a folder. A group beside it does not count, and the files of one project, such
-// as Orders.dpr and Orders.dproj, count once.
+// Returns the only project in a folder. Group files are ignored, and the files of one project, such as
+// Orders.dpr and Orders.dproj, count as one.
 std::string ProjectIn(const std::string& folder) {
   std::map<std::string, std::string> projects;  // upper-cased name without extension -> file name
   rtl::TFolderEntries entries(folder);

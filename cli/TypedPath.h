@@ -5,11 +5,11 @@
 
 namespace cli {
 
-// Returns the full Windows path of a host path or a Windows path. Raises EUsage if there is none.
+// Returns the full Windows path for a host path or a Windows path. Raises EUsage if there is none.
 std::string WindowsPath(const std::string& typed);
 
-// Raises rtl::EFOpenError if there may be something at the full Windows path, but the system does not let it be
-// looked at. Does nothing if there is nothing.
+// Raises rtl::EFOpenError if the system denies access to the full Windows path, so that it is unknown
+// whether it exists. Does nothing if nothing exists there.
 void RequireReachable(const std::string& path);
 
 }  // namespace cli

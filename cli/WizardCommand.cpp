@@ -1,4 +1,4 @@
-// kvamigrate wizard: starts the desktop program in the place of this one.
+// kvamigrate wizard: replaces this process by the desktop program.
 #include <filesystem>
 #include <unistd.h>
 
@@ -9,7 +9,8 @@ namespace {
 
 constexpr char kDesktopProgram[] = "kvawizard";
 
-// Returns the desktop program beside this one, or else its name, which is looked up in the search path.
+// Returns the path of the desktop program beside this one, or else its name, to be found in the search
+// path.
 std::string DesktopProgram() {
   std::error_code error;
   const auto self = std::filesystem::read_symlink("/proc/self/exe", error);
