@@ -1,4 +1,4 @@
-// A file that a project or group file names, as written there, in UTF-8.
+// A file named by a project or group file, spelled as there, in UTF-8.
 #pragma once
 
 #include <string>
@@ -7,9 +7,9 @@ namespace host {
 
 struct TFileReference {
   std::string Name;
-  std::string FormName{};   // of a unit with a form, if the file gives it
+  std::string FormName{};   // of a unit with a form, if the project file has it
   std::string FormClass{};  // the same: "TDataModule", "TFrame"
-  int Line = 0;             // where the file names it, from 1
+  int Line = 0;             // the line of the name, from 1
 };
 
 }  // namespace host

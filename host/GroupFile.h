@@ -13,7 +13,7 @@ struct TGroupFile {
   std::string FileName;
   // Full paths in the group's order, each project once. A group in the group is replaced by its projects.
   std::vector<std::string> Projects;
-  // A message for each entry that this host cannot open: projects of other languages.
+  // A message for each entry that this host cannot open, such as a project of another language.
   std::vector<std::string> PassedOver;
 };
 

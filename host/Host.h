@@ -29,7 +29,7 @@ namespace host {
 
 class THostServices;
 
-// The user's answer about a modified buffer: save it, discard the changes, or cancel the operation.
+// The user's answer for a modified buffer: save it, discard the changes, or cancel the operation.
 enum class TSaveAnswer { Yes, No, Cancel };
 
 class THost {
@@ -43,8 +43,8 @@ class THost {
 
   // --- Projects. --- Opens a group, or a project in a group of its own. Unless `newGroup` is set, a project
   // is added to the open group and becomes the active one. Returns false if the open group could not be
-  // closed. Raises EHostError or rtl::EFOpenError for files that cannot be used; what was open stays open
-  // then. Missing units are reported, a line each (win/Diagnostics.h), and listed in TProject::Missing.
+  // closed. Raises EHostError or rtl::EFOpenError for files that cannot be used; the open group then stays
+  // open. Missing units are reported, one line each (win/Diagnostics.h), and listed in TProject::Missing.
   [[nodiscard]] bool OpenProject(std::string_view fileName, bool newGroup);
   TProjectGroup* Group() const { return FGroup.Get(); }  // null if nothing is open
   TProject* ActiveProject() const { return FGroup ? FGroup->ActiveProject() : nullptr; }
@@ -80,8 +80,8 @@ class THost {
   void RemoveObserver(THostObserver& observer);
   // Called before a modified module is closed, or saved without force. Unset: Yes, so that nothing is lost.
   std::function<TSaveAnswer(TModule& module)> OnQuerySave;
-  // Called before a buffer is saved over a file that somebody has changed since it was loaded. Returns
-  // whether to overwrite it. Unset: no.
+  // Called before a buffer is saved over a file that another program has changed since it was loaded.
+  // Returns whether to overwrite the file. Unset: no.
   std::function<bool(TFileBuffer& buffer)> OnQueryOverwrite;
 
   // --- For the host's modules and services. ---

@@ -9,26 +9,27 @@
 
 namespace host {
 
-// A file that is not what it should be, or an operation that the host cannot do.
+// A file with invalid contents, or an operation that the host does not support.
 class EHostError : public rtl::Exception {
  public:
   using rtl::Exception::Exception;
 };
 
-// A name that the user gave chooses nothing: the command line is wrong, not a file.
+// A name on the command line that matches nothing. Reported as a mistake in the command line, not in a
+// file.
 class EChoiceError : public EHostError {
  public:
   using EHostError::EHostError;
 };
 
-// `fileName` with `line`, counted from 1 (0: none), before `text`.
+// Returns `text` prefixed with `fileName` and `line`, which counts from 1 (0: none).
 inline std::string At(std::string_view fileName, int line, std::string_view text) {
   std::string message(fileName);
   if (line > 0) message.append("(").append(std::to_string(line)).append(")");
   return message.append(": ").append(text);
 }
 
-// `name` in double quotes, for messages.
+// Returns `name` in double quotes, for messages.
 inline std::string Quoted(std::string_view name) {
   return std::string("\"").append(name).append("\"");
 }

@@ -1,5 +1,5 @@
-// The view of a host. Each call comes after the change, on the main thread, from within the operation that
-// made it. An observer must not change the host.
+// Observes a host. Each call comes after the change, on the main thread, from within the operation that
+// made the change. An observer must not change the host.
 #pragma once
 
 #include <string_view>
@@ -27,12 +27,12 @@ class THostObserver {
   virtual void ModuleOpened(TModule& module) { static_cast<void>(module); }
   // A unit was closed. The module still exists.
   virtual void ModuleClosed(TModule& module) { static_cast<void>(module); }
-  // The bytes of a buffer changed, or whether it is modified.
+  // The bytes of a buffer changed, or its modified flag.
   virtual void BufferChanged(TFileBuffer& buffer) { static_cast<void>(buffer); }
-  // An editor is to be brought to the front.
+  // An editor must be brought to the front.
   virtual void EditorShown(TFileEditor& editor) { static_cast<void>(editor); }
   virtual void MenuChanged() {}
-  // A wizard of a loaded module is running. This call alone may stop it, by an exception.
+  // A wizard of a loaded module is running. Only this call may raise an exception, which stops the run.
   virtual void RunAdvanced(const toolsapi::TRunStep& step) { static_cast<void>(step); }
   virtual void RunWarning(std::string_view message) { static_cast<void>(message); }
 };

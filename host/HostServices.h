@@ -14,8 +14,8 @@ class THostServices final
                                          toolsapi::INTAServices, toolsapi::IHostRuntime> {
  public:
   explicit THostServices(THost& host) : FHost(&host) {}
-  // Called when the host is destroyed while somebody holds its services: every operation raises EHostError
-  // from then on.
+  // Called when the host is destroyed while clients still hold its services. After that every operation
+  // raises EHostError.
   void CutOff() { FHost = nullptr; }
 
   int GetModuleCount() override;

@@ -30,7 +30,7 @@ class TMakeLines {
       ++FLine;
       piece = piece.substr(0, piece.find('#'));
       while (!piece.empty() && IsBlank(piece.back())) piece.remove_suffix(1);
-      // A path may end with a backslash, too, but no blank comes before that one.
+      // A path may end with a backslash too, but has no blank before it.
       goesOn = piece == "\\" || piece.ends_with(" \\") || piece.ends_with("\t\\");
       if (goesOn) piece.remove_suffix(1);
       text.append(piece);
@@ -46,7 +46,7 @@ class TMakeLines {
   int FLine = 0;
 };
 
-// Splits `text` at blanks. A word in double quotes may hold blanks.
+// Splits `text` at blanks. A word in double quotes may contain blanks.
 std::vector<std::string_view> Words(std::string_view text) {
   std::vector<std::string_view> words;
   for (text = rtl::Trim(text); !text.empty(); text = rtl::Trim(text)) {
@@ -59,7 +59,7 @@ std::vector<std::string_view> Words(std::string_view text) {
   return words;
 }
 
-// Returns the position of the colon that ends the targets of a rule, not of one after a drive letter.
+// Returns the position of the colon that ends the targets of a rule. Skips the colon of a drive letter.
 size_t FindRuleColon(std::string_view line) {
   for (size_t at = line.find(':'); at != line.npos; at = line.find(':', at + 1)) {
     if (at + 1 == line.size() || TMakeLines::IsBlank(line[at + 1])) return at;
@@ -82,7 +82,7 @@ class TBpgReader {
 
  private:
   void TakeLine(std::string_view line, int number) {
-    // Skip the commands of rules, and directives: all their branches count.
+    // Skip the commands of rules, and directives; all branches of directives count.
     if (line.empty() || TMakeLines::IsBlank(line.front()) || line.front() == '!') return;
     const size_t equals = line.find('=');
     const size_t colon = FindRuleColon(line);
@@ -116,7 +116,7 @@ class TBpgReader {
     return text;
   }
 
-  // A target is one word, or several if a name with blanks was written without quotes.
+  // A target is one word, or several words if a name with blanks is not quoted.
   std::vector<TFileReference> ListProjects() const {
     std::vector<TFileReference> projects;
     const std::vector<std::string_view> words = Words(FProjects->first);

@@ -1,5 +1,5 @@
-// The older project group, .bpg: a make file whose macro PROJECTS lists targets, with a rule for each target
-// that gives its project file.
+// The older project group, .bpg: a make file whose macro PROJECTS lists targets, with a rule for each
+// target that names its project file.
 #pragma once
 
 #include <string_view>

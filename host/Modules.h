@@ -1,7 +1,7 @@
 // The open files of the host, as modules: each has a file name, editors for its files, and owners.
 //
-// Modules and editors are reference-counted, and clients may hold them longer than the host does. A module
-// that the host has closed keeps its name and its contents, has no owners, and shows nothing.
+// Modules and editors are reference-counted, and clients may hold them longer than the host does. After the
+// host has closed a module, it keeps its name and its contents, has no owners, and shows nothing.
 #pragma once
 
 #include <memory>
@@ -20,7 +20,7 @@ class TModule;
 
 enum class TEditorKind { Source, Form };
 
-// An editor of one file, as the views of the host see it.
+// An editor of one file, as seen by the observers of the host.
 class TFileEditor {
  public:
   TFileEditor(TModule& module, std::string_view fileName);
@@ -54,15 +54,16 @@ class TModule {
   // Returns whether one of the module's own buffers is modified.
   bool Modified() const;
 
-  // Saves the modified buffers of the module and of those that are saved with it. Returns false if one was
-  // not saved; why is reported (win/Diagnostics.h). This host cannot save under another name: `changeName`
-  // returns false. Unless `forceSave` is set, the user is asked first (THost::OnQuerySave). A file that was
-  // changed on the disk is overwritten only if THost::OnQueryOverwrite returns true.
+  // Saves the modified buffers of the module and of the modules that are saved with it. Returns false if
+  // one was not saved; the reason is reported (win/Diagnostics.h). This host cannot save under another
+  // name: returns false if `changeName` is set. Unless `forceSave` is set, asks the user first
+  // (THost::OnQuerySave). Overwrites a file that was changed on the disk only if THost::OnQueryOverwrite
+  // returns true.
   [[nodiscard]] bool Save(bool changeName, bool forceSave);
-  // Asks the user about each modified module, saves, then closes. Returns false if a file could not be saved
-  // or the user cancels. All questions come before anything is closed.
+  // Asks the user about each modified module, saves, then closes. Returns false if a file could not be
+  // saved or the user cancels. Asks all questions before closing anything.
   bool Close();
-  // Reloads the module's files. Returns false if one cannot be read; the others are reloaded all the same.
+  // Reloads the module's files. Returns false if one cannot be read; the others are still reloaded.
   bool Reload();
   virtual toolsapi::TIntf<toolsapi::IOTAModule> Interface() = 0;
 

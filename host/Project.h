@@ -37,7 +37,7 @@ class TProject final : public TModuleObject<toolsapi::IOTAProject> {
   std::unordered_set<std::string> FKeys;  // FileKey of each of Units
 };
 
-// The open group: that of a group file, or one without a name that holds a single project.
+// The open group: of a group file, or a group without a name that contains a single project.
 class TProjectGroup final : public TModuleObject<toolsapi::IOTAProjectGroup> {
  public:
   TProjectGroup(THost& host, std::string_view fileName) : TModuleObject(host, fileName) {}
@@ -54,7 +54,7 @@ class TProjectGroup final : public TModuleObject<toolsapi::IOTAProjectGroup> {
  private:
   friend class THost;
   void Add(toolsapi::TIntf<TProject> project);
-  // If it was the active project, the first one that is left becomes active.
+  // If it was the active project, the first remaining one becomes active.
   void Remove(const TProject& project);
 
   std::vector<toolsapi::TIntf<TProject>> FProjects;

@@ -22,7 +22,7 @@ bool IsGroupKind(TProjectKind kind);
 // Returns ".dpr, .dpk, .dproj, ...", for messages.
 std::string KnownExtensions();
 
-// A file that the project names and that cannot be used.
+// A file that the project names but that cannot be used.
 struct TMissingFile {
   std::string Name;     // the full path, spelled as in the project
   std::string Message;  // with the naming file, its line and the reason

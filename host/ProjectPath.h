@@ -1,4 +1,4 @@
-// The names in project files, as full Windows paths, and the files that exist under them.
+// Converts names in project files to full Windows paths, and looks up the files.
 #pragma once
 
 #include <string>
@@ -15,12 +15,12 @@ std::string ResolveName(std::string_view baseFile, std::string_view name);
 // case.
 std::string FileKey(std::string_view fileName);
 
-// What exists under a name, in any case. Missing also if it cannot be accessed; the reason is then in
+// The kind of file under a name, in any case. Missing also if it cannot be accessed; the reason is then in
 // win::GetLastError.
 enum class TFileKind { Missing, File, Folder };
 TFileKind KindOfFile(std::string_view fileName);
-// Returns why KindOfFile has just returned Missing: "does not exist." or "cannot be read. Access is
-// denied."
+// Returns the reason why KindOfFile has just returned Missing: "does not exist." or "cannot be read. Access
+// is denied."
 std::string ReasonOfMissing();
 
 }  // namespace host

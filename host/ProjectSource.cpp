@@ -101,7 +101,7 @@ class TClauseReader {
       FUnit.FormName = FUnit.FormClass = {};  // the form follows the path
     } else if (IsName(lexem)) {
       TakeName(lexem);
-    } else if (lexem != "&") {  // which makes a name of a reserved word
+    } else if (lexem != "&") {  // "&" turns a reserved word into a name
       Fail(Quoted(ToUtf8(lexem, FEncoding)) + " is not expected in the clause of units.");
     }
   }
@@ -175,7 +175,7 @@ class TClauseReader {
   bool FInClause = false;
   int FDepth = 0;            // of conditional directives
   int FClauseDepth = 0;      // where the clause began
-  int FSuspendedDepth = 0;   // of the branch in which the clause ended, deeper than it began; or 0
+  int FSuspendedDepth = 0;   // of the branch in which the clause ended, if deeper than where it began; else 0
   TSourceUnit FUnit;         // the entry being read; its UnitName is empty between entries
   bool FExpectPath = false;  // after `in`
 };

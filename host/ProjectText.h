@@ -1,4 +1,4 @@
-// The text of a project file, in any encoding.
+// Reads the text of a project file, in any encoding.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ namespace host {
 mig::TTextFile ReadProjectText(std::string_view fileName);
 
 // Reads an XML file as UTF-8. UTF-16 may be big-endian. A file without a byte order mark that is not valid
-// UTF-8 is in the source code page, as older writers left it.
+// UTF-8 is in the source code page, which older programs used.
 std::string ReadProjectXml(std::string_view fileName);
 
 // Returns a piece of working text as UTF-8.

@@ -49,7 +49,7 @@ class TXmlFile {
     FDocument.traverse(walker);
   }
 
-  // The calls must follow the order of the document.
+  // Nodes must be passed in document order.
   int LineOf(const pugi::xml_node& node) { return FLines.LineAt(static_cast<size_t>(node.offset_debug())); }
 
   [[noreturn]] void Fail(int line, std::string_view text) { throw EHostError(At(FFileName, line, text)); }
@@ -64,8 +64,8 @@ class TXmlFile {
     }
   }
 
-  // The parser accepts these, too, and would return only the first. The line counter moves only if one is
-  // found.
+  // The parser accepts duplicate attributes, but would return only the first one. The line counter moves
+  // only if there is one.
   void RefuseDoubledAttributes() {
     std::unordered_set<std::string_view> names;
     ForEachElement([&](const pugi::xml_node& node) {
@@ -125,7 +125,7 @@ class TProperties {
   std::unordered_map<std::string, std::string> FValues;
 };
 
-// Replaces %XX, as which the build engine writes its special characters.
+// Replaces %XX, the build engine's escape for special characters.
 std::string Unescaped(std::string_view text) {
   std::string result;
   for (size_t i = 0; i < text.size(); ++i) {
@@ -142,7 +142,7 @@ std::string Unescaped(std::string_view text) {
   return result;
 }
 
-// Calls `take` for each name of an Include list, which semicolons divide, expanded and unescaped.
+// Calls `take` for each name of an Include list, which is separated by semicolons, expanded and unescaped.
 template <class TTake>
 void ForEachIncluded(std::string_view list, const TProperties& properties, TTake take) {
   const std::string expanded = properties.Expand(list);

@@ -17,8 +17,8 @@ namespace host {
 
 namespace {
 
-// The loader maps a module without checking its length, and accessing a page after the end of the file kills
-// the process. So a truncated module is refused here.
+// Refuses a truncated module. The loader maps a module without checking its length, and accessing a page
+// after the end of the file would kill the process.
 void RefuseCutModule(std::string_view fileName) {
 #ifdef __linux__
   rtl::TFileStream file(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
@@ -65,7 +65,7 @@ TWizardModule::TWizardModule(std::string_view fileName) : FLibrary(Load(fileName
 TWizardModule::~TWizardModule() {
   try {
     if (FTerminate) FTerminate();
-  } catch (...) {  // the module is unloaded all the same
+  } catch (...) {  // unload the module anyway
   }
 }
 

@@ -11,10 +11,10 @@ namespace host {
 class TWizardModule {
  public:
   // Loads the module `fileName`, a full Windows path, and finds its entry point. Raises EHostError if the
-  // file is no module or has no entry point; nothing stays loaded then.
+  // file is no module or has no entry point; nothing stays loaded in that case.
   explicit TWizardModule(std::string_view fileName);
-  // Calls the termination procedure that the module set, if any, and unloads the module. Nobody may hold
-  // anything whose code is in the module then: wizards, menu handlers.
+  // Calls the termination procedure that the module set, if any, and unloads the module. No client may
+  // still hold an object whose code is in the module: wizards, menu handlers.
   ~TWizardModule();
   TWizardModule(const TWizardModule&) = delete;
   TWizardModule& operator=(const TWizardModule&) = delete;
