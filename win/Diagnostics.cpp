@@ -14,8 +14,8 @@ TDiagnosticsSink& Sink() {
   return sink;
 }
 
-// Returns whether a terminal acts on the character: control characters, the marks that reverse the direction
-// of writing, and the separators of lines and paragraphs.
+// Returns whether a terminal would interpret the character: control characters, characters that change the
+// direction of writing, and separators of lines and paragraphs.
 bool IsControl(char32_t character) {
   return character < 32 || (character >= 0x7F && character <= 0x9F) ||
          (character >= 0x2028 && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);

@@ -1,4 +1,4 @@
-// Windows error codes, as GetLastError gives them, and their texts.
+// Windows error codes, as returned by GetLastError, and their texts.
 #pragma once
 
 #include <cstdint>

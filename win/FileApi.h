@@ -1,4 +1,5 @@
-// The file functions under their Windows names, on the file system in force. win/FileSystem.h documents them.
+// The file functions under their Windows names, on the current file system. win/FileSystem.h documents
+// them.
 #pragma once
 
 #include "win/Errors.h"

@@ -1,12 +1,12 @@
 // The file functions of Windows that the system uses, as one interface.
 //
 // Paths are Windows paths: UTF-8, with a backslash between components and an optional drive letter. The
-// host's implementation (win/posix) turns them into the host's names (win/paths/Drives.h) and keeps Windows'
-// rules for case, attributes and overwriting. win/FileApi.h has the same operations as free functions on the
-// file system in force; a test puts another one in force with TFileSystemOverride.
+// host's implementation (win/posix) converts them to host names (win/paths/Drives.h) and follows Windows'
+// rules for case, attributes and overwriting. win/FileApi.h has the same operations as free functions on
+// the current file system; a test sets another one with TFileSystemOverride.
 //
-// Every operation reports failure by its result and sets GetLastError (win/Errors.h) to the reason. Where
-// there is no memory, operations raise std::bad_alloc.
+// Every operation reports failure by its result and sets GetLastError (win/Errors.h) to the reason. If
+// memory runs out, operations raise std::bad_alloc.
 //
 //   if (!win::FileSystem().CopyFileA("C:\\Unit1.pas", "C:\\RBackup\\Unit1.~pas", false)) {
 //     throw EFCreateError(win::SysErrorMessage(win::GetLastError()));
@@ -25,7 +25,7 @@ namespace win {
 inline constexpr uint32_t FILE_ATTRIBUTE_READONLY = 0x01;
 inline constexpr uint32_t FILE_ATTRIBUTE_DIRECTORY = 0x10;
 inline constexpr uint32_t FILE_ATTRIBUTE_NORMAL = 0x80;
-// A link, together with the attributes of what it leads to.
+// A link, combined with the attributes of its target.
 inline constexpr uint32_t FILE_ATTRIBUTE_REPARSE_POINT = 0x400;
 inline constexpr uint32_t INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
 
@@ -65,7 +65,7 @@ class TFileHandle {
   // Returns the file's stamp, or nullopt on failure. For a file open for reading this is the stamp at the
   // time of opening, so it never describes a state later than what was read.
   [[nodiscard]] virtual std::optional<TFileStamp> Stamp() = 0;
-  // Brings the file's contents and its name to the disk. On failure it is unknown how much has arrived there.
+  // Flushes the file's contents and its name to the disk. On failure it is unknown how much was written.
   [[nodiscard]] virtual bool Flush() = 0;
 };
 
@@ -84,7 +84,7 @@ struct TFindData {
 class TFindHandle {
  public:
   virtual ~TFindHandle() = default;
-  // Gives the next entry. Returns false after the last one, with ERROR_NO_MORE_FILES.
+  // Reads the next entry. Returns false after the last one, with ERROR_NO_MORE_FILES.
   [[nodiscard]] virtual bool Next(TFindData& data) = 0;
 };
 
@@ -127,9 +127,9 @@ class TFileSystem {
   // existing file keeps its permission bits, and that the last-write time is the present.
   [[nodiscard]] virtual bool ReplaceFileContents(std::string_view path, std::string_view bytes) = 0;
 
-  // As CopyFileA over an existing file that still has the stamp `expected` in the moment in which it is
-  // replaced. Otherwise ERROR_FILE_INVALID, and the target is as it was. On hosts that cannot exchange two
-  // files in one step, the target is looked at just before it is replaced.
+  // As CopyFileA over an existing file, but only if the file has the stamp `expected` at the time of the
+  // replacement. Otherwise fails with ERROR_FILE_INVALID, and the target is unchanged. On hosts that cannot
+  // exchange two files in one step, the stamp is checked just before the replacement.
   [[nodiscard]] virtual bool CopyOverUnchanged(std::string_view source, std::string_view target,
                                                const TFileStamp& expected) = 0;
 
@@ -146,10 +146,10 @@ class TFileSystem {
   // a failure both are as they were.
   [[nodiscard]] virtual bool MoveFileReplacing(std::string_view source, std::string_view target) = 0;
 
-  // Starts a walk over the entries of the folder in `pattern`, "FOLDER\*.*", and gives the first one. Returns
-  // null on failure. The first entries are "." and "..". The others follow in the order that NTFS gives: by
-  // upper-cased name, compared by UTF-16 unit, then by exact name. The entries are read when the walk starts;
-  // later changes of the folder make no difference.
+  // Starts a walk over the entries of the folder in `pattern`, "FOLDER\*.*", and reads the first one.
+  // Returns null on failure. The first entries are "." and "..". The others follow in NTFS' order: by
+  // upper-cased name, compared by UTF-16 unit, then by exact name. The entries are read when the walk
+  // starts; later changes of the folder have no effect.
   //
   // The attributes of an entry distinguish folders (DIRECTORY), links to folders (DIRECTORY and
   // REPARSE_POINT) and everything else (NORMAL). Use GetFileAttributesA for READONLY. An entry that no
@@ -189,33 +189,33 @@ class TFileSystem {
   // Returns the path with each component spelled as on disk. Components that do not exist stay as given.
   [[nodiscard]] virtual std::string GetLongPathNameA(std::string_view path) = 0;
 
-  // While on, folders may be kept open between operations, for speed. Initially off. Switching it off closes
-  // them and forgets what FlushWritten would bring to the disk.
+  // While on, folders may be kept open between operations, for speed. Initially off. Switching it off
+  // closes them and discards the list of files that FlushWritten would flush.
   virtual void HoldFolders(bool /*hold*/) {}
 
-  // Brings everything that was written, copied or renamed since the last call to the disk, including the
-  // names: through this object, and on the host through any other. Nobody may be writing meanwhile. Also
-  // reports failures that showed only when one of the files was closed. On failure it is unknown how much has
-  // arrived.
+  // Flushes everything that was written, copied or renamed since the last call to the disk, including the
+  // names: through this object, and on the host through any other. No thread may be writing during the
+  // call. Also reports failures that were only detected when one of the files was closed. On failure it is
+  // unknown how much was written.
   [[nodiscard]] virtual bool FlushWritten() = 0;
 
-  // Brings the names in a folder to the disk, such as those that MoveFileReplacing and DeleteFileA changed.
+  // Flushes the names in a folder to the disk, such as those that MoveFileReplacing and DeleteFileA
+  // changed.
   [[nodiscard]] virtual bool FlushFolder(std::string_view path) = 0;
 };
 
-// Returns the file system in force on this thread: the host's own unless a TFileSystemOverride is alive. It
-// is for this thread only.
+// Returns the current file system of this thread: the host's own unless a TFileSystemOverride is alive. Use
+// it on this thread only.
 TFileSystem& FileSystem();
 
-// Returns whether the host's own file system is in force on this thread.
+// Returns whether the current file system of this thread is the host's own.
 bool IsHostFileSystem();
 
-// Returns a further object for the host's files, to be put in force on another thread. The host's folder
-// defines it.
+// Returns another object for the host's files, for use on another thread. Defined in the host's folder.
 [[nodiscard]] std::unique_ptr<TFileSystem> AnotherHostFileSystem();
 
-// Puts `replacement` in force on this thread for its own lifetime. Overrides nest. Does not own
-// `replacement`.
+// Makes `replacement` the current file system of this thread for its own lifetime. Overrides nest. Does not
+// own `replacement`.
 class TFileSystemOverride {
  public:
   explicit TFileSystemOverride(TFileSystem& replacement);

@@ -1,4 +1,4 @@
-// Opening documents in the programs that the user has for them.
+// Opens documents with the programs that the user has set for them.
 #pragma once
 
 #include <string_view>

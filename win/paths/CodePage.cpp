@@ -24,7 +24,7 @@ void AppendUtf8(std::string& text, char32_t character) {
 // The source code page. Any number of threads may read it.
 class TCodePage {
  public:
-  // For `table` null the code page is UTF-8.
+  // If `table` is null, the code page is UTF-8.
   explicit TCodePage(const TCodePageTable* table) : FTable(table) {
     for (size_t byte = 0; byte < 256; ++byte) FAlpha[byte] = IsCharAlphaU(Single(static_cast<uint8_t>(byte)));
   }
@@ -36,12 +36,12 @@ class TCodePage {
     return FTable->Number == 932 ? (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC)
                                  : byte >= kFirstLead && byte <= kLastLead;
   }
-  // The character of one byte, or U+FFFD if the code page has none.
+  // Returns the character of one byte, or U+FFFD if the code page has none.
   char32_t Single(uint8_t byte) const {
     if (byte < 0x80) return byte;
     return FTable ? FTable->Singles[byte - 0x80] : kReplacement;
   }
-  // The character of a lead byte and a trail byte, or U+FFFD if the code page has none.
+  // Returns the character of a lead byte and a trail byte, or U+FFFD if the code page has none.
   char32_t Double(uint8_t lead, uint8_t trail) const {
     return FTable->Doubles[static_cast<size_t>(lead - kFirstLead) * kTrailCount + (trail - kFirstTrail)];
   }

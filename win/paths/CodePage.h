@@ -11,7 +11,7 @@
 namespace win {
 
 // Sets the source code page: 1250 to 1258, 437, 850, 852, 866, 874, 932, 936, 949, 950 or 65001. Returns
-// false for any other number, and the setting stays.
+// false for any other number, and the setting is unchanged.
 [[nodiscard]] bool SetACP(uint32_t codePage);
 [[nodiscard]] uint32_t GetACP();
 [[nodiscard]] const std::vector<uint32_t>& SupportedCodePages();
@@ -33,8 +33,7 @@ namespace win {
 // The same for a Unicode character.
 [[nodiscard]] bool IsCharAlphaU(char32_t character);
 
-// Returns a file name in upper case, by the Unicode simple mapping of one character to one. Malformed bytes
-// stay.
+// Returns a file name in upper case, by the Unicode simple case mapping. Malformed bytes are kept.
 [[nodiscard]] std::string UpperFileName(std::string_view utf8);
 // Compares two UTF-8 texts by their UTF-16 units. Returns a negative number, 0 or a positive number.
 [[nodiscard]] int CompareUtf16Order(std::string_view left, std::string_view right);

@@ -15,7 +15,7 @@
 namespace win {
 namespace {
 
-// The folder of each letter, full and without a separator at its end: the root folder is the empty string.
+// The folder of each letter, full and without a separator at its end. The root folder is the empty string.
 using TDrives = std::array<std::optional<std::string>, 26>;
 
 TDrives& Drives() {
@@ -27,13 +27,13 @@ TDrives& Drives() {
   return drives;
 }
 
-// The index of a drive letter, or -1.
+// Returns the index of a drive letter, or -1.
 int DriveIndex(char letter) {
   if (letter >= 'a' && letter <= 'z') return letter - 'a';
   return letter >= 'A' && letter <= 'Z' ? letter - 'A' : -1;
 }
 
-// The folder that a path with a drive begins at, or null.
+// Returns the folder of a path's drive, or null if the drive is not mapped.
 const std::string* FolderOfDrive(std::string_view path) {
   const int index = DriveIndex(path[0]);
   if (index < 0) return nullptr;
@@ -45,7 +45,7 @@ bool HasDrive(std::string_view path) {
   return path.size() >= 2 && path[1] == ':' && DriveIndex(path[0]) >= 0;
 }
 
-// "C:\\" for 2.
+// Returns the root of a drive: "C:\\" for 2.
 std::string DriveRoot(int index) {
   return {static_cast<char>('A' + index), ':', '\\'};
 }
@@ -54,9 +54,9 @@ bool IsSeparator(char c) {
   return c == '\\' || c == '/';
 }
 
-// Appends the components of `path` to `result`, whose first `root` bytes stay, with "/" between them: without
-// empty ones and ".", and with ".." taking one away. Where there is none to take, `keepParents` decides
-// whether ".." stays or is dropped, as above a root.
+// Appends the components of `path` to `result`, whose first `root` bytes are kept, with "/" between them.
+// Skips empty components and "."; ".." removes one component. If there is none to remove, `keepParents`
+// decides whether ".." is kept or dropped, as in a root.
 void AppendComponents(std::string& result, size_t root, std::string_view path, bool backslashes,
                       bool keepParents) {
   for (size_t start = 0; start < path.size();) {
@@ -88,7 +88,8 @@ std::string CurrentFolder() {
   return buffer.data();
 }
 
-// The full host path in its shortest spelling, without a separator at its end: the root folder is empty.
+// Returns the full host path in its shortest spelling, without a separator at its end. The root folder is
+// empty.
 std::string FullHostPath(std::string_view hostPath, bool backslashes) {
   const bool full = !hostPath.empty() && (hostPath[0] == '/' || (backslashes && hostPath[0] == '\\'));
   std::string result = "/";
@@ -97,7 +98,7 @@ std::string FullHostPath(std::string_view hostPath, bool backslashes) {
   return result.size() == 1 ? std::string() : result;
 }
 
-// The Windows path of a full host path, on the drive whose folder reaches deepest.
+// Returns the Windows path of a full host path, on the drive of the deepest folder that contains it.
 std::string OnDeepestDrive(std::string_view full) {
   int best = -1;
   for (int i = 0; i < 26; ++i) {
@@ -176,7 +177,7 @@ std::string ToWindowsPath(std::string_view typed) {
     return DriveRoot(DriveIndex(typed[0])) + below;
   }
   if (typed.substr(0, 2) == "\\\\") return {};
-  // A file of the host that has a backslash in its very name cannot be meant by any Windows path.
+  // A host file whose name contains a backslash has no Windows path.
   struct stat info {};
   if (typed.find('\\') != std::string_view::npos && lstat(std::string(typed).c_str(), &info) == 0) return {};
   return OnDeepestDrive(FullHostPath(typed, true));

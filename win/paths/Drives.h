@@ -1,4 +1,4 @@
-// Windows paths and the host's names.
+// Converts between Windows paths and host names.
 //
 // A drive letter is a folder of the host: `Z:` is the root folder unless it is mapped otherwise, and further
 // letters are mapped one by one. The map is a setting of the process, made before the first file is used.
@@ -19,8 +19,8 @@ void ResetDrives();
 // process's folder. Returns an empty string if the drive is not mapped.
 [[nodiscard]] std::string ToHostName(std::string_view path);
 
-// Returns the Windows path for `hostName`, which is ToHostName(path) with its components spelled in another
-// way. The drive, or whatever else `path` begins with, stays.
+// Returns the Windows path for `hostName`, which is ToHostName(path) with its components spelled
+// differently. Keeps the drive, or any other prefix of `path`.
 [[nodiscard]] std::string RespelledPath(std::string_view path, std::string_view hostName);
 
 // Returns whether a Windows path can contain the name of a host's file or folder: it is UTF-8 and has no

@@ -35,7 +35,8 @@ TBytesOfCharacter ListCharacters() {
   return list;
 }
 
-// The list of the code page in force. Made once, and again after the code page was changed.
+// Returns the table of the current code page. Builds it on the first call and after each change of the code
+// page.
 const TBytesOfCharacter& Characters() {
   static std::mutex mutex;
   static std::unordered_map<uint32_t, TBytesOfCharacter> lists;

@@ -1,4 +1,4 @@
-// The way back from UTF-8 to the source code page (win/paths/CodePage.h).
+// Converts UTF-8 back to the source code page (win/paths/CodePage.h).
 #pragma once
 
 #include <optional>

@@ -18,7 +18,7 @@ bool IsRefusedByMedium(int error) {
   return error == EPERM || error == ENOTSUP || error == EINVAL || error == ENOSYS;
 }
 
-// Owner and group, or the group alone. False if the group could not be set.
+// Sets owner and group, or the group alone. Returns false if the group could not be set.
 bool SetOwner(int fd, const struct stat& wanted, const struct stat& own) {
   if (wanted.st_uid == own.st_uid && wanted.st_gid == own.st_gid) return true;
   return Retry<fchown>(fd, wanted.st_uid, wanted.st_gid) == 0 || wanted.st_gid == own.st_gid ||
@@ -32,7 +32,7 @@ bool IsWithoutList(int error) {
   return error == ENODATA || error == ENOTSUP || error == ENOSYS;
 }
 
-// The file's access list, empty if it has none. Returns false, with errno, if it cannot be read.
+// Reads the file's access list, empty if it has none. On failure returns false, with errno.
 bool ReadAccessList(int fd, std::vector<char>& list) {
   list.resize(256);
   for (;;) {
@@ -46,8 +46,8 @@ bool ReadAccessList(int fd, std::vector<char>& list) {
   }
 }
 
-// An empty list removes the one that the file got from its folder, which setting permission bits would make
-// effective.
+// Sets the access list. An empty list removes the one inherited from the folder, which setting permission
+// bits would otherwise make effective.
 bool SetAccessList(int fd, const std::vector<char>& list) {
   if (!list.empty()) return Retry<fsetxattr>(fd, kAccessList, list.data(), list.size(), 0) == 0;
   return Retry<fremovexattr>(fd, kAccessList) == 0 || IsWithoutList(errno);

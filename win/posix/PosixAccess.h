@@ -1,4 +1,4 @@
-// Who may use a file: owner, group, permission bits, access list.
+// Access to files: owner, group, permission bits, access list.
 #pragma once
 
 #include <sys/stat.h>
@@ -7,8 +7,8 @@
 
 namespace win {
 
-// Gives the file open as `fd`, which `own` describes, what the file `existing` at `target` has of its own
-// beside its contents: owner and group, access list, labels. Leaves out what the process may not set.
+// Copies the attributes of the file `existing` at `target`, except its contents, to the file open as `fd`,
+// which `own` describes: owner and group, access list, labels. Skips those that the process may not set.
 void KeepIdentity(const THostPath& target, const struct stat& existing, int fd, const struct stat& own);
 
 // Gives the file open as `to`, which `own` describes, the permission bits, group and access list of the file
@@ -18,8 +18,8 @@ void KeepIdentity(const THostPath& target, const struct stat& existing, int fd, 
 // mode 0600.
 [[nodiscard]] bool CopyAccess(int from, const struct stat& source, int to, const struct stat& own);
 
-// Sets the permission bits of `source`. On failure returns false, with errno. Media that keep no permissions,
-// as FAT, are no failure.
+// Sets the permission bits of `source`. On failure returns false, with errno. Succeeds on file systems
+// without permissions, such as FAT.
 [[nodiscard]] bool SetPermissions(int fd, const struct stat& source);
 
 // Sets the last-write time of `source`, likewise.

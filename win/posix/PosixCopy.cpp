@@ -1,4 +1,4 @@
-// Copying and renaming: whatever replaces a file takes its name in one step.
+// Copying and renaming. A new file always replaces the old one in one step.
 #include <cerrno>
 
 #include "win/Errors.h"
@@ -15,8 +15,8 @@ constexpr int kMostLinks = 40;
 constexpr mode_t kPrivate = 0600;  // until it gets the permission bits of another file
 constexpr mode_t kUsual = 0666;
 
-// Lets the system copy, which on some file systems shares the contents. Returns the number of bytes that it
-// copied; both files are positioned after them.
+// Lets the system copy the data, which on some file systems shares it. Returns the number of bytes copied;
+// both files are positioned after them.
 int64_t CopyInSystem([[maybe_unused]] int from, [[maybe_unused]] int to, [[maybe_unused]] int64_t size) {
   int64_t total = 0;
 #ifdef __linux__
@@ -30,8 +30,8 @@ int64_t CopyInSystem([[maybe_unused]] int from, [[maybe_unused]] int to, [[maybe
   return total;
 }
 
-// Replaces `place`, a link, by the place that it leads to, through further links. `exists` is whether
-// anything is there.
+// Replaces `place`, a link, by the target of the link, following further links. Sets `exists` to whether
+// the target exists.
 bool FollowLinks(THostPath& place, struct stat& info, bool& exists) {
   place.Widen();
   for (int i = 0; i < kMostLinks; ++i) {
@@ -57,8 +57,8 @@ bool FollowLinks(THostPath& place, struct stat& info, bool& exists) {
 
 }  // namespace
 
-// Finds the place that a file is to take, and the file that is there. Returns false, with the last error set,
-// if that file may not be replaced.
+// Finds the target of a copy, and the file that it replaces. Returns false, with the last error set, if
+// that file must not be replaced.
 bool TPosixFileSystem::FindTarget(std::string_view path, TOverwriting rule, TTarget& target) {
   THostPath& place = target.Place;
   struct stat& info = target.Info;
@@ -73,7 +73,7 @@ bool TPosixFileSystem::FindTarget(std::string_view path, TOverwriting rule, TTar
   const bool isKindTaken = S_ISREG(info.st_mode) || (isLink && rule == TOverwriting::Name);
   const bool isReadOnly = S_ISREG(info.st_mode) && !(info.st_mode & S_IWUSR);
   target.IsRefused = !isKindTaken || (isReadOnly && rule != TOverwriting::Own);
-  // Taking the name would otherwise change its case.
+  // Keep the case of the existing name.
   if (FoldsCase(place, info.st_dev)) {
     place.Widen();
     FFolders.SpellAll(place);
@@ -84,7 +84,7 @@ bool TPosixFileSystem::FindTarget(std::string_view path, TOverwriting rule, TTar
 bool TPosixFileSystem::CopyContents(int from, int to, int64_t size) {
   int64_t total = size > static_cast<int64_t>(kBufferSize) ? CopyInSystem(from, to, size) : 0;
   if (FBuffer.empty()) FBuffer.resize(kBufferSize);
-  // Files whose contents the system makes up report a size of 0.
+  // Files whose contents the system generates report a size of 0.
   while (total < size || size == 0) {
     const ssize_t got = ReadSome(from, FBuffer.data(), FBuffer.size());
     if (got < 0 || !WriteAll(to, FBuffer.data(), static_cast<size_t>(got))) return false;
@@ -94,8 +94,8 @@ bool TPosixFileSystem::CopyContents(int from, int to, int64_t size) {
   return true;
 }
 
-// Writes a file beside the target by `fill`, which returns false, with errno, on failure, and gives it the
-// target's name. On failure returns false, with the last error set, and the target is as it was.
+// Writes a file beside the target by calling `fill`, which returns false, with errno, on failure, and
+// renames it to the target. On failure returns false, with the last error set, and the target is unchanged.
 bool TPosixFileSystem::Replace(const TTarget& target, mode_t mode, bool onlyIfFree, const TFill& fill,
                                const TFileStamp* expected) {
   struct stat own {};

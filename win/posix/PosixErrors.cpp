@@ -22,13 +22,13 @@ constexpr TErrnoRow kRows[] = {
     {EACCES, ERROR_ACCESS_DENIED},
     {EPERM, ERROR_ACCESS_DENIED},
     {EISDIR, ERROR_ACCESS_DENIED},
-    {ENXIO, ERROR_ACCESS_DENIED},  // a socket, a pipe without a reader: nothing that is opened here
+    {ENXIO, ERROR_ACCESS_DENIED},  // a socket, or a pipe without a reader: never opened here
     {ENODEV, ERROR_ACCESS_DENIED},
     {EBADF, ERROR_INVALID_HANDLE},
     {ENOMEM, ERROR_NOT_ENOUGH_MEMORY},
     {EROFS, ERROR_WRITE_PROTECT},
     {EBUSY, ERROR_SHARING_VIOLATION},
-    {EAGAIN, ERROR_SHARING_VIOLATION},  // a lock that somebody holds
+    {EAGAIN, ERROR_SHARING_VIOLATION},  // the lock is held by another handle
     {ETXTBSY, ERROR_SHARING_VIOLATION},
     {EEXIST, ERROR_ALREADY_EXISTS},
     {ENOTEMPTY, ERROR_DIR_NOT_EMPTY},

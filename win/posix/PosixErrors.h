@@ -1,4 +1,4 @@
-// The host's error numbers as Windows error codes.
+// Maps the host's error numbers to Windows error codes.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// A file descriptor with an owner.
+// An owning file descriptor.
 #pragma once
 
 #include <cerrno>
@@ -9,8 +9,8 @@
 
 namespace win {
 
-// Calls a function of the host, which returns a negative number and sets errno on failure, again as long as a
-// signal interrupts it: Retry<openat>(base, path, flags).
+// Calls a function of the host, which returns a negative number and sets errno on failure. Repeats the call
+// while a signal interrupts it: Retry<openat>(base, path, flags).
 template <auto Function, class... TArguments>
 auto Retry(TArguments... arguments) {
   for (;;) {

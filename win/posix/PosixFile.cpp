@@ -16,12 +16,13 @@ constexpr int kOpenFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 constexpr uint64_t kNever = UINT64_MAX;
 
-// Attempts to open a name that somebody else renames, creates or deletes at the same moment.
+// The number of attempts to open a name that other processes rename, create or delete concurrently.
 constexpr int kMostAttempts = 100;
 
 class TPosixFileHandle : public TFileHandle {
  public:
-  // `atOpening` describes a file open for reading; one open for writing is asked each time.
+  // `atOpening` describes a file open for reading; for one open for writing, the system is queried on each
+  // call.
   TPosixFileHandle(TUniqueFd fd, THostPath place, dev_t device, std::optional<TFileStamp> atOpening,
                    bool isLocked, TWrittenFiles& written)
       : FFd(std::move(fd)),
@@ -111,8 +112,8 @@ TUniqueFd TPosixFileSystem::OpenForReading(std::string_view path, struct stat& i
   return fd;
 }
 
-// Opens a file for writing, and creates it where there is none. Never empties it, because what is opened may
-// be of the wrong kind, or read-only where root may write all the same.
+// Opens a file for writing, and creates it if it does not exist. Never truncates it, because the file may
+// be of the wrong kind, or read-only although root can write to it.
 TUniqueFd TPosixFileSystem::OpenForWriting(std::string_view path, THostPath& place, struct stat& info) {
   if (!Locate(path, TKind::File, place)) return {};
   const auto open = [](const THostPath& at, int create) {
@@ -136,7 +137,7 @@ TUniqueFd TPosixFileSystem::OpenForWriting(std::string_view path, THostPath& pla
   return fd;
 }
 
-// The same without following a link, and locked.
+// As OpenForWriting, but does not follow a link, and locks the file.
 TUniqueFd TPosixFileSystem::OpenOwn(std::string_view path, THostPath& place, struct stat& info) {
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
     place = {};
@@ -163,7 +164,7 @@ TUniqueFd TPosixFileSystem::OpenOwn(std::string_view path, THostPath& place, str
       FailErrno(errno);
       return {};
     }
-    // Whoever held the lock before may have deleted or replaced the file meanwhile.
+    // The previous holder of the lock may have deleted or replaced the file.
     struct stat named {};
     if (Retry<fstatat>(place.Base, place.Path.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
         IsSameFile(named, info) && Retry<fstat>(fd.Get(), &info) == 0) {

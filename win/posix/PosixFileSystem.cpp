@@ -38,7 +38,7 @@ bool TPosixFileSystem::Locate(std::string_view path, TKind kind, THostPath& plac
   return place.Path.size() <= kLongestPath || Shorten(place);
 }
 
-// Opens folders on the way until the rest of the path is short enough.
+// Opens folders along the path until the rest of it is short enough.
 bool TPosixFileSystem::Shorten(THostPath& place) {
   while (place.Path.size() > kLongestPath) {
     const size_t end = place.Path.rfind('/', kLongestPath);
@@ -136,7 +136,7 @@ bool TPosixFileSystem::DeleteFileA(std::string_view path) {
   if (StatAt(place, info) < 0) return FailErrno(errno);
   if (S_ISDIR(info.st_mode)) return Fail(ERROR_ACCESS_DENIED);
   if (S_ISLNK(info.st_mode)) {
-    // The link itself is deleted, whatever it leads to. Links to folders are left to RemoveDirectoryA.
+    // Delete the link itself, not its target. Links to folders are deleted by RemoveDirectoryA.
     if (Retry<fstatat>(place.Base, place.Path.c_str(), &info, 0) == 0 && S_ISDIR(info.st_mode)) {
       return Fail(ERROR_ACCESS_DENIED);
     }
@@ -188,8 +188,8 @@ std::string TPosixFileSystem::GetLongPathNameA(std::string_view path) {
   return place.Path == given ? std::string(path) : RespelledPath(path, place.Path);
 }
 
-// Whether the host's own look-up on the device ignores case, so that a path that is found may be spelled in
-// another way than on disk. Asks once per device.
+// Returns whether the host's own look-up on the device ignores case, so that a path may be found although
+// it is spelled differently on disk. Queries each device once.
 bool TPosixFileSystem::FoldsCase(const THostPath& place, dev_t device) {
   const auto [known, isNew] = FFoldsCase.try_emplace(device, false);
   if (!isNew) return known->second;

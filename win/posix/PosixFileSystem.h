@@ -1,4 +1,4 @@
-// The file functions on the host's own files. The contracts are those of win/FileSystem.h.
+// The file functions on the host's own files. win/FileSystem.h documents the contracts.
 //
 // An operation first tries the path as given, in one system call where possible. Only if there is no such
 // entry, it looks for it without regard to case (win/posix/PosixFolders.h).
@@ -55,11 +55,11 @@ class TPosixFileSystem : public TFileSystem {
   bool Locate(std::string_view path, TKind kind, THostPath& place);
   bool Shorten(THostPath& place);
 
-  // What AtPlace does if the exact name is not there and a recent listing has none that differs in case
-  // either.
+  // The behaviour of AtPlace if neither the exact name exists nor a recent listing has one that differs in
+  // case.
   enum class TAbsence {
     Verified,  // looks for one that was created since
-    Trusted    // believes it, because the caller creates the name, and another one can appear after any check
+    Trusted    // accepts the listing: the caller creates the name, and another can appear after any check
   };
 
   // Calls `operation`, which returns a negative number and sets errno on failure, with `place` as given (or
@@ -68,12 +68,12 @@ class TPosixFileSystem : public TFileSystem {
   // name in it is free. If the folder is missing, errno is ENOTDIR.
   template <class TOperation>
   int AtPlace(THostPath& place, const TOperation& operation, TAbsence absence = TAbsence::Verified);
-  // Describes what is at `place`; of a link, the link itself.
+  // Describes the entry at `place`; for a link, the link itself.
   int StatAt(THostPath& place, struct stat& info, TAbsence absence = TAbsence::Verified);
 
   bool MakeDirectory(std::string_view path, mode_t mode);
   TUniqueFd OpenForReading(std::string_view path, struct stat& info);
-  // What may have the name that a file is to take.
+  // The kinds of entries that may be replaced.
   enum class TOverwriting {
     Document,  // a writable file, or a link, which is followed
     Own,       // any file, no link
@@ -81,9 +81,9 @@ class TPosixFileSystem : public TFileSystem {
   };
   struct TTarget {
     THostPath Place;
-    struct stat Info {};  // if something is there
+    struct stat Info {};  // if the target exists
     bool Exists = false;
-    bool IsRefused = false;  // what is there may not be replaced
+    bool IsRefused = false;  // the existing entry must not be replaced
   };
   bool FindTarget(std::string_view path, TOverwriting rule, TTarget& target);
   bool Copy(std::string_view source, std::string_view target, TOverwriting rule, bool failIfExists,

@@ -65,7 +65,7 @@ bool EntryLess(const TEntry& left, const TEntry& right) {
 
 }  // namespace
 
-// Returns whether no Windows path can name the entry, and tells the user the first time.
+// Returns whether no Windows path can name the entry. Warns the user the first time.
 bool TPosixFileSystem::PassesOver(const THostPath& folder, std::string_view name) {
   if (IsWindowsName(name)) return false;
   std::string path = folder.Path;

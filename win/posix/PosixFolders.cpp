@@ -11,22 +11,22 @@ namespace win {
 namespace {
 
 constexpr int64_t kMillisecond = 1000000;
-// More than the slowest tick of a kernel's clock, 10 ms.
+// Longer than the slowest tick of a kernel's clock, 10 ms.
 constexpr int64_t kClearlyOlder = 30 * kMillisecond;
 // The same on file systems that store whole seconds, or as FAT even seconds.
 constexpr int64_t kClearlyOlderInSeconds = 2500 * kMillisecond;
-// How long own changes keep a listing in use: at least, at most, and as a multiple of the time that reading
-// it took.
+// How long own changes keep a listing in use: the minimum, the maximum, and as a multiple of the time that
+// reading it took.
 constexpr int64_t kShortest = 100 * kMillisecond;
 constexpr int64_t kLongest = 5000 * kMillisecond;
 constexpr int64_t kReadingTimes = 30;
-// How long a folder is not asked again after its times were compared.
+// How long a folder's times are trusted after they were compared.
 constexpr int64_t kTrustTime = 10 * kMillisecond;
-// The number of paths of folders that are remembered at most.
+// The maximum number of paths of folders in the cache.
 constexpr size_t kMostPaths = 10000;
-// The number of folders that are held open at most.
+// The maximum number of folders that are held open.
 constexpr size_t kMostFolders = 16;
-// The number of names that are remembered at most, in all folders.
+// The maximum number of names in the cache, in all folders.
 constexpr size_t kMostNames = 1000000;
 
 int64_t Nanoseconds(const timespec& time) {
@@ -39,7 +39,7 @@ int64_t ClockTime(clockid_t clock) {
   return Nanoseconds(time);
 }
 
-// The time of a clock that nobody sets.
+// Returns the time of the monotonic clock.
 int64_t Now() {
   return ClockTime(CLOCK_MONOTONIC);
 }
@@ -71,7 +71,8 @@ bool IsClearlyOlder(const TFolderStamp& stamp, int64_t date) {
          (wholeSeconds ? kClearlyOlderInSeconds : kClearlyOlder);
 }
 
-// A relative path means another file after the process has changed its folder.
+// Returns whether the path is absolute. A relative path means another file after the process has changed
+// its folder.
 bool IsFull(const THostPath& place) {
   return place.Base == AT_FDCWD && place.Path.starts_with('/');
 }
@@ -145,7 +146,7 @@ TFolderCache::TOutcome TFolderCache::Respell(THostPath& place) {
     const size_t end = std::min(wanted.find('/', known), wanted.size());
     const std::string_view name = std::string_view(wanted).substr(known, end - known);
     TFolderListing* const listing = Current(place.Base, OrCurrent(spelled), stamp);
-    // Only a folder that may be entered and not read is left to the operation itself.
+    // Leave only a folder that may be entered but not read to the operation itself.
     if (!listing && errno != EACCES) return TOutcome::Failed;
     const std::string* const found = listing ? listing->Find(name) : nullptr;
     spelled += found ? std::string_view(*found) : name;
@@ -214,7 +215,7 @@ void TFolderCache::ForgetPaths() {
   FOpenFolders = 0;
 }
 
-// Remembers the listing of the folder of `place`, which is spelled as on disk and was given as `givenFolder`.
+// Caches the listing of the folder of `place`, which is spelled as on disk and was passed as `givenFolder`.
 void TFolderCache::NotePath(const THostPath& place, TFolderListing* listing, std::string_view givenFolder) {
   if (!listing || !IsFull(place) || !(listing->FSettled || listing->FKeptCurrent)) return;
   if (FPaths.size() >= kMostPaths) ForgetPaths();
@@ -255,13 +256,13 @@ void TFolderCache::Forget(const THostPath& place) {
   FListings.erase(found);
 }
 
-// Whether the listing may still be used if the folder's stamp has not changed.
+// Returns whether the listing may still be used if the folder's stamp has not changed.
 bool TFolderCache::IsAlive(const TFolderListing& listing, int64_t now) {
   return listing.FSettled || now - listing.FUnsettledSince <
                                  std::clamp(kReadingTimes * listing.FReadingTime, kShortest, kLongest);
 }
 
-// Returns the listing of the folder if it is valid as far as can be known, else null.
+// Returns the cached listing of the folder if it is valid as far as can be known, else null.
 TFolderListing* TFolderCache::Held(const TFolderStamp& stamp) {
   const auto found = FListings.find({stamp.Device, stamp.Inode});
   if (found == FListings.end() || found->second.FStampDue || !(found->second.FStamp == stamp)) return nullptr;
@@ -272,8 +273,8 @@ TFolderListing* TFolderCache::Held(const TFolderStamp& stamp) {
   return &listing;
 }
 
-// Returns the listing of a folder whose stamp was just read, and reads the folder if necessary. Returns null,
-// with errno, if it cannot be read.
+// Returns the listing of a folder whose stamp was just read. Reads the folder if necessary. On failure
+// returns null, with errno.
 TFolderListing* TFolderCache::Current(int base, const std::string& folder, const TFolderStamp& stamp) {
   TFolderListing* const current = Held(stamp);
   if (current && (current->FSettled || current->FKeptCurrent)) return current;
@@ -324,7 +325,7 @@ void TFolderChange::Commit(std::string_view added, std::string_view removed) {
   const int64_t now = Now();
   const bool isOneOfMany =
       now - FListing->FChangedAt < kTrustTime && now - FListing->FSeenAt < kTrustTime / 2;
-  // Until all is entered the listing is invalid, also if there is no memory for it.
+  // The listing is invalid until all names are entered, so also if memory runs out.
   FListing->FStampDue = true;
   FListing->FChangedAt = now;
   if (!isOneOfMany) {

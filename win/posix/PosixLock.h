@@ -8,20 +8,20 @@
 
 namespace win {
 
-// What TryLock came to. errno is set for HeldByOther (EAGAIN), Unsupported and Failed.
+// The result of TryLock. errno is set for HeldByOther (EAGAIN), Unsupported and Failed.
 enum class TLocking { Locked, HeldByOther, Unsupported, Failed };
 
 // Locks the file or folder open as `fd` exclusively, without waiting.
 [[nodiscard]] TLocking TryLock(int fd);
 
-// The same, where a volume without locks is no failure: then nothing is locked. On failure returns false,
-// with errno; EAGAIN if somebody holds the lock.
+// As TryLock, but succeeds on a volume without locks, where nothing is locked. On failure returns false,
+// with errno; EAGAIN if another handle holds the lock.
 [[nodiscard]] bool LockExclusively(int fd);
 
-// Releases the lock, also where duplicates of `fd` remain open.
+// Releases the lock, even if duplicates of `fd` remain open.
 void Unlock(int fd);
 
-// Holds a lock that was taken on an open file or folder.
+// Owns a lock that was taken on an open file or folder.
 class TPosixLock : public TFileLock {
  public:
   explicit TPosixLock(TUniqueFd locked) : FLocked(std::move(locked)) {}

@@ -1,4 +1,4 @@
-// A path of the host, as the system calls take it.
+// A host path in the form that system calls take.
 #pragma once
 
 #include <fcntl.h>
@@ -13,17 +13,17 @@
 
 namespace win {
 
-// To open a folder as the base of other calls.
+// Flags for opening a folder as the base of other calls.
 #ifdef O_PATH
 inline constexpr int kPassThrough = O_PATH | O_DIRECTORY | O_CLOEXEC;
 #else
 inline constexpr int kPassThrough = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 #endif
 
-// To open a folder for reading its entries, locking it, or bringing it to the disk.
+// Flags for opening a folder to read its entries, lock it, or flush it.
 inline constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
-// Whether two descriptions are of the same file.
+// Returns whether both describe the same file.
 inline bool IsSameFile(const struct stat& left, const struct stat& right) {
   return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
 }
@@ -37,10 +37,10 @@ class TFolderListing;
 struct THostPath {
   int Base = AT_FDCWD;
   std::string Path;
-  // Keeps `Base` open if it is a folder on the way: of a path that is too long for the system, or the one
-  // that contains the name.
+  // Keeps `Base` open if it is a folder opened for this path: an intermediate folder of a path that is too
+  // long for the system, or the folder that contains the name.
   std::shared_ptr<const TUniqueFd> BaseOwner;
-  std::string FullPath;  // in the latter case the whole path, relative to the process's folder
+  std::string FullPath;  // in the latter case, the whole path relative to the process's folder
   // The listing of the folder if it was just found to be valid, else null. It lives until the next look-up.
   TFolderListing* Listing = nullptr;
 
@@ -53,7 +53,7 @@ struct THostPath {
 
   // Returns the part up to and including the last separator; empty for a name in `Base` itself.
   std::string_view Folder() const { return std::string_view(Path).substr(0, LeafStart()); }
-  // Returns the same as an argument of a system call: "." instead of an empty path.
+  // Returns Folder() as an argument of a system call: "." instead of an empty path.
   std::string FolderPath() const { return LeafStart() == 0 ? std::string(".") : std::string(Folder()); }
   std::string_view Leaf() const { return std::string_view(Path).substr(LeafStart()); }
   size_t LeafStart() const { return Path.rfind('/') + 1; }  // npos + 1 is 0

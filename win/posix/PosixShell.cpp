@@ -17,7 +17,8 @@ constexpr const char* kViewer = "open";
 constexpr const char* kViewer = "xdg-open";
 #endif
 
-// Becomes the viewer, or writes a byte into `report`. Makes only calls that are safe after a fork.
+// Replaces this process by the viewer; on failure writes a byte to `report`. Makes only calls that are safe
+// after a fork.
 [[noreturn]] void BecomeViewer(const char* file, int report) {
   setsid();
   const int null = open("/dev/null", O_RDWR);
@@ -47,7 +48,7 @@ bool ShellExecuteA(std::string_view operation, std::string_view file) {
     return false;
   }
   for (const int fd : report) fcntl(fd, F_SETFD, FD_CLOEXEC);
-  // Two forks, so that the viewer is no child of this process, which would have to wait for its end.
+  // Fork twice, so that the viewer is no child of this process, which would otherwise have to wait for it.
   const pid_t child = fork();
   if (child == 0) {
     if (fork() == 0) BecomeViewer(host.c_str(), report[1]);

@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::string_view kExtension = ".$$$";
 
-// The start of the names that processes on this computer give: on a network volume, a lock may be known to
-// the computer alone that holds it.
+// Returns the prefix of the names given by processes on this computer. Temporary files of other computers
+// are left alone, because on a network volume a lock may be visible only to the computer that holds it.
 const std::string& NamePrefix() {
   static const std::string prefix = [] {
     char host[256] = {};
@@ -38,14 +38,14 @@ bool IsTemporaryName(std::string_view name) {
   return name.find_first_not_of("0123456789abcdef-") == std::string_view::npos;
 }
 
-// Deletes the file unless its owner holds it.
+// Deletes the file unless its owner holds its lock.
 void SweepFile(int folder, const char* name) {
   const TUniqueFd fd(Retry<openat>(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   struct stat info {
   }, named{};
   if (!fd.IsOpen() || Retry<fstat>(fd.Get(), &info) != 0 || !S_ISREG(info.st_mode)) return;
   if (TryLock(fd.Get()) != TLocking::Locked) return;
-  // The owner may have given it the target's name before the lock was taken.
+  // The owner may have renamed it to the target before the lock was taken.
   if (Retry<fstatat>(folder, name, &named, AT_SYMLINK_NOFOLLOW) == 0 && IsSameFile(named, info)) {
     Retry<unlinkat>(folder, name, 0);
   }
@@ -55,7 +55,7 @@ void SweepFile(int folder, const char* name) {
 
 TTemporaryFile::~TTemporaryFile() {
   if (!FPath.empty()) Retry<unlinkat>(FTarget.Base, FPath.c_str(), 0);
-  // A duplicate of the descriptor may wait to be brought to the disk.
+  // A duplicate of the descriptor may still be waiting to be flushed.
   if (FFd.IsOpen()) Unlock(FFd.Get());
 }
 
@@ -77,7 +77,7 @@ bool TTemporaryFile::Create(mode_t mode, struct stat& info) {
     const TLocking locking = TryLock(FFd.Get());
     if (locking == TLocking::Failed || Retry<fstat>(FFd.Get(), &info) != 0) return false;
     if (locking != TLocking::HeldByOther && info.st_nlink > 0) return true;
-    // Before it was locked, another process has taken it for one whose owner is gone, and deletes it.
+    // Before this process locked the file, another one took it for abandoned, and deletes it.
     FPath.clear();
   }
 }
@@ -90,7 +90,7 @@ bool TTemporaryFile::Finish() {
 bool TTemporaryFile::TakeName(bool onlyIfFree) {
   const char* const name = FTarget.Path.c_str();
   if (onlyIfFree) {
-    // A second name, which cannot hide another file. The destructor deletes the first one.
+    // Create a second name, which cannot replace another file. The destructor deletes the first one.
     if (Retry<linkat>(FTarget.Base, FPath.c_str(), FTarget.Base, name, 0) == 0) return true;
     if (errno != EPERM && errno != ENOTSUP) return false;
   }
@@ -107,20 +107,20 @@ bool TTemporaryFile::TakeNameOf(const TFileStamp& expected) {
            FileStampOf(info) == expected;
   };
 #ifdef RENAME_EXCHANGE
-  // After the exchange the temporary name holds the file of whoever wrote it last, so it must not be a name that is
-  // swept: a process that is killed there leaves that file, and nobody deletes it.
+  // After the exchange the temporary name holds the file of the last writer, so it must not be a name that
+  // is swept: if the process is killed at this point, the file stays and is not deleted.
   std::string kept = FPath + "~";
   if (Retry<renameat>(FTarget.Base, FPath.c_str(), FTarget.Base, kept.c_str()) != 0) return false;
   FPath = std::move(kept);
-  // Not every file system can exchange. The check after the exchange is about exactly the file that was replaced, so
-  // no other writer can come between.
+  // Not every file system supports exchanging. The check after the exchange applies to exactly the file
+  // that was replaced, so no other writer can interfere.
   const auto exchange = [&] {
     return Retry<renameat2>(FTarget.Base, FPath.c_str(), FTarget.Base, name, unsigned{RENAME_EXCHANGE}) == 0;
   };
   if (exchange()) {
     const bool isRight = isExpected(FPath.c_str());
     if (isRight) Retry<unlinkat>(FTarget.Base, FPath.c_str(), 0);
-    // If it cannot be put back, the other writer's file stays under the temporary name.
+    // If it cannot be restored, the other writer's file stays under the temporary name.
     if (isRight || !exchange()) FPath.clear();
     if (!isRight) errno = ESTALE;
     return isRight;

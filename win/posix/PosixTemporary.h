@@ -36,8 +36,7 @@ class TTemporaryFile {
   // of that name. On failure returns false, with errno, and the target is as it was.
   bool TakeName(bool onlyIfFree);
 
-  // The same if the file of the target's name has the stamp `expected`. Fails with ESTALE if it has another
-  // one.
+  // As TakeName, but only if the target has the stamp `expected`. Otherwise fails with ESTALE.
   bool TakeNameOf(const TFileStamp& expected);
 
  private:
@@ -46,8 +45,8 @@ class TTemporaryFile {
   std::string FPath;  // seen from the target's base; empty if there is no file to delete
 };
 
-// Deletes the temporary files that processes which are gone have left in the folder of `target`. Leaves all
-// files that it cannot be certain of. Reports nothing.
+// Deletes the temporary files left in the folder of `target` by processes that no longer run. Skips files
+// whose state is uncertain. Reports nothing.
 void SweepTemporaryFiles(const THostPath& target);
 
 }  // namespace win

@@ -1,4 +1,4 @@
-// The files that were written and have not been brought to the disk yet.
+// Tracks the files that were written but not flushed to the disk yet.
 //
 // The system can be asked for each file by itself (fsync), or for everything that waits on a device (syncfs).
 // The first costs one journal commit a file: 300 ms for a thousand files on a good disk, many times that on a
@@ -18,30 +18,30 @@
 
 namespace win {
 
-// Brings one file or folder to the disk. On failure returns false, with errno. Kinds of files and folders
-// that cannot be asked for are no failure.
+// Flushes one file or folder to the disk. On failure returns false, with errno. Succeeds for kinds of files
+// and folders that cannot be flushed.
 [[nodiscard]] bool FlushFile(int fd);
 
 class TWrittenFiles {
  public:
-  // Returns the object for all that the process writes, on whatever thread.
+  // Returns the object for all files that the process writes, on any thread.
   static TWrittenFiles& OfProcess();
 
   // Notes that the file open as `fd`, on `device` at `place`, was written or is about to be.
   void Note(int fd, dev_t device, const THostPath& place);
 
-  // Notes that closing a file failed with errno `number`. Some systems report only then that what was written
-  // could not be stored. The next Flush fails with this number.
+  // Records that closing a file failed with errno `number`. Some systems report write errors only then. The
+  // next Flush fails with this number.
   void NoteFailure(int number);
 
-  // Brings all files that were noted, and the entries of their folders, to the disk, and forgets them. On
-  // failure returns false, with errno; then it is unknown how much has arrived.
+  // Flushes all recorded files, and the entries of their folders, to the disk, and clears the list. On
+  // failure returns false, with errno; it is unknown how much was written.
   [[nodiscard]] bool Flush();
 
-  // Forgets all files that were noted, and closes them. They are left to the system.
+  // Clears the list and closes its files without flushing them.
   void Discard();
 
-  // Returns a number that grows with each Flush and Discard. Files that are written after one must be noted
+  // Returns a number that grows with each Flush and Discard. Files written after such a call must be noted
   // again.
   uint64_t Epoch() const { return FEpoch.load(std::memory_order_relaxed); }
 
