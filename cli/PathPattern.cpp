@@ -40,8 +40,8 @@ bool MatchSet(std::string_view& pattern, std::string_view character, bool& isSet
   return found != negated;
 }
 
-// Removes one element other than a star from the front of the pattern, and one character from the front of the
-// text. Returns whether they match.
+// Removes one element other than a star from the front of the pattern, and one character from the front of
+// the text. Returns whether they match.
 bool MatchOne(std::string_view& pattern, std::string_view& text) {
   if (pattern.empty() || text.empty()) return false;
   const std::string_view character = text.substr(0, rtl::CharacterLength(text));
