@@ -1,13 +1,14 @@
-// kva_barecopy: what a run over a folder costs in file operations alone.
+// kva_barecopy: performs only the file operations of a run over a folder, to measure their cost.
 //
 //   kva_barecopy DIR LIST
 //
-// It does what a run with backup and log does to the files below DIR, and does not look at them: every unit
-// and form is read whole; each one that LIST names (paths below DIR, one a line) is written to a temporary
-// folder of the tree's shape and copied to DIR/RBackup under its .~ name, time and permission bits with it;
-// all that is flushed to the disk once; then each original is replaced in one step by a copy of its temporary
-// file; the temporary folder goes; a log of two lines a file and an undo file stay. Plain system calls, each
-// done once where once is enough.
+// It performs the file operations of a run with backup and log on the files below DIR, without parsing
+// them. It reads every unit and form completely. It writes each file that LIST names (paths below DIR, one
+// per line) to a temporary folder with the tree's structure, and copies it to DIR/RBackup under its .~
+// name, with its time and permission bits. It flushes all that to the disk once, then replaces each
+// original in one step by a copy of its temporary file, and deletes the temporary folder. A log of two
+// lines per file and an undo file remain. It makes plain system calls, each one only once where that is
+// enough.
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -159,7 +160,7 @@ class TBareCopy {
     FLog.Write(changing ? "1 change(s)\r\n\r\n" : "No changes\r\n\r\n");
   }
 
-  // Once, or twice where the two folders lie on two file systems.
+  // Flushes once, or twice if the two folders are on two file systems.
   void Flush() {
     const TFile temp(FTemp, O_RDONLY | O_DIRECTORY);
     const TFile backup(FBackup, O_RDONLY | O_DIRECTORY);
@@ -186,7 +187,7 @@ class TBareCopy {
     for (const std::string& path : FFolders) {
       if (path.starts_with(FTemp)) folders.push_back(path);
     }
-    std::sort(folders.begin(), folders.end(), std::greater<>());  // the inner ones first
+    std::sort(folders.begin(), folders.end(), std::greater<>());  // inner folders first
     for (const std::string& path : folders) rmdir(path.c_str());
     if (rmdir(FTemp.c_str()) != 0 && errno != ENOENT) Fail(FTemp);
   }
@@ -196,7 +197,7 @@ class TBareCopy {
   std::string FTemp;
   TFile FLog;
   std::unordered_set<std::string> FChanging;
-  std::unordered_set<std::string> FFolders;  // those known to exist
+  std::unordered_set<std::string> FFolders;  // folders known to exist
   std::vector<std::string> FFiles;
   std::vector<std::string> FChanged;
   std::string FUndo;

@@ -2,9 +2,9 @@
 //
 //   FormConversionBench text|binary INPUT OUTPUT REPEATS
 //
-// converts INPUT to its text or binary form in memory, REPEATS times, writes the outcome to OUTPUT, and
-// prints the seconds of processor time that the fastest time took. Like its counterpart it uses the memory of
-// the output again.
+// converts INPUT to its text or binary form in memory, REPEATS times, writes the result to OUTPUT, and
+// prints the processor time of the fastest conversion in seconds. Like its counterpart, it reuses the
+// memory of the output.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>

@@ -17,7 +17,7 @@ struct TFamily {
   const char* Table;
   const char* StoredProc;
   const char* UpdateSQL;
-  const char* Database;  // the line that names a data set's database
+  const char* Database;  // the line with the name of a data set's database
 };
 constexpr TFamily kBde = {"TQuery", "TTable", "TStoredProc", "TUpdateSQL", "DatabaseName = 'MainDB'"};
 constexpr TFamily kIbx = {"TIBQuery", "TIBTable", "TIBStoredProc", "TIBUpdateSQL",
@@ -146,7 +146,7 @@ class TFormWriter {
     }
   }
 
-  // A list of at least one line, and of as many more as bring the text to `until` bytes.
+  // Adds a list of at least one line, and of as many lines as the text needs to reach `until` bytes.
   void SqlList(const char* name, size_t lines, size_t until) {
     Line(std::string(name) + " = (");
     bool last = false;

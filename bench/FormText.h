@@ -1,4 +1,4 @@
-// Form text of any size, as the designer of 1999 writes it, for the benchmarks.
+// Generates form text of any size for the benchmarks, in the style of the designer of 1999.
 #pragma once
 
 #include <cstddef>
@@ -11,18 +11,18 @@ namespace bench {
 
 enum class TFormShape {
   Mixed,  // controls between database components of every kind
-  Lists   // nearly all of the text stands in the SQL lists of queries
+  Lists   // most of the text is in the SQL lists of queries
 };
 
 struct TFormPlan {
-  std::string_view Name;  // of the root object; its class is T and the name
-  size_t Bytes = 0;       // the text's length, reached but not much exceeded
+  std::string_view Name;  // of the root object; its class is "T" followed by the name
+  size_t Bytes = 0;       // minimum length of the text, exceeded only slightly
   size_t Objects = 0;     // components of classes that a conversion changes, spread evenly
   TFormShape Shape = TFormShape::Mixed;
   bool Ibx = false;  // the family of those components
 };
 
-// The text, all lines ended by CR LF. Every one of the plan's objects is well formed.
+// Returns the text, with lines ended by CR LF. All objects are well-formed.
 [[nodiscard]] std::string MakeFormText(TRandom& random, const TFormPlan& plan);
 
 }  // namespace bench

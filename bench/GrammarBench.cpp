@@ -1,5 +1,5 @@
-// The form parser on objects of one shape and growing size, where the time for each byte should stay the
-// same; and a text that takes exponential time without the memo.
+// Benchmarks the form parser on objects of the same shape and growing size, for which the time per byte
+// should be constant, and on a text that takes exponential time without the memo.
 #include <benchmark/benchmark.h>
 #include <cstdint>
 #include <string>
@@ -115,7 +115,7 @@ BENCHMARK_CAPTURE(ParseAndPrint, Properties, Properties)
     ->RangeMultiplier(10)
     ->Range(10, 100000);
 
-// A parser of its own for each object, the compilation of the grammar included.
+// Creates a parser for each object, so that the compilation of the grammar is included.
 void NewParser(benchmark::State& state) {
   const std::string text = Properties(1);
   for (auto _ : state) {
@@ -126,7 +126,7 @@ void NewParser(benchmark::State& state) {
 }
 BENCHMARK(NewParser);
 
-// Reads every level of nesting twice.
+// A grammar that reads every level of nesting twice.
 class TDoubling : public mig::TLL1Parser {
  public:
   explicit TDoubling(int64_t rereadAllowance) : TLL1Parser(mig::ParseStateClass<mig::TParseState>()) {

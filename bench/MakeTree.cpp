@@ -1,12 +1,13 @@
-// kva_maketree: trees of generated units and forms. The same arguments give the same bytes on every machine.
+// kva_maketree: generates trees of units and forms. The same arguments give the same bytes on every
+// machine.
 //
 //   kva_maketree DIR [--seed N] [--units N] [--forms N] [--changing P] [--utf16 P] [--ibx] [--list FILE]
-//       DIR/Mod01/Sub2/Unit00123.pas and its .dfm beside it, 2 to 60 KB each. P percent of the units (50)
-//       change, and of those the forms too; P percent of the files (0) are in UTF-16. FILE gets the names of
-//       the changing files below DIR, one a line.
+//     DIR/Mod01/Sub2/Unit00123.pas and its .dfm beside it, 2 to 60 KB each. P percent of the units (50)
+//     change, and of those the forms too; P percent of the files (0) are in UTF-16. FILE receives the names
+//     of the changing files below DIR, one per line.
 //   kva_maketree DIR --form BYTES [--objects N] [--lists] [--seed N] [--utf16 P] [--ibx] [--list FILE]
-//       DIR/Big.pas and DIR/Big.dfm, the form of BYTES bytes with N objects to convert; with --lists nearly
-//       all of it stands in SQL lists. The unit alone does not change.
+//     DIR/Big.pas and DIR/Big.dfm, the form of BYTES bytes with N objects to convert; with --lists most of
+//     it is in SQL lists. The unit itself does not change.
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
@@ -29,7 +30,7 @@ struct TArguments {
   size_t Forms = 100;
   size_t Changing = 50;
   size_t Utf16 = 0;
-  size_t FormBytes = 0;  // not 0: one form only
+  size_t FormBytes = 0;  // if not 0, only one form is generated
   size_t Objects = 1;
   bool Lists = false;
   bool Ibx = false;
@@ -75,13 +76,14 @@ TArguments Read(int argc, char** argv) {
   return result;
 }
 
-// Most files are small, some are large: 2, 4, 8, 16 or 32 KB and up to as much again, 60 KB at most.
+// Returns a random file size. Most files are small: 2, 4, 8, 16 or 32 KB plus up to as much again, at most
+// 60 KB.
 size_t FileSize(TRandom& random) {
   const size_t base = size_t{2048} << std::min(random.Below(5), random.Below(5));
   return std::min<size_t>(base + random.Below(base), 60 * 1024);
 }
 
-// The generated text is ASCII, so every byte is a unit.
+// Converts text to UTF-16. The generated text is ASCII, so every byte is a unit.
 std::string Utf16(std::string_view text) {
   std::string bytes = "\xFF\xFE";
   bytes.reserve(2 + 2 * text.size());
@@ -113,7 +115,7 @@ class TTree {
   }
 
  private:
-  // A seed of its own for each unit: the file does not depend on how many others there are.
+  // Each unit has its own seed, so that the file does not depend on the number of units.
   void Unit(size_t index) {
     TRandom random(FArguments.Seed ^ (0x9E3779B97F4A7C15u * (index + 1)));
     char name[32];

@@ -1,5 +1,5 @@
-// The random numbers of the generated trees: splitmix64, so that a seed gives the same bytes on every
-// machine, compiler and library. Not for secrets, and not for statistics.
+// Random numbers for the generated trees: splitmix64, so that a seed gives the same bytes on every machine,
+// compiler and library. Not for secrets or statistics.
 #pragma once
 
 #include <cstddef>
@@ -18,10 +18,11 @@ class TRandom {
     return z ^ (z >> 31);
   }
 
-  // 0 to limit - 1. `limit` must not be 0. The bias of the remainder is of no matter here.
+  // Returns a number from 0 to limit - 1. `limit` must not be 0. The bias of the remainder does not matter
+  // here.
   size_t Below(size_t limit) { return static_cast<size_t>(Next() % limit); }
 
-  // Both ends included.
+  // Returns a number from `low` to `high`, both included.
   size_t Between(size_t low, size_t high) { return low + Below(high - low + 1); }
 
   bool Percent(size_t chance) { return Below(100) < chance; }

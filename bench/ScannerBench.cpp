@@ -1,5 +1,5 @@
-// The scanner, compared with two lower bounds: a copy of the text, and a loop that looks up each byte in a
-// table. All report bytes per second over the same generated texts.
+// Benchmarks the scanner against two lower bounds: a copy of the text, and a loop that looks up each byte
+// in a table. All report bytes per second for the same generated texts.
 #include <array>
 #include <benchmark/benchmark.h>
 #include <cstring>

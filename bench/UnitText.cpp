@@ -11,7 +11,7 @@ constexpr const char* kBde[] = {"TQuery", "TTable", "TDatabase", "TStoredProc", 
 constexpr const char* kIbx[] = {"TIBQuery", "TIBTable", "TIBDatabase", "TIBStoredProc", "TIBSQL"};
 constexpr const char* kOther[] = {"TStringList", "TMemoryStream", "TDataSource", "TQueryHelper",
                                   "TFileStream"};
-// @ stands for a class, # for a number
+// "@" is replaced by a class, "#" by a number.
 constexpr const char* kStatements[] = {"    Total := Total + # * Rate;",
                                        "    if Length(S) > # then S := Copy(S, 1, #);",
                                        "    Memo.Lines.Add(Format('%s: %d of #', [S, Total]));",

@@ -1,4 +1,4 @@
-// Unit source of any size, as a developer of 1999 wrote it, for the benchmarks.
+// Generates unit source of any size for the benchmarks, in the style of a developer of 1999.
 #pragma once
 
 #include <cstddef>
@@ -11,13 +11,13 @@ namespace bench {
 
 struct TUnitPlan {
   std::string_view Name;
-  size_t Bytes = 0;       // the text's length, reached but not much exceeded
-  bool Changing = false;  // names classes and the unit that a conversion changes; without it, nothing does
+  size_t Bytes = 0;       // minimum length of the text, exceeded only slightly
+  bool Changing = false;  // names classes and the unit that a conversion changes; otherwise nothing changes
   bool Form = false;      // has the directive that names its form
   bool Ibx = false;       // the family of the classes named
 };
 
-// The text, all lines ended by CR LF.
+// Returns the text, with lines ended by CR LF.
 [[nodiscard]] std::string MakeUnitText(TRandom& random, const TUnitPlan& plan);
 
 }  // namespace bench
