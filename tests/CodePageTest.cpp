@@ -1,4 +1,4 @@
-// The source code page, and names in the order and the case of the file system.
+// The source code page; the order and the case of file names.
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -20,7 +20,7 @@ class CodePageTest : public testing::Test {
 TEST_F(CodePageTest, SourceToUtf8) {
   const std::tuple<uint32_t, const char*, const char*> rows[] = {
       {1252, "Ma\xDFst\x80\x9F", "Maßst€Ÿ"},
-      {1252, "\x81\x8D", "\xC2\x81\xC2\x8D"},  // what the page leaves free is the control of that number
+      {1252, "\x81\x8D", "\xC2\x81\xC2\x8D"},  // a byte without a character is the control of that number
       {1250, "\x8A\xE8\xF2", "Ščň"},
       {1251, "\xD4\xEE\xF0\xEC\xE0", "Форма"},
       {1253, "\xC6\xFC\xD2", "Ζό\xEF\xBF\xBD"},
@@ -50,7 +50,7 @@ TEST_F(CodePageTest, SourceToUtf8) {
   }
 }
 
-// ICU's converters, as the names of Windows' code pages have them.
+// ICU's converters for the code pages of Windows.
 const std::pair<uint32_t, const char*> kIcuConverters[] = {
     {437, "ibm-437"},
     {850, "ibm-850"},
@@ -72,7 +72,7 @@ const std::pair<uint32_t, const char*> kIcuConverters[] = {
     {1258, "ibm-5354_P100-1998"},
 };
 
-// U+FFFD for bytes that the code page lacks.
+// Decodes with ICU's converter. Bytes that the code page lacks become U+FFFD.
 std::string DecodeWithIcu(UConverter* converter, const std::string& bytes) {
   UErrorCode error = U_ZERO_ERROR;
   ucnv_setToUCallBack(converter, UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
@@ -85,7 +85,7 @@ std::string DecodeWithIcu(UConverter* converter, const std::string& bytes) {
   return U_SUCCESS(error) ? std::string(utf8, static_cast<size_t>(length)) : "\xEF\xBF\xBD";
 }
 
-// Every byte from 80 up, and every lead byte with every trail byte.
+// Compares every byte from 80 up, and every lead byte with every trail byte.
 TEST_F(CodePageTest, CharactersAreThoseOfIcu) {
   for (const auto& [codePage, name] : kIcuConverters) {
     SCOPED_TRACE(codePage);
@@ -119,7 +119,7 @@ TEST_F(CodePageTest, OnlyTheCodePagesOfTheListAreTaken) {
 TEST_F(CodePageTest, LeadBytes) {
   const struct {
     uint32_t CodePage;
-    std::vector<int> Edges;  // where the answer changes
+    std::vector<int> Edges;  // where the result changes
   } rows[] = {
       {1252, {}}, {65001, {}}, {932, {0x81, 0xA0, 0xE0, 0xFD}}, {936, {0x81, 0xFF}}, {950, {0x81, 0xFF}}};
   for (const auto& row : rows) {
@@ -151,13 +151,13 @@ TEST_F(CodePageTest, IsCharAlphaA) {
 }
 
 TEST(FileNamesTest, UpperCaseIsOneCharacterToOne) {
-  // A letter of two, one that would become two, one outside of the first plane, and what is no UTF-8.
+  // A digraph, a letter with an upper case of two letters, one beyond the first plane, and malformed UTF-8.
   EXPECT_EQ(UpperFileName("Unit1.dfm äß форма ıÿ ǆ ﬁ 𐐨 a\xFFz\xC3"),
             "UNIT1.DFM Äß ФОРМА IŸ Ǆ ﬁ 𐐀 A\xFFZ\xC3");
 }
 
 TEST(FileNamesTest, OrderIsThatOfUtf16Units) {
-  // U+FF21 comes behind the surrogates of U+10400, though its number is smaller.
+  // U+FF21 sorts after the surrogates of U+10400, although its number is smaller.
   std::istringstream list("- A a A.pas aa AB zz [ _ ä б Б1 \xF0\x90\x90\x80 \xEF\xBC\xA1");
   const std::vector<std::string> sorted = {std::istream_iterator<std::string>(list), {}};
   std::vector<std::string> names(sorted.rbegin(), sorted.rend());

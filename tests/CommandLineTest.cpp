@@ -1,4 +1,4 @@
-// Replace and restore by the command line program.
+// The commands replace and restore of the command line program.
 #include <chrono>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -24,12 +24,12 @@ class CommandLineTest : public testing::Test {
     FTree.Write("src/old/B.dfm", "no form");
   }
 
-  // Without the summary at the end of a run, which has a test of its own.
+  // Omits the summary at the end of a run, which has its own test.
   std::string Run(const std::string& arguments) {
     const std::string text = tests::RunCommand(FTree, arguments);
     return text.substr(0, text.find("Files:     "));
   }
-  // Writes a file that is newer than all that runs have written.
+  // Writes a file that is newer than all files written by runs.
   void Edit(std::string_view name, std::string_view text) {
     FTree.Write(name, text);
     fs::last_write_time(FTree.HostPath(name), fs::file_time_type::clock::now() + std::chrono::seconds(1));
@@ -83,7 +83,7 @@ TEST_F(CommandLineTest, RestoreNamesWhatWouldBeLost) {
   EXPECT_EQ(Run("replace -q --mode bde --folder src --subfolders"), "0||");
   const std::string converted = FTree.Read("src/A.dfm");
   Edit("src/A.pas", "edited");
-  Edit("src/old/B.pas", kUnit);  // edited, to what it was
+  Edit("src/old/B.pas", kUnit);  // edited, but back to its original text
   EXPECT_EQ(Run("restore --list src"),
             "0|edited     <dir>\\src\\A.pas\n"
             "restore    <dir>\\src\\old\\B.pas\n"
@@ -131,7 +131,7 @@ TEST_F(CommandLineTest, RestoreRefusesLinesThatNoRunWrites) {
   EXPECT_EQ(FTree.Read(".bashrc"), "mine");
 }
 
-// The folder may be reached in another way than in the run.
+// The path of the folder may differ from that of the run.
 TEST_F(CommandLineTest, RestoreThroughALinkAndFromAJournal) {
   EXPECT_EQ(Run("replace -q --mode bde --folder src"), "0||");
   FTree.Link("src", "link");
@@ -240,7 +240,7 @@ TEST_F(CommandLineTest, OneOfTwoFilesOfOneNameIsLeftOut) {
   FTree.Write("src/P.dpr", "program P;\r\nuses B in 'old\\A.pas', A in 'A.pas';\r\nend.\r\n");
   FTree.Write("src/old/A.pas", kUnit);
   const std::string run = "replace --mode bde --project src/P.dpr";
-  // The pattern 'A.pas' would fit both.
+  // The pattern 'A.pas' would match both.
   EXPECT_EQ(
       Run(run),
       "3||kvamigrate: Two files named \"A.pas\" cannot be converted in one project run: "
@@ -412,7 +412,7 @@ TEST_F(CommandLineTest, HelpIsTheSameWhereverItIsAskedFor) {
   EXPECT_EQ(Run("form to-text --help"), Run("help form to-text"));
 }
 
-// The desktop program is looked for beside this one.
+// The desktop program is searched beside this one.
 TEST_F(CommandLineTest, TheWizardGetsWhatWasTyped) {
   fs::copy(std::string(KVA_BINARY_DIR) + "/cli/kvamigrate", FTree.HostPath("kvamigrate"));
   FTree.Write("kvawizard", "#!/bin/sh\necho \"$@\"\n");

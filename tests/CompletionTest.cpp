@@ -16,7 +16,7 @@ namespace {
 
 using completion::TUsesRefusal;
 
-// Two old units; what Bde declares is "dbinit".
+// Two old units. Bde declares "dbinit".
 std::string CompleteUses(const std::string& text, std::string* told = nullptr) {
   const completion::TUsesRules rules = {
       "DBTables", ", New1, New2", [](std::string_view name) { return name == "TNew"; },
@@ -37,7 +37,7 @@ struct TUsesRow {
   std::string Before, After;
 };
 
-// A unit with one clause in each section, as the conversion leaves it.
+// Returns a unit with one clause in each section, as the conversion writes it.
 std::string Unit(const std::string& interfacePart, const std::string& implementationPart) {
   return "unit U;\r\ninterface\r\n" + interfacePart + "\r\nimplementation\r\n" + implementationPart +
          "\r\nend.\r\n";
@@ -97,7 +97,7 @@ TEST(UsesStepTest, Table) {
   }
 }
 
-// Where something is not certain, the unit stays as the conversion left it.
+// If a step is not certain, the unit stays unchanged.
 TEST(UsesStepTest, Refusals) {
   const struct {
     std::string Before, After, Told;
@@ -120,7 +120,7 @@ TEST(UsesStepTest, Refusals) {
 constexpr completion::TTransactionRules kTransactions = {"TDatabase", "TKVAConnection", "TKVATransaction",
                                                          "Transaction", "DefaultConnection"};
 
-// Converts every TDatabase as the conversion does, and completes.
+// Converts every TDatabase as the conversion does, then completes the fields.
 std::string CompleteFields(const std::string& text, std::string* told = nullptr, bool hasForm = true) {
   mig::TTextEdits edits;
   for (size_t at = text.find("TDatabase"); at != std::string::npos; at = text.find("TDatabase", at + 1))
@@ -219,7 +219,7 @@ TEST(FormLayoutTest, KeepsThePlaceOfAnObject) {
             "end\n");
 }
 
-// Inherited, inline and indexed objects, and what a converted object holds.
+// Inherited, inline and indexed objects, and the contents of a converted object.
 TEST(FormObjectsTest, WholeForms) {
   target::TKVAMigration migration(target::TCatalogue::BuiltIn());
   mig::TFileConverter converter(

@@ -1,4 +1,4 @@
-// What reaches a terminal, and what signals and closed streams do.
+// Text on a terminal, signals, and closed streams.
 #include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -45,7 +45,7 @@ TEST(ConsoleTest, WhatIsIgnoredStaysIgnored) {
   EXPECT_THROW(StopIfInterrupted("Stopped."), rtl::EAbort);
 }
 
-// Runs `action` in another process, with standard output as `prepare` leaves it, and returns its exit status.
+// Runs `action` in another process, after `prepare` has set up standard output. Returns its exit status.
 template <typename TPrepare, typename TAction>
 int InChild(TPrepare prepare, TAction action) {
   const pid_t child = fork();
@@ -79,7 +79,7 @@ TEST(ConsoleTest, AStandardOutputThatCannotBeWritten) {
                 WriteLine),
             1);
   EXPECT_EQ(InChild([] { close(STDOUT_FILENO); }, WriteLine), 2);
-  // No file that is opened later takes the number of a closed stream.
+  // No file that is opened later gets the number of a closed stream.
   EXPECT_EQ(InChild(
                 [] {
                   close(STDIN_FILENO);
@@ -102,7 +102,7 @@ TEST(ConsoleTest, AFileBeyondTheLimitIsAnError) {
   EXPECT_FALSE(tree.Exists("b.dfm"));
 }
 
-// Runs the program on a terminal, and returns what it shows there.
+// Runs the program on a terminal, and returns the terminal's output.
 std::string OnTerminal(const tests::TTempTree& tree, const std::string& environment,
                        const std::string& arguments) {
   int terminal = -1;
@@ -124,7 +124,7 @@ std::string OnTerminal(const tests::TTempTree& tree, const std::string& environm
 
 TEST(ConsoleTest, ProgressOnATerminal) {
   const tests::TTempTree tree;
-  tree.MakeFolder("src");  // empty, so that the line is shown once
+  tree.MakeFolder("src");  // empty, so the line is shown once
   const std::string run = "replace --no-log --no-backup --mode bde src";
   const std::string outcome =
       "Files:     0 read, 0 changed\r\n"

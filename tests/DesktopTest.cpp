@@ -1,4 +1,4 @@
-// The windows, driven by keys and clicks on the offscreen platform, over the stand-alone host and the real
+// Drives the windows with keys and clicks on the offscreen platform, with the stand-alone host and the real
 // engine.
 #include <QLabel>
 #include <QListWidget>
@@ -16,10 +16,10 @@ namespace fs = std::filesystem;
 
 using TTree = std::map<std::string, std::string>;
 
-// The example opened in the host, with the expert.
+// The example, opened in the host with the expert.
 class DesktopTest : public tests::TWindowTest {
  protected:
-  // Every file of the copy but backups and logs.
+  // Returns every file of the copy except backups and logs.
   TTree Tree() const {
     TTree tree;
     for (const auto& entry : fs::recursive_directory_iterator(FScratch.HostPath("App"))) {
@@ -51,7 +51,7 @@ TEST_F(DesktopTest, ProjectRoadByTheKeyboardAlone) {
   const TTree converted = Tree();
   EXPECT_NE(converted, FOriginal);
 
-  // What the engine makes of the same options alone is what the windows have led to.
+  // Running the engine with the same options has the same result as the windows.
   EXPECT_EQ(FMigration.Options().Dest, mig::sdProject);
   EXPECT_EQ(FMigration.Options().BackupDir, "C:\\App\\RBackup");
   ASSERT_TRUE(FMigration.BDE().Restore("C:\\App\\RBackup\\RExpert.reu"));
@@ -100,7 +100,7 @@ TEST_F(DesktopTest, MarksShowAndArriveInBothDirections) {
   };
   Use({Click("btNext"), Click("btNext"),
        [&](QWidget& window) { EXPECT_EQ(marked(window), std::pair(11, 11)); },
-       Press(Qt::Key_Space),  // the focus is on the list, the first entry is the current one
+       Press(Qt::Key_Space),  // the focus is on the list; the first entry is the current one
        [&](QWidget& window) { EXPECT_EQ(marked(window), std::pair(10, 11)); },
        Check([](auto& form) { EXPECT_FALSE(form.lbModules.Checked(0)); }), Click("btDeselect"),
        [&](QWidget& window) { EXPECT_EQ(marked(window), std::pair(0, 11)); }, Click("btCancel")});

@@ -19,7 +19,7 @@ using diff::TDiffLine;
 using diff::TIgnore;
 using TKind = diff::TDiffLine::TKind;
 
-// Numbers that are the same on every machine.
+// Random numbers that are the same on every machine.
 class TRandom {
  public:
   uint32_t Below(uint32_t limit) {
@@ -42,7 +42,8 @@ size_t LongestCommon(const std::string& left, const std::string& right) {
   return common[0][0];
 }
 
-// A line is a letter; the script turns one text into the other, and is as short as a full table finds.
+// A line is a letter. The script converts one text to the other, and is as short as the one found by a full
+// table.
 TEST(LineDiffTest, IsAShortestScript) {
   TRandom random;
   for (int round = 0; round < 2000; ++round) {
@@ -127,7 +128,7 @@ TEST(GitPatchTest, Sha1) {
   EXPECT_EQ(diff::Sha1Hex(std::string(1'000'000, 'a')), "34aa973cd4c4daa4f61eeb2bdbad27316534016f");
 }
 
-// `git apply` turns files with every mix of line ends, marks and NULs into exactly the new ones, and back.
+// `git apply` converts files with all mixes of line ends, marks and NULs to exactly the new ones, and back.
 TEST(GitPatchTest, AppliedItGivesTheNewBytes) {
   const tests::TTempTree tree;
   const std::vector<std::string> pieces = {
@@ -147,7 +148,7 @@ TEST(GitPatchTest, AppliedItGivesTheNewBytes) {
     }
     if (i % 7 == 0) sides[1] += std::string("\0\x01", 2);
     if (i % 14 == 0) sides[0] += std::string(70, '\0');
-    if (sides[0].empty() || sides[1].empty()) continue;  // a patch would create or delete the file
+    if (sides[0].empty() || sides[1].empty()) continue;  // such a patch would create or delete the file
     const std::string name = std::to_string(i) + "/" + names[i % names.size()];
     files[name] = sides;
     tree.Write(name, sides[0]);
@@ -162,7 +163,7 @@ TEST(GitPatchTest, AppliedItGivesTheNewBytes) {
   for (const auto& [name, sides] : files) EXPECT_EQ(tree.Read(name), sides[0]) << name;
 }
 
-// A side-by-side view as text: one row a line, "old|new".
+// Returns a side-by-side view as text: one row per line, "old|new".
 std::string Rows(const std::string& before, const std::string& after) {
   const std::vector<TDiffLine> lines = diff::DiffLines(before, after);
   std::string result;
@@ -184,7 +185,7 @@ TEST(LineAlignmentTest, PutsLinesThatAreAlikeSideBySide) {
             "end|end\n");
 }
 
-// Runs too long for the table of pairs are matched without their white space.
+// Runs that are too long for the table of pairs are matched ignoring white space.
 TEST(LineAlignmentTest, AlignsLargeBlocks) {
   std::string before, after, rows;
   for (int i = 0; i < 3000; ++i) {

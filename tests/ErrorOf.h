@@ -1,4 +1,4 @@
-// Exceptions as text, for tables and comparisons.
+// Converts exceptions to text, for tables and comparisons.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace tests {
 
-// The message of the TError that `call` raises, or "none". Any other exception passes through.
+// Returns the message of the TError that `call` raises, or "none". Other exceptions propagate.
 template <typename TError = rtl::Exception, typename TCall>
 std::string ErrorOf(TCall call) {
   try {

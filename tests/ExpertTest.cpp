@@ -33,8 +33,8 @@ class ExpertTest : public testing::Test {
     FHost.MainMenu.Items().Insert(0, help);
   }
 
-  // A use of the wizard: `steps` on the wizard's form, then `answer` to the question. What the user and the
-  // host see, in its order.
+  // Uses the wizard once: plays `steps` on its form, then `answer` on the question. Returns the events that
+  // the user and the host see, in order.
   TLines Use(std::string_view steps, std::string_view answer = {}) {
     FHost.Calls.clear();
     if (!FExpert) FExpert = target::MakeExpert(FMigration);
@@ -70,7 +70,7 @@ TEST_F(ExpertTest, ReplaceInTheProject) {
                     "Reload C:\\App\\Data.pas", kReplaced}));
   EXPECT_EQ(Unit("App"), "unit Main;\r\nQ: TKVAQuery; I: TIBQuery;\r\nend.\r\n");
   EXPECT_TRUE(IsStored());
-  // A unit that was not chosen is taken from disk anew, too.
+  // A unit that was not selected is read from disk again, too.
   std::filesystem::remove(FScratch.HostPath("App/RBackup/RExpert.reu"));
   const TLines calls = Use("rbModeReplace; btNext; btNext; lbModules[0]; btNext; btNext; btFinish", "OKBtn");
   EXPECT_EQ(std::count(calls.begin(), calls.end(), "Reload C:\\App\\Main.pas"), 1);
@@ -140,7 +140,7 @@ TEST_F(ExpertTest, AUnitThatCannotBeReadIsLeftOut) {
   EXPECT_NE(Unit("App"), kUnit);
 }
 
-// The way back from an earlier run is not overwritten unless the user says so.
+// The backups of an earlier run are not overwritten unless the user agrees.
 TEST_F(ExpertTest, ABackupFolderOfAnEarlierRun) {
   const std::string refused =
       "Box 16 BDE/IBX Migration Wizard: The backup folder \"C:\\App\\RBackup\" holds the undo file of an "

@@ -35,7 +35,7 @@ TEST(FileUtilsTest, CreateTempFolder) {
   tree.MakeFolder("$DS2");
   setenv("TMPDIR", tree.HostPath().c_str(), 1);
   EXPECT_EQ(CreateTempFolder("$DS", 1), tree.WindowsPath("$DS3"));
-  // $DS1 to $DS3 are looked for; $DS4 appears between the look and the creation.
+  // $DS1 to $DS3 are checked; $DS4 is created between the check and the creation.
   tree.MakeFolder("$DS4");
   tests::TRecordingFileSystem files(win::FileSystem());
   files.FailAt(4, win::ERROR_FILE_NOT_FOUND);

@@ -1,4 +1,4 @@
-// Whole files, the entries of a folder, lines.
+// Reading whole files, entries of folders, lines.
 #include <gtest/gtest.h>
 
 #include "rtl/text/Files.h"

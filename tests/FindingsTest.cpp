@@ -1,4 +1,4 @@
-// Findings: what a conversion says that it did and left. Tables of sources and all their findings.
+// Findings of a conversion: tables of sources and all their findings.
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -14,7 +14,7 @@
 namespace mig {
 namespace {
 
-// "LINE:COLUMN LEVEL RULE: MESSAGE" for each finding.
+// Returns "LINE:COLUMN LEVEL RULE: MESSAGE" for each finding.
 std::string Printed(const std::vector<TFinding>& findings) {
   std::string text;
   for (const TFinding& finding : findings) {
@@ -59,12 +59,12 @@ class FindingsTest : public testing::Test {
   std::string Find(std::string_view name, std::string_view text) {
     return Printed(FConverter->Convert("C:\\" + std::string(name), std::string(text)));
   }
-  // The findings of an object in a form, which begin at line 2.
+  // Returns the findings of an object in a form. They begin at line 2.
   std::string FindInObject(std::string_view object) {
     return Find("A.dfm", "object F: TForm\r\n" + std::string(object) + "\r\nend\r\n");
   }
 
-  // The findings of a run over units, those of the rules old-class, old-call and old-member alone.
+  // Returns the findings of a run over units, only those of the rules old-class, old-call and old-member.
   std::string FindInRun(const std::vector<std::pair<std::string, std::string>>& units) {
     TRunFindings run(FClasses, FNames);
     for (const auto& [name, text] : units)
@@ -319,19 +319,19 @@ TEST_F(FindingsTest, NamesThatAreResolved) {
         << row.Source;
 }
 
-// Real-looking code in which nothing is certain, or all is the user's own.
+// Realistic code in which no use is certain, or all names are the user's own.
 TEST_F(FindingsTest, NamesThatAreNoFindings) {
   const char* const sources[] = {
-      // The name is a class, a variable, a member, a parameter of the user's own.
+      // The name is a class, a variable, a member, or a parameter of the user's code.
       "type TSession = class end; var S: TSession; procedure P; begin S := TSession.Create; end;",
       "var Session: TMySession; procedure P; begin Session.Close; end;",
       "type TF = class Session: TX; procedure P; end; procedure TF.P; begin Session.Close; end;",
       "procedure P(Session: TX); begin Session.Close; end;",
       "procedure P; var Session: TX; procedure Q; begin Session.Close; end; begin end;",
       "function DbiInit(P: Pointer): Integer; begin end; begin DbiInit(nil); end;",
-      // A member of something else.
+      // A member of another object.
       "begin Server.Session.Close; Http.Session.Open; GetIt().Session.Close; end;",
-      // Within `with`, every name may be a member.
+      // Inside `with`, every name may be a member.
       "var T: TTable; procedure P; begin with Grid do T.SetRange([], []); end;",
       "var T: TTable; procedure P; begin with Grid do begin if X then Session.Close; T.IndexName := ''; end; "
       "end;",
@@ -340,7 +340,7 @@ TEST_F(FindingsTest, NamesThatAreNoFindings) {
       "type TF = class T: TTable; procedure P; end; procedure TF.P; var T: TMyList; begin T.SetKey; end;",
       "type TF = class T: TTable; procedure P; end; procedure TF.P; begin Run(procedure(T: TL) begin "
       "T.SetKey end); end;",
-      // The class declares the member itself, or is not known.
+      // The class declares the member itself, or is unknown.
       "type TMy = class(TTable) procedure SetKey; end; var T: TMy; procedure P; begin T.SetKey; end;",
       "var T: TOther; procedure P; begin T.SetKey; List[0].SetKey; T.T.SetKey; (T as TX).SetKey; end;",
       "var T: array of TTable; procedure P; begin T.SetKey; end;",
@@ -355,7 +355,7 @@ TEST_F(FindingsTest, NamesThatAreNoFindings) {
                               source + "\r\nend."}}),
               "")
         << source;
-  // Without the unit that declares them, they are somebody else's.
+  // Without the unit that declares them, the names belong to other code.
   EXPECT_EQ(FindInRun({{"A.pas",
                         "unit A; interface uses Web; var S: TSession; implementation begin Session.Close; "
                         "DbiInit(nil); end."}}),

@@ -1,4 +1,4 @@
-// Floating-point numbers as text, against the C library's exact conversions.
+// Floating-point numbers as text, compared with the C library's exact conversions.
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -27,7 +27,7 @@ TNumber FromText(const char* text) {
 template <typename TNumber>
 constexpr size_t kBytes = sizeof(TNumber) > 8 ? 10 : sizeof(TNumber);
 
-// `text` is read as the same bits as by the C library, or refused where that gives infinity.
+// `text` reads as the same bits as with the C library, or is refused if the C library returns infinity.
 template <typename TNumber>
 void ExpectRead(const std::string& text) {
   const TNumber number = FromText<TNumber>(text.c_str());
@@ -40,8 +40,8 @@ void ExpectRead(const std::string& text) {
   ASSERT_EQ(std::memcmp(bytes, &number, kBytes<TNumber>), 0) << text;
 }
 
-// `number` is written as text that the C library reads as the same bits, in any style, directly and by way of
-// 80 bits; with 15 digits if they suffice.
+// `number` is written as text that the C library reads as the same bits, in any style, directly and by way
+// of 80 bits; with 15 digits if they suffice.
 template <typename TNumber>
 void ExpectWritten(TNumber number) {
   char bytes[sizeof number];
@@ -106,8 +106,8 @@ TEST(FloatTextTest, ExtendedSweep) {
   if constexpr (std::numeric_limits<long double>::digits == 64) Sweep<long double>(300);
 }
 
-// Halfway between two numbers, exactly and by a digit far behind; the largest and the smallest of each
-// format.
+// Halfway between two numbers, exactly and except for one digit far to the right; the largest and the
+// smallest number of each format.
 TEST(FloatTextTest, Edges) {
   std::vector<std::string> texts;
   for (const char* text :

@@ -1,4 +1,4 @@
-// The container of form files, and the command that converts them.
+// The container of form files, and the commands that convert them.
 #include <gtest/gtest.h>
 
 #include "MigWizard/passes/FormFile.h"

@@ -1,4 +1,4 @@
-// The form parser and its printer: what counts as an object block, and what is gathered and printed of it.
+// The form parser and its printer: which text is an object block, and what is collected and printed.
 #include <gtest/gtest.h>
 #include <random>
 
@@ -11,7 +11,7 @@ namespace {
 
 using TEntry = plain::TFormEngine::TEntry;
 
-// Keeps most properties; drops those in D, and gives two for those in T.
+// Keeps most properties; removes those in D, and returns two for those in T.
 std::vector<TEntry> Convert(const TEntry& entry) {
   if (entry.first.front() == 'D') return {};
   if (entry.first.front() == 'T') return {entry, {"Twice", "made\r" + entry.second}};
@@ -24,7 +24,7 @@ class TTestParser : public TFormParser {
 
   using TFormParser::SetMostNestedCalls;
 
-  std::string Source;  // what the results view
+  std::string Source;  // the results refer to this text
 
   void ConvertProperty(std::string_view propName, std::string_view propValue) override {
     const std::vector<TEntry> entries = Convert({std::string(propName), std::string(propValue)});
@@ -33,7 +33,7 @@ class TTestParser : public TFormParser {
   }
 };
 
-// The rest of `text` after the object at its beginning, or "refused".
+// Returns the rest of `text` after the object at its beginning, or "refused".
 std::string Rest(TTestParser& parser, std::string text) {
   parser.Source = std::move(text);
   int64_t position = 1;
@@ -78,7 +78,7 @@ TEST(FormParserTest, TheExampleOfTheHeader) {
   EXPECT_EQ(printed, "object Query1: TNewQuery\r\n  Active = True\r\nend\r\n");
 }
 
-// Positions of one text must not be held against the objects of the next.
+// Failed positions in one text must not affect objects of the next.
 TEST(FormParserTest, FailedObjectsAreThoseOfTheLastParse) {
   const std::pair<const char*, std::vector<int32_t>> rows[] = {
       {"object Q: T object R: U", {13}},
@@ -178,7 +178,7 @@ TEST(FormParserTest, Printing) {
   EXPECT_EQ(Print(parser, "object r: T end"), "object r: TNew\r\nend\r\n");
 }
 
-// Object blocks of all that the grammar has, some of them damaged.
+// Generates object blocks with all constructs of the grammar, some of them damaged.
 class TRandomForm {
  public:
   explicit TRandomForm(unsigned seed) : FRandom(seed) {}
@@ -282,7 +282,7 @@ std::string Repeat(int count, const std::function<std::string(int)>& part) {
   return text;
 }
 
-// None of these may take time out of proportion, or the call stack.
+// None of these may take disproportionate time, or use up the call stack.
 TEST(FormParserTest, LargeObjects) {
   const auto number = [](int i) { return std::to_string(i); };
   TTestParser parser;

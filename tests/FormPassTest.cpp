@@ -1,4 +1,4 @@
-// The form pass: names of components that cross from one form to another, and the aliases that a form declares.
+// The form pass: component names that are used in other forms, and the aliases that a form declares.
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
@@ -38,7 +38,7 @@ TEST_F(FormPassTest, Utf8ToSource) {
   const std::tuple<uint32_t, const char*, std::optional<std::string>> rows[] = {
       {1252, "Maßst€\x7F", "Ma\xDFst\x80\x7F"},
       {1252, "Форма", {}},
-      {1252, "\xEF\xBF\xBD", {}},  // the sign for what could not be read
+      {1252, "\xEF\xBF\xBD", {}},  // the replacement for an unreadable character
       {1252, "\xE9", {}},
       {1251, "Форма", "\xD4\xEE\xF0\xEC\xE0"},
       {932, "ｱフォ", "\xB1\x83\x74\x83\x48"},
@@ -78,7 +78,7 @@ TEST_F(FormPassTest, NamesComeOutInTheEncodingOfTheForm) {
   for (const auto& row : rows)
     EXPECT_EQ(NameForForm(NameForRun(row.Name, row.From), row.To), row.Given) << row.Name;
 
-  // Two byte sequences of code page 932 mean one character; a lead byte alone means none.
+  // Two byte sequences of code page 932 map to one character; a lead byte alone maps to none.
   ASSERT_TRUE(win::SetACP(932));
   for (const char* const name : {"\x87\x90", "\x81\xE0", "a\x81"})
     EXPECT_EQ(NameForForm(NameForRun(name, kAnsi), kAnsi), name);
@@ -99,7 +99,7 @@ TEST_F(FormPassTest, DatabaseNames) {
   for (const auto& [text, databases] : rows) EXPECT_EQ(Databases(text), databases) << text;
 }
 
-// What one form declares, in forms of other encodings.
+// Names declared in one form, used in forms with other encodings.
 TEST_F(FormPassTest, ReferencesInFormsOfOtherEncodings) {
   rtl::RegisterClass({"TNew", {"Connection"}});
   TClassMap classes;

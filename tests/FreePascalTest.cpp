@@ -1,6 +1,6 @@
-// Agreement with the conversions of another run-time library, where both have the same rules: everything but
-// numbers with a suffix, wide strings and the positions of objects. Text is laid out differently; what is
-// compared is all but white space.
+// Compares with the conversions of another run-time library, where both have the same rules: everything
+// except numbers with a suffix, wide strings and the positions of objects. The layout of text differs, so
+// the comparison ignores white space.
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
@@ -12,7 +12,7 @@
 
 namespace {
 
-// Without the white space outside of quotes.
+// Returns `text` without white space outside of quotes.
 std::string Bare(std::string_view text) {
   std::string bare;
   bool quoted = false;

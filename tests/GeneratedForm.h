@@ -1,6 +1,6 @@
-// Forms of any size in their binary form, the same on every machine: objects in objects, with properties such
-// as those of real forms. Only kinds of values for which all readers and writers of forms have the same
-// rules.
+// Generates forms of any size in binary form, the same on every machine: nested objects with properties
+// similar to those of real forms. Uses only kinds of values for which all readers and writers of forms have
+// the same rules.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ class TGeneratedForm {
  public:
   explicit TGeneratedForm(uint32_t seed) : FRandom(seed) {}
 
-  // A form of at least `size` bytes, and not much more.
+  // Returns a form of at least `size` bytes, and only slightly more.
   std::string Binary(size_t size) {
     FBytes = "TPF0";
     Name("TForm1");
@@ -37,7 +37,7 @@ class TGeneratedForm {
     FBytes += name;
   }
   void Integer() {
-    // As its first two bits differ, it fits no smaller kind.
+    // The first two bits differ, so the value fits no smaller kind.
     const uint32_t kind = Below(4);
     static constexpr uint8_t kKinds[] = {2, 3, 4, 19};
     Byte(kKinds[kind]);

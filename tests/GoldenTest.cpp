@@ -1,5 +1,5 @@
-// Whole runs over the folders of tests/golden: the tree that comes out, log and undo file included, and the
-// way back.
+// Whole runs over the folders of tests/golden: compares the resulting tree, including log and undo file,
+// and the result of a restore.
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -40,13 +40,13 @@ std::map<std::string, std::string> ReadTree(const fs::path& root) {
   return files;
 }
 
-// What a run writes of paths and times, as the golden folders write it.
+// Replaces paths and times in the output of a run by the placeholders of the golden folders.
 std::string WithPlaceholders(std::string text, const std::string& dir) {
   for (size_t at; (at = text.find(dir)) != std::string::npos;) text.replace(at, dir.size(), "<dir>");
   return std::regex_replace(text, std::regex("Created at: [^\r]*"), "Created at: <time>");
 }
 
-// The words of a file beside `in`, which says what is special about the run.
+// Returns the words of a file beside `in` that has a setting of the run.
 std::vector<std::string> Setting(const std::string& name, const char* setting) {
   std::istringstream text(ReadFile(kGolden / name / setting));
   return {std::istream_iterator<std::string>(text), {}};
@@ -66,7 +66,7 @@ class GoldenTest : public testing::TestWithParam<std::string> {
   }
   ~GoldenTest() override { (void)win::SetACP(1252); }
 
-  // Runs the replacement of the folder, with its own settings.
+  // Runs the replacement of the folder with its own settings.
   bool Run(target::TKVAMigration& migration, const std::string& backupDir);
 
   const std::string FName = GetParam();
@@ -124,7 +124,7 @@ TEST_P(GoldenTest, RunAndRestore) {
   for (const auto& [file, text] : before) EXPECT_EQ(restored.at(file), text) << FName << "/" << file;
 }
 
-// The sources of a tree, without what runs add.
+// Returns the sources of a tree, without files added by runs.
 std::map<std::string, std::string> ReadSources(const fs::path& root) {
   auto files = ReadTree(root);
   std::erase_if(files, [](const auto& file) {
@@ -140,7 +140,8 @@ size_t ChangedLines(const std::string& before, const std::string& after, diff::T
   }));
 }
 
-// The patch of --diff turns the tree into what a run makes of it, byte for byte, and printing it changes nothing.
+// Applying the patch of --diff gives the same tree as a run, byte for byte, and printing it changes
+// nothing.
 TEST_P(GoldenTest, APatchIsTheRun) {
   if (!Setting(FName, "result").empty()) GTEST_SKIP() << "the run stops";
   const auto before = ReadTree(FTree);
@@ -157,7 +158,7 @@ TEST_P(GoldenTest, APatchIsTheRun) {
   const fs::path patched = FTemp.HostPath("patched");
   fs::copy(FTree, patched, fs::copy_options::recursive);
   if (!FTemp.Read("the.patch").empty()) {
-    // A unit of a project can be outside of the project's folder.
+    // A unit of a project can be outside the project's folder.
     const std::string apply = "cd " + (patched / fs::relative(base, FTree)).string() +
                               " && git apply --unsafe-paths --whitespace=nowarn " +
                               FTemp.HostPath("the.patch");
@@ -168,7 +169,8 @@ TEST_P(GoldenTest, APatchIsTheRun) {
   EXPECT_EQ(ReadSources(patched), ReadSources(FTree));
 }
 
-// A completed tree differs from the original in no line by white space alone, and a second run finds nothing to do.
+// No line of a completed tree differs from the original by white space alone, and a second run changes
+// nothing.
 TEST_P(GoldenTest, CompletedTwice) {
   if (!Setting(FName, "result").empty()) GTEST_SKIP() << "the run stops";
   const auto before = ReadSources(FTree);

@@ -1,4 +1,4 @@
-// Bytes as hexadecimal text, for tables that are read by people.
+// Converts hexadecimal text to bytes, for readable tables.
 #pragma once
 
 #include <string>
@@ -6,7 +6,8 @@
 
 namespace tests {
 
-// "06 03 'abc' 00": pairs of digits, and text between quotes, with any blanks between them.
+// Converts text such as "06 03 'abc' 00": pairs of digits and quoted text, separated by any number of
+// blanks.
 inline std::string FromHex(std::string_view hex) {
   const auto digit = [](char c) { return c <= '9' ? c - '0' : c - 'A' + 10; };
   std::string bytes;

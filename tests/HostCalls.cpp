@@ -20,7 +20,7 @@ bool Strikes(const char* function) {
   return inForce && inForce->Strikes(function);
 }
 
-// The function of that name in the next library.
+// Returns the function of that name in the next library.
 template <class TFunction>
 TFunction* Next(const char* name) {
   return reinterpret_cast<TFunction*>(dlsym(RTLD_NEXT, name));
@@ -37,7 +37,7 @@ THostFault::~THostFault() {
 }
 
 bool THostFault::Strikes(const char* function) {
-  THostFault* const self = std::exchange(inForce, nullptr);  // what this calls does not count
+  THostFault* const self = std::exchange(inForce, nullptr);  // calls made in here do not count
   FCalls.emplace_back(function);
   const bool strikes = FCalls.size() == FNumber;
   FHasStruck = FHasStruck || strikes;
@@ -53,7 +53,7 @@ size_t THostFault::Transfer(size_t count) {
 
 }  // namespace tests
 
-// Defines the host's function `name` so that it fails where the fault in force strikes.
+// Defines the host's function `name` so that it fails when the current fault strikes.
 #define KVA_HOST_CALL(result, failed, name, parameters, arguments)   \
   extern "C" result Test_##name parameters __asm__(#name);           \
   extern "C" result Test_##name parameters {                         \
@@ -122,7 +122,7 @@ extern "C" ssize_t Test_write(int fd, const void* buffer, size_t count) {
   return next(fd, buffer, tests::inForce ? tests::inForce->Transfer(count) : count);
 }
 
-// Closes in any case, as the host does.
+// Closes the file even if it reports a failure, as the host does.
 extern "C" int Test_close(int fd) __asm__("close");
 extern "C" int Test_close(int fd) {
   static auto* const next = tests::Next<int(int)>("close");

@@ -1,5 +1,5 @@
-// The stand-alone host: what is open, what is saved, what a front end hears of it, what a command line
-// chooses.
+// The stand-alone host: opening, saving, notifications of a front end, and the choice of a project on the
+// command line.
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
@@ -42,7 +42,7 @@ class TRecorder final : public THostObserver {
   }
   void MenuChanged() override { Events.push_back("menu"); }
 
-  // What happened since the last call.
+  // Returns the events since the last call.
   std::string Take() {
     std::string text;
     for (const std::string& event : Events) text.append(text.empty() ? "" : " ").append(event);
@@ -52,7 +52,7 @@ class TRecorder final : public THostObserver {
   std::vector<std::string> Events;
 };
 
-// Drive C: with a group of two projects: App (Main with a form, Shared, and Gone, which is not there) and
+// Drive C: with a group of two projects: App (Main with a form, Shared, and Gone, which does not exist) and
 // Tool (Shared).
 class HostTest : public testing::Test {
  protected:
@@ -80,7 +80,7 @@ class HostTest : public testing::Test {
   tests::TScratch FTree;
   TRecorder FRecorder;
   THost FHost;
-  win::TDiagnosticsSink FSink;  // that was in force
+  win::TDiagnosticsSink FSink;  // the previous sink
   std::vector<std::string> FReports;
 };
 
@@ -103,7 +103,7 @@ TEST_F(HostTest, ProjectThroughTheInterfaces) {
   EXPECT_EQ(Modules(), "All.bpg App.dpr Tool.dpr MAIN.pas shared.pas Lone.pas ");
   EXPECT_EQ(FRecorder.Take(), "+MAIN.pas +shared.pas +Lone.pas");
 
-  // As the expert hides the forms of a project: by the source editors, found by what they support.
+  // Finds source editors by their interface, as the expert does to hide the forms of a project.
   const auto module = TIDEUtils::GetModuleServices()->GetModule(3);
   ASSERT_EQ(module->GetModuleFileCount(), 2);
   EXPECT_FALSE(toolsapi::Supports<toolsapi::IOTASourceEditor>(module->GetModuleFileEditor(1)));
@@ -159,7 +159,7 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   EXPECT_FALSE(TIDEUtils::ReloadFile("C:\\App\\Main.pas"));
   EXPECT_EQ(form.Bytes(), "their form");
 
-  // A file that somebody has changed since is overwritten only if the user says so.
+  // A file that was changed on disk is overwritten only if the user agrees.
   source.SetBytes("mine");
   EXPECT_FALSE(source.ChangedOnDisk());
   FTree.Write("App/Main.pas", "theirs again");
@@ -180,7 +180,7 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   EXPECT_TRUE(source.Reload());
   EXPECT_EQ(source.Bytes(), "theirs");
 
-  // A file that cannot be written keeps its module open and its changes in memory.
+  // If a file cannot be written, its module stays open and keeps its changes in memory.
   source.SetBytes("kept");
   std::filesystem::permissions(FTree.HostPath("App/Main.pas"), std::filesystem::perms::owner_read);
   FReports.clear();
@@ -230,7 +230,7 @@ TEST_F(HostTest, ProjectsComeAndGo) {
   FHost.OpenModule("C:\\lib\\Shared.pas");
   EXPECT_EQ(FRecorder.Take(), "+project +project active active +Main.pas +Shared.pas");
 
-  // A failure leaves what is open.
+  // After a failure, the open group stays open.
   EXPECT_EQ(ErrorOf([&] { TIDEUtils::OpenProject("C:\\Broken.dproj"); }),
             "C:\\Broken.dproj(1): this is not well-formed XML: Start-end tags mismatch.");
   EXPECT_EQ(ErrorOf([&] { FHost.OpenModule("C:\\App\\Gone.pas"); }),

@@ -1,4 +1,4 @@
-// The host's window with the wizard from its loadable module, used as a person would, over an example
+// The host's window with the wizard from its loadable module, driven as a user would, on an example
 // project.
 #include <QAction>
 #include <QListWidget>
@@ -32,7 +32,7 @@ class HostWindowTest : public tests::TWindowTest {
   }
   std::string Text(const std::string& name) { return FScratch.Read("App/" + name); }
 
-  // Chooses the menu item.
+  // Selects the menu item.
   void Choose(const char* item, TActs acts = {}) {
     Do([&] { FWindow.Menu().ActionOf(*FWindow.Host().MainMenu().FindItem(item))->trigger(); },
        std::move(acts));
@@ -47,11 +47,11 @@ class HostWindowTest : public tests::TWindowTest {
     return *FWindow.findChild<T*>(name);
   }
   QString Shown() { return FWindow.CurrentEditor()->toPlainText(); }
-  // A file of the application as an editor shows it.
+  // Returns a file of the application as an editor shows it.
   QString OnDisk(const std::string& name) {
     return desktop::TSourceText(Text(name), /*isForm=*/false).Text();
   }
-  // The diff of a file of the last run.
+  // Returns the diff of a file in the last run.
   std::string Diff(const QString& name) {
     auto& files = Find<QListWidget>("ChangedFiles");
     files.setCurrentItem(files.findItems(name, Qt::MatchExactly).value(0));
@@ -146,7 +146,7 @@ TEST_F(HostWindowTest, TreeShowsTheGroupAndActivates) {
             std::string::npos);
 }
 
-// Every colour of the source can be read on its page, light or dark, also when the theme changes meanwhile.
+// Every colour of the source is readable on its page, light or dark, even after the theme has changed.
 TEST_F(HostWindowTest, ColoursStandOutFromTheirPage) {
   Open();
   FWindow.OpenFile("C:\\App\\DataMod.pas");

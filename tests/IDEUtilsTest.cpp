@@ -1,4 +1,4 @@
-// The door to the host: its menu, its services where they are missing, and the counting of interfaces.
+// The interface to the host: its menu, missing services, and reference counts.
 #include <gtest/gtest.h>
 
 #include "MigWizard/run/IDEUtils.h"
@@ -11,7 +11,7 @@ namespace {
 
 using toolsapi::TIntf;
 
-// Counts those that live.
+// Counts the live objects.
 class TCounted final : public toolsapi::TInterfacedObject<toolsapi::IOTASourceEditor> {
  public:
   explicit TCounted(int& alive) : FAlive(alive) { ++FAlive; }
@@ -30,7 +30,7 @@ TEST(IDEUtilsTest, WithoutHost) {
   EXPECT_THROW(TIDEUtils::ReloadFile("x"), rtl::EInvalidCast);
 }
 
-// "name=caption" for each item, children in brackets.
+// Returns "name=caption" for each item, with children in brackets.
 std::string Dump(const rtl::TMenuItem& parent) {
   std::string text;
   for (int i = 0; i < parent.Count(); ++i) {
@@ -98,7 +98,7 @@ TEST(IDEUtilsTest, Interfaces) {
   EXPECT_EQ(alive, 0);
   EXPECT_THROW(editor->Show(), rtl::EAssertionFailed);
 
-  // One object behind both: IInterface tells.
+  // The same object implements both, as their IInterface shows.
   test::THostState host;
   const test::THostInForce inForce(host);
   const auto menus = toolsapi::CastTo<toolsapi::INTAServices>(toolsapi::BorlandIDEServices);

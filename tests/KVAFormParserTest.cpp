@@ -1,4 +1,4 @@
-// What becomes of the properties of an object, class by class.
+// The conversion of an object's properties, class by class.
 #include <gtest/gtest.h>
 
 #include "rtl/text/ClassRegistry.h"
@@ -18,7 +18,7 @@ class KVAFormParserTest : public testing::Test {
   }
   void TearDown() override { rtl::UnregisterClasses(); }
 
-  // The printed lines of the properties, without indentation, each with a full stop behind it.
+  // Returns the printed lines of the properties, without indentation, each followed by a full stop.
   std::string Convert(std::string_view oldClass, std::string_view properties, std::string_view newClass) {
     FText.assign("object Q: ").append(oldClass).append("\n").append(properties).append("\nend");
     FParser.SetNewType(newClass);
@@ -62,7 +62,7 @@ TEST_F(KVAFormParserTest, Properties) {
       {"TUpdateSQL", "databasename = 'MainDB'", ""},
       {"TQuery", "DataSource = DS", "MasterSource = DS. AutoCommit = True. "},
       {"TBatchMove", "ParamData = <>", "ParamData = <>. "},
-      // InterBase Express, and what holds for every class.
+      // InterBase Express, and rules for every class.
       {"TUpdateSQL", "Database = D DefaultDatabase = E database = F",
        "Connection = D. DefaultConnection = E. "},
       {"TIBDatabase", "DatabaseName = 'MainDB'", "Database = 'MainDB'. "},
@@ -70,7 +70,7 @@ TEST_F(KVAFormParserTest, Properties) {
       {"TUpdateSQL", "DefaultAction = TACommit", ""},
       {"TIBDataset", "SelectSQL.Strings = ('s')", "AutoCommit = True. "},
       {"TIBUpdateSQL", "ModifySQL.Strings = ('s')", ""},
-      // The line of the data sets, behind all others.
+      // The line added to data sets, after all others.
       {"TStoredProc", "AutoCommit = False Left = 1", "AutoCommit = False. Left = 1. AutoCommit = True. "},
       {"TWWSTOREDPROC", "", "AutoCommit = True. "},
       {"TIBSQL", "object F: TField end", "AutoCommit = True. object F: TField end. "},

@@ -1,5 +1,5 @@
-// The grammar engine: its rule language, its compilation, and both kinds of programs against the plain
-// engine.
+// The grammar engine: its rule language, its compilation, and both kinds of programs compared with the
+// plain engine.
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <map>
@@ -22,7 +22,7 @@ std::string Join(const TStrings& lines) {
 }
 
 TEST(LL1GrammarTest, RuleStringsAreSplitIntoAlternatives) {
-  // The alternatives of the first rule, a full stop after each; "!" for a rule that is refused.
+  // The alternatives of the first rule, each followed by a full stop; "!" for a rule that is refused.
   const std::pair<TStrings, const char*> rows[] = {
       {{"<a>-x"}, "x."},
       {{"<A>-Foo|bAR"}, "foo. ~ bar."},
@@ -66,7 +66,7 @@ TEST(LL1GrammarTest, RulesWithAnEmptyAlternativeAreInlined) {
       {{"<s>-a|", "<t>-x<s>y<s>"}, "<t>", "xya. ~ xy. ~ xaya. ~ xay."},
       {{"<l>-<n>|<n>,<l>|", "<m>-(<l>)", "<n>-x"}, "<m>", "(<n>,<l>). ~ (<n>). ~ ()."},
       {{"<l>-<n>|<n>,<l>|", "<m>-(<l>)", "<n>-x"}, "<l>", "<n>,<n>,<l>. ~ <n>,<n>. ~ <n>,. ~ <n>."},
-      {{"<a>-<b>", "<b>-x|"}, "<a>", "x. ~ ."},  // gained too late to be inlined
+      {{"<a>-<b>", "<b>-x|"}, "<a>", "x. ~ ."},  // gains its empty alternative too late to be inlined
       {{"<a>-<b>|<*digit>|<*char>x|y<|\\62e|\\62."}, "<a>", "y<. ~ >e. ~ >.. ~ <*digit>. ~ <*char>x. ~ <b>."},
   };
   for (const auto& [rules, name, expected] : rows) {
@@ -78,7 +78,7 @@ TEST(LL1GrammarTest, RulesWithAnEmptyAlternativeAreInlined) {
   }
 }
 
-// The example of the header.
+// The example in the header.
 class TNumberList : public TLL1Parser {
  public:
   TNumberList() : TLL1Parser(ParseStateClass<TState>()) {
@@ -133,19 +133,19 @@ std::ostream& operator<<(std::ostream& out, const TVisit& visit) {
 }
 
 enum class THook {
-  Watch,       // what is there
-  Refuse,      // some matches
-  Claim,       // a match in any case
-  SkipBefore,  // a run of z
+  Watch,       // accepts any match
+  Refuse,      // refuses some matches
+  Claim,       // claims a match in any case
+  SkipBefore,  // skips a run of z
   SkipAfter,
   LookAhead,  // matches without moving
-  Swallow,    // EGrammarError
-  MatchY,     // without the inherited operation
+  Swallow,    // catches EGrammarError
+  MatchY,     // does not call the inherited operation
 };
 
 using THooks = std::map<std::string, THook, std::less<>>;
 
-// Does what a hook of that kind does. `position` is that of the live state.
+// Performs the actions of a hook of that kind. `position` is that of the live state.
 template <class TPosition>
 bool RunHook(THook hook, std::string_view text, TPosition& position, const std::function<bool()>& inherited) {
   const TPosition start = position;
@@ -188,8 +188,8 @@ bool RunHook(THook hook, std::string_view text, TPosition& position, const std::
   return inherited();
 }
 
-// A client that keeps the nonterminals that are part of the match, as form parsers keep their properties, and
-// notes every entry.
+// A client that keeps the nonterminals of the match, as form parsers keep their properties, and records
+// every entry.
 class TTracer : public TLL1Parser {
  public:
   // Every reference is a hook.
@@ -274,8 +274,8 @@ class TPlainTracer : public plain::TEngine {
   THooks FHooks;
 };
 
-// Grammars over few letters, so that much matches. None is left recursive: references before the first
-// character of an alternative are to later rules only. `<own>` and `<none>` have no rules.
+// Generates grammars over few letters, so that many texts match. None is left recursive: references before
+// the first character of an alternative are to later rules only. `<own>` and `<none>` have no rules.
 class TRandomGrammar {
  public:
   explicit TRandomGrammar(unsigned seed) : FRandom(seed) {}
@@ -301,7 +301,7 @@ class TRandomGrammar {
     return text;
   }
 
-  // Of some of the rules, and of `<own>`.
+  // Returns hooks for some of the rules, and for `<own>`.
   THooks Hooks(size_t ruleCount) {
     THooks hooks;
     for (size_t i = 0; i < ruleCount; ++i) {
@@ -335,7 +335,7 @@ class TRandomGrammar {
   std::mt19937 FRandom;
 };
 
-// The position after the match, or "-", or the message of an EGrammarError.
+// Returns the position after the match, or "-", or the message of an EGrammarError.
 template <class TParser, class TPosition>
 std::string Outcome(TParser& parser, const std::string& text, TPosition position) {
   const TPosition start = position;
@@ -390,7 +390,7 @@ TEST(LL1ParserTest, BothWaysOfRunningAgreeWithThePlainEngine) {
       if (expected[0] == 'U' || expected[0] == '-') continue;
       ++matches;
       ASSERT_EQ(all.Matched, reference.Matched);
-      // Of the nonterminals that are no hooks, only the start symbol is seen.
+      // Of the nonterminals that are not hooks, only the start symbol is seen.
       const TVisit start = reference.Matched.back();
       std::erase_if(reference.Matched, [&](const TVisit& visit) { return !hooks.contains(visit.Name); });
       if (!hooks.contains("<a>")) reference.Matched.push_back(start);
@@ -404,13 +404,13 @@ TEST(LL1ParserTest, BothWaysOfRunningAgreeWithThePlainEngine) {
   EXPECT_GT(errors, 500);
 }
 
-// The outcome is "+" or "-", and the position after the match.
+// The result is "+" or "-", and the position after the match.
 TEST(LL1ParserTest, EdgesOfMatching) {
   const std::tuple<TStrings, std::string_view, int64_t, const char*> rows[] = {
       {{"<a>-ab|a"}, "ac", 1, "+2"},
       {{"<a>-end"}, "xEnDx", 2, "+5"},
       {{"<a>-end"}, "EN", 1, "-1"},
-      {{"<a>-\\69nd"}, "END", 1, "-1"},  // a literal in upper case equals nothing
+      {{"<a>-\\69nd"}, "END", 1, "-1"},  // a literal in upper case never matches
       {{"<a>-<*char>"}, "", 1, "-1"},
       {{"<a>-<*digits>"}, "12", 3, "-3"},
       {{"<a>-<*digits>2"}, "12", 1, "-1"},
@@ -419,7 +419,7 @@ TEST(LL1ParserTest, EdgesOfMatching) {
       {{"<a>-<*symbols>"}, std::string_view("\0a", 2), 1, "-1"},
       {{"<a>-<b>", "<b>-x|"}, "y", 1, "+1"},
       {{"<a>-"}, "x", 1, "-1"},
-      {{"<a>-<b"}, "<B", 1, "+3"},  // angle brackets that are literals
+      {{"<a>-<b"}, "<B", 1, "+3"},  // literal angle brackets
       {{"<a>-x<"}, "x<", 1, "+3"},
       {{"<a>-<>b>"}, "<>b>", 1, "+5"},
       {{"<a>-<b<z>", "<z>-z"}, "<bz", 1, "+4"},

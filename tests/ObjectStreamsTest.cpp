@@ -1,4 +1,4 @@
-// The two conversions between the binary and the text form of forms.
+// The conversions between the binary and the text form of forms.
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
@@ -27,7 +27,7 @@ std::string ToBinary(std::string_view text, const rtl::TTextBinaryOptions& optio
   return rtl::ObjectTextToBinary(text, options, info);
 }
 
-// The binary form of `object A: T` with one property P, and its text.
+// Returns the binary form of `object A: T` with one property P, and its text.
 std::string BinaryWith(std::string_view value) {
   return std::string("TPF0\1T\1A\1P").append(value).append(2, '\0');
 }
@@ -38,10 +38,10 @@ std::string TextWith(std::string_view value) {
 struct TValueRow {
   const char* Hex;
   const char* Text;
-  const char* ForPeople = nullptr;  // where it differs
+  const char* ForPeople = nullptr;  // if it differs
 };
 
-// Every kind of value, as writers store it.
+// Every kind of value, as other programs store it.
 constexpr TValueRow kValues[] = {
     {"00", "Null"},
     {"01 00", "()"},
@@ -204,7 +204,7 @@ TEST(ObjectStreamsTest, LengthsAtTheirLimits) {
     for (size_t cut = 1; cut < value.size(); ++cut)
       EXPECT_NE(ErrorOf([&] { return ToText(BinaryWith({}) + value.substr(0, cut)); }), "none");
   }
-  const std::string longClass(250, 'T');  // whose length looks like a prefix
+  const std::string longClass(250, 'T');  // its length looks like a prefix
   EXPECT_EQ(ToText(ToBinary("object " + longClass + "\r\nend\r\n")), "object " + longClass + "\r\nend\r\n");
   EXPECT_EQ(ErrorOf([] { return ToBinary(TextWith(std::string(256, 'n'))); }),
             "Form text, line 2: a value is longer than 255 bytes (object A, property P).");
@@ -217,12 +217,12 @@ TEST(ObjectStreamsTest, LinesForPeople) {
   };
   EXPECT_EQ(ToText(narrow(digits), true), TextWith("'" + digits + "'"));
   EXPECT_EQ(ToText(narrow(digits + "x"), true), TextWith("\r\n    '" + digits + "' +\r\n    'x'"));
-  // 64 characters of the string, whatever they take in print.
+  // 64 characters of the string, however long they are in print.
   const std::string quotes = std::string(63, 'q') + "\n'";
   EXPECT_EQ(ToText(narrow(quotes), true), TextWith("\r\n    '" + std::string(63, 'q') + "'#10 +\r\n    #39"));
   EXPECT_EQ(ToBinary(ToText(narrow(quotes), true)), narrow(quotes));
   EXPECT_EQ(ToText(narrow(digits + "x")), TextWith("'" + digits + "x'"));
-  // A character of two bytes stays on one line.
+  // A two-byte character stays on one line.
   for (const auto& [codePage, character] : {std::pair{949, "\xB0\xA1"}, std::pair{65001, "\xC3\xA9"}}) {
     ASSERT_TRUE(win::SetACP(static_cast<uint32_t>(codePage)));
     EXPECT_EQ(ToText(narrow(std::string(63, 'a') + character + "z"), true),
@@ -277,7 +277,7 @@ TEST(ObjectStreamsTest, DamagedBinaryIsRefused) {
     expectRefused({BinaryWith(FromHex(row.Binary)), row.Offset, row.Message}, " (object A, property P).");
 }
 
-// Integers that are stored wider than they need.
+// Integers that are stored wider than necessary.
 TEST(ObjectStreamsTest, WideIntegersKeepTheirWidth) {
   const TValueRow rows[] = {
       {"03 00 00", "00"},
@@ -302,8 +302,8 @@ TEST(ObjectStreamsTest, WideIntegersKeepTheirWidth) {
             ToHex(FromHex("'TPF0' F2 04 00 00 00 00 01 'T' 00 01 'P' 13 07 00 00 00 00 00 00 00 00 00")));
 }
 
-// Infinities, NaNs with their payloads, and mantissas without their leading bit or with one too many: they come
-// back bit for bit from text in memory, and text for people cannot express them.
+// Infinities, NaNs with their payloads, and mantissas with a wrong leading bit. Text in memory preserves
+// their bits; text for people cannot express them.
 TEST(ObjectStreamsTest, FloatsWithoutADecimalText) {
   const TValueRow rows[] = {
       {"05 00 00 00 00 00 00 00 80 FF 7F", "9223372036854775808.32767E100005"},
@@ -327,7 +327,7 @@ TEST(ObjectStreamsTest, FloatsWithoutADecimalText) {
               "Form data at offset 11: a floating-point number that is infinite, not a number or not "
               "normalised (object A, property P).");
   }
-  // Bits of a number that has a decimal text, of too many bytes, of another kind, or of none.
+  // Bits of a number that has a decimal text, of too many bytes, of another kind, or of no kind.
   for (const char* text :
        {"4607182418800017408.0E100021", "2139095040.1E100015", "4288675841999.0E100015",
         "9223372036854775808.0E100006", "9223372036854775808.65536E100005", "-9223372036854775808.0E100005",
@@ -382,7 +382,7 @@ TEST(ObjectStreamsTest, TextThatIsNoFormIsRefused) {
     expectRefused({TextWith(value), message}, "Form text, line 2: ", " (object A, property P).");
 }
 
-// A form with every kind of value and of object, small enough to damage in every place.
+// Returns a form with every kind of value and of object, small enough to damage each of its bytes.
 std::string SmallForm() {
   std::string form = FromHex("'TPF0' F3 02 05 02 'T1' 02 'Aa'");
   for (const TValueRow& row : kValues) {
@@ -393,7 +393,7 @@ std::string SmallForm() {
   return form + FromHex("00 01 'T' 00 00 00 F4 01 'T' 01 'B' 01 'p' 07 01 'x' 00 00 00");
 }
 
-// An error, or a form that comes back from its text.
+// Expects an error, or a form that its text converts back to.
 void ExpectSoundOrRefused(const std::string& binary) {
   std::string text;
   try {
@@ -427,7 +427,7 @@ TEST(ObjectStreamsTest, DamageGivesAnErrorOrAForm) {
       for (const std::string& candidate : {damaged, text.substr(0, at), damaged.erase(at, 1)}) try {
           ToText(ToBinary(candidate));
         } catch (const rtl::Exception&) {
-          // Refused: by the one, or by the other where the text names a float that overflows.
+          // Refused by the first conversion, or by the second if the text contains a float that overflows.
         }
     }
   }
@@ -435,8 +435,8 @@ TEST(ObjectStreamsTest, DamageGivesAnErrorOrAForm) {
 
 TEST(ObjectStreamsTest, DeepNestingEndsInAnErrorAndNotInTheCallStack) {
   struct {
-    std::string Head, Open, Close;  // what is in front, and one level of the binary form
-    int Frames;                     // levels of nesting that it is
+    std::string Head, Open, Close;  // the beginning, and one level of the binary form
+    int Frames;                     // the levels of nesting that one of them adds
   } rows[] = {
       {FromHex("'TPF0' 01 'T' 00 00"), FromHex("01 'T' 00 00"), std::string(1, '\0'), 1},
       {FromHex("'TPF0' 01 'T' 00"), FromHex("01 'P' 0E 01"), std::string(2, '\0'), 2},

@@ -1,4 +1,4 @@
-// The completions and the manual page against the options that the program takes.
+// The completions and the manual page compared with the options that the program accepts.
 #include <algorithm>
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ TNames OptionsOf(const TCommandRow& command) {
   return names;
 }
 
-// The words of a text that begin with "--".
+// Returns the words of a text that begin with "--".
 TNames LongOptions(const std::string& text) {
   TNames names;
   std::istringstream words(text);
@@ -32,7 +32,7 @@ TNames LongOptions(const std::string& text) {
 
 class OptionTableTest : public testing::Test {
  protected:
-  // The output of a shell's script.
+  // Returns the output of a script in that shell.
   std::string Shell(const std::string& shell, const std::string& script) {
     FTree.Write("script", script);
     const std::string command =
@@ -72,7 +72,7 @@ TEST_F(OptionTableTest, FishCompletesEveryOption) {
       "bde\tThe components to replace\nibx\tThe components to replace\nto-binary\nto-text\n");
 }
 
-// _arguments is replaced by a function that prints what it is given.
+// _arguments is replaced by a function that prints its arguments.
 TEST_F(OptionTableTest, ZshCompletesEveryOption) {
   const std::string start =
       "compdef() { : }\n_arguments() { print -rl -- \"$@\" }\n" + CompletionScript("zsh");
@@ -97,7 +97,7 @@ TEST_F(OptionTableTest, TheManualPageShowsEveryOption) {
     if (command.IsHidden) continue;
     expected.merge(OptionsOf(command));
   }
-  // Entries are indented, with the option as their first word.
+  // Entries are indented, and their first word is the option.
   TNames found;
   std::istringstream lines(page);
   for (std::string line; std::getline(lines, line);) {

@@ -1,6 +1,5 @@
-// Parsing and printing when memory runs out: each allocation in turn fails, once. std::bad_alloc comes
-// through, and the same parser works after it. An executable of its own, because it replaces the global
-// operator new.
+// Parsing and printing when memory runs out: each allocation fails once. std::bad_alloc propagates, and the
+// same parser works afterwards. A separate executable, because it replaces the global operator new.
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <new>
@@ -10,7 +9,7 @@
 
 namespace {
 
-long allocationsLeft = -1;  // until one fails; negative for never
+long allocationsLeft = -1;  // until one fails; negative: none fails
 
 void* Allocate(size_t size) {
   if (allocationsLeft >= 0 && allocationsLeft-- == 0) throw std::bad_alloc();
@@ -27,7 +26,7 @@ void* operator new(size_t size) {
 void* operator new[](size_t size) {
   return Allocate(size);
 }
-// Not counted: the library asks for such memory to sort faster, and does without it.
+// Not counted: the library asks for such memory to sort faster, and works without it.
 void* operator new(size_t size, const std::nothrow_t&) noexcept {
   return std::malloc(size > 0 ? size : 1);
 }
@@ -122,12 +121,12 @@ TEST(OutOfMemoryTest, AParserWorksAfterIt) {
     }
   }
   EXPECT_GT(tried, 20);
-  // The second parse of a parser has the tables and the copies of the state.
+  // A second parse reuses the parser's tables and copies of the state, so it allocates less.
   const auto check = [&] { ASSERT_EQ(ParseAndPrint(*parser), expected); };
   EXPECT_GT(FailEach([&] { ParseAndPrint(*parser); }, check), 5);
 }
 
-// A retry of the printer gives what the first try would have given, with no value indented twice.
+// Printing again after a failure has the same result as a first success, with no value indented twice.
 TEST(OutOfMemoryTest, PrintingCanBeTriedAgain) {
   TParser parser;
   const std::string expected = ParseAndPrint(parser);
@@ -139,7 +138,7 @@ TEST(OutOfMemoryTest, PrintingCanBeTriedAgain) {
 }
 
 TEST(OutOfMemoryTest, AScannerAllocatesNothing) {
-  TPasParser(kText).SetText("");  // makes the tables
+  TPasParser(kText).SetText("");  // builds the tables
   allocationsLeft = 0;
   TPasParser scanner(kText);
   std::string_view lexem;

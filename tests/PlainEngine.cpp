@@ -10,7 +10,7 @@
 namespace plain {
 namespace {
 
-// Returns 0 if there is no reference at `at`, 1 for a terminal, 2 for a nonterminal; `end` is its end.
+// Returns 0 if there is no reference at `at`, 1 for a terminal, 2 for a nonterminal. Sets `end` to its end.
 int ScanSymbol(const std::string& text, size_t at, size_t& end) {
   if (text[at] != '<' || at + 1 == text.size() || text[at + 1] == '<' || text[at + 1] == '>') return 0;
   end = text.find_first_of("<>", at + 1) + 1;

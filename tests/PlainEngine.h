@@ -1,5 +1,6 @@
-// A reference implementation of the grammar engine and of the form parser: strings throughout, nothing
-// compiled beyond the inlining and the sort, everything read again on every attempt. Slow, and easy to check.
+// A reference implementation of the grammar engine and of the form parser. It uses strings throughout,
+// compiles nothing beyond the inlining and the sorting, and reads everything again on every attempt. Slow,
+// but easy to check.
 #pragma once
 
 #include <functional>
@@ -9,7 +10,7 @@
 
 namespace plain {
 
-// A parse that would take too long.
+// The parse takes too many steps.
 struct EOutOfSteps {};
 
 class TEngine {
@@ -26,7 +27,7 @@ class TEngine {
 
  protected:
   virtual bool ParseNonterminal(const std::string& name);
-  // Returns a function that restores what a client adds to the state.
+  // Returns a function that restores the client's part of the state.
   virtual std::function<void()> Snapshot() {
     return [] {};
   }

@@ -1,4 +1,4 @@
-// What the stand-alone host reads out of project and group files.
+// Reading project and group files.
 #include <functional>
 #include <gtest/gtest.h>
 #include <string>
@@ -19,7 +19,7 @@ struct TRow {
   const char *Input, *Outcome;
 };
 
-// The result of `read`, or "! " and the message of the error that it raises.
+// Returns the result of `read`, or "! " and the message of the error that it raises.
 std::string Outcome(const std::function<std::string()>& read) {
   try {
     return read();
@@ -28,7 +28,7 @@ std::string Outcome(const std::function<std::string()>& read) {
   }
 }
 
-// "NAME=PATH{FORM:CLASS}@LINE", without what is empty.
+// Returns "NAME=PATH{FORM:CLASS}@LINE" without the empty parts.
 std::string Unit(std::string text, const std::string& path, const std::string& form,
                  const std::string& formClass, int line) {
   if (!path.empty()) text += "=" + path;
@@ -55,11 +55,11 @@ TEST(ProjectSourceTest, Clauses) {
       {"library L; uses Vcl . Forms, My.Unit in 'My.Unit.pas';", "Vcl.Forms@1 My.Unit=My.Unit.pas@1"},
       {"uses A in 'A.pas'; begin end.", "A=A.pas@1"},
       {"program P; uses &Type in 'Type.pas', A;", "Type=Type.pas@1 A@1"},
-      // Comments, also where they look like something else.
+      // Comments, also ones that resemble other constructs.
       {"{ unit } program {x} P (*;*); // uses Z;\nuses {a} A {b} in {c} 'A.pas' {d e} {F} , (*,*) B // "
        "{G}\n, C (* H *);",
        "A=A.pas{F:}@2 B@2 C{H:}@3"},
-      // Directives: all branches.
+      // Directives: all branches count.
       {"{$IFDEF X} program A; {$ELSE} library B; {$ENDIF} uses U;", "U@1"},
       {"program P; uses {$IFDEF X} A {$ELSE} B {$ENDIF}, C;", "A@1 B@1 C@1"},
       {"program P; uses A, {$IFDEF X} B; {$ELSE} C in 'C.pas'; {$ENDIF} const D = 'E.pas';",
@@ -253,7 +253,7 @@ TEST_F(ProjectFileTest, Units) {
             "\nC:\\App\\Only.pas{}\n? C:\\App\\Half.dproj(2): \"C:\\App\\Half.dpr\" does not exist.\n");
 }
 
-// Each byte of `latin1` as a character of UTF-16.
+// Converts each byte of `latin1` to a UTF-16 character.
 std::string Utf16(std::string_view latin1, bool lowFirst) {
   std::string bytes;
   for (const char c : latin1) bytes.append({lowFirst ? c : '\0', lowFirst ? '\0' : c});
@@ -278,7 +278,7 @@ TEST_F(ProjectFileTest, Encodings) {
     const std::string source = path.ends_with("dpr") ? path : "";
     EXPECT_EQ(Read(path), source + "\nC:\\Gr\xC3\xBCn.pas{}\n");
   }
-  // The second byte of a character is an apostrophe's neighbour, a brace or a backslash in these code pages.
+  // In these code pages the second byte of a character can be a brace, a backslash, or next to an apostrophe.
   ASSERT_TRUE(win::SetACP(932));
   Write("sjis.dpr", "program P; uses { \x83\x7D } Gone in '\x83\x5C.pas', {\x83\x7B} A in 'A.pas';");
   EXPECT_EQ(Read("C:\\sjis.dpr"),

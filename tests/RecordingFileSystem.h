@@ -1,5 +1,4 @@
-// A file system that passes everything on to another one, writes down each operation, and fails where it is
-// told.
+// A file system that forwards every operation to another one, records it, and fails at chosen operations.
 #pragma once
 
 #include <cstdint>
@@ -15,19 +14,21 @@
 
 namespace tests {
 
-// Operations are counted from 1. Those of open files (reading, writing) count, and so does each step of a
-// walk. Seek, Size, Stamp of an open file and GetTempPathA neither count nor fail. A write that fails has written the first half.
+// Operations are counted from 1. Reads and writes of open files count, and so does each step of a walk.
+// Seek, Size, Stamp of an open file and GetTempPathA neither count nor fail. A write that fails has written
+// the first half.
 class TRecordingFileSystem : public win::TFileSystem {
  public:
   explicit TRecordingFileSystem(win::TFileSystem& inner) : FInner(inner) {}
 
-  // The n-th operation fails with `code`, the others do not. 0: none.
+  // Makes the n-th operation alone fail with `code`; none if `n` is 0.
   void FailAt(size_t n, uint32_t code = win::ERROR_GEN_FAILURE) { SetFailure(n, n, code); }
-  // From the n-th on all fail, as if the program had been killed there.
+  // Makes all operations from the n-th on fail, as if the program had been killed there.
   void FailFrom(size_t n, uint32_t code = win::ERROR_GEN_FAILURE) { SetFailure(n, SIZE_MAX, code); }
-  // Called before each operation, with its line of Calls. A code other than ERROR_SUCCESS makes it fail.
+  // Called before each operation, with its line of Calls. The operation fails if the result is not
+  // ERROR_SUCCESS.
   std::function<uint32_t(const std::string& call)> OnCall;
-  // "Write Z:\tmp\Unit1.pas" and the like, in order.
+  // Returns lines such as "Write Z:\tmp\Unit1.pas", in order.
   const std::vector<std::string>& Calls() const { return FCalls; }
   size_t Count() const { return FCalls.size(); }
   bool HasFailed() const { return FHasFailed; }

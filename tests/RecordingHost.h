@@ -1,4 +1,4 @@
-// A host for tests that records what is asked of it, and a front end that follows a script.
+// A host for tests that records the requests made to it, and a front end that follows a script.
 #pragma once
 
 #include <deque>
@@ -16,9 +16,9 @@
 
 namespace test {
 
-using namespace toolsapi;  // NOLINT: a host is made of nothing else
+using namespace toolsapi;  // NOLINT: a host uses nothing else
 
-// What the host has and answers. An empty ProjectFile: no project group is open.
+// The state of the host. If ProjectFile is empty, no project group is open.
 struct THostState {
   struct TModule {
     std::string FileName;
@@ -33,7 +33,7 @@ struct THostState {
   rtl::TMainMenu MainMenu;
 };
 
-// What all that has a file name has.
+// The operations of every object with a file name.
 template <class TInterface>
 class TNamed : public TInterfacedObject<TInterface> {
  public:
@@ -99,7 +99,7 @@ class TUnitModule : public TBareModule<IOTAModule> {
       : TBareModule(state, module.FileName), FModule(module), FOwner(std::move(owner)) {}
   int GetModuleFileCount() override { return FModule.HasForm ? 2 : 1; }
   TIntf<IOTAEditor> GetModuleFileEditor(int index) override {
-    // The form first: the source editor has to be looked for.
+    // The form comes first, so that the source editor has to be searched.
     if (FModule.HasForm && index == 0) return MakeIntf<TEditor<IOTAEditor>>(FState, "form");
     return MakeIntf<TEditor<IOTASourceEditor>>(FState, FModule.FileName);
   }
@@ -143,7 +143,7 @@ class TServices : public TInterfacedObject<IOTAModuleServices, IOTAActionService
   TIntf<IOTAProject> FProject;
 };
 
-// The host's services, for the time of a test.
+// Sets the host's services for the duration of a test.
 class THostInForce {
  public:
   explicit THostInForce(THostState& state) {
@@ -152,7 +152,7 @@ class THostInForce {
   ~THostInForce() { BorlandIDEServices = nullptr; }
 };
 
-// Shows each form by running the next step of the script on it; records every form and message into `shown`.
+// Performs the next step of the script on each form; records every form and message in `shown`.
 class TScriptedFrontEnd : public rtl::IFrontEnd {
  public:
   explicit TScriptedFrontEnd(std::vector<std::string>& shown) : Shown(shown) {
@@ -162,8 +162,8 @@ class TScriptedFrontEnd : public rtl::IFrontEnd {
 
   std::deque<std::function<void(rtl::TForm&)>> Script;
   std::vector<std::string>& Shown;
-  std::string Picked;     // what the user picks; empty: he gives up
-  std::string AskedWith;  // what the last picker was called with
+  std::string Picked;     // the user's choice; empty: the user cancels
+  std::string AskedWith;  // the arguments of the last picker
 
   void ShowModal(rtl::TForm& form) override {
     Shown.push_back("Form " + form.Name());
@@ -197,15 +197,15 @@ class TScriptedFrontEnd : public rtl::IFrontEnd {
   }
 };
 
-// All options: "DEST|FOLDER|SUBFOLDERS|BACKUP|BACKUP FOLDER|LOG|VIEW|UNITS".
+// Returns all options: "DEST|FOLDER|SUBFOLDERS|BACKUP|BACKUP FOLDER|LOG|VIEW|UNITS".
 inline std::string Describe(const mig::TReplaceOptions& options) {
   return rtl::Format("%d|%s|%d|%d|%s|%d|%d|%s",
                      {options.Dest, options.Directory, options.IncludeSubDirs, options.MakeBackup,
                       options.BackupDir, options.WriteLog, options.ViewLog, options.UnitNames});
 }
 
-// Plays the user on a form: steps divided by "; ". A button, box or radio is clicked by its name, `name=text`
-// types, `name[2]` clicks the mark of an entry. An idle moment follows each.
+// Simulates the user on a form. Steps are separated by "; ". A name clicks the button, box or radio button,
+// `name=text` types, `name[2]` clicks the check mark of an entry. The form is idle after each step.
 inline void Play(rtl::TForm& form, std::string_view steps) {
   while (!steps.empty()) {
     const size_t end = std::min(steps.find("; "), steps.size());

@@ -1,5 +1,5 @@
-// Reports of whole runs: against a count of their own, the formats, the summary, the baseline, and what a check leaves
-// untouched.
+// Reports of whole runs: compared with an independent count; formats, summary, baseline; a check changes no
+// file.
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -36,10 +36,10 @@ std::string ReadFile(const fs::path& path) {
 
 struct TCountedObject {
   std::string Keyword, ClassName;
-  std::vector<std::string> Roots;  // of its properties, once for each line
+  std::vector<std::string> Roots;  // of its properties, one entry per line
 };
 
-// The objects of a form as the IDE writes it, one property a line, by path.
+// Returns the objects of a form as the IDE writes it, one property per line, by path.
 std::map<std::string, TCountedObject> ObjectsOf(const std::string& text) {
   static const std::regex header(R"(^\s*(object|inherited|inline) (\w+): (\w+)( \[\d+\])?\s*$)");
   static const std::regex property(R"(^\s*(\w+)(\.\w+)* = (.*?)\s*$)");
@@ -122,7 +122,8 @@ TCounts Count(const std::string& before, const std::string& after, const mig::TC
 
 class ReportTest : public testing::Test {
  protected:
-  // Previews the run of a folder or a project below `tree`, and returns its files; `forms` gets the new forms.
+  // Previews the run of a folder or a project below `tree`, and returns its files. Stores the new forms in
+  // `forms`.
   TReport Preview(const fs::path& tree, const std::string& mode, const std::string& project,
                   std::map<std::string, std::string>* forms = nullptr) {
     target::TKVAMigration migration(target::TCatalogue::BuiltIn());
@@ -213,7 +214,7 @@ TEST_F(ReportTest, ABaselineLeavesOutWhatItHas) {
   TReport report = Preview(kSources / "examples" / "bde", "bde", "");
   const std::string json = JsonReport(report);
   mig::TFinding another = report.Files[0].Findings.at(0);
-  another.Line += 10;  // the same once more, further down
+  another.Line += 10;  // the same finding, further down
   report.Files[0].Findings.push_back(another);
   RemoveKnown(report, json);
   size_t left = 0;

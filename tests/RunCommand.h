@@ -1,4 +1,4 @@
-// kvamigrate as a script sees it.
+// Runs kvamigrate as a script does.
 #pragma once
 
 #include <cstdlib>
@@ -8,9 +8,10 @@
 
 namespace tests {
 
-// Runs it in the tree: "STATUS|standard output|standard error", with the tree's path as <dir>.
+// Runs it in the tree. Returns "STATUS|standard output|standard error", with <dir> in place of the tree's
+// path.
 inline std::string RunCommand(const TTempTree& tree, const std::string& arguments) {
-  // Other programs' temporary folders are none of a test's business.
+  // Other programs' temporary folders must not affect a test.
   static const TTempTree temporary;
   const std::string command = "cd " + tree.HostPath() + " && TMPDIR=" + temporary.HostPath() + " " +
                               KVA_BINARY_DIR + "/cli/kvamigrate >out.txt 2>err.txt " + arguments;

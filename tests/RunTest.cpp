@@ -1,4 +1,4 @@
-// Runs that meet trouble: what they raise, and that every original is as it was or can be had back.
+// Runs with failures: the errors that they raise, and that every original is unchanged or restorable.
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -85,7 +85,7 @@ TEST_F(RunTest, AWarningMayEndTheRun) {
   EXPECT_TRUE(TempFolderIsEmpty());
 }
 
-// However far a run was ahead of the file that ends it, and whichever thread did what.
+// Independent of how far the run has read ahead, and of which thread converts which file.
 TEST_F(RunTest, OnlyTheFilesBeforeTheOneThatFailsHaveBackups) {
   constexpr int kFiles = 150;
   const auto name = [](int i) { return std::to_string(1000 + i); };
@@ -111,7 +111,7 @@ TEST_F(RunTest, OnlyTheFilesBeforeTheOneThatFailsHaveBackups) {
   }
 }
 
-// A file that cannot be read ends the run at its turn, not when it was read ahead.
+// A file that cannot be read ends the run at its turn, not when it is read ahead.
 TEST_F(RunTest, AFileThatCannotBeReadEndsTheRunAtItsTurn) {
   FTree.Write("src/B.pas", kUnit);
   fs::create_directory(FTree.HostPath("src/Z.pas"));
@@ -121,7 +121,7 @@ TEST_F(RunTest, AFileThatCannotBeReadEndsTheRunAtItsTurn) {
   EXPECT_TRUE(Read("src/Wiz_Log.txt").ends_with("Z.pas\r\n\r\n"));
 }
 
-// Everything that was written is on the disk before the first original goes.
+// Everything is flushed to the disk before the first original is replaced.
 TEST_F(RunTest, TheOrderOfTheLastStep) {
   const struct {
     bool IsStrict;
@@ -158,7 +158,7 @@ TEST_F(RunTest, TheOrderOfTheLastStep) {
   }
 }
 
-// A folder that a link leads to is not scanned, nor are its files replaced.
+// The target folder of a link is not scanned, and its files are not replaced.
 TEST_F(RunTest, LinksToFoldersAreNotFollowed) {
   FTree.Write("elsewhere/C.pas", kUnit);
   FTree.Link(FTree.HostPath("elsewhere"), "src/Link");
@@ -247,14 +247,15 @@ TEST_F(RunTest, BadInput) {
   }
 }
 
-// Where both can stand, of two names that differ in case alone neither is written over for the other.
+// If the file system allows two names that differ in case alone, neither file is overwritten with the
+// other.
 TEST_F(RunTest, CaseTwins) {
   const std::string twins = "\"<dir>\\src\\Sub\" and \"<dir>\\src\\sub\" differ in case alone";
   FTree.Write("src/sub/C.pas", "unit C;");
   EXPECT_NE(Failure<rtl::Exception>().find(twins), std::string::npos);
   fs::remove_all(FTree.HostPath("src/sub"));
 
-  FTree.Write("src/a.DFM", "object X: TForm\r\nend\r\n");  // does not change
+  FTree.Write("src/a.DFM", "object X: TForm\r\nend\r\n");  // is not converted
   FTree.Write("src/C.pas", "{$R a.DFM}");
   EXPECT_TRUE(Replacer().Replace());
   EXPECT_EQ(FTree.Read("src/a.DFM"), "object X: TForm\r\nend\r\n");
@@ -269,7 +270,7 @@ TEST_F(RunTest, ReadOnlyFiles) {
       "\"<dir>\\src\\A.pas\" could not be replaced. Access is denied.\n"
       "\"<dir>\\src\\Sub\\B.pas\" was not replaced, because another file or folder before it failed.\n"
       "\"<dir>\\src\\Sub\\B.DFM\" was not replaced, because another file or folder before it failed.\n");
-  // The read-only backup of that run gives way to the next one's.
+  // The next run replaces the read-only backup of that run.
   chmod(FTree.HostPath("src/A.pas").c_str(), 0644);
   FTree.Write("src/A.pas", "{ TQuery, edited }");
   EXPECT_TRUE(Replacer().Replace());
@@ -320,7 +321,7 @@ TEST_F(RunTest, NamesOfAllKinds) {
   for (const char* name : {"src/a=b.pas", "src/Ж\xE6\x97\xA5.pas", "src/ä ö.PAS"}) FTree.Write(name, kUnit);
   EXPECT_TRUE(Replacer().Replace());
   EXPECT_EQ(FWarnings.size(), 1U);
-  EXPECT_FALSE(Replacer().Restore(UndoFile()));  // "a=b.pas" breaks its line
+  EXPECT_FALSE(Replacer().Restore(UndoFile()));  // "a=b.pas" makes its line ambiguous
   EXPECT_NE(Read("src/a=b.pas"), kUnit);
   EXPECT_EQ(Read("src/RBackup/a=b.~pas"), kUnit);
   EXPECT_EQ(Read("src/RBackup/Ж\xE6\x97\xA5.~pas"), kUnit);
@@ -340,7 +341,7 @@ TEST_F(RunTest, RestoreChecksBeforeItTouches) {
     EXPECT_EQ(Read("src/A.pas"), kUnit);
     EXPECT_EQ(Read("src/Sub/B.dfm"), kForm);
   }
-  EXPECT_EQ(Read("src/A.DFM"), kForm);  // made anew, under the name that the undo file has
+  EXPECT_EQ(Read("src/A.DFM"), kForm);  // created again, under the name in the undo file
   EXPECT_THROW((void)Replacer().Restore(JoinPath(FTree.WindowsPath(), "none.reu")), rtl::EFOpenError);
 }
 

@@ -50,7 +50,7 @@ class TRunTree : public testing::Test {
       files[name] = Read(name);
     return files;
   }
-  // Returns the message of what Replace raises, with <dir> for the folder of the tree.
+  // Returns the message of the exception that Replace raises, with <dir> in place of the tree's folder.
   template <typename TError>
   std::string Failure() {
     try {

@@ -46,7 +46,7 @@ TEST(SaveWarnTest, EachQuestionHasItsTextsAndItsFlag) {
     EXPECT_EQ(ask(""), std::pair(false, std::string("(missing)")));
     EXPECT_EQ(ask("OKBtn"), std::pair(true, section + "1\n"));
     EXPECT_EQ(ask("chkDontAsk; OKBtn"), std::pair(true, section + "0\n"));
-    // Silenced: nothing is shown any more, and the other three still ask.
+    // Disabled: the question is no longer shown, and the other three still are.
     EXPECT_TRUE(mig::ShowSaveWarning(kTitle, row.IsProject, row.IsRestore));
     EXPECT_EQ(frontEnd.Shown.size(), 4U);
     frontEnd.Script.push_back([](rtl::TForm& form) { form.Close(); });

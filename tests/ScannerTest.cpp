@@ -1,4 +1,4 @@
-// The scanner: what each token is, and that the lexems put end to end are the text.
+// The scanner: the type of each token; all lexems concatenate to the text.
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
@@ -97,7 +97,7 @@ TEST(ScannerTest, StringsWithoutQuotes) {
   }
 }
 
-// 83 7B is one character in 932, and its second byte a brace by itself.
+// 83 7B is one character in 932; its second byte alone is a brace.
 TEST(ScannerTest, DoubleByteCharactersStayWhole) {
   ASSERT_TRUE(win::SetACP(932));
   const qrl::TEncoding& source = qrl::TEncoding::Default();

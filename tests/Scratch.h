@@ -1,4 +1,4 @@
-// A temporary tree that is drive C: and holds the user's settings too.
+// A temporary tree that is drive C: and also contains the user's settings.
 #pragma once
 
 #include <cstdlib>

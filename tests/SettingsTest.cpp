@@ -80,17 +80,17 @@ TEST_F(SettingsTest, StoresThatCannotBeWrittenStayAsTheyAre) {
   EXPECT_EQ(Stored(), "[S]\nA=1\n");
   fs::permissions(FFile, fs::perms::owner_all);
 
-  rtl::TRegIniFile(kRoot, 0x20019).WriteInteger("S", "A", 2);  // read access alone
+  rtl::TRegIniFile(kRoot, 0x20019).WriteInteger("S", "A", 2);  // read access only
   EXPECT_EQ(Stored(), "[S]\nA=1\n");
 
-  // Reached through a link, the file that it names is written.
+  // If the store is a link, its target is written.
   fs::rename(FFile, FScratch.HostPath("real.ini"));
   fs::create_symlink(FScratch.HostPath("real.ini"), FFile);
   Open().WriteInteger("S", "A", 2);
   EXPECT_TRUE(fs::is_symlink(FFile));
   EXPECT_EQ(FScratch.Read("real.ini"), "[S]\nA=2\n");
 
-  // A folder where the file should be, a file where its folder should be, and no home at all.
+  // A folder in place of the file, a file in place of its folder, and no home folder.
   const std::string home = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "";
   const std::function<void()> obstacles[] = {
       [this] { fs::remove(FFile), fs::create_directory(FFile); },
@@ -119,14 +119,14 @@ TEST_F(SettingsTest, Options) {
   options.Save(reg, options.GetTitle());
   EXPECT_EQ(Stored(), stored);
 
-  // A number of more than a byte is cut to its low byte; what is missing stays as it is in the object.
+  // A number wider than a byte is truncated to its low byte. Missing values leave the object unchanged.
   options.Dest = mig::sdProject;
   Store("[BDE/IBX Migration Wizard]\nDest=257\nMakeBackup=7\n");
   options.Load(Open(), kSection);
   EXPECT_EQ(test::Describe(options), "1|C:\\Src|1|1|kept|0|1|A.pas\r\n");
 }
 
-// What a new form takes from the store.
+// Returns the state of a new form after loading from the store.
 std::string LoadHistory(const rtl::TRegIniFile& reg) {
   target::TKVAWizardForm form;
   form.LoadHistory(reg, kSection);
@@ -140,7 +140,7 @@ TEST_F(SettingsTest, History) {
   EXPECT_EQ(LoadHistory(Open()), "1 0 0  0,0||") << "first use";
   const std::pair<const char*, const char*> rows[] = {
       {"", "1 0 0 RExpert.reu 5,10||"},
-      {"rbModeReplaceIBX", "0 0 1 RExpert.reu 5,10||"},  // one Boolean holds the mode
+      {"rbModeReplaceIBX", "0 0 1 RExpert.reu 5,10||"},  // one Boolean stores the mode
       {"chMakeBackup", "1 0 0  5,10||"},
       {"rbDestFolder; cbDirectory=C:\\Src", "1 0 0 C:\\Src\\RExpert.reu 5,10||"},
       {"rbDestFolder; cbDirectory=C:\\Src; cbBackupDir=D:\\B", "1 0 0 D:\\B\\RExpert.reu 5,10||"},

@@ -1,4 +1,5 @@
-// Strict runs: whatever fails, ends or meddles with them, every byte is in its file or comes back by one restore.
+// Strict runs: after any failure, kill or concurrent change, every byte is in its file or restored by one
+// restore.
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <optional>
@@ -33,7 +34,7 @@ class StrictRunTest : public tests::TRunTree {
     for (const auto& [name, text] : files) FTree.Write(name, text);
     FWarnings.clear();
   }
-  // Runs with `files` in force. The outcome: "True", "False", or the message of the exception.
+  // Runs with `files` as the current file system. Returns "True", "False", or the message of the exception.
   std::string Outcome(win::TFileSystem& files) {
     const win::TFileSystemOverride inForce(files);
     try {
@@ -42,7 +43,7 @@ class StrictRunTest : public tests::TRunTree {
       return Shown(error.what());
     }
   }
-  // Takes the run back as a user would who finds what the folder holds.
+  // Restores the files as a user would, from the contents of the folder.
   void TakeBack() {
     const TWayBack found = FindWayBack(BackupDir());
     if (found == TWayBack::None) return;
@@ -50,7 +51,7 @@ class StrictRunTest : public tests::TRunTree {
   }
 };
 
-// Each operation fails once, or everything from it on, as if the program had been killed there.
+// Each operation fails once, alone or with all later ones, as if the program had been killed there.
 TEST_F(StrictRunTest, WhateverFailsEveryByteComesBack) {
   const TFiles before = Sources();
   for (const bool isKilled : {false, true}) {
@@ -85,7 +86,7 @@ TEST_F(StrictRunTest, WhateverFailsEveryByteComesBack) {
   }
 }
 
-// An editor saves a file at each moment of a run.
+// An editor saves a file before each operation of a run.
 TEST_F(StrictRunTest, AnEditIsNeverLost) {
   const TFiles before = Sources();
   const std::string edited = "unit A; { edited: TQuery }\r\n";
@@ -123,7 +124,7 @@ TEST_F(StrictRunTest, AnEditIsNeverLost) {
   EXPECT_GT(replacedAround, 0);
 }
 
-// A second run begins at each moment of a first one.
+// A second run starts before each operation of a first one.
 TEST_F(StrictRunTest, ASecondRunIsRefusedWhileTheFirstIsAtWork) {
   const TFiles before = Sources();
   size_t operations = 1;
@@ -144,7 +145,7 @@ TEST_F(StrictRunTest, ASecondRunIsRefusedWhileTheFirstIsAtWork) {
           << second;
       TakeBack();
       EXPECT_EQ(Sources(), before);
-    } else {  // the second one was first, and changed nothing
+    } else {  // the second run was first, and changed nothing
       EXPECT_EQ(second, "none");
     }
     Reset(before);
@@ -190,7 +191,7 @@ TEST_F(StrictRunTest, WhatIsRefused) {
   }
 }
 
-// What cannot be read is left out, with the true reason, and the rest is converted.
+// Files that cannot be read are left out, with the actual reason, and the rest is converted.
 TEST_F(StrictRunTest, WhatIsLeftOut) {
   const struct {
     const char *Call, *Message, *Converted;
@@ -229,7 +230,7 @@ TEST_F(StrictRunTest, KeepGoingLeavesDamagedFilesAsTheyAre) {
   EXPECT_EQ(Replacer().LeftOut().size(), 1U);
   EXPECT_EQ(Read("src/A.dfm"), kBadForm);
   EXPECT_NE(Read("src/Sub/B.dfm"), kForm);
-  // The results of a run are gone in the next.
+  // The results of a run are cleared by the next.
   Policy().OverwriteBackups = true;
   FTree.Write("src/A.dfm", kForm);
   EXPECT_TRUE(Replacer().Replace());
@@ -255,7 +256,7 @@ TEST_F(StrictRunTest, AUnitThatWasConvertedBefore) {
   EXPECT_EQ(FWarnings.size(), 2U);
 }
 
-// Backups that a run overwrites stay as they are until its own way back is complete.
+// Backups that a run overwrites stay unchanged until its own backups are complete.
 TEST_F(StrictRunTest, OverwritingBackupsMayFailAtAnyMoment) {
   const TFiles first = Sources();
   const TFiles second = {{"src/A.pas", "{ TQuery: second }"}, {"src/Sub/B.pas", "{ TTable: second }"}};
@@ -271,7 +272,7 @@ TEST_F(StrictRunTest, OverwritingBackupsMayFailAtAnyMoment) {
     if (n > 0) faulty.FailFrom(n, win::ERROR_DISK_FULL);
     SCOPED_TRACE(Outcome(faulty));
     operations = std::max(operations, faulty.Count());
-    if (Sources() == converted) {  // the second run replaced nothing: the first can be taken back still
+    if (Sources() == converted) {  // the second run replaced nothing, so the first can still be restored
       if (FindWayBack(BackupDir()) == TWayBack::Journal) TakeBack();
       EXPECT_EQ(Sources(), converted);
       TakeBack();
@@ -309,7 +310,7 @@ TEST_F(StrictRunTest, FoldersOfStoppedRunsAreNamedAndKept) {
   EXPECT_EQ(FTree.Names("tmp/$DS1"), std::vector<std::string>{"A.pas"});
 }
 
-// A copy that reports success and is not what was read.
+// A copy that reports success although it differs from the source.
 TEST_F(StrictRunTest, AnUntrueBackupStopsTheRun) {
   const TFiles before = Sources();
   tests::TRecordingFileSystem files(win::FileSystem());

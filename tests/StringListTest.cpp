@@ -1,4 +1,4 @@
-// String lists and file names, as the run-time library has them.
+// String lists and file names of the run-time library.
 #include <gtest/gtest.h>
 
 #include "rtl/text/Exceptions.h"

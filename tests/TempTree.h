@@ -1,4 +1,4 @@
-// A folder of its own for a test, made below TMPDIR or where it says, and removed with all that is in it.
+// A temporary folder for a test, below TMPDIR or a given folder, deleted with its contents.
 #pragma once
 
 #include <algorithm>
@@ -14,8 +14,8 @@
 
 namespace tests {
 
-// Names are host paths below the folder, with "/". They are taken exactly as they are: no look-up of this
-// program's own is between a test and the disk.
+// Names are host paths below the folder, with "/". They are used exactly as given, because a test must see
+// the disk without this program's look-ups.
 class TTempTree {
  public:
   explicit TTempTree(const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
@@ -36,7 +36,7 @@ class TTempTree {
   }
   std::string WindowsPath(std::string_view name = {}) const { return win::ToWindowsPath(HostPath(name)); }
 
-  // Makes the file, and the folders that it needs.
+  // Creates the file and its folders.
   void Write(std::string_view name, std::string_view bytes) const {
     std::filesystem::create_directories(std::filesystem::path(HostPath(name)).parent_path());
     std::ofstream file(HostPath(name), std::ios::binary | std::ios::trunc);
@@ -51,13 +51,13 @@ class TTempTree {
   bool Exists(std::string_view name) const {
     return std::filesystem::exists(std::filesystem::symlink_status(HostPath(name)));
   }
-  // "(missing)" where there is no such file.
+  // Returns the contents, or "(missing)" if there is no such file.
   std::string Read(std::string_view name) const {
     std::ifstream file(HostPath(name), std::ios::binary);
     if (!file) return "(missing)";
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   }
-  // The names in a folder, sorted by their bytes.
+  // Returns the names in a folder, sorted by their bytes.
   std::vector<std::string> Names(std::string_view folder = {}) const {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(HostPath(folder))) {

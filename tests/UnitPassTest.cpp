@@ -1,4 +1,4 @@
-// The unit pass: what changes in a unit, and which form file it names.
+// The unit pass: the changes in a unit, and the form file that it names.
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -69,7 +69,7 @@ TEST_F(UnitPassTest, Tokens) {
   }
 }
 
-// Directives and their forms of C:\src\Unit1.pas.
+// Directives and their forms in C:\src\Unit1.pas.
 const char* const kFormRows[][2] = {
     {"{$R *.dfm}", "C:\\src\\Unit1.DFM"},
     {"{$r *.Nfm}", "C:\\src\\Unit1.NFM"},
@@ -129,7 +129,7 @@ TEST(WordSearchTest, FindsWhatIsThere) {
   EXPECT_GT(found, 5000U);
 }
 
-// What the search lets through untouched, the passes would leave untouched.
+// A text that the search skips is one that the passes would not change.
 TEST_F(UnitPassTest, NothingChangesWithoutAWordOfTheMap) {
   std::mt19937 random(1);
   const char* const pieces[] = {"TQuer", "y",    "tquery", "TDataBase", " ",  "'", "{",   "}",        "//",

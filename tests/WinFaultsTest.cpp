@@ -1,5 +1,5 @@
-// Every call of the host fails once, is interrupted once, and is the last one of a killed process: what the
-// file functions then report, and what is left on the disk.
+// Every call of the host fails once, is interrupted once, and is once the last call of a killed process.
+// Checks the results of the file functions and the contents of the disk.
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -23,7 +23,7 @@ struct TOperation {
   const char* Name;
   std::function<bool(TFileSystem&, const tests::TTempTree&)> Run;
   const char*
-      Target;  // the file that has the contents "new" after a success, and "old", or none, after a failure
+      Target;  // the file that contains "new" after a success, and "old", or does not exist, after a failure
 };
 
 const TOperation kOperations[] = {
@@ -84,7 +84,7 @@ const TOperation kOperations[] = {
     {"lock", [](auto& f, auto& t) { return f.LockFolder(t.WindowsPath("FOLDER")) != nullptr; }, nullptr},
 };
 
-// A fresh tree for each try.
+// A new tree for each attempt.
 struct TTry {
   TTry() {
     Tree.Write("New", "new");
@@ -136,7 +136,7 @@ TEST(WinFaultsTest, AFailureIsReportedWithItsReasonAndLeavesTheTarget) {
           EXPECT_EQ(ContentsOf(run.Tree, operation.Target), succeeded ? "new" : before);
           EXPECT_FALSE(HasTemporaryFile(run.Tree));
         }
-        run.Files.HoldFolders(false);  // forgets what is to be brought to the disk
+        run.Files.HoldFolders(false);  // discards the list of files to flush
       }
     }
   }
@@ -170,14 +170,14 @@ TEST(WinFaultsTest, AKilledProcessLeavesTheOldFileOrTheNewOneAndTheNextOneCleans
   EXPECT_GT(leftBehind, 0u);
 }
 
-// Of the same form as the temporary names of this computer.
+// The names have the same form as the temporary names of this computer.
 TEST(WinFaultsTest, OnlyTemporaryFilesWithoutAnOwnerAreDeleted) {
   TTry run;
   std::string name;
   {
     const pid_t child = fork();
     if (child == 0) {
-      // The call before the one that gives the target's name.
+      // The call before the one that renames the file to the target.
       size_t n = 1;
       {
         THostFault fault(0);

@@ -1,4 +1,4 @@
-// A tree, and a file system object that works on it, for tests of the Windows file functions.
+// A tree and a file system object for it, for tests of the Windows file functions.
 #pragma once
 
 #include <chrono>
@@ -21,7 +21,7 @@ class WinFilesTest : public testing::Test {
   WinFilesTest() { FFiles.HoldFolders(true); }
   ~WinFilesTest() override { ResetDrives(); }
 
-  // What reading `name`, as the program spells it, gives: contents, or "error N".
+  // Returns the contents of `name`, spelled as in the program, or "error N".
   std::string Open(std::string_view name) {
     const auto file = FFiles.CreateFileA(FTree.WindowsPath(name), TFileMode::OpenRead);
     char buffer[100];
@@ -51,7 +51,7 @@ class WinFilesTest : public testing::Test {
     if (bits & FILE_ATTRIBUTE_NORMAL) text += 'N';
     return text;
   }
-  // "name attributes" of each entry.
+  // Returns "name attributes" of each entry.
   TNames Walk(std::string_view folder) {
     TNames entries;
     TFindData data;
@@ -62,7 +62,7 @@ class WinFilesTest : public testing::Test {
     EXPECT_EQ(GetLastError(), ERROR_NO_MORE_FILES);
     return entries;
   }
-  // The folder looks as if nothing had happened to it for a long time, so that its listing is trusted.
+  // Waits until the folder's times are old enough for its listing to be trusted.
   void Settle() { std::this_thread::sleep_for(std::chrono::milliseconds(60)); }
 
   tests::TTempTree FTree;

@@ -1,5 +1,5 @@
-// The Windows file functions on the host's files: what may be opened, overwritten and copied, and what is
-// left when that fails; drives, temporary names.
+// The Windows file functions on the host's files: which files can be opened, overwritten and copied, and
+// the state after a failure; drives, temporary names.
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
@@ -113,7 +113,7 @@ TEST_F(WinFilesTest, AReaderSeesTheOldFileOrTheNewOne) {
 TEST_F(WinFilesTest, AFullDiskLeavesTheTargetAsItWas) {
   FTree.Write("source", std::string(500000, 's'));
   FTree.Write("target", "as it was");
-  // A limit to the size of files stands in for the disk's.
+  // A limit to the size of files simulates a full disk.
   rlimit limit{}, old{};
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &old), 0);
   signal(SIGXFSZ, SIG_IGN);

@@ -1,4 +1,4 @@
-// Names and folders: look-ups without regard to case, walks, links, long paths, and what others do meanwhile.
+// Names and folders: look-ups ignoring case, walks, links, long paths, and concurrent changes by others.
 #include <chrono>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ TEST_F(WinFoldersTest, LookUpIgnoresCaseAndTakesTheExactNameFirst) {
       {"DOSYI", "dosyı"},
       {"sUB/dEEP/X.pas", "Sub/Deep/x.PAS"},
       {"SUB2/Y", "sub2/y"},
-      {"only/lower", "error 2"},  // the folder that is there as written is the one
+      {"only/lower", "error 2"},  // the existing folder is the one spelled as given
       {"Only/LOWER", "ONLY/lower"},
       {"Unit1.dfm/x", "error 3"},
       {"nowhere/x", "error 3"},
@@ -115,7 +115,7 @@ TEST_F(WinFoldersTest, LongNamesAndLongPaths) {
   EXPECT_EQ(Copy(name, std::string(255, 'm')), ERROR_SUCCESS);
   EXPECT_EQ(Create(std::string(256, 'n')), ERROR_FILENAME_EXCED_RANGE);
   std::string folder = FTree.WindowsPath();
-  for (int i = 0; i < 40; ++i) {  // some 8,000 bytes
+  for (int i = 0; i < 40; ++i) {  // about 8,000 bytes
     folder += "\\" + std::string(200, 'd');
     ASSERT_TRUE(FFiles.CreateDirectoryA(folder)) << GetLastError();
   }
@@ -135,8 +135,8 @@ TEST_F(WinFoldersTest, LongNamesAndLongPaths) {
   }
 }
 
-// What others do to a folder is seen at once, whether its listing is trusted, was just read, or is kept
-// current.
+// Changes made by others are seen at once, whether the folder's listing is trusted, was just read, or is
+// kept current.
 TEST_F(WinFoldersTest, ForeignChangesBetweenLookUpsAreSeen) {
   for (const int mode : {0, 1, 2}) {
     FTree.MakeFolder(std::to_string(mode));
@@ -165,8 +165,7 @@ TEST_F(WinFoldersTest, ForeignChangesBetweenLookUpsAreSeen) {
   }
 }
 
-// What was looked for a moment ago in a folder says nothing of the folder itself, nor of what others put
-// there.
+// A recent look-up in a folder neither hides changes of the folder itself nor entries added by others.
 TEST_F(WinFoldersTest, AListingDoesNotHideWhatIsThere) {
   for (const char* const path : {"Z:\\", ".", ".."}) {
     EXPECT_EQ(Bits(FFiles.GetFileAttributesA(std::string(path) + "\\no such file")), "RDLN") << path;
@@ -202,7 +201,7 @@ TEST(WinManyFilesTest, AFolderOfManyNamesIsNotReadForEachOfThem) {
     ASSERT_EQ(files.GetFileAttributesA(path("UNIT", i)), FILE_ATTRIBUTE_NORMAL);
   for (size_t i = 1; i < kFiles; ++i) ASSERT_TRUE(files.CopyFileA(path("unit", 0), path("UNIT", i), false));
   for (size_t i = 1; i < kFiles; ++i) ASSERT_TRUE(files.DeleteFileA(path("UNIT", i)));
-  // Own changes keep a listing in use for a tenth of a second or more.
+  // Own changes keep a listing in use for at least a tenth of a second.
   const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
   EXPECT_LT(files.FolderReadings(), 100 + static_cast<size_t>(10 * seconds.count()));
   EXPECT_EQ(tree.Names(), TNames{"Unit0"});

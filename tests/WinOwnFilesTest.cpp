@@ -1,5 +1,5 @@
-// The program's own files: held while open, never reached through a link, readable by nobody else than what
-// they were copied from; stamps, renaming, locks.
+// The program's own files: locked while open, never opened through a link, readable by nobody who cannot
+// read the source; stamps, renaming, locks.
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ class WinOwnFilesTest : public WinFilesTest {
     EXPECT_EQ(lstat(FTree.HostPath(name).c_str(), &info), 0) << name;
     return info;
   }
-  // "owner group mode" and, where there is one, " list".
+  // Returns "owner group mode", and " list" if there is an access list.
   std::string Access(std::string_view name) {
     const struct stat info = Info(name);
     char mode[8];
@@ -63,7 +63,7 @@ TEST_F(WinOwnFilesTest, OwnFilesAreHeldWhileOpenAndNotReachedThroughLinks) {
     ASSERT_TRUE(fresh && fresh->Write("2", 1));
     EXPECT_EQ(OwnOutcome("log.TXT"), ERROR_SHARING_VIOLATION);
     EXPECT_EQ(OwnOutcome("new"), ERROR_SHARING_VIOLATION);
-    EXPECT_EQ(Open("log.txt"), "1");  // not emptied by who could not hold it
+    EXPECT_EQ(Open("log.txt"), "1");  // not truncated by the handle that failed to lock it
   }
   EXPECT_EQ(OwnOutcome("log.TXT"), ERROR_SUCCESS);  // although its flush is pending
   EXPECT_EQ(FTree.Read("Log.txt"), "");
@@ -138,7 +138,7 @@ TEST_F(WinOwnFilesTest, AStampTellsEveryChange) {
   FTree.Write("file", "123456");
   setTime(1000, 7);
   EXPECT_NE(stamp(), first);
-  EXPECT_EQ(open->Stamp(), first);  // of what was opened
+  EXPECT_EQ(open->Stamp(), first);  // the stamp of the opened file
   FTree.Write("other", "12345");
   std::filesystem::rename(FTree.HostPath("other"), FTree.HostPath("file"));
   setTime(1000, 7);
@@ -165,7 +165,7 @@ TEST_F(WinOwnFilesTest, ABackupCopyIsNoLink) {
   EXPECT_EQ(FTree.Names(), (TNames{"Copy", "broken", "folder", "link", "precious", "source"}));
 }
 
-// A list that lets the user 99 read, beside `mode`.
+// Returns a list that lets user 99 read, in addition to `mode`.
 std::string AccessList(uint8_t mode) {
   const auto permissions = [mode](int shift) { return static_cast<char>((mode >> shift) & 7); };
   const auto entry = [](char tag, char permission, char id) {
@@ -181,7 +181,7 @@ TEST_F(WinOwnFilesTest, ABackupCopyIsReadableByNobodyElse) {
     mode_t Mode;
     bool HasList;
     const char* ByRoot;
-    const char* ByAnother;  // who is not in the source's group
+    const char* ByAnother;  // by a user who is not in the source's group
   };
   const TRow rows[] = {{0640, false, "12 34 640", "-"},         {0604, false, "12 34 604", "56 56 600"},
                        {0644, false, "12 34 644", "56 56 644"}, {0444, false, "12 34 444", "56 56 444"},
@@ -189,7 +189,7 @@ TEST_F(WinOwnFilesTest, ABackupCopyIsReadableByNobodyElse) {
   chmod(FTree.HostPath().c_str(), 0755);
   FTree.MakeFolder("copies");
   chmod(FTree.HostPath("copies").c_str(), 0777);
-  // What a folder gives to new files must not widen who may read them.
+  // Access inherited from a folder must not let more users read the file.
   const std::string inherited = AccessList(064);
   if (setxattr(FTree.HostPath("copies").c_str(), "system.posix_acl_default", inherited.data(),
                inherited.size(), 0) != 0) {

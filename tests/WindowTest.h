@@ -1,4 +1,5 @@
-// A person at the windows: acts, one after the other, each on the modal window that is in front by then.
+// Simulates a user of the windows: performs a list of acts, each on the modal window that is active by
+// then.
 #pragma once
 
 #include <QAbstractButton>
@@ -26,17 +27,17 @@ class TWindowTest : public testing::Test {
                           std::filesystem::copy_options::recursive);
   }
 
-  // Runs `use`, which opens windows, and does the acts on them. The texts of message boxes are recorded.
+  // Runs `use`, which opens windows, and performs the acts on them. Records the texts of message boxes.
   void Do(const std::function<void()>& use, TActs acts) {
     int patience = 0;
-    QObject alive;  // ends the ticks with this use
+    QObject alive;  // ends the timers of this use
     const std::function<void()> tick = [&] {
-      // A timer of its own each time: an act may open a window that runs its events within the act.
+      // Use a new timer each time, because an act may open a window that runs an event loop within the act.
       QTimer::singleShot(10, &alive, tick);
       QWidget* const window = QApplication::activeModalWidget();
       if (window == nullptr || !window->isVisible() || window->objectName() == "ProgressWindow") return;
       if (acts.empty()) {
-        if (++patience == 100) window->close();  // a test that is wrong ends, too
+        if (++patience == 100) window->close();  // so that a wrong test ends, too
         return;
       }
       const TAct act = std::move(acts.front());
@@ -52,7 +53,7 @@ class TWindowTest : public testing::Test {
   }
   virtual void BeforeAct(QWidget&) {}
 
-  // For the manual: with KVA_PICTURES set to a folder, the window is saved there as it is now.
+  // Takes a picture for the manual: if KVA_PICTURES names a folder, saves the window's present state there.
   void TakePicture(QWidget& window) {
     if (qEnvironmentVariableIsEmpty("KVA_PICTURES")) return;
     QTest::qWait(50);
@@ -83,7 +84,7 @@ class TWindowTest : public testing::Test {
       QTest::keyClicks(field, desktop::ToQt(text));
     };
   }
-  // The road through the project's pages to the end, the question and the outcome.
+  // Steps through the project's pages to the end, the question and the outcome.
   static TActs WholeRun() { return TActs(7, Press(Qt::Key_Return)); }
 
   TScratch FScratch;

@@ -1,4 +1,4 @@
-// A loadable module with a wizard, for the tests of how the host loads one. It refuses if KVA_PROBE is
+// A loadable module with a wizard, for tests of the host's loader. It refuses to be loaded if KVA_PROBE is
 // "refuse".
 #include <cstdlib>
 #include <string_view>

@@ -27,7 +27,7 @@ class WizardTest : public testing::Test {
         {"C:\\App\\Main.pas"}, {""}, {"C:\\App\\App.dpr"}, {"C:\\Lib\\DATA.PAS"}, {"C:\\App\\x.inc"}};
   }
 
-  // Shows a new form, plays the steps on it, and then whatever else is asked for.
+  // Shows a new form, performs the steps on it, and then calls `look`.
   int Show(std::string_view steps, const std::function<void(target::TKVAWizardForm&)>& look = {}) {
     const test::THostInForce host(FHost);
     target::TKVAWizardForm form;
@@ -43,8 +43,8 @@ class WizardTest : public testing::Test {
     return result;
   }
 
-  // "PAGE caption #replacer buttons": the page's name, the tail of the caption, the replacer's index, and
-  // which of Back, Next, Finish can be used.
+  // Returns "PAGE caption #replacer buttons": the page's name, the end of the caption, the replacer's
+  // index, and which of Back, Next, Finish are enabled.
   static std::string State(const target::TKVAWizardForm& form) {
     std::string state = form.StepsPageControl.ActivePage().Name() +
                         form.Caption().substr(form.Caption().rfind("- ")) + " #" +
@@ -61,7 +61,7 @@ class WizardTest : public testing::Test {
   mig::TReplaceOptions FOptions{"BDE/IBX"};
 };
 
-// One use, from page to page and back.
+// One use, through all pages and back.
 TEST_F(WizardTest, Walk) {
   struct TRow {
     const char *Steps, *State;
@@ -118,7 +118,7 @@ TEST_F(WizardTest, Walk) {
       }
     }
   });
-  // No project: the scope is a folder, and the other cannot be chosen.
+  // No project: the scope is a folder, and the project scope cannot be selected.
   FHost.ProjectFile.clear();
   Show("btNext; rbDestProject; btNext",
        [&](auto& form) { EXPECT_EQ(State(form), "Step3DirSheet- Step 3 of 5 #0 Back"); });
@@ -169,7 +169,7 @@ TEST_F(WizardTest, UnitListIsFilledOnceWithTheUnitsAlone) {
 TEST_F(WizardTest, BackupFolderFollowsUntilTheUserTouchesIt) {
   constexpr char kSrc2[] = "; btPrev; cbDirectory=C:\\Src2; btNext";
   const std::string rows[][3] = {
-      // steps, what is shown, what is in effect
+      // Steps, the option shown, the option used.
       {"btNext; btNext; btNext", "C:\\App\\RBackup", "C:\\App\\RBackup"},
       {kToSrc, "C:\\Src\\RBackup", "C:\\Src\\RBackup"},
       {kToSrc + kSrc2, "C:\\Src2\\RBackup", "C:\\Src2\\RBackup"},
@@ -231,7 +231,7 @@ TEST_F(WizardTest, FinishFillsTheOptionsAndCancelDoesNot) {
        "0||0|0|C:\\App\\RBackup|1|0|Main.pas\r\nDATA.PAS\r\n"},
       {kToSrc + "; btPrev; chSubDirs; btNext; chViewLog; chWriteLog; btNext; btFinish", rtl::mrOk,
        "1|C:\\Src|1|1|C:\\Src\\RBackup|0|1|old"},
-      // The restore fills them, too, with whatever stands in the controls.
+      // A restore sets the options, too, from the present state of the controls.
       {"rbModeRestore; btNext; edUndoFile=C:\\App\\Undo.reu; btNext; btFinish", rtl::mrOk,
        "0||0|1|C:\\App\\|1|0|"},
       {kToSrc + "; btNext; btCancel", rtl::mrCancel, "0||0|1||1|0|old"},
@@ -249,7 +249,7 @@ TEST_F(WizardTest, FinishFillsTheOptionsAndCancelDoesNot) {
 
 TEST_F(WizardTest, HistoryTakesNewFoldersInFrontUpToTen) {
   OpenProject();
-  // The list after a use with that folder.
+  // Returns the list after a use with that folder.
   const auto listAfter = [&](const std::string& items, const std::string& folder) {
     std::string list;
     Show("", [&](auto& form) {

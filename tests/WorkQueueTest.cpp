@@ -1,4 +1,4 @@
-// What two threads share: the tasks of a queue, the files read ahead, and the conversion of a file.
+// Shared work of two threads: the tasks of a queue, the files read ahead, and the conversion of a file.
 #include <atomic>
 #include <functional>
 #include <gtest/gtest.h>
@@ -48,7 +48,8 @@ TEST(WorkQueueTest, AFailureIsKeptForTheEndAndTheOthersAreDone) {
   queue.Wait();
 }
 
-// Reads and converts `names` with two converters; `onWalk` and `onWorker` are called for each class that they replace.
+// Reads and converts `names` with two converters. Calls `onWalk` and `onWorker` for each class that they
+// replace.
 struct TTwoConverters {
   explicit TTwoConverters(std::function<void()> onWalk, std::function<void()> onWorker) {
     Classes.AddClass("TQuery", "TKVAQuery");
@@ -68,7 +69,7 @@ struct TTwoConverters {
                         std::make_unique<TFormParser>(ParseStateClass<TFormParseState>())};
 };
 
-// Each thread has a converter of its own, and the walk waits for a file that the worker has begun.
+// Each thread has its own converter, and the walk waits for a file that the worker has started.
 TEST(FilesAheadTest, TwoThreadsShareTheFiles) {
   const tests::TTempTree tree;
   rtl::TStringList names;
@@ -80,7 +81,7 @@ TEST(FilesAheadTest, TwoThreadsShareTheFiles) {
   std::atomic<bool> isWorkerBusy = false, isWalkWaiting = false;
   std::atomic<int> wrongThread = 0;
   TTwoConverters converters(
-      [&] {  // the first file: the worker takes the second one meanwhile
+      [&] {  // the first file: meanwhile the worker takes the second one
         wrongThread += std::this_thread::get_id() != walk;
         while (!isWorkerBusy) std::this_thread::yield();
       },

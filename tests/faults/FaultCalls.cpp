@@ -1,4 +1,4 @@
-// The functions of the C library that access the disk: each call is counted, and done or failed.
+// The functions of the C library that access the disk: each call is counted, and forwarded or failed.
 #include <algorithm>
 #include <cerrno>
 #include <dirent.h>
@@ -35,14 +35,14 @@ TVerdict Ask(TKind kind, int fd, const char* path) {
   return faults::IsForeign(fd, path) ? TVerdict{} : faults::Operation(kind, fd, path);
 }
 
-// An operation that is done whole or not at all.
+// Performs an operation that cannot be done in part.
 template <typename TAction>
 auto Do(TKind kind, int fd, const char* path, TAction action) -> decltype(action()) {
   if (Fails(Ask(kind, fd, path))) return static_cast<decltype(action())>(-1);
   return action();
 }
 
-// An operation on `count` bytes, of which some may be handled.
+// Performs an operation on `count` bytes, of which only some may be handled.
 template <typename TAction>
 ssize_t DoBytes(TKind kind, int fd, size_t count, TAction action) {
   const TVerdict verdict = Ask(kind, fd, nullptr);
@@ -134,7 +134,7 @@ FILE* fopen64(const char* path, const char* mode) {
   return next(path, mode);
 }
 
-// The descriptor is gone when closing fails, as it is on Linux.
+// The descriptor is closed even if close fails, as on Linux.
 int close(int fd) {
   NEXT(close);
   const TVerdict verdict = Ask(TKind::Close, fd, nullptr);
@@ -429,7 +429,7 @@ int fsetxattr(int fd, const char* name, const void* value, size_t size, int flag
   return Do(TKind::Label, fd, nullptr, [&] { return next(fd, name, value, size, flags); });
 }
 
-// Threads: the error is the result
+// Threads: the error is the result.
 
 int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*), void* argument) {
   NEXT(pthread_create);

@@ -1,4 +1,4 @@
-// The allocator, which fails at one allocation, and the start of main(), where counting begins.
+// The allocator, which fails one allocation, and the start of main(), where counting begins.
 #include <cerrno>
 #include <dlfcn.h>
 #include <stdlib.h>

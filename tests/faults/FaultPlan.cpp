@@ -18,15 +18,15 @@ extern char** environ;
 namespace faults {
 namespace {
 
-// The library must not allocate, because malloc calls it. So everything has a fixed size. Its own calls go to
-// the kernel directly, because they must not be counted.
+// The library must not allocate, because malloc calls it, so everything has a fixed size. Its own calls go
+// directly to the kernel, because they must not be counted.
 constexpr size_t kMostFiles = 4096;
 constexpr size_t kMostListed = 4096;
 constexpr const char* kKindNames[] = {"open", "create", "read",  "list",   "look",  "write", "copy",
                                       "size", "rename", "link",  "unlink", "mkdir", "mode",  "owner",
                                       "time", "label",  "flush", "close",  "lock",  "dup",   "thread"};
 constexpr size_t kKinds = sizeof kKindNames / sizeof *kKindNames;
-// What the run neither made nor was asked to change.
+// Folders that the run neither creates nor changes.
 constexpr const char* kSystemFolders[] = {"/proc/", "/sys/",     "/etc/",   "/usr/",
                                           "/lib",   "/dev/null", "/dev/tty"};
 
@@ -35,7 +35,7 @@ enum class TAction { List, Kill, Part, Cut, Fail, Short, Run, Memory };
 struct TPlan {
   TAction Action = TAction::List;
   unsigned long At = 0;
-  unsigned Kinds = 0;  // a bit for each
+  unsigned Kinds = 0;  // one bit per kind
   int Errno = 0;
   bool Lasting = false;
   const char* Command = nullptr;
@@ -51,8 +51,8 @@ struct TListed {
 struct TWritten {
   dev_t Device;
   ino_t Inode;
-  int Fd;         // opened separately, so that locks of the program's own descriptor end with that one
-  off_t Flushed;  // bytes that are on the disk
+  int Fd;         // opened separately, so that a lock ends with the program's own descriptor
+  off_t Flushed;  // bytes that are flushed
   bool Dirty;
 };
 
@@ -115,7 +115,7 @@ int OpenRaw(const char* path, int flags) {
   return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags | O_CLOEXEC, 0600));
 }
 
-// "/folder/name" of an operation. An unnamed file is called as the kernel calls it.
+// Stores "/folder/name" of an operation. An unnamed file gets the kernel's name for it.
 void NameOf(int fd, const char* path, char* name, size_t size) {
   char link[32];
   char folder[512];
@@ -145,7 +145,7 @@ void Report(unsigned long number, TKind kind, int fd, const char* path) {
   syscall(SYS_close, file);
 }
 
-// The machine goes off: of each file that was written, what was on the disk at its last flush remains.
+// Simulates a power cut: of each written file, only the bytes flushed last remain.
 void LoseUnflushed() {
   const TLocked locked;
   for (size_t i = 0; i < writtenCount; ++i) {

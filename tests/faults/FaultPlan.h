@@ -1,14 +1,15 @@
-// What the fault injector does to the program that it is loaded into, and at which operation.
+// The fault that the injector causes in the program that it is loaded into, and the operation at which it
+// does so.
 //
 // The driver describes one fault in the environment and starts the program with the injector preloaded:
 //
 //   LD_PRELOAD=libfaults.so FAULTS_ACTION=fail FAULTS_AT=17 FAULTS_KINDS=create,write FAULTS_ERRNO=28
 //       kvamigrate replace ...
 //
-// Every call of the program that goes to the disk has a kind and a number, counted from 1 over all threads.
-// The fault happens at the first operation from number FAULTS_AT on whose kind is in FAULTS_KINDS, or of any
-// kind where that is empty. Operations on standard streams and on system folders are neither counted nor
-// failed.
+// Every call of the program that accesses the disk has a kind and a number, counted from 1 over all
+// threads. The fault happens at the first operation from number FAULTS_AT on whose kind is in FAULTS_KINDS,
+// or of any kind if that is empty. Operations on standard streams and on system folders neither count nor
+// fail.
 //
 //   FAULTS_ACTION   list   no fault
 //                   kill   SIGKILL before the operation
@@ -54,31 +55,32 @@ enum class TKind {
   Thread,
 };
 
-// What is to become of an operation.
+// The result to be produced for an operation.
 struct TVerdict {
-  int Errno = 0;       // not 0: fails with it, and nothing is done
+  int Errno = 0;       // not 0: fails with it, without doing anything
   bool Short = false;  // handles half of the bytes
-  bool Part = false;   // handles half of the bytes, and then the process is killed
+  bool Part = false;   // handles half of the bytes; then the process is killed
 };
 
-// Counts an operation and carries out the fault if this is its place. Returns only if the process lives on.
-// `fd` is the file or folder of the operation, or AT_FDCWD; `path` is relative to it, or null.
+// Counts an operation and carries out the fault if it is due. Returns only if the process continues. `fd`
+// is the file or folder of the operation, or AT_FDCWD; `path` is relative to it, or null.
 TVerdict Operation(TKind kind, int fd, const char* path);
 
-// True if the operation is not to be counted: the injector's own, or on files that are no part of the run.
+// Returns whether the operation must not be counted: the injector's own, or on files that are not part of
+// the run.
 bool IsForeign(int fd, const char* path);
 
 [[noreturn]] void Kill();
 
-// For the power cut: `fd` was written, or is on the disk now, or everything is on the disk.
+// For the power cut: `fd` was written, or is flushed, or everything is flushed.
 void NoteWritten(int fd);
 void NoteFlushed(int fd);
 void NoteAllFlushed();
 
-// True if this allocation fails.
+// Returns whether this allocation fails.
 bool FailsAllocation();
 
-// From here on operations and allocations count.
+// Starts counting operations and allocations.
 void Start();
 
 }  // namespace faults
