@@ -1,4 +1,4 @@
-// Byte streams: a file on the file system in force, or memory.
+// Byte streams: a file on the current file system, or memory.
 #pragma once
 
 #include <cstddef>

@@ -50,7 +50,7 @@ std::string ChangeFileExt(std::string_view fileName, std::string_view extension)
 // on another drive.
 std::string ExtractRelativePath(std::string_view baseName, std::string_view fileName);
 
-// --- Single files, on the file system in force (win/FileSystem.h). ---
+// --- Single files, on the current file system (win/FileSystem.h). ---
 bool FileExists(std::string_view fileName);  // false for a folder
 bool DirectoryExists(std::string_view folder);
 // On failure, the operations below set win::GetLastError.
