@@ -43,7 +43,8 @@ const char* EndOfPlain(const char* at, const char* end) {
   return at;
 }
 
-// Returns how much of `units` goes on one line. A multi-byte character of the source code page is not split.
+// Returns the number of `units` that fit on one line. Does not split a multi-byte character of the source
+// code page.
 size_t LineEndOf(std::u16string_view units) {
   return std::min(units.size(), kLineLength);
 }
