@@ -32,10 +32,10 @@ class TFileBuffer {
   // Writes a modified buffer to its file, which is replaced in one step (win::ReplaceFileContents). Returns
   // true if the file now holds the bytes of the buffer. Returns false otherwise, with the reason in
   // win::GetLastError; the buffer stays modified. A file that was changed on the disk is
-  // ERROR_SHARING_VIOLATION and stays as it is, unless `overwriteChanged` is set.
+  // ERROR_SHARING_VIOLATION and is not written, unless `overwriteChanged` is set.
   [[nodiscard]] bool Save(bool overwriteChanged = false);
   // Reads the file again and discards the changes in memory. Returns false if the file cannot be read; the
-  // buffer is then as before. A buffer that was not loaded yet stays so.
+  // buffer is then as before. A buffer that was not loaded yet is not loaded.
   [[nodiscard]] bool Reload();
 
   // Called after each change of Bytes or Modified.

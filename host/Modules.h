@@ -30,7 +30,7 @@ class TFileEditor {
   virtual TEditorKind Kind() const = 0;
   TFileBuffer& Buffer() { return FBuffer; }
   TModule* Module() const { return FModule; }  // null after the host has closed it
-  // Has the observers bring the editor to the front. Does nothing after the host has closed it.
+  // Asks the observers to bring the editor to the front. Does nothing after the host has closed it.
   void Show();
 
  protected:

@@ -11,7 +11,7 @@ namespace host {
 // is kept. No file is accessed.
 std::string ResolveName(std::string_view baseFile, std::string_view name);
 
-// Returns a key that is equal for two names of one file, as far as text can tell: names are compared ignoring
+// Returns a key that is equal for two names of one file, decided by text alone: names are compared ignoring
 // case.
 std::string FileKey(std::string_view fileName);
 
