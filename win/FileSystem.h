@@ -112,13 +112,13 @@ class TFileSystem {
   // ERROR_SHARING_VIOLATION.
   //
   // The target is created or replaced in one step, by a temporary file in its folder that takes its name, so
-  // nobody ever sees half a file under that name. After a failure the target is as it was, the temporary file
-  // is gone, and GetLastError tells why the copy failed. The folder must be writable. A process that is
+  // nobody ever sees half a file under that name. After a failure the target is unchanged, the temporary file
+  // is deleted, and GetLastError has the reason. The folder must be writable. A process that is
   // killed may leave a temporary file ("~kva...$$$"); the next one that replaces a file in the folder deletes
-  // it, if it is certain that its owner is gone.
+  // it, if it is certain that its owner no longer runs.
   //
   // After a power cut the target is as before or as copied if FlushWritten has succeeded since. Otherwise a
-  // file may be empty on file systems that bring names to the disk before contents. The source is not
+  // file may be empty on file systems that write names to the disk before contents. The source is not
   // touched.
   [[nodiscard]] virtual bool CopyFileA(std::string_view source, std::string_view target,
                                        bool failIfExists) = 0;

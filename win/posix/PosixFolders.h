@@ -20,8 +20,8 @@
 //    where a name is found or is about to be created, because a run does many things in one folder in a row.
 //    Of own changes that follow each other within that time only some read the folder's new times; if the
 //    last one did not, the folder is read again. Without this rule a run takes 5 to 10 % more processor time.
-//  - The exact name that is asked for is always looked for on the disk first, and a name that was found here
-//    is proved by the operation for which it was looked up: see TPosixFileSystem::AtPlace.
+//  - The exact name is always looked up on the disk first, and a name that was found here is verified by the
+//    operation for which it was looked up: see TPosixFileSystem::AtPlace.
 #pragma once
 
 #include <cstdint>
@@ -51,7 +51,7 @@ struct TFolderStamp {
 // The names of a folder, by their upper case.
 class TFolderListing {
  public:
-  // Returns the name that `wanted` means: itself if it is there, else the first one in NTFS' order that is
+  // Returns the name that `wanted` means: `wanted` if it exists, else the first one in NTFS' order that is
   // equal in upper case, else null. The result is valid until the listing changes.
   const std::string* Find(std::string_view wanted) const;
   void Add(std::string_view name);
@@ -163,7 +163,7 @@ class TFolderCache {
 class TFolderChange {
  public:
   TFolderChange(TFolderCache& cache, const THostPath& place);
-  // Enters the names that were added and removed; either may be empty. A name that is there is not added
+  // Enters the names that were added and removed; either may be empty. A name that exists is not added
   // twice.
   void Commit(std::string_view added, std::string_view removed = {});
 

@@ -1,7 +1,7 @@
 // A file that is written under a temporary name in its target's folder and then takes the target's name.
 //
 // The temporary file is locked until it has the target's name or is deleted. So a temporary file that can be
-// locked was left by a process that is gone, and may be deleted.
+// locked was left by a process that no longer runs, and may be deleted.
 #pragma once
 
 #include <string>
@@ -33,7 +33,7 @@ class TTemporaryFile {
   bool Finish();
 
   // Renames the file to the target, in one step. With `onlyIfFree`, fails with EEXIST where there is a file
-  // of that name. On failure returns false, with errno, and the target is as it was.
+  // of that name. On failure returns false, with errno, and the target is unchanged.
   bool TakeName(bool onlyIfFree);
 
   // As TakeName, but only if the target has the stamp `expected`. Otherwise fails with ESTALE.

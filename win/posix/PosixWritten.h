@@ -1,6 +1,6 @@
 // Tracks the files that were written but not flushed to the disk yet.
 //
-// The system can be asked for each file by itself (fsync), or for everything that waits on a device (syncfs).
+// The system can flush each file separately (fsync), or everything that is pending for a device (syncfs).
 // The first costs one journal commit a file: 300 ms for a thousand files on a good disk, many times that on a
 // slow one, where the second takes 60 ms. But the second also waits for what other programs have written to
 // the device, which can be any amount. So a few files are flushed one by one, and more of them by device.
