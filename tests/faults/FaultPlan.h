@@ -18,7 +18,7 @@
 //                          program that ends before the fault loses what is not flushed at its end.
 //                   fail   the operation fails with FAULTS_ERRNO
 //                   short  reads, writes and copies handle half of the bytes
-//                   run    the shell runs FAULTS_COMMAND to its end, then the operation goes on
+//                   run    the shell runs FAULTS_COMMAND to its end, then the operation continues
 //                   memory allocation number FAULTS_AT since main() fails
 //   FAULTS_LASTING  1: "fail", "short" and "memory" go on with every later operation of those kinds
 //   FAULTS_LIST     file that gets a line "NUMBER KIND NAME" for each operation when the program ends, or the
