@@ -16,5 +16,4 @@ mapfile -t generated < <(ninja -C $build -t targets all | sed -n 's/^\(.*\.\(moc
 # Only files that the build compiles here: others have no compile commands.
 compiled=$(sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' $build/compile_commands.json)
 git ls-files -- "${@:-.}" | grep '\.cpp$' | sed "s|^|$PWD/|" | grep -xFf - <(echo "$compiled") |
-  xargs -r -P"$(nproc)" -n4 clang-tidy -p $build --quiet 2>/dev/null | grep -v '^[0-9]* warnings generated'
-[ "${PIPESTATUS[0]}" -eq 0 ]
+  xargs -r -P"$(nproc)" -n4 clang-tidy -p $build --quiet 2>/dev/null | { grep -v '^[0-9]* warnings generated' || true; }
