@@ -9,12 +9,11 @@
 #include <QMessageBox>
 #include <QScreen>
 #include <QStatusBar>
-#include <QTabWidget>
 
 #include "MigWizard/run/RExpertRes.h"
 #include "desktop/ChangesView.h"
+#include "desktop/EditorPages.h"
 #include "desktop/FrontEnd.h"
-#include "desktop/MenuBinding.h"
 #include "desktop/ProjectTree.h"
 #include "desktop/QtText.h"
 #include "desktop/SourceEditor.h"
@@ -38,7 +37,12 @@ constexpr char kProjectFilter[] =
 
 }  // namespace
 
-THostWindow::THostWindow(TFrontEnd& frontEnd) : FFrontEnd(frontEnd) {
+THostWindow::THostWindow(TFrontEnd& frontEnd)
+    : FFrontEnd(frontEnd),
+      FMenu(FHost.MainMenu(), *menuBar(), [this](const std::function<void()>& click) { Run(click); }),
+      FRecentItems(FMenu, "FileRecent", [this](size_t index) { OpenRecent(index); }),
+      FPageItems(FMenu, "WindowMenu",
+                 [this](size_t index) { FPages->setCurrentIndex(static_cast<int>(index)); }) {
   setObjectName("HostWindow");
   MakePanes();
   MakeMenu();
@@ -61,37 +65,25 @@ THostWindow::~THostWindow() {
   win::SetDiagnosticsSink(nullptr);
   FFrontEnd.OnModal = nullptr;
   FHost.RemoveObserver(*this);
-  while (FPages->count() > 0) delete FPages->widget(0);  // the pages refer to buffers of the host
+  delete FPages;  // its pages refer to buffers of the host
 }
 
 // --- Window contents ---
 
 void THostWindow::MakePanes() {
-  FPages = new QTabWidget;
-  FPages->setObjectName("Editors");
-  FPages->setDocumentMode(true);
-  FPages->setTabsClosable(true);
-  FPages->setMovable(true);
+  FPages = new TEditorPages(nullptr);
+  FPages->OnRefused = [this](const QString& message) { FFrontEnd.ShowException(FromQt(message)); };
   setCentralWidget(FPages);
   connect(FPages, &QTabWidget::currentChanged, this, [this] { ShowState(); });
-  connect(FPages, &QTabWidget::tabCloseRequested, this, [this](int index) {
-    FPages->setCurrentIndex(index);
-    Run([this] { CloseModule(); });
-  });
+  connect(FPages, &QTabWidget::tabCloseRequested, this,
+          [this](int index) { Run([&] { ClosePage(index); }); });
 
-  const auto addPane = [this](const char* name, const char* title, QWidget* inside, Qt::DockWidgetArea area) {
-    auto* const pane = new QDockWidget(title);
-    pane->setObjectName(name);
-    pane->setWidget(inside);
-    addDockWidget(area, pane);
-    return pane;
-  };
   FTree = new TProjectTree(FHost, nullptr);
   FTree->OnOpen = [this](const std::string& fileName) { Run([&] { OpenFile(fileName); }); };
   FTree->OnActivate = [this](host::TProject& project) { Run([&] { FHost.SetActiveProject(project); }); };
-  FTreePane = addPane("TreePane", "Project", FTree, Qt::LeftDockWidgetArea);
+  FTreePane = AddPane("TreePane", "Project", FTree, Qt::LeftDockWidgetArea);
   FChanges = new TChangesView(nullptr);
-  FChangesPane = addPane("ChangesPane", "Last run", FChanges, Qt::BottomDockWidgetArea);
+  FChangesPane = AddPane("ChangesPane", "Last run", FChanges, Qt::BottomDockWidgetArea);
   FChangesPane->hide();
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
   resizeDocks({FTreePane}, {310}, Qt::Horizontal);
@@ -99,104 +91,71 @@ void THostWindow::MakePanes() {
   statusBar()->addPermanentWidget(FEditorState);
 }
 
-rtl::TMenuItem& THostWindow::AddItem(const char* parent, const char* name, const char* caption,
-                                     std::function<void()> onClick) {
-  rtl::TMainMenu& menu = FHost.MainMenu();
-  rtl::TMenuItem& item = menu.NewItem();
-  item.SetName(name);
-  item.SetCaption(caption);
-  if (onClick) item.SetOnClick([click = std::move(onClick)](rtl::TMenuItem&) { click(); });
-  rtl::TMenuItem& place = *menu.FindItem(parent);
-  place.Insert(place.Count(), item);
-  return item;
+QDockWidget* THostWindow::AddPane(const char* name, const char* title, QWidget* inside,
+                                  Qt::DockWidgetArea area) {
+  auto* const pane = new QDockWidget(title);
+  pane->setObjectName(name);
+  pane->setWidget(inside);
+  addDockWidget(area, pane);
+  return pane;
 }
 
 void THostWindow::MakeMenu() {
-  AddItem("FileMenu", "FileOpen", "&Open Project...", [this] { AskProject(); });
-  AddItem("FileMenu", "FileRecent", "Open &Recent", nullptr);
-  AddItem("FileMenu", "FileLine1", "-", nullptr);
-  AddItem("FileMenu", "FileSave", "&Save", [this] {
+  const auto save = [this] {
     if (TSourceEditor* const page = CurrentEditor()) static_cast<void>(Save(*page->Editor().Module()));
-  });
-  AddItem("FileMenu", "FileSaveAll", "Save A&ll", [this] {
+  };
+  const auto saveAll = [this] {
     for (int i = 0; i < FHost.ModuleCount(); ++i) {
       if (!Save(FHost.Module(i))) break;
     }
-  });
-  AddItem("FileMenu", "FileClose", "&Close", [this] { CloseModule(); });
-  AddItem("FileMenu", "FileCloseAll", "Close &Project", [this] { CloseAll(); });
-  AddItem("FileMenu", "FileLine2", "-", nullptr);
-  AddItem("FileMenu", "FileExit", "E&xit", [this] { close(); });
-  AddItem("WindowMenu", "WindowTree", "&Project", [this] { FTreePane->setVisible(!FTreePane->isVisible()); });
-  AddItem("WindowMenu", "WindowChanges", "Last &Run",
-          [this] { FChangesPane->setVisible(!FChangesPane->isVisible()); });
-  AddItem("WindowMenu", "WindowLine", "-", nullptr);
-  AddItem("HelpMenu", "HelpAbout", "&About", [this] { ShowAbout(); });
-  for (int i = 0; i < TRecentFiles::kMost; ++i) {
-    const std::string name = "FileRecent" + std::to_string(i);
-    FRecentItems.push_back(&AddItem("FileRecent", name.c_str(), "", [this, i] {
-      const std::string project = FRecentFiles.Names()[static_cast<size_t>(i)];
-      if (!OpenProject(project) && !rtl::FileExists(project)) FRecentFiles.Remove(project);
-      ShowRecentFiles();
-    }));
-  }
-  FMenu = std::make_unique<TMenuBinding>(FHost.MainMenu(), *menuBar(),
-                                         [this](const std::function<void()>& click) { Run(click); });
-  const auto setKeys = [this](const char* name, const QKeySequence& keys) {
-    FMenu->ActionOf(*FHost.MainMenu().FindItem(name))->setShortcut(keys);
   };
-  setKeys("FileOpen", QKeySequence::Open);
-  setKeys("FileSave", QKeySequence::Save);
-  setKeys("FileSaveAll", Qt::CTRL | Qt::SHIFT | Qt::Key_S);
-  setKeys("FileClose", Qt::CTRL | Qt::Key_F4);
-  setKeys("FileExit", Qt::ALT | Qt::Key_F4);
+  const QKeySequence shiftS = Qt::CTRL | Qt::SHIFT | Qt::Key_S;
+  FMenu.Add({"FileMenu", "FileOpen", "&Open Project...", QKeySequence::Open, [this] { AskProject(); }});
+  FMenu.Add({"FileMenu", "FileRecent", "Open &Recent"});
+  FMenu.AddLine("FileMenu");
+  FMenu.Add({"FileMenu", "FileSave", "&Save", QKeySequence::Save, save});
+  FMenu.Add({"FileMenu", "FileSaveAll", "Save A&ll", shiftS, saveAll});
+  const QKeySequence closeKeys = Qt::CTRL | Qt::Key_F4;
+  FMenu.Add({"FileMenu", "FileClose", "&Close", closeKeys, [this] { ClosePage(FPages->currentIndex()); }});
+  FMenu.Add({"FileMenu", "FileCloseAll", "Close &Project", {}, [this] { CloseAll(); }});
+  FMenu.AddLine("FileMenu");
+  FMenu.Add({"FileMenu", "FileExit", "E&xit", Qt::ALT | Qt::Key_F4, [this] { close(); }});
+  const auto show = [](QDockWidget* pane) { return [pane] { pane->setVisible(!pane->isVisible()); }; };
+  FMenu.Add({"WindowMenu", "WindowTree", "&Project", {}, show(FTreePane)});
+  FMenu.Add({"WindowMenu", "WindowChanges", "Last &Run", {}, show(FChangesPane)});
+  FMenu.AddLine("WindowMenu");
+  FMenu.Add({"HelpMenu", "HelpAbout", "&About", {}, [this] { ShowAbout(); }});
   ShowRecentFiles();
 }
 
 void THostWindow::ShowRecentFiles() {
-  const std::vector<std::string>& names = FRecentFiles.Names();
-  for (size_t i = 0; i < FRecentItems.size(); ++i) {
-    FRecentItems[i]->SetCaption(
-        i < names.size() ? FromQt(QString("&%1 %2").arg(i + 1).arg(ToQt(names[i]).replace("&", "&&"))) : "");
+  std::vector<std::string> captions;
+  for (const std::string& name : FRecentFiles.Names()) {
+    captions.push_back(FromQt(QString("&%1 %2").arg(captions.size() + 1).arg(ToQt(name).replace("&", "&&"))));
   }
-  FMenu->Sync();
-  FMenu->ActionOf(*FHost.MainMenu().FindItem("FileRecent"))->setEnabled(!names.empty());
+  FRecentItems.Show(captions);
+  FMenu.Enable("FileRecent", !captions.empty());
 }
 
-void THostWindow::ShowOpenEditors() {
-  const size_t count = static_cast<size_t>(FPages->count());
-  while (FWindowItems.size() < count) {
-    const int index = static_cast<int>(FWindowItems.size());
-    FWindowItems.push_back(&AddItem("WindowMenu", "", "", [this, index] { FPages->setCurrentIndex(index); }));
-  }
-  for (size_t i = 0; i < FWindowItems.size(); ++i) {
-    std::string caption;
-    if (i < count) caption = FromQt(FPages->tabText(static_cast<int>(i)));
-    if (FWindowItems[i]->Caption() != caption) FWindowItems[i]->SetCaption(caption);
-  }
+void THostWindow::ShowOpenPages() {
+  std::vector<std::string> captions;
+  for (int i = 0; i < FPages->count(); ++i) captions.push_back(FromQt(FPages->tabText(i)));
+  FPageItems.Show(captions);
 }
 
 void THostWindow::ShowState() {
   const host::TProject* const project = FHost.ActiveProject();
   const QString name = project ? ToQt(rtl::ExtractFileName(project->FileName())) + " - " : QString();
   setWindowTitle(name + kTitle);
-  for (int i = 0; i < FPages->count(); ++i) {
-    host::TFileBuffer& buffer = Page(i)->Editor().Buffer();
-    const QString title = ToQt(rtl::ExtractFileName(buffer.FileName())).replace("&", "&&");
-    FPages->setTabText(i, buffer.Modified() ? title + " *" : title);
-  }
+  FPages->ShowTitles();
   TSourceEditor* const page = CurrentEditor();
   FEditorState->setText(page ? page->State() : QString());
   const bool isOpen = FHost.Group() != nullptr;
-  const auto enable = [this](const char* item, bool isEnabled) {
-    FMenu->ActionOf(*FHost.MainMenu().FindItem(item))->setEnabled(isEnabled);
-  };
-  if (!FMenu) return;
-  enable("FileSave", page != nullptr);
-  enable("FileClose", page != nullptr);
-  enable("FileSaveAll", isOpen);
-  enable("FileCloseAll", isOpen);
-  ShowOpenEditors();
+  FMenu.Enable("FileSave", page != nullptr);
+  FMenu.Enable("FileClose", FPages->count() > 0);
+  FMenu.Enable("FileSaveAll", isOpen);
+  FMenu.Enable("FileCloseAll", isOpen);
+  ShowOpenPages();
 }
 
 void THostWindow::ShowAbout() {
@@ -227,7 +186,7 @@ void THostWindow::Run(const std::function<void()>& event) {
 bool THostWindow::LoadWizard(std::string_view fileName) {
   try {
     FHost.LoadWizardModule(fileName);
-    FMenu->Sync();
+    FMenu.Sync();
     return true;
   } catch (const std::exception& error) {
     rtl::Application().MessageBox("The migration wizard is not available.\n" + std::string(error.what()),
@@ -255,13 +214,19 @@ bool THostWindow::OpenProject(std::string_view fileName) {
   return isOpen;
 }
 
+void THostWindow::OpenRecent(size_t index) {
+  const std::string project = FRecentFiles.Names()[index];
+  if (!OpenProject(project) && !rtl::FileExists(project)) FRecentFiles.Remove(project);
+  ShowRecentFiles();
+}
+
 void THostWindow::OpenFile(const std::string& fileName) {
   host::TModule& module =
       FHost.OpenModule(host::IsFormFile(fileName) ? rtl::ChangeFileExt(fileName, ".pas") : fileName);
   for (int i = 0; i < module.EditorCount(); ++i) {
-    if (rtl::SameText(module.Editor(i).Buffer().FileName(), fileName)) return ShowEditor(module.Editor(i));
+    if (rtl::SameText(module.Editor(i).Buffer().FileName(), fileName)) return FPages->Show(module.Editor(i));
   }
-  if (module.EditorCount() > 0) ShowEditor(module.Editor(0));
+  if (module.EditorCount() > 0) FPages->Show(module.Editor(0));
 }
 
 bool THostWindow::Save(host::TModule& module) {
@@ -271,14 +236,15 @@ bool THostWindow::Save(host::TModule& module) {
   return false;
 }
 
-// Closes the module of the current editor. For a project, only its source page is closed; the project stays
-// open.
-bool THostWindow::CloseModule() {
-  TSourceEditor* const page = CurrentEditor();
-  if (page == nullptr) return true;
-  host::TModule& module = *page->Editor().Module();
-  if (dynamic_cast<host::TProject*>(&module) == nullptr) return module.Close();
-  RemovePage(FPages->currentIndex());
+// Closes the module of the page's editor. For a project, and for a page without an editor, only the page is
+// closed.
+bool THostWindow::ClosePage(int index) {
+  FPages->setCurrentIndex(index);
+  if (TSourceEditor* const page = FPages->EditorAt(index)) {
+    host::TModule& module = *page->Editor().Module();
+    if (dynamic_cast<host::TProject*>(&module) == nullptr) return module.Close();
+  }
+  if (index >= 0) FPages->RemovePage(index);
   return true;
 }
 
@@ -310,47 +276,8 @@ void THostWindow::closeEvent(QCloseEvent* event) {
   reg.WriteString(kSection, kGeometry, saveGeometry().toBase64().toStdString());
 }
 
-// --- Editors ---
-
-TSourceEditor* THostWindow::Page(int index) const {
-  return static_cast<TSourceEditor*>(FPages->widget(index));
-}
-
 TSourceEditor* THostWindow::CurrentEditor() const {
-  return Page(FPages->currentIndex());
-}
-
-TSourceEditor* THostWindow::PageOf(const host::TFileBuffer& buffer) const {
-  for (int i = 0; i < FPages->count(); ++i) {
-    if (&Page(i)->Editor().Buffer() == &buffer) return Page(i);
-  }
-  return nullptr;
-}
-
-void THostWindow::ShowEditor(host::TFileEditor& editor) {
-  TSourceEditor* page = PageOf(editor.Buffer());
-  if (page == nullptr) {
-    page = new TSourceEditor(editor, this);
-    page->OnRefused = [this](const QString& message) { FFrontEnd.ShowException(FromQt(message)); };
-    FPages->addTab(page, "");
-    FPages->setTabToolTip(FPages->indexOf(page), ToQt(editor.Buffer().FileName()));
-  }
-  FPages->setCurrentWidget(page);
-  page->setFocus();
-  ShowState();
-}
-
-// Deletes the page only after the current event, which may be the page's own key press.
-void THostWindow::RemovePage(int index) {
-  TSourceEditor* const page = Page(index);
-  FPages->removeTab(index);
-  page->deleteLater();
-}
-
-void THostWindow::RemoveClosedPages() {
-  for (int i = FPages->count() - 1; i >= 0; --i) {
-    if (Page(i)->Editor().Module() == nullptr) RemovePage(i);
-  }
+  return FPages->CurrentEditor();
 }
 
 // --- Notifications of the host ---
@@ -361,7 +288,7 @@ void THostWindow::ProjectOpened() {
 }
 
 void THostWindow::ProjectClosed() {
-  RemoveClosedPages();
+  FPages->RemoveClosed();
   FTree->Fill();
   ShowState();
 }
@@ -372,20 +299,21 @@ void THostWindow::ActiveProjectChanged() {
 }
 
 void THostWindow::ModuleClosed(host::TModule&) {
-  RemoveClosedPages();
+  FPages->RemoveClosed();
 }
 
 void THostWindow::BufferChanged(host::TFileBuffer& buffer) {
-  if (TSourceEditor* const page = PageOf(buffer)) page->BufferChanged();
+  if (TSourceEditor* const page = FPages->EditorOf(buffer)) page->BufferChanged();
   ShowState();
 }
 
 void THostWindow::EditorShown(host::TFileEditor& editor) {
-  ShowEditor(editor);
+  FPages->Show(editor);
+  ShowState();
 }
 
 void THostWindow::MenuChanged() {
-  if (FMenu) FMenu->Sync();
+  FMenu.Sync();
 }
 
 void THostWindow::RunAdvanced(const toolsapi::TRunStep& step) {

@@ -11,22 +11,22 @@
 #pragma once
 
 #include <QMainWindow>
-#include <map>
 #include <string_view>
 
+#include "desktop/HostMenu.h"
 #include "desktop/ProgressWindow.h"
 #include "desktop/RecentFiles.h"
 #include "desktop/RunRecord.h"
 #include "host/Host.h"
 
+class QDockWidget;
 class QLabel;
-class QTabWidget;
 
 namespace desktop {
 
 class TChangesView;
+class TEditorPages;
 class TFrontEnd;
-class TMenuBinding;
 class TProjectTree;
 class TSourceEditor;
 
@@ -46,7 +46,7 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   void OpenFile(const std::string& fileName);
 
   host::THost& Host() { return FHost; }
-  TMenuBinding& Menu() { return *FMenu; }
+  TMenuBinding& Menu() { return FMenu.Binding(); }
   // Returns the current editor, or null.
   TSourceEditor* CurrentEditor() const;
 
@@ -54,25 +54,20 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  rtl::TMenuItem& AddItem(const char* parent, const char* name, const char* caption,
-                          std::function<void()> onClick);
-  void MakeMenu();
   void MakePanes();
+  QDockWidget* AddPane(const char* name, const char* title, QWidget* inside, Qt::DockWidgetArea area);
+  void MakeMenu();
   void ShowRecentFiles();
-  void ShowOpenEditors();
+  void ShowOpenPages();
   void ShowState();
 
   // Handles an event: shows exceptions, and afterwards the changes made by a run.
   void Run(const std::function<void()>& event);
   void AskProject();
+  void OpenRecent(size_t index);
   bool Save(host::TModule& module);
-  bool CloseModule();
+  bool ClosePage(int index);
   bool CloseAll();
-  void ShowEditor(host::TFileEditor& editor);
-  TSourceEditor* PageOf(const host::TFileBuffer& buffer) const;
-  TSourceEditor* Page(int index) const;
-  void RemovePage(int index);
-  void RemoveClosedPages();
   void ShowAbout();
   host::TSaveAnswer AskToSave(const host::TModule& module);
 
@@ -91,15 +86,15 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   TRecentFiles FRecentFiles;
   TProgressWindow FProgress;
   TRunRecord FRecord;
-  std::unique_ptr<TMenuBinding> FMenu;
+  THostMenu FMenu;
+  TMenuList FRecentItems;
+  TMenuList FPageItems;
   TProjectTree* FTree = nullptr;
-  QTabWidget* FPages = nullptr;
+  TEditorPages* FPages = nullptr;
   TChangesView* FChanges = nullptr;
   QDockWidget* FTreePane = nullptr;
   QDockWidget* FChangesPane = nullptr;
   QLabel* FEditorState = nullptr;
-  std::vector<rtl::TMenuItem*> FRecentItems;
-  std::vector<rtl::TMenuItem*> FWindowItems;
   std::string FLastDiagnostic;
 };
 

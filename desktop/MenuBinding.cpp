@@ -35,8 +35,10 @@ void TMenuBinding::SyncItems(rtl::TMenuItem& parent, QWidget& place) {
     rtl::TMenuItem& item = parent[i];
     QAction* const action = ActionOf(item);
     action->setObjectName(ToQt(item.Name()));
-    action->setSeparator(item.Caption() == "-");
-    action->setText(ToQt(item.Caption()));
+    const bool isLine = item.Caption() == "-";
+    action->setSeparator(isLine);
+    action->setText(isLine ? QString()
+                           : ToQt(item.Caption()));  // a separator with a text is drawn as a heading
     action->setVisible(!item.Caption().empty());
     if (item.Count() > 0 && action->menu() == nullptr)
       action->setMenu(FMenus.emplace_back(std::make_unique<QMenu>()).get());
