@@ -4,6 +4,9 @@
 # Exit status 1 if a target finds an input that breaks one of its properties. That input is kept.
 #
 #   fuzz/run.sh SECONDS [TARGET...]
+#
+# SEED=N sets the seed of the random numbers. The default is 1, so that the outcome of a check does not depend on
+# luck; 0 takes a new seed each time, for long runs that search.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/packages.sh
@@ -25,7 +28,7 @@ python3 -B fuzz/seeds.py "$build/seeds"
 run_target() {
   local name=$1 log=$build/$1.log status=0 found
   mkdir -p "$build/corpus/$name" "$build/found"
-  "$build/fuzz/$name" -max_total_time="$seconds" -max_len=4096 -timeout=25 -print_final_stats=1 \
+  "$build/fuzz/$name" -max_total_time="$seconds" -seed="${SEED:-1}" -max_len=4096 -timeout=25 -print_final_stats=1 \
     -artifact_prefix="$build/found/$name-" \
     "$build/corpus/$name" "$build/seeds/$name" >"$log" 2>&1 </dev/null || status=1
   found=$(grep -o 'cov: [0-9]* ft: [0-9]* corp: [0-9]*' "$log" | tail -1 | awk '{print $2, $4, $6}')

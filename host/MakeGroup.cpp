@@ -132,7 +132,11 @@ class TBpgReader {
         throw EHostError(At(FFileName, FProjects->second, "there is no rule for " + Quoted(words[i]) + "."));
       }
       const auto& [source, line] = rule->second;
-      projects.push_back({.Name = Joined(Words(source)), .Line = line});
+      const std::string project = Joined(Words(source));
+      if (project.empty()) {
+        throw EHostError(At(FFileName, line, "the rule for " + Quoted(target) + " names no project."));
+      }
+      projects.push_back({.Name = project, .Line = line});
       i = next;
     }
     return projects;

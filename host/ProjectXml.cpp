@@ -199,6 +199,9 @@ TXmlProject ReadBdsproj(std::string_view xml, std::string_view fileName) {
     if (name == "Source" && node.attribute("Name").value() == std::string_view("MainSource")) {
       project.MainSource = {.Name = std::string(TrimmedValue(node)), .Line = file.LineOf(node)};
     } else if (name == "File" && node.attribute("FileName")) {
+      if (rtl::Trim(node.attribute("FileName").value()).empty()) {
+        file.Fail(file.LineOf(node), "the attribute FileName of <File> is empty.");
+      }
       project.Units.push_back({.Name = node.attribute("FileName").value(),
                                .FormName = node.attribute("FormName").value(),
                                .FormClass = node.attribute("DesignClass").value(),
@@ -233,6 +236,10 @@ std::vector<TFileReference> ReadBdsgroup(std::string_view xml, std::string_view 
     // The entry "Targets" lists the names of the others.
     const pugi::xml_attribute name = node.attribute("Name");
     if (node.name() == std::string_view("Projects") && name && name.value() != std::string_view("Targets")) {
+      if (TrimmedValue(node).empty()) {
+        file.Fail(file.LineOf(node),
+                  "the entry " + Quoted(name.value()) + " of <Projects> names no project.");
+      }
       projects.push_back({.Name = std::string(TrimmedValue(node)), .Line = file.LineOf(node)});
     }
   });

@@ -135,6 +135,8 @@ TEST(ProjectXmlTest, Projects) {
        "! C:\\p\\App.dproj(2): this is not well-formed XML: <DCCReference> has two attributes \"Include\"."},
       {ReadDproj, "<Project/>",
        "! C:\\p\\App.dproj: this is no project: it names neither a main source nor units."},
+      {ReadBdsproj, "<BorlandProject>\n<File FileName=' '/></BorlandProject>",
+       "! C:\\p\\App.dproj(2): the attribute FileName of <File> is empty."},
       {ReadBdsproj, "<BorlandProject/>", "! C:\\p\\App.dproj: this is no project: it names no main source."},
   };
   for (const auto& row : rows) EXPECT_EQ(XmlProject(row.Read, row.Xml), row.Result) << row.Xml;
@@ -159,6 +161,11 @@ TEST(ProjectXmlTest, Groups) {
                                     "<Projects Name='A.exe'>A.bdsproj</Projects></Projects></BorlandProject>",
                                     "G")),
             "A.bdsproj@2");
+  EXPECT_EQ(Outcome([] {
+              return References(ReadBdsgroup(
+                  "<BorlandProject>\n<Projects Name='A.exe'> </Projects></BorlandProject>", "G"));
+            }),
+            "! G(2): the entry \"A.exe\" of <Projects> names no project.");
 }
 
 TEST(MakeGroupTest, Groups) {
@@ -173,6 +180,7 @@ TEST(MakeGroupTest, Groups) {
       {"PROJECTS = C:\\out\\A.exe\nC:\\out\\A.exe: A.dpr\n", "A.dpr@2"},
       {"PROJECTS = My App.exe \"Your App.exe\"\nMy App.exe: My App.dpr\n\"Your App.exe\": \"Your App.dpr\"",
        "My App.dpr@2 Your App.dpr@3"},
+      {"PROJECTS = A.exe\n\nA.exe: \"\"", "! G(3): the rule for \"A.exe\" names no project."},
       {"\nPROJECTS = A.exe B.exe\nA.exe: A.dpr", "! G(2): there is no rule for \"B.exe\"."},
       {"program P; uses A;", "! G: this is no project group: it has no macro PROJECTS."},
   };
