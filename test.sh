@@ -11,7 +11,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 . scripts/packages.sh
 
 # The tests that the thread sanitizer sees: whole runs and what their threads share.
-whole_runs='^(.*/)?(Golden|Run|Team|WorkQueue|Replace|Wizard|Expert|CommandLine)'
+whole_runs='^(.*/)?(Golden|Run|StrictRun|FilesAhead|WorkQueue|Replace|Wizard|Expert|CommandLine)'
 
 run_leg() {
   local preset=$1 targets=(all) selection=()

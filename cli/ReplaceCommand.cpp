@@ -67,13 +67,14 @@ int Stopped(const std::string& message, const std::string& hint) {
   return kExitException;
 }
 
-// Returns false, after a message, if something of the account of the run could not be made. The run itself is over.
-bool FinishReport(TRunReport& report) {
+// Returns false, after a message, if the summary or a report could not be made. The run itself is over.
+bool FinishReport(TRunReport& report, bool isDryRun) {
   try {
     return report.Finish();
   } catch (const std::bad_alloc&) {
     ComplainOutOfMemory({});
-    Note("The run is complete, and only its summary or a report is missing.");
+    Note(isDryRun ? "No file was changed. The summary or a report is missing."
+                  : "The run is complete, and only its summary or a report is missing.");
     return false;
   }
 }
@@ -95,7 +96,7 @@ int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TC
     const bool succeeded = line.DryRun || replacer.Replace();
     const size_t leftOut = replacer.LeftOut().size() + scope.MissingUnits;
     if (leftOut > 0) Note("Left out, as said above: " + std::to_string(leftOut) + ".");
-    const bool isReported = FinishReport(report);
+    const bool isReported = FinishReport(report, line.DryRun);
     if (!succeeded) return PrintOutcome(false, mig::SReplaceSuccess, mig::SReplaceFailed, line.Quiet);
     // A run that left files out is no success, even though each file that it converted is in place.
     if (leftOut > 0 || !isReported) return kExitPart;

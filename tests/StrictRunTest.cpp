@@ -114,7 +114,7 @@ TEST_F(StrictRunTest, AnEditIsNeverLost) {
           "\"<dir>\\src\\A.pas\" could not be replaced. It was changed while the run was at work.\n"
           "\"<dir>\\src\\Sub\\B.pas\" was not replaced, because another file or folder before it failed.\n"
           "\"<dir>\\src\\Sub\\B.DFM\" was not replaced, because another file or folder before it failed.\n");
-    } else if (Read("src/A.pas") != edited) {
+    } else if (files.Count() >= n && Read("src/A.pas") != edited) {
       TakeBack();
       EXPECT_EQ(Read("src/A.pas"), edited);
     }
@@ -138,8 +138,12 @@ TEST_F(StrictRunTest, ASecondRunIsRefusedWhileTheFirstIsAtWork) {
     };
     const std::string outcome = Outcome(files);
     operations = std::max(operations, files.Count());
+    // The number of calls differs between runs: a backup is compared by its bytes if its times do not decide.
+    if (second == "not run") {
+      Reset(before);
+      continue;
+    }
     SCOPED_TRACE(files.Calls()[n - 1]);
-    if (second == "not run") continue;
     if (outcome == "True") {
       EXPECT_TRUE(second == "Another run is at work in the folder \"<dir>\\src\"." || second == "none")
           << second;
