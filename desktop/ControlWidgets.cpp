@@ -14,10 +14,10 @@
 #include <QStyle>
 #include <cstdlib>
 
-#include "desktop/FormLayout.h"
+#include "desktop/PicturePixmap.h"
 #include "desktop/QtText.h"
-#include "desktop/WizardPicture.h"
 #include "rtl/forms/Application.h"
+#include "rtl/forms/FormRows.h"
 #include "win/paths/Drives.h"
 
 namespace desktop {
@@ -25,7 +25,6 @@ namespace desktop {
 namespace {
 
 constexpr int kIconSize = 48;
-constexpr int kVisibleEntries = 6;
 
 // Converts a host path that the user typed to a Windows path. Returns any other text unchanged.
 std::string AsWindowsPath(const std::string& typed) {
@@ -41,7 +40,7 @@ class TLabelWidget : public TControlWidget {
   TLabelWidget(const rtl::TLabel& label, QWidget* parent)
       : TControlWidget(label, new QLabel(parent)), FLabel(label), FView(static_cast<QLabel*>(Widget())) {
     FView->setTextFormat(Qt::PlainText);
-    const bool scrolls = label.Parent() != nullptr && label.Parent()->Kind() == rtl::TControlKind::ScrollBox;
+    const bool scrolls = label.Scrolls();
     // Make scrolling text readable, and possible to copy, from the keyboard.
     if (scrolls) FView->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     FView->setWordWrap(!scrolls);
@@ -152,7 +151,7 @@ class TCheckListWidget : public TControlWidget {
         FList(list),
         FView(static_cast<QListWidget*>(Widget())) {
     FView->setUniformItemSizes(true);
-    FView->setMinimumHeight(FView->fontMetrics().lineSpacing() * kVisibleEntries);
+    FView->setMinimumHeight(FView->fontMetrics().lineSpacing() * rtl::kVisibleEntries);
     QObject::connect(FView, &QListWidget::itemChanged, FView, [this, &run](const QListWidgetItem* item) {
       run([&] { FList.SetChecked(FView->row(item), item->checkState() == Qt::Checked); });
     });
@@ -201,7 +200,7 @@ class TScrollWidget : public TControlWidget {
     auto* const view = static_cast<QScrollArea*>(Widget());
     view->setWidget(FInside);
     view->setWidgetResizable(true);
-    view->setMinimumHeight(view->fontMetrics().lineSpacing() * kVisibleEntries);
+    view->setMinimumHeight(view->fontMetrics().lineSpacing() * rtl::kVisibleEntries);
     view->setBackgroundRole(QPalette::Base);
   }
   QWidget* Inside() const override { return FInside; }
@@ -222,7 +221,7 @@ class TImageWidget : public TControlWidget {
     if (FImage.SystemIcon() == rtl::IDI_QUESTION) {
       FView->setPixmap(FView->style()->standardIcon(QStyle::SP_MessageBoxQuestion).pixmap(kIconSize));
     } else {
-      FView->setPixmap(WizardPicture(FView->devicePixelRatioF()));
+      FView->setPixmap(PixmapOf(FImage.Picture(), FView->devicePixelRatioF()));
     }
   }
 
@@ -230,6 +229,15 @@ class TImageWidget : public TControlWidget {
   const rtl::TImage& FImage;
   QLabel* FView;
 };
+
+// Returns a horizontal line in a colour that is unobtrusive on light and dark backgrounds.
+QFrame* NewLine(QWidget* parent) {
+  auto* const line = new QFrame(parent);
+  line->setFrameShape(QFrame::HLine);
+  line->setFrameShadow(QFrame::Plain);
+  line->setForegroundRole(QPalette::Mid);
+  return line;
+}
 
 // A control that only contains others, or a line.
 class TPlainWidget : public TControlWidget {

@@ -1,5 +1,4 @@
-// The layout of a form. Controls follow each other in tab order, one per row. A table lists the few that
-// are placed differently. Controls added by a derived form need no entry.
+// The layout of a form: its rows (rtl/forms/FormRows.h) as Qt layouts.
 #pragma once
 
 #include <QBoxLayout>
@@ -8,15 +7,11 @@
 
 #include "rtl/forms/Forms.h"
 
-class QFrame;
 class QWidget;
 
 namespace desktop {
 
 using TWidgetOf = std::function<QWidget*(const rtl::TControl&)>;
-
-// Returns a horizontal line in a colour that is unobtrusive on light and dark backgrounds.
-QFrame* NewLine(QWidget* parent);
 
 // Lays out the controls of a page or another container in `inside`.
 void LayOutBox(const std::vector<rtl::TControl*>& controls, QWidget* inside, const TWidgetOf& widgetOf);

@@ -15,32 +15,6 @@
 
 namespace desktop {
 
-namespace {
-
-// The width of a page, in average characters of its font, and its minimum height, which is that of the
-// picture.
-constexpr int kPageWidth = 68;
-constexpr int kPageHeight = 260;
-// The minimum width of a window, in the same unit.
-constexpr int kWindowWidth = 62;
-
-bool IsInput(const rtl::TControl& control) {
-  using rtl::TControlKind;
-  switch (control.Kind()) {
-    case TControlKind::Edit:
-    case TControlKind::ComboBox:
-    case TControlKind::CheckListBox:
-    case TControlKind::CheckBox:
-      return true;
-    case TControlKind::RadioButton:
-      return static_cast<const rtl::TRadioButton&>(control).Checked();
-    default:
-      return false;
-  }
-}
-
-}  // namespace
-
 TFormWindow::TFormWindow(rtl::TForm& form, QWidget* parent) : QDialog(parent), FForm(form) {
   FRunner = [this](const auto& event) { RunEvent(event); };
   FClickRunner = [this](const auto& click) {
@@ -57,7 +31,7 @@ TFormWindow::TFormWindow(rtl::TForm& form, QWidget* parent) : QDialog(parent), F
   ConnectLabels();
   SetTabOrder();
   for (const auto& [control, widget] : FWidgets) widget->ShowAll();
-  setMinimumWidth(fontMetrics().averageCharWidth() * kWindowWidth);
+  setMinimumWidth(fontMetrics().averageCharWidth() * form.MinimumWidth());
   form.SetView(this);
   CaptionChanged();
   connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
@@ -80,7 +54,8 @@ void TFormWindow::AddWidgets(const std::vector<rtl::TControl*>& controls, QWidge
     if (control->Kind() == rtl::TControlKind::PageControl) {
       auto* const pages = static_cast<QStackedWidget*>(inside);
       for (const rtl::TControl* page : control->Controls()) pages->addWidget(WidgetOf(*page));
-      inside->setMinimumSize(fontMetrics().averageCharWidth() * kPageWidth, kPageHeight);
+      const rtl::TPlace& place = control->Place();
+      inside->setMinimumSize(fontMetrics().averageCharWidth() * place.Width, place.Height);
     } else {
       LayOutBox(control->Controls(), inside, [this](const rtl::TControl& inner) { return WidgetOf(inner); });
       if (control->Kind() == rtl::TControlKind::TabSheet) inside->layout()->setContentsMargins(0, 0, 0, 0);
@@ -142,25 +117,10 @@ void TFormWindow::BeIdle() {
   RunEvent([this] { FForm.UpdateActions(); });
   const rtl::TButton* const defaultButton = FForm.DefaultButton();
   if (defaultButton != nullptr) static_cast<QPushButton*>(WidgetOf(*defaultButton))->setDefault(true);
-  if (FPageTurned) FocusPage();
+  const rtl::TControl* const first = FPageTurned ? FForm.FirstControl() : nullptr;
+  if (first != nullptr) WidgetOf(*first)->setFocus();
   FPageTurned = false;
   FIsIdle = false;
-}
-
-// Sets the focus to the first control of the page that takes input, or else to the button that continues.
-// So the Enter key alone is enough to step through all pages and to answer a question.
-void TFormWindow::FocusPage() {
-  QWidget* widget = nullptr;
-  for (const rtl::TControl* control : FOrder) {
-    const bool isOnPage =
-        control->Parent() != nullptr && WidgetOf(*control)->isVisible() && control->Enabled();
-    if (isOnPage && IsInput(*control)) {
-      widget = WidgetOf(*control);
-      break;
-    }
-  }
-  if (widget == nullptr && FForm.DefaultButton() != nullptr) widget = WidgetOf(*FForm.DefaultButton());
-  if (widget != nullptr) widget->setFocus();
 }
 
 void TFormWindow::ControlChanged(const rtl::TControl& control, rtl::TChange what) {

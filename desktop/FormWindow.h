@@ -41,7 +41,6 @@ class TFormWindow : public QDialog, public rtl::IFormView {
   void Place();
   void RunEvent(const std::function<void()>& event);
   void BeIdle();
-  void FocusPage();
 
   rtl::TForm& FForm;
   TEventRunner FRunner;

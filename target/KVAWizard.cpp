@@ -1,5 +1,7 @@
 #include "target/KVAWizard.h"
 
+#include "target/KVAPicture.h"
+
 namespace target {
 
 namespace {
@@ -10,8 +12,9 @@ constexpr char kReplaceBDE[] = "&Replace BDE components";
 
 // clang-format off
 constexpr rtl::TControlRow kControls[] = {
+    {.Parent = "", .Kind = Image, .Name = "Image1", .Picture = &KVAPicture},
     {.Parent = "Step1Sheet", .Kind = RadioButton, .Name = "rbModeReplace", .Text = kReplaceBDE,
-     .Checked = true, .OnClick = "rbModeReplaceClick"},
+     .Checked = true, .OnClick = "rbModeReplaceClick", .Place = {.GapAbove = true}},
     {.Parent = "Step1Sheet", .Kind = RadioButton, .Name = "rbModeReplaceIBX", .Text = "Replace &IBX components",
      .OnClick = "rbModeReplaceClick"},
     {.Parent = "Step1Sheet", .Kind = RadioButton, .Name = "rbModeRestore",

@@ -15,8 +15,9 @@ constexpr rtl::TControlRow kControls[] = {
     {.Parent = "", .Kind = Image, .Name = "Image1"},
     {.Parent = "", .Kind = Label, .Name = "lblWarn", .Text = "All modified files will be saved. Continue?"},
     {.Parent = "", .Kind = Label, .Name = "Label2", .Text = "Note:"},
-    {.Parent = "", .Kind = Label, .Name = "lblNote", .Text = "lblNote"},
-    {.Parent = "", .Kind = CheckBox, .Name = "chkDontAsk", .Text = "&Don't ask me this again"},
+    {.Parent = "", .Kind = Label, .Name = "lblNote", .Text = "lblNote", .Place = {.Beside = true}},
+    {.Parent = "", .Kind = CheckBox, .Name = "chkDontAsk", .Text = "&Don't ask me this again",
+     .Place = {.GapAbove = true}},
     {.Parent = "", .Kind = Bevel, .Name = "Bevel1"},
     {.Parent = "", .Kind = Button, .Name = "OKBtn", .Text = "&Yes", .Default = true, .ModalResult = rtl::mrYes},
     {.Parent = "", .Kind = Button, .Name = "CancelBtn", .Text = "&No", .Cancel = true, .ModalResult = rtl::mrNo},
@@ -39,7 +40,7 @@ constexpr TQuestion kQuestions[] = {
 // clang-format on
 
 constexpr rtl::TFormResource kResource = {
-    .Name = "SaveWarnForm", .Caption = "BDE Migration Wizard", .Controls = kControls};
+    .Name = "SaveWarnForm", .Caption = "BDE Migration Wizard", .MinimumWidth = 62, .Controls = kControls};
 
 const TQuestion& Question(bool isProject, bool isRestore) {
   const TQuestion* question = kQuestions;

@@ -9,9 +9,10 @@ namespace rtl {
 // Each constructor calls its own Assign, qualified, because a base constructor cannot call an override.
 
 TControl::TControl(TForm& form, TControl* parent, const TControlRow& row)
-    : FForm(form), FParent(parent), FKind(row.Kind), FName(row.Name), FText(row.Text) {}
+    : FForm(form), FParent(parent), FKind(row.Kind), FName(row.Name), FText(row.Text), FPlace(row.Place) {}
 
 void TControl::Assign(const TControlRow& row) {
+  FPlace = row.Place;
   SetText(row.Text);
 }
 
@@ -47,6 +48,10 @@ void TLabel::Assign(const TControlRow& row) {
   TControl::Assign(row);
   FBold = row.Bold;
   FFocusControl = row.FocusControl;
+}
+
+bool TLabel::Scrolls() const {
+  return Parent() != nullptr && Parent()->Kind() == TControlKind::ScrollBox;
 }
 
 TControl* TLabel::FocusControl() const {
@@ -188,6 +193,15 @@ void TPageControl::SetActivePageIndex(int index) {
   if (FActivePageIndex == index) return;
   FActivePageIndex = index;
   Changed(TChange::ActivePage);
+}
+
+TImage::TImage(TForm& form, TControl* parent, const TControlRow& row) : TControl(form, parent, row) {
+  TImage::Assign(row);
+}
+
+void TImage::Assign(const TControlRow& row) {
+  TControl::Assign(row);
+  FPicture = row.Picture;
 }
 
 void TImage::SetSystemIcon(int identifier) {

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "rtl/forms/Picture.h"
 #include "rtl/text/StringList.h"
 
 namespace rtl {
@@ -44,6 +45,15 @@ inline constexpr int mrCancel = 2;
 inline constexpr int mrYes = 6;
 inline constexpr int mrNo = 7;
 
+// The place of a control in its parent. By default, a control has a row of its own below the previous one.
+struct TPlace {
+  bool Beside = false;    // in the row of the previous control
+  bool Indented = false;  // aligned with the text of a check box above it
+  bool GapAbove = false;
+  int Width = 0;   // minimum width, in average characters of the font
+  int Height = 0;  // minimum height, in device-independent pixels
+};
+
 // One row of a form resource: a control and its design-time properties. Which properties apply depends on
 // the kind.
 struct TControlRow {
@@ -60,6 +70,8 @@ struct TControlRow {
   std::string_view FocusControl = {};  // label: the control that its accelerator focuses
   std::string_view OnClick = {};       // the event of radio button, check box and button
   std::string_view OnChange = {};      // the event of edit and combo box
+  TPicture (*Picture)() = nullptr;     // draws the picture of an image
+  TPlace Place = {};
 };
 
 class TControl {
@@ -79,6 +91,7 @@ class TControl {
   void SetText(std::string_view text);
   bool Enabled() const { return FEnabled; }
   void SetEnabled(bool enabled);
+  const TPlace& Place() const { return FPlace; }
 
   // Makes this control the form's active control.
   void SetFocus();
@@ -96,6 +109,7 @@ class TControl {
   TControlKind FKind;
   std::string FName;
   std::string FText;
+  TPlace FPlace;
   std::vector<TControl*> FControls;
   bool FEnabled = true;
 };
@@ -105,6 +119,7 @@ class TLabel : public TControl {
   TLabel(TForm& form, TControl* parent, const TControlRow& row);
   bool Bold() const { return FBold; }
   TControl* FocusControl() const;  // null if there is none
+  bool Scrolls() const;            // its parent is a scroll box
   void Assign(const TControlRow& row) override;
 
  private:
@@ -236,14 +251,18 @@ class TPageControl : public TControl {
   int FActivePageIndex = 0;
 };
 
-// A picture supplied by the front end: a system icon, or the form's own picture of the control's name.
+// A system icon, or a picture of the form.
 class TImage : public TControl {
  public:
-  using TControl::TControl;
+  TImage(TForm& form, TControl* parent, const TControlRow& row);
   int SystemIcon() const { return FSystemIcon; }  // an icon identifier such as 32514, or 0
   void SetSystemIcon(int identifier);
+  // Returns the form's picture; it has no shapes if there is none.
+  TPicture Picture() const { return FPicture != nullptr ? FPicture() : TPicture(); }
+  void Assign(const TControlRow& row) override;
 
  private:
+  TPicture (*FPicture)() = nullptr;
   int FSystemIcon = 0;
 };
 

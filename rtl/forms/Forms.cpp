@@ -43,6 +43,31 @@ void AssignUnlessEmpty(std::string& field, std::string_view value) {
   if (!value.empty()) field = value;
 }
 
+bool TakesInput(const TControl& control) {
+  switch (control.Kind()) {
+    case TControlKind::Edit:
+    case TControlKind::ComboBox:
+    case TControlKind::CheckListBox:
+    case TControlKind::CheckBox:
+      return control.Enabled();
+    case TControlKind::RadioButton:
+      return control.Enabled() && static_cast<const TRadioButton&>(control).Checked();
+    default:
+      return false;
+  }
+}
+
+// Returns the first visible control inside `container` that takes input; null if there is none.
+TControl* FirstInput(const TControl& container) {
+  const bool isStack = container.Kind() == TControlKind::PageControl;
+  const TControl& page = isStack ? static_cast<const TPageControl&>(container).ActivePage() : container;
+  for (TControl* control : page.Controls()) {
+    if (TakesInput(*control)) return control;
+    if (TControl* const inside = FirstInput(*control)) return inside;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 TForm::TForm(const TFormResource& resource, const TFormResource& derived) {
@@ -57,6 +82,7 @@ void TForm::Read(const TFormResource& resource) {
   AssignUnlessEmpty(FCaption, resource.Caption);
   AssignUnlessEmpty(FOnShow, resource.OnShow);
   AssignUnlessEmpty(FOnClose, resource.OnClose);
+  if (resource.MinimumWidth != 0) FMinimumWidth = resource.MinimumWidth;
   for (const TActionRow& row : resource.Actions) FActions.push_back(std::make_unique<TAction>(*this, row));
   for (const TControlRow& row : resource.Controls) ReadControl(row);
 }
@@ -113,6 +139,13 @@ TButton* TForm::FindButton(bool (TButton::*role)() const) const {
     if ((button->*role)()) return button;
   }
   return nullptr;
+}
+
+TControl* TForm::FirstControl() const {
+  for (const TControl* control : FControls) {
+    if (TControl* const first = FirstInput(*control)) return first;
+  }
+  return DefaultButton();
 }
 
 TControl* TForm::FindControl(std::string_view name) const {

@@ -44,6 +44,7 @@ struct TFormResource {
   std::string_view Caption;
   std::string_view OnShow = {};
   std::string_view OnClose = {};
+  int MinimumWidth = 0;  // of the window, in average characters of the font
   std::span<const TActionRow> Actions = {};
   std::span<const TControlRow> Controls = {};
 };
@@ -68,6 +69,9 @@ class TForm {
   void SetTop(int top) { FTop = top; }
   bool Centered() const { return FLeft == 0 && FTop == 0; }
 
+  // Returns the minimum width of the window, in average characters of the font.
+  int MinimumWidth() const { return FMinimumWidth; }
+
   // Shows the form until it has a modal result, and returns it. Fires OnShow first and OnClose last.
   int ShowModal();
   int ModalResult() const { return FModalResult; }
@@ -84,6 +88,10 @@ class TForm {
   // Return the button for the Enter or the Cancel key: the first enabled one with that property, or null.
   TButton* DefaultButton() const { return FindButton(&TButton::Default); }
   TButton* CancelButton() const { return FindButton(&TButton::Cancel); }
+  // Returns the control that gets the focus when a page appears: the first enabled one on the page that takes
+  // input (of radio buttons, the checked one), or else the default button; null if there is neither. So the
+  // Enter key alone is enough to step through all pages and to answer a question.
+  TControl* FirstControl() const;
 
   // Return the control of that name, ignoring case. If there is none, the first returns null, the second
   // raises EAssertionFailed.
@@ -126,6 +134,7 @@ class TForm {
   int FModalResult = mrNone;
   int FLeft = 0;
   int FTop = 0;
+  int FMinimumWidth = 0;
 };
 
 }  // namespace rtl
