@@ -4,15 +4,20 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QStringList>
+#include <algorithm>
 
 #include "desktop/FormWindow.h"
 #include "desktop/QtText.h"
+#include "desktop/QuestionWindow.h"
 #include "qrl/QrlVcl.h"
 #include "win/paths/Drives.h"
 
 namespace desktop {
 
 namespace {
+
+constexpr qsizetype kMostLines = 10;  // of a message box
+constexpr size_t kMostBytes = 1000;
 
 void ShowWaitCursor(bool waiting) {
   if (waiting) {
@@ -64,6 +69,19 @@ void TFrontEnd::ShowModal(rtl::TForm& form) {
 
 void TFrontEnd::ShowMessage(int icon, const QString& title, std::string_view text) {
   BeforeModal();
+  const size_t firstEnd = text.find('\n');
+  if (firstEnd < kMostBytes &&
+      (text.size() > kMostBytes || std::count(text.begin(), text.end(), '\n') > kMostLines)) {
+    const unsigned flags = icon == QMessageBox::Critical ? rtl::MB_ICONERROR : rtl::MB_ICONINFORMATION;
+    TQuestionWindow({.Caption = FromQt(title),
+                     .Text = std::string(text.substr(0, firstEnd)),
+                     .Flags = flags,
+                     .Details = {std::string(text.substr(firstEnd + 1))},
+                     .Buttons = {"OK"}},
+                    QApplication::activeWindow())
+        .Run();
+    return;
+  }
   QMessageBox box(static_cast<QMessageBox::Icon>(icon), title, ToQt(text), QMessageBox::Ok,
                   QApplication::activeWindow());
   box.setTextFormat(Qt::PlainText);
@@ -112,6 +130,12 @@ bool TFrontEnd::TakePath(const QString& hostPath, std::string& path) {
 
 void TFrontEnd::ShowException(std::string_view message) {
   ShowMessage(QMessageBox::Critical, FTitle, message);
+}
+
+std::optional<int> TFrontEnd::Ask(const rtl::TQuestion& question) {
+  BeforeModal();
+  FHasShownError = FHasShownError || question.Flags == rtl::MB_ICONERROR;
+  return TQuestionWindow(question, QApplication::activeWindow()).Run();
 }
 
 QString ToQtFilter(std::string_view filter) {

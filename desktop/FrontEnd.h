@@ -31,11 +31,13 @@ class TFrontEnd : public rtl::IFrontEnd {
   bool SelectDirectory(std::string_view caption, std::string_view root, std::string& directory) override;
   bool OpenFile(rtl::TOpenDialog& dialog) override;
   void ShowException(std::string_view message) override;
+  std::optional<int> Ask(const rtl::TQuestion& question) override;
 
  private:
   void BeforeModal() const {
     if (OnModal) OnModal();
   }
+  // Shows a long text with its lines after the first in an area that scrolls.
   void ShowMessage(int icon, const QString& title, std::string_view text);
   bool TakePath(const QString& hostPath, std::string& path);
 

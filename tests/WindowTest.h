@@ -12,6 +12,7 @@
 
 #include "desktop/FrontEnd.h"
 #include "desktop/QtText.h"
+#include "desktop/QuestionWindow.h"
 #include "tests/Scratch.h"
 
 namespace tests {
@@ -27,7 +28,8 @@ class TWindowTest : public testing::Test {
                           std::filesystem::copy_options::recursive);
   }
 
-  // Runs `use`, which opens windows, and performs the acts on them. Records the texts of message boxes.
+  // Runs `use`, which opens windows, and performs the acts on them. Records the texts of message boxes and
+  // questions.
   void Do(const std::function<void()>& use, TActs acts) {
     int patience = 0;
     QObject alive;  // ends the timers of this use
@@ -44,6 +46,8 @@ class TWindowTest : public testing::Test {
       acts.pop_front();
       if (const auto* box = qobject_cast<QMessageBox*>(window))
         FMessages.push_back(box->text().toStdString());
+      if (const auto* question = dynamic_cast<desktop::TQuestionWindow*>(window))
+        FMessages.push_back(question->Message().toStdString());
       BeforeAct(*window);
       act(*window);
     };

@@ -20,6 +20,10 @@ void TApplication::MessageBox(std::string_view text, std::string_view caption, u
   FrontEnd().MessageBox(text, caption, flags);
 }
 
+std::optional<int> TApplication::Ask(const TQuestion& question) {
+  return FrontEnd().Ask(question);
+}
+
 void TApplication::HandleException(const std::exception& exception) {
   if (dynamic_cast<const EAbort*>(&exception) != nullptr) return;
   if (HasFrontEnd()) {

@@ -7,8 +7,11 @@
 #pragma once
 
 #include <exception>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace rtl {
 
@@ -17,6 +20,7 @@ class TForm;
 // Flags of a message box: its icon. Every message box has a single OK button.
 inline constexpr unsigned MB_OK = 0;
 inline constexpr unsigned MB_ICONERROR = 16;
+inline constexpr unsigned MB_ICONWARNING = 48;
 inline constexpr unsigned MB_ICONINFORMATION = 64;
 
 enum class TMsgDlgType { Warning, Error, Information, Confirmation };
@@ -40,6 +44,24 @@ class TOpenDialog {
   [[nodiscard]] bool Execute();
 };
 
+// A question with named buttons, or the outcome of an operation with the steps that can follow it. All texts
+// but those of the buttons are plain, without accelerator marks.
+//
+//   TQuestion question{.Caption = "Save", .Text = "The file was changed on the disk.",
+//                      .Buttons = {"&Overwrite", "&Reload", "Cancel"}, .Default = 1, .Cancel = 2};
+//   const std::optional<int> answer = Application().Ask(question);
+struct TQuestion {
+  std::string Caption;                                         // of the window
+  std::string Text;                                            // the main sentence
+  unsigned Flags = MB_ICONINFORMATION;                         // the icon
+  std::vector<std::string> Reasons = {};                       // paragraphs after the text
+  std::vector<std::pair<std::string, std::string>> Rows = {};  // labels and values, after the reasons
+  std::vector<std::string> Details = {};  // lines; any number, shown in an area that scrolls
+  std::vector<std::string> Buttons = {};  // in this order, with accelerator marks ("&")
+  int Default = 0;                        // the button for the Enter key, from 0
+  int Cancel = 0;                         // the button for the Escape key and the system menu
+};
+
 class IFrontEnd {
  public:
   virtual ~IFrontEnd() = default;
@@ -55,6 +77,12 @@ class IFrontEnd {
                                              std::string& directory) = 0;
   [[nodiscard]] virtual bool OpenFile(TOpenDialog& dialog) = 0;
   virtual void ShowException(std::string_view message) = 0;
+  // Shows the question, and returns the index of the chosen button. A front end that does not implement it
+  // shows nothing and returns nullopt.
+  [[nodiscard]] virtual std::optional<int> Ask(const TQuestion& question) {
+    static_cast<void>(question);
+    return std::nullopt;
+  }
 };
 
 class TApplication {
@@ -65,6 +93,8 @@ class TApplication {
   void SetFrontEnd(IFrontEnd* frontEnd) { FFrontEnd = frontEnd; }
 
   void MessageBox(std::string_view text, std::string_view caption, unsigned flags);
+  // Returns nullopt if the front end cannot ask. The caller then takes the way that loses nothing.
+  [[nodiscard]] std::optional<int> Ask(const TQuestion& question);
   // Shows the message of an exception and returns; EAbort is silent. Without a front end, the message goes
   // to standard error.
   void HandleException(const std::exception& exception);

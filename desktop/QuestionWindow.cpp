@@ -1,0 +1,137 @@
+#include "desktop/QuestionWindow.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include "desktop/QtText.h"
+
+namespace desktop {
+
+namespace {
+
+constexpr int kTextWidth = 76;    // average characters
+constexpr int kMostDetails = 12;  // lines that are visible at once
+constexpr int kIconSize = 48;
+
+QStyle::StandardPixmap IconOf(unsigned flags) {
+  if (flags == rtl::MB_ICONERROR) return QStyle::SP_MessageBoxCritical;
+  return flags == rtl::MB_ICONINFORMATION ? QStyle::SP_MessageBoxInformation : QStyle::SP_MessageBoxWarning;
+}
+
+// Paths have no spaces at which a label could break them, so a break is allowed after each separator.
+QString Breakable(QString text) {
+  return text.replace("\\", QString("\\") + QChar(0x200B));
+}
+
+QLabel* NewLabel(const QString& text, int width) {
+  auto* const label = new QLabel(Breakable(text));
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  label->setMinimumWidth(width);
+  label->setAlignment(Qt::AlignLeading | Qt::AlignTop);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  return label;
+}
+
+QGridLayout* NewTable(const std::vector<std::pair<std::string, std::string>>& rows) {
+  auto* const table = new QGridLayout;
+  table->setColumnStretch(1, 1);
+  table->setHorizontalSpacing(12);
+  table->setVerticalSpacing(4);
+  for (const auto& [name, value] : rows) {
+    const int row = table->rowCount();
+    QLabel* const title = NewLabel(ToQt(name), 0);
+    title->setWordWrap(false);
+    QFont bold = title->font();
+    bold.setBold(true);
+    title->setFont(bold);
+    table->addWidget(title, row, 0);
+    table->addWidget(NewLabel(ToQt(value), 0), row, 1);
+  }
+  return table;
+}
+
+QPlainTextEdit* NewList(const std::vector<std::string>& lines) {
+  auto* const list = new QPlainTextEdit;
+  list->setObjectName("Details");
+  list->setReadOnly(true);
+  list->setTabChangesFocus(true);
+  list->setLineWrapMode(QPlainTextEdit::NoWrap);
+  QStringList texts;
+  for (const std::string& line : lines) texts << ToQt(line);
+  list->setPlainText(texts.join('\n'));
+  const int visible = qBound(2, static_cast<int>(lines.size()) + 1, kMostDetails);
+  list->setMinimumHeight(list->fontMetrics().lineSpacing() * visible + 2 * list->frameWidth() + 10);
+  return list;
+}
+
+}  // namespace
+
+TQuestionWindow::TQuestionWindow(const rtl::TQuestion& question, QWidget* parent)
+    : QDialog(parent), FCancel(question.Cancel) {
+  setObjectName("Question");
+  setWindowTitle(ToQt(question.Caption));
+  auto* const rows = new QVBoxLayout(this);
+  auto* const sides = new QHBoxLayout;
+  auto* const icon = new QLabel;
+  icon->setPixmap(style()->standardIcon(IconOf(question.Flags), nullptr, this).pixmap(kIconSize));
+  sides->addWidget(icon, 0, Qt::AlignTop);
+  sides->addSpacing(8);
+  auto* const column = new QVBoxLayout;
+  column->setSpacing(10);
+  AddTexts(question, column);
+  sides->addLayout(column, 1);
+  rows->addLayout(sides, 1);
+  rows->addSpacing(6);
+  AddButtons(question, rows);
+  setMaximumSize(screen()->availableSize() * 9 / 10);
+}
+
+void TQuestionWindow::AddTexts(const rtl::TQuestion& question, QVBoxLayout* column) {
+  const int width =
+      qMin(fontMetrics().averageCharWidth() * kTextWidth, screen()->availableSize().width() / 2);
+  QLabel* const text = NewLabel(ToQt(question.Text), width);
+  QFont bold = text->font();
+  bold.setBold(true);
+  text->setFont(bold);
+  column->addWidget(text);
+  QStringList lines = {ToQt(question.Text)};
+  for (const std::string& reason : question.Reasons) {
+    column->addWidget(NewLabel(ToQt(reason), width));
+    lines << ToQt(reason);
+  }
+  if (!question.Rows.empty()) column->addLayout(NewTable(question.Rows));
+  for (const auto& [name, value] : question.Rows) lines << ToQt(name + ": " + value);
+  if (!question.Details.empty()) column->addWidget(NewList(question.Details), 1);
+  for (const std::string& line : question.Details) lines << ToQt(line);
+  column->addStretch();
+  FMessage = lines.join('\n');
+}
+
+void TQuestionWindow::AddButtons(const rtl::TQuestion& question, QVBoxLayout* column) {
+  auto* const box = new QHBoxLayout;
+  box->addStretch();
+  for (int i = 0; i < static_cast<int>(question.Buttons.size()); ++i) {
+    const QString caption = ToQt(question.Buttons[static_cast<size_t>(i)]);
+    auto* const button = new QPushButton(caption);
+    button->setObjectName(QString(caption).remove('&').remove(' '));
+    button->setAutoDefault(true);
+    connect(button, &QPushButton::clicked, this, [this, i] { done(i); });
+    box->addWidget(button);
+    if (i != question.Default) continue;
+    button->setDefault(true);
+    button->setFocus();
+  }
+  column->addLayout(box);
+}
+
+int TQuestionWindow::Run() {
+  return exec();
+}
+
+}  // namespace desktop
