@@ -77,7 +77,7 @@ void TCompletion::CompleteUses(const mig::TUnitToComplete& unit, mig::TCompleted
                                 [&](std::string_view name) { completed.RemovedUnits.emplace_back(name); }});
 }
 
-std::string TCompletion::CompleteForm(mig::TFormToComplete form, mig::TFormParser& parser) const {
+std::string TCompletion::CompleteForm(mig::TFormToComplete& form, mig::TFormParser& parser) const {
   if (FSteps.Inherited) ConvertInherited(form, parser);
   if (FSteps.Transactions) AddTransactions(form, FRules.Transaction);
   return ApplyFormEdits(form.Text, form.Edits, FSteps.Layout);

@@ -92,6 +92,10 @@ class TInheritedPass {
       THeader header;
       if (!ReadHeader(FTokens, i, header)) continue;
       const std::string* const newClass = FForm.Classes.Find(FTokens[header.Class].Lexem);
+      if (newClass != nullptr && FForm.LeavesOut && FForm.LeavesOut(FTokens[i].Offset)) {
+        i = FindEnd(FTokens, i);
+        continue;
+      }
       const bool isTaken = takesAll || FTokens[i].Code != mig::kObject || header.HasIndex;
       if (newClass == nullptr || !isTaken) continue;
       const size_t last = FindEnd(FTokens, i);
@@ -127,7 +131,7 @@ class TInheritedPass {
     std::string text = std::string(FTokens[header.Keyword].Lexem).append(printed.substr(6, headerEnd - 6));
     const size_t classEnd = FTokens[header.Class].End();
     if (header.HasIndex) text.append(FText.substr(classEnd, bodyStart - classEnd));
-    edit = {begin, FTokens[end].End(), text.append(printed.substr(headerEnd)), 0, true, {}};
+    edit = {begin, FTokens[end].End(), text.append(printed.substr(headerEnd)), 0, true, {}, begin};
     return true;
   }
 

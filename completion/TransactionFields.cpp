@@ -132,6 +132,7 @@ mig::TTextEdits CompleteTransactionFields(
     size_t count = 0;
     for (const TField& field : body.Fields) count += field.Names.size();
     for (const TField& field : body.Fields) {
+      if (!edits.HasAt(tokens[field.ClassName].Offset)) continue;
       for (const std::string_view connection : field.Names) {
         const std::string name = TransactionName(rules, connection, count);
         const size_t begin = tokens[field.First].Offset;

@@ -2,6 +2,8 @@
 // them, a file is written exactly as the conversion produced it.
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,15 +39,19 @@ struct TFormToComplete {
   std::vector<TFormEdit> Edits;  // of the conversion
   std::vector<TObjectAccount>*
       Accounts;  // null if they are not collected; objects converted by a step are added
+  // Returns True if the object, given by the offset of its keyword, has to be kept as it is, with everything
+  // in it. May be empty.
+  std::function<bool(size_t)> LeavesOut = nullptr;
 };
 
 // Operations may be called by several threads at a time.
 class IFileCompletion {
  public:
   virtual ~IFileCompletion() = default;
-  // Return the whole text after conversion and completion. May raise.
+  // Return the whole text after conversion and completion. May raise. CompleteForm adds its edits to those of
+  // the form.
   virtual TCompletedUnit CompleteUnit(const TUnitToComplete& unit) const = 0;
-  virtual std::string CompleteForm(TFormToComplete form, TFormParser& parser) const = 0;
+  virtual std::string CompleteForm(TFormToComplete& form, TFormParser& parser) const = 0;
   // Returns True if a changed file keeps its UTF-8 mark and every written line ends as the file's lines do.
   virtual bool KeepsMarks() const = 0;
   virtual bool KeepsLineEnds() const = 0;

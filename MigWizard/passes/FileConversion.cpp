@@ -72,6 +72,14 @@ void RemoveSettled(std::vector<TFinding>& findings, const TCompletedUnit& comple
   });
 }
 
+// Removes the edits that are left out. Returns True if no edit is left, so that the file stays as it is.
+bool LeaveOutEdits(const TEditSelection& selection, TUnitResult& unit) {
+  const size_t removed =
+      unit.Edits.RemoveIf([&selection](size_t place) { return selection.LeavesOut(place); });
+  unit.Changes = selection.LeavesOutAll() ? 0 : unit.Changes - static_cast<int>(removed);
+  return selection.LeavesOutAll() || (removed > 0 && unit.Edits.Empty());
+}
+
 }  // namespace
 
 TFileConverter::TFileConverter(const TClassMap& classes, std::string_view oldUnit, std::string_view newUnits,
@@ -94,7 +102,7 @@ TFileConversion TFileConverter::Convert(const std::string& fileName, std::string
     if (IsUnitSource(fileName)) {
       ConvertUnitFile(fileName, std::move(bytes), result);
     } else {
-      ConvertFormFile(std::move(bytes), result);
+      ConvertFormFile(fileName, std::move(bytes), result);
     }
   } catch (...) {
     result.Failure = std::current_exception();
@@ -130,7 +138,10 @@ void TFileConverter::ConvertUnitFile(const std::string& fileName, std::string by
                                      TFileConversion& result) const {
   const TTextFile unit = DecodeTextFile(std::move(bytes));
   if (FOldNames == nullptr && FCompletion == nullptr && !MayMatter(unit.Text)) return;
-  const TUnitResult converted = ConvertUnit(unit.Text, *unit.Encoding, FUnitRules);
+  TUnitResult converted = ConvertUnit(unit.Text, *unit.Encoding, FUnitRules);
+  const TEditSelection* const selection = OnGetSelection ? OnGetSelection(fileName) : nullptr;
+  const bool isLeftOut = selection != nullptr && LeaveOutEdits(*selection, converted);
+  const IFileCompletion* const completion = isLeftOut ? nullptr : FCompletion;
   result.Changes = converted.Changes;
   std::vector<std::string_view> directives;
   for (const std::string_view directive : converted.ResourceDirectives) {
@@ -141,19 +152,20 @@ void TFileConverter::ConvertUnitFile(const std::string& fileName, std::string by
   }
   result.NamesNewUnits = converted.NamesNewUnits;
   result.IsChanged = !converted.Edits.Empty();
+  if (FListsEdits) result.Edits = ListUnitEdits(unit.Text, *unit.Encoding, FClasses, converted.Edits);
   TCompletedUnit completed;
-  if (FCompletion != nullptr) {
-    completed = FCompletion->CompleteUnit(
+  if (completion != nullptr) {
+    completed = completion->CompleteUnit(
         {unit.Text, *unit.Encoding, FClasses, converted.Edits, !result.FormFiles.empty()});
     const bool isChanged = completed.Text != unit.Text;
     if (isChanged && !result.IsChanged) result.Changes = 1;
     result.IsChanged = isChanged;
   }
   if (FOldNames != nullptr)
-    FindInUnitFile(unit, converted, directives, FCompletion != nullptr ? &completed : nullptr, result);
+    FindInUnitFile(unit, converted, directives, completion != nullptr ? &completed : nullptr, result);
   if (!result.IsChanged) return;
   result.Mark = MarkOf(*unit.Encoding, FCompletion);
-  result.Bytes = FCompletion != nullptr ? std::move(completed.Text) : converted.Edits.Apply(unit.Text);
+  result.Bytes = completion != nullptr ? std::move(completed.Text) : converted.Edits.Apply(unit.Text);
   if (!unit.Encoding->IsIdentity()) result.Bytes = unit.Encoding->GetBytes(result.Bytes);
 }
 
@@ -183,9 +195,11 @@ void TFileConverter::FindInUnitFile(const TTextFile& unit, const TUnitResult& co
   result.Findings = std::move(findings);
 }
 
-void TFileConverter::ConvertFormFile(std::string bytes, TFileConversion& result) {
+void TFileConverter::ConvertFormFile(const std::string& fileName, std::string bytes,
+                                     TFileConversion& result) {
   const size_t size = bytes.size();
-  const std::string original = FOldNames != nullptr && IsBinaryForm(bytes) ? bytes : std::string();
+  const bool needsOriginal = (FOldNames != nullptr || FListsEdits) && IsBinaryForm(bytes);
+  const std::string original = needsOriginal ? bytes : std::string();
   TFormFile form = DecodeFormFile(std::move(bytes));
   result.TrailingBytes = form.RCData.TrailingBytes;
   const std::string_view text = std::string_view(form.Text).substr(0, form.Text.find('\0'));
@@ -197,20 +211,26 @@ void TFileConverter::ConvertFormFile(std::string bytes, TFileConversion& result)
   rtl::TMemoryStream output;
   std::vector<TObjectAccount> accounts;
   std::vector<TObjectAccount>* const accountList = FOldNames != nullptr ? &accounts : nullptr;
-  std::vector<TFormEdit> edits;
+  TFormToComplete toComplete = {text, *form.Encoding, FClasses, {}, accountList};
+  const TEditSelection* const selection = OnGetSelection ? OnGetSelection(fileName) : nullptr;
+  if (selection != nullptr)
+    toComplete.LeavesOut = [selection](size_t place) { return selection->LeavesOut(place); };
+  const bool isLeftOut = selection != nullptr && selection->LeavesOutAll();
+  const IFileCompletion* const completion = isLeftOut ? nullptr : FCompletion;
+  std::vector<TFormEdit>& edits = toComplete.Edits;
   result.Changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output, accountList,
-                               FCompletion != nullptr ? &edits : nullptr);
+                               completion != nullptr || FListsEdits ? &edits : nullptr, toComplete.LeavesOut);
   result.IsChanged = result.Changes > 0;
-  if (FCompletion != nullptr) {
-    if (!result.IsChanged) edits.clear();  // class names alone, which are not replaced if no object is
-    const std::string completed = FCompletion->CompleteForm(
-        {text, *form.Encoding, FClasses, std::move(edits), accountList}, *FFormParser);
+  if (!result.IsChanged) edits.clear();  // class names alone, which are not replaced if no object is
+  if (completion != nullptr) {
+    const std::string completed = completion->CompleteForm(toComplete, *FFormParser);
     const bool isChanged = completed != text;
     if (isChanged && !result.IsChanged) result.Changes = 1;
     result.IsChanged = isChanged;
     output = rtl::TMemoryStream();
     output.Write(form.Encoding->GetBytes(completed));
   }
+  if (FListsEdits) result.Edits = ListFormEdits(text, *form.Encoding, FClasses, edits, original);
   result.UnwritableNames = std::move(FUnwritableNames);
   if (FOldNames != nullptr) FindInFormFile(text, form, original, accounts, result);
   if (!result.IsChanged) return;

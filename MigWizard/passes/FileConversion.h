@@ -12,6 +12,7 @@
 
 #include "MigWizard/form/FormParser.h"
 #include "MigWizard/passes/ClassMap.h"
+#include "MigWizard/passes/EditSelection.h"
 #include "MigWizard/passes/FileCompletion.h"
 #include "MigWizard/passes/FileFindings.h"
 #include "MigWizard/passes/FormFile.h"
@@ -38,6 +39,7 @@ struct TFileConversion {
   std::shared_ptr<const TFileFindings>
       Findings;                     // null if findings are not collected, or if there are no findings
   std::exception_ptr WriteFailure;  // why a changed form cannot be converted back to binary
+  std::vector<TListedEdit> Edits;   // the edits that change the file, if they are listed
   std::string_view Mark;            // the first bytes of the changed file
   std::string Bytes;                // the rest of the changed file
 };
@@ -55,6 +57,9 @@ class TFileConverter {
   // Completes files in all following conversions. `completion` must outlive the converter; null disables it.
   void SetCompletion(const IFileCompletion* completion) { FCompletion = completion; }
 
+  // Lists the edits of each file in all following conversions.
+  void ListEdits(bool isListed) { FListsEdits = isListed; }
+
   // Converts the file with the contents `bytes`. The extension of `fileName`, a full Windows path, decides
   // whether it is a unit or a form. Raises nothing; errors are in the result.
   [[nodiscard]] TFileConversion Convert(const std::string& fileName, std::string bytes);
@@ -64,6 +69,9 @@ class TFileConverter {
   // Returns the reference that replaces a form's database alias, as a name of the run (ComponentNames.h), or
   // an empty string if there is none. `alias` is working text in `encoding`.
   std::function<std::string(std::string_view alias, const qrl::TEncoding& encoding)> OnGetDatabase;
+  // Returns the edits of a file to leave out, or null if there are none. A file without any other edit is not
+  // changed, not even by its completion.
+  std::function<const TEditSelection*(const std::string& fileName)> OnGetSelection;
 
  private:
   bool MayMatter(std::string_view unitText) const;
@@ -71,7 +79,7 @@ class TFileConverter {
   void FindInUnitFile(const TTextFile& unit, const TUnitResult& converted,
                       const std::vector<std::string_view>& directives, const TCompletedUnit* completed,
                       TFileConversion& result) const;
-  void ConvertFormFile(std::string bytes, TFileConversion& result);
+  void ConvertFormFile(const std::string& fileName, std::string bytes, TFileConversion& result);
   void FindInFormFile(std::string_view text, const TFormFile& form, std::string_view original,
                       const std::vector<TObjectAccount>& accounts, TFileConversion& result);
   std::string DatabaseReference(std::string_view alias);
@@ -81,6 +89,7 @@ class TFileConverter {
   TWordSearch FOldUnit;
   std::unique_ptr<TFormParser> FFormParser;
   const IFileCompletion* FCompletion = nullptr;
+  bool FListsEdits = false;
   const TOldNames* FOldNames = nullptr;                              // null: no findings are collected
   const qrl::TEncoding* FFormEncoding = &qrl::TEncoding::Default();  // of the form being converted
   std::vector<std::string> FUnwritableNames;                         // in that form

@@ -152,6 +152,7 @@ class TFormFindings : public TFormWalk {
   // The properties of an open object that are not in its text.
   struct TOpen {
     bool IsConverted = false;
+    bool IsLeftOut = false;
     bool IsInherited = false;               // of a class of the map
     const std::string* NewClass = nullptr;  // of the map
     std::vector<std::string> Lacking;       // properties that the new class lacks
@@ -163,9 +164,10 @@ class TFormFindings : public TFormWalk {
     const TObjectAccount* account = AccountAt(object.Offset);
     if (account != nullptr) {
       open.IsConverted = account->IsConverted;
+      open.IsLeftOut = account->IsLeftOut;
       if (account->IsConverted) {
         AddConverted(*account);
-      } else {
+      } else if (!account->IsLeftOut) {
         AddUnparsed(object, FStops.Find(object.Offset));
       }
     } else if (open.NewClass == nullptr) {
@@ -174,6 +176,8 @@ class TFormFindings : public TFormWalk {
         finding.OldClass = object.ClassName;
         finding.Advice = old->Advice;
       }
+    } else if (std::any_of(FOpen.begin(), FOpen.end(), [](const TOpen& outer) { return outer.IsLeftOut; })) {
+      // It is left out with the object around it.
     } else if (!object.IsObject) {
       open.IsInherited = true;
     } else if (std::any_of(FOpen.begin(), FOpen.end(),

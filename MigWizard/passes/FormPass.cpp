@@ -1,5 +1,7 @@
 #include "MigWizard/passes/FormPass.h"
 
+#include <algorithm>
+#include <limits>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -14,7 +16,7 @@ class TFormPass {
  public:
   TFormPass(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
             TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectAccount>* accounts,
-            std::vector<TFormEdit>* edits)
+            std::vector<TFormEdit>* edits, const std::function<bool(size_t)>& leavesOut)
       : FText(text),
         FEncoding(encoding),
         FClasses(classes),
@@ -22,6 +24,7 @@ class TFormPass {
         FOutput(output),
         FAccounts(accounts),
         FEdits(edits),
+        FLeavesOut(leavesOut),
         FScanner(text, encoding) {}
 
   int Run() {
@@ -38,7 +41,7 @@ class TFormPass {
           ++FLevel;
           break;
         case kEnd:
-          --FLevel;
+          if (--FLevel < FLeftOutLevel) FLeftOutLevel = kNoLevel;
           break;
         case qrl::kIdentifier:
           ProcessIdentifier();
@@ -66,11 +69,22 @@ class TFormPass {
 
   void ConvertObject(const std::string& newClass) {
     auto position = static_cast<int64_t>(FStart) + 1;
-    if (!ParseObject(newClass, position)) {
-      if (FAccounts != nullptr) FAccounts->push_back({FStart, false, FLexem, &newClass, {}, {}});
+    const bool isParsed = ParseObject(newClass, position);
+    if (FLevel > FLeftOutLevel || (FLeavesOut && FLeavesOut(FStart))) {
+      if (FAccounts != nullptr) FAccounts->push_back({FStart, false, true, FLexem, &newClass, {}, {}});
+      if (isParsed) {
+        SkipObject(position);
+      } else {
+        FLeftOutLevel = std::min(FLeftOutLevel, FLevel);
+      }
+      return;
+    }
+    if (!isParsed) {
+      if (FAccounts != nullptr) FAccounts->push_back({FStart, false, false, FLexem, &newClass, {}, {}});
       FFailed.push_back({FScanner.PrevPos(), FLexem.size(), &newClass});
       if (FEdits != nullptr)
-        FEdits->push_back({FScanner.PrevPos(), FScanner.PrevPos() + FLexem.size(), newClass, -1, false, {}});
+        FEdits->push_back(
+            {FScanner.PrevPos(), FScanner.PrevPos() + FLexem.size(), newClass, -1, false, {}, FStart});
       return;
     }
     if (FChanges++ == 0) FOutput.Reserve(FText.size() + FText.size() / 8);
@@ -83,10 +97,15 @@ class TFormPass {
     FParser.PrintObject(FLevel, FPrinted);
     if (FAccounts != nullptr) FAccounts->push_back(AccountOf(FParser, FStart, FLexem, newClass));
     if (FEdits != nullptr)
-      FEdits->push_back({FStart, static_cast<size_t>(position) - 1, FPrinted, FLevel, false, {}});
+      FEdits->push_back({FStart, static_cast<size_t>(position) - 1, FPrinted, FLevel, false, {}, FStart});
     Write(FPrinted);
     FCopied = static_cast<size_t>(position) - 1;
-    FScanner.SetPosition(FCopied);
+    SkipObject(position);
+  }
+
+  // Continues after the object that was parsed up to `position`.
+  void SkipObject(int64_t position) {
+    FScanner.SetPosition(static_cast<size_t>(position) - 1);
     --FLevel;
   }
 
@@ -125,6 +144,8 @@ class TFormPass {
     const std::string* NewClass;
   };
 
+  static constexpr int kNoLevel = std::numeric_limits<int>::max();
+
   const std::string_view FText;
   const qrl::TEncoding& FEncoding;
   const TClassMap& FClasses;
@@ -132,12 +153,14 @@ class TFormPass {
   rtl::TMemoryStream& FOutput;
   std::vector<TObjectAccount>* const FAccounts;
   std::vector<TFormEdit>* const FEdits;
+  const std::function<bool(size_t)>& FLeavesOut;  // may be empty
   TPasParser FScanner;
   std::string_view FLexem;
   std::string FPrinted;
   TFormObject FObject;
   int FChanges = 0;
   int FLevel = -1;                        // of the object being read; the root object has level 0
+  int FLeftOutLevel = kNoLevel;           // of an open object that is left out with all objects in it
   size_t FStart = 0;                      // start of the last keyword `object`
   size_t FCopied = 0;                     // the text before it is in the output, or was replaced there
   std::vector<TFailedClass> FFailed;      // in the order of the text
@@ -149,13 +172,13 @@ class TFormPass {
 
 int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
                 TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectAccount>* accounts,
-                std::vector<TFormEdit>* edits) {
-  return TFormPass(text, encoding, classes, parser, output, accounts, edits).Run();
+                std::vector<TFormEdit>* edits, const std::function<bool(size_t)>& leavesOut) {
+  return TFormPass(text, encoding, classes, parser, output, accounts, edits, leavesOut).Run();
 }
 
 TObjectAccount AccountOf(const TFormParser& parser, size_t start, std::string_view oldClass,
                          const std::string& newClass) {
-  TObjectAccount account{start, true, oldClass, &newClass, parser.Sources(), {}};
+  TObjectAccount account{start, true, false, oldClass, &newClass, parser.Sources(), {}};
   for (const TFormProperty& property : parser.Properties()) account.NewNames.push_back(property.Name());
   return account;
 }

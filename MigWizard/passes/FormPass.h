@@ -29,6 +29,7 @@ struct TFormObject {
 struct TObjectAccount {
   size_t Start = 0;  // offset of its keyword
   bool IsConverted = false;
+  bool IsLeftOut = false;                 // by choice
   std::string_view OldClass;              // as spelled
   const std::string* NewClass = nullptr;  // of the class map
   std::vector<TSourceProperty> Properties;
@@ -44,6 +45,7 @@ struct TFormEdit {
   int Level = -1;        // the nesting level at which the object was printed; -1 for a class name
   bool LaysOut = false;  // of an object: it always gets the layout of its original
   std::vector<TFormEdit> Nested;  // changes of objects within this one, which are unconverted in Text
+  size_t Place = 0;               // offset of the object's keyword
 };
 
 // Converts the objects of a form and returns how many were converted. If the result is not 0, `output` is the
@@ -54,10 +56,12 @@ struct TFormEdit {
 // sources then. `edits`, unless null, gets the changes as values, in the order of the text.
 //
 // An object of a mapped class that `parser` cannot parse keeps its properties: only its class is replaced,
-// and the object is not counted.
+// and the object is not counted. An object for which leavesOut(offset of its keyword) is True is kept as it
+// is, with everything in it.
 int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
                 TFormParser& parser, rtl::TMemoryStream& output,
-                std::vector<TObjectAccount>* accounts = nullptr, std::vector<TFormEdit>* edits = nullptr);
+                std::vector<TObjectAccount>* accounts = nullptr, std::vector<TFormEdit>* edits = nullptr,
+                const std::function<bool(size_t)>& leavesOut = nullptr);
 
 // Returns the account of the last object that `parser` converted and printed. `start` is the offset of its
 // keyword.

@@ -1,9 +1,21 @@
 #include "MigWizard/passes/TextEdits.h"
 
+#include <algorithm>
+
 namespace mig {
 
 void TTextEdits::Replace(size_t position, size_t length, std::string replacement) {
   FEdits.push_back({position, length, std::move(replacement)});
+}
+
+size_t TTextEdits::RemoveIf(const std::function<bool(size_t)>& isRemoved) {
+  return std::erase_if(FEdits, [&isRemoved](const TEdit& edit) { return isRemoved(edit.Position); });
+}
+
+bool TTextEdits::HasAt(size_t position) const {
+  const auto place = std::lower_bound(FEdits.begin(), FEdits.end(), position,
+                                      [](const TEdit& edit, size_t at) { return edit.Position < at; });
+  return place != FEdits.end() && place->Position == position;
 }
 
 std::string TTextEdits::Apply(std::string_view text) const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,8 +20,14 @@ class TTextEdits {
     size_t Position, Length;
     std::string Replacement;
   };
+  // Removes the edits for which `isRemoved`(position) is True, and returns their number.
+  size_t RemoveIf(const std::function<bool(size_t)>& isRemoved);
+
   // Returns all edits, in the order of the text.
   const std::vector<TEdit>& Edits() const { return FEdits; }
+
+  // Returns True if an edit begins at `position`.
+  bool HasAt(size_t position) const;
 
   // Returns `text`, for which the edits were made, with all edits applied.
   std::string Apply(std::string_view text) const;

@@ -9,17 +9,12 @@
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/FileVersion.h"
 #include "MigWizard/run/ReplaceOptions.h"
+#include "MigWizard/run/RunErrors.h"
 #include "MigWizard/run/RunHooks.h"
-#include "rtl/text/Exceptions.h"
 
 namespace mig {
 
 class TWorkQueue;
-
-// Raised if a strict run ends before it replaces the first file because a file was edited by somebody else.
-class EFileEdited : public rtl::Exception {
-  using Exception::Exception;
-};
 
 class TChangedFiles {
  public:

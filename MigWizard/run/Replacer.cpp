@@ -67,14 +67,15 @@ bool TComponentReplacer::ReplaceFiles() {
       FLog.Close();
       qrl::StopWait();
     });
-    succeeded = TRun({FOptions, *this, runLock, FLog, FConverter, FOtherConverter, FLeftOut}).Execute();
+    succeeded =
+        TRun({FOptions, *this, runLock, FLog, FConverter, FOtherConverter, FLeftOut, FSelection}).Execute();
     if (succeeded) FLog.WriteLine(SReplaceSuccess);
   }
   if (FOptions.WriteLog && FOptions.ViewLog) win::ShellExecuteA("open", logName);
   return succeeded;
 }
 
-void TComponentReplacer::Preview() {
+void TComponentReplacer::Preview(TRunPlan* plan) {
   const THeldFolders held;
   qrl::StartWait();
   const TFinally stopWait([] { qrl::StopWait(); });
@@ -82,7 +83,7 @@ void TComponentReplacer::Preview() {
   TReplaceOptions unlocked = FOptions;  // a preview needs no lock, because it only reads
   unlocked.Policy.Strict = false;
   TRunLock runLock(unlocked);
-  TRun({FOptions, *this, runLock, FLog, FConverter, FOtherConverter, FLeftOut}).Preview();
+  TRun({FOptions, *this, runLock, FLog, FConverter, FOtherConverter, FLeftOut, FSelection, plan}).Preview();
 }
 
 void TComponentReplacer::CollectFindings(const TOldNames& names) {

@@ -25,6 +25,7 @@
 #include "MigWizard/run/ReplaceOptions.h"
 #include "MigWizard/run/RunErrors.h"
 #include "MigWizard/run/RunHooks.h"
+#include "MigWizard/run/RunSelection.h"
 
 namespace mig {
 
@@ -61,9 +62,16 @@ class TComponentReplacer : public TRunHooks {
   [[nodiscard]] bool Replace();
 
   // Does everything that Replace does before it replaces the first original, in memory, without creating or
-  // changing a file or folder. Calls OnConverted with the new bytes of every file. Raises what Replace raises
-  // for sources.
-  void Preview();
+  // changing a file or folder. Calls OnConverted with the new bytes of every file. `plan`, unless null, gets
+  // the files and their edits, as a list to select from; it must be empty. Raises what Replace raises for
+  // sources.
+  void Preview(TRunPlan* plan = nullptr);
+
+  // Limits all following runs to a selection; null: to none. Files and edits that are left out keep every byte,
+  // and get neither backups nor findings about their conversion. `selection` must outlive the runs. A run with
+  // a selection raises EFileEdited, before the first original is replaced, if a file is not as it was when the
+  // selection's plan was made, or was not there.
+  void SetSelection(const TRunSelection* selection) { FSelection = selection; }
 
   // Collects findings in all following runs, for OnConverted. `names` must outlive the replacer.
   void CollectFindings(const TOldNames& names);
@@ -96,6 +104,7 @@ class TComponentReplacer : public TRunHooks {
   TFileConverter FConverter, FOtherConverter;  // both work at the same time
   TReplaceOptions& FOptions;
   std::vector<TLeftOut> FLeftOut;
+  const TRunSelection* FSelection = nullptr;
 };
 
 }  // namespace mig

@@ -19,18 +19,26 @@ TRun::TRun(const TRunContext& context)
       FConverter(context.Converter),
       FOtherConverter(context.OtherConverter),
       FLeftOut(context.LeftOut),
+      FSelection(context.Selection),
+      FPlan(context.Plan),
       FBackups(FOptions, FHooks, FQueue) {
   for (TFileConverter* const converter : {&FConverter, &FOtherConverter}) {
     converter->OnGetDatabase = [this](std::string_view alias, const qrl::TEncoding& encoding) {
       return FDatabases.Find(alias, encoding);
     };
+    if (FSelection != nullptr)
+      converter->OnGetSelection = [this](const std::string& fileName) { return FSelection->Find(fileName); };
+    converter->ListEdits(FPlan != nullptr);
   }
 }
 
 TRun::~TRun() {
   FQueue.Cancel();
-  FConverter.OnGetDatabase = nullptr;
-  FOtherConverter.OnGetDatabase = nullptr;
+  for (TFileConverter* const converter : {&FConverter, &FOtherConverter}) {
+    converter->OnGetDatabase = nullptr;
+    converter->OnGetSelection = nullptr;
+    converter->ListEdits(false);
+  }
 }
 
 bool TRun::Execute() {
@@ -95,6 +103,7 @@ void TRun::Walk(const std::string& tempDir) {
     throw;
   }
   FBackups.Wait();
+  if (FSelection != nullptr) FSelection->RequireUnchanged();
   if (FHooks.OnOtherForm) ReportOtherForms();
   ReportProgress(FUnits.Count(), {});
 }

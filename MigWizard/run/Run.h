@@ -20,6 +20,7 @@
 #include "MigWizard/run/ReplaceOptions.h"
 #include "MigWizard/run/RunFolders.h"
 #include "MigWizard/run/RunHooks.h"
+#include "MigWizard/run/RunSelection.h"
 #include "MigWizard/run/TwinFiles.h"
 #include "MigWizard/run/WayBack.h"
 #include "MigWizard/run/WorkQueue.h"
@@ -36,6 +37,8 @@ struct TRunContext {
   TFileConverter& Converter;       // for the walk
   TFileConverter& OtherConverter;  // for the worker, at the same time
   std::vector<TLeftOut>& LeftOut;  // receives what the run leaves out
+  const TRunSelection* Selection;  // null: everything
+  TRunPlan* Plan = nullptr;        // unless null, receives the files and their edits
 };
 
 class TRun {
@@ -84,6 +87,8 @@ class TRun {
   TFileConverter& FConverter;
   TFileConverter& FOtherConverter;
   std::vector<TLeftOut>& FLeftOut;
+  const TRunSelection* const FSelection;
+  TRunPlan* const FPlan;
   rtl::TStringList FUnits;  // work list: full names in processing order; grows during the walk
   int FChangedFiles = 0;
   bool FIsPreview = false;

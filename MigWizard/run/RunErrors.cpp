@@ -18,6 +18,8 @@ void NamingFile(const std::string& fileName, const std::function<void()>& action
     throw;
   } catch (const EFileConversion&) {
     throw;
+  } catch (const EFileEdited&) {
+    throw;
   } catch (const rtl::EOutOfMemory&) {
     throw;
   } catch (const std::bad_alloc&) {

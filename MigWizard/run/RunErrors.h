@@ -31,9 +31,14 @@ class ETwinFiles : public rtl::Exception {
   std::string FFirst, FSecond;
 };
 
+// Raised if a run ends before it replaces the first file because a file was edited by somebody else.
+class EFileEdited : public rtl::Exception {
+  using Exception::Exception;
+};
+
 // Runs `action`, which works on the contents of `fileName`, and converts its exceptions to EFileConversion,
 // but std::bad_alloc to rtl::EOutOfMemory with the name of the file. Passes on EAbort, EOutOfMemory,
-// EFileConversion, ETwinFiles, and stream exceptions, which already name their file.
+// EFileConversion, EFileEdited, ETwinFiles, and stream exceptions, which already name their file.
 void NamingFile(const std::string& fileName, const std::function<void()>& action);
 
 }  // namespace mig

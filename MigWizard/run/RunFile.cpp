@@ -49,6 +49,7 @@ void TRun::ProcessFile(const std::string& fileName, TFilesAhead& files, const st
     if (!policy.Strict) throw;
     return LeaveOut(fileName, error.what());
   }
+  if (FSelection != nullptr) FSelection->RequireSame(fileName, files.Version());
   if (const auto unread = FUnreadForms.find(fileName); unread != FUnreadForms.end())
     return LeaveOut(fileName, unread->second);
   try {
@@ -65,6 +66,7 @@ void TRun::ProcessFile(const std::string& fileName, TFilesAhead& files, const st
   }
   const bool isChanged = FChangedFiles > changedBefore;
   if (isChanged && !FIsPreview) (void)win::FileSystem().CopyPermissions(fileName, target);
+  if (FPlan != nullptr) FPlan->Add(fileName, files.Version(), *conversion, isChanged);
   if (FHooks.OnConverted) FHooks.OnConverted(fileName, *conversion, isChanged);
 }
 
