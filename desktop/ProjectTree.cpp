@@ -1,121 +1,114 @@
 #include "desktop/ProjectTree.h"
 
-#include <QApplication>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
-#include <QSet>
-#include <QStyle>
-#include <array>
+#include <QTreeView>
+#include <QUrl>
+#include <QVBoxLayout>
 
 #include "desktop/QtText.h"
 #include "host/Host.h"
-#include "rtl/text/SysUtils.h"
+#include "win/paths/Drives.h"
 
 namespace desktop {
 
 namespace {
 
-// The data roles of an item.
-constexpr int kFileName = Qt::UserRole;          // full Windows path, empty for a group without a file
-constexpr int kProjectIndex = Qt::UserRole + 1;  // of a project's item
+using TKind = TProjectModel::TKind;
 
-QTreeWidgetItem* AddItem(QTreeWidgetItem* parent, const std::string& text, const std::string& fileName,
-                         QStyle::StandardPixmap icon) {
-  auto* const item = new QTreeWidgetItem(parent, {ToQt(text)});
-  item->setData(0, kFileName, ToQt(fileName));
-  item->setToolTip(0, ToQt(fileName));
-  item->setIcon(0, QApplication::style()->standardIcon(icon));
-  return item;
-}
+constexpr int kExpandedUnits = 200;  // up to this number of units all rows are expanded
+constexpr int kNameWidth = 190;      // pixels
 
-// Returns the first form of a unit, or an empty string.
-std::string FormOf(const std::string& unit) {
-  const std::vector<std::string> forms = host::FormFilesOf(unit);
-  return forms.empty() ? std::string() : forms.front();
+// Opens the folder of a file in the file manager.
+void Reveal(const std::string& fileName) {
+  const QFileInfo file(ToQt(win::ToHostName(fileName)));
+  QDesktopServices::openUrl(QUrl::fromLocalFile(file.absolutePath()));
 }
 
 }  // namespace
 
-TProjectTree::TProjectTree(host::THost& host, QWidget* parent) : QTreeWidget(parent), FHost(host) {
-  setObjectName("ProjectTree");
-  setHeaderHidden(true);
-  setContextMenuPolicy(Qt::CustomContextMenu);
-  setExpandsOnDoubleClick(false);
-  connect(this, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) { Choose(*item); });
-  connect(this, &QTreeWidget::customContextMenuRequested, this,
+TProjectTree::TProjectTree(host::THost& host, QWidget* parent)
+    : QWidget(parent), FModel(host), FFilter(new QLineEdit), FCount(new QLabel), FView(new QTreeView) {
+  FFilter->setObjectName("TreeFilter");
+  FFilter->setPlaceholderText("Filter units");
+  FFilter->setClearButtonEnabled(true);
+  FCount->setObjectName("TreeCount");
+  FView->setObjectName("ProjectTree");
+  FView->setModel(&FModel);
+  FView->setHeaderHidden(true);
+  FView->setUniformRowHeights(true);
+  FView->setExpandsOnDoubleClick(false);
+  FView->setTextElideMode(Qt::ElideMiddle);
+  FView->setColumnWidth(TProjectModel::coName, kNameWidth);
+  FView->setContextMenuPolicy(Qt::CustomContextMenu);
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(FFilter);
+  layout->addWidget(FView);
+  layout->addWidget(FCount);
+  connect(FFilter, &QLineEdit::textChanged, this, [this](const QString& text) {
+    FModel.SetFilter(text);
+    Expand();
+  });
+  connect(FView, &QTreeView::activated, this, [this](const QModelIndex& index) { Choose(index); });
+  connect(FView, &QTreeView::customContextMenuRequested, this,
           [this](const QPoint& position) { ShowItemMenu(position); });
+  Expand();
 }
 
 void TProjectTree::Fill() {
-  QSet<QString> folded;
-  for (QTreeWidgetItemIterator it(this); *it != nullptr; ++it) {
-    if ((*it)->childCount() > 0 && !(*it)->isExpanded()) folded.insert((*it)->data(0, kFileName).toString());
-  }
-  clear();
-  if (host::TProjectGroup* const group = FHost.Group()) {
-    QTreeWidgetItem* root = invisibleRootItem();
-    if (!group->FileName().empty()) {
-      root =
-          AddItem(root, rtl::ExtractFileName(group->FileName()), group->FileName(), QStyle::SP_DirHomeIcon);
-    }
-    for (int i = 0; i < group->Count(); ++i) AddProject(*root, i);
-  }
-  for (QTreeWidgetItemIterator it(this); *it != nullptr; ++it) {
-    (*it)->setExpanded(!folded.contains((*it)->data(0, kFileName).toString()));
-  }
-  MarkActive();
+  FModel.Fill();
+  Expand();
 }
 
-void TProjectTree::AddProject(QTreeWidgetItem& parent, int index) {
-  host::TProject& project = (*FHost.Group())[index];
-  QTreeWidgetItem* const item =
-      AddItem(&parent, rtl::ExtractFileName(project.FileName()), project.FileName(), QStyle::SP_DirIcon);
-  item->setData(0, kProjectIndex, index);
-  for (const host::TFileReference& unit : project.Units()) {
-    QTreeWidgetItem* const unitItem =
-        AddItem(item, rtl::ExtractFileName(unit.Name), unit.Name, QStyle::SP_FileIcon);
-    const std::string form = FormOf(unit.Name);
-    if (form.empty()) continue;
-    const std::string name = rtl::ExtractFileName(form);
-    AddItem(unitItem, unit.FormName.empty() ? name : name + "  (" + unit.FormName + ")", form,
-            QStyle::SP_FileDialogDetailedView);
+void TProjectTree::Expand() {
+  if (FModel.ShownUnits() <= kExpandedUnits) {
+    FView->expandAll();
+  } else {
+    FView->expandToDepth(FModel.KindOf(FModel.index(0, 0)) == TKind::Group ? 1 : 0);
   }
+  const int all = FModel.AllUnits();
+  const QString shown = FModel.ShownUnits() == all ? QString() : QString("%L1 of ").arg(FModel.ShownUnits());
+  FCount->setText(all == 0 ? QString() : shown + QString(all == 1 ? "1 unit" : "%L1 units").arg(all));
+  FFilter->setEnabled(all > 0);
 }
 
-void TProjectTree::MarkActive() {
-  for (QTreeWidgetItemIterator it(this); *it != nullptr; ++it) {
-    const QVariant index = (*it)->data(0, kProjectIndex);
-    if (!index.isValid()) continue;
-    QFont shown = font();
-    shown.setBold(&(*FHost.Group())[index.toInt()] == FHost.ActiveProject());
-    (*it)->setFont(0, shown);
-  }
-}
-
-void TProjectTree::Choose(const QTreeWidgetItem& item) {
-  const QVariant index = item.data(0, kProjectIndex);
-  if (index.isValid()) {
-    if (OnActivate) OnActivate((*FHost.Group())[index.toInt()]);
-  } else if (const std::string fileName = FromQt(item.data(0, kFileName).toString());
-             item.parent() != nullptr && OnOpen) {
-    OnOpen(fileName);
+void TProjectTree::Choose(const QModelIndex& index) {
+  const TKind kind = FModel.KindOf(index);
+  if (kind == TKind::Project) {
+    if (OnActivate) OnActivate(*FModel.ProjectOf(index));
+  } else if ((kind == TKind::Unit || kind == TKind::Form) && OnOpen) {
+    OnOpen(std::string(FModel.FileOf(index)));  // a copy, because opening may rebuild the tree
   }
 }
 
 void TProjectTree::ShowItemMenu(const QPoint& position) {
-  QTreeWidgetItem* const item = itemAt(position);
-  if (item == nullptr) return;
+  const QModelIndex index = FView->indexAt(position);
+  const TKind kind = FModel.KindOf(index);
+  const std::string fileName = FModel.FileOf(index);
+  if (fileName.empty()) return;
   QMenu menu;
-  const QVariant index = item->data(0, kProjectIndex);
-  if (index.isValid()) {
-    host::TProject& project = (*FHost.Group())[index.toInt()];
-    menu.addAction("&Activate", this, [&] { OnActivate(project); })
-        ->setEnabled(&project != FHost.ActiveProject());
+  if (kind == TKind::Project) {
+    host::TProject& project = *FModel.ProjectOf(index);
+    menu.addAction("&Activate", this, [&] { OnActivate(project); });
     menu.addAction("View &Source", this, [&] { OnOpen(project.MainSource()); })
         ->setEnabled(!project.MainSource().empty());
-  } else if (item->parent() != nullptr) {
-    menu.addAction("&Open", this, [&] { Choose(*item); });
+  } else if (kind != TKind::Group) {
+    menu.addAction("&Open", this, [&] { Choose(index); })->setEnabled(kind != TKind::MissingUnit);
+    if (OnConvert && kind == TKind::Unit)
+      menu.addAction("&Convert This Unit...", this, [&] { OnConvert(fileName); });
   }
-  if (!menu.isEmpty()) menu.exec(viewport()->mapToGlobal(position));
+  menu.addSeparator();
+  menu.addAction("&Show in File Manager", this, [&] { Reveal(fileName); });
+  menu.addAction("Copy &Path", this,
+                 [&] { QGuiApplication::clipboard()->setText(ToQt(win::ToHostName(fileName))); });
+  menu.exec(FView->viewport()->mapToGlobal(position));
 }
 
 }  // namespace desktop

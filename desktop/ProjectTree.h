@@ -1,37 +1,43 @@
-// The tree of the open group: its projects, their units and forms.
+// The tree of the open group with a filter for its units: projects, units, and forms with their classes.
 #pragma once
 
-#include <QTreeWidget>
+#include <QWidget>
 #include <functional>
 #include <string>
 
-namespace host {
-class THost;
-class TProject;
-}  // namespace host
+#include "desktop/ProjectModel.h"
+
+class QLabel;
+class QLineEdit;
+class QTreeView;
 
 namespace desktop {
 
-class TProjectTree : public QTreeWidget {
+class TProjectTree : public QWidget {
  public:
   // The host is not owned and must outlive the tree.
   TProjectTree(host::THost& host, QWidget* parent);
 
-  // Rebuilds the tree. Collapsed items stay collapsed.
+  // Rebuilds the tree. In a small project all rows are expanded, in a large one only the projects.
   void Fill();
   // Shows the active project in bold.
-  void MarkActive();
+  void MarkActive() { FModel.MarkActive(); }
 
   // Called when the user opens a file of the tree. For a form, `fileName` is the name of the form file.
   std::function<void(const std::string& fileName)> OnOpen;
   std::function<void(host::TProject& project)> OnActivate;
+  // Called when the user wants to convert one unit, a full Windows path. Unset: the menu does not offer it.
+  std::function<void(const std::string& unit)> OnConvert;
 
  private:
-  void AddProject(QTreeWidgetItem& parent, int index);
-  void Choose(const QTreeWidgetItem& item);
+  void Expand();
+  void Choose(const QModelIndex& index);
   void ShowItemMenu(const QPoint& position);
 
-  host::THost& FHost;
+  TProjectModel FModel;
+  QLineEdit* FFilter;
+  QLabel* FCount;
+  QTreeView* FView;
 };
 
 }  // namespace desktop

@@ -11,52 +11,77 @@ namespace host {
 // The stamp is taken first: a change between the two steps shows as a change on the disk.
 void TFileBuffer::Load() {
   const std::optional<win::TFileStamp> stamp = win::GetFileStamp(FFileName);
-  FBytes = rtl::ReadFile(FFileName);
+  FOnDisk = rtl::ReadFile(FFileName);
   FLoaded = stamp;
 }
 
 const std::string& TFileBuffer::Bytes() {
-  if (!FBytes) Load();
-  return *FBytes;
+  if (FMake) {
+    FChanged = FMake();
+    FMake = nullptr;
+  }
+  if (FChanged) return *FChanged;
+  if (!FOnDisk) Load();
+  return *FOnDisk;
 }
 
 void TFileBuffer::SetBytes(std::string bytes) {
-  if (FBytes && *FBytes == bytes) return;
-  if (!FBytes) FLoaded = win::GetFileStamp(FFileName);
-  FBytes = std::move(bytes);
-  FModified = true;
+  if (!FMake && FChanged == bytes) return;
+  const bool wasModified = Modified();
+  FMake = nullptr;
+  FChanged.reset();
+  if (FOnDisk == bytes) {
+    if (wasModified) Changed();
+    return;
+  }
+  if (!FOnDisk) FLoaded = win::GetFileStamp(FFileName);
+  FChanged = std::move(bytes);
+  Changed();
+}
+
+void TFileBuffer::SetBytesLater(std::function<std::string()> make) {
+  if (!FOnDisk && !FLoaded) FLoaded = win::GetFileStamp(FFileName);
+  FMake = std::move(make);
+  Changed();
+}
+
+void TFileBuffer::Revert() {
+  if (!Modified()) return;
+  FMake = nullptr;
+  FChanged.reset();
   Changed();
 }
 
 bool TFileBuffer::ChangedOnDisk() const {
-  if (!FBytes) return false;
+  if (!FOnDisk && !FChanged && !FMake) return false;
   const std::optional<win::TFileStamp> stamp = win::GetFileStamp(FFileName);
   return stamp && stamp != FLoaded;
 }
 
 bool TFileBuffer::Save(bool overwriteChanged) {
-  if (!FModified) return true;
+  if (!Modified()) return true;
   if (!overwriteChanged && ChangedOnDisk()) {
     win::SetLastError(win::ERROR_SHARING_VIOLATION);
     return false;
   }
-  if (!win::ReplaceFileContents(FFileName, *FBytes)) return false;
+  if (!win::ReplaceFileContents(FFileName, Bytes())) return false;
   FLoaded = win::GetFileStamp(FFileName);
-  FModified = false;
+  if (FChanged) FOnDisk = std::exchange(FChanged, std::nullopt);
   Changed();
   return true;
 }
 
 bool TFileBuffer::Reload() {
-  if (!FBytes) return true;
-  const std::string before = *FBytes;
+  if (!FOnDisk && !FChanged && !FMake) return true;
+  const std::optional<std::string> before = FOnDisk;
   try {
     Load();
   } catch (const rtl::EStreamError&) {
     return false;
   }
-  if (!FModified && *FBytes == before) return true;
-  FModified = false;
+  if (!Modified() && FOnDisk == before) return true;
+  FMake = nullptr;
+  FChanged.reset();
   Changed();
   return true;
 }

@@ -1,4 +1,7 @@
 // The host's copy of one file: loaded on the first access, changed in memory, saved or reloaded.
+//
+// An editor gives its text only when somebody needs the bytes, because converting a large text takes time, and
+// because a text may have no bytes while it is being typed, as half a form has none.
 #pragma once
 
 #include <functional>
@@ -19,11 +22,16 @@ class TFileBuffer {
 
   const std::string& FileName() const { return FFileName; }
   // Returns the bytes, byte order mark included, and loads the file if that was not done yet. Raises
-  // rtl::EFOpenError or rtl::EReadError if it cannot be loaded.
+  // rtl::EFOpenError or rtl::EReadError if it cannot be loaded, and the exceptions of SetBytesLater.
   const std::string& Bytes();
-  // Replaces the bytes in memory. The buffer becomes modified unless they are the same as before.
+  // Replaces the bytes in memory. The buffer is modified then, unless they are those of the file.
   void SetBytes(std::string bytes);
-  bool Modified() const { return FModified; }
+  // Marks the buffer as modified. `make` returns its bytes; it is called when they are needed, once unless it
+  // raises an exception. It must stay callable until the buffer changes in another way.
+  void SetBytesLater(std::function<std::string()> make);
+  // Discards the changes in memory, without access to the disk.
+  void Revert();
+  bool Modified() const { return FChanged || FMake; }
 
   // Returns whether the file exists and is not the one that was loaded or saved last: somebody has written or
   // replaced it since.
@@ -32,7 +40,8 @@ class TFileBuffer {
   // Writes a modified buffer to its file, which is replaced in one step (win::ReplaceFileContents). Returns
   // true if the file now holds the bytes of the buffer. Returns false otherwise, with the reason in
   // win::GetLastError; the buffer stays modified. A file that was changed on the disk is
-  // ERROR_SHARING_VIOLATION and is not written, unless `overwriteChanged` is set.
+  // ERROR_SHARING_VIOLATION and is not written, unless `overwriteChanged` is set. Raises the exceptions of
+  // SetBytesLater; the file and the buffer are as before then.
   [[nodiscard]] bool Save(bool overwriteChanged = false);
   // Reads the file again and discards the changes in memory. Returns false if the file cannot be read; the
   // buffer is then as before. A buffer that was not loaded yet is not loaded.
@@ -48,9 +57,10 @@ class TFileBuffer {
   }
 
   std::string FFileName;
-  std::optional<std::string> FBytes;       // nullopt until loaded
+  std::optional<std::string> FOnDisk;      // the bytes that were loaded or saved last; nullopt before
   std::optional<win::TFileStamp> FLoaded;  // of the file that was loaded or saved last
-  bool FModified = false;
+  std::optional<std::string> FChanged;     // the bytes in memory, if they differ
+  std::function<std::string()> FMake;      // gives the bytes in memory, if they are not made yet
 };
 
 }  // namespace host

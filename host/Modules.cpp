@@ -88,6 +88,13 @@ bool TModule::SaveBuffers() {
   for (const TSlot& slot : FEditors) {
     TFileBuffer& buffer = slot.Editor->Buffer();
     const bool isChanged = buffer.Modified() && buffer.ChangedOnDisk();
+    try {
+      static_cast<void>(buffer.Modified() ? buffer.Bytes() : std::string());
+    } catch (const rtl::EParserError& error) {
+      win::Diagnose(At(buffer.FileName(), 0, error.what()));
+      isSaved = false;
+      continue;
+    }
     if (isChanged && !(FHost && FHost->QueryOverwrite(buffer))) {
       win::Diagnose(
           At(buffer.FileName(), 0, "was changed on the disk since it was loaded, and is not overwritten."));

@@ -192,6 +192,32 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   EXPECT_TRUE(main.IsOpen() && main.Modified());
 }
 
+// The bytes of an editor's text are made when they are needed; a text that has none is not saved, and not lost.
+TEST_F(HostTest, BytesAreMadeLater) {
+  ASSERT_TRUE(FHost.OpenProject("C:\\App\\App.dpr", true));
+  TModule& main = FHost.OpenModule("C:\\App\\Main.pas");
+  TFileBuffer& source = main.Editor(0).Buffer();
+  TFileBuffer& form = main.Editor(1).Buffer();
+  int made = 0;
+  form.SetBytesLater([&]() -> std::string { throw rtl::EParserError("Form text, line 2: no."); });
+  source.SetBytesLater([&] { return "later " + std::to_string(++made); });
+  EXPECT_TRUE(main.Modified());
+  EXPECT_EQ(made, 0);
+  FReports.clear();
+  EXPECT_FALSE(TIDEUtils::SaveProject());
+  EXPECT_EQ(FReports, std::vector<std::string>{"C:\\App\\Main.dfm: Form text, line 2: no."});
+  EXPECT_EQ(FTree.Read("App/Main.pas"), "later 1");
+  EXPECT_EQ(FTree.Read("App/main.DFM"), "App/main.DFM");
+  EXPECT_TRUE(form.Modified() && !source.Modified());
+  form.Revert();
+  EXPECT_FALSE(main.Modified());
+  EXPECT_EQ(form.Bytes(), "App/main.DFM");
+  source.SetBytes("x");
+  source.SetBytes("later 1");
+  EXPECT_FALSE(source.Modified()) << "those of the file";
+  EXPECT_EQ(made, 1);
+}
+
 TEST_F(HostTest, TheUserIsAsked) {
   const struct {
     TSaveAnswer Answer;

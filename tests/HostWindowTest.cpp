@@ -1,10 +1,12 @@
 // The host's window with the wizard from its loadable module, driven as a user would, on an example
 // project.
 #include <QAction>
+#include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QTextBlock>
-#include <QTreeWidget>
+#include <QTreeView>
 #include <cmath>
 
 #include "desktop/HostWindow.h"
@@ -56,6 +58,20 @@ class HostWindowTest : public tests::TWindowTest {
     auto& files = Find<QListWidget>("ChangedFiles");
     files.setCurrentItem(files.findItems(name, Qt::MatchExactly).value(0));
     return Find<QPlainTextEdit>("Diff").toPlainText().toStdString();
+  }
+
+  // Returns the expanded rows of the project tree, indented, missing units in parentheses.
+  static TTexts ShownRows(const QTreeView& view) {
+    TTexts rows;
+    for (QModelIndex row = view.model()->index(0, 0); row.isValid(); row = view.indexBelow(row)) {
+      std::string text = row.data().toString().toStdString();
+      if (row.data(Qt::ForegroundRole).isValid()) text = "(" + text + ")";
+      const std::string form = row.siblingAtColumn(1).data().toString().toStdString();
+      if (!form.empty()) text += " | " + form;
+      for (QModelIndex above = row.parent(); above.isValid(); above = above.parent()) text.insert(0, " ");
+      rows.push_back(text);
+    }
+    return rows;
   }
 
   desktop::THostWindow FWindow{FFrontEnd};
@@ -126,24 +142,54 @@ TEST_F(HostWindowTest, AModuleThatCannotBeLoadedIsTold) {
 }
 
 TEST_F(HostWindowTest, TreeShowsTheGroupAndActivates) {
+  FScratch.Write("App/Gone.dpr",
+                 "program Gone; uses Missing in 'Sub\\Missing.pas', Main in 'Main.pas' {MainForm}; end.");
   Open();
-  auto& tree = Find<QTreeWidget>("ProjectTree");
-  QTreeWidgetItem* const group = tree.topLevelItem(0);
-  ASSERT_EQ(group->childCount(), 2);
-  QTreeWidgetItem* const second = group->child(1);
-  EXPECT_TRUE(group->child(0)->font(0).bold() && !second->font(0).bold());
-  emit tree.itemActivated(second, 0);
-  EXPECT_TRUE(!group->child(0)->font(0).bold() && second->font(0).bold());
+  auto& view = Find<QTreeView>("ProjectTree");
+  auto& filter = Find<QLineEdit>("TreeFilter");
+  const auto isBold = [&](int project) {
+    return view.model()
+        ->index(0, 0)
+        .model()
+        ->index(project, 0, view.model()->index(0, 0))
+        .data(Qt::FontRole)
+        .value<QFont>()
+        .bold();
+  };
+  EXPECT_TRUE(isBold(0) && !isBold(1));
+  emit view.activated(view.model()->index(1, 0, view.model()->index(0, 0)));
+  EXPECT_TRUE(!isBold(0) && isBold(1));
   EXPECT_EQ(FWindow.Host().ActiveProject()->FileName(), "C:\\App\\Night.dproj");
-  QTreeWidgetItem* const form =
-      tree.findItems("DataMod.dfm", Qt::MatchStartsWith | Qt::MatchRecursive).value(0);
-  ASSERT_NE(form, nullptr);
-  emit tree.itemActivated(form, 0);
+
+  const std::pair<const char*, TTexts> rows[] = {
+      {"aboutbox",
+       {"LendDesk.groupproj", " LendDesk.dproj", "  About.pas | AboutBox: TAboutBox",
+        "   About.dfm | AboutBox: TAboutBox", " Night.dproj", "1 of 12 units"}},
+      {"no such unit", {"LendDesk.groupproj", " LendDesk.dproj", " Night.dproj", "0 of 12 units"}},
+  };
+  for (const auto& [typed, shown] : rows) {
+    filter.setText(typed);
+    TTexts texts = ShownRows(view);
+    texts.push_back(Find<QLabel>("TreeCount").text().toStdString());
+    EXPECT_EQ(texts, shown);
+  }
+  filter.setText("datamod");
+  const QModelIndex form =
+      view.model()
+          ->match(view.model()->index(0, 0), Qt::DisplayRole, "DataMod.dfm", 1, Qt::MatchRecursive)
+          .value(0);
+  ASSERT_TRUE(form.isValid());
+  emit view.activated(form);
   EXPECT_TRUE(Shown().startsWith("object ") && !FWindow.CurrentEditor()->isReadOnly());
   FWindow.OpenFile("C:\\App\\About.dfm");
   EXPECT_TRUE(Shown().startsWith("object ") && FWindow.CurrentEditor()->isReadOnly()) << "a binary form";
   EXPECT_NE(FScratch.Read(FScratch.kSettings).find("RecentProject0=C:\\\\App\\\\LendDesk.groupproj"),
             std::string::npos);
+
+  filter.clear();
+  ASSERT_TRUE(FWindow.OpenProject("C:\\App\\Gone.dpr"));
+  EXPECT_EQ(ShownRows(view), (TTexts{"Gone.dpr", " Main.pas | MainForm: TMainForm",
+                                     "  Main.dfm | MainForm: TMainForm", " (Sub\\Missing.pas)"}));
 }
 
 // Every colour of the source is readable on its page, light or dark, even after the theme has changed.
