@@ -9,10 +9,9 @@
 #include "desktop/HostWindow.h"
 #include "desktop/ProgressWindow.h"
 #include "desktop/QtText.h"
-#include "host/Host.h"
+#include "host/WizardRun.h"
 #include "rtl/text/Files.h"
 #include "target/Catalogue.h"
-#include "target/KVAExpert.h"
 #include "win/paths/CodePage.h"
 #include "win/paths/Drives.h"
 
@@ -83,28 +82,18 @@ target::TCatalogue LoadCatalogue(const QString& fileName) {
   return {rtl::ReadFile(WindowsPath(fileName)), FromQt(fileName)};
 }
 
-// Runs the wizard once, like a click on its menu item in the host. Shows the warnings of the run at its
-// end.
 void RunWizard(const TOptions& options, TFrontEnd& frontEnd) {
-  host::THost host;
-  if (!options.Project.isEmpty())
-    static_cast<void>(host.OpenProject(WindowsPath(options.Project), /*newGroup=*/true));
-  target::TKVAMigration migration(LoadCatalogue(options.Catalogue));
-  const auto expert = target::MakeExpert(migration);
-  TProgressWindow progress({&migration.BDE(), &migration.IBX()});
+  TProgressWindow progress;
   frontEnd.OnModal = [&progress] { progress.Close(); };
+  const std::string project = options.Project.isEmpty() ? std::string() : WindowsPath(options.Project);
   try {
-    expert->ShowWizard();
+    host::RunWizard(project, LoadCatalogue(options.Catalogue), progress);
   } catch (...) {
     frontEnd.OnModal = nullptr;
     std::fputs(progress.Warnings().c_str(), stderr);
     throw;
   }
   frontEnd.OnModal = nullptr;
-  if (!progress.Warnings().empty()) {
-    rtl::Application().MessageBox(progress.Warnings(), migration.Options().GetTitle(),
-                                  rtl::MB_ICONINFORMATION);
-  }
 }
 
 // Returns the module with the wizard: the one named by KVA_EXPERT_MODULE, or the one beside this program,

@@ -107,7 +107,8 @@ TEST_F(DesktopTest, MarksShowAndArriveInBothDirections) {
 }
 
 TEST_F(DesktopTest, ARunCanBeStoppedBetweenTwoFiles) {
-  desktop::TProgressWindow progress({&FMigration.BDE()});
+  desktop::TProgressWindow progress;
+  const mig::TRunWatch watch(progress, {&FMigration.BDE()});
   const auto& report = FMigration.BDE().OnProgress;
   report({0, 3, "C:\\App\\Loans\\LoanDesk.pas"});
   QWidget* const window = QApplication::activeModalWidget();
