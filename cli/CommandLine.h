@@ -54,6 +54,7 @@ struct TCommandLine {
   bool SkipConverted = false;
   bool DryRun = false;  // set by --diff too
   bool Diff = false;
+  bool Interactive = false;
   bool IgnoreSpace = false;
   std::string Colour = "auto";  // or "always" or "never"
   bool KeepGoing = false;

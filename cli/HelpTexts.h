@@ -32,6 +32,7 @@ inline constexpr char kReplaceFooter[] = R"(What a run does:
   versions take the place of the originals, each in one step. The undo file
   RExpert.reu in the backup folder is what "kvamigrate restore" needs.
   Wiz_Log.txt, in the folder of the run, lists every file with its changes.
+  With --interactive, nothing is replaced before the last answer.
 
 Examples:
   kvamigrate replace --mode bde src --subfolders --exclude 'old/*'

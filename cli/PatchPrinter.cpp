@@ -79,19 +79,6 @@ std::string_view ColourOf(std::string_view line) {
   return {};
 }
 
-std::string Coloured(std::string_view patch, bool hasColours) {
-  std::string result;
-  for (std::string_view line : diff::SplitLines(patch)) {
-    const bool hasEnd = line.ends_with('\n');
-    if (hasEnd) line.remove_suffix(1);
-    if (line.ends_with('\r')) line.remove_suffix(1);  // part of the file's line end, not visible
-    const std::string_view colour = hasColours ? ColourOf(line) : std::string_view();
-    result.append(colour).append(WithoutControls(line)).append(colour.empty() ? "" : "\033[m");
-    if (hasEnd) result += '\n';
-  }
-  return result;
-}
-
 // Replaces this process by the pager, which reads from `input`.
 [[noreturn]] void BecomePager(int input) {
   dup2(input, STDIN_FILENO);
@@ -103,11 +90,45 @@ std::string Coloured(std::string_view patch, bool hasColours) {
 
 }  // namespace
 
+std::string ShownPatch(std::string_view patch, const std::string& colour) {
+  const bool hasColours = WantsColours(colour);
+  std::string result;
+  for (std::string_view line : diff::SplitLines(patch)) {
+    const bool hasEnd = line.ends_with('\n');
+    if (hasEnd) line.remove_suffix(1);
+    if (line.ends_with('\r')) line.remove_suffix(1);  // part of the file's line end, not visible
+    const std::string_view start = hasColours ? ColourOf(line) : std::string_view();
+    result.append(start).append(WithoutControls(line)).append(start.empty() ? "" : "\033[m");
+    if (hasEnd) result += '\n';
+  }
+  return result;
+}
+
+std::string ShownName(const std::string& fileName, std::string_view folder) {
+  std::string path =
+      rtl::ExtractRelativePath(mig::JoinPath(folder, ""), win::FileSystem().GetLongPathNameA(fileName));
+  std::replace(path.begin(), path.end(), '\\', '/');
+  return path;
+}
+
+std::string MakePatch(const std::string& fileName, const mig::TFileConversion& conversion,
+                      std::string_view folder, bool ignoresSpace) {
+  const std::string before = rtl::ReadFile(fileName);
+  const std::string after = std::string(conversion.Mark).append(conversion.Bytes);
+  const std::string path = ShownName(fileName, folder);
+  diff::TPatchFile file = {path, before, after, {}, {}};
+  std::string oldText, newText;
+  if (diff::NeedsBinaryPatch(file)) {
+    oldText = ReadableText(before);
+    newText = ReadableText(after);
+    file.OldText = oldText;
+    file.NewText = newText;
+  }
+  return diff::GitPatch(file, ignoresSpace ? diff::TIgnore::Space : diff::TIgnore::Nothing);
+}
+
 TPatchPrinter::TPatchPrinter(const TCommandLine& line, std::string_view folder)
-    : FFolder(mig::JoinPath(folder, "")),
-      FIgnoresSpace(line.IgnoreSpace),
-      FHasPager(IsTerminal()),
-      FHasColours(WantsColours(line.Colour)) {}
+    : FFolder(folder), FIgnoresSpace(line.IgnoreSpace), FColour(line.Colour), FHasPager(IsTerminal()) {}
 
 TPatchPrinter::~TPatchPrinter() {
   if (FPager < 0) return;
@@ -118,24 +139,12 @@ TPatchPrinter::~TPatchPrinter() {
 
 void TPatchPrinter::Print(const std::string& fileName, const mig::TFileConversion& conversion) {
   if (!FPrinted.insert(win::UpperFileName(fileName)).second) return;
-  const std::string before = rtl::ReadFile(fileName);
-  const std::string after = std::string(conversion.Mark).append(conversion.Bytes);
-  std::string path = rtl::ExtractRelativePath(FFolder, win::FileSystem().GetLongPathNameA(fileName));
-  std::replace(path.begin(), path.end(), '\\', '/');
-  diff::TPatchFile file = {path, before, after, {}, {}};
-  std::string oldText, newText;
-  if (diff::NeedsBinaryPatch(file)) {
-    oldText = ReadableText(before);
-    newText = ReadableText(after);
-    file.OldText = oldText;
-    file.NewText = newText;
-  }
-  Write(diff::GitPatch(file, FIgnoresSpace ? diff::TIgnore::Space : diff::TIgnore::Nothing));
+  Write(MakePatch(fileName, conversion, FFolder, FIgnoresSpace));
 }
 
 void TPatchPrinter::Write(std::string_view patch) {
-  if (!FHasPager && !FHasColours) return WriteOutput(patch);
-  const std::string text = Coloured(patch, FHasColours);
+  if (!FHasPager && FColour != "always") return WriteOutput(patch);
+  const std::string text = ShownPatch(patch, FColour);
   int ends[2];
   if (FHasPager && FPager < 0 && pipe(ends) == 0) {
     FPagerProcess = fork();

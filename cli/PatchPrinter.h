@@ -1,4 +1,4 @@
-// Prints the patch of a run on standard output.
+// Makes the patch of a run, and prints it on standard output.
 #pragma once
 
 #include <string>
@@ -12,6 +12,16 @@ struct TFileConversion;
 }
 
 namespace cli {
+
+// Returns a file's name relative to `folder`, with "/". Both are full Windows paths.
+std::string ShownName(const std::string& fileName, std::string_view folder);
+// Returns the patch with the changes that the conversion makes to the file, a full Windows path. Raises the
+// exceptions of reading the file.
+std::string MakePatch(const std::string& fileName, const mig::TFileConversion& conversion,
+                      std::string_view folder, bool ignoresSpace);
+// Returns a patch as shown on a terminal: control characters in the files become "^X". `colour` is the value
+// of --color.
+std::string ShownPatch(std::string_view patch, const std::string& colour);
 
 // Prints each file's patch immediately. On a terminal the patch is coloured and piped through the pager,
 // $PAGER or `less`, like git's output, and control characters in the files are printed as "^X".
@@ -33,8 +43,8 @@ class TPatchPrinter {
 
   const std::string FFolder;
   const bool FIgnoresSpace;
+  const std::string FColour;
   const bool FHasPager;
-  const bool FHasColours;
   std::unordered_set<std::string> FPrinted;  // names in upper case
   int FPager = -1;                           // the pipe to the pager, -1 if there is none
   int FPagerProcess = -1;

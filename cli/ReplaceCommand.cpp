@@ -1,6 +1,8 @@
 // kvamigrate replace.
 #include <algorithm>
 #include <new>
+#include <optional>
+#include <set>
 
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/RExpertRes.h"
@@ -10,6 +12,7 @@
 #include "cli/Commands.h"
 #include "cli/Console.h"
 #include "cli/ExcludeHint.h"
+#include "cli/InteractiveChoice.h"
 #include "cli/Interrupt.h"
 #include "cli/PatchPrinter.h"
 #include "cli/PathPattern.h"
@@ -79,28 +82,35 @@ bool FinishReport(TRunReport& report, bool isDryRun) {
   }
 }
 
+// `choice` is null unless the user chooses what to replace.
 int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TCommandLine& line,
-                TRunReport& report) {
-  std::string fileName;  // the current file; empty after the last one is converted
+                TRunReport& report, TInteractiveChoice* choice) {
+  std::string fileName;              // the current file; empty after the last one is converted
+  std::set<std::string> complaints;  // repeated by the run after a choice
   replacer.OnProgress = [&](const mig::TRunProgress& progress) {
     fileName = progress.FileName;
     StopIfInterrupted("Stopped: no file was replaced.");
     if (!line.Quiet) ShowProgress(progress.Done, progress.Known, progress.FileName);
   };
-  replacer.OnWarning = Complain;
+  replacer.OnWarning = [&](std::string_view message) {
+    if (choice == nullptr || complaints.emplace(message).second) Complain(message);
+  };
   const auto hint = [&] { return fileName.empty() ? std::string() : ExcludeHint(fileName, scope.Folder); };
   try {
-    if (line.DryRun) {
-      replacer.Preview();
-    }
-    const bool succeeded = line.DryRun || replacer.Replace();
+    const bool isDeclined = choice != nullptr && !choice->Ask();
+    if (isDeclined) report.SetDeclined();
+    const bool isPreview = line.DryRun || isDeclined;
+    if (isPreview) replacer.Preview();
+    const bool succeeded = isPreview || replacer.Replace();
     const size_t leftOut = replacer.LeftOut().size() + scope.MissingUnits;
     if (leftOut > 0) Note("Left out, as said above: " + std::to_string(leftOut) + ".");
     const bool isReported = FinishReport(report, line.DryRun);
     if (!succeeded) return PrintOutcome(false, mig::SReplaceSuccess, mig::SReplaceFailed, line.Quiet);
     // A run that left files out is no success, even though each file that it converted is in place.
     if (leftOut > 0 || !isReported) return kExitPart;
-    return line.DryRun ? kExitOk : PrintOutcome(true, mig::SReplaceSuccess, mig::SReplaceFailed, line.Quiet);
+    if (line.DryRun) return kExitOk;
+    return PrintOutcome(true, isPreview ? "Nothing was replaced." : mig::SReplaceSuccess, mig::SReplaceFailed,
+                        line.Quiet);
   } catch (const mig::ETwinFiles& error) {
     return Stopped(error.what(), ExcludeOneHint(error.First(), error.Second(), scope.Folder));
   } catch (const mig::EWayBack& error) {
@@ -119,7 +129,10 @@ int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TC
 int RunReplace(const TCommandLine& line) {
   if (line.Mode.empty()) throw EUsage("Say which components to replace: --mode bde or --mode ibx.");
   if (line.OverwriteBackups && !line.BackupDir) throw EUsage("--overwrite-backups is for --backup-dir.");
-  if (line.IgnoreSpace && !line.Diff) throw EUsage("--ignore-space is for --diff.");
+  if (line.Interactive && line.DryRun)
+    throw EUsage("--interactive is for a run that writes, and not for --dry-run or --diff.");
+  if (line.IgnoreSpace && !line.Diff && !line.Interactive)
+    throw EUsage("--ignore-space is for --diff and --interactive.");
   target::TKVAMigration migration(LoadCatalogue(line.Catalogue));
   target::TKVAComponentReplacer& replacer = line.Mode == "ibx" ? migration.IBX() : migration.BDE();
   if (line.Complete) migration.Complete(*line.Complete);
@@ -145,6 +158,8 @@ int RunReplace(const TCommandLine& line) {
       return patterns.Match(PathBelow(scope.Folder, fileName));
     };
   }
+  std::optional<TInteractiveChoice> choice;
+  if (line.Interactive) choice.emplace(line, replacer, scope.Folder);
   CatchInterrupts();
   TRunReport report(line, replacer, options, scope.Folder, line.DryRun);
   TPatchPrinter patches(line, scope.Folder);
@@ -156,7 +171,7 @@ int RunReplace(const TCommandLine& line) {
       if (isChanged) patches.Print(fileName, conversion);
     };
   }
-  return RunReplacer(replacer, scope, line, report);
+  return RunReplacer(replacer, scope, line, report, choice ? &*choice : nullptr);
 }
 
 }  // namespace cli

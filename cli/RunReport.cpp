@@ -37,6 +37,7 @@ std::vector<std::string> OptionsOf(const TCommandLine& line) {
   if (!line.ActiveProject.empty()) add("--active", line.ActiveProject);
   for (const std::string& unit : line.Units) add("--unit", unit);
   for (const std::string& pattern : line.Exclude) add("--exclude", pattern);
+  if (line.Interactive) options.emplace_back("--interactive");
   if (line.NoBackup) options.emplace_back("--no-backup");
   if (line.CodePage != TCommandLine().CodePage) add("--codepage", std::to_string(line.CodePage));
   if (!line.Catalogue.empty()) add("--catalogue", line.Catalogue);

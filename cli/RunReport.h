@@ -25,6 +25,8 @@ class TRunReport {
   TRunReport(const TRunReport&) = delete;
   TRunReport& operator=(const TRunReport&) = delete;
 
+  // Notes that the user was asked what to replace, and declined all of it.
+  void SetDeclined() { FReport.Run.IsDeclined = true; }
   // Ends the collection, removes findings that the baseline has, writes the reports, and prints the summary
   // on standard error unless the command line is quiet. Returns false, after a message, if a report could
   // not be written.

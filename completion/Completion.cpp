@@ -42,7 +42,8 @@ bool NamesNewClass(std::string_view text, const qrl::TEncoding& encoding, const 
 
 mig::TCompletedUnit TCompletion::CompleteUnit(const mig::TUnitToComplete& unit) const {
   mig::TCompletedUnit completed;
-  completed.Text = EditsOf(unit, completed).Apply(unit.Text);
+  completed.Edits = EditsOf(unit, completed);
+  completed.Text = completed.Edits.Apply(unit.Text);
   // A unit that has nothing to do with the new classes is not touched, whatever it lists.
   if (FSteps.Uses && (!unit.Edits.Empty() || NamesNewClass(unit.Text, unit.Encoding, unit.Classes)))
     CompleteUses(unit, completed);

@@ -34,6 +34,7 @@ struct TRunInfo {
   std::string Time;                  // "2026-11-23T05:46:14Z"
   std::vector<std::string> Options;  // as typed
   bool IsPreview = false;            // True if nothing was written
+  bool IsDeclined = false;           // True if the user was asked what to replace, and declined all of it
   std::string BackupFolder;          // host path; empty without backups
 };
 

@@ -57,11 +57,12 @@ std::vector<std::string> SummaryLines(const TReport& report, const std::vector<s
   std::vector<std::string> lines;
   lines.push_back("Files:     " + std::to_string(summary.FilesRead) + " read, " +
                   std::to_string(summary.FilesChanged) + (isPreview ? " to change" : " changed"));
-  if (summary.FilesChanged == 0 && summary.Rules.empty()) {
+  if (summary.FilesChanged == 0 && summary.Rules.empty() && !report.Run.IsDeclined) {
     lines.push_back("There is nothing to convert. " + WhyNothing(report, summary));
     return lines;
   }
-  if (summary.FilesChanged == 0) lines.push_back("Nothing was converted. " + WhyNothing(report, summary));
+  if (summary.FilesChanged == 0 && !report.Run.IsDeclined)
+    lines.push_back("Nothing was converted. " + WhyNothing(report, summary));
   if (summary.ObjectsConverted > 0) {
     lines.push_back("Objects:   " + Counted(summary.ObjectsConverted, "converted", "converted") + ": " +
                     FirstOf(summary.Converted, [](const mig::TConvertedClass& each) {
@@ -98,7 +99,7 @@ std::vector<std::string> SummaryLines(const TReport& report, const std::vector<s
   const std::string counts = Counted(CountOf(summary, mig::TLevel::Error), "error", "errors") + ", " +
                              Counted(CountOf(summary, mig::TLevel::Warning), "warning", "warnings");
   if (summary.Rules.empty()) {
-    lines.emplace_back("Next:      compile the project");
+    if (!report.Run.IsDeclined) lines.emplace_back("Next:      compile the project");
   } else if (reports.empty() && !isPreview) {
     lines.push_back("Next:      " + counts +
                     " to look at: run again with --report FILE.html, or \"kvamigrate check\"");

@@ -26,6 +26,7 @@ struct TUnitToComplete {
 
 struct TCompletedUnit {
   std::string Text;
+  TTextEdits Edits;  // of the text before the conversion; without those in uses clauses, which come after
   // Completed work, for which no findings are needed.
   bool SettlesUses = false;               // the uses clauses name the units that the unit needs, each once
   bool SettlesTransactions = false;       // each transaction is declared where it belongs

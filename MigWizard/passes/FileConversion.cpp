@@ -74,10 +74,9 @@ void RemoveSettled(std::vector<TFinding>& findings, const TCompletedUnit& comple
 
 // Removes the edits that are left out. Returns True if no edit is left, so that the file stays as it is.
 bool LeaveOutEdits(const TEditSelection& selection, TUnitResult& unit) {
-  const size_t removed =
-      unit.Edits.RemoveIf([&selection](size_t place) { return selection.LeavesOut(place); });
-  unit.Changes = selection.LeavesOutAll() ? 0 : unit.Changes - static_cast<int>(removed);
-  return selection.LeavesOutAll() || (removed > 0 && unit.Edits.Empty());
+  unit.LeftOut = unit.Edits.RemoveIf([&selection](size_t place) { return selection.LeavesOut(place); });
+  unit.Changes = selection.LeavesOutAll() ? 0 : unit.Changes - static_cast<int>(unit.LeftOut.size());
+  return selection.LeavesOutAll() || (!unit.LeftOut.empty() && unit.Edits.Empty());
 }
 
 }  // namespace
@@ -173,7 +172,8 @@ void TFileConverter::FindInUnitFile(const TTextFile& unit, const TUnitResult& co
                                     const std::vector<std::string_view>& directives,
                                     const TCompletedUnit* completed, TFileConversion& result) const {
   const TTextPlaces places(unit.Text, *unit.Encoding);
-  TUnitFindings found = FindInUnit({unit.Text, *unit.Encoding, FUnitRules, converted, *FOldNames}, places);
+  TUnitFindings found =
+      FindInUnit({unit.Text, *unit.Encoding, FUnitRules, converted, *FOldNames, completed}, places);
   const std::vector<TTextEdits::TEdit>& edits = converted.Edits.Edits();
   if (completed != nullptr) RemoveSettled(found.Findings, *completed);
   const bool keepsMark = FCompletion != nullptr && FCompletion->KeepsMarks();

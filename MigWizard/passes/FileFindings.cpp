@@ -41,8 +41,10 @@ void PlaceFindings(std::vector<TFinding>& findings, const TTextPlaces& places,
     const TTextPlace place = places.At(finding.Offset);
     finding.Line = place.Line;
     finding.Column = place.Column;
-    if (finding.Before.empty()) finding.Before = ShownValue({}, places.LineAt(finding.Offset));
-    if (KeepsLine(finding.Rule) && finding.After.empty()) finding.After = finding.Before;
+    if (finding.Before.empty()) {
+      finding.Before = ShownValue({}, places.LineAt(finding.Offset));
+      if (KeepsLine(finding.Rule) && finding.After.empty()) finding.After = finding.Before;
+    }
     for (std::string* const text :
          {&finding.Object, &finding.OldClass, &finding.NewClass, &finding.Subject, &finding.Value,
           &finding.Detail, &finding.Advice, &finding.Before, &finding.After})

@@ -8,8 +8,14 @@ void TTextEdits::Replace(size_t position, size_t length, std::string replacement
   FEdits.push_back({position, length, std::move(replacement)});
 }
 
-size_t TTextEdits::RemoveIf(const std::function<bool(size_t)>& isRemoved) {
-  return std::erase_if(FEdits, [&isRemoved](const TEdit& edit) { return isRemoved(edit.Position); });
+std::vector<size_t> TTextEdits::RemoveIf(const std::function<bool(size_t)>& isRemoved) {
+  std::vector<size_t> removed;
+  std::erase_if(FEdits, [&](const TEdit& edit) {
+    if (!isRemoved(edit.Position)) return false;
+    removed.push_back(edit.Position);
+    return true;
+  });
+  return removed;
 }
 
 bool TTextEdits::HasAt(size_t position) const {

@@ -20,8 +20,8 @@ class TTextEdits {
     size_t Position, Length;
     std::string Replacement;
   };
-  // Removes the edits for which `isRemoved`(position) is True, and returns their number.
-  size_t RemoveIf(const std::function<bool(size_t)>& isRemoved);
+  // Removes the edits for which `isRemoved`(position) is True, and returns their positions.
+  std::vector<size_t> RemoveIf(const std::function<bool(size_t)>& isRemoved);
 
   // Returns all edits, in the order of the text.
   const std::vector<TEdit>& Edits() const { return FEdits; }

@@ -25,6 +25,10 @@ class TTextPlaces {
   TTextPlace At(size_t offset) const;
   // Returns the line that contains `offset`, without its line end.
   std::string_view LineAt(size_t offset) const;
+  // Returns the number of lines; a text that ends with a line end has an empty last line.
+  size_t Lines() const { return FStarts.size(); }
+  // Returns the line with that index, from 0, without its line end.
+  std::string_view Line(size_t index) const { return LineAt(FStarts[index]); }
   // Return the number of lines that end in a bare LF or CR, and of those that end in CR LF.
   size_t OtherLineEnds() const { return FOtherEnds; }
   size_t WindowsLineEnds() const { return FWindowsEnds; }

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 
+#include "MigWizard/passes/LinePairs.h"
 #include "MigWizard/passes/UnitWords.h"
 #include "rtl/text/SysUtils.h"
 
@@ -284,7 +286,7 @@ class TUnitReader {
     const bool isPlain = after == ";" || after == "=" || after == ")" || Token(ahead + 1).Word == End ||
                          rtl::SameText(after, "read") || rtl::SameText(after, "write") ||
                          rtl::SameText(after, "index") || rtl::SameText(after, "absolute");
-    return isPlain ? std::string(Token(ahead).Lexem) : std::string();
+    return isPlain && !IsLeftOut(Token(ahead).Offset) ? std::string(Token(ahead).Lexem) : std::string();
   }
 
   // Reads `TName = ...;`.
@@ -322,7 +324,8 @@ class TUnitReader {
     if (Is("(")) {
       Next();
       for (bool isFirst = true; !AtEnd() && !Is(")"); Next(TSpot::ClassHeading)) {
-        if (Token().IsName && isFirst) outline.Ancestor = Token().Lexem;
+        if (Token().IsName && isFirst)
+          outline.Ancestor = IsLeftOut(Token().Offset) ? std::string() : std::string(Token().Lexem);
         if (Is(",") || Is("<")) isFirst = false;
       }
       SkipSymbol(")");
@@ -572,14 +575,26 @@ class TUnitReader {
     return finding;
   }
 
+  // Returns True if the edit at `offset` is left out by choice.
+  bool IsLeftOut(size_t offset) const {
+    const std::vector<size_t>& leftOut = FInput.Result.LeftOut;
+    return std::binary_search(leftOut.begin(), leftOut.end(), offset);
+  }
+
   // Sets `before` and `after` to the source line at `offset` before and after the run.
-  void ShowLine(size_t offset, std::string& before, std::string& after) const {
+  void ShowLine(size_t offset, std::string& before, std::string& after) {
     const std::string_view line = FPlaces.LineAt(offset);
     const auto start = static_cast<size_t>(line.data() - FInput.Text.data());
-    const std::vector<TTextEdits::TEdit>& edits = FInput.Result.Edits.Edits();
+    const bool isCompleted = FInput.Completed != nullptr;
+    const std::vector<TTextEdits::TEdit>& edits =
+        isCompleted ? FInput.Completed->Edits.Edits() : FInput.Result.Edits.Edits();
     auto edit = std::lower_bound(
         edits.begin(), edits.end(), start,
         [](const TTextEdits::TEdit& each, size_t position) { return each.Position < position; });
+    size_t newStart = start;
+    if (isCompleted)
+      for (auto each = edits.begin(); each != edit; ++each)
+        newStart += each->Replacement.size() - each->Length;
     std::string changed;
     size_t done = 0;
     for (; edit != edits.end() && edit->Position < start + line.size(); ++edit) {
@@ -587,12 +602,24 @@ class TUnitReader {
       done = std::min(edit->Position - start + edit->Length, line.size());
     }
     before = ShownValue({}, line);
-    after = ShownValue({}, changed.append(line.substr(done)));
+    changed.append(line.substr(done));
+    if (isCompleted) changed = Pairs().After(newStart, newStart + changed.size());
+    after = ShownValue({}, changed);
+  }
+
+  // Returns the lines before and after the completion of the uses clauses.
+  const TLinePairs& Pairs() {
+    if (!FPairs) {
+      FBeforeUses = FInput.Completed->Edits.Apply(FInput.Text);
+      FPairs.emplace(FBeforeUses, FInput.Completed->Text, FInput.Encoding);
+    }
+    return *FPairs;
   }
 
   void CheckName(TSpot spot) {
     const TUnitToken& token = Token();
     if (const std::string* newClass = FInput.Rules.Classes.Find(token.Lexem)) {
+      if (IsLeftOut(token.Offset)) return;
       NoteNewClass(*newClass);
       if (FInput.Rules.GetReplacement(token.Lexem, *newClass).find('\n') != std::string::npos)
         AddTransaction(spot);
@@ -749,8 +776,9 @@ class TUnitReader {
     size_t firstDoubled = 0;
     bool isDoubled = false, hasNew = false;
     for (const TUsedUnit& used : FUsedUnits) {
-      const bool isReplaced = rtl::SameText(used.Name, FInput.Rules.OldUnit) ||
-                              rtl::SameText(used.Name.substr(used.Name.rfind('.') + 1), FInput.Rules.OldUnit);
+      const size_t lastPart = used.Name.rfind('.') + 1;
+      const bool isReplaced = rtl::SameText(used.Name.substr(lastPart), FInput.Rules.OldUnit) &&
+                              !IsLeftOut(used.Offset + lastPart);
       for (const std::string& name : newUnits) {
         const bool isNew = rtl::SameText(used.Name, name);
         if (!isNew && !isReplaced) continue;
@@ -793,6 +821,8 @@ class TUnitReader {
   std::vector<TWith> FWiths;
   int FHeads = 0;                     // `with` statements whose `do` is not read yet
   std::vector<size_t> FTransactions;  // findings for fields of the current class
+  std::string FBeforeUses;            // what FPairs views
+  std::optional<TLinePairs> FPairs;
   std::string FFirstNewClass;
   size_t FFirstNewClassOffset = 0;
 };

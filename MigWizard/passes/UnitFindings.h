@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "MigWizard/passes/FileCompletion.h"
 #include "MigWizard/passes/Findings.h"
 #include "MigWizard/passes/OldNames.h"
 #include "MigWizard/passes/TextPlaces.h"
@@ -18,6 +19,7 @@ struct TUnitFindingInput {
   const TUnitRules& Rules;
   const TUnitResult& Result;  // of the conversion of that text
   const TOldNames& OldNames;
+  const TCompletedUnit* Completed = nullptr;  // null without a completion
 };
 
 struct TUnitFindings {

@@ -27,7 +27,8 @@ struct TUnitRules {
 struct TUnitResult {
   TTextEdits Edits;
   int Changes = 0;
-  bool NamesNewUnits = false;                        // a uses clause names one of the new units
+  std::vector<size_t> LeftOut;  // positions of edits that were removed by choice, in ascending order
+  bool NamesNewUnits = false;   // a uses clause names one of the new units
   std::vector<std::string_view> ResourceDirectives;  // views into the text, in its order: "{$R *.dfm}"
 };
 

@@ -77,8 +77,10 @@ void TRun::ProcessUnit(const TFileConversion& unit, const std::string& sourceFil
   bool isSkipped = false;
   if (FOptions.Policy.Strict && unit.IsChanged && unit.NamesNewUnits) {
     isSkipped = FOptions.Policy.SkipConverted;
-    FHooks.Warn(rtl::Format("\"%s\" names the new units already. Was it converted before?%s",
-                            {sourceFile, isSkipped ? " It was left as it is." : ""}));
+    // The finding second-conversion says the same.
+    if (isSkipped || !unit.Findings)
+      FHooks.Warn(rtl::Format("\"%s\" names the new units already. Was it converted before?%s",
+                              {sourceFile, isSkipped ? " It was left as it is." : ""}));
   }
   if (unit.IsChanged && !isSkipped) WriteChanged(unit, sourceFile, targetFile);
   LogChanges(isSkipped ? 0 : unit.Changes);
