@@ -1,5 +1,7 @@
 #include "desktop/EditorPages.h"
 
+#include <QEvent>
+
 #include "desktop/QtText.h"
 #include "desktop/SourceEditor.h"
 #include "rtl/text/SysUtils.h"
@@ -25,6 +27,9 @@ void TEditorPages::Show(host::TFileEditor& editor) {
     page->OnRefused = [this](const QString& message) {
       if (OnRefused) OnRefused(message);
     };
+    connect(page, &QsciScintilla::cursorPositionChanged, this, [this] {
+      if (OnMoved) OnMoved();
+    });
     addTab(page, "");
     setTabToolTip(indexOf(page), ToQt(editor.Buffer().FileName()));
     ShowTitles();
@@ -55,6 +60,14 @@ void TEditorPages::RemoveClosed() {
   for (int i = count() - 1; i >= 0; --i) {
     const TSourceEditor* const page = EditorAt(i);
     if (page != nullptr && page->Editor().Module() == nullptr) RemovePage(i);
+  }
+}
+
+void TEditorPages::changeEvent(QEvent* event) {
+  QTabWidget::changeEvent(event);
+  if (event->type() != QEvent::PaletteChange) return;
+  for (int i = 0; i < count(); ++i) {
+    if (TSourceEditor* const page = EditorAt(i)) page->SetColors(palette());
   }
 }
 

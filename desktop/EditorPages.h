@@ -43,6 +43,11 @@ class TEditorPages : public QTabWidget {
 
   // Called with a message for the user when an editor refused a character.
   std::function<void(const QString& message)> OnRefused;
+  // Called after the cursor of an editor has moved.
+  std::function<void()> OnMoved;
+
+ protected:
+  void changeEvent(QEvent* event) override;
 };
 
 }  // namespace desktop

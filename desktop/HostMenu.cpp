@@ -28,14 +28,17 @@ QAction& THostMenu::ActionOf(const char* name) {
 }
 
 void TMenuList::Show(const std::vector<std::string>& captions) {
+  bool isChanged = false;
   while (FItems.size() < captions.size()) {
     FItems.push_back(&FMenu.Add({FParent, "", "", {}, [this, index = FItems.size()] { FOnClick(index); }}));
   }
   for (size_t i = 0; i < FItems.size(); ++i) {
     const std::string caption = i < captions.size() ? captions[i] : std::string();
-    if (FItems[i]->Caption() != caption) FItems[i]->SetCaption(caption);
+    if (FItems[i]->Caption() == caption) continue;
+    FItems[i]->SetCaption(caption);
+    isChanged = true;
   }
-  FMenu.Sync();
+  if (isChanged) FMenu.Sync();
 }
 
 }  // namespace desktop

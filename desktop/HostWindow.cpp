@@ -9,10 +9,14 @@
 #include <QMessageBox>
 #include <QScreen>
 #include <QStatusBar>
+#include <QVBoxLayout>
 
 #include "MigWizard/run/RExpertRes.h"
 #include "desktop/ChangesView.h"
+#include "desktop/CodePageChoice.h"
+#include "desktop/EditCommands.h"
 #include "desktop/EditorPages.h"
+#include "desktop/FindBar.h"
 #include "desktop/FrontEnd.h"
 #include "desktop/ProjectTree.h"
 #include "desktop/QtText.h"
@@ -45,6 +49,7 @@ THostWindow::THostWindow(TFrontEnd& frontEnd)
                  [this](size_t index) { FPages->setCurrentIndex(static_cast<int>(index)); }) {
   setObjectName("HostWindow");
   MakePanes();
+  MakeEditors();
   MakeMenu();
   FHost.AddObserver(*this);
   FHost.OnQuerySave = [this](const host::TModule& module) { return AskToSave(module); };
@@ -70,14 +75,28 @@ THostWindow::~THostWindow() {
 
 // --- Window contents ---
 
-void THostWindow::MakePanes() {
+void THostWindow::MakeEditors() {
   FPages = new TEditorPages(nullptr);
+  FFindBar = new TFindBar([this] { return FPages->CurrentEditor(); }, nullptr);
+  FEdit = std::make_unique<TEditCommands>(FMenu, *FPages, *FFindBar, *this);
+  FCodePages = new TCodePageChoice(FMenu, *FPages, nullptr);
+  FCodePages->OnChange = [this] { ShowState(); };
   FPages->OnRefused = [this](const QString& message) { FFrontEnd.ShowException(FromQt(message)); };
-  setCentralWidget(FPages);
+  FPages->OnMoved = [this] { ShowPosition(); };
   connect(FPages, &QTabWidget::currentChanged, this, [this] { ShowState(); });
   connect(FPages, &QTabWidget::tabCloseRequested, this,
           [this](int index) { Run([&] { ClosePage(index); }); });
+  auto* const middle = new QWidget;
+  auto* const layout = new QVBoxLayout(middle);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(FCodePages);
+  layout->addWidget(FPages, 1);
+  layout->addWidget(FFindBar);
+  setCentralWidget(middle);
+}
 
+void THostWindow::MakePanes() {
   FTree = new TProjectTree(FHost, nullptr);
   FTree->OnOpen = [this](const std::string& fileName) { Run([&] { OpenFile(fileName); }); };
   FTree->OnActivate = [this](host::TProject& project) { Run([&] { FHost.SetActiveProject(project); }); };
@@ -87,7 +106,11 @@ void THostWindow::MakePanes() {
   FChangesPane->hide();
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
   resizeDocks({FTreePane}, {310}, Qt::Horizontal);
+  FPosition = new QLabel;
+  FPosition->setObjectName("Position");
+  statusBar()->addPermanentWidget(FPosition);
   FEditorState = new QLabel;
+  FEditorState->setObjectName("EditorState");
   statusBar()->addPermanentWidget(FEditorState);
 }
 
@@ -156,6 +179,14 @@ void THostWindow::ShowState() {
   FMenu.Enable("FileSaveAll", isOpen);
   FMenu.Enable("FileCloseAll", isOpen);
   ShowOpenPages();
+  ShowPosition();
+  FEdit->ShowState();
+  FCodePages->ShowState();
+}
+
+void THostWindow::ShowPosition() {
+  const TSourceEditor* const page = CurrentEditor();
+  FPosition->setText(page ? page->Position() : QString());
 }
 
 void THostWindow::ShowAbout() {
@@ -284,6 +315,7 @@ TSourceEditor* THostWindow::CurrentEditor() const {
 
 void THostWindow::ProjectOpened() {
   FTree->Fill();
+  FCodePages->SetProject(FHost.ActiveProject());
   ShowState();
 }
 

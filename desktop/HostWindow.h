@@ -25,7 +25,10 @@ class QLabel;
 namespace desktop {
 
 class TChangesView;
+class TCodePageChoice;
+class TEditCommands;
 class TEditorPages;
+class TFindBar;
 class TFrontEnd;
 class TProjectTree;
 class TSourceEditor;
@@ -54,12 +57,14 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  void MakeEditors();
   void MakePanes();
   QDockWidget* AddPane(const char* name, const char* title, QWidget* inside, Qt::DockWidgetArea area);
   void MakeMenu();
   void ShowRecentFiles();
   void ShowOpenPages();
   void ShowState();
+  void ShowPosition();
 
   // Handles an event: shows exceptions, and afterwards the changes made by a run.
   void Run(const std::function<void()>& event);
@@ -91,9 +96,13 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   TMenuList FPageItems;
   TProjectTree* FTree = nullptr;
   TEditorPages* FPages = nullptr;
+  TFindBar* FFindBar = nullptr;
+  TCodePageChoice* FCodePages = nullptr;
+  std::unique_ptr<TEditCommands> FEdit;
   TChangesView* FChanges = nullptr;
   QDockWidget* FTreePane = nullptr;
   QDockWidget* FChangesPane = nullptr;
+  QLabel* FPosition = nullptr;
   QLabel* FEditorState = nullptr;
   std::string FLastDiagnostic;
 };

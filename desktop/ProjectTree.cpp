@@ -75,7 +75,7 @@ void TProjectTree::Expand() {
   }
   const int all = FModel.AllUnits();
   const QString shown = FModel.ShownUnits() == all ? QString() : QString("%L1 of ").arg(FModel.ShownUnits());
-  FCount->setText(all == 0 ? QString() : shown + QString(all == 1 ? "1 unit" : "%L1 units").arg(all));
+  FCount->setText(all == 0 ? QString() : shown + QString("%L1 %2").arg(all).arg(all == 1 ? "unit" : "units"));
   FFilter->setEnabled(all > 0);
 }
 

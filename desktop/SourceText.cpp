@@ -1,11 +1,14 @@
 #include "desktop/SourceText.h"
 
 #include <QHash>
+#include <algorithm>
+#include <limits>
 #include <memory>
 
-#include "MigWizard/passes/FormFile.h"
 #include "MigWizard/passes/TextFile.h"
 #include "desktop/QtText.h"
+#include "rtl/objects/ObjectBinaryToText.h"
+#include "rtl/objects/ObjectTextToBinary.h"
 #include "rtl/text/Streams.h"
 #include "win/paths/CodePage.h"
 
@@ -15,14 +18,14 @@ namespace {
 
 constexpr uint32_t kUtf8CodePage = 65001;
 
-// Converts characters to the bytes of the source code page. Where two byte sequences mean one character, it
+// Converts characters to the bytes of a code page. Where two byte sequences mean one character, it
 // writes the first. A file with the second does not convert back to its bytes, and so is not editable.
 class TCodePageWriter {
  public:
   explicit TCodePageWriter(uint32_t codePage) : CodePage(codePage) {
     for (int byte = 128; byte < 256; ++byte) {
       const std::string lead(1, static_cast<char>(byte));
-      if (!win::IsDBCSLeadByte(static_cast<uint8_t>(byte))) {
+      if (!win::IsDBCSLeadByteEx(codePage, static_cast<uint8_t>(byte))) {
         Add(lead);
         continue;
       }
@@ -56,7 +59,7 @@ class TCodePageWriter {
 
  private:
   void Add(const std::string& bytes) {
-    const QString character = ToQt(win::SourceToUtf8(bytes));
+    const QString character = ToQt(win::CodePageToUtf8(CodePage, bytes));
     if (character.contains(QChar::ReplacementCharacter) || FBytes.contains(character)) return;
     FBytes.insert(character, bytes);
   }
@@ -64,32 +67,30 @@ class TCodePageWriter {
   QHash<QString, std::string> FBytes;
 };
 
-const TCodePageWriter& CodePageWriter() {
+const TCodePageWriter& CodePageWriter(uint32_t codePage) {
   static std::unique_ptr<TCodePageWriter> writer;
-  if (!writer || writer->CodePage != win::GetACP()) writer = std::make_unique<TCodePageWriter>(win::GetACP());
+  if (!writer || writer->CodePage != codePage) writer = std::make_unique<TCodePageWriter>(codePage);
   return *writer;
 }
 
 }  // namespace
 
-TSourceText::TSourceText(std::string_view bytes, bool isForm) {
+TSourceText::TSourceText(std::string_view bytes, bool isForm, uint32_t codePage)
+    : FCodePage(codePage != 0 ? codePage : win::GetACP()) {
   try {
-    Read(bytes, isForm);
+    if (isForm && mig::IsBinaryForm(bytes)) {
+      ReadBinary(bytes);
+    } else {
+      Read(bytes);
+    }
   } catch (const std::exception& error) {
     FEncoding = "Unreadable";
     FReadOnlyReason = ToQt(error.what());
   }
 }
 
-void TSourceText::Read(std::string_view bytes, bool isForm) {
-  mig::TFormFile file;
-  if (isForm) {
-    file = mig::DecodeFormFile(std::string(bytes));
-  } else {
-    mig::TTextFile source = mig::DecodeTextFile(std::string(bytes));
-    file.Encoding = source.Encoding;
-    file.Text = std::move(source.Text);
-  }
+void TSourceText::Read(std::string_view bytes) {
+  const mig::TTextFile file = mig::DecodeTextFile(std::string(bytes));
   if (*file.Encoding == qrl::TEncoding::Unicode()) {
     FKind = TKind::Utf16;
     FEncoding = "UTF-16";
@@ -97,26 +98,84 @@ void TSourceText::Read(std::string_view bytes, bool isForm) {
     FKind = TKind::Utf8;
     FEncoding = "UTF-8";
   } else {
-    FEncoding = file.IsBinary ? QString("Binary form") : QString("Code page %1").arg(win::GetACP());
+    FEncoding = QString("Code page %1").arg(FCodePage);
   }
-  FText = ToQt(FKind == TKind::CodePage ? win::SourceToUtf8(file.Text) : file.Text);
-  FHasCarriageReturns = !FText.contains('\n') || FText.contains("\r\n");
-  if (file.IsBinary) {
-    FReadOnlyReason = "a binary form is shown as text";
-    FText.remove('\r');
-    return;
-  }
-  if (FHasCarriageReturns) FText.replace("\r\n", "\n");
+  SetText(file.Text);
   QString missing;
-  if (Encode(FText, missing) != bytes) {
+  if (Encode(FText, missing) != bytes) FReadOnlyReason = "as text it would not keep all its bytes";
+}
+
+// The text is that for people, unless it does not give the same bytes again.
+void TSourceText::ReadBinary(std::string_view bytes) {
+  FEncoding = "Binary form";
+  FBinary.emplace();
+  const std::string_view data = mig::ReadFormHeader(bytes, *FBinary);
+  const std::string_view form = bytes.substr(0, bytes.size() - data.size());
+  QString missing;
+  for (const bool isForPeople : {true, false}) {
+    rtl::TBinaryInfo info;
+    const rtl::TBinaryTextOptions options = {.ForPeople = isForPeople, .FirstOffset = form.size()};
+    try {
+      SetText(rtl::ObjectBinaryToText(data, options, info));
+    } catch (const rtl::EFilerError&) {
+      if (!isForPeople) throw;  // damaged, or the form has a number without a text
+      continue;
+    }
+    FBinary->EmptyString = info.EmptyString;
+    FReadOnlyReason.clear();
+    if (Encode(FText, missing) == bytes.substr(0, form.size() + info.Size)) return;
     FReadOnlyReason = "as text it would not keep all its bytes";
-    FText.replace("\r\n", "\n").replace('\r', '\n');
   }
+}
+
+void TSourceText::SetText(const std::string& text) {
+  FText = ToQt(FKind == TKind::CodePage ? win::CodePageToUtf8(FCodePage, text) : text);
+  const qsizetype feeds = FText.count('\n'), returns = FText.count('\r'), pairs = FText.count("\r\n");
+  FLineEnds = feeds == pairs && returns == pairs ? TLineEnds::CrLf
+              : returns == 0                     ? TLineEnds::Lf
+                                                 : TLineEnds::Mixed;
+  if (FLineEnds == TLineEnds::CrLf) FText.remove('\r');
+}
+
+QString TSourceText::LineEnds() const {
+  switch (FLineEnds) {
+    case TLineEnds::CrLf:
+      return "CR LF";
+    case TLineEnds::Lf:
+      return "LF";
+    default:
+      return "Mixed line ends";
+  }
+}
+
+bool TSourceText::CanHold(const QString& text, QString& missing) const {
+  return FKind != TKind::CodePage || EncodeText(text, missing);
 }
 
 std::optional<std::string> TSourceText::Encode(const QString& text, QString& missing) const {
   QString lines = text;
-  if (FHasCarriageReturns) lines.replace("\n", "\r\n");
+  if (FLineEnds == TLineEnds::CrLf) lines.replace("\n", "\r\n");
+  std::optional<std::string> bytes = EncodeText(lines, missing);
+  if (!FBinary || !bytes) return bytes;
+  return EncodeBinary(*bytes);
+}
+
+std::string TSourceText::EncodeBinary(const std::string& text) const {
+  rtl::TTextInfo info;
+  const std::string data = rtl::ObjectTextToBinary(text, {.EmptyString = FBinary->EmptyString}, info);
+  const size_t rest = text.find_first_not_of(" \t\r\n", info.Size);
+  if (rest != std::string::npos) {
+    const auto line = std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(rest), '\n') + 1;
+    throw rtl::EParserError("Form text, line " + std::to_string(line) + ": text after the end of the form.");
+  }
+  if (data.size() > static_cast<size_t>(std::numeric_limits<int32_t>::max()))
+    throw rtl::EParserError("A form of more than 2 GB.");
+  mig::TRCData header = *FBinary;
+  header.Size = static_cast<int32_t>(data.size());
+  return mig::FormHeader(header) + data;
+}
+
+std::optional<std::string> TSourceText::EncodeText(const QString& lines, QString& missing) const {
   if (FKind == TKind::Utf8) return "\xEF\xBB\xBF" + FromQt(lines);
   if (FKind == TKind::Utf16) {
     std::string bytes = "\xFF\xFE";
@@ -127,8 +186,8 @@ std::optional<std::string> TSourceText::Encode(const QString& text, QString& mis
     }
     return bytes;
   }
-  if (win::GetACP() == kUtf8CodePage) return FromQt(lines);
-  return CodePageWriter().Write(lines, missing);
+  if (FCodePage == kUtf8CodePage) return FromQt(lines);
+  return CodePageWriter(FCodePage).Write(lines, missing);
 }
 
 }  // namespace desktop

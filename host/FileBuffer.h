@@ -4,6 +4,7 @@
 // because a text may have no bytes while it is being typed, as half a form has none.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -47,6 +48,10 @@ class TFileBuffer {
   // buffer is then as before. A buffer that was not loaded yet is not loaded.
   [[nodiscard]] bool Reload();
 
+  // The code page in which people read the file, if it has no byte order mark; 0 for the source code page.
+  uint32_t CodePage() const { return FCodePage; }
+  void SetCodePage(uint32_t codePage) { FCodePage = codePage; }
+
   // Called after each change of Bytes or Modified.
   std::function<void(TFileBuffer& buffer)> OnChange;
 
@@ -57,6 +62,7 @@ class TFileBuffer {
   }
 
   std::string FFileName;
+  uint32_t FCodePage = 0;
   std::optional<std::string> FOnDisk;      // the bytes that were loaded or saved last; nullopt before
   std::optional<win::TFileStamp> FLoaded;  // of the file that was loaded or saved last
   std::optional<std::string> FChanged;     // the bytes in memory, if they differ

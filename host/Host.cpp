@@ -27,8 +27,9 @@ struct TTopItem {
   const char* Name;
   const char* Caption;
 };
-constexpr std::array<TTopItem, 3> kTopItems = {{
+constexpr std::array<TTopItem, 4> kTopItems = {{
     {"FileMenu", "&File"},
+    {"EditMenu", "&Edit"},
     {"WindowMenu", "&Window"},
     {"HelpMenu", "&Help"},
 }};

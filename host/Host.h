@@ -67,7 +67,7 @@ class THost {
   int ModuleCount() const;
   TModule& Module(int index) const;
 
-  // --- The menu. It has "&File", "&Window" and "&Help" from the start. ---
+  // --- The menu. It has "&File", "&Edit", "&Window" and "&Help" from the start. ---
   rtl::TMainMenu& MainMenu() { return FMainMenu; }
 
   // --- Wizards. --- Loads a module with a wizard's entry point and calls it. Raises EHostError if that fails

@@ -41,7 +41,11 @@ void Watch(mig::TComponentReplacer& replacer, const TIntf<IHostRuntime>& runtime
 void ShareRuntime(const TIntf<IHostRuntime>& runtime) {
   if (!runtime) return;
   rtl::Application().SetFrontEnd(runtime->GetFrontEnd());
-  qrl::SetWaitCursor([runtime](bool waiting) { runtime->ShowWaiting(waiting); });
+  qrl::SetWaitCursor([runtime](bool waiting) {
+    // A run begins: the user may have chosen another code page since the module was loaded.
+    if (waiting) static_cast<void>(win::SetACP(runtime->GetSourceCodePage()));
+    runtime->ShowWaiting(waiting);
+  });
   static_cast<void>(win::SetACP(runtime->GetSourceCodePage()));
   for (char letter = 'A'; letter <= 'Z'; ++letter) {
     const std::string folder = runtime->GetDriveFolder(letter);

@@ -63,6 +63,28 @@ TCodePage& Setting() {
   return setting;
 }
 
+std::string ToUtf8(const TCodePage& page, std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  if (page.Number() == kUtf8) {
+    for (int32_t i = 0, length = static_cast<int32_t>(text.size()); i < length;) {
+      UChar32 character;
+      U8_NEXT_OR_FFFD(reinterpret_cast<const uint8_t*>(text.data()), i, length, character);
+      AppendUtf8(result, static_cast<char32_t>(character));
+    }
+    return result;
+  }
+  for (size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<uint8_t>(text[i]);
+    if (page.IsLead(byte) && i + 1 < text.size() && IsDBCSTrailByte(static_cast<uint8_t>(text[i + 1]))) {
+      AppendUtf8(result, page.Double(byte, static_cast<uint8_t>(text[++i])));
+    } else {
+      AppendUtf8(result, page.Single(byte));
+    }
+  }
+  return result;
+}
+
 }  // namespace
 
 bool SetACP(uint32_t codePage) {
@@ -93,27 +115,16 @@ bool IsDoubleByteCodePage() {
   return Setting().IsDoubleByte();
 }
 
+bool IsDBCSLeadByteEx(uint32_t codePage, uint8_t byte) {
+  return codePage == GetACP() ? IsDBCSLeadByte(byte) : TCodePage(FindTable(codePage)).IsLead(byte);
+}
+
 std::string SourceToUtf8(std::string_view text) {
-  const TCodePage& page = Setting();
-  std::string result;
-  result.reserve(text.size());
-  if (page.Number() == kUtf8) {
-    for (int32_t i = 0, length = static_cast<int32_t>(text.size()); i < length;) {
-      UChar32 character;
-      U8_NEXT_OR_FFFD(reinterpret_cast<const uint8_t*>(text.data()), i, length, character);
-      AppendUtf8(result, static_cast<char32_t>(character));
-    }
-    return result;
-  }
-  for (size_t i = 0; i < text.size(); ++i) {
-    const auto byte = static_cast<uint8_t>(text[i]);
-    if (page.IsLead(byte) && i + 1 < text.size() && IsDBCSTrailByte(static_cast<uint8_t>(text[i + 1]))) {
-      AppendUtf8(result, page.Double(byte, static_cast<uint8_t>(text[++i])));
-    } else {
-      AppendUtf8(result, page.Single(byte));
-    }
-  }
-  return result;
+  return ToUtf8(Setting(), text);
+}
+
+std::string CodePageToUtf8(uint32_t codePage, std::string_view text) {
+  return codePage == GetACP() ? SourceToUtf8(text) : ToUtf8(TCodePage(FindTable(codePage)), text);
 }
 
 bool IsCharAlphaA(std::string_view bytes) {

@@ -27,6 +27,10 @@ namespace win {
 // Converts text of the source code page to UTF-8. Bytes that the code page lacks become U+FFFD.
 [[nodiscard]] std::string SourceToUtf8(std::string_view text);
 
+// The same for a code page of SupportedCodePages, whatever the source code page is.
+[[nodiscard]] bool IsDBCSLeadByteEx(uint32_t codePage, uint8_t byte);
+[[nodiscard]] std::string CodePageToUtf8(uint32_t codePage, std::string_view text);
+
 // Returns whether the single or double-byte character `bytes` of the source code page is alphabetic, as
 // Windows' IsCharAlphaA does.
 [[nodiscard]] bool IsCharAlphaA(std::string_view bytes);
