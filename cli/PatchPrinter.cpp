@@ -1,6 +1,5 @@
 #include "cli/PatchPrinter.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -8,14 +7,10 @@
 #include <unistd.h>
 
 #include "MigWizard/passes/FileConversion.h"
-#include "MigWizard/passes/FormFile.h"
-#include "MigWizard/passes/TextFile.h"
-#include "MigWizard/run/FileUtils.h"
 #include "cli/Console.h"
-#include "diff/GitPatch.h"
-#include "rtl/objects/ObjectBinaryToText.h"
+#include "diff/LineDiff.h"
+#include "report/FilePatch.h"
 #include "rtl/text/Files.h"
-#include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
 #include "win/paths/CodePage.h"
 
@@ -31,24 +26,6 @@ bool WantsColours(const std::string& colour) {
   if (colour != "auto") return colour == "always";
   const char* const noColor = std::getenv("NO_COLOR");
   return IsTerminal() && (noColor == nullptr || *noColor == '\0');
-}
-
-// Returns a file's text as UTF-8; for a binary form, as `form to-text` prints it. Returns an empty string
-// if the form is damaged.
-std::string ReadableText(const std::string& bytes) {
-  try {
-    if (!mig::IsBinaryForm(bytes)) {
-      const mig::TTextFile file = mig::DecodeTextFile(bytes);
-      return *file.Encoding == qrl::TEncoding::Default() ? win::SourceToUtf8(file.Text) : file.Text;
-    }
-    mig::TRCData rcData;
-    rtl::TBinaryTextOptions options;
-    options.ForPeople = true;
-    rtl::TBinaryInfo info;
-    return win::SourceToUtf8(rtl::ObjectBinaryToText(mig::ReadFormHeader(bytes, rcData), options, info));
-  } catch (const rtl::Exception&) {
-    return {};
-  }
 }
 
 // Returns a line for display on a terminal: control characters except tab become "^X".
@@ -105,26 +82,13 @@ std::string ShownPatch(std::string_view patch, const std::string& colour) {
 }
 
 std::string ShownName(const std::string& fileName, std::string_view folder) {
-  std::string path =
-      rtl::ExtractRelativePath(mig::JoinPath(folder, ""), win::FileSystem().GetLongPathNameA(fileName));
-  std::replace(path.begin(), path.end(), '\\', '/');
-  return path;
+  return report::PatchPath(folder, win::FileSystem().GetLongPathNameA(fileName));
 }
 
 std::string MakePatch(const std::string& fileName, const mig::TFileConversion& conversion,
                       std::string_view folder, bool ignoresSpace) {
-  const std::string before = rtl::ReadFile(fileName);
   const std::string after = std::string(conversion.Mark).append(conversion.Bytes);
-  const std::string path = ShownName(fileName, folder);
-  diff::TPatchFile file = {path, before, after, {}, {}};
-  std::string oldText, newText;
-  if (diff::NeedsBinaryPatch(file)) {
-    oldText = ReadableText(before);
-    newText = ReadableText(after);
-    file.OldText = oldText;
-    file.NewText = newText;
-  }
-  return diff::GitPatch(file, ignoresSpace ? diff::TIgnore::Space : diff::TIgnore::Nothing);
+  return report::FilePatch(ShownName(fileName, folder), rtl::ReadFile(fileName), after, ignoresSpace);
 }
 
 TPatchPrinter::TPatchPrinter(const TCommandLine& line, std::string_view folder)

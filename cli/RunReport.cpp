@@ -55,12 +55,8 @@ std::string ReadBaseline(const std::string& fileName) {
 TRunReport::TRunReport(const TCommandLine& line, target::TKVAComponentReplacer& replacer,
                        const mig::TReplaceOptions& options, const std::string& base, bool isPreview)
     : FLine(line),
-      FReplacer(replacer),
-      FOptions(options),
-      FBase(base),
       FBaseline(ReadBaseline(line.Baseline)),
-      FOldNames(target::BuiltInOldNames(replacer.Classes())),
-      FFindings(replacer.Classes(), FOldNames) {
+      FOldNames(target::BuiltInOldNames(replacer.Classes())) {
   for (const std::string& name : line.Reports)
     if (!report::IsReportName(name))
       throw EUsage("A report ends in .json, .sarif or .html, and not as \"" + name + "\" does.");
@@ -76,38 +72,11 @@ TRunReport::TRunReport(const TCommandLine& line, target::TKVAComponentReplacer& 
   if (options.MakeBackup) run.BackupFolder = win::ToHostName(options.BackupDir);
 
   if (line.Quiet && line.Reports.empty() && !isPreview) return;
-  replacer.CollectFindings(FOldNames);
-  replacer.OnConverted = [this](const std::string& fileName, const mig::TFileConversion& conversion,
-                                bool isChanged) { AddFile(fileName, conversion, isChanged); };
-  replacer.OnMissingForm = [this](const std::string& form) { FFindings.AddMissingForm(form); };
-  replacer.OnOtherForm = [this](const std::string& form, size_t objects) {
-    FFindings.AddOtherForm(form, objects);
-  };
-}
-
-TRunReport::~TRunReport() {
-  FReplacer.OnConverted = nullptr;
-  FReplacer.OnMissingForm = nullptr;
-  FReplacer.OnOtherForm = nullptr;
-}
-
-void TRunReport::AddFile(const std::string& fileName, const mig::TFileConversion& conversion,
-                         bool isChanged) {
-  // Two units can name the same form, whose findings are added only once.
-  if (!FKnown.insert(win::UpperFileName(fileName)).second) return;
-  std::string backup;
-  if (isChanged && FOptions.MakeBackup) {
-    const std::string path = FOptions.Dest == mig::sdFolder
-                                 ? rtl::ExtractRelativePath(mig::JoinPath(FOptions.Directory, ""), fileName)
-                                 : rtl::ExtractFileName(fileName);
-    backup = mig::BackupFileName(mig::JoinPath(FOptions.BackupDir, path));
-  }
-  // Use the name as on disk, because resource directives may spell it differently.
-  FFindings.AddFile(win::FileSystem().GetLongPathNameA(fileName), conversion, isChanged, backup);
+  FCollector = std::make_unique<mig::TFindingsCollector>(replacer, FOldNames);
 }
 
 bool TRunReport::Finish() {
-  FReport.Files = FFindings.Finish();
+  if (FCollector) FReport.Files = FCollector->Finish();
   if (!FBaseline.empty()) report::RemoveKnown(FReport, FBaseline);
   bool succeeded = true;
   std::vector<std::string> written;

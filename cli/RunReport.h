@@ -5,9 +5,10 @@
 //   const bool isWritten = report.Finish();
 #pragma once
 
+#include <memory>
 #include <string>
-#include <unordered_set>
 
+#include "MigWizard/run/FindingsCollector.h"
 #include "cli/CommandLine.h"
 #include "report/Report.h"
 #include "target/KVAReplacer.h"
@@ -21,7 +22,6 @@ class TRunReport {
   // has an unknown extension.
   TRunReport(const TCommandLine& line, target::TKVAComponentReplacer& replacer,
              const mig::TReplaceOptions& options, const std::string& base, bool isPreview);
-  ~TRunReport();
   TRunReport(const TRunReport&) = delete;
   TRunReport& operator=(const TRunReport&) = delete;
 
@@ -35,16 +35,10 @@ class TRunReport {
   const report::TReport& Report() const { return FReport; }
 
  private:
-  void AddFile(const std::string& fileName, const mig::TFileConversion& conversion, bool isChanged);
-
   const TCommandLine FLine;
-  target::TKVAComponentReplacer& FReplacer;
-  const mig::TReplaceOptions& FOptions;
-  const std::string FBase;
-  const std::string FBaseline;             // text of a report
-  std::unordered_set<std::string> FKnown;  // names of files that were added, in upper case
+  const std::string FBaseline;  // text of a report
   mig::TOldNames FOldNames;
-  mig::TRunFindings FFindings;
+  std::unique_ptr<mig::TFindingsCollector> FCollector;  // null if findings are not needed
   report::TReport FReport;
 };
 

@@ -1,16 +1,13 @@
-// Shows the outcome of a run: the changed files with their removed and added lines in red and green, the
-// log, and the messages of the run.
+// Shows the log and the messages of a run.
 #pragma once
 
 #include <QTabWidget>
-#include <vector>
 
-#include "desktop/RunRecord.h"
-
-class QListWidget;
 class QPlainTextEdit;
 
 namespace desktop {
+
+class TRunRecord;
 
 class TChangesView : public QTabWidget {
  public:
@@ -20,17 +17,9 @@ class TChangesView : public QTabWidget {
   // Appends a line to the messages.
   void AddMessage(const QString& line);
 
- protected:
-  void changeEvent(QEvent* event) override;
-
  private:
-  void ShowFile(int index);
-
-  QListWidget* FFiles;
-  QPlainTextEdit* FDiff;
   QPlainTextEdit* FLog;
   QPlainTextEdit* FMessages;
-  std::vector<TRunRecord::TChange> FChanges;
 };
 
 }  // namespace desktop

@@ -20,6 +20,7 @@
 #include "desktop/FrontEnd.h"
 #include "desktop/ProjectTree.h"
 #include "desktop/QtText.h"
+#include "desktop/RunReview.h"
 #include "desktop/SourceEditor.h"
 #include "host/HostError.h"
 #include "rtl/text/Registry.h"
@@ -70,6 +71,7 @@ THostWindow::~THostWindow() {
   win::SetDiagnosticsSink(nullptr);
   FFrontEnd.OnModal = nullptr;
   FHost.RemoveObserver(*this);
+  FReview.reset();
   delete FPages;  // its pages refer to buffers of the host
 }
 
@@ -97,6 +99,15 @@ void THostWindow::MakeEditors() {
 }
 
 void THostWindow::MakePanes() {
+  FReview = std::make_unique<TRunReview>(*FPages);
+  FReview->OnOpen = [this](const std::string& fileName, int line, int column) {
+    Run([&] { OpenFile(fileName); });
+    TSourceEditor* const page = CurrentEditor();
+    if (page == nullptr) return;
+    page->GoToLine(line);
+    if (column > 1) page->setCursorPosition(line - 1, column - 1);
+  };
+
   FTree = new TProjectTree(FHost, nullptr);
   FTree->OnOpen = [this](const std::string& fileName) { Run([&] { OpenFile(fileName); }); };
   FTree->OnActivate = [this](host::TProject& project) { Run([&] { FHost.SetActiveProject(project); }); };
@@ -146,6 +157,8 @@ void THostWindow::MakeMenu() {
   const auto show = [](QDockWidget* pane) { return [pane] { pane->setVisible(!pane->isVisible()); }; };
   FMenu.Add({"WindowMenu", "WindowTree", "&Project", {}, show(FTreePane)});
   FMenu.Add({"WindowMenu", "WindowChanges", "Last &Run", {}, show(FChangesPane)});
+  FMenu.Add({"WindowMenu", "WindowReview", "&Changes", {}, [this] { FReview->ShowChanges(); }});
+  FMenu.Add({"WindowMenu", "WindowFindings", "What Is &Left", {}, [this] { FReview->ShowFindings(); }});
   FMenu.AddLine("WindowMenu");
   FMenu.Add({"HelpMenu", "HelpAbout", "&About", {}, [this] { ShowAbout(); }});
   ShowRecentFiles();
@@ -207,8 +220,9 @@ void THostWindow::Run(const std::function<void()>& event) {
   FProgress.Close();
   if (!FRecord.IsEmpty()) {
     FChanges->ShowRun(FRecord);
-    FChangesPane->show();
-    resizeDocks({FChangesPane}, {height() * 2 / 5}, Qt::Vertical);
+    FReview->ShowRun(FRecord);
+    if (!FRecord.Warnings().empty()) FChangesPane->show();
+    resizeDocks({FChangesPane}, {height() / 5}, Qt::Vertical);
     FRecord.Clear();
   }
   ShowState();
@@ -356,6 +370,10 @@ void THostWindow::RunAdvanced(const toolsapi::TRunStep& step) {
 
 void THostWindow::RunWarning(std::string_view message) {
   FRecord.NoteWarning(message);
+}
+
+void THostWindow::RunConverted(const mig::TRunAccount& account) {
+  FReview->NoteAccount(account);
 }
 
 }  // namespace desktop

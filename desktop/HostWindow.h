@@ -31,6 +31,7 @@ class TEditorPages;
 class TFindBar;
 class TFrontEnd;
 class TProjectTree;
+class TRunReview;
 class TSourceEditor;
 
 class THostWindow : public QMainWindow, private host::THostObserver {
@@ -85,6 +86,7 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   void MenuChanged() override;
   void RunAdvanced(const toolsapi::TRunStep& step) override;
   void RunWarning(std::string_view message) override;
+  void RunConverted(const mig::TRunAccount& account) override;
 
   TFrontEnd& FFrontEnd;
   host::THost FHost;
@@ -99,6 +101,7 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   TFindBar* FFindBar = nullptr;
   TCodePageChoice* FCodePages = nullptr;
   std::unique_ptr<TEditCommands> FEdit;
+  std::unique_ptr<TRunReview> FReview;
   TChangesView* FChanges = nullptr;
   QDockWidget* FTreePane = nullptr;
   QDockWidget* FChangesPane = nullptr;

@@ -273,6 +273,10 @@ void THost::NotifyRunWarning(std::string_view message) {
   Notify([&](THostObserver& observer) { observer.RunWarning(message); });
 }
 
+void THost::NotifyRunConverted(const mig::TRunAccount& account) {
+  Notify([&](THostObserver& observer) { observer.RunConverted(account); });
+}
+
 void THost::Notify(const std::function<void(THostObserver&)>& call) {
   for (THostObserver* const observer : FObservers) call(*observer);
 }

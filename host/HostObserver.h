@@ -8,6 +8,10 @@ namespace toolsapi {
 struct TRunStep;
 }
 
+namespace mig {
+struct TRunAccount;
+}
+
 namespace host {
 
 class TFileBuffer;
@@ -35,6 +39,8 @@ class THostObserver {
   // A wizard of a loaded module is running. Only this call may raise an exception, which stops the run.
   virtual void RunAdvanced(const toolsapi::TRunStep& step) { static_cast<void>(step); }
   virtual void RunWarning(std::string_view message) { static_cast<void>(message); }
+  // The run has converted its files, and will replace them next.
+  virtual void RunConverted(const mig::TRunAccount& account) { static_cast<void>(account); }
 };
 
 }  // namespace host

@@ -77,4 +77,8 @@ void THostServices::RunWarning(std::string_view message) {
   Host().NotifyRunWarning(message);
 }
 
+void THostServices::RunConverted(const mig::TRunAccount& account) {
+  Host().NotifyRunConverted(account);
+}
+
 }  // namespace host

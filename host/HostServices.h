@@ -1,6 +1,7 @@
 // The host's services: the object behind BorlandIDEServices.
 #pragma once
 
+#include "MigWizard/run/FindingsCollector.h"
 #include "toolsapi/HostRuntime.h"
 #include "toolsapi/InterfacedObject.h"
 #include "toolsapi/ToolsAPI.h"
@@ -11,7 +12,7 @@ class THost;
 
 class THostServices final
     : public toolsapi::TInterfacedObject<toolsapi::IOTAModuleServices, toolsapi::IOTAActionServices,
-                                         toolsapi::INTAServices, toolsapi::IHostRuntime> {
+                                         toolsapi::INTAServices, toolsapi::IHostRuntime, mig::IRunAccounts> {
  public:
   explicit THostServices(THost& host) : FHost(&host) {}
   // Called when the host is destroyed while clients still hold its services. After that every operation
@@ -36,6 +37,8 @@ class THostServices final
   void ShowWaiting(bool waiting) override;
   void RunAdvanced(const toolsapi::TRunStep& step) override;
   void RunWarning(std::string_view message) override;
+
+  void RunConverted(const mig::TRunAccount& account) override;
 
  private:
   THost& Host() const;

@@ -1,9 +1,9 @@
 // The report as SARIF 2.1.0, the format of editors and code review services.
 #include <cstdint>
 #include <cstdio>
-#include <map>
 #include <nlohmann/json.hpp>
 
+#include "report/Fingerprints.h"
 #include "report/JsonText.h"
 #include "report/Report.h"
 
@@ -25,22 +25,6 @@ std::string UriOf(const std::string& path) {
     uri += isPlain ? std::string(1, c) : std::string(code);
   }
   return uri;
-}
-
-// Identifies a finding independently of its place, so that it stays the same after lines have moved. `count`
-// distinguishes otherwise equal findings, in the order of the file.
-std::string FingerprintOf(const std::string& path, const mig::TFinding& finding,
-                          std::map<std::string, int>& counts) {
-  std::string text(mig::RuleOf(finding.Rule).Name);
-  for (const std::string* const part :
-       {&path, &finding.Object, &finding.OldClass, &finding.Subject, &finding.Value})
-    text.append("\n").append(*part);
-  text.append("\n").append(std::to_string(counts[text]++));
-  uint64_t hash = 0xCBF29CE484222325U;
-  for (const char c : text) hash = (hash ^ static_cast<uint8_t>(c)) * 0x100000001B3U;
-  char hex[17];
-  std::snprintf(hex, sizeof hex, "%016llx", static_cast<unsigned long long>(hash));
-  return hex;
 }
 
 TJson RulesOf() {
@@ -75,9 +59,9 @@ std::string SarifReport(const TReport& report) {
   TJson results = TJson::array();
   for (const mig::TFileReport& file : report.Files) {
     const std::string path = PathOf(report, file);
-    std::map<std::string, int> counts;
+    TFingerprints fingerprints(path);
     for (const mig::TFinding& finding : file.Findings)
-      results.push_back(ResultOf(path, finding, FingerprintOf(path, finding, counts)));
+      results.push_back(ResultOf(path, finding, fingerprints.Next(finding)));
   }
   const TJson driver = {{"name", "kvamigrate"}, {"version", report.Run.Version}, {"rules", RulesOf()}};
   const TJson run = {

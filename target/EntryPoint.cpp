@@ -2,11 +2,20 @@
 // are created by the first call and destroyed when the module is unloaded, after the host has released the
 // expert.
 
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "MigWizard/run/FindingsCollector.h"
+#include "MigWizard/run/IDEUtils.h"
 #include "MigWizard/wizard/Wizard.h"
 #include "qrl/QrlVcl.h"
 #include "rtl/forms/Application.h"
+#include "rtl/text/SysUtils.h"
 #include "target/Catalogue.h"
 #include "target/KVAExpert.h"
+#include "target/OldNameList.h"
 #include "toolsapi/HostRuntime.h"
 #include "win/Diagnostics.h"
 #include "win/paths/CodePage.h"
@@ -14,6 +23,7 @@
 
 namespace {
 
+using mig::IRunAccounts;
 using toolsapi::IHostRuntime;
 using toolsapi::TIntf;
 
@@ -26,9 +36,52 @@ bool IsRestoring() {
   return mig::WizardForm && mig::WizardForm->GetReplacerIndex() == mig::kRestoreIndex;
 }
 
-void Watch(mig::TComponentReplacer& replacer, const TIntf<IHostRuntime>& runtime) {
-  replacer.OnProgress = [&replacer, runtime](const mig::TRunProgress& progress) {
+// Tells a host what each run of a replacer did and left.
+class TRunTeller {
+ public:
+  TRunTeller(mig::TComponentReplacer& replacer, const char* mode, TIntf<IRunAccounts> accounts)
+      : FReplacer(replacer),
+        FMode(mode),
+        FAccounts(std::move(accounts)),
+        FOldNames(target::BuiltInOldNames(replacer.Classes())),
+        FCollector(replacer, FOldNames) {}
+
+  void Advance(const mig::TRunProgress& progress) {
+    if (progress.Done == 0 && !progress.FileName.empty()) {
+      static_cast<void>(FCollector.Finish());  // of a run that failed
+    } else if (progress.FileName.empty()) {
+      Tell();
+    }
+  }
+
+ private:
+  void Tell() {
+    std::vector<mig::TFileReport> files = FCollector.Finish();
+    if (files.empty()) return;
+    const mig::TReplaceOptions& options = FReplacer.Options();
+    const bool isFolder = options.Dest == mig::sdFolder;
+    const std::string folder =
+        isFolder ? options.Directory : rtl::ExtractFileDir(mig::TIDEUtils::GetProjectFileName());
+    const std::string backupDir = options.MakeBackup ? options.BackupDir : std::string();
+    FAccounts->RunConverted({FMode, isFolder, folder, backupDir, std::move(files)});
+  }
+
+  mig::TComponentReplacer& FReplacer;
+  const char* FMode;
+  TIntf<IRunAccounts> FAccounts;
+  mig::TOldNames FOldNames;
+  mig::TFindingsCollector FCollector;
+};
+
+void Watch(mig::TComponentReplacer& replacer, const char* mode, const TIntf<IHostRuntime>& runtime) {
+  static std::vector<std::unique_ptr<TRunTeller>>
+      tellers;  // made after the replacers, so destroyed before them
+  TRunTeller* teller = nullptr;
+  if (auto accounts = toolsapi::Supports<IRunAccounts>(runtime))
+    teller = tellers.emplace_back(std::make_unique<TRunTeller>(replacer, mode, std::move(accounts))).get();
+  replacer.OnProgress = [&replacer, runtime, teller](const mig::TRunProgress& progress) {
     const bool isRestoring = IsRestoring();
+    if (teller && !isRestoring) teller->Advance(progress);
     const std::string title = replacer.Options().GetTitle();
     const std::string logFileName = isRestoring ? std::string() : replacer.LogFileName();
     runtime->RunAdvanced(
@@ -52,8 +105,8 @@ void ShareRuntime(const TIntf<IHostRuntime>& runtime) {
     if (!folder.empty()) static_cast<void>(win::MapDrive(letter, folder));
   }
   win::SetDiagnosticsSink([runtime](std::string_view line) { runtime->RunWarning(line); });
-  Watch(Migration().BDE(), runtime);
-  Watch(Migration().IBX(), runtime);
+  Watch(Migration().BDE(), "bde", runtime);
+  Watch(Migration().IBX(), "ibx", runtime);
 }
 
 }  // namespace

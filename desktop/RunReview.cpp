@@ -1,0 +1,120 @@
+#include "desktop/RunReview.h"
+
+#include <QDateTime>
+#include <QTabWidget>
+
+#include "MigWizard/run/FileUtils.h"
+#include "desktop/FileDiff.h"
+#include "desktop/FindingsPage.h"
+#include "desktop/QtText.h"
+#include "desktop/ReviewPage.h"
+#include "desktop/RunRecord.h"
+#include "win/Diagnostics.h"
+#include "win/FileApi.h"
+#include "win/paths/Drives.h"
+
+namespace desktop {
+
+report::TReport ReportOf(const mig::TRunAccount& account, bool isPreview) {
+  report::TReport report;
+  report.Run.Version = KVA_VERSION;
+  report.Run.Mode = account.Mode;
+  report.Run.Scope = account.IsFolder ? "folder" : "project";
+  report.Run.Path = win::ToHostName(account.Folder);
+  report.Run.Folder = account.Folder;
+  report.Run.Time = FromQt(QDateTime::currentDateTimeUtc().toString("yyyy-MM-ddTHH:mm:ssZ"));
+  report.Run.IsPreview = isPreview;
+  if (!account.BackupDir.empty()) report.Run.BackupFolder = win::ToHostName(account.BackupDir);
+  report.Files = account.Files;
+  return report;
+}
+
+TRunReview::TRunReview(QTabWidget& pages) : FPages(pages) {}
+
+void TRunReview::NoteAccount(const mig::TRunAccount& account) {
+  FNoted = account;
+}
+
+void TRunReview::ShowRun(const TRunRecord& record) {
+  const std::optional<mig::TRunAccount> account = std::exchange(FNoted, std::nullopt);
+  std::vector<TReviewSet::TVersions> files;
+  for (TRunRecord::TChange& change : record.Changes())
+    files.push_back({std::move(change.FileName), std::move(change.Before), std::move(change.After)});
+  // A restore has no account. Its changes are shown, and the findings of the run before it no longer apply.
+  const bool hasBackups = account && !account->BackupDir.empty() && !files.empty();
+  FSet = std::make_shared<TReviewSet>(std::move(files), account ? account->Folder : std::string());
+  FMarks = std::make_unique<TReviewMarks>(hasBackups ? mig::JoinPath(account->BackupDir, kReviewMarksName)
+                                                     : std::string());
+  for (const TReviewFile& file : FSet->Files()) FMarks->Set(TReviewMarks::TKind::Reviewed, file.Path, false);
+  FReport = account ? ReportOf(*account, /*isPreview=*/false) : report::TReport();
+  if (FFindings || !FReport.Files.empty()) AddFindingsPage();
+  if (FChanges || !FSet->Files().empty()) AddChangesPage();
+  if (!FSet->Files().empty()) ShowChanges();
+}
+
+void TRunReview::AddChangesPage() {
+  if (!FChanges) {
+    FChanges = new TReviewPage(TReviewPage::TUse::Review, nullptr);
+    FChanges->OnOpen = [this](const std::string& fileName, int line) {
+      if (OnOpen) OnOpen(fileName, line, 1);
+    };
+    FChanges->OnTicked = [this] { StoreReviewed(); };
+    FPages.addTab(FChanges, {});
+  }
+  FPages.setTabText(FPages.indexOf(FChanges), QString("Changes (%1)").arg(FSet->Files().size()));
+  FChanges->Show(FSet, {});
+  for (size_t i = 0; i < FSet->Files().size(); ++i) {
+    if (FMarks->Has(TReviewMarks::TKind::Reviewed, FSet->Files()[i].Path))
+      FChanges->Model().SetTicked(static_cast<int>(i), true);
+  }
+}
+
+void TRunReview::AddFindingsPage() {
+  if (!FFindings) {
+    FFindings = new TFindingsPage(nullptr);
+    FFindings->OnOpen = [this](const std::string& fileName, int line, int column) {
+      OpenFinding(fileName, line, column);
+    };
+    FFindings->OnTicked = [this] { SaveMarks(); };
+    FPages.addTab(FFindings, {});
+  }
+  FFindings->Show(FReport, *FMarks);
+  FPages.setTabText(FPages.indexOf(FFindings), QString("What is left (%1)").arg(FFindings->Model().Count()));
+}
+
+void TRunReview::ShowChanges() {
+  if (!FSet) return;
+  if (!FChanges) AddChangesPage();
+  FPages.setCurrentWidget(FChanges);
+  FChanges->setFocus();
+}
+
+void TRunReview::ShowFindings() {
+  if (!FMarks) return;
+  if (!FFindings) AddFindingsPage();
+  FPages.setCurrentWidget(FFindings);
+  FFindings->setFocus();
+}
+
+// Findings have the lines of the file before the run.
+void TRunReview::OpenFinding(const std::string& fileName, int line, int column) const {
+  if (!OnOpen) return;
+  const int index = FSet ? FSet->IndexOf(fileName) : -1;
+  if (index < 0) return OnOpen(fileName, line, column);
+  const TReviewFile& file = FSet->Files()[static_cast<size_t>(index)];
+  OnOpen(fileName, TFileDiff(file.Before, file.After, file.IsForm).NewLineOf(line), 1);
+}
+
+void TRunReview::StoreReviewed() {
+  for (size_t i = 0; i < FSet->Files().size(); ++i)
+    FMarks->Set(TReviewMarks::TKind::Reviewed, FSet->Files()[i].Path,
+                FChanges->Model().IsTicked(static_cast<int>(i)));
+  SaveMarks();
+}
+
+void TRunReview::SaveMarks() const {
+  if (!FMarks->Save())
+    win::Diagnose(FMarks->FileName() + ": cannot be saved. " + win::SysErrorMessage(win::GetLastError()));
+}
+
+}  // namespace desktop
