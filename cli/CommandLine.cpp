@@ -158,9 +158,7 @@ void PrintHelp(TWords words) {
 
 }  // namespace
 
-std::variant<TCommandLine, int> ParseCommandLine(int argc, const char* const* argv) {
-  TWords words;
-  for (int i = 1; i < argc; ++i) words.emplace_back(argv[i]);
+std::variant<TCommandLine, int> ParseCommandLine(std::vector<std::string> words) {
   const TCommandRow* command = nullptr;
   try {
     if (!words.empty() && words[0] == "--version") {

@@ -17,6 +17,7 @@ inline constexpr int kExitUsage = 2;      // the command line is wrong
 inline constexpr int kExitException = 3;  // an exception, whose message is on standard error
 inline constexpr int kExitFound = 4;      // a check found something
 inline constexpr int kExitSignal = 128;   // plus the number of the signal that stopped the program
+inline constexpr int kExitBrokenPipe = kExitSignal + 13;
 
 enum class TCommand {
   Replace,
@@ -81,6 +82,6 @@ struct TCommandLine {
 // Returns the command line. If nothing is left to do, returns the exit status instead: help or the version
 // was requested and printed, or the command line is wrong and the reason was printed on standard error.
 // Raises EOutput. Accesses no file.
-std::variant<TCommandLine, int> ParseCommandLine(int argc, const char* const* argv);
+std::variant<TCommandLine, int> ParseCommandLine(std::vector<std::string> words);
 
 }  // namespace cli

@@ -1,63 +1,23 @@
 #include "cli/Console.h"
 
-#include <cerrno>
-#include <csignal>
 #include <cstdlib>
-#include <cstring>
-#include <fcntl.h>
 #include <new>
 #include <string>
-#include <unistd.h>
 
 #include "cli/CommandLine.h"
 #include "cli/Progress.h"
+#include "cli/StandardStreams.h"
 #include "win/Diagnostics.h"
 
 namespace cli {
-namespace {
-
-// An empty handler: unlike SIG_IGN, it is not inherited by the programs that this one starts.
-void DoNothing(int) {}
-
-void TurnIntoError(int signal) {
-  struct sigaction action {};
-  if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
-  action = {};
-  action.sa_handler = DoNothing;
-  action.sa_flags = SA_RESTART;
-  sigaction(signal, &action, nullptr);
-}
-
-bool WriteAll(int file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = write(file, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return false;
-    bytes.remove_prefix(static_cast<size_t>(count));
-  }
-  return true;
-}
-
-}  // namespace
 
 EOutput::EOutput(int error)
-    : EWriteError(std::string("Cannot write to standard output: ") + std::strerror(error) + "."),
-      FIsBrokenPipe(error == EPIPE) {}
-
-void PrepareConsole() {
-  for (const int file : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    if (fcntl(file, F_GETFD) != -1 || errno != EBADF) continue;
-    // open returns the lowest free number, which is `file`. The access mode is the wrong one, so that using
-    // it fails.
-    if (open("/dev/null", file == STDIN_FILENO ? O_WRONLY : O_RDONLY) != file) std::_Exit(kExitException);
-  }
-  TurnIntoError(SIGPIPE);
-  TurnIntoError(SIGXFSZ);
-}
+    : EWriteError("Cannot write to standard output: " + StreamError(error) + "."),
+      FIsBrokenPipe(cli::IsBrokenPipe(error)) {}
 
 void WriteOutput(std::string_view bytes) {
   ClearProgress();
-  if (!WriteAll(STDOUT_FILENO, bytes)) throw EOutput(errno);
+  if (const int error = WriteStream(TStream::Output, bytes); error != 0) throw EOutput(error);
 }
 
 void PrintLine(std::string_view text) {
@@ -80,7 +40,7 @@ int PrintOutcome(bool succeeded, std::string_view good, std::string_view bad, bo
 void Note(std::string_view text) {
   ClearProgress();
   try {
-    (void)WriteAll(STDERR_FILENO, win::PrintableName(text) + "\n");
+    (void)WriteStream(TStream::Error, win::PrintableName(text) + "\n");
   } catch (const std::bad_alloc&) {
     ComplainOutOfMemory({});
   }
@@ -95,19 +55,17 @@ void Complain(std::string_view text) {
 }
 
 void ComplainOutOfMemory(std::string_view fileName) noexcept {
-  (void)WriteAll(STDERR_FILENO, "kvamigrate: ");
+  (void)WriteStream(TStream::Error, "kvamigrate: ");
   try {
-    if (!fileName.empty()) (void)WriteAll(STDERR_FILENO, win::PrintableName(fileName) + ": ");
+    if (!fileName.empty()) (void)WriteStream(TStream::Error, win::PrintableName(fileName) + ": ");
   } catch (const std::bad_alloc&) {  // print the message without the name
   }
-  (void)WriteAll(STDERR_FILENO, "There is not enough memory.\n");
+  (void)WriteStream(TStream::Error, "There is not enough memory.\n");
 }
 
 bool HasControlSequences() {
-  const char* const terminal = std::getenv("TERM");
   const char* const noColor = std::getenv("NO_COLOR");
-  const bool isPlain = !terminal || std::strcmp(terminal, "dumb") == 0 || (noColor && *noColor);
-  return isatty(STDERR_FILENO) == 1 && !isPlain;
+  return IsTerminal(TStream::Error) && !(noColor && *noColor);
 }
 
 }  // namespace cli

@@ -21,11 +21,6 @@ class EOutput : public rtl::EWriteError {
   bool FIsBrokenPipe;
 };
 
-// Prepares the standard streams; call it first. A closed standard stream is replaced by one on which
-// reading or writing fails, so that no file takes its number. Writing to a closed pipe, or beyond the limit
-// for the size of a file, becomes an error instead of ending the process.
-void PrepareConsole();
-
 // Writes bytes to standard output exactly as they are. Raises EOutput.
 void WriteOutput(std::string_view bytes);
 // Writes a line for people to standard output. Raises EOutput.

@@ -1,15 +1,13 @@
 #include "cli/InteractiveChoice.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
-#include <poll.h>
-#include <unistd.h>
 
 #include "cli/Commands.h"
 #include "cli/Console.h"
 #include "cli/Interrupt.h"
 #include "cli/PatchPrinter.h"
+#include "cli/StandardStreams.h"
 #include "rtl/text/SysUtils.h"
 #include "win/Diagnostics.h"
 
@@ -30,13 +28,11 @@ constexpr char kAnswers[] =
 std::string ReadLine() {
   std::string text;
   for (;;) {
-    pollfd input = {STDIN_FILENO, POLLIN, 0};
-    const bool isReady = poll(&input, 1, -1) >= 0;  // a signal ends it, unlike a read
-    StopIfInterrupted("Stopped: no file was replaced.");
     char c = '\0';
-    const ssize_t count = isReady ? read(STDIN_FILENO, &c, 1) : -1;
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return text.empty() ? "q" : text;
+    const TInput input = ReadInput(c);
+    StopIfInterrupted("Stopped: no file was replaced.");
+    if (input == TInput::Interrupted) continue;
+    if (input == TInput::End) return text.empty() ? "q" : text;
     if (c == '\n') return text;
     text += c;
   }
@@ -47,8 +43,7 @@ std::string ReadLine() {
 TInteractiveChoice::TInteractiveChoice(const TCommandLine& line, mig::TComponentReplacer& replacer,
                                        const std::string& folder)
     : FLine(line), FReplacer(replacer), FFolder(folder) {
-  if (isatty(STDIN_FILENO) == 0 || isatty(STDOUT_FILENO) == 0)
-    throw EUsage("--interactive asks on a terminal, and standard input or output is none.");
+  if (!CanAsk()) throw EUsage("--interactive asks on a terminal, and standard input or output is none.");
 }
 
 TInteractiveChoice::~TInteractiveChoice() {

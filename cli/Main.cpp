@@ -1,5 +1,4 @@
 // kvamigrate, the migration wizard on the command line.
-#include <csignal>
 #include <exception>
 #include <new>
 
@@ -9,6 +8,7 @@
 #include "cli/Console.h"
 #include "cli/Help.h"
 #include "cli/Interrupt.h"
+#include "cli/StandardStreams.h"
 #include "win/Diagnostics.h"
 #include "win/paths/CodePage.h"
 #include "win/paths/Drives.h"
@@ -54,10 +54,10 @@ int RunCommand(const TCommandLine& line) {
 }
 
 int Main(int argc, char** argv) {
-  PrepareConsole();
+  PrepareStreams();
   win::SetDiagnosticsSink(Complain);
   try {
-    const auto parsed = ParseCommandLine(argc, argv);
+    const auto parsed = ParseCommandLine(ProgramArguments(argc, argv));
     const int* const status = std::get_if<int>(&parsed);
     return status ? *status : RunCommand(std::get<TCommandLine>(parsed));
   } catch (const EUsage& error) {
@@ -68,7 +68,7 @@ int Main(int argc, char** argv) {
     return kExitSignal + PendingInterrupt();
   } catch (const EOutput& error) {
     // Like other programs, end silently if the reader of the pipe has closed it.
-    if (error.IsBrokenPipe()) return kExitSignal + SIGPIPE;
+    if (error.IsBrokenPipe()) return kExitBrokenPipe;
     Complain(error.what());
     return kExitException;
   } catch (const std::bad_alloc&) {

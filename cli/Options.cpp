@@ -7,6 +7,7 @@
 #include "cli/HelpTexts.h"
 #include "rtl/text/SysUtils.h"
 #include "win/paths/CodePage.h"
+#include "win/paths/Drives.h"
 
 namespace cli {
 namespace {
@@ -274,7 +275,14 @@ const std::vector<TCommandRow> kCommands = {
 }  // namespace
 
 const std::vector<TCommandRow>& Commands() {
-  return kCommands;
+  static const std::vector<TCommandRow> commands = [] {
+    std::vector<TCommandRow> rows = kCommands;
+    for (TCommandRow& row : rows)
+      std::erase_if(row.Options,
+                    [](const TOption& option) { return option.Name == kDrive.Name && !win::CanMapDrives(); });
+    return rows;
+  }();
+  return commands;
 }
 
 const TOption& HelpOption() {

@@ -1,13 +1,10 @@
 #include "cli/PatchPrinter.h"
 
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "MigWizard/passes/FileConversion.h"
 #include "cli/Console.h"
+#include "cli/StandardStreams.h"
 #include "diff/LineDiff.h"
 #include "report/FilePatch.h"
 #include "rtl/text/Files.h"
@@ -17,15 +14,10 @@
 namespace cli {
 namespace {
 
-bool IsTerminal() {
-  const char* const terminal = std::getenv("TERM");
-  return isatty(STDOUT_FILENO) == 1 && terminal != nullptr && std::strcmp(terminal, "dumb") != 0;
-}
-
 bool WantsColours(const std::string& colour) {
   if (colour != "auto") return colour == "always";
   const char* const noColor = std::getenv("NO_COLOR");
-  return IsTerminal() && (noColor == nullptr || *noColor == '\0');
+  return IsTerminal(TStream::Output) && (noColor == nullptr || *noColor == '\0');
 }
 
 // Returns a line for display on a terminal: control characters except tab become "^X".
@@ -56,15 +48,6 @@ std::string_view ColourOf(std::string_view line) {
   return {};
 }
 
-// Replaces this process by the pager, which reads from `input`.
-[[noreturn]] void BecomePager(int input) {
-  dup2(input, STDIN_FILENO);
-  setenv("LESS", "FRX", /*overwrite=*/0);
-  const char* const pager = std::getenv("PAGER");
-  execl("/bin/sh", "sh", "-c", pager != nullptr && *pager != '\0' ? pager : "less || cat", nullptr);
-  _exit(127);
-}
-
 }  // namespace
 
 std::string ShownPatch(std::string_view patch, const std::string& colour) {
@@ -92,14 +75,10 @@ std::string MakePatch(const std::string& fileName, const mig::TFileConversion& c
 }
 
 TPatchPrinter::TPatchPrinter(const TCommandLine& line, std::string_view folder)
-    : FFolder(folder), FIgnoresSpace(line.IgnoreSpace), FColour(line.Colour), FHasPager(IsTerminal()) {}
-
-TPatchPrinter::~TPatchPrinter() {
-  if (FPager < 0) return;
-  close(FPager);
-  while (waitpid(FPagerProcess, nullptr, 0) < 0 && errno == EINTR) {
-  }
-}
+    : FFolder(folder),
+      FIgnoresSpace(line.IgnoreSpace),
+      FColour(line.Colour),
+      FHasPager(IsTerminal(TStream::Output)) {}
 
 void TPatchPrinter::Print(const std::string& fileName, const mig::TFileConversion& conversion) {
   if (!FPrinted.insert(win::UpperFileName(fileName)).second) return;
@@ -109,22 +88,8 @@ void TPatchPrinter::Print(const std::string& fileName, const mig::TFileConversio
 void TPatchPrinter::Write(std::string_view patch) {
   if (!FHasPager && FColour != "always") return WriteOutput(patch);
   const std::string text = ShownPatch(patch, FColour);
-  int ends[2];
-  if (FHasPager && FPager < 0 && pipe(ends) == 0) {
-    FPagerProcess = fork();
-    if (FPagerProcess == 0) {
-      close(ends[1]);
-      BecomePager(ends[0]);
-    }
-    close(ends[0]);
-    FPager = ends[1];
-  }
-  if (FPager < 0) return WriteOutput(text);
-  for (std::string_view rest = text; !rest.empty();) {
-    const ssize_t count = write(FPager, rest.data(), rest.size());
-    if (count < 0 && errno != EINTR) return;  // the reader has closed the pager
-    if (count > 0) rest.remove_prefix(static_cast<size_t>(count));
-  }
+  if (FHasPager && FPager.Start()) return FPager.Write(text);
+  WriteOutput(text);
 }
 
 }  // namespace cli

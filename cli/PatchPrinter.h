@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #include "cli/CommandLine.h"
+#include "cli/Pager.h"
 
 namespace mig {
 struct TFileConversion;
@@ -29,10 +30,6 @@ class TPatchPrinter {
  public:
   // `folder` is the full Windows path that the names in the patch are relative to.
   TPatchPrinter(const TCommandLine& line, std::string_view folder);
-  // Waits for the pager to end.
-  ~TPatchPrinter();
-  TPatchPrinter(const TPatchPrinter&) = delete;
-  TPatchPrinter& operator=(const TPatchPrinter&) = delete;
 
   // Prints the changes that the conversion makes to the file, a full Windows path. Repeated calls for a
   // file print nothing. Raises EOutput and the exceptions of reading the file.
@@ -46,8 +43,7 @@ class TPatchPrinter {
   const std::string FColour;
   const bool FHasPager;
   std::unordered_set<std::string> FPrinted;  // names in upper case
-  int FPager = -1;                           // the pipe to the pager, -1 if there is none
-  int FPagerProcess = -1;
+  TPager FPager;
 };
 
 }  // namespace cli

@@ -1,27 +1,18 @@
 #include "cli/Progress.h"
 
 #include <chrono>
-#include <cstdio>
 #include <string>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
 #include "cli/Console.h"
+#include "cli/StandardStreams.h"
 #include "win/Diagnostics.h"
 
 namespace cli {
 namespace {
 
 constexpr std::chrono::milliseconds kInterval{50};
-constexpr int kDefaultWidth = 80;
 
 bool IsShown = false;
-
-size_t TerminalWidth() {
-  winsize size{};
-  const bool known = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return static_cast<size_t>(known ? size.ws_col : kDefaultWidth);
-}
 
 // Returns the end of a UTF-8 text: at most `count` bytes that start at a character boundary.
 std::string_view Tail(std::string_view text, size_t count) {
@@ -40,18 +31,16 @@ void ShowProgress(int done, int known, std::string_view fileName) {
   const auto now = std::chrono::steady_clock::now();
   if (IsShown && now - lastShown < kInterval) return;
   std::string line = "[" + std::to_string(done) + "/" + std::to_string(known) + "] ";
-  const size_t width = TerminalWidth();
+  const size_t width = TerminalWidth(TStream::Error);
   if (width > line.size() + 1) line.append(Tail(win::PrintableName(fileName), width - line.size() - 1));
-  std::fprintf(stderr, "\r%s\x1b[K", line.c_str());
-  std::fflush(stderr);
+  (void)WriteStream(TStream::Error, "\r" + line + "\x1b[K");
   IsShown = true;
   lastShown = now;
 }
 
 void ClearProgress() {
   if (!IsShown) return;
-  std::fputs("\r\x1b[K", stderr);
-  std::fflush(stderr);
+  (void)WriteStream(TStream::Error, "\r\x1b[K");
   IsShown = false;
 }
 

@@ -1,6 +1,7 @@
 #include "cli/RunReport.h"
 
-#include <ctime>
+#include <chrono>
+#include <cstdio>
 
 #include "MigWizard/run/FileUtils.h"
 #include "cli/Commands.h"
@@ -17,12 +18,18 @@
 namespace cli {
 namespace {
 
+// Returns the present in the format of ISO 8601: "2026-01-31T12:00:00Z".
 std::string Now() {
-  const std::time_t now = std::time(nullptr);
-  std::tm parts{};
-  gmtime_r(&now, &parts);
+  using std::chrono::floor;
+  const auto now = floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  const auto day = floor<std::chrono::days>(now);
+  const std::chrono::year_month_day date = day;
+  const std::chrono::hh_mm_ss time(now - day);
   char text[32];
-  std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
+  std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ", static_cast<int>(date.year()),
+                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
+                static_cast<int>(time.seconds().count()));
   return text;
 }
 

@@ -18,6 +18,12 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LES
   # g++ 12 sees overlapping copies in std::string's own operator+ (GCC bug 105651).
   target_compile_options(kva_rules INTERFACE -Wno-restrict)
 endif()
+if(WIN32)
+  # Windows 7 and later. The main thread and all others get the stack that they have elsewhere.
+  target_compile_definitions(kva_rules INTERFACE
+    _WIN32_WINNT=0x0601 UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN __USE_MINGW_ANSI_STDIO=1)
+  target_link_options(kva_rules INTERFACE -Wl,--stack,8388608)
+endif()
 if(KVA_SANITIZE)
   # "thread", or anything else that is true for the address and undefined-behaviour sanitizers.
   set(sanitizers address,undefined)

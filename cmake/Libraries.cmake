@@ -1,3 +1,8 @@
+if(WIN32)
+  include(${CMAKE_CURRENT_LIST_DIR}/LibrariesWindows.cmake)
+  return()
+endif()
+
 # kva_library(NAME SHARED STATIC)
 #
 # Makes kva_NAME, which stands for the target SHARED in most programs, and for the archive STATIC in those with the
@@ -10,6 +15,7 @@ function(kva_library name shared static)
 endfunction()
 
 find_package(ICU REQUIRED COMPONENTS uc)
+find_package(nlohmann_json REQUIRED)
 find_package(pugixml REQUIRED)
 find_package(ZLIB REQUIRED)
 kva_library(icu ICU::uc libicuuc.a)

@@ -1,9 +1,9 @@
 // A loadable module that contains a wizard, loaded as the IDE loads it.
 #pragma once
 
-#include <memory>
 #include <string_view>
 
+#include "host/LoadedModule.h"
 #include "toolsapi/ToolsAPI.h"
 
 namespace host {
@@ -26,10 +26,7 @@ class TWizardModule {
   }
 
  private:
-  struct TUnload {
-    void operator()(void* library) const;
-  };
-  std::unique_ptr<void, TUnload> FLibrary;
+  TLoadedModule FLibrary;
   toolsapi::TWizardInitProc FInit;
   toolsapi::TWizardTerminateProc FTerminate = nullptr;
 };

@@ -111,9 +111,9 @@ void ShareRuntime(const TIntf<IHostRuntime>& runtime) {
 
 }  // namespace
 
-extern "C" [[gnu::visibility("default")]] bool INITWIZARD0001(const TIntf<toolsapi::IInterface>& services,
-                                                              toolsapi::TWizardRegisterProc registerProc,
-                                                              toolsapi::TWizardTerminateProc*) {
+extern "C" KVA_EXPORTED bool INITWIZARD0001(const TIntf<toolsapi::IInterface>& services,
+                                            toolsapi::TWizardRegisterProc registerProc,
+                                            toolsapi::TWizardTerminateProc*) {
   try {
     if (!toolsapi::BorlandIDEServices) toolsapi::BorlandIDEServices = services;
     ShareRuntime(toolsapi::Supports<IHostRuntime>(services));

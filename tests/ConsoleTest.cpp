@@ -9,6 +9,7 @@
 
 #include "cli/Console.h"
 #include "cli/Interrupt.h"
+#include "cli/StandardStreams.h"
 #include "tests/TempTree.h"
 #include "win/Diagnostics.h"
 
@@ -52,7 +53,7 @@ int InChild(TPrepare prepare, TAction action) {
   const pid_t child = fork();
   if (child == 0) {
     prepare();
-    PrepareConsole();
+    PrepareStreams();
     _exit(action());
   }
   int status = 0;

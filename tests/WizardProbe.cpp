@@ -27,9 +27,9 @@ class TProbe final : public toolsapi::TInterfacedObject<toolsapi::IOTAWizard> {
 
 }  // namespace
 
-extern "C" [[gnu::visibility("default")]] bool INITWIZARD0001(
-    const toolsapi::TIntf<toolsapi::IInterface>& services, toolsapi::TWizardRegisterProc registerProc,
-    toolsapi::TWizardTerminateProc* terminate) {
+extern "C" KVA_EXPORTED bool INITWIZARD0001(const toolsapi::TIntf<toolsapi::IInterface>& services,
+                                            toolsapi::TWizardRegisterProc registerProc,
+                                            toolsapi::TWizardTerminateProc* terminate) {
   const char* const word = std::getenv("KVA_PROBE");
   const bool isOwn = toolsapi::BorlandIDEServices == nullptr;
   toolsapi::BorlandIDEServices = services;

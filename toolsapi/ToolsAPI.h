@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "toolsapi/Interfaces.h"
+#include "toolsapi/Module.h"
 
 namespace rtl {
 class TAction;
@@ -184,7 +185,7 @@ inline constexpr TInterfaceId kIdOf<IOTAWizard>{"IOTAWizard",
 
 // The host's services; null until the host has passed them. Hidden, so that every program and every loadable
 // module has its own variable. A module's entry point sets it from its first argument.
-[[gnu::visibility("hidden")]] inline TIntf<IInterface> BorlandIDEServices;
+KVA_INTERNAL inline TIntf<IInterface> BorlandIDEServices;
 
 // --- The entry point of a loadable module ---
 // The host calls the exported function of this name once, after it has loaded the module.

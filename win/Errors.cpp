@@ -57,7 +57,9 @@ void SetLastError(uint32_t code) {
 std::string SysErrorMessage(uint32_t code) {
   const auto* const row = std::find_if(std::begin(kTexts), std::end(kTexts),
                                        [code](const TErrorText& text) { return text.Code == code; });
-  return row != std::end(kTexts) ? row->Text : "System error " + std::to_string(code) + ".";
+  if (row != std::end(kTexts)) return row->Text;
+  std::string text = HostErrorMessage(code);
+  return text.empty() ? "System error " + std::to_string(code) + "." : text;
 }
 
 }  // namespace win

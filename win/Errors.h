@@ -36,7 +36,10 @@ uint32_t GetLastError();
 void SetLastError(uint32_t code);
 
 // Returns the English text of a code, with its full stop and without a line end: "Access is denied.". Returns
-// "System error N." for a code without a text.
+// the host's own text for a code that is not listed above, or "System error N." if it has none.
 std::string SysErrorMessage(uint32_t code);
+
+// Returns the host's text of a code, as above, or an empty string. Defined in the host's folder.
+std::string HostErrorMessage(uint32_t code);
 
 }  // namespace win

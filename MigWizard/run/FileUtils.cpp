@@ -4,6 +4,7 @@
 #include <mutex>
 
 #include "MigWizard/run/WorkQueue.h"
+#include "rtl/text/LocalTime.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"

@@ -1,8 +1,8 @@
 // TRegIniFile: the user's settings, by section and key, below a root key such as "Software\Vendor".
 //
-// On Windows the store is the registry. Elsewhere each root key has one text file, `Vendor/registry.ini`
-// below $XDG_CONFIG_HOME or ~/.config: `[section]` and `key=value` lines in UTF-8, with control characters
-// and backslashes escaped as \n, \r, \t, \xHH and \\. Other lines are kept.
+// On Windows the store is the registry, below HKEY_CURRENT_USER. Elsewhere each root key has one text file,
+// `Vendor/registry.ini` below $XDG_CONFIG_HOME or ~/.config: `[section]` and `key=value` lines in UTF-8,
+// with control characters and backslashes escaped as \n, \r, \t, \xHH and \\. Other lines are kept.
 //
 // No operation fails: reading a value that cannot be read returns the default, and a value that cannot be
 // written is not stored. A section name must not contain control characters or brackets, and a key neither
@@ -10,9 +10,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "rtl/text/SettingsStore.h"
 
 namespace rtl {
 
@@ -38,19 +40,8 @@ class TRegIniFile {
   void WriteBool(std::string_view section, std::string_view key, bool value);
 
  private:
-  using TLines = std::vector<std::string>;
-  // The line of a key, counted from 0, or the line before which it is to be inserted.
-  struct TKeyLine {
-    bool SectionFound = false;
-    bool KeyFound = false;
-    size_t Line = 0;
-  };
-  static TKeyLine FindKey(const TLines& lines, std::string_view section, std::string_view key);
-  bool ReadRaw(std::string_view section, std::string_view key, std::string& value) const;
-
-  std::string FStoreName;  // a Windows path; empty if the user has no folder for settings
+  std::unique_ptr<ISettingsStore> FStore;
   bool FWritable;
-  TLines FLines;  // the file as last read or written, without line ends
 };
 
 }  // namespace rtl

@@ -1,9 +1,6 @@
 #include "rtl/text/SysUtils.h"
 
 #include <algorithm>
-#include <ctime>
-#include <locale>
-#include <sstream>
 #include <vector>
 
 #include "rtl/text/Exceptions.h"
@@ -94,27 +91,6 @@ std::string Format(std::string_view format, std::initializer_list<TFormatArg> ar
     }
   }
   return result;
-}
-
-std::string DateTimeNowToStr() {
-  const std::time_t now = std::time(nullptr);
-  std::tm local{};
-#ifdef _WIN32
-  localtime_s(&local, &now);
-#else
-  localtime_r(&now, &local);
-#endif
-  std::locale user = std::locale::classic();
-  try {
-    user = std::locale("");
-  } catch (const std::runtime_error&) {  // the environment names a locale that is not installed
-  }
-  std::ostringstream text;
-  text.imbue(user);
-  const std::string_view pattern = "%x %X";
-  std::use_facet<std::time_put<char>>(user).put(text, text, ' ', &local, pattern.data(),
-                                                pattern.data() + pattern.size());
-  return text.str();
 }
 
 std::string ExtractFilePath(std::string_view fileName) {

@@ -36,9 +36,6 @@ class TFormatArg {
 // too few arguments.
 std::string Format(std::string_view format, std::initializer_list<TFormatArg> args);
 
-// Returns the current date and time in the user's locale: short date, long time.
-std::string DateTimeNowToStr();
-
 // --- File names. None of these functions accesses a file. ---
 std::string ExtractFilePath(std::string_view fileName);  // up to and including the last separator
 std::string ExtractFileDir(std::string_view fileName);   // without that separator, except in a root

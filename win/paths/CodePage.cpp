@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <unicode/uchar.h>
+#include <iterator>
 #include <unicode/utf8.h>
 
-#include "win/paths/CodePageTables.h"
+#include "win/paths/Characters.h"
 
 namespace win {
 namespace {
@@ -52,14 +52,8 @@ class TCodePage {
   std::array<bool, 256> FAlpha{};
 };
 
-const TCodePageTable* FindTable(uint32_t number) {
-  const auto* const table = std::find_if(std::begin(kCodePageTables), std::end(kCodePageTables),
-                                         [number](const TCodePageTable& t) { return t.Number == number; });
-  return table != std::end(kCodePageTables) ? table : nullptr;
-}
-
 TCodePage& Setting() {
-  static TCodePage setting(FindTable(1252));
+  static TCodePage setting(FindCodePageTable(1252));
   return setting;
 }
 
@@ -88,7 +82,7 @@ std::string ToUtf8(const TCodePage& page, std::string_view text) {
 }  // namespace
 
 bool SetACP(uint32_t codePage) {
-  const TCodePageTable* const table = FindTable(codePage);
+  const TCodePageTable* const table = FindCodePageTable(codePage);
   if (!table && codePage != kUtf8) return false;
   if (codePage != GetACP()) Setting() = TCodePage(table);
   return true;
@@ -100,8 +94,7 @@ uint32_t GetACP() {
 
 const std::vector<uint32_t>& SupportedCodePages() {
   static const std::vector<uint32_t> numbers = [] {
-    std::vector<uint32_t> list;
-    for (const TCodePageTable& table : kCodePageTables) list.push_back(table.Number);
+    std::vector<uint32_t> list(std::begin(kCodePageNumbers), std::end(kCodePageNumbers));
     list.push_back(kUtf8);
     return list;
   }();
@@ -140,10 +133,6 @@ bool IsCharAlphaA(std::string_view bytes) {
   return bytes.size() == 2 && page.IsLead(static_cast<uint8_t>(bytes[0])) &&
          IsDBCSTrailByte(static_cast<uint8_t>(bytes[1])) &&
          IsCharAlphaU(page.Double(static_cast<uint8_t>(bytes[0]), static_cast<uint8_t>(bytes[1])));
-}
-
-bool IsCharAlphaU(char32_t character) {
-  return u_isUAlphabetic(static_cast<UChar32>(character));
 }
 
 }  // namespace win

@@ -1,7 +1,8 @@
 // Converts between Windows paths and host names.
 //
-// A drive letter is a folder of the host: `Z:` is the root folder unless it is mapped otherwise, and further
-// letters are mapped one by one. The map is a setting of the process, made before the first file is used.
+// On Windows both are the same. On other hosts a drive letter is a folder: `Z:` is the root folder unless
+// it is mapped otherwise, and further letters are mapped one by one. The map is a setting of the process,
+// made before the first file is used.
 #pragma once
 
 #include <string>
@@ -9,8 +10,11 @@
 
 namespace win {
 
+// Returns whether drives can be mapped: not on Windows, where they are the machine's.
+[[nodiscard]] bool CanMapDrives();
+
 // Maps `letter` (any case) to a folder of the host, which may be relative to the process's folder. Returns
-// false if `letter` is no letter or the folder does not exist.
+// false if `letter` is no letter, the folder does not exist, or drives cannot be mapped.
 [[nodiscard]] bool MapDrive(char letter, std::string_view hostFolder);
 // Forgets all mappings. `Z:` is the root folder again.
 void ResetDrives();

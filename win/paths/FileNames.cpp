@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
+#include "win/paths/Characters.h"
 #include "win/paths/CodePage.h"
 
 namespace win {
@@ -15,7 +15,8 @@ void AppendUpper(std::string& result, std::string_view utf8, size_t from) {
     const int32_t start = i;
     UChar32 character;
     U8_NEXT(bytes, i, length, character);
-    const UChar32 upper = character < 0 ? character : u_toupper(character);
+    const UChar32 upper =
+        character < 0 ? character : static_cast<UChar32>(UpperCharacter(static_cast<char32_t>(character)));
     if (upper == character) {
       result.append(utf8.substr(static_cast<size_t>(start), static_cast<size_t>(i - start)));
     } else {

@@ -46,6 +46,10 @@ constexpr TErrnoRow kRows[] = {
 
 }  // namespace
 
+std::string HostErrorMessage(uint32_t /*code*/) {
+  return {};
+}
+
 uint32_t ErrorOfErrno(int number) {
   const auto* const row = std::find_if(std::begin(kRows), std::end(kRows),
                                        [number](const TErrnoRow& r) { return r.Number == number; });

@@ -1,5 +1,3 @@
-#include "win/paths/Drives.h"
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -11,6 +9,7 @@
 #include <vector>
 
 #include "win/paths/CodePage.h"
+#include "win/paths/Drives.h"
 
 namespace win {
 namespace {
@@ -119,6 +118,10 @@ std::string OnDeepestDrive(std::string_view full) {
 bool IsWindowsName(std::string_view name) {
   const auto isBad = [](char c) { return c == '\\' || c == ':' || static_cast<unsigned char>(c) < 32; };
   return std::none_of(name.begin(), name.end(), isBad) && IsValidUtf8(name);
+}
+
+bool CanMapDrives() {
+  return true;
 }
 
 bool MapDrive(char letter, std::string_view hostFolder) {

@@ -1,0 +1,28 @@
+// The program that shows long output page by page.
+#pragma once
+
+#include <string_view>
+
+namespace cli {
+
+// $PAGER, or `less`. On Windows there is none: consoles scroll.
+class TPager {
+ public:
+  TPager() = default;
+  // Waits for the pager to end, if there is one.
+  ~TPager();
+  TPager(const TPager&) = delete;
+  TPager& operator=(const TPager&) = delete;
+
+  // Starts the pager unless it was started before. Returns false if there is none.
+  bool Start();
+
+  // Writes to the pager. Does nothing if the user has closed it.
+  void Write(std::string_view text);
+
+ private:
+  int FPipe = -1;  // to the pager, -1 if there is none
+  int FProcess = -1;
+};
+
+}  // namespace cli

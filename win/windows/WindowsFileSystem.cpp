@@ -1,0 +1,154 @@
+#include "win/windows/WindowsFileSystem.h"
+
+#include <cstdio>
+
+#include "win/Errors.h"
+#include "win/windows/WindowsText.h"
+
+namespace win {
+namespace {
+
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// Returns the attributes of the file or folder that a link leads to, or INVALID_FILE_ATTRIBUTES with the
+// last error set.
+uint32_t AttributesBehindLink(const std::wstring& full) {
+  TFileFacts facts;
+  const THandle file(CreateFileW(full.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,
+                                 FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  if (!file.IsOpen()) {
+    FailLast();
+    return INVALID_FILE_ATTRIBUTES;
+  }
+  return ReadFacts(file.Get(), facts) ? facts.Attributes : INVALID_FILE_ATTRIBUTES;
+}
+
+// The folder's identity is the name of an object of the system, which lives as long as a process has it
+// open: so the lock of a process that was killed is free at once, and nobody else's access to the folder is
+// affected.
+class TWindowsLock : public TFileLock {
+ public:
+  explicit TWindowsLock(THandle object) : FObject(std::move(object)) {}
+
+ private:
+  THandle FObject;
+};
+
+}  // namespace
+
+std::unique_ptr<TFileSystem> AnotherHostFileSystem() {
+  return std::make_unique<TWindowsFileSystem>();
+}
+
+uint32_t TWindowsFileSystem::GetFileAttributesA(std::string_view path) {
+  std::wstring full;
+  TEntryInfo info;
+  if (!FullPath(path, TPathKind::Folder, full) || !Look(full, info)) return INVALID_FILE_ATTRIBUTES;
+  uint32_t known = info.Attributes;
+  if (info.IsLink) {
+    known = AttributesBehindLink(full);
+    if (known == INVALID_FILE_ATTRIBUTES) return known;
+  }
+  if ((known & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+    // On a folder, read-only means that the system displays it in another way.
+    return FILE_ATTRIBUTE_DIRECTORY | (info.IsLink ? FILE_ATTRIBUTE_REPARSE_POINT : 0);
+  }
+  if (path.back() == '\\' || path.back() == '/') {
+    SetLastError(ERROR_INVALID_NAME);
+    return INVALID_FILE_ATTRIBUTES;
+  }
+  return (known & FILE_ATTRIBUTE_READONLY) != 0 ? FILE_ATTRIBUTE_READONLY : FILE_ATTRIBUTE_NORMAL;
+}
+
+bool TWindowsFileSystem::MakeDirectory(std::string_view path, SECURITY_ATTRIBUTES* access) {
+  std::wstring full;
+  return FullPath(path, TPathKind::Folder, full) && (::CreateDirectoryW(full.c_str(), access) || FailLast());
+}
+
+bool TWindowsFileSystem::CreateDirectoryA(std::string_view path) {
+  return MakeDirectory(path, nullptr);
+}
+
+bool TWindowsFileSystem::CreatePrivateDirectory(std::string_view path) {
+  TPrivateAccess access;
+  return access.Get() ? MakeDirectory(path, access.Get()) : Fail(ERROR_ACCESS_DENIED);
+}
+
+bool TWindowsFileSystem::RemoveDirectoryA(std::string_view path) {
+  std::wstring full;
+  return FullPath(path, TPathKind::Folder, full) &&
+         Retry([&] { return RemoveDirectoryW(full.c_str()) != 0; });
+}
+
+bool TWindowsFileSystem::DeleteFileA(std::string_view path) {
+  std::wstring full;
+  return FullPath(path, TPathKind::File, full) && Retry([&] { return DeleteFileW(full.c_str()) != 0; });
+}
+
+bool TWindowsFileSystem::CopyPermissions(std::string_view source, std::string_view target) {
+  std::wstring from, to;
+  if (!FullPath(source, TPathKind::Folder, from) || !FullPath(target, TPathKind::Folder, to)) return false;
+  const DWORD attributes = GetFileAttributesW(from.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return FailLast();
+  return SetAttributesAndTime(to, attributes & ~FILE_ATTRIBUTE_READONLY, nullptr);
+}
+
+std::string TWindowsFileSystem::GetTempPathA() {
+  wchar_t folder[MAX_PATH + 2] = {};
+  const DWORD length = GetTempPathW(MAX_PATH + 1, folder);
+  if (length == 0) {
+    FailLast();
+    return {};
+  }
+  return GetLongPathNameA(ToUtf8OrReplaced({folder, length})) + "\\";
+}
+
+std::string TWindowsFileSystem::GetLongPathNameA(std::string_view path) {
+  std::wstring full;
+  if (!FullPath(path, TPathKind::Folder, full)) return std::string(path);
+  return ToUtf8(WithoutPrefix(SpelledPath(full))).value_or(std::string(path));
+}
+
+void TWindowsFileSystem::HoldFolders(bool hold) {
+  if (!hold) FWritten.Discard();
+}
+
+std::unique_ptr<TFileLock> TWindowsFileSystem::LockFolder(std::string_view path) {
+  std::wstring full;
+  TFileFacts facts;
+  if (!FullPath(path, TPathKind::Folder, full)) return nullptr;
+  const THandle folder(CreateFileW(full.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,
+                                   FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  if (!folder.IsOpen()) {
+    if (!FailLast() && GetLastError() == ERROR_FILE_NOT_FOUND) SetLastError(ERROR_PATH_NOT_FOUND);
+    return nullptr;
+  }
+  if (!ReadFacts(folder.Get(), facts)) return nullptr;
+  wchar_t name[80];
+  std::swprintf(name, 80, L"Global\\kvamigrate-%llx-%llx",
+                static_cast<unsigned long long>(facts.Stamp.Volume),
+                static_cast<unsigned long long>(facts.Stamp.Identity));
+  THandle object(CreateMutexW(nullptr, FALSE, name));
+  const uint32_t code = ::GetLastError();
+  // Another user's object cannot be opened.
+  if (!object.IsOpen() || code == ERROR_ALREADY_EXISTS) {
+    Fail(object.IsOpen() || code == ERROR_ACCESS_DENIED ? ERROR_SHARING_VIOLATION : code);
+    return nullptr;
+  }
+  return std::make_unique<TWindowsLock>(std::move(object));
+}
+
+bool TWindowsFileSystem::FlushFolder(std::string_view path) {
+  std::wstring full;
+  TEntryInfo info;
+  if (!FullPath(path, TPathKind::Folder, full)) return false;
+  if (!Look(full, info))
+    return Fail(GetLastError() == ERROR_FILE_NOT_FOUND ? ERROR_PATH_NOT_FOUND : GetLastError());
+  return FlushFolderNames(full);
+}
+
+bool TWindowsFileSystem::FlushWritten() {
+  return FWritten.Flush();
+}
+
+}  // namespace win
