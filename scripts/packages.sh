@@ -56,7 +56,7 @@ configure_quietly() {
 {
   PACKAGES_PROGRAM=(cmake g++ ninja-build libdtl-dev libicu-dev libpugixml-dev nlohmann-json3-dev zlib1g-dev)
   PACKAGES_DESKTOP=(qt6-base-dev libqscintilla2-qt6-dev libgl-dev)
-  PACKAGES_TESTS=(clang libclang-rt-14-dev llvm libgtest-dev libbenchmark-dev fp-compiler fp-units-rtl binutils git python3 fish groff zsh)
+  PACKAGES_TESTS=(clang libclang-rt-14-dev llvm libgtest-dev libbenchmark-dev fp-compiler fp-units-rtl fp-units-fcl binutils git python3 fish groff zsh)
   PACKAGES_LINT=(clang-format clang-tidy shellcheck pyflakes3)
   PACKAGES_WINDOWS=(dpkg-dev g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix googletest libz-mingw-w64-dev wine wine64 zip)
   PACKAGES_PACKAGE=(dpkg-dev fakeroot file gzip lintian)
