@@ -107,10 +107,10 @@ class Benchmarks:
             self.run([os.path.join(self.bin, "kva_maketree"), tree, "--list", listed, *map(str, arguments)])
         return tree, listed
 
-    def migrate(self, tree):
+    def migrate(self, tree, *options):
         """One run over a fresh copy of the tree. A run that changed nothing is an error."""
         self.fresh(tree)
-        cost = self.run([self.program, "replace", "--mode", "bde", "--folder", self.work, "--subfolders"])
+        cost = self.run([self.program, "replace", "--mode", "bde", "--folder", self.work, "--subfolders", *options])
         if not os.path.getsize(os.path.join(self.work, "RBackup", "RExpert.reu")):
             raise RuntimeError(f"the run over {tree} changed nothing")
         return cost
@@ -145,6 +145,11 @@ class Benchmarks:
         ratio, cpu, ours, theirs, spread = pairs(self.rounds, lambda: self.migrate(tree), bare)
         yield Row(f"Whole run, beside the bare file operations: {place}", ratio, 1.25, True,
                   f"{what}; {ours:.2f} s to {theirs:.2f} s, pairs {spread[0]:.2f} to {spread[1]:.2f}, "
+                  f"processor time {cpu:.2f}")
+        ratio, cpu, ours, plain, spread = pairs(self.rounds, lambda: self.migrate(tree),
+                                                lambda: self.migrate(tree, "--quiet"))
+        yield Row(f"Whole run with findings, beside one without: {place}", ratio, 1.10, True,
+                  f"the same tree; {ours:.2f} s to {plain:.2f} s, pairs {spread[0]:.2f} to {spread[1]:.2f}, "
                   f"processor time {cpu:.2f}")
         ratio, cpu, theirs, ours, spread = pairs(self.rounds, perl, lambda: self.migrate(tree))
         yield Row(f"`perl -pi.bak` renaming the classes, beside the whole run: {place}", ratio,

@@ -16,6 +16,7 @@ int RunCheck(const TCommandLine& line) {
   if (line.Mode.empty()) throw EUsage("Say which components to look for: --mode bde or --mode ibx.");
   target::TKVAMigration migration(LoadCatalogue(line.Catalogue));
   target::TKVAComponentReplacer& replacer = line.Mode == "ibx" ? migration.IBX() : migration.BDE();
+  if (line.Complete) migration.Complete(*line.Complete);
   mig::TReplaceOptions& options = migration.Options();
   host::THost host;
   const TScope scope = SetScope(line, host, options);

@@ -113,6 +113,10 @@ const std::vector<TOption> kScopeOptions = {
     {"--exclude", TValueKind::Text, "PATTERN",
      "Leave out files whose path below the folder matches, as in 'old/*'",
      [](TCommandLine& line, const std::string& value) { StorePattern(line.Exclude, value); }, kRepeatable},
+    {"--complete", TValueKind::Text, "WHAT[,WHAT]",
+     "Also do what the conversion leaves: uses (units in uses clauses), inherited (inherited objects), "
+     "transactions (one for each connection), layout (of forms), marks (of UTF-8), or all",
+     StoreSteps, kRepeatable},
     {"--keep-going", TValueKind::None, "", "Leave out files that cannot be converted, and convert the others",
      [](TCommandLine& line, const std::string&) { line.KeepGoing = true; }},
     {"--report", TValueKind::File, "FILE", "Write a report; the extension decides: .json, .sarif or .html",
@@ -151,10 +155,6 @@ const std::vector<TOption> kReplaceOptions = WithScope({
      [](TCommandLine& line, const std::string& value) { line.Colour = value; }},
     {"--skip-converted", TValueKind::None, "", "Leave units alone that were converted before",
      [](TCommandLine& line, const std::string&) { line.SkipConverted = true; }},
-    {"--complete", TValueKind::Text, "WHAT[,WHAT]",
-     "Also do what the conversion leaves: uses (units in uses clauses), inherited (inherited objects), "
-     "transactions (one for each connection), layout (of forms), marks (of UTF-8), or all",
-     StoreSteps, kRepeatable},
     {"--backup-dir", TValueKind::Folder, "DIR",
      "Folder for the backups and the undo file (default: RBackup below the folder of the run, or "
      "RBackup.2 and so on if that holds an earlier run)",

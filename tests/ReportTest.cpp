@@ -5,17 +5,23 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <regex>
 #include <set>
 #include <sstream>
+#include <tuple>
 
+#include "MigWizard/passes/FormFile.h"
+#include "MigWizard/passes/TextFile.h"
 #include "host/ProjectChoice.h"
 #include "report/Report.h"
 #include "rtl/text/StringList.h"
 #include "target/KVAReplacer.h"
 #include "target/OldNameList.h"
+#include "tests/GeneratedTree.h"
 #include "tests/RunCommand.h"
 #include "win/FileApi.h"
+#include "win/paths/CodePage.h"
 #include "win/paths/Drives.h"
 
 namespace report {
@@ -43,6 +49,7 @@ struct TCountedObject {
 std::map<std::string, TCountedObject> ObjectsOf(const std::string& text) {
   static const std::regex header(R"(^\s*(object|inherited|inline) (\w+): (\w+)( \[\d+\])?\s*$)");
   static const std::regex property(R"(^\s*(\w+)(\.\w+)* = (.*?)\s*$)");
+  static const std::regex end(R"(^\s*end\s*$)"), quoted("'[^']*'");
   std::map<std::string, TCountedObject> objects;
   std::vector<std::string> paths;
   std::istringstream lines(text.starts_with("\xEF\xBB\xBF") ? text.substr(3) : text);
@@ -57,8 +64,8 @@ std::map<std::string, TCountedObject> ObjectsOf(const std::string& text) {
     if (paths.empty()) continue;
     if (depth == 0 && std::regex_match(line, match, property))
       objects[paths.back()].Roots.push_back(match[1]);
-    if (depth == 0 && std::regex_match(line, std::regex(R"(^\s*end\s*$)"))) paths.pop_back();
-    const std::string bare = std::regex_replace(line, std::regex("'[^']*'"), "");
+    if (depth == 0 && std::regex_match(line, end)) paths.pop_back();
+    const std::string bare = std::regex_replace(line, quoted, "");
     for (const char c : bare)
       depth += (c == '(' || c == '<' || c == '{') - (c == ')' || c == '>' || c == '}');
   }
@@ -105,7 +112,8 @@ TCounts Count(const std::string& before, const std::string& after, const mig::TC
     for (const std::string& root : object.Roots) {
       if (root == "Params" && isConnection) continue;
       if (root == "DatabaseName" && !isConnection) {
-        counts.Lost += roots.contains("Connection") ? 0 : 1;
+        // An object that could not be parsed keeps its properties.
+        counts.Lost += roots.contains("Connection") || roots.contains("DatabaseName") ? 0 : 1;
         continue;
       }
       const auto renamed = kRenamed.find(root);
@@ -122,11 +130,12 @@ TCounts Count(const std::string& before, const std::string& after, const mig::TC
 
 class ReportTest : public testing::Test {
  protected:
-  // Previews the run of a folder or a project below `tree`, and returns its files. Stores the new forms in
-  // `forms`.
+  // Previews the run of a folder or a project below `tree`, and returns its files. Stores the changed files in
+  // `files`.
   TReport Preview(const fs::path& tree, const std::string& mode, const std::string& project,
-                  std::map<std::string, std::string>* forms = nullptr) {
+                  std::map<std::string, std::string>* files = nullptr, bool isCompleted = false) {
     target::TKVAMigration migration(target::TCatalogue::BuiltIn());
+    if (isCompleted) migration.Complete({true, true, true, true, true});
     mig::TReplaceOptions& options = migration.Options();
     host::THost host;
     fs::path base = tree;
@@ -151,7 +160,8 @@ class ReportTest : public testing::Test {
     replacer.OnConverted = [&](const std::string& fileName, const mig::TFileConversion& file,
                                bool isChanged) {
       findings.AddFile(fileName, file, isChanged, {});
-      if (forms != nullptr && isChanged) (*forms)[win::ToHostName(fileName)] = file.Bytes;
+      if (files != nullptr && isChanged)
+        (*files)[win::ToHostName(fileName)] = std::string(file.Mark) + file.Bytes;
     };
     replacer.Preview();
     TReport report;
@@ -166,17 +176,28 @@ class ReportTest : public testing::Test {
 };
 
 TEST_F(ReportTest, CountsAreThoseOfTheFormsBeforeAndAfter) {
+  const tests::TTempTree generated;
+  tests::WriteGeneratedTree(generated, "bde", 1, /*isIbx=*/false);
+  tests::WriteGeneratedTree(generated, "ibx", 2, /*isIbx=*/true);
+  const std::string bde = generated.HostPath("bde"), ibx = generated.HostPath("ibx");
   const char* const rows[][3] = {
-      {"examples/bde", "bde", "LendDesk.dproj"},      {"examples/bde", "bde", ""},
-      {"examples/ibx", "ibx", "PressHouse.dproj"},    {"examples/ibx", "ibx", ""},
-      {"tests/golden/project-aliases/in", "bde", ""}, {"tests/golden/subfolders/in", "bde", ""},
+      {bde.c_str(), "bde", ""},
+      {ibx.c_str(), "ibx", ""},
+      {"tests/golden/binary/in", "bde", ""},
+      {"tests/golden/utf16/in", "bde", ""},
+      {"examples/bde", "bde", "LendDesk.dproj"},
+      {"examples/bde", "bde", ""},
+      {"examples/ibx", "ibx", "PressHouse.dproj"},
+      {"examples/ibx", "ibx", ""},
+      {"tests/golden/project-aliases/in", "bde", ""},
+      {"tests/golden/subfolders/in", "bde", ""},
   };
   size_t forms = 0, dropped = 0;
   for (const auto& [tree, mode, project] : rows) {
     std::map<std::string, std::string> after;
     const TReport report = Preview(kSources / tree, mode, project, &after);
     for (const mig::TFileReport& file : report.Files) {
-      if (file.IsUnit || file.IsBinary || file.Encoding == "UTF-16" || !file.IsChanged) continue;
+      if (file.IsUnit || !file.IsChanged) continue;
       TCounts found;
       for (const mig::TFinding& finding : file.Findings) {
         found.Dropped += finding.Rule == mig::TRuleId::DroppedProperty;
@@ -184,13 +205,126 @@ TEST_F(ReportTest, CountsAreThoseOfTheFormsBeforeAndAfter) {
         found.Inherited += finding.Rule == mig::TRuleId::InheritedObject;
       }
       const std::string name = win::ToHostName(win::FileSystem().GetLongPathNameA(file.FileName));
-      EXPECT_EQ(found, Count(ReadFile(name), after.at(win::ToHostName(file.FileName)), FClasses)) << name;
+      const auto text = [](const std::string& bytes) { return mig::DecodeFormFile(bytes).Text; };
+      EXPECT_EQ(found, Count(text(ReadFile(name)), text(after.at(win::ToHostName(file.FileName))), FClasses))
+          << name;
       ++forms;
       dropped += found.Dropped;
     }
   }
-  EXPECT_GE(forms, 15u);
-  EXPECT_GE(dropped, 30u);
+  EXPECT_GE(forms, 60u);
+  EXPECT_GE(dropped, 90u);
+}
+
+// The shown lines after a completed run are lines of the completed units.
+TEST_F(ReportTest, LinesAreThoseOfTheCompletedUnits) {
+  size_t changed = 0;
+  for (const auto& [tree, mode, project] :
+       {std::tuple("bde", "bde", "LendDesk.dproj"), std::tuple("ibx", "ibx", "PressHouse.dproj")}) {
+    std::map<std::string, std::string> after;
+    const TReport report = Preview(kSources / "examples" / tree, mode, project, &after, true);
+    for (const mig::TFileReport& file : report.Files) {
+      if (!file.IsUnit || !file.IsChanged) continue;
+      std::set<std::string> shown = {""};
+      const mig::TTextFile unit = mig::DecodeTextFile(after.at(win::ToHostName(file.FileName)));
+      const bool isDefault = *unit.Encoding == qrl::TEncoding::Default();
+      std::istringstream text(isDefault ? win::SourceToUtf8(unit.Text) : unit.Text);
+      for (std::string line; std::getline(text, line);)
+        shown.insert(mig::ShownValue({}, line.substr(0, line.find('\r'))));
+      for (const mig::TFinding& finding : file.Findings) {
+        EXPECT_TRUE(shown.contains(finding.After)) << file.FileName << ": " << finding.After;
+        changed += finding.After != finding.Before;
+      }
+    }
+  }
+  EXPECT_GT(changed, 10u);
+}
+
+// What the standard requires of the parts of a SARIF log that the report has. No part has other properties.
+struct TSarifField {
+  const char* Name;
+  const char*
+      Type;  // a part, "[PART]" an array of it, "{PART}" properties with any names, or one of the words
+  bool IsRequired = false;
+};
+const std::map<std::string, std::vector<TSarifField>> kSarif = {
+    {"sarifLog", {{"$schema", "string"}, {"version", "2.1.0", true}, {"runs", "[run]", true}}},
+    {"run",
+     {{"tool", "tool", true},
+      {"columnKind", "utf16CodeUnits unicodeCodePoints"},
+      {"originalUriBaseIds", "{artifactLocation}"},
+      {"results", "[result]"}}},
+    {"tool", {{"driver", "toolComponent", true}}},
+    {"toolComponent", {{"name", "string", true}, {"version", "string"}, {"rules", "[reportingDescriptor]"}}},
+    {"reportingDescriptor",
+     {{"id", "string", true},
+      {"shortDescription", "text"},
+      {"help", "text"},
+      {"defaultConfiguration", "reportingConfiguration"}}},
+    {"reportingConfiguration", {{"level", "none note warning error"}}},
+    {"text", {{"text", "string", true}}},
+    {"result",
+     {{"ruleId", "string"},
+      {"ruleIndex", "index"},
+      {"level", "none note warning error"},
+      {"message", "text", true},
+      {"locations", "[location]"},
+      {"partialFingerprints", "{string}"}}},
+    {"location", {{"physicalLocation", "physicalLocation"}, {"logicalLocations", "[logicalLocation]"}}},
+    {"physicalLocation", {{"artifactLocation", "artifactLocation", true}, {"region", "region"}}},
+    {"artifactLocation", {{"uri", "uri"}, {"uriBaseId", "string"}, {"description", "text"}}},
+    {"region", {{"startLine", "count"}, {"startColumn", "count"}}},
+    {"logicalLocation", {{"fullyQualifiedName", "string"}, {"kind", "string"}}},
+};
+
+void CheckSarif(const nlohmann::json& value, std::string type, const std::string& path) {
+  if (type.front() == '[' || type.front() == '{') {
+    ASSERT_TRUE(type.front() == '[' ? value.is_array() : value.is_object()) << path;
+    type = type.substr(1, type.size() - 2);
+    for (const auto& [name, each] : value.items()) CheckSarif(each, type, path + "/" + name);
+  } else if (const auto part = kSarif.find(type); part != kSarif.end()) {
+    ASSERT_TRUE(value.is_object()) << path;
+    for (const TSarifField& field : part->second) {
+      EXPECT_TRUE(!field.IsRequired || value.contains(field.Name)) << path << " lacks " << field.Name;
+      if (value.contains(field.Name)) CheckSarif(value[field.Name], field.Type, path + "/" + field.Name);
+    }
+    for (const auto& [name, each] : value.items())
+      EXPECT_TRUE(std::any_of(part->second.begin(), part->second.end(),
+                              [&name = name](const TSarifField& field) { return field.Name == name; }))
+          << path << " has " << name;
+  } else if (type == "index" || type == "count") {
+    ASSERT_TRUE(value.is_number_integer()) << path;
+    EXPECT_GE(value.get<int>(), type == "count" ? 1 : 0) << path;
+  } else {
+    ASSERT_TRUE(value.is_string()) << path;
+    const std::string text = value;
+    static const std::regex uri("([A-Za-z0-9._~/-]|%[0-9A-F]{2})+");
+    const bool isOne =
+        type == "uri" ? std::regex_match(text, uri)
+                      : type == "string" || (" " + type + " ").find(" " + text + " ") != std::string::npos;
+    EXPECT_TRUE(isOne) << path << ": " << text;
+  }
+}
+
+TEST_F(ReportTest, SarifIsWhatTheStandardRequires) {
+  TReport report = Preview(kSources / "examples" / "bde", "bde", "LendDesk.dproj");
+  const nlohmann::json log = nlohmann::json::parse(MakeReport(report, "r.sarif"));
+  CheckSarif(log, "sarifLog", "");
+  const nlohmann::json& run = log["runs"][0];
+  std::set<std::string> fingerprints;
+  for (const nlohmann::json& result : run["results"]) {
+    EXPECT_EQ(run["tool"]["driver"]["rules"].at(result["ruleIndex"].get<size_t>())["id"], result["ruleId"]);
+    const nlohmann::json& place = result["locations"][0]["physicalLocation"]["artifactLocation"];
+    EXPECT_TRUE(run["originalUriBaseIds"].contains(place["uriBaseId"].get<std::string>()));
+    fingerprints.insert(result["partialFingerprints"]["kvamigrate/v1"]);
+  }
+  EXPECT_EQ(fingerprints.size(), run["results"].size());
+  EXPECT_GT(fingerprints.size(), 20u);
+  for (mig::TFileReport& file : report.Files)
+    for (mig::TFinding& finding : file.Findings) finding.Line += 3;
+  for (const nlohmann::json& result :
+       nlohmann::json::parse(MakeReport(report, "r.sarif"))["runs"][0]["results"])
+    EXPECT_EQ(fingerprints.count(result["partialFingerprints"]["kvamigrate/v1"]), 1u);
 }
 
 TEST_F(ReportTest, SummaryAddsUpFromTheFindings) {
@@ -232,6 +366,25 @@ TEST(RuleBookTest, IsTheOneOfTheDocumentation) {
 }
 
 // --- The program ---
+
+// The reports of the example projects as files. To write them again: KVA_WRITE_GOLDEN=1.
+TEST(GoldenReportTest, ExampleProjects) {
+  for (const auto& [name, run] : {std::pair("bde", "--mode bde src/LendDesk.dproj"),
+                                  std::pair("ibx", "--mode ibx src/PressHouse.dproj")}) {
+    const tests::TTempTree tree;
+    fs::copy(kSources / "examples" / name, tree.HostPath("src"), fs::copy_options::recursive);
+    EXPECT_EQ(tests::RunCommand(tree, std::string("replace -q --report r.json ") + run), "0||");
+    std::string json = tree.Read("r.json");
+    for (size_t at; (at = json.find(tree.HostPath())) != std::string::npos;)
+      json.replace(at, tree.HostPath().size(), "<dir>");
+    json = std::regex_replace(json, std::regex("\"time\": \"[^\"]*\""), "\"time\": \"<time>\"");
+    json = std::regex_replace(json, std::regex("\"programVersion\": \"[^\"]*\""),
+                              "\"programVersion\": \"<version>\"");
+    const fs::path golden = kSources / "tests" / "golden-reports" / (std::string(name) + ".json");
+    if (std::getenv("KVA_WRITE_GOLDEN") != nullptr) std::ofstream(golden, std::ios::binary) << json;
+    EXPECT_EQ(json, ReadFile(golden));
+  }
+}
 
 class CheckTest : public testing::Test {
  protected:

@@ -60,6 +60,7 @@ void RemoveSettled(std::vector<TFinding>& findings, const TCompletedUnit& comple
     switch (finding.Rule) {
       case TRuleId::NoNewUnits:
       case TRuleId::DoubledUnits:
+      case TRuleId::SecondConversion:
         return completed.SettlesUses;
       case TRuleId::TransactionLine:
         return completed.SettlesTransactions;

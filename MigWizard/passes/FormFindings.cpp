@@ -269,8 +269,13 @@ class TFormFindings : public TFormWalk {
         AddDropped(property, account);
       }
     }
-    if (rtl::GetClass(*account.NewClass) == nullptr)
-      Add(TRuleId::NoPublishedList, Text().substr(account.Start), account).Subject = *account.NewClass;
+    if (rtl::GetClass(*account.NewClass) == nullptr) {
+      TFinding& finding = Add(TRuleId::NoPublishedList, Text().substr(account.Start), account);
+      finding.Subject = *account.NewClass;
+      const std::string_view header = Text().substr(
+          account.Start, static_cast<size_t>(account.OldClass.data() - Text().data()) - account.Start);
+      finding.After = ShownValue({}, std::string(header) + *account.NewClass);
+    }
   }
 
   void AddKept(const TSourceProperty& property, const TObjectAccount& account,
