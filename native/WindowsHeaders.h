@@ -1,0 +1,19 @@
+// The headers of the system's windows and controls, without those of their macros that are names of this
+// program. Include it after all other headers.
+#pragma once
+
+// clang-format off: the others need the first one
+#include <commctrl.h>
+#include <shellapi.h>
+#include <shlobj.h>
+#include <shobjidl.h>
+
+#include "win/windows/WindowsApi.h"
+// clang-format on
+
+// rtl/forms/Application.h defines these names as constants of the same values.
+#undef IDI_QUESTION
+#undef MB_ICONERROR
+#undef MB_ICONINFORMATION
+#undef MB_ICONWARNING
+#undef MB_OK
