@@ -109,7 +109,7 @@ bool IsDoubleByteCodePage() {
 }
 
 bool IsDBCSLeadByteEx(uint32_t codePage, uint8_t byte) {
-  return codePage == GetACP() ? IsDBCSLeadByte(byte) : TCodePage(FindTable(codePage)).IsLead(byte);
+  return codePage == GetACP() ? IsDBCSLeadByte(byte) : TCodePage(FindCodePageTable(codePage)).IsLead(byte);
 }
 
 std::string SourceToUtf8(std::string_view text) {
@@ -117,7 +117,7 @@ std::string SourceToUtf8(std::string_view text) {
 }
 
 std::string CodePageToUtf8(uint32_t codePage, std::string_view text) {
-  return codePage == GetACP() ? SourceToUtf8(text) : ToUtf8(TCodePage(FindTable(codePage)), text);
+  return codePage == GetACP() ? SourceToUtf8(text) : ToUtf8(TCodePage(FindCodePageTable(codePage)), text);
 }
 
 bool IsCharAlphaA(std::string_view bytes) {
