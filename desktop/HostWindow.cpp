@@ -49,8 +49,8 @@ THostWindow::THostWindow(TFrontEnd& frontEnd)
       FPageItems(FMenu, "WindowMenu",
                  [this](size_t index) { FPages->setCurrentIndex(static_cast<int>(index)); }) {
   setObjectName("HostWindow");
-  MakePanes();
   MakeEditors();
+  MakePanes();
   MakeMenu();
   FHost.AddObserver(*this);
   FHost.OnQuerySave = [this](const host::TModule& module) { return AskToSave(module); };
