@@ -2,13 +2,13 @@
 // program. Include it after all other headers.
 #pragma once
 
-// clang-format off: the others need the first one
+// The others need the first one.
+// clang-format off
+#include "win/windows/WindowsApi.h"
 #include <commctrl.h>
 #include <shellapi.h>
 #include <shlobj.h>
 #include <shobjidl.h>
-
-#include "win/windows/WindowsApi.h"
 // clang-format on
 
 // rtl/forms/Application.h defines these names as constants of the same values.

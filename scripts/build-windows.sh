@@ -65,8 +65,8 @@ for preset in "$@"; do
   rm -rf "$folder" "$folder.zip"
   mkdir -p "$folder/licences"
   cp LICENSE CHANGELOG.md README.md docs/manual.md "$folder"
-  cp "build/$preset/cli/kvamigrate.exe" "$folder"
-  "$([ "$preset" = win64 ] && echo x86_64 || echo i686)-w64-mingw32-strip" "$folder"/*.exe
+  cp "build/$preset/cli/kvamigrate.exe" "build/$preset/cli/kvawizard.exe" "build/$preset/cli/kvaexpert.dll" "$folder"
+  "$([ "$preset" = win64 ] && echo x86_64 || echo i686)-w64-mingw32-strip" "$folder"/*.exe "$folder"/*.dll
   for library in libpugixml-dev libz-mingw-w64-dev libdtl-dev nlohmann-json3-dev libicu-dev mingw-w64-common gcc-mingw-w64-base; do
     cp "/usr/share/doc/$library/copyright" "$folder/licences/$library"
   done
