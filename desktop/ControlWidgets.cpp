@@ -18,6 +18,7 @@
 #include "desktop/QtText.h"
 #include "rtl/forms/Application.h"
 #include "rtl/forms/FormRows.h"
+#include "rtl/text/SysUtils.h"
 #include "win/paths/Drives.h"
 
 namespace desktop {
@@ -25,10 +26,15 @@ namespace desktop {
 namespace {
 
 constexpr int kIconSize = 48;
+// The form itself makes the path in this edit full, from the folder of the run.
+constexpr char kRelativeEdit[] = "cbBackupDir";
 
-// Converts a host path that the user typed to a Windows path. Returns any other text unchanged.
-std::string AsWindowsPath(const std::string& typed) {
-  if (!typed.starts_with('/') && !typed.starts_with("~/")) return typed;
+// Converts a path that the user typed to a full Windows path. A relative one stays as it is unless `isFull`:
+// only some controls take it from the folder of the process. Returns a text that is no path unchanged.
+std::string AsWindowsPath(const std::string& typed, bool isFull) {
+  const bool isHostPath = typed.starts_with('/') || typed.starts_with("~/");
+  const bool isRelative = !isHostPath && rtl::ExtractFileDrive(typed).empty();
+  if (!isHostPath && (!isFull || !isRelative || typed.empty())) return typed;
   const char* home = std::getenv("HOME");
   const std::string host = typed.front() == '~' && home != nullptr ? home + typed.substr(1) : typed;
   const std::string path = win::ToWindowsPath(host);
@@ -96,7 +102,7 @@ class TEditWidget : public TControlWidget {
     QObject::connect(FLine, &QLineEdit::textEdited, FLine,
                      [this, &run](const QString& text) { run([&] { FEdit.Enter(FromQt(text)); }); });
   }
-  void Settle() override { FEdit.Enter(AsWindowsPath(FEdit.Text())); }
+  void Settle() override { FEdit.Enter(AsWindowsPath(FEdit.Text(), FEdit.Name() != kRelativeEdit)); }
   void ShowText() override {
     const QString text = ToQt(FEdit.Text());
     if (FLine->text() != text) FLine->setText(text);

@@ -9,6 +9,7 @@
 #include <QMessageBox>
 #include <QScreen>
 #include <QStatusBar>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "MigWizard/run/RExpertRes.h"
@@ -53,6 +54,7 @@ THostWindow::THostWindow(TFrontEnd& frontEnd)
   MakePanes();
   MakeMenu();
   FHost.AddObserver(*this);
+  FHost.OnShowChanges = [this] { QTimer::singleShot(0, this, [this] { FReview->ShowChanges(); }); };
   FHost.OnQuerySave = [this](const host::TModule& module) { return AskToSave(module); };
   FFrontEnd.OnModal = [this] { FProgress.Close(); };
   win::SetDiagnosticsSink([this](std::string_view line) {
@@ -218,6 +220,7 @@ void THostWindow::Run(const std::function<void()>& event) {
     rtl::Application().HandleException(error);
   }
   FProgress.Close();
+  FDiskChanges.Refresh();
   if (!FRecord.IsEmpty()) {
     FChanges->ShowRun(FRecord);
     FReview->ShowRun(FRecord);
@@ -277,7 +280,7 @@ void THostWindow::OpenFile(const std::string& fileName) {
 bool THostWindow::Save(host::TModule& module) {
   FLastDiagnostic.clear();
   if (module.Save(/*changeName=*/false, /*forceSave=*/true)) return true;
-  rtl::Application().MessageBox(FLastDiagnostic, kTitle, rtl::MB_ICONERROR);
+  if (!FLastDiagnostic.empty()) rtl::Application().MessageBox(FLastDiagnostic, kTitle, rtl::MB_ICONERROR);
   return false;
 }
 
@@ -365,7 +368,8 @@ void THostWindow::MenuChanged() {
 void THostWindow::RunAdvanced(const toolsapi::TRunStep& step) {
   FRecord.Note(step.FileName);
   FRecord.NoteLog(step.LogFileName);
-  FProgress.Report(std::string(step.Title), {step.Done, step.Known, step.FileName}, step.CanStop);
+  FProgress.Report(std::string(step.Title),
+                   {step.Done, step.Known, step.FileName, step.Phase, step.Done, step.Known});
 }
 
 void THostWindow::RunWarning(std::string_view message) {

@@ -13,6 +13,7 @@
 #include <QMainWindow>
 #include <string_view>
 
+#include "desktop/DiskChanges.h"
 #include "desktop/HostMenu.h"
 #include "desktop/ProgressWindow.h"
 #include "desktop/RecentFiles.h"
@@ -91,6 +92,7 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   TFrontEnd& FFrontEnd;
   host::THost FHost;
   TRecentFiles FRecentFiles;
+  TDiskChanges FDiskChanges{FHost, *this};
   TProgressWindow FProgress;
   TRunRecord FRecord;
   THostMenu FMenu;

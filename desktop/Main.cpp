@@ -139,8 +139,8 @@ int Main(int argc, char** argv) {
   } catch (const EUsage& error) {
     std::fprintf(stderr, "kvawizard: %s\n", error.what());
     return kExitUsage;
-  } catch (const rtl::EAbort&) {
-    return kExitStopped;  // by the user, so no message is needed
+  } catch (const rtl::EAbort&) {  // the user has been told why
+    return frontEnd.HasShownError() ? kExitException : kExitStopped;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "kvawizard: %s\n", error.what());
     rtl::Application().HandleException(error);

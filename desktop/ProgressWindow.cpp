@@ -42,6 +42,9 @@ void TProgressWindow::OpenWindow(const std::string& title, bool canStop) {
   FStop->setObjectName("Stop");
   FStop->setAutoDefault(false);  // the Enter key that started the run must not stop it
   FStop->setVisible(canStop);
+  FPhase = new QLabel(FWindow.get());
+  FPhase->setObjectName("Phase");
+  rows->addWidget(FPhase);
   rows->addWidget(FFileName);
   rows->addWidget(FBar);
   rows->addWidget(FStop, 0, Qt::AlignRight);
@@ -52,10 +55,11 @@ void TProgressWindow::OpenWindow(const std::string& title, bool canStop) {
   FWindow->show();
 }
 
-void TProgressWindow::ShowState(const mig::TRunProgress& progress, bool isLast) {
-  FBar->setRange(0, progress.Known);
-  FBar->setValue(progress.Done);
-  if (isLast) FStop->setEnabled(false);
+void TProgressWindow::ShowState(const mig::TRunProgress& progress, bool canStop) {
+  FPhase->setText(mig::NameOf(progress.Phase));
+  FBar->setRange(0, progress.PhaseTotal);
+  FBar->setValue(progress.PhaseDone);
+  if (!canStop) FStop->setEnabled(false);
   const QString fileName = ToQt(progress.FileName);
   FFileName->setText(FFileName->fontMetrics().elidedText(fileName, Qt::ElideMiddle, FBar->width()));
   QApplication::processEvents();

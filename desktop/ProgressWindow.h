@@ -19,11 +19,12 @@ class TProgressWindow : public mig::TRunView {
 
  protected:
   void OpenWindow(const std::string& title, bool canStop) override;
-  void ShowState(const mig::TRunProgress& progress, bool isLast) override;
+  void ShowState(const mig::TRunProgress& progress, bool canStop) override;
   void CloseWindow() override;
 
  private:
   std::unique_ptr<QDialog> FWindow;
+  QLabel* FPhase = nullptr;
   QLabel* FFileName = nullptr;
   QProgressBar* FBar = nullptr;
   QPushButton* FStop = nullptr;

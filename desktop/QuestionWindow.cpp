@@ -1,6 +1,9 @@
 #include "desktop/QuestionWindow.h"
 
+#include <QClipboard>
 #include <QGridLayout>
+#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -14,7 +17,7 @@ namespace desktop {
 
 namespace {
 
-constexpr int kTextWidth = 76;    // average characters
+constexpr int kTextWidth = 92;    // average characters
 constexpr int kMostDetails = 12;  // lines that are visible at once
 constexpr int kIconSize = 48;
 
@@ -34,7 +37,6 @@ QLabel* NewLabel(const QString& text, int width) {
   label->setWordWrap(true);
   label->setMinimumWidth(width);
   label->setAlignment(Qt::AlignLeading | Qt::AlignTop);
-  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   return label;
 }
 
@@ -61,12 +63,14 @@ QPlainTextEdit* NewList(const std::vector<std::string>& lines) {
   list->setObjectName("Details");
   list->setReadOnly(true);
   list->setTabChangesFocus(true);
-  list->setLineWrapMode(QPlainTextEdit::NoWrap);
+  list->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   QStringList texts;
   for (const std::string& line : lines) texts << ToQt(line);
   list->setPlainText(texts.join('\n'));
-  const int visible = qBound(2, static_cast<int>(lines.size()) + 1, kMostDetails);
-  list->setMinimumHeight(list->fontMetrics().lineSpacing() * visible + 2 * list->frameWidth() + 10);
+  const int visible = qBound(3, 2 * static_cast<int>(lines.size()), kMostDetails);
+  const int height = list->fontMetrics().lineSpacing() * visible + 2 * list->frameWidth() + 10;
+  list->setMinimumHeight(height);
+  if (visible < kMostDetails) list->setMaximumHeight(height);
   return list;
 }
 
@@ -106,7 +110,7 @@ void TQuestionWindow::AddTexts(const rtl::TQuestion& question, QVBoxLayout* colu
     lines << ToQt(reason);
   }
   if (!question.Rows.empty()) column->addLayout(NewTable(question.Rows));
-  for (const auto& [name, value] : question.Rows) lines << ToQt(name + ": " + value);
+  for (const auto& [name, value] : question.Rows) lines << ToQt(name.empty() ? value : name + ": " + value);
   if (!question.Details.empty()) column->addWidget(NewList(question.Details), 1);
   for (const std::string& line : question.Details) lines << ToQt(line);
   column->addStretch();
@@ -115,6 +119,7 @@ void TQuestionWindow::AddTexts(const rtl::TQuestion& question, QVBoxLayout* colu
 
 void TQuestionWindow::AddButtons(const rtl::TQuestion& question, QVBoxLayout* column) {
   auto* const box = new QHBoxLayout;
+  QPushButton* defaultButton = nullptr;
   box->addStretch();
   for (int i = 0; i < static_cast<int>(question.Buttons.size()); ++i) {
     const QString caption = ToQt(question.Buttons[static_cast<size_t>(i)]);
@@ -123,11 +128,18 @@ void TQuestionWindow::AddButtons(const rtl::TQuestion& question, QVBoxLayout* co
     button->setAutoDefault(true);
     connect(button, &QPushButton::clicked, this, [this, i] { done(i); });
     box->addWidget(button);
-    if (i != question.Default) continue;
-    button->setDefault(true);
-    button->setFocus();
+    if (i == question.Default) defaultButton = button;
   }
   column->addLayout(box);
+  // The focus can be set only after the layout has given the button to the window.
+  defaultButton->setDefault(true);
+  defaultButton->setFocus();
+}
+
+// The labels cannot be selected, because their texts hold characters that only allow a line to break.
+void TQuestionWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) return QGuiApplication::clipboard()->setText(FMessage);
+  QDialog::keyPressEvent(event);
 }
 
 int TQuestionWindow::Run() {

@@ -25,6 +25,9 @@ class TQuestionWindow : public QDialog {
 
   void reject() override { done(FCancel); }  // the Escape key and the system menu
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;  // copies Message() to the clipboard
+
  private:
   void AddTexts(const rtl::TQuestion& question, QVBoxLayout* column);
   void AddButtons(const rtl::TQuestion& question, QVBoxLayout* column);

@@ -31,6 +31,9 @@ class THostServices;
 
 // The user's answer for a modified buffer: save it, discard the changes, or cancel the operation.
 enum class TSaveAnswer { Yes, No, Cancel };
+// The user's answer before a buffer is saved over a newer file: save it, read the file and discard the changes of
+// the buffer, or leave both as they are.
+enum class TOverwriteAnswer { Overwrite, Reload, Cancel };
 
 class THost {
  public:
@@ -80,13 +83,14 @@ class THost {
   void RemoveObserver(THostObserver& observer);
   // Called before a modified module is closed, or saved without force. Unset: Yes, so that nothing is lost.
   std::function<TSaveAnswer(TModule& module)> OnQuerySave;
-  // Called before a buffer is saved over a file that another program has changed since it was loaded.
-  // Returns whether to overwrite the file. Unset: no.
-  std::function<bool(TFileBuffer& buffer)> OnQueryOverwrite;
+  // Called before a buffer is saved over a file that another program has changed since it was loaded. Unset:
+  // the file is not overwritten, and the reason is reported (win/Diagnostics.h).
+  std::function<TOverwriteAnswer(TFileBuffer& buffer)> OnQueryOverwrite;
+  // Called when the user wants to see what the last run has changed. Unset: this front end cannot show it.
+  std::function<void()> OnShowChanges;
 
   // --- For the host's modules and services. ---
   TSaveAnswer QuerySave(TModule& module) const;
-  bool QueryOverwrite(TFileBuffer& buffer) const { return OnQueryOverwrite && OnQueryOverwrite(buffer); }
   void NotifyBufferChanged(TFileBuffer& buffer);
   void NotifyEditorShown(TFileEditor& editor);
   void NotifyRun(const toolsapi::TRunStep& step);

@@ -81,4 +81,20 @@ void THostServices::RunConverted(const mig::TRunAccount& account) {
   Host().NotifyRunConverted(account);
 }
 
+std::vector<std::string> THostServices::GetMissingFiles() {
+  std::vector<std::string> lines;
+  if (const TProject* const project = Host().ActiveProject()) {
+    for (const TMissingFile& missing : project->Missing()) lines.push_back(missing.Message);
+  }
+  return lines;
+}
+
+bool THostServices::CanShowChanges() {
+  return static_cast<bool>(Host().OnShowChanges);
+}
+
+void THostServices::ShowChanges() {
+  if (CanShowChanges()) Host().OnShowChanges();
+}
+
 }  // namespace host

@@ -37,6 +37,9 @@ class THostServices final
   void ShowWaiting(bool waiting) override;
   void RunAdvanced(const toolsapi::TRunStep& step) override;
   void RunWarning(std::string_view message) override;
+  std::vector<std::string> GetMissingFiles() override;
+  bool CanShowChanges() override;
+  void ShowChanges() override;
 
   void RunConverted(const mig::TRunAccount& account) override;
 

@@ -85,27 +85,38 @@ TIntf<IOTAEditor> TModule::EditorInterface(int index) const {
 
 bool TModule::SaveBuffers() {
   bool isSaved = true;
-  for (const TSlot& slot : FEditors) {
-    TFileBuffer& buffer = slot.Editor->Buffer();
-    const bool isChanged = buffer.Modified() && buffer.ChangedOnDisk();
-    try {
-      static_cast<void>(buffer.Modified() ? buffer.Bytes() : std::string());
-    } catch (const rtl::EParserError& error) {
-      win::Diagnose(At(buffer.FileName(), 0, error.what()));
-      isSaved = false;
-      continue;
-    }
-    if (isChanged && !(FHost && FHost->QueryOverwrite(buffer))) {
-      win::Diagnose(
-          At(buffer.FileName(), 0, "was changed on the disk since it was loaded, and is not overwritten."));
-      isSaved = false;
-    } else if (!buffer.Save(/*overwriteChanged=*/isChanged)) {
-      const uint32_t reason = win::GetLastError();
-      win::Diagnose(At(buffer.FileName(), 0, "cannot be saved. " + win::SysErrorMessage(reason)));
-      isSaved = false;
+  for (const TSlot& slot : FEditors) isSaved = SaveBuffer(slot.Editor->Buffer()) && isSaved;
+  return isSaved;
+}
+
+bool TModule::SaveBuffer(TFileBuffer& buffer) const {
+  const bool isChanged = buffer.Modified() && buffer.ChangedOnDisk();
+  try {
+    static_cast<void>(buffer.Modified() ? buffer.Bytes() : std::string());
+  } catch (const rtl::EParserError& error) {
+    win::Diagnose(At(buffer.FileName(), 0, error.what()));
+    return false;
+  }
+  if (isChanged && !(FHost && FHost->OnQueryOverwrite)) {
+    win::Diagnose(
+        At(buffer.FileName(), 0, "was changed on the disk since it was loaded, and is not overwritten."));
+    return false;
+  }
+  if (isChanged) {
+    switch (FHost->OnQueryOverwrite(buffer)) {
+      case TOverwriteAnswer::Cancel:
+        return false;
+      case TOverwriteAnswer::Reload:
+        if (buffer.Reload()) return true;
+        win::Diagnose(At(buffer.FileName(), 0, "cannot be read."));
+        return false;
+      case TOverwriteAnswer::Overwrite:
+        break;
     }
   }
-  return isSaved;
+  if (buffer.Save(/*overwriteChanged=*/isChanged)) return true;
+  win::Diagnose(At(buffer.FileName(), 0, "cannot be saved. " + win::SysErrorMessage(win::GetLastError())));
+  return false;
 }
 
 bool TModule::Save(bool changeName, bool forceSave) {

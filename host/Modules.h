@@ -57,8 +57,8 @@ class TModule {
   // Saves the modified buffers of the module and of the modules that are saved with it. Returns false if
   // one was not saved; the reason is reported (win/Diagnostics.h). This host cannot save under another
   // name: returns false if `changeName` is set. Unless `forceSave` is set, asks the user first
-  // (THost::OnQuerySave). Overwrites a file that was changed on the disk only if THost::OnQueryOverwrite
-  // returns true.
+  // (THost::OnQuerySave). If a file was changed on the disk, THost::OnQueryOverwrite decides. A buffer that is
+  // reloaded counts as saved; after Cancel nothing is reported.
   [[nodiscard]] bool Save(bool changeName, bool forceSave);
   // Asks the user about each modified module, saves, then closes. Returns false if a file could not be
   // saved or the user cancels. Asks all questions before closing anything.
@@ -88,6 +88,7 @@ class TModule {
     TFileEditor* Editor;
   };
   [[nodiscard]] bool SaveBuffers();
+  [[nodiscard]] bool SaveBuffer(TFileBuffer& buffer) const;
   void Detach();
 
   THost* FHost;  // null after the module was closed

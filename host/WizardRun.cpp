@@ -1,7 +1,6 @@
 #include "host/WizardRun.h"
 
 #include "host/Host.h"
-#include "rtl/forms/Application.h"
 #include "target/KVAExpert.h"
 #include "target/KVAReplacer.h"
 
@@ -14,8 +13,6 @@ void RunWizard(std::string_view project, const target::TCatalogue& catalogue, mi
   const auto expert = target::MakeExpert(migration);
   const mig::TRunWatch watch(view, {&migration.BDE(), &migration.IBX()});
   expert->ShowWizard();
-  if (view.Warnings().empty()) return;
-  rtl::Application().MessageBox(view.Warnings(), migration.Options().GetTitle(), rtl::MB_ICONINFORMATION);
 }
 
 }  // namespace host

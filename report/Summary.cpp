@@ -49,34 +49,13 @@ std::string WhyNothing(const TReport& report, const TSummary& summary) {
   return why;
 }
 
-}  // namespace
+std::string FilesRow(const TReport& report, const TSummary& summary) {
+  return std::to_string(summary.FilesRead) + " read, " + std::to_string(summary.FilesChanged) +
+         (report.Run.IsPreview ? " to change" : " changed");
+}
 
-std::vector<std::string> SummaryLines(const TReport& report, const std::vector<std::string>& reports) {
-  const TSummary summary = Summarize(report);
-  const bool isPreview = report.Run.IsPreview;
-  std::vector<std::string> lines;
-  lines.push_back("Files:     " + std::to_string(summary.FilesRead) + " read, " +
-                  std::to_string(summary.FilesChanged) + (isPreview ? " to change" : " changed"));
-  if (summary.FilesChanged == 0 && summary.Rules.empty() && !report.Run.IsDeclined) {
-    lines.push_back("There is nothing to convert. " + WhyNothing(report, summary));
-    return lines;
-  }
-  if (summary.FilesChanged == 0 && !report.Run.IsDeclined)
-    lines.push_back("Nothing was converted. " + WhyNothing(report, summary));
-  if (summary.ObjectsConverted > 0) {
-    lines.push_back("Objects:   " + Counted(summary.ObjectsConverted, "converted", "converted") + ": " +
-                    FirstOf(summary.Converted, [](const mig::TConvertedClass& each) {
-                      return each.OldClass + " " + std::to_string(each.Count);
-                    }));
-  }
-  if (summary.PropertiesDropped > 0) {
-    lines.push_back("Dropped:   " + Counted(summary.PropertiesDropped, "property", "properties") + ", " +
-                    std::to_string(summary.EventsDropped) +
-                    " of them event handlers: " + FirstOf(summary.Dropped, NameAndCount));
-  }
-  if (!summary.LostAliases.empty())
-    lines.push_back("Lost:      connections by alias: " + FirstOf(summary.LostAliases, NameAndCount));
-
+// Appends what is left to do, by rule, the most frequent first.
+void AddRules(const TSummary& summary, TSummaryRows& rows) {
   std::vector<std::pair<mig::TRuleId, size_t>> rules(summary.Rules.begin(), summary.Rules.end());
   std::erase_if(rules, [](const auto& each) {
     return each.first == mig::TRuleId::DroppedProperty || each.first == mig::TRuleId::LostConnection;
@@ -84,27 +63,74 @@ std::vector<std::string> SummaryLines(const TReport& report, const std::vector<s
   std::stable_sort(rules.begin(), rules.end(),
                    [](const auto& left, const auto& right) { return left.second > right.second; });
   for (size_t i = 0; i < std::min(rules.size(), kMostRules); ++i) {
-    lines.push_back(std::string(i == 0 ? "Left:      " : "           ") +
-                    std::string(mig::RuleOf(rules[i].first).Name) + " " + std::to_string(rules[i].second));
+    rows.emplace_back(i == 0 ? "Left" : "",
+                      std::string(mig::RuleOf(rules[i].first).Name) + " " + std::to_string(rules[i].second));
   }
   if (rules.size() > kMostRules)
-    lines.push_back("           and " + Counted(rules.size() - kMostRules, "more rule", "more rules"));
-  if (!isPreview && !report.Run.BackupFolder.empty() && summary.FilesChanged > 0)
-    lines.push_back("Backups:   " + report.Run.BackupFolder);
+    rows.emplace_back("", "and " + Counted(rules.size() - kMostRules, "more rule", "more rules"));
+}
+
+// Returns a row as a line of text, with the values in one column.
+std::string LineOf(const std::string& label, const std::string& value) {
+  constexpr size_t kColumn = 11;
+  std::string line = label.empty() ? label : label + ":";
+  line.resize(kColumn, ' ');
+  return line + value;
+}
+
+// Returns a sentence about a run that changed nothing, or an empty string.
+std::string NothingLine(const TReport& report, const TSummary& summary) {
+  if (summary.FilesChanged > 0 || report.Run.IsDeclined) return {};
+  return (summary.Rules.empty() ? "There is nothing to convert. " : "Nothing was converted. ") +
+         WhyNothing(report, summary);
+}
+
+}  // namespace
+
+TSummaryRows SummaryRows(const TReport& report) {
+  const TSummary summary = Summarize(report);
+  TSummaryRows rows = {{"Files", FilesRow(report, summary)}};
+  if (summary.ObjectsConverted > 0) {
+    rows.emplace_back("Objects", Counted(summary.ObjectsConverted, "converted", "converted") + ": " +
+                                     FirstOf(summary.Converted, [](const mig::TConvertedClass& each) {
+                                       return each.OldClass + " " + std::to_string(each.Count);
+                                     }));
+  }
+  if (summary.PropertiesDropped > 0) {
+    rows.emplace_back("Dropped", Counted(summary.PropertiesDropped, "property", "properties") + ", " +
+                                     std::to_string(summary.EventsDropped) +
+                                     " of them event handlers: " + FirstOf(summary.Dropped, NameAndCount));
+  }
+  if (!summary.LostAliases.empty())
+    rows.emplace_back("Lost", "connections by alias: " + FirstOf(summary.LostAliases, NameAndCount));
+  AddRules(summary, rows);
+  if (!report.Run.IsPreview && !report.Run.BackupFolder.empty() && summary.FilesChanged > 0)
+    rows.emplace_back("Backups", report.Run.BackupFolder);
+  return rows;
+}
+
+std::vector<std::string> SummaryLines(const TReport& report, const std::vector<std::string>& reports) {
+  const TSummary summary = Summarize(report);
+  std::vector<std::string> lines;
+  for (const auto& [label, value] : SummaryRows(report)) lines.push_back(LineOf(label, value));
+  if (const std::string nothing = NothingLine(report, summary); !nothing.empty()) {
+    lines.insert(lines.begin() + 1, nothing);
+    if (summary.Rules.empty()) return lines;
+  }
   if (!reports.empty()) {
     std::string names;
     for (const std::string& name : reports) names.append(names.empty() ? "" : ", ").append(name);
-    lines.push_back("Report:    " + names);
+    lines.push_back(LineOf("Report", names));
   }
   const std::string counts = Counted(CountOf(summary, mig::TLevel::Error), "error", "errors") + ", " +
                              Counted(CountOf(summary, mig::TLevel::Warning), "warning", "warnings");
   if (summary.Rules.empty()) {
-    if (!report.Run.IsDeclined) lines.emplace_back("Next:      compile the project");
-  } else if (reports.empty() && !isPreview) {
-    lines.push_back("Next:      " + counts +
-                    " to look at: run again with --report FILE.html, or \"kvamigrate check\"");
+    if (!report.Run.IsDeclined) lines.push_back(LineOf("Next", "compile the project"));
+  } else if (reports.empty() && !report.Run.IsPreview) {
+    lines.push_back(
+        LineOf("Next", counts + " to look at: run again with --report FILE.html, or \"kvamigrate check\""));
   } else {
-    lines.push_back("Next:      " + counts + " to look at");
+    lines.push_back(LineOf("Next", counts + " to look at"));
   }
   if (lines.size() > kMostLines) lines.resize(kMostLines);
   return lines;

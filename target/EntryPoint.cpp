@@ -9,7 +9,6 @@
 
 #include "MigWizard/run/FindingsCollector.h"
 #include "MigWizard/run/IDEUtils.h"
-#include "MigWizard/wizard/Wizard.h"
 #include "qrl/QrlVcl.h"
 #include "rtl/forms/Application.h"
 #include "rtl/text/SysUtils.h"
@@ -30,10 +29,6 @@ using toolsapi::TIntf;
 target::TKVAMigration& Migration() {
   static target::TKVAMigration migration(target::TCatalogue::BuiltIn());
   return migration;
-}
-
-bool IsRestoring() {
-  return mig::WizardForm && mig::WizardForm->GetReplacerIndex() == mig::kRestoreIndex;
 }
 
 // Tells a host what each run of a replacer did and left.
@@ -80,12 +75,26 @@ void Watch(mig::TComponentReplacer& replacer, const char* mode, const TIntf<IHos
   if (auto accounts = toolsapi::Supports<IRunAccounts>(runtime))
     teller = tellers.emplace_back(std::make_unique<TRunTeller>(replacer, mode, std::move(accounts))).get();
   replacer.OnProgress = [&replacer, runtime, teller](const mig::TRunProgress& progress) {
-    const bool isRestoring = IsRestoring();
-    if (teller && !isRestoring) teller->Advance(progress);
     const std::string title = replacer.Options().GetTitle();
+    const bool isRestoring = progress.Phase == mig::TRunPhase::Restoring;
+    if (teller && !isRestoring) teller->Advance(progress);
     const std::string logFileName = isRestoring ? std::string() : replacer.LogFileName();
-    runtime->RunAdvanced(
-        {title, progress.FileName, logFileName, progress.Done, progress.Known, !isRestoring});
+    runtime->RunAdvanced({.Title = title,
+                          .FileName = progress.FileName,
+                          .LogFileName = logFileName,
+                          .Phase = progress.Phase,
+                          .Done = progress.PhaseDone,
+                          .Known = progress.PhaseTotal});
+  };
+  replacer.OnReplacing = [&replacer, runtime](mig::TRunPhase phase, int done, int total) {
+    const std::string title = replacer.Options().GetTitle();
+    const std::string logFileName = replacer.LogFileName();
+    runtime->RunAdvanced({.Title = title,
+                          .FileName = {},
+                          .LogFileName = logFileName,
+                          .Phase = phase,
+                          .Done = done,
+                          .Known = total});
   };
   replacer.OnWarning = [runtime](std::string_view message) { runtime->RunWarning(message); };
 }

@@ -63,6 +63,11 @@ std::string TKVAComponentReplacer::GetReplacement(std::string_view oldClass, std
   return TComponentReplacer::GetReplacement(oldClass, newClass);
 }
 
+const mig::TOldNames* TKVAComponentReplacer::OldNames() {
+  if (!FOldNames) FOldNames = BuiltInOldNames(Classes());
+  return &*FOldNames;
+}
+
 TKVAMigration::TKVAMigration(const TCatalogue& catalogue)
     : FOptions(kSourceName),
       FReplacerBDE(MakeReplacer(kNewUnitsBDE, FOptions)),

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,9 +19,15 @@ class TKVAComponentReplacer : public mig::TComponentReplacer {
  public:
   using TComponentReplacer::TComponentReplacer;
 
+  // Reads the compiled-in list when it is first called.
+  const mig::TOldNames* OldNames() override;
+
  protected:
   // Replaces a declaration of `TDatabase`, spelled exactly so, by two: the connection and its transaction.
   std::string GetReplacement(std::string_view oldClass, std::string_view newClass) override;
+
+ private:
+  std::optional<mig::TOldNames> FOldNames;
 };
 
 // The objects with the lifetime of the program: the options, and a replacer for each mode, which share them.

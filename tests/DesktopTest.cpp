@@ -47,7 +47,7 @@ class DesktopTest : public tests::TWindowTest {
 TEST_F(DesktopTest, ProjectRoadByTheKeyboardAlone) {
   ASSERT_TRUE(FHost.OpenProject("C:\\App\\LendDesk.dproj", true));
   Use(WholeRun());
-  ASSERT_EQ(FMessages, std::vector<std::string>{"Replace procedure was performed sucessfully."});
+  ASSERT_EQ(Headlines(), std::vector<std::string>{"Replace procedure was performed sucessfully."});
   const TTree converted = Tree();
   EXPECT_NE(converted, FOriginal);
 
@@ -71,11 +71,28 @@ TEST_F(DesktopTest, FolderRoadWithAPathOfTheHost) {
        Check([](auto& form) { EXPECT_EQ(form.cbBackupDir.Text(), "C:\\App\\RBackup"); }), Click("chWriteLog"),
        [](QWidget& window) { EXPECT_FALSE(window.findChild<QWidget*>("chViewLog")->isEnabled()); },
        Type("cbBackupDir", "C:\\Old"), Click("btNext"), Click("btFinish"), Press(Qt::Key_Return)});
-  EXPECT_EQ(FMessages, (std::vector<std::string>{"Target directory \"C:\\Legacy\\Orders\" does not exist.",
-                                                 "Replace procedure was performed sucessfully."}));
+  EXPECT_EQ(Headlines(), (std::vector<std::string>{"Target directory \"C:\\Legacy\\Orders\" does not exist.",
+                                                   "Replace procedure was performed sucessfully."}));
   EXPECT_NE(Tree(), FOriginal);
   EXPECT_TRUE(fs::exists(FScratch.HostPath("Old/RExpert.reu")));
   EXPECT_FALSE(fs::exists(FScratch.HostPath("App/Wiz_Log.txt")));
+}
+
+TEST_F(DesktopTest, RelativePathsAreMadeFull) {
+  const fs::path before = fs::current_path();
+  fs::current_path(FScratch.HostPath());
+  FScratch.Write("App/RBackup/RExpert.reu", "");
+  Use({Click("btNext"), Click("btNext"), Type("cbDirectory", "App"), Click("btNext"), Check([](auto& form) {
+         EXPECT_EQ(form.cbDirectory.Text(), "C:\\App");
+         EXPECT_EQ(form.cbBackupDir.Text(), "C:\\App\\RBackup");
+       }),
+       Type("cbBackupDir", "Old"), Click("btNext"),
+       Check([](auto& form) { EXPECT_EQ(form.GetBackupDir(), "C:\\App\\Old"); }), Click("btCancel")});
+  Use({Click("rbModeRestore"), Click("btNext"), Type("edUndoFile", "App\\RBackup/RExpert.reu"),
+       Click("btNext"),
+       Check([](auto& form) { EXPECT_EQ(form.edUndoFile.Text(), "C:\\App\\RBackup\\RExpert.reu"); }),
+       Click("btCancel")});
+  fs::current_path(before);
 }
 
 TEST_F(DesktopTest, WaysOut) {

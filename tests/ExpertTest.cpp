@@ -131,6 +131,45 @@ TEST_F(ExpertTest, AnExceptionGoesToTheHostAndStoresNothing) {
   EXPECT_FALSE(IsStored() && FScratch.Read(tests::TScratch::kSettings).find("Dest") != std::string::npos);
 }
 
+// A front end that can ask tells why a run ended, and that nothing was changed.
+TEST_F(ExpertTest, ARunThatEndsIsTold) {
+  const std::string damaged =
+      "Ask: C:\\App\\Data.pas: UTF-16 text with an odd number of bytes.\n"
+      "No file was changed.\n"
+      "The run can go on without this file and others that cannot be converted. They are left as they are, "
+      "and "
+      "everything else is converted, the unit of a damaged form too.";
+  struct TRow {
+    std::function<void()> Prepare;
+    std::deque<std::string> Answers;
+    std::string Shown;
+  };
+  const TRow rows[] = {
+      {[this] { FScratch.Write("App/Data.pas", "\xFF\xFEodd"); }, {"Cancel"}, damaged},
+      {[this] {
+         FMigration.BDE().OnProgress = [](const mig::TRunProgress&) { throw rtl::EAbort("by the user"); };
+       },
+       {"Close"},
+       "Ask: The run was stopped.\nNo file was changed."},
+      {[this] {
+         FMigration.BDE().OnProgress = nullptr;
+         std::filesystem::remove_all(FScratch.HostPath("App/RBackup"));
+         FScratch.Write("App/RBackup", "a file");
+       },
+       {"Close"},
+       "Ask: Replace failed.\nFailed to create directory.\nNo file was changed.\n"
+       "The backup folder \"C:\\App\\RBackup\" cannot be made. Cannot create a file when that file already "
+       "exists."},
+  };
+  for (const TRow& row : rows) {
+    row.Prepare();
+    FFrontEnd.Answers = row.Answers;
+    EXPECT_THROW(Use(kProject, "OKBtn"), rtl::EAbort) << row.Shown;
+    EXPECT_EQ(FHost.Calls.back(), row.Shown);
+    EXPECT_EQ(Unit("App"), kUnit);
+  }
+}
+
 TEST_F(ExpertTest, AUnitThatCannotBeReadIsLeftOut) {
   std::filesystem::remove(FScratch.HostPath("App/Data.pas"));
   const TLines calls = Use(kProject, "OKBtn");
@@ -151,15 +190,24 @@ TEST_F(ExpertTest, ABackupFolderOfAnEarlierRun) {
   EXPECT_EQ(Use(kProject), (TLines{kWizard, refused}));
   EXPECT_EQ(Unit("App"), kUnit);
 
-  mig::TBackupAnswer answer = mig::TBackupAnswer::Cancel;
-  FExpert->OnBackupsFound = [&](const mig::EWayBack&) { return answer; };
-  EXPECT_EQ(Use(kAgain), TLines{kWizard});
-  answer = mig::TBackupAnswer::UseNewFolder;
+  const std::string question =
+      "Ask: The backup folder \"C:\\App\\RBackup\" holds the undo file of an earlier run, which this run "
+      "would "
+      "overwrite.\n"
+      "New Folder: the backups of this run go to \"C:\\App\\RBackup.2\". Both runs can be taken back, this "
+      "one "
+      "first.\n"
+      "Overwrite: the earlier run can no longer be taken back after this run has ended.";
+  FFrontEnd.Answers = {"Cancel"};
+  EXPECT_EQ(Use(kAgain), (TLines{kWizard, question}));
+  FFrontEnd.Answers = {"New Folder"};
   EXPECT_EQ(Use(kAgain, "OKBtn").back(), kReplaced);
   EXPECT_EQ(FScratch.Read("App/RBackup.2/Main.~pas"), kUnit);
   EXPECT_EQ(FScratch.Read("App/RBackup/RExpert.reu"), "a=b\r\n");
+  EXPECT_NE(FScratch.Read(tests::TScratch::kSettings).find("LastUndo=C:\\\\App\\\\RBackup.2\\\\RExpert.reu"),
+            std::string::npos);
   FScratch.Write("App/Main.pas", kUnit);
-  answer = mig::TBackupAnswer::Overwrite;
+  FFrontEnd.Answers = {"Overwrite"};
   EXPECT_EQ(Use(kAgain, "OKBtn").back(), kReplaced);
   EXPECT_EQ(FScratch.Read("App/RBackup/RExpert.reu"), "C:\\App\\Main.pas=C:\\App\\RBackup\\Main.~pas\r\n");
 
@@ -180,6 +228,58 @@ TEST_F(ExpertTest, Restore) {
   FHost.CloseResult = false;
   EXPECT_EQ(Use(kRestore, "OKBtn"), restored) << "nobody looks whether the host has closed";
   EXPECT_EQ(Use(kRestore, "CancelBtn"), (TLines{kWizard, kQuestion}));
+}
+
+// Files that were edited since the run are not overwritten unless the user agrees.
+TEST_F(ExpertTest, ARestoreOverEditedFiles) {
+  FScratch.Write("App/Data.pas", kUnit);
+  Use(kProject, "OKBtn");
+  const std::string converted = Unit("App");
+  const auto later = std::filesystem::file_time_type::clock::now() + std::chrono::hours(1);
+  const auto edit = [&] {
+    FScratch.Write("App/Main.pas", "mine");
+    std::filesystem::last_write_time(FScratch.HostPath("App/Main.pas"), later);
+    FScratch.Write("App/Data.pas", converted);
+  };
+  const std::string question =
+      "Ask: 1 of 2 files is not as the run left it.\n"
+      "Nothing was restored yet. A restore overwrites these files too, and there is no copy of what they "
+      "hold "
+      "now.\n"
+      "This file was edited after the run: C:\\App\\Main.pas";
+  struct TRow {
+    std::deque<std::string> Answers;
+    std::string Main, Data;
+    TLines Calls;
+  };
+  const TRow rows[] = {
+      {{},
+       "mine",
+       converted,
+       {kWizard, kQuestion,
+        "Box 16 BDE/IBX Migration Wizard: Nothing was restored.\n"
+        "This file was edited after the run: C:\\App\\Main.pas"}},
+      {{"Cancel"}, "mine", converted, {kWizard, kQuestion, question}},
+      {{"Restore the Rest", "Close"},
+       "mine",
+       kUnit,
+       {kWizard, kQuestion, question, "Close",
+        "Ask: Files were succefully restored.\nOne file or folder was left as it is.\nFiles: 1 restored\n"
+        "This file was edited after the run: C:\\App\\Main.pas",
+        "Open new C:\\App\\App.dpr"}},
+      {{"Restore All", "Close"},
+       kUnit,
+       kUnit,
+       {kWizard, kQuestion, question, "Close", "Ask: Files were succefully restored.\nFiles: 2 restored",
+        "Open new C:\\App\\App.dpr"}},
+  };
+  for (const TRow& row : rows) {
+    edit();
+    FFrontEnd.Answers = row.Answers;
+    EXPECT_EQ(Use(kRestore, "OKBtn"), row.Calls);
+    EXPECT_EQ(Unit("App"), row.Main);
+    EXPECT_EQ(FScratch.Read("App/Data.pas"), row.Data);
+  }
 }
 
 TEST_F(ExpertTest, ARestoreThatFailsReopensTheProjectToo) {

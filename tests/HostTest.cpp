@@ -172,7 +172,9 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
             std::vector<std::string>{"C:\\App\\Main.pas: was changed on the disk since it was loaded, and "
                                      "is not overwritten."});
   EXPECT_EQ(FTree.Read("App/Main.pas"), "theirs again");
-  FHost.OnQueryOverwrite = [&](const TFileBuffer& buffer) { return &buffer == &source; };
+  FHost.OnQueryOverwrite = [&](const TFileBuffer& buffer) {
+    return &buffer == &source ? host::TOverwriteAnswer::Overwrite : host::TOverwriteAnswer::Cancel;
+  };
   EXPECT_TRUE(TIDEUtils::SaveProject());
   EXPECT_EQ(FTree.Read("App/Main.pas"), "mine");
   EXPECT_FALSE(source.ChangedOnDisk());

@@ -1,12 +1,14 @@
 // A host for tests that records the requests made to it, and a front end that follows a script.
 #pragma once
 
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "MigWizard/run/ReplaceOptions.h"
+#include "qrl/QrlMenu.h"
 #include "rtl/forms/Application.h"
 #include "rtl/forms/Forms.h"
 #include "rtl/forms/Menus.h"
@@ -191,6 +193,21 @@ class TScriptedFrontEnd : public rtl::IFrontEnd {
                             {dialog.Filter, dialog.InitialDir, dialog.PathMustExist, dialog.FileMustExist});
     if (!Picked.empty()) dialog.FileName = Picked;
     return !Picked.empty();
+  }
+  std::deque<std::string> Answers;  // captions of buttons; empty: this front end cannot ask
+  std::optional<int> Ask(const rtl::TQuestion& question) override {
+    if (Answers.empty()) return std::nullopt;
+    std::string shown = "Ask: " + question.Text;
+    for (const std::string& reason : question.Reasons) shown += "\n" + reason;
+    for (const auto& [label, value] : question.Rows) shown += "\n" + label + ": " + value;
+    for (const std::string& line : question.Details) shown += "\n" + line;
+    Shown.push_back(shown);
+    const auto button = std::find_if(question.Buttons.begin(), question.Buttons.end(), [&](auto& caption) {
+      return qrl::RemoveAmpersands(caption) == Answers.front();
+    });
+    rtl::Assert(button != question.Buttons.end(), "No such button");
+    Answers.pop_front();
+    return static_cast<int>(button - question.Buttons.begin());
   }
   void ShowException(std::string_view message) override {
     Shown.push_back("Exception " + std::string(message));

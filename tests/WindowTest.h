@@ -24,8 +24,18 @@ class TWindowTest : public testing::Test {
   using TActs = std::deque<TAct>;
 
   TWindowTest() {
+    // Temporary folders that other runs have left would be told.
+    std::filesystem::create_directory(FScratch.HostPath("tmp"));
+    qputenv("TMPDIR", FScratch.HostPath("tmp").c_str());
     std::filesystem::copy(std::filesystem::path(KVA_SOURCE_DIR) / "examples/bde", FScratch.HostPath("App"),
                           std::filesystem::copy_options::recursive);
+  }
+  ~TWindowTest() override {
+    if (FTempDir.isNull()) {
+      qunsetenv("TMPDIR");
+    } else {
+      qputenv("TMPDIR", FTempDir);
+    }
   }
 
   // Runs `use`, which opens windows, and performs the acts on them. Records the texts of message boxes and
@@ -37,6 +47,7 @@ class TWindowTest : public testing::Test {
       // Use a new timer each time, because an act may open a window that runs an event loop within the act.
       QTimer::singleShot(10, &alive, tick);
       QWidget* const window = QApplication::activeModalWidget();
+      if (FIsTakingPicture) return;
       if (window == nullptr || !window->isVisible() || window->objectName() == "ProgressWindow") return;
       if (acts.empty()) {
         if (++patience == 100) window->close();  // so that a wrong test ends, too
@@ -57,14 +68,25 @@ class TWindowTest : public testing::Test {
   }
   virtual void BeforeAct(QWidget&) {}
 
-  // Takes a picture for the manual: if KVA_PICTURES names a folder, saves the window's present state there.
+  // Takes a picture for the manual: if KVA_PICTURES names a folder, saves the window's present state there,
+  // in a light and in a dark theme.
   void TakePicture(QWidget& window) {
     if (qEnvironmentVariableIsEmpty("KVA_PICTURES")) return;
+    FIsTakingPicture = true;  // waiting lets timers run
     QTest::qWait(50);
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    window.grab().save(QString("%1/%2-%3-%4.png")
-                           .arg(qEnvironmentVariable("KVA_PICTURES"), test->test_suite_name(), test->name())
-                           .arg(++FPictures, 2, 10, QChar('0')));
+    const QString name = QString("%1/%2-%3-%4")
+                             .arg(qEnvironmentVariable("KVA_PICTURES"), test->test_suite_name(), test->name())
+                             .arg(++FPictures, 2, 10, QChar('0'));
+    window.grab().save(name + ".png");
+    const QPalette light = QApplication::palette();
+    QPalette dark(QColor(0x353535), QColor(0x2B2B2B));
+    dark.setColor(QPalette::Base, QColor(0x1E1E1E));
+    QApplication::setPalette(dark);
+    QTest::qWait(50);
+    window.grab().save(name + "-dark.png");
+    QApplication::setPalette(light);
+    FIsTakingPicture = false;
   }
 
   static TAct Press(Qt::Key key) {
@@ -88,6 +110,13 @@ class TWindowTest : public testing::Test {
       QTest::keyClicks(field, desktop::ToQt(text));
     };
   }
+  // Returns the first line of each message so far.
+  std::vector<std::string> Headlines() const {
+    std::vector<std::string> lines;
+    for (const std::string& message : FMessages) lines.push_back(message.substr(0, message.find('\n')));
+    return lines;
+  }
+
   // Steps through the project's pages to the end, the question and the outcome.
   static TActs WholeRun() { return TActs(7, Press(Qt::Key_Return)); }
 
@@ -96,7 +125,9 @@ class TWindowTest : public testing::Test {
   std::vector<std::string> FMessages;
 
  private:
+  const QByteArray FTempDir = qgetenv("TMPDIR");
   int FPictures = 0;
+  bool FIsTakingPicture = false;
 };
 
 }  // namespace tests

@@ -6,11 +6,15 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "toolsapi/Interfaces.h"
 
 namespace rtl {
 class IFrontEnd;
+}
+namespace mig {
+enum class TRunPhase;
 }
 
 namespace toolsapi {
@@ -20,9 +24,9 @@ struct TRunStep {
   std::string_view Title;        // of the wizard
   std::string_view FileName;     // full Windows path of the next file; empty after the last
   std::string_view LogFileName;  // full Windows path of the run's log; empty if none is written
-  int Done = 0;                  // files finished
-  int Known = 0;                 // files found so far
-  bool CanStop = false;          // False for a restore, which writes originals from the first file on
+  mig::TRunPhase Phase{};        // MigWizard/run/RunHooks.h
+  int Done = 0;                  // files finished, of the phase
+  int Known = 0;                 // files of the phase
 };
 
 class IHostRuntime : public IInterface {
@@ -35,10 +39,16 @@ class IHostRuntime : public IInterface {
   virtual std::string GetDriveFolder(char letter) = 0;
   // Called with True when a long operation begins, and with False when it ends.
   virtual void ShowWaiting(bool waiting) = 0;
-  // Called before each step of a run. An exception, rtl::EAbort if the user wants to stop, ends the run.
+  // Called before each step of a run. An exception, rtl::EAbort if the user wants to stop, ends the run. Must not
+  // raise in a phase in which a run cannot be stopped.
   virtual void RunAdvanced(const TRunStep& step) = 0;
   // Called with a line for the user about a problem that does not stop the run.
   virtual void RunWarning(std::string_view message) = 0;
+  // Returns the files that the active project lists and that do not exist, each with the place that names it.
+  virtual std::vector<std::string> GetMissingFiles() = 0;
+  // Returns True if the host can show what a run has changed. ShowChanges does so after the run.
+  virtual bool CanShowChanges() = 0;
+  virtual void ShowChanges() = 0;
 
  protected:
   ~IHostRuntime() = default;

@@ -2,13 +2,18 @@
 
 #include <algorithm>
 
+#include "MigWizard/expert/RunOutcome.h"
+#include "MigWizard/expert/RunQuestions.h"
 #include "MigWizard/passes/UnitNames.h"
 #include "MigWizard/run/IDEUtils.h"
 #include "MigWizard/run/RExpertRes.h"
+#include "MigWizard/run/WayBack.h"
 #include "MigWizard/wizard/SaveWarn.h"
 #include "rtl/forms/Application.h"
 #include "rtl/text/Registry.h"
+#include "rtl/text/StringList.h"
 #include "rtl/text/SysUtils.h"
+#include "win/FileApi.h"
 
 namespace mig {
 
@@ -59,15 +64,30 @@ void ReloadProjectUnits() {
   }
 }
 
-void ShowOutcome(bool succeeded, const char* success, const char* failure, const std::string& title) {
-  rtl::Application().MessageBox(succeeded ? success : failure, title,
-                                succeeded ? rtl::MB_ICONINFORMATION : rtl::MB_ICONERROR);
+// Returns the existing units of the project that are selected for the run, or not.
+int CountUnits() {
+  int units = 0;
+  const int count = TIDEUtils::GetModuleCount();
+  for (int i = 0; i < count; ++i) units += IsUnitModule(TIDEUtils::GetModuleFileName(i)) ? 1 : 0;
+  return units;
 }
 
-void ShowLeftOut(const std::vector<TLeftOut>& leftOut, const std::string& title) {
-  std::string text = "These were left as they are:";
-  for (const TLeftOut& entry : leftOut) text += "\n" + entry.Message;
-  rtl::Application().MessageBox(text, title, rtl::MB_ICONINFORMATION);
+// Returns the missing files of the project that a run with these options would convert. A selection of some
+// units does not concern the others.
+std::vector<std::string> MissingFilesOf(const TReplaceOptions& options) {
+  rtl::TStringList selected;
+  selected.SetText(options.UnitNames);
+  if (options.Dest != sdProject || selected.Count() < CountUnits()) return {};
+  return TIDEUtils::GetMissingFiles();
+}
+
+// Locks the backup folder, so that no run uses it. Raises ERunIsBusy if one does.
+std::unique_ptr<win::TFileLock> LockFolderOf(std::string_view undoFile) {
+  const std::string folder = rtl::ExtractFileDir(undoFile);
+  auto lock = win::LockFolder(folder);
+  if (!lock && win::GetLastError() == win::ERROR_SHARING_VIOLATION)
+    throw ERunIsBusy("Another run is at work in the folder \"" + folder + "\".");
+  return lock;
 }
 
 }  // namespace
@@ -124,7 +144,7 @@ void TCompReplaceExpert::SaveSettings() {
 void TCompReplaceExpert::DoReplace(TComponentReplacer& replacer) {
   TReplaceOptions& options = replacer.Options();
   const std::string title = options.GetTitle();
-  if (!PrepareBackups(options)) return;
+  if (!PrepareRun(options)) return;
   const bool inProject = options.Dest == sdProject;
   if (inProject && !TIDEUtils::GetProjectFileName().empty() &&
       !ShowSaveWarning(title, /*isProject=*/true, /*isRestore=*/false)) {
@@ -138,37 +158,73 @@ void TCompReplaceExpert::DoReplace(TComponentReplacer& replacer) {
     }
     HideProjectForms();
   }
-  const bool replaced = replacer.Replace();
-  if (replaced && inProject) ReloadProjectUnits();
-  ShowOutcome(replaced, SReplaceSuccess, SReplaceFailed, title);
-  if (!replacer.LeftOut().empty()) ShowLeftOut(replacer.LeftOut(), title);
+  TOutcomeAnswer answer = TOutcomeAnswer::Nothing;
+  {
+    TRunObserver observer(replacer);
+    const bool replaced = Run(replacer, observer);
+    if (replaced && inProject) ReloadProjectUnits();
+    answer = ShowReplaced(replacer, observer, replaced);
+  }
+  if (answer == TOutcomeAnswer::ShowChanges) TIDEUtils::ShowChanges();
+  if (answer == TOutcomeAnswer::Undo) DoRestore(WayBackOf(options));
 }
 
-// Returns True if the run may use the backup folder in the options, which the user may have changed here.
-bool TCompReplaceExpert::PrepareBackups(TReplaceOptions& options) {
+// Asks whether the run may start, with the options as the user may have changed them here.
+bool TCompReplaceExpert::PrepareRun(TReplaceOptions& options) {
   options.Policy = {};
   options.Policy.Strict = true;
-  const TWayBack found = options.MakeBackup ? FindWayBack(options.BackupDir) : TWayBack::None;
-  if (found == TWayBack::None) return true;
-  const EWayBack reason(found, options.BackupDir);
-  if (found == TWayBack::Journal || !OnBackupsFound) {
-    rtl::Application().MessageBox(reason.what(), options.GetTitle(), rtl::MB_ICONERROR);
-    return false;
+  if (!AskAboutMissingFiles(MissingFilesOf(options), options.GetTitle())) return false;
+  const std::string base =
+      options.Dest == sdProject ? rtl::ExtractFileDir(TIDEUtils::GetProjectFileName()) : options.Directory;
+  std::string journal;
+  const TBackupAnswer answer = AskAboutBackups(options, base, journal);
+  if (answer == TBackupAnswer::RestoreJournal) DoRestore(journal);
+  // The form stores the undo file of this run as the last one.
+  if (answer == TBackupAnswer::Run && WizardForm && WizardForm->GetBackupDir() != options.BackupDir)
+    WizardForm->cbBackupDir.SetText(options.BackupDir);
+  return answer == TBackupAnswer::Run;
+}
+
+// Runs the replacer, again without damaged files if the user wants that. Raises rtl::EAbort if the run ended and
+// the user has been told why.
+bool TCompReplaceExpert::Run(TComponentReplacer& replacer, TRunObserver& observer) {
+  TReplaceOptions& options = replacer.Options();
+  for (;;) {
+    try {
+      return replacer.Replace();
+    } catch (const EFileConversion& error) {
+      const std::optional<bool> leaveOut = AskToLeaveOut(error, options.GetTitle());
+      if (!leaveOut) throw;
+      if (!*leaveOut) throw rtl::EAbort(error.what());
+    } catch (const rtl::Exception& error) {
+      TOutcomeAnswer answer = TOutcomeAnswer::Nothing;
+      if (!ShowEnded(replacer, observer, error, answer)) throw;
+      if (answer == TOutcomeAnswer::Undo) DoRestore(WayBackOf(options));
+      throw rtl::EAbort(error.what());
+    }
+    options.Policy.KeepGoing = true;
+    observer.Clear();
   }
-  const TBackupAnswer answer = OnBackupsFound(reason);
-  if (answer == TBackupAnswer::UseNewFolder) options.BackupDir = FreeBackupDir(options.BackupDir);
-  options.Policy.OverwriteBackups = answer == TBackupAnswer::Overwrite;
-  return answer != TBackupAnswer::Cancel;
 }
 
 void TCompReplaceExpert::DoRestore(std::string_view undoFile) {
   const std::string title = Options().GetTitle();
   if (!ShowSaveWarning(title, /*isProject=*/false, /*isRestore=*/true)) return;
+  const auto lock = LockFolderOf(undoFile);
+  TRestoreQuestion question(undoFile, title);
+  try {
+    if (!question.Ask()) return;
+  } catch (const rtl::EStreamError&) {  // raised again below
+  }
   const std::string project = TIDEUtils::GetProjectFileName();
   // If the host refuses to close, restores the files anyway.
   TIDEUtils::CloseProjectGroup();
-  const bool restored = GetFirstReplacer().Restore(undoFile);
-  ShowOutcome(restored, SRestoreSuccess, SRestoreFailed, title);
+  // Closing may have saved files, which are edited then.
+  if (question.Ask()) {
+    TRunObserver observer(GetFirstReplacer());
+    const bool restored = GetFirstReplacer().Restore(question.Plan());
+    ShowRestored(title, restored, question.Plan().Lines().size(), question.LeftOut(), observer.Warnings());
+  }
   TIDEUtils::OpenProject(project);
 }
 

@@ -10,14 +10,12 @@
 //   registerProc(expert);
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "MigWizard/run/Replacer.h"
-#include "MigWizard/run/WayBack.h"
 #include "MigWizard/wizard/Wizard.h"
 #include "qrl/QrlMenu.h"
 #include "toolsapi/InterfacedObject.h"
@@ -25,8 +23,7 @@
 
 namespace mig {
 
-// How to treat a backup folder that holds the undo file of an earlier run.
-enum class TBackupAnswer { Cancel, UseNewFolder, Overwrite };
+class TRunObserver;
 
 class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWizard> {
  public:
@@ -35,11 +32,6 @@ class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWiza
   // but does nothing after the expert is destroyed.
   TCompReplaceExpert(TWizardFormClass formClass, std::string_view productName, const qrl::TProductMenu& menu,
                      TComponentReplacer& replacer);
-
-  // Asks the user after Finish. `found` describes the contents of the backup folder in a sentence for the
-  // user. Not called for a journal, because a journal has to be restored first. If unset, the run is refused
-  // with that sentence.
-  std::function<TBackupAnswer(const EWayBack& found)> OnBackupsFound;
 
   // Appends a replacer. Its index in the list is the result of the wizard's GetReplacerIndex.
   void AddReplacer(TComponentReplacer& replacer) { FReplacers.push_back(&replacer); }
@@ -53,7 +45,8 @@ class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWiza
   void LoadSettings();
   void SaveSettings();
   // Do a replacement or a restore with the host's steps before and after it, and show its outcome. Show
-  // nothing if the user answers No to the question before the run. Runs are strict (TRunPolicy).
+  // nothing if the user answers No to a question before the run. Runs are strict (TRunPolicy). An exception of
+  // the run is passed on; if the front end can show why it ended, rtl::EAbort is raised instead.
   void DoReplace(TComponentReplacer& replacer);
   void DoRestore(std::string_view undoFile);
   // Shows the source editor of each unit with a form in the active project, which hides the form.
@@ -70,7 +63,8 @@ class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWiza
   void Execute() override {}  // the wizard starts from its menu item only
 
  private:
-  bool PrepareBackups(TReplaceOptions& options);
+  bool PrepareRun(TReplaceOptions& options);
+  bool Run(TComponentReplacer& replacer, TRunObserver& observer);
 
   TReplaceOptions& Options() const { return GetFirstReplacer().Options(); }
   std::string ProductName() const { return qrl::RemoveAmpersands(FProductName); }

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "MigWizard/wizard/Wizard.h"
 #include "rtl/text/Exceptions.h"
 
 namespace mig {
@@ -12,24 +11,20 @@ namespace {
 // Often enough to look smooth, rarely enough not to slow the run down.
 constexpr std::chrono::milliseconds kShowEvery{40};
 
-// A restore copies over the originals one by one, so it cannot be stopped halfway.
-bool IsRestoring() {
-  return WizardForm && WizardForm->GetReplacerIndex() == kRestoreIndex;
-}
-
 }  // namespace
 
-void TRunView::Report(const std::string& title, const TRunProgress& progress, bool canStop) {
-  const bool isLast = progress.Done >= progress.Known;
+void TRunView::Report(const std::string& title, const TRunProgress& progress) {
+  const bool canStop = CanStop(progress.Phase);
   const auto now = std::chrono::steady_clock::now();
-  if (FIsOpen && now - FShown < kShowEvery && !isLast) return;
+  if (FIsOpen && now - FShown < kShowEvery && progress.Phase == FPhase) return;
   if (!std::exchange(FIsOpen, true)) {
     FIsStopped = false;
     OpenWindow(title, canStop);
   }
-  ShowState(progress, isLast);
+  FPhase = progress.Phase;
+  ShowState(progress, canStop);
   FShown = std::chrono::steady_clock::now();
-  if (FIsStopped && !isLast) {
+  if (FIsStopped && canStop) {
     Close();
     throw rtl::EAbort("Stopped by the user.");
   }
@@ -43,7 +38,10 @@ TRunWatch::TRunWatch(TRunView& view, std::vector<TComponentReplacer*> replacers)
     : FReplacers(std::move(replacers)) {
   for (TComponentReplacer* replacer : FReplacers) {
     replacer->OnProgress = [&view, replacer](const TRunProgress& progress) {
-      view.Report(replacer->Options().GetTitle(), progress, !IsRestoring());
+      view.Report(replacer->Options().GetTitle(), progress);
+    };
+    replacer->OnReplacing = [&view, replacer](TRunPhase phase, int done, int total) {
+      view.Report(replacer->Options().GetTitle(), {total, total, {}, phase, done, total});
     };
     replacer->OnWarning = [&view](std::string_view message) { view.AddWarning(message); };
   }
@@ -52,6 +50,7 @@ TRunWatch::TRunWatch(TRunView& view, std::vector<TComponentReplacer*> replacers)
 TRunWatch::~TRunWatch() {
   for (TComponentReplacer* replacer : FReplacers) {
     replacer->OnProgress = nullptr;
+    replacer->OnReplacing = nullptr;
     replacer->OnWarning = nullptr;
   }
 }

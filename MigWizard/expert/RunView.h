@@ -21,9 +21,8 @@ class TRunView {
   TRunView(const TRunView&) = delete;
   TRunView& operator=(const TRunView&) = delete;
 
-  // Shows the progress of a run. `canStop` is false for a restore. Raises rtl::EAbort if the user has stopped
-  // the run.
-  void Report(const std::string& title, const TRunProgress& progress, bool canStop);
+  // Shows the progress of a run. Raises rtl::EAbort if the user has stopped the run, and it can still be stopped.
+  void Report(const std::string& title, const TRunProgress& progress);
   // Hides the window, for example before a message with the outcome.
   void Close();
 
@@ -36,14 +35,15 @@ class TRunView {
   void Stop() { FIsStopped = true; }
 
   virtual void OpenWindow(const std::string& title, bool canStop) = 0;
-  // Shows the state, and handles the events that wait. Not called for every file. From the last file on,
-  // originals are replaced, so the run cannot be stopped any more.
-  virtual void ShowState(const TRunProgress& progress, bool isLast) = 0;
+  // Shows the state: the phase, its files and the name of the next one. Handles the events that wait. Called when
+  // a phase begins, but not for every file. `canStop`: Stop has an effect now.
+  virtual void ShowState(const TRunProgress& progress, bool canStop) = 0;
   virtual void CloseWindow() = 0;
 
  private:
   std::chrono::steady_clock::time_point FShown;  // when the window last showed the state
   std::string FWarnings;
+  TRunPhase FPhase = TRunPhase::Units;  // when the window last showed the state
   bool FIsOpen = false;
   bool FIsStopped = false;
 };

@@ -40,14 +40,18 @@ bool TChangedFiles::Replace(const std::string& tempDir, const TReplaceOptions& o
   const TCopyFile copy = [&](const std::string& source, const std::string& target) {
     return ReplaceOne(source, target, options.Policy.Strict);
   };
+  const auto report = [&] {
+    hooks.ReportReplacing(TRunPhase::Replacing, FReplaced, static_cast<int>(FNames.size()));
+  };
+  if (!FNames.empty()) report();
   TCopyFailures failures;
   if (options.Dest == sdFolder) {
-    failures = CopyFolder(tempDir, options.Directory, copy, queue);
+    failures = CopyFolder(tempDir, options.Directory, copy, queue, report);
   } else {
     std::vector<std::pair<std::string, std::string>> files;
     for (const std::string& name : FNames)
       files.emplace_back(JoinPath(tempDir, rtl::ExtractFileName(name)), name);
-    failures = CopyFiles(files, copy, queue);
+    failures = CopyFiles(files, copy, queue, report);
   }
   for (const auto& [fileName, reason] : failures)
     hooks.Warn(rtl::Format("\"%s\" could not be replaced. %s", {fileName, reason}));

@@ -67,8 +67,8 @@ class TCopies {
   void AddFile(const std::string& source, const std::string& target) {
     FQueue.Push([this, source, target] { (void)CopyOneFile(source, target); });
   }
-  TCopyFailures Wait() {
-    FQueue.Wait();
+  TCopyFailures Wait(const std::function<void()>& onIdle) {
+    FQueue.Wait(onIdle);
     std::sort(FFailures.begin(), FFailures.end());
     return std::move(FFailures);
   }
@@ -168,17 +168,17 @@ bool DeleteTempFolder(const std::string& dir, TWorkQueue& queue) {
 }
 
 TCopyFailures CopyFolder(const std::string& source, const std::string& target, const TCopyFile& copy,
-                         TWorkQueue& queue) {
+                         TWorkQueue& queue, const std::function<void()>& onIdle) {
   TCopies copies(copy, queue);
   copies.AddFolder(source, target);
-  return copies.Wait();
+  return copies.Wait(onIdle);
 }
 
 TCopyFailures CopyFiles(const std::vector<std::pair<std::string, std::string>>& files, const TCopyFile& copy,
-                        TWorkQueue& queue) {
+                        TWorkQueue& queue, const std::function<void()>& onIdle) {
   TCopies copies(copy, queue);
   for (const auto& [source, target] : files) copies.AddFile(source, target);
-  return copies.Wait();
+  return copies.Wait(onIdle);
 }
 
 TLogWriter::TLogWriter() = default;

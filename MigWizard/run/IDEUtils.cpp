@@ -4,11 +4,13 @@
 #include <utility>
 
 #include "rtl/text/SysUtils.h"
+#include "toolsapi/HostRuntime.h"
 
 namespace mig {
 
 using toolsapi::BorlandIDEServices;
 using toolsapi::CastTo;
+using toolsapi::IHostRuntime;
 using toolsapi::INTAServices;
 using toolsapi::IOTAActionServices;
 using toolsapi::IOTAModuleServices;
@@ -53,6 +55,20 @@ bool TIDEUtils::OpenProject(std::string_view fileName) {
 
 bool TIDEUtils::ReloadFile(std::string_view fileName) {
   return GetActionServices()->ReloadFile(fileName);
+}
+
+std::vector<std::string> TIDEUtils::GetMissingFiles() {
+  const TIntf<IHostRuntime> host = Supports<IHostRuntime>(BorlandIDEServices);
+  return host ? host->GetMissingFiles() : std::vector<std::string>();
+}
+
+bool TIDEUtils::CanShowChanges() {
+  const TIntf<IHostRuntime> host = Supports<IHostRuntime>(BorlandIDEServices);
+  return host && host->CanShowChanges();
+}
+
+void TIDEUtils::ShowChanges() {
+  if (const TIntf<IHostRuntime> host = Supports<IHostRuntime>(BorlandIDEServices)) host->ShowChanges();
 }
 
 TIntf<IOTAProjectGroup> TIDEUtils::GetProjectGroup() {

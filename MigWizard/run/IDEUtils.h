@@ -8,6 +8,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "qrl/QrlMenu.h"
 #include "rtl/forms/Menus.h"
@@ -28,6 +29,15 @@ class TIDEUtils {
   // project.
   [[nodiscard]] static bool SaveProject();
   static toolsapi::TIntf<toolsapi::IOTAProject> GetActiveProject();  // may be null
+
+  // Returns the files that the project lists and that do not exist, a line for the user each. Empty if the host
+  // cannot tell.
+  static std::vector<std::string> GetMissingFiles();
+
+  // --- The changes of a run. --- CanShowChanges returns True if the host can show them; ShowChanges shows them
+  // when the run has ended, or does nothing.
+  static bool CanShowChanges();
+  static void ShowChanges();
 
   // --- Open files. The results of the first three may be ignored. ---
   // Returns True if the host closed the group or has none; it has no file of the project open then.

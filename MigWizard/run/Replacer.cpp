@@ -94,10 +94,14 @@ void TComponentReplacer::CollectFindings(const TOldNames& names) {
 bool TComponentReplacer::Restore(std::string_view undoFile) {
   TRestorePlan plan;
   plan.Add(undoFile);
+  return Restore(plan);
+}
+
+bool TComponentReplacer::Restore(const TRestorePlan& plan) {
   const int count = static_cast<int>(plan.Lines().size());
   return plan.Execute(
       [&](int done, const TRestoreLine& line) {
-        Report({done, count, line.Original});
+        Report({done, count, line.Original, TRunPhase::Restoring, done, count});
       },
       OnWarning);
 }

@@ -29,6 +29,8 @@
 
 namespace mig {
 
+class TRestorePlan;
+
 class TComponentReplacer : public TRunHooks {
  public:
   // `oldUnit` is the unit to find in uses clauses, ignoring case; `newUnits` is inserted after it.
@@ -80,10 +82,15 @@ class TComponentReplacer : public TRunHooks {
   // backup is missing; no file is changed then. Also returns False if a copy failed; the files before it are
   // restored then. Raises rtl::EFOpenError or rtl::EReadError if the undo file cannot be read.
   [[nodiscard]] bool Restore(std::string_view undoFile);
+  // Restores the lines of a plan, and reports as the other Restore does.
+  [[nodiscard]] bool Restore(const TRestorePlan& plan);
 
   // Returns what the last run left out: folders that could not be read; in strict runs also files that could
   // not be read or, with KeepGoing, not be converted. Each was reported with OnWarning.
   const std::vector<TLeftOut>& LeftOut() const { return FLeftOut; }
+
+  // Returns the names to look for in findings, or null if there are none. Not owned.
+  virtual const TOldNames* OldNames() { return nullptr; }
 
   TReplaceOptions& Options() const { return FOptions; }
   // Returns the full name of the log of a run with the current options, or an empty string if WriteLog is

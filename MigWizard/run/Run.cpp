@@ -112,6 +112,7 @@ void TRun::Walk(const std::string& tempDir) {
 // for their aliases before the first of them is converted.
 void TRun::WalkList(const std::string& tempDir) {
   const int firstForm = FUnits.Count();
+  FFirstForm = firstForm;
   bool prePass = FOptions.Dest == sdProject;
   TFilesAhead files(FUnits, FQueue, FConverter, FOtherConverter);
   if (prePass) files.ReadUpTo(firstForm);
@@ -131,7 +132,8 @@ void TRun::WalkList(const std::string& tempDir) {
 void TRun::CollectDatabaseNames(int firstForm) {
   const TRunPolicy& policy = FOptions.Policy;
   for (int i = firstForm; i < FUnits.Count(); ++i) {
-    ReportProgress(firstForm, FUnits[i]);
+    FHooks.Report({firstForm, FUnits.Count(), FUnits[i], TRunPhase::Reading, i - firstForm,
+                   FUnits.Count() - firstForm});
     try {
       FDatabases.Collect(FUnits[i]);
     } catch (const rtl::EStreamError& error) {
@@ -145,7 +147,12 @@ void TRun::CollectDatabaseNames(int firstForm) {
 }
 
 void TRun::ReportProgress(int done, std::string_view fileName) const {
-  FHooks.Report({done, FUnits.Count(), fileName});
+  const int count = FUnits.Count();
+  if (done < FFirstForm) {
+    FHooks.Report({done, count, fileName, TRunPhase::Units, done, FFirstForm});
+  } else {
+    FHooks.Report({done, count, fileName, TRunPhase::Forms, done - FFirstForm, count - FFirstForm});
+  }
 }
 
 }  // namespace mig

@@ -90,6 +90,7 @@ class TRun {
   const TRunSelection* const FSelection;
   TRunPlan* const FPlan;
   rtl::TStringList FUnits;  // work list: full names in processing order; grows during the walk
+  int FFirstForm = 0;       // number of units in FUnits
   int FChangedFiles = 0;
   bool FIsPreview = false;
   TDatabaseNames FDatabases;

@@ -10,11 +10,31 @@ namespace mig {
 
 struct TFileConversion;
 
+// The phases of a run, in order. The number of files of a phase is known when it begins.
+enum class TRunPhase {
+  Units,      // converts units
+  Reading,    // a project run only: reads all forms for their databases
+  Forms,      // converts forms
+  Flushing,   // writes the changed files and the backups to the disk
+  Replacing,  // copies the changed files over the originals
+  Restoring,  // copies backups over the originals; the only phase of a restore
+};
+
+// Returns a name of the phase for the user.
+const char* NameOf(TRunPhase phase);
+// Returns True if a run can be stopped in this phase, because no original has been touched.
+inline bool CanStop(TRunPhase phase) {
+  return phase < TRunPhase::Flushing;
+}
+
 // The progress of a run.
 struct TRunProgress {
   int Done = 0;               // files done
   int Known = 0;              // files known so far; form files are added after their units have been read
   std::string_view FileName;  // full Windows path of the next file; empty after all files are converted
+  TRunPhase Phase = TRunPhase::Units;
+  int PhaseDone = 0;   // files of the phase that are done
+  int PhaseTotal = 0;  // files of the phase
 };
 
 // A file or folder that a run left out because it could not be read or converted.
@@ -28,6 +48,9 @@ class TRunHooks {
  public:
   // Called before each file of a run, and before the originals are replaced. An exception stops the run.
   std::function<void(const TRunProgress&)> OnProgress;
+  // Called before Flushing and Replacing, and about 20 times a second or more often while originals are replaced,
+  // with the number of files done. Must not raise.
+  std::function<void(TRunPhase phase, int done, int total)> OnReplacing;
   // Called with a line for the user about a problem that does not stop the run. An exception stops the run.
   std::function<void(std::string_view message)> OnWarning;
   // Returns True if the run has to leave out the file, a full Windows path.
@@ -45,6 +68,9 @@ class TRunHooks {
 
   void Report(const TRunProgress& progress) const {
     if (OnProgress) OnProgress(progress);
+  }
+  void ReportReplacing(TRunPhase phase, int done, int total) const {
+    if (OnReplacing) OnReplacing(phase, done, total);
   }
   void Warn(std::string_view message) const {
     if (OnWarning) OnWarning(message);

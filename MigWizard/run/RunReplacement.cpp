@@ -10,6 +10,7 @@ namespace mig {
 bool TRun::ReplaceOriginals(const std::string& tempDir) {
   if (FChangedFiles > 0) {
     FLog.WriteLine(SReplacingOriginals);
+    FHooks.ReportReplacing(TRunPhase::Flushing, 0, FChangedFiles);
     Flush();
   }
   if (FOptions.Policy.Strict && !FChanged.Empty()) return ReplaceWithJournal(tempDir);
@@ -35,6 +36,7 @@ bool TRun::ReplaceWithJournal(const std::string& tempDir) {
   bool succeeded = false;
   try {
     succeeded = FChanged.Replace(tempDir, FOptions, FHooks, FQueue);
+    FHooks.ReportReplacing(TRunPhase::Flushing, FChanged.Replaced(), FChangedFiles);
     Flush();
     if (FHasJournal) FBackups.FinishJournal();
   } catch (...) {

@@ -1,5 +1,6 @@
 #include "MigWizard/run/WorkQueue.h"
 
+#include <chrono>
 #include <iterator>
 #include <memory>
 #include <new>
@@ -9,6 +10,11 @@
 #include "win/FileSystem.h"
 
 namespace mig {
+namespace {
+
+constexpr std::chrono::milliseconds kIdleInterval{50};
+
+}  // namespace
 
 TWorkQueue::TWorkQueue() {
   if (!win::IsHostFileSystem()) return;
@@ -54,13 +60,21 @@ void TWorkQueue::WaitForRoom(size_t limit) {
   while (FTasks.size() > limit) Do(PopFirst(), lock);
 }
 
-void TWorkQueue::Wait() {
+void TWorkQueue::Wait(const TTask& onIdle) {
+  const auto call = [&onIdle](std::unique_lock<std::mutex>& lock) {
+    lock.unlock();
+    onIdle();
+    lock.lock();
+  };
+  const auto isReady = [this] { return !FTasks.empty() || FRunning == 0; };
   std::unique_lock lock(FMutex);
   FSpeculative.clear();
   for (;;) {
-    FDone.wait(lock, [this] { return !FTasks.empty() || FRunning == 0; });
+    if (!onIdle) FDone.wait(lock, isReady);
+    while (onIdle && !FDone.wait_for(lock, kIdleInterval, isReady)) call(lock);
     if (FTasks.empty()) break;
     Do(PopFirst(), lock);
+    if (onIdle) call(lock);
   }
   if (FFailure) std::rethrow_exception(std::exchange(FFailure, nullptr));
 }

@@ -42,8 +42,9 @@ class TWorkQueue {
   void WaitForRoom(size_t limit);
 
   // Drops the speculative tasks, and works on the others until all are done. Raises the first exception of a
-  // task since the last call; all tasks are done in any case.
-  void Wait();
+  // task since the last call; all tasks are done in any case. Calls `onIdle`, if set, after each task of this
+  // thread, and every 50 milliseconds while only the worker is busy. It must not raise.
+  void Wait(const TTask& onIdle = {});
 
   // Drops all tasks that are not started, and waits for those that are. Their exceptions are kept for Wait.
   void Cancel() noexcept;
