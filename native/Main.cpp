@@ -148,8 +148,8 @@ int Main() {
   } catch (const EUsage& error) {
     rtl::Application().HandleException(error);
     return kExitUsage;
-  } catch (const rtl::EAbort&) {
-    return kExitStopped;  // by the user, so no message is needed
+  } catch (const rtl::EAbort&) {  // the user has been told why
+    return frontEnd.HasShownError() ? kExitException : kExitStopped;
   } catch (const std::exception& error) {
     rtl::Application().HandleException(error);
     return kExitException;

@@ -35,6 +35,7 @@ void TProgressWindow::OpenWindow(const std::string& title, bool canStop) {
   ShowText(FWindow, title);
   // The run cannot be cancelled by closing the window, so the system menu does not offer it.
   EnableMenuItem(GetSystemMenu(FWindow, FALSE), SC_CLOSE, MF_BYCOMMAND | MF_GRAYED);
+  FPhase = AddControl(WC_STATICW, L"", SS_LEFT | SS_NOPREFIX, 0);
   FFileName = AddControl(WC_STATICW, L"", SS_LEFT | SS_NOPREFIX | SS_PATHELLIPSIS, 0);
   FBar = AddControl(PROGRESS_CLASSW, L"", 0, 0);
   FCount = AddControl(WC_STATICW, L"", SS_LEFT | SS_NOPREFIX, 0);
@@ -63,6 +64,8 @@ void TProgressWindow::SetDpi(int dpi) {
   };
   const int right = margin + width;
   int top = margin;
+  place(FPhase, margin, top, right, top + line);
+  top += line + spacing;
   place(FFileName, margin, top, right, top + line);
   top += line + spacing;
   place(FBar, margin, top, right, top + metrics->Scale(kBarHeight));
@@ -95,12 +98,13 @@ bool TProgressWindow::Handle(UINT message, WPARAM wParam, LPARAM) {
   return true;
 }
 
-void TProgressWindow::ShowState(const mig::TRunProgress& progress, bool isLast) {
-  SendMessageW(FBar, PBM_SETRANGE32, 0, progress.Known);
-  SendMessageW(FBar, PBM_SETPOS, static_cast<WPARAM>(progress.Done), 0);
+void TProgressWindow::ShowState(const mig::TRunProgress& progress, bool canStop) {
+  SendMessageW(FBar, PBM_SETRANGE32, 0, progress.PhaseTotal);
+  SendMessageW(FBar, PBM_SETPOS, static_cast<WPARAM>(progress.PhaseDone), 0);
+  ShowText(FPhase, mig::NameOf(progress.Phase));
   ShowText(FFileName, progress.FileName);
-  ShowText(FCount, std::to_string(progress.Done) + " of " + std::to_string(progress.Known));
-  if (isLast) EnableWindow(FStop, FALSE);
+  ShowText(FCount, std::to_string(progress.PhaseDone) + " of " + std::to_string(progress.PhaseTotal));
+  if (!canStop) EnableWindow(FStop, FALSE);
   HandlePending(FWindow);
 }
 

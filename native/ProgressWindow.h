@@ -17,7 +17,7 @@ class TProgressWindow : public mig::TRunView {
 
  protected:
   void OpenWindow(const std::string& title, bool canStop) override;
-  void ShowState(const mig::TRunProgress& progress, bool isLast) override;
+  void ShowState(const mig::TRunProgress& progress, bool canStop) override;
   void CloseWindow() override;
 
  private:
@@ -29,6 +29,7 @@ class TProgressWindow : public mig::TRunView {
   std::function<HWND()> FOwnerOf;
   HWND FOwner = nullptr;
   HWND FWindow = nullptr;
+  HWND FPhase = nullptr;
   HWND FFileName = nullptr;
   HWND FBar = nullptr;
   HWND FCount = nullptr;
