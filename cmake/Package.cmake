@@ -10,7 +10,7 @@ target_link_libraries(kvamigrate_static PRIVATE kva_cli kva_rules)
 target_link_options(kvamigrate_static PRIVATE -static -no-pie -Wl,--gc-sections -s)
 
 # The change log of the packages themselves, compressed as Debian wants it. A plain `cmake --install` leaves it out.
-string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
+set(date ${KVA_RELEASE_DATE})
 foreach(package kvamigrate kvawizard)
   set(folder ${CMAKE_BINARY_DIR}/packaging/${package})
   configure_file(packaging/changelog.Debian.in ${folder}/changelog.Debian @ONLY)
