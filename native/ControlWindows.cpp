@@ -206,15 +206,13 @@ class TComboWindow : public TEditWindow {
       if (index != CB_ERR) FCombo.Pick(static_cast<int>(index));
     }
   }
-  // The height is that of the line of text, which the system derives from the font. The list adds its own.
+  // The system derives the height of the line from the font. The height that is set adds that of the list.
   void Place(const RECT& place) override {
-    const LRESULT text = SendMessageW(Window(), CB_GETITEMHEIGHT, static_cast<WPARAM>(-1), 0);
     RECT line{};
     GetWindowRect(Window(), &line);
-    const LRESULT frame = line.bottom - line.top - text;
-    SendMessageW(Window(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), place.bottom - place.top - frame);
+    const LONG top = place.top + (place.bottom - place.top - (line.bottom - line.top)) / 2;
     const int list = static_cast<int>(SendMessageW(Window(), CB_GETITEMHEIGHT, 0, 0)) * kListEntries;
-    TEditWindow::Place({place.left, place.top, place.right, place.bottom + list});
+    TEditWindow::Place({place.left, top, place.right, place.bottom + list});
   }
 
  protected:
