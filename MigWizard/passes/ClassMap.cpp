@@ -30,8 +30,12 @@ const std::string* TClassMap::Find(std::string_view oldClass) const {
 }
 
 bool TClassMap::IsNewClass(std::string_view name) const {
-  for (int i = 0; i < FNewClasses.Count(); ++i)
-    if (rtl::SameText(FNewClasses[i], name)) return true;
+  constexpr char kCaseBit = 'a' - 'A';
+  for (int i = 0; i < FNewClasses.Count(); ++i) {
+    const std::string& each = FNewClasses[i];
+    if (each.size() != name.size() || ((each[0] ^ name[0]) & ~kCaseBit) != 0) continue;
+    if (rtl::SameText(each, name)) return true;
+  }
   return false;
 }
 

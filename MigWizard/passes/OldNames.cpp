@@ -37,6 +37,7 @@ void TOldNames::NoteLength(std::string_view name, bool isPrefix) {
 }
 
 const TOldName* TOldNames::Find(TKind kind, std::string_view name) const {
+  if (!MayBe(name)) return nullptr;
   const auto names = FNames.find(kind);
   if (names == FNames.end()) return nullptr;
   const auto place = names->second.find(rtl::LowerCase(name));

@@ -55,11 +55,12 @@ TTextPlaces::TTextPlaces(std::string_view text, const qrl::TEncoding& encoding) 
   FCharacters = !isDefault || win::GetACP() == kUtf8CodePage ? TCharacters::Utf8
                 : win::IsDoubleByteCodePage()                ? TCharacters::DoubleByte
                                                              : TCharacters::Bytes;
-  for (size_t end = 0; (end = text.find_first_of("\r\n", end)) != std::string_view::npos;
-       FStarts.push_back(end)) {
+  for (size_t end = 0; end < text.size(); ++end) {
+    if (text[end] != '\r' && text[end] != '\n') continue;
     const bool isWindows = text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n';
     ++(isWindows ? FWindowsEnds : FOtherEnds);
-    end += isWindows ? 2 : 1;
+    end += isWindows ? 1 : 0;
+    FStarts.push_back(end + 1);
   }
 }
 
