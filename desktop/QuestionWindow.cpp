@@ -67,7 +67,7 @@ QPlainTextEdit* NewList(const std::vector<std::string>& lines) {
   QStringList texts;
   for (const std::string& line : lines) texts << ToQt(line);
   list->setPlainText(texts.join('\n'));
-  const int visible = qBound(3, 2 * static_cast<int>(lines.size()), kMostDetails);
+  const int visible = qBound(3, 2 * list->blockCount(), kMostDetails);
   const int height = list->fontMetrics().lineSpacing() * visible + 2 * list->frameWidth() + 10;
   list->setMinimumHeight(height);
   if (visible < kMostDetails) list->setMaximumHeight(height);

@@ -264,6 +264,7 @@ TEST_F(HostWindowTest, EverythingCanBeUndone) {
   EXPECT_FALSE(isModified());
 
   Choose(kWizardItem, WholeRun());
+  FWindow.OpenFile("C:\\App\\DataMod.pas");
   const QString after = Shown();
   EXPECT_EQ(after, OnDisk("DataMod.pas"));
   EXPECT_NE(after, before);
