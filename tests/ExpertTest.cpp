@@ -133,6 +133,8 @@ TEST_F(ExpertTest, AnExceptionGoesToTheHostAndStoresNothing) {
 
 // A front end that can ask tells why a run ended, and that nothing was changed.
 TEST_F(ExpertTest, ARunThatEndsIsTold) {
+  std::filesystem::create_directory(FScratch.HostPath("tmp"));
+  setenv("TMPDIR", FScratch.HostPath("tmp").c_str(), 1);  // folders that other runs have left would be told
   const std::string damaged =
       "Ask: C:\\App\\Data.pas: UTF-16 text with an odd number of bytes.\n"
       "No file was changed.\n"
@@ -168,6 +170,7 @@ TEST_F(ExpertTest, ARunThatEndsIsTold) {
     EXPECT_EQ(FHost.Calls.back(), row.Shown);
     EXPECT_EQ(Unit("App"), kUnit);
   }
+  unsetenv("TMPDIR");
 }
 
 TEST_F(ExpertTest, AUnitThatCannotBeReadIsLeftOut) {
@@ -240,6 +243,7 @@ TEST_F(ExpertTest, ARestoreOverEditedFiles) {
     FScratch.Write("App/Main.pas", "mine");
     std::filesystem::last_write_time(FScratch.HostPath("App/Main.pas"), later);
     FScratch.Write("App/Data.pas", converted);
+    std::filesystem::last_write_time(FScratch.HostPath("App/Data.pas"), later - std::chrono::hours(2));
   };
   const std::string question =
       "Ask: 1 of 2 files is not as the run left it.\n"

@@ -287,8 +287,8 @@ TEST_F(HostTest, MenuAndEnd) {
     FHost.AddObserver(FRecorder);
     TIDEUtils::AddExpertMenuItem(qrl::Menu(), "&Wizard", "W", nullptr);
     EXPECT_FALSE(FRecorder.Take().empty());
-    ASSERT_EQ(FHost.MainMenu().Items().Count(), 4);
-    EXPECT_EQ(FHost.MainMenu().Items()[2].Name(), qrl::Menu().MenuName);
+    ASSERT_EQ(FHost.MainMenu().Items().Count(), 5);
+    EXPECT_EQ(FHost.MainMenu().Items()[3].Name(), qrl::Menu().MenuName);
     const auto menus = toolsapi::CastTo<toolsapi::INTAServices>(BorlandIDEServices);
     EXPECT_EQ(ErrorOf([&] { menus->AddActionMenu("No", nullptr, &FHost.MainMenu().NewItem(), true, true); }),
               "There is no menu item \"No\".");
