@@ -30,7 +30,7 @@ class TQuestionRows {
                      .Bold = true,
                      .Place = {.Width = kWidth}});
     for (const std::string& reason : question.Reasons) AddLabel(reason);
-    for (const auto& [name, value] : question.Rows) AddLabel(name + ": " + value);
+    if (!question.Rows.empty()) AddLabel(TextOf(question.Rows));
     if (!question.Details.empty()) AddDetails(question.Details);
     FRows.push_back({.Parent = "", .Kind = Bevel, .Name = "Line"});
     for (int i = 0; i < static_cast<int>(question.Buttons.size()); ++i) {
@@ -47,6 +47,14 @@ class TQuestionRows {
   const rtl::TFormResource& Resource() const { return FResource; }
 
  private:
+  // Returns a line for each row. A row without a name continues the one before it.
+  static std::string TextOf(const std::vector<std::pair<std::string, std::string>>& rows) {
+    std::string text;
+    for (const auto& [name, value] : rows)
+      text += (text.empty() ? "" : "\n") + (name.empty() ? "        " : name + ": ") + value;
+    return text;
+  }
+
   std::string_view Keep(std::string text) { return FTexts.emplace_back(std::move(text)); }
 
   void AddLabel(const std::string& text) {
