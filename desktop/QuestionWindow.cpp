@@ -68,9 +68,10 @@ QPlainTextEdit* NewList(const std::vector<std::string>& lines) {
   for (const std::string& line : lines) texts << ToQt(line);
   list->setPlainText(texts.join('\n'));
   const int visible = qBound(3, 2 * list->blockCount(), kMostDetails);
-  const int height = list->fontMetrics().lineSpacing() * visible + 2 * list->frameWidth() + 10;
-  list->setMinimumHeight(height);
-  if (visible < kMostDetails) list->setMaximumHeight(height);
+  // On a small screen the list is as low as its minimum.
+  const int frame = 2 * list->frameWidth() + 10;
+  list->setMinimumHeight(list->fontMetrics().lineSpacing() * 3 + frame);
+  if (visible < kMostDetails) list->setMaximumHeight(list->fontMetrics().lineSpacing() * visible + frame);
   return list;
 }
 
