@@ -1,6 +1,7 @@
 #include "desktop/EditorPages.h"
 
 #include <QEvent>
+#include <QLabel>
 
 #include "desktop/QtText.h"
 #include "desktop/SourceEditor.h"
@@ -8,11 +9,18 @@
 
 namespace desktop {
 
-TEditorPages::TEditorPages(QWidget* parent) : QTabWidget(parent) {
+TEditorPages::TEditorPages(QWidget* parent) : QTabWidget(parent), FHint(new QLabel(this)) {
   setObjectName("Editors");
   setDocumentMode(true);
   setTabsClosable(true);
   setMovable(true);
+  FHint->setObjectName("Hint");
+  FHint->setAlignment(Qt::AlignCenter);
+  FHint->setWordWrap(true);
+  FHint->setTextInteractionFlags(Qt::TextBrowserInteraction);
+  connect(FHint, &QLabel::linkActivated, this, [this](const QString& target) {
+    if (OnLink) OnLink(target);
+  });
 }
 
 TEditorPages::~TEditorPages() {
@@ -36,6 +44,42 @@ void TEditorPages::Show(host::TFileEditor& editor) {
   }
   setCurrentWidget(page);
   page->setFocus();
+}
+
+std::vector<std::string> TEditorPages::FileNames() const {
+  std::vector<std::string> names;
+  std::string inFront;
+  for (int i = 0; i < count(); ++i) {
+    const TSourceEditor* const page = EditorAt(i);
+    if (page == nullptr) continue;
+    const std::string& name = page->Editor().Buffer().FileName();
+    if (i == currentIndex()) {
+      inFront = name;
+    } else {
+      names.push_back(name);
+    }
+  }
+  if (!inFront.empty()) names.push_back(inFront);
+  return names;
+}
+
+void TEditorPages::SetHint(const QString& html) {
+  if (FHint->text() != html) FHint->setText(html);
+}
+
+void TEditorPages::resizeEvent(QResizeEvent* event) {
+  QTabWidget::resizeEvent(event);
+  FHint->setGeometry(rect());
+}
+
+void TEditorPages::tabInserted(int index) {
+  QTabWidget::tabInserted(index);
+  FHint->hide();
+}
+
+void TEditorPages::tabRemoved(int index) {
+  QTabWidget::tabRemoved(index);
+  FHint->setVisible(count() == 0);
 }
 
 TSourceEditor* TEditorPages::EditorAt(int index) const {

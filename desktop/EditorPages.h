@@ -9,6 +9,10 @@
 
 #include <QTabWidget>
 #include <functional>
+#include <string>
+#include <vector>
+
+class QLabel;
 
 namespace host {
 class TFileBuffer;
@@ -41,6 +45,13 @@ class TEditorPages : public QTabWidget {
   // Shows the names of the files as the titles of the tabs, with a star for modified ones.
   void ShowTitles();
 
+  // Returns the full Windows paths of the files on the pages, the one in front last.
+  std::vector<std::string> FileNames() const;
+  // Sets what is shown while there are no pages, as HTML. OnLink is called with the target of a link that the user
+  // clicks.
+  void SetHint(const QString& html);
+  std::function<void(const QString& target)> OnLink;
+
   // Called with a message for the user when an editor refused a character.
   std::function<void(const QString& message)> OnRefused;
   // Called after the cursor of an editor has moved.
@@ -48,6 +59,12 @@ class TEditorPages : public QTabWidget {
 
  protected:
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void tabInserted(int index) override;
+  void tabRemoved(int index) override;
+
+ private:
+  QLabel* FHint;
 };
 
 }  // namespace desktop

@@ -6,7 +6,9 @@ namespace desktop {
 
 THostMenu::THostMenu(rtl::TMainMenu& menu, QMenuBar& bar,
                      std::function<void(const std::function<void()>&)> run)
-    : FMenu(menu), FBinding(menu, bar, std::move(run)) {}
+    : FMenu(menu), FBinding(menu, bar, std::move(run)) {
+  for (int i = 0; i < menu.Items().Count(); ++i) FOwn.insert(&menu.Items()[i]);
+}
 
 rtl::TMenuItem& THostMenu::Add(const TMenuEntry& entry) {
   rtl::TMenuItem& item = FMenu.NewItem();
@@ -21,6 +23,14 @@ rtl::TMenuItem& THostMenu::Add(const TMenuEntry& entry) {
 
 void THostMenu::AddLine(const char* parent) {
   Add({parent, "", "-"});
+}
+
+QAction* THostMenu::WizardAction() {
+  for (int i = 0; i < FMenu.Items().Count(); ++i) {
+    rtl::TMenuItem& top = FMenu.Items()[i];
+    if (!FOwn.contains(&top) && top.Count() > 0) return FBinding.ActionOf(top[0]);
+  }
+  return nullptr;
 }
 
 QAction& THostMenu::ActionOf(const char* name) {

@@ -8,6 +8,7 @@
 
 #include <QKeySequence>
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -34,12 +35,16 @@ class THostMenu {
   // Enables or disables the item of that name, which must exist.
   void Enable(const char* name, bool isEnabled) { ActionOf(name).setEnabled(isEnabled); }
   QAction& ActionOf(const char* name);
+  // Returns the first item that a wizard has added: of a top-level menu that was not there from the start. Null if
+  // there is none.
+  QAction* WizardAction();
   // Shows the menu as it is now, after another has changed it.
   void Sync() { FBinding.Sync(); }
   TMenuBinding& Binding() { return FBinding; }
 
  private:
   rtl::TMainMenu& FMenu;
+  std::set<const rtl::TMenuItem*> FOwn;  // the top-level items from the start
   TMenuBinding FBinding;
 };
 

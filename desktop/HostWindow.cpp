@@ -7,12 +7,11 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QScreen>
+#include <QMimeData>
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include "MigWizard/run/RExpertRes.h"
 #include "desktop/ChangesView.h"
 #include "desktop/CodePageChoice.h"
 #include "desktop/EditCommands.h"
@@ -23,8 +22,8 @@
 #include "desktop/QtText.h"
 #include "desktop/RunReview.h"
 #include "desktop/SourceEditor.h"
+#include "desktop/WindowState.h"
 #include "host/HostError.h"
-#include "rtl/text/Registry.h"
 #include "rtl/text/SysUtils.h"
 #include "toolsapi/HostRuntime.h"
 #include "win/Diagnostics.h"
@@ -35,8 +34,6 @@ namespace desktop {
 namespace {
 
 constexpr char kTitle[] = "Migration Wizard";
-constexpr char kSection[] = "Host Window";
-constexpr char kGeometry[] = "Geometry";
 constexpr int kMessageTime = 10000;  // milliseconds
 constexpr char kProjectFilter[] =
     "Projects and groups (*.dpr *.dpk *.dproj *.bdsproj *.bpg *.groupproj *.bdsgroup);;All files (*)";
@@ -62,10 +59,10 @@ THostWindow::THostWindow(TFrontEnd& frontEnd)
     FChanges->AddMessage(ToQt(line));
     statusBar()->showMessage(ToQt(line), kMessageTime);
   });
-  const QSize room = screen()->availableSize();
-  resize(qMin(1180, room.width() * 9 / 10), qMin(780, room.height() * 9 / 10));
-  const rtl::TRegIniFile reg(mig::SRegistryRoot, rtl::KEY_READ_WRITE);
-  restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(reg.ReadString(kSection, kGeometry, ""))));
+  setAcceptDrops(true);
+  setWindowIcon(WindowIcon());
+  RestoreWindow(*this);
+  FChangesPane->hide();
   ShowState();
 }
 
@@ -86,6 +83,7 @@ void THostWindow::MakeEditors() {
   FCodePages = new TCodePageChoice(FMenu, *FPages, nullptr);
   FCodePages->OnChange = [this] { ShowState(); };
   FPages->OnRefused = [this](const QString& message) { FFrontEnd.ShowException(FromQt(message)); };
+  FPages->OnLink = [this](const QString& target) { FollowLink(target); };
   FPages->OnMoved = [this] { ShowPosition(); };
   connect(FPages, &QTabWidget::currentChanged, this, [this] { ShowState(); });
   connect(FPages, &QTabWidget::tabCloseRequested, this,
@@ -146,7 +144,7 @@ void THostWindow::MakeMenu() {
     }
   };
   const QKeySequence shiftS = Qt::CTRL | Qt::SHIFT | Qt::Key_S;
-  FMenu.Add({"FileMenu", "FileOpen", "&Open Project...", QKeySequence::Open, [this] { AskProject(); }});
+  FMenu.Add({"FileMenu", "FileOpen", "&Open...", QKeySequence::Open, [this] { AskProject(); }});
   FMenu.Add({"FileMenu", "FileRecent", "Open &Recent"});
   FMenu.AddLine("FileMenu");
   FMenu.Add({"FileMenu", "FileSave", "&Save", QKeySequence::Save, save});
@@ -195,8 +193,33 @@ void THostWindow::ShowState() {
   FMenu.Enable("FileCloseAll", isOpen);
   ShowOpenPages();
   ShowPosition();
+  ShowHint();
   FEdit->ShowState();
   FCodePages->ShowState();
+}
+
+void THostWindow::ShowHint() {
+  const QAction* const wizard = FMenu.WizardAction();
+  const QString start = wizard == nullptr ? QString()
+                                          : QString("<p>Start the <a href='wizard'>%1</a>&nbsp; (%2)</p>")
+                                                .arg(wizard->text().remove('&'),
+                                                     wizard->shortcut().toString(QKeySequence::NativeText));
+  if (FHost.Group() != nullptr)
+    return FPages->SetHint("<p>Open a unit or a form in the project's tree</p>" + start);
+  QString recent;
+  for (size_t i = 0; i < FRecentFiles.Names().size(); ++i) {
+    recent +=
+        QString("<br><a href='recent:%1'>%2</a>").arg(i).arg(ToQt(FRecentFiles.Names()[i]).toHtmlEscaped());
+  }
+  if (!recent.isEmpty()) recent = "<p>Recent projects" + recent + "</p>";
+  FPages->SetHint("<p><a href='open'>Open a project</a>&nbsp; (Ctrl+O), or drop it here</p>" + recent +
+                  start);
+}
+
+void THostWindow::FollowLink(const QString& target) {
+  if (target == "open") Run([this] { AskProject(); });
+  if (target == "wizard" && FMenu.WizardAction()) FMenu.WizardAction()->trigger();
+  if (target.startsWith("recent:")) OpenRecent(target.section(':', 1).toULongLong());
 }
 
 void THostWindow::ShowPosition() {
@@ -212,9 +235,14 @@ void THostWindow::ShowAbout() {
 // --- User actions ---
 
 void THostWindow::Run(const std::function<void()>& event) {
+  const std::vector<std::string> files = FPages->FileNames();
+  const std::string project = FHost.ActiveProject() ? FHost.ActiveProject()->FileName() : std::string();
+  FWasClosed = false;
   FRecord.Clear();
   try {
     event();
+    const host::TProject* const now = FHost.ActiveProject();
+    if (FWasClosed && now != nullptr && rtl::SameText(now->FileName(), project)) ReopenFiles(files);
   } catch (const std::exception& error) {
     FProgress.Close();
     rtl::Application().HandleException(error);
@@ -231,10 +259,19 @@ void THostWindow::Run(const std::function<void()>& event) {
   ShowState();
 }
 
+// Shows the files again that an event closed with their project, if it is open again, as after a restore.
+void THostWindow::ReopenFiles(const std::vector<std::string>& fileNames) {
+  for (const std::string& fileName : fileNames) {
+    if (rtl::FileExists(fileName)) OpenFile(fileName);
+  }
+}
+
 bool THostWindow::LoadWizard(std::string_view fileName) {
   try {
     FHost.LoadWizardModule(fileName);
     FMenu.Sync();
+    if (QAction* const wizard = FMenu.WizardAction()) wizard->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_M);
+    ShowState();
     return true;
   } catch (const std::exception& error) {
     rtl::Application().MessageBox("The migration wizard is not available.\n" + std::string(error.what()),
@@ -244,12 +281,20 @@ bool THostWindow::LoadWizard(std::string_view fileName) {
 }
 
 void THostWindow::AskProject() {
-  const QString picked = QFileDialog::getOpenFileName(this, "Open Project", {}, kProjectFilter);
-  if (picked.isEmpty()) return;
-  const std::string project = win::ToWindowsPath(FromQt(picked));
-  if (project.empty())
-    throw host::EHostError("\"" + FromQt(picked) + "\" cannot be written as a Windows path.");
-  OpenProject(project);
+  const QString picked = QFileDialog::getOpenFileName(this, "Open", {}, kProjectFilter);
+  if (!picked.isEmpty()) OpenAny(picked);
+}
+
+// Opens a project, or any other file in an editor.
+void THostWindow::OpenAny(const QString& hostPath) {
+  const std::string fileName = win::ToWindowsPath(FromQt(hostPath));
+  if (fileName.empty())
+    throw host::EHostError("\"" + FromQt(hostPath) + "\" cannot be written as a Windows path.");
+  if (host::ProjectKindOf(fileName) != host::TProjectKind::None) {
+    OpenProject(fileName);
+  } else {
+    OpenFile(fileName);
+  }
 }
 
 bool THostWindow::OpenProject(std::string_view fileName) {
@@ -315,13 +360,25 @@ host::TSaveAnswer THostWindow::AskToSave(const host::TModule& module) {
   return answer == QMessageBox::No ? host::TSaveAnswer::No : host::TSaveAnswer::Cancel;
 }
 
+void THostWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void THostWindow::dropEvent(QDropEvent* event) {
+  const QList<QUrl> urls = event->mimeData()->urls();
+  Run([&] {
+    for (const QUrl& url : urls) {
+      if (url.isLocalFile()) OpenAny(url.toLocalFile());
+    }
+  });
+}
+
 void THostWindow::closeEvent(QCloseEvent* event) {
   bool isClosed = false;
   Run([&] { isClosed = CloseAll(); });
   event->setAccepted(isClosed);
   if (!isClosed) return;
-  rtl::TRegIniFile reg(mig::SRegistryRoot, rtl::KEY_READ_WRITE);
-  reg.WriteString(kSection, kGeometry, saveGeometry().toBase64().toStdString());
+  StoreWindow(*this);
 }
 
 TSourceEditor* THostWindow::CurrentEditor() const {
@@ -337,6 +394,7 @@ void THostWindow::ProjectOpened() {
 }
 
 void THostWindow::ProjectClosed() {
+  FWasClosed = true;
   FPages->RemoveClosed();
   FTree->Fill();
   ShowState();

@@ -57,6 +57,8 @@ class THostWindow : public QMainWindow, private host::THostObserver {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   void MakeEditors();
@@ -71,6 +73,10 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   // Handles an event: shows exceptions, and afterwards the changes made by a run.
   void Run(const std::function<void()>& event);
   void AskProject();
+  void OpenAny(const QString& hostPath);
+  void ShowHint();
+  void FollowLink(const QString& target);
+  void ReopenFiles(const std::vector<std::string>& fileNames);
   void OpenRecent(size_t index);
   bool Save(host::TModule& module);
   bool ClosePage(int index);
@@ -110,6 +116,7 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   QLabel* FPosition = nullptr;
   QLabel* FEditorState = nullptr;
   std::string FLastDiagnostic;
+  bool FWasClosed = false;  // whether a project was closed during the present event
 };
 
 }  // namespace desktop

@@ -34,6 +34,18 @@ constexpr std::array<TTopItem, 4> kTopItems = {{
     {"HelpMenu", "&Help"},
 }};
 
+// Returns whether the group file `group` exists and lists the project.
+bool Lists(const std::string& group, std::string_view project) {
+  if (group.empty() || !rtl::FileExists(group)) return false;
+  try {
+    const std::vector<std::string> projects = ReadGroupFile(group).Projects;
+    return std::any_of(projects.begin(), projects.end(),
+                       [&](const std::string& listed) { return FileKey(listed) == FileKey(project); });
+  } catch (const EHostError&) {
+    return false;  // the project can be opened without its group
+  }
+}
+
 }  // namespace
 
 THost::THost() {
@@ -93,6 +105,12 @@ bool THost::OpenProject(std::string_view name, bool newGroup) {
   return true;
 }
 
+bool THost::ReopenProject(std::string_view fileName, bool newGroup) {
+  const std::string group = FGroup ? std::string() : FClosedGroup;
+  return Lists(group, fileName) ? OpenProject(group, true) && OpenProject(fileName, false)
+                                : OpenProject(fileName, newGroup);
+}
+
 void THost::Install(std::string_view groupFile, std::vector<TProjectFile> projects) {
   FGroup = MakeIntf<TProjectGroup>(*this, groupFile);
   for (TProjectFile& file : projects) {
@@ -145,6 +163,7 @@ void THost::RemoveGroup() {
   }
   RemoveUnits(units);
   const TIntf<TProjectGroup> group = std::exchange(FGroup, nullptr);
+  FClosedGroup = group->FileName();
   for (int i = 0; i < group->Count(); ++i) {
     ForgetFiles((*group)[i]);
     (*group)[i].Detach();

@@ -49,6 +49,9 @@ class THost {
   // closed. Raises EHostError or rtl::EFOpenError for files that cannot be used; the open group then stays
   // open. Missing units are reported, one line each (win/Diagnostics.h), and listed in TProject::Missing.
   [[nodiscard]] bool OpenProject(std::string_view fileName, bool newGroup);
+  // The same for a client of the host that closed the group by its interface, as a restore does. If the project
+  // was one of that group's, the whole group is opened again, with the project active.
+  [[nodiscard]] bool ReopenProject(std::string_view fileName, bool newGroup);
   TProjectGroup* Group() const { return FGroup.Get(); }  // null if nothing is open
   TProject* ActiveProject() const { return FGroup ? FGroup->ActiveProject() : nullptr; }
   void SetActiveProject(TProject& project);  // one of the group's
@@ -116,6 +119,7 @@ class THost {
   THostServices* FServicesObject;  // the object of FServices
   std::vector<toolsapi::TIntf<toolsapi::IOTAWizard>> FWizards;
   toolsapi::TIntf<TProjectGroup> FGroup;
+  std::string FClosedGroup;  // the file of the group that was open last
   std::vector<toolsapi::TIntf<TUnitModule>> FUnits;
   std::unordered_map<std::string, TModule*> FByFile;  // by FileKey of the module's and its editors' files
 };

@@ -29,7 +29,7 @@ bool THostServices::ReloadFile(std::string_view fileName) {
 }
 
 bool THostServices::OpenProject(std::string_view fileName, bool newProjGroup) {
-  return !fileName.empty() && Host().OpenProject(fileName, newProjGroup);
+  return !fileName.empty() && Host().ReopenProject(fileName, newProjGroup);
 }
 
 rtl::TMainMenu* THostServices::GetMainMenu() {

@@ -220,6 +220,21 @@ TEST_F(HostTest, BytesAreMadeLater) {
   EXPECT_EQ(made, 1);
 }
 
+// A restore closes the group and opens the project again.
+TEST_F(HostTest, TheGroupOfAProjectIsOpenedAgain) {
+  const std::tuple<const char*, const char*, const char*> rows[] = {
+      {"C:\\All.bpg", "C:\\Tool\\Tool.dpr", "All.bpg App.dpr Tool.dpr "},
+      {"C:\\App\\App.dpr", "C:\\Tool\\Tool.dpr", " Tool.dpr "},
+  };
+  for (const auto& [first, again, modules] : rows) {
+    ASSERT_TRUE(FHost.OpenProject(first, true));
+    ASSERT_TRUE(TIDEUtils::CloseProjectGroup());
+    ASSERT_TRUE(TIDEUtils::OpenProject(again));
+    EXPECT_EQ(Modules(), modules);
+    EXPECT_EQ(TIDEUtils::GetProjectFileName(), again);
+  }
+}
+
 TEST_F(HostTest, TheUserIsAsked) {
   const struct {
     TSaveAnswer Answer;

@@ -12,6 +12,7 @@
 #include <QTreeView>
 #include <cmath>
 
+#include "desktop/EditorPages.h"
 #include "desktop/HostWindow.h"
 #include "desktop/MenuBinding.h"
 #include "desktop/SourceEditor.h"
@@ -112,6 +113,9 @@ TEST_F(HostWindowTest, ReplacesTheProjectAndRestoresIt) {
   EXPECT_EQ(FMessages, TTexts{"Files were succefully restored.\nFiles: 18 restored"});
   EXPECT_EQ(Text("DataMod.pas"), before);
   EXPECT_EQ(FWindow.Host().ActiveProject()->FileName(), "C:\\App\\LendDesk.dproj") << "it is open again";
+  EXPECT_EQ(FWindow.Host().Group()->FileName(), "C:\\App\\LendDesk.groupproj") << "with its group";
+  EXPECT_EQ(Find<desktop::TEditorPages>("Editors").FileNames(),
+            (TTexts{"C:\\App\\DataMod.dfm", "C:\\App\\DataMod.pas"}));
 }
 
 TEST_F(HostWindowTest, ARunThatRaisesIsToldAndTheWindowLivesOn) {
