@@ -1,6 +1,6 @@
 """Runs the benchmarks and writes their table. Started by bench/run.sh.
 
-Every row is a ratio of two times (or of two sizes) taken within one run on one machine: A B A B ... after a
+Every row but those of the window is a ratio of two times (or of two sizes) taken within one run on one machine: A B A B ... after a
 round that does not count, each pair gives a ratio, and the row shows the median of these. Before a program starts, its
 input is made anew, all of it in the cache. The folder lies in memory where the machine has such a place, so that the
 programs are measured and not the disk that they share with others; one pair of rows is taken on the disk as well.
@@ -19,6 +19,7 @@ from dataclasses import dataclass
 
 KB, MB, GB = 1 << 10, 1 << 20, 1 << 30
 MEMORY = "/dev/shm/"
+GROUPS = ["tree", "disk", "form", "grammar", "conversion", "scanner", "window"]
 REPETITIONS = 5  # of the grammar and the scanner
 CLASSES = {  # what perl renames: the classes of the family bde
     "TDatabase": "TKVAConnection", "TQuery": "TKVAQuery", "TwwQuery": "TKVAQuery", "TTable": "TKVATable",
@@ -245,6 +246,44 @@ class Benchmarks:
                       f"{speed['Scanner'] / MB:.0f} MB a second; a byte loop {speed['ByteLoop'] / MB:.0f}, "
                       f"`memcpy` {speed['MemoryCopy'] / MB:.0f}")
 
+    def window_rows(self):
+        """The window without a screen. It prints, in seconds of processor time, what opening took, and for a file also
+        the longest step of scrolling through it."""
+        program = os.path.join(self.bin, "OpenWindowBench")
+        if not os.path.exists(program):
+            print("not built: OpenWindowBench", file=sys.stderr)
+            return
+        tree, _ = self.make("window", "--units", self.units, "--forms", self.units)
+        names = sorted(os.path.relpath(os.path.join(d, f), tree)
+                       for d, _, files in os.walk(tree) for f in files if f.endswith(".pas"))
+        project, unit = os.path.join(tree, "Window.dpr"), os.path.join(tree, "Long.pas")
+        with open(project, "w", encoding="ascii") as file:
+            entries = ",\n".join(f"  {os.path.basename(n)[:-4]} in '{n.replace('/', chr(92))}' {{Form}}" for n in names)
+            file.write(f"program Window;\nuses\n{entries};\nbegin\nend.\n")
+        with open(unit, "wb") as file:
+            left = 30000
+            for name in names:
+                with open(os.path.join(tree, name), "rb") as source:
+                    lines = source.read().splitlines(keepends=True)[:left]
+                file.writelines(lines)
+                left -= len(lines)
+        form, _ = self.make("window-form", "--form", 4 * MB, "--objects", 1600)
+        results, peaks = [], []
+        for _ in range(3):
+            os.environ["QT_QPA_PLATFORM"] = "offscreen"
+            peaks.append(self.run([program, project]).peak)
+            printed = subprocess.run([program, project, unit, os.path.join(form, "Big.dfm")], check=True,
+                                     capture_output=True, text=True).stdout
+            results.append([[float(word) for word in line.split()[:-1]] for line in printed.splitlines()])
+        medians = [[statistics.median(run[i][j] for run in results) for j in range(len(results[0][i]))]
+                   for i in range(3)]
+        (opened,), *files = medians
+        yield Row("Opening a project in the window, seconds", opened, 1, True,
+                  f"{len(names):,} units with forms; {max(peaks) / MB:.0f} MB")
+        for what, (shown, scrolled) in zip(("a unit of 30,000 lines", "a form of 4 MB"), files):
+            yield Row(f"Opening {what} in the window, seconds", shown, 1, True,
+                      f"until it is painted; the longest of 100 steps of scrolling takes {scrolled * 1000:.0f} ms")
+
 
 def processor():
     with open("/proc/cpuinfo", encoding="utf-8") as lines:
@@ -256,7 +295,7 @@ def processor():
 
 def table(rows, rounds):
     lines = ["# Benchmarks", "",
-             "Written by `./bench/run.sh`; do not edit. Each row is a ratio within one run on one machine, so it says "
+             "Written by `./bench/run.sh`; do not edit. Each row but those of the window is a ratio within one run on one machine, so it says "
              f"something about other machines too: the median of {rounds} pairs of runs ({form_rounds(rounds)} for the "
              f"large forms), or of {REPETITIONS} repetitions for the grammar and the scanner; memory is the highest "
              "that was seen.", "",
@@ -274,7 +313,7 @@ def main():
     parser.add_argument("build")
     parser.add_argument("--quick", action="store_true", help="a tenth of the tree, three pairs: does it run at all?")
     parser.add_argument("--only", action="append", default=[], metavar="GROUP",
-                        choices=["tree", "disk", "form", "grammar", "conversion", "scanner"])
+                        choices=GROUPS)
     arguments = parser.parse_args()
     rounds, units = (3, 300) if arguments.quick else (9, 3000)
     rows = []
@@ -287,7 +326,7 @@ def main():
                     print(f"{row.value:8.2f}  {row.name}", file=sys.stderr)
                     rows.append(row)
 
-    groups = arguments.only or ["tree", "disk", "form", "grammar", "conversion", "scanner"]
+    groups = arguments.only or GROUPS
     in_memory = os.path.isdir(MEMORY) and shutil.disk_usage(MEMORY).free > 2 * GB
     if not in_memory:  # all of it is on the disk
         groups = list(dict.fromkeys("tree" if group == "disk" else group for group in groups))

@@ -3,17 +3,17 @@
 #
 #   ./bench/run.sh [--quick] [--only GROUP]...    with either the table is only printed
 #
-# GROUP: tree, disk, form, grammar, conversion, scanner.
+# GROUP: tree, disk, form, grammar, conversion, scanner, window.
 # The build folder is build/bench, or what KVA_BUILD names. Exit status 1: a target was missed.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/packages.sh
 . scripts/packages.sh
 
-install_packages "${PACKAGES_PROGRAM[@]}" "${PACKAGES_TESTS[@]}" perl
+install_packages "${PACKAGES_PROGRAM[@]}" "${PACKAGES_DESKTOP[@]}" "${PACKAGES_TESTS[@]}" perl
 build=${KVA_BUILD:-build/bench}
 [ -f "$build/build.ninja" ] ||
-  cmake -G Ninja -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DKVA_BENCH=ON >/dev/null
+  cmake -G Ninja -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DKVA_BENCH=ON -DKVA_DESKTOP=ON >/dev/null
 echo "Building: $build" >&2
 build_quietly "$build" all
 exec python3 bench/measure.py "$build" "$@"

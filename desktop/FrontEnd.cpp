@@ -64,6 +64,7 @@ TFrontEnd::~TFrontEnd() {
 
 void TFrontEnd::ShowModal(rtl::TForm& form) {
   BeforeModal();
+  if (OnForm) OnForm(form);
   TFormWindow(form, QApplication::activeWindow()).Run();
 }
 

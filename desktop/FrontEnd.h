@@ -19,6 +19,8 @@ class TFrontEnd : public rtl::IFrontEnd {
 
   // Called before a form, a message or a picker appears.
   std::function<void()> OnModal;
+  // Called before a form appears, to fill it in.
+  std::function<void(rtl::TForm& form)> OnForm;
   // Returns whether an error message was shown. Of the messages of the expert, only those of a failed
   // operation count.
   bool HasShownError() const { return FHasShownError; }

@@ -22,6 +22,7 @@
 #include "desktop/QtText.h"
 #include "desktop/RunReview.h"
 #include "desktop/SourceEditor.h"
+#include "desktop/UnitChoice.h"
 #include "desktop/WindowState.h"
 #include "host/HostError.h"
 #include "rtl/text/SysUtils.h"
@@ -259,6 +260,14 @@ void THostWindow::Run(const std::function<void()>& event) {
   ShowState();
 }
 
+// Starts the wizard with this unit as the only marked one.
+void THostWindow::Convert(host::TProject& project, const std::string& unit) {
+  FHost.SetActiveProject(project);
+  FFrontEnd.OnForm = [&](rtl::TForm& form) { ChooseUnit(form, project, unit); };
+  FMenu.WizardAction()->trigger();
+  FFrontEnd.OnForm = nullptr;
+}
+
 // Shows the files again that an event closed with their project, if it is open again, as after a restore.
 void THostWindow::ReopenFiles(const std::vector<std::string>& fileNames) {
   for (const std::string& fileName : fileNames) {
@@ -270,7 +279,10 @@ bool THostWindow::LoadWizard(std::string_view fileName) {
   try {
     FHost.LoadWizardModule(fileName);
     FMenu.Sync();
-    if (QAction* const wizard = FMenu.WizardAction()) wizard->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_M);
+    if (QAction* const wizard = FMenu.WizardAction()) {
+      wizard->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_M);
+      FTree->OnConvert = [this](host::TProject& project, const std::string& unit) { Convert(project, unit); };
+    }
     ShowState();
     return true;
   } catch (const std::exception& error) {

@@ -76,6 +76,7 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   void OpenAny(const QString& hostPath);
   void ShowHint();
   void FollowLink(const QString& target);
+  void Convert(host::TProject& project, const std::string& unit);
   void ReopenFiles(const std::vector<std::string>& fileNames);
   void OpenRecent(size_t index);
   bool Save(host::TModule& module);

@@ -35,6 +35,7 @@ void Reveal(const std::string& fileName) {
 
 TProjectTree::TProjectTree(host::THost& host, QWidget* parent)
     : QWidget(parent), FModel(host), FFilter(new QLineEdit), FCount(new QLabel), FView(new QTreeView) {
+  setObjectName("Project");
   FFilter->setObjectName("TreeFilter");
   FFilter->setPlaceholderText("Filter units");
   FFilter->setClearButtonEnabled(true);
@@ -102,7 +103,7 @@ void TProjectTree::ShowItemMenu(const QPoint& position) {
   } else if (kind != TKind::Group) {
     menu.addAction("&Open", this, [&] { Choose(index); })->setEnabled(kind != TKind::MissingUnit);
     if (OnConvert && kind == TKind::Unit)
-      menu.addAction("&Convert This Unit...", this, [&] { OnConvert(fileName); });
+      menu.addAction("&Convert This Unit...", this, [&] { OnConvert(*FModel.ProjectOf(index), fileName); });
   }
   menu.addSeparator();
   menu.addAction("&Show in File Manager", this, [&] { Reveal(fileName); });

@@ -27,7 +27,7 @@ class TProjectTree : public QWidget {
   std::function<void(const std::string& fileName)> OnOpen;
   std::function<void(host::TProject& project)> OnActivate;
   // Called when the user wants to convert one unit, a full Windows path. Unset: the menu does not offer it.
-  std::function<void(const std::string& unit)> OnConvert;
+  std::function<void(host::TProject& project, const std::string& unit)> OnConvert;
 
  private:
   void Expand();

@@ -45,8 +45,7 @@ QPixmap DrawIcon(int size) {
   DrawDrum(painter, 30, 0x969EAC, 0xB4BAC4);
   DrawDrum(painter, 98, 0x2AA8A4, 0x6FDCD2);
   painter.setBrush(Qt::white);
-  painter.drawPolygon(
-      QPolygonF({{52, 60}, {65, 60}, {65, 51}, {78, 66}, {65, 81}, {65, 72}, {52, 72}}));
+  painter.drawPolygon(QPolygonF({{52, 60}, {65, 60}, {65, 51}, {78, 66}, {65, 81}, {65, 72}, {52, 72}}));
   return pixmap;
 }
 

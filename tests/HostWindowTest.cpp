@@ -15,6 +15,7 @@
 #include "desktop/EditorPages.h"
 #include "desktop/HostWindow.h"
 #include "desktop/MenuBinding.h"
+#include "desktop/ProjectTree.h"
 #include "desktop/SourceEditor.h"
 #include "desktop/SourceText.h"
 #include "tests/WindowTest.h"
@@ -197,6 +198,19 @@ TEST_F(HostWindowTest, TreeShowsTheGroupAndActivates) {
   ASSERT_TRUE(FWindow.OpenProject("C:\\App\\Gone.dpr"));
   EXPECT_EQ(ShownRows(view), (TTexts{"Gone.dpr", " Main.pas | MainForm: TMainForm",
                                      "  Main.dfm | MainForm: TMainForm", " (Sub\\Missing.pas)"}));
+}
+
+TEST_F(HostWindowTest, OneUnitOfTheTreeIsConverted) {
+  Open();
+  const std::string main = Text("Main.pas"), about = Text("About.pas");
+  Do(
+      [&] {
+        Find<desktop::TProjectTree>("Project").OnConvert((*FWindow.Host().Group())[0], "C:\\App\\About.pas");
+      },
+      WholeRun());
+  EXPECT_EQ(FMessages, TTexts{kReplaced});
+  EXPECT_EQ(Text("Main.pas"), main);
+  EXPECT_NE(Text("About.pas"), about);
 }
 
 // Every colour of the source is readable on its page, light or dark, even after the theme has changed.
