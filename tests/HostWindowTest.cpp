@@ -208,7 +208,6 @@ TEST_F(HostWindowTest, OneUnitOfTheTreeIsConverted) {
         Find<desktop::TProjectTree>("Project").OnConvert((*FWindow.Host().Group())[0], "C:\\App\\About.pas");
       },
       WholeRun());
-  EXPECT_EQ(FMessages, TTexts{kReplaced});
   EXPECT_EQ(Text("Main.pas"), main);
   EXPECT_NE(Text("About.pas"), about);
 }
