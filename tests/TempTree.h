@@ -6,6 +6,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,9 +20,12 @@ namespace tests {
 class TTempTree {
  public:
   explicit TTempTree(const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
-    std::string pattern = (parent / "kvatest.XXXXXX").string();
-    if (!mkdtemp(pattern.data())) ADD_FAILURE() << "no temporary folder " << pattern;
-    FRoot = std::filesystem::canonical(pattern).string();
+    std::random_device random;
+    std::filesystem::path root;
+    do root = parent / ("kvatest." + std::to_string(random()));
+    while (!std::filesystem::create_directory(root));
+    std::filesystem::permissions(root, std::filesystem::perms::owner_all);
+    FRoot = std::filesystem::canonical(root).string();
   }
   ~TTempTree() {
     std::error_code ignored;
@@ -39,7 +43,7 @@ class TTempTree {
   // Creates the file and its folders.
   void Write(std::string_view name, std::string_view bytes) const {
     std::filesystem::create_directories(std::filesystem::path(HostPath(name)).parent_path());
-    std::ofstream file(HostPath(name), std::ios::binary | std::ios::trunc);
+    std::ofstream file(std::filesystem::path(HostPath(name)), std::ios::binary | std::ios::trunc);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (!file.flush()) ADD_FAILURE() << "cannot write " << HostPath(name);
   }
@@ -53,7 +57,7 @@ class TTempTree {
   }
   // Returns the contents, or "(missing)" if there is no such file.
   std::string Read(std::string_view name) const {
-    std::ifstream file(HostPath(name), std::ios::binary);
+    std::ifstream file(std::filesystem::path(HostPath(name)), std::ios::binary);
     if (!file) return "(missing)";
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   }

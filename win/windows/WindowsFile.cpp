@@ -92,7 +92,8 @@ THandle TWindowsFileSystem::OpenForWriting(std::wstring& full, TFileMode mode) {
   const bool isOwn = mode == TFileMode::CreateOwn;
   TEntryInfo info;
   if (Look(full, info)) {
-    if (info.IsLink && (isOwn || info.IsFolder() || !FollowLink(full))) {
+    const bool isFollowed = info.IsLink && !isOwn && !info.IsFolder() && FollowLink(full) && Look(full, info);
+    if ((info.IsLink && !isFollowed) || info.IsReadOnly()) {
       Fail(ERROR_ACCESS_DENIED);
       return {};
     }

@@ -1,0 +1,122 @@
+#!/usr/bin/env bash
+# Compares the program for Windows, run by Wine, with the program of this machine: the same bytes in every file of a run,
+# backups, undo file and log included, the same output, and the same tree after the restore.
+#
+#   tests/windows.sh [BUILD [WINDOWS]]
+#
+# BUILD holds kvamigrate and kva_maketree; by default build/dev. WINDOWS holds kvamigrate.exe; by default build/win64,
+# which scripts/build-windows.sh has made.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+project=$PWD
+build=$(realpath "${1:-build/dev}")
+windows=$(realpath "${2:-build/win64}")
+scratch=$(mktemp -d)
+export WINEPREFIX=$scratch/prefix WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml=' DISPLAY=
+trap 'wineserver -k 2>/dev/null || true; rm -rf "$scratch"' EXIT
+
+fail() { echo "windows.sh: $*" >&2; exit 1; }
+
+# Programs and modules need the libraries of the system alone.
+system='ADVAPI32|COMCTL32|COMDLG32|GDI32|KERNEL32|msvcrt|OLE32|OLEACC|OLEAUT32|SHELL32|SHLWAPI|USER32|UXTHEME|VERSION'
+for folder in "$project/build/win64" "$project/build/win32" "$windows"; do
+  [ -d "$folder" ] || continue
+  while IFS= read -r file; do
+    imports=$(x86_64-w64-mingw32-objdump -p "$file" | sed -nE 's/^\s*DLL Name: //p')
+    [ -n "$imports" ] || fail "$file has no import table"
+    foreign=$(grep -viE "^($system)\.dll$" <<<"$imports" || true)
+    [ -z "$foreign" ] || fail "$file needs $foreign"
+  done < <(find "$folder" \( -name 'kva*.exe' -o -name 'kva*.dll' \))
+done
+
+# Without the front end that complains that there is no 32-bit Wine. The server stays between two programs.
+PATH=$PATH:/usr/lib/wine
+mkdir -p "$WINEPREFIX"
+wineserver -p || fail "no server of Wine"
+wineboot -i >/dev/null 2>&1 || fail "wineboot failed"
+
+# Other programs' temporary folders would be reported.
+mkdir "$scratch/temporary"
+native() { TMPDIR=$scratch/temporary "$build/cli/kvamigrate" "$@"; }
+foreign() { wine64 "$windows/cli/kvamigrate.exe" "$@"; }
+
+# in_tree NAME COMMAND [ARGUMENT...]: runs the program in $scratch/work. Output and status go to NAME.txt beside it.
+in_tree() {
+  local name=$1 status=0
+  shift
+  (cd "$scratch/work" && "$@" >"$scratch/$name.out" 2>"$scratch/$name.err" </dev/null) || status=$?
+  # The summary names the folder of the backups as the host does.
+  { echo "status $status"; cat "$scratch/$name.out" "$scratch/$name.err"; } |
+    sed -E '/^Backups: /{s/Z://; s|\\|/|g}' >"$scratch/$name.txt"
+}
+
+# snapshot NAME: keeps the tree. The times of the backups are those of the originals, to the unit of 100 ns.
+snapshot() {
+  rm -rf "${scratch:?}/$1"
+  cp -a "$scratch/work/tree" "$scratch/$1"
+  find "$scratch/$1" -name Wiz_Log.txt -exec sed -i -E 's/^Created at: [^\r]*/Created at: <time>/' {} +
+  (cd "$scratch/$1" && find . -path '*/RBackup*' -name '*.~*' -printf '%P %TY-%Tm-%Td %TH:%TM:%TS\n' | sed -E 's/[0-9]{3}$//' | sort) >"$scratch/$1.times"
+}
+
+same() { diff -r "$scratch/$1" "$scratch/$2" >"$scratch/difference" || { head -n 40 "$scratch/difference"; fail "$3"; }; }
+
+# compare TREE READONLY ARGUMENT...: runs both programs over a copy of TREE, and restores it.
+runs=0
+compare() {
+  local source=$1 read_only=$2 program file
+  shift 2
+  for program in native foreign; do
+    rm -rf "$scratch/work"
+    mkdir "$scratch/work"
+    cp -a "$source" "$scratch/work/tree"
+    for file in $read_only; do chmod u-w "$scratch/work/tree/$file"; done
+    in_tree "$program-run" "$program" replace "$@"
+    snapshot "$program"
+    for file in $read_only; do chmod u+w "$scratch/work/tree/$file"; done
+    in_tree "$program-restore" "$program" restore "$(cd "$scratch/work" && find tree -name RExpert.reu | sed -n 1p)"
+    snapshot "$program-restored"
+  done
+  same native-run.txt foreign-run.txt "the output of the run differs: $source"
+  same native foreign "the tree after the run differs: $source"
+  same native.times foreign.times "the times of the backups differ: $source"
+  same native-restore.txt foreign-restore.txt "the output of the restore differs: $source"
+  same native-restored foreign-restored "the tree after the restore differs: $source"
+  runs=$((runs + 1))
+}
+
+# The contracts of the file functions, and the code pages.
+if [ -f "$windows/tests/kva_windows_tests.exe" ]; then
+  wine64 "$windows/tests/kva_windows_tests.exe" --gtest_brief=1 || fail "kva_windows_tests failed"
+fi
+
+setting() { cat "$1" 2>/dev/null || true; }
+for golden in tests/golden/*/; do
+  source=$project/${golden}in
+  [ ! -f "${golden}from" ] || source=$project/$(cat "${golden}from")
+  arguments=(--mode "$(cat "${golden}mode")")
+  if [ -f "${golden}project" ]; then
+    arguments+=(--project "tree/$(cat "${golden}project")")
+  else
+    arguments+=(--folder tree --subfolders)
+  fi
+  [ ! -f "${golden}codepage" ] || arguments+=(--codepage "$(cat "${golden}codepage")")
+  compare "$source" "$(setting "${golden}readonly")" "${arguments[@]}"
+done
+
+# Generated trees, and names that are no file names to older programs: devices, long paths, other scripts.
+for mode in bde ibx; do
+  options=(--seed 7 --units 60 --forms 60 --utf16 20)
+  [ $mode = bde ] || options+=(--ibx)
+  "$build/bench/kva_maketree" "$scratch/generated-$mode" "${options[@]}"
+  unit=$(cd "$scratch/generated-$mode" && find . -name '*.pas' | sort | sed -n 1p)
+  long=$scratch/generated-$mode/$(printf 'Folder-%060d/' 1 2 3 4 5)
+  mkdir -p "$long"
+  for name in con.pas AUX.pas "Тест.pas" "表示.pas"; do cp "$scratch/generated-$mode/$unit" "$scratch/generated-$mode/$name"; done
+  cp "$scratch/generated-$mode/$unit" "$long/Long.pas"
+  compare "$scratch/generated-$mode" "" --mode "$mode" --folder tree --subfolders
+done
+
+# What is different by intention.
+in_tree drive foreign replace --mode bde --folder tree --drive C=tree
+[ "$(head -n 1 "$scratch/drive.txt")" = "status 2" ] || fail "--drive is taken"
+echo "windows: $runs runs agree"
