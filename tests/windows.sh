@@ -18,7 +18,7 @@ trap 'wineserver -k 2>/dev/null || true; rm -rf "$scratch"' EXIT
 fail() { echo "windows.sh: $*" >&2; exit 1; }
 
 # Programs and modules need the libraries of the system alone.
-system='ADVAPI32|COMCTL32|COMDLG32|GDI32|KERNEL32|msvcrt|OLE32|OLEACC|OLEAUT32|SHELL32|SHLWAPI|USER32|UXTHEME|VERSION'
+system='ADVAPI32|COMCTL32|COMDLG32|GDI32|GDIPLUS|KERNEL32|msvcrt|OLE32|OLEACC|OLEAUT32|SHELL32|SHLWAPI|USER32|UXTHEME|VERSION'
 for folder in "$project/build/win64" "$project/build/win32" "$windows"; do
   [ -d "$folder" ] || continue
   while IFS= read -r file; do
