@@ -12,8 +12,10 @@
 #include <QTreeView>
 #include <cmath>
 
+#include "desktop/EditorPages.h"
 #include "desktop/HostWindow.h"
 #include "desktop/MenuBinding.h"
+#include "desktop/ProjectTree.h"
 #include "desktop/SourceEditor.h"
 #include "desktop/SourceText.h"
 #include "tests/WindowTest.h"
@@ -112,6 +114,9 @@ TEST_F(HostWindowTest, ReplacesTheProjectAndRestoresIt) {
   EXPECT_EQ(FMessages, TTexts{"Files were succefully restored.\nFiles: 18 restored"});
   EXPECT_EQ(Text("DataMod.pas"), before);
   EXPECT_EQ(FWindow.Host().ActiveProject()->FileName(), "C:\\App\\LendDesk.dproj") << "it is open again";
+  EXPECT_EQ(FWindow.Host().Group()->FileName(), "C:\\App\\LendDesk.groupproj") << "with its group";
+  EXPECT_EQ(Find<desktop::TEditorPages>("Editors").FileNames(),
+            (TTexts{"C:\\App\\DataMod.dfm", "C:\\App\\DataMod.pas"}));
 }
 
 TEST_F(HostWindowTest, ARunThatRaisesIsToldAndTheWindowLivesOn) {
@@ -193,6 +198,18 @@ TEST_F(HostWindowTest, TreeShowsTheGroupAndActivates) {
   ASSERT_TRUE(FWindow.OpenProject("C:\\App\\Gone.dpr"));
   EXPECT_EQ(ShownRows(view), (TTexts{"Gone.dpr", " Main.pas | MainForm: TMainForm",
                                      "  Main.dfm | MainForm: TMainForm", " (Sub\\Missing.pas)"}));
+}
+
+TEST_F(HostWindowTest, OneUnitOfTheTreeIsConverted) {
+  Open();
+  const std::string main = Text("Main.pas"), about = Text("About.pas");
+  Do(
+      [&] {
+        Find<desktop::TProjectTree>("Project").OnConvert((*FWindow.Host().Group())[0], "C:\\App\\About.pas");
+      },
+      WholeRun());
+  EXPECT_EQ(Text("Main.pas"), main);
+  EXPECT_NE(Text("About.pas"), about);
 }
 
 // Every colour of the source is readable on its page, light or dark, even after the theme has changed.
