@@ -76,6 +76,8 @@ KVA_HOST_CALL(int, -1, mkdirat, (int base, const char* path, mode_t mode), (base
 KVA_HOST_CALL(int, -1, unlinkat, (int base, const char* path, int flags), (base, path, flags))
 KVA_HOST_CALL(int, -1, renameat, (int from, const char* source, int to, const char* target),
               (from, source, to, target))
+KVA_HOST_CALL(int, -1, renameat2, (int from, const char* source, int to, const char* target, unsigned flags),
+              (from, source, to, target, flags))
 KVA_HOST_CALL(int, -1, linkat, (int from, const char* source, int to, const char* target, int flags),
               (from, source, to, target, flags))
 KVA_HOST_CALL(ssize_t, -1, readlinkat, (int base, const char* path, char* buffer, size_t size),
@@ -84,6 +86,7 @@ KVA_HOST_CALL(DIR*, nullptr, fdopendir, (int fd), (fd))
 KVA_HOST_CALL(dirent*, nullptr, readdir, (DIR * directory), (directory))
 KVA_HOST_CALL(ssize_t, -1, fgetxattr, (int fd, const char* name, void* value, size_t size),
               (fd, name, value, size))
+KVA_HOST_CALL(ssize_t, -1, listxattr, (const char* path, char* names, size_t size), (path, names, size))
 KVA_HOST_CALL(int, -1, fremovexattr, (int fd, const char* name), (fd, name))
 
 extern "C" int Test_openat(int base, const char* path, int flags, ...) __asm__("openat");

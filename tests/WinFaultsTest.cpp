@@ -36,6 +36,12 @@ const TOperation kOperations[] = {
      [](auto& f, auto& t) { return f.CopyFileA(t.WindowsPath("New"), t.WindowsPath("link"), false); }, "Old"},
     {"copy to an own file",
      [](auto& f, auto& t) { return f.CopyToOwnFile(t.WindowsPath("New"), t.WindowsPath("old")); }, "Old"},
+    {"copy over an unchanged file",
+     [](auto& f, auto& t) {
+       const auto stamp = f.GetFileStamp(t.WindowsPath("OLD"));
+       return stamp && f.CopyOverUnchanged(t.WindowsPath("New"), t.WindowsPath("OLD"), *stamp);
+     },
+     "Old"},
     {"replace", [](auto& f, auto& t) { return f.ReplaceFileContents(t.WindowsPath("old"), "new"); }, "Old"},
     {"move", [](auto& f, auto& t) { return f.MoveFileReplacing(t.WindowsPath("new"), t.WindowsPath("OLD")); },
      "Old"},

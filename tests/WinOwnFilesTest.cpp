@@ -2,6 +2,8 @@
 // read the source; stamps, renaming, locks.
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -173,6 +175,58 @@ std::string AccessList(uint8_t mode) {
   };
   return std::string{2, 0, 0, 0} + entry(1, 6, -1) + entry(2, 4, 99) + entry(4, 4, -1) +
          entry(16, permissions(3), -1) + entry(32, permissions(0), -1);
+}
+
+// The source itself is moved unless its owner or labels differ from the target's.
+TEST_F(WinOwnFilesTest, AMoveOverAnUnchangedFileKeepsWhatTheFileIs) {
+  const struct {
+    const char* Name;
+    std::function<void(const char* source, const char* target)> Prepare;
+    uint32_t Outcome;
+    bool IsMoved;
+    const char* Access;
+  } rows[] = {
+      {"plain", [](const char*, const char*) {}, ERROR_SUCCESS, true, "0 0 640"},
+      {"edited", [](const char*, const char* file) { std::ofstream(file) << "edited"; }, ERROR_FILE_INVALID,
+       false, "0 0 640"},
+      {"read-only", [](const char*, const char* file) { chmod(file, 0440); }, ERROR_ACCESS_DENIED, false,
+       "0 0 440"},
+      {"another owner", [](const char*, const char* file) { EXPECT_EQ(chown(file, 12, 34), 0); },
+       ERROR_SUCCESS, false, "12 34 640"},
+      {"an access list",
+       [](const char*, const char* file) {
+         setxattr(file, kAccessList, AccessList(044).data(), AccessList(044).size(), 0);
+       },
+       ERROR_SUCCESS, false, "0 0 644 list"},
+      {"a list of the source",
+       [](const char* file, const char*) {
+         setxattr(file, kAccessList, AccessList(044).data(), AccessList(044).size(), 0);
+       },
+       ERROR_SUCCESS, false, "0 0 640"},
+      {"no target", [](const char*, const char* file) { unlink(file); }, ERROR_FILE_NOT_FOUND, false, ""},
+  };
+  if (geteuid() != 0) GTEST_SKIP() << "only root can give files away";
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.Name);
+    FTree.Write("source", "new");
+    FTree.Write("File", "old");
+    const std::string source = FTree.HostPath("source"), target = FTree.HostPath("File");
+    chmod(target.c_str(), 0640);
+    const auto expected = FFiles.GetFileStamp(FTree.WindowsPath("FILE"));
+    const ino_t inode = Info("source").st_ino;
+    row.Prepare(source.c_str(), target.c_str());
+    const bool isEdited = row.Outcome == ERROR_FILE_INVALID;
+    EXPECT_EQ(
+        Outcome(FFiles.CopyOverUnchanged(FTree.WindowsPath("source"), FTree.WindowsPath("FILE"), *expected)),
+        row.Outcome);
+    if (row.Outcome != ERROR_FILE_NOT_FOUND) {
+      EXPECT_EQ(FTree.Read("File"), row.Outcome == ERROR_SUCCESS ? "new" : isEdited ? "edited" : "old");
+      EXPECT_EQ(Access("File"), row.Access);
+      EXPECT_EQ(Info("File").st_ino == inode, row.IsMoved);
+      EXPECT_EQ(FTree.Names().size(), FTree.Exists("source") ? 2 : 1);
+      unlink(target.c_str());
+    }
+  }
 }
 
 TEST_F(WinOwnFilesTest, ABackupCopyIsReadableByNobodyElse) {

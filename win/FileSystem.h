@@ -127,9 +127,9 @@ class TFileSystem {
   // existing file keeps its permission bits, and that the last-write time is the present.
   [[nodiscard]] virtual bool ReplaceFileContents(std::string_view path, std::string_view bytes) = 0;
 
-  // As CopyFileA over an existing file, but only if the file has the stamp `expected` at the time of the
-  // replacement. Otherwise fails with ERROR_FILE_INVALID, and the target is unchanged. On hosts that cannot
-  // exchange two files in one step, the stamp is checked just before the replacement.
+  // As CopyFileA over an existing file, which keeps its permission bits. The source may be gone afterwards. If
+  // the file does not have the stamp `expected` when it is replaced, fails with ERROR_FILE_INVALID and leaves
+  // it unchanged. Hosts that cannot exchange two files in one step check the stamp just before.
   [[nodiscard]] virtual bool CopyOverUnchanged(std::string_view source, std::string_view target,
                                                const TFileStamp& expected) = 0;
 

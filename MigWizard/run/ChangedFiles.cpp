@@ -63,8 +63,9 @@ std::string TChangedFiles::ReplaceOne(const std::string& source, const std::stri
   const auto file = FFiles.find(win::UpperFileName(target));
   if (isStrict && file != FFiles.end()) {
     const TFileVersion& version = file->second.Version;
-    if (!IsUnchanged(target, version) || !win::CopyOverUnchanged(source, target, version.Stamp))
-      return ReasonOfChange();
+    // Without a hash the stamp decides, which the replacement itself compares.
+    if (version.Hash && !IsUnchanged(target, version)) return ReasonOfChange();
+    if (!win::CopyOverUnchanged(source, target, version.Stamp)) return ReasonOfChange();
   } else if (!win::CopyFileA(source, target, false)) {
     return win::SysErrorMessage(win::GetLastError());
   }

@@ -65,7 +65,8 @@ void TRun::ProcessFile(const std::string& fileName, TFilesAhead& files, const st
     return LeaveOut(fileName, error.what());
   }
   const bool isChanged = FChangedFiles > changedBefore;
-  if (isChanged && !FIsPreview) (void)win::FileSystem().CopyPermissions(fileName, target);
+  // A strict run replaces contents only (ChangedFiles.h), so the permissions here do not matter.
+  if (isChanged && !FIsPreview && !policy.Strict) (void)win::FileSystem().CopyPermissions(fileName, target);
   if (FPlan != nullptr) FPlan->Add(fileName, files.Version(), *conversion, isChanged);
   if (FHooks.OnConverted) FHooks.OnConverted(fileName, *conversion, isChanged);
 }

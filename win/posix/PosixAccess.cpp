@@ -12,6 +12,7 @@ namespace win {
 namespace {
 
 constexpr mode_t kPermissions = 0777;
+constexpr mode_t kAllBits = 07777;
 constexpr mode_t kReadableByAll = 0444;
 
 bool IsRefusedByMedium(int error) {
@@ -26,6 +27,12 @@ bool SetOwner(int fd, const struct stat& wanted, const struct stat& own) {
 }
 
 #ifdef __linux__
+// Returns the path of the file for the calls that take no open folder; empty if there is none.
+std::string PathOf(const THostPath& place) {
+  if (!place.FullPath.empty()) return place.FullPath;
+  return place.Base == AT_FDCWD ? place.Path : std::string();
+}
+
 constexpr const char* kAccessList = "system.posix_acl_access";
 
 bool IsWithoutList(int error) {
@@ -68,8 +75,8 @@ bool SetAccessList(int, const std::vector<char>&) {
 void KeepIdentity(const THostPath& target, const struct stat& existing, int fd, const struct stat& own) {
   [[maybe_unused]] const bool isSet = SetOwner(fd, existing, own);
 #ifdef __linux__
-  const std::string& path = target.FullPath.empty() ? target.Path : target.FullPath;
-  if (target.FullPath.empty() && target.Base != AT_FDCWD) return;
+  const std::string path = PathOf(target);
+  if (path.empty()) return;
   char names[4096];
   const ssize_t length = Retry<listxattr>(path.c_str(), names, sizeof names);
   std::vector<char> value;
@@ -101,6 +108,21 @@ bool CopyAccess(int from, const struct stat& source, int to, const struct stat& 
 
 bool SetPermissions(int fd, const struct stat& source) {
   return Retry<fchmod>(fd, source.st_mode & kPermissions) == 0 || IsRefusedByMedium(errno);
+}
+
+bool SetPermissions(const THostPath& place, const struct stat& own, const struct stat& source) {
+  const mode_t mode = source.st_mode & kPermissions;
+  return (own.st_mode & kAllBits) == mode || Retry<fchmodat>(place.Base, place.Path.c_str(), mode, 0) == 0;
+}
+
+bool HasLabels([[maybe_unused]] const THostPath& place) {
+#ifdef __linux__
+  const std::string path = PathOf(place);
+  const ssize_t length = path.empty() ? 1 : Retry<listxattr>(path.c_str(), nullptr, size_t{0});
+  return length > 0 || (length < 0 && !IsWithoutList(errno));
+#else
+  return true;
+#endif
 }
 
 bool SetWriteTime(int fd, const struct stat& source) {

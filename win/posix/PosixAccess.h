@@ -22,6 +22,13 @@ void KeepIdentity(const THostPath& target, const struct stat& existing, int fd, 
 // without permissions, such as FAT.
 [[nodiscard]] bool SetPermissions(int fd, const struct stat& source);
 
+// Gives the file at `place`, which `own` describes, the permission bits of `source`, if it has others. On
+// failure returns false, with errno.
+[[nodiscard]] bool SetPermissions(const THostPath& place, const struct stat& own, const struct stat& source);
+
+// Returns whether the file at `place` has an access list or other labels, or may have some.
+[[nodiscard]] bool HasLabels(const THostPath& place);
+
 // Sets the last-write time of `source`, likewise.
 [[nodiscard]] bool SetWriteTime(int fd, const struct stat& source);
 

@@ -132,7 +132,7 @@ bool TPosixFileSystem::Copy(std::string_view source, std::string_view target, TO
     if (!CopyContents(from.Get(), fd, info.st_size)) return false;
     if (rule == TOverwriting::Own) return CopyAccess(from.Get(), info, fd, own) && SetWriteTime(fd, info);
     if (to.Exists) KeepIdentity(to.Place, to.Info, fd, own);
-    return SetPermissions(fd, info) && SetWriteTime(fd, info);
+    return SetPermissions(fd, expected ? to.Info : info) && SetWriteTime(fd, info);
   };
   return Replace(to, kPrivate, failIfExists, fill, expected);
 }
@@ -155,7 +155,32 @@ bool TPosixFileSystem::CopyFileA(std::string_view source, std::string_view targe
 
 bool TPosixFileSystem::CopyOverUnchanged(std::string_view source, std::string_view target,
                                          const TFileStamp& expected) {
+  THostPath from;
+  TTarget to;
+  struct stat info {};
+  const bool isFound = Locate(source, TKind::File, from) && StatAt(from, info) == 0;
+  if (!FindTarget(target, TOverwriting::Document, to)) return false;
+  if (!to.Exists) return Fail(ERROR_FILE_NOT_FOUND);
+  if (isFound && !to.IsRefused && CanTakePlaceOf(from, info, to)) {
+    TFolderChange change(FFolders, to.Place);
+    TTemporaryFile file(to.Place);
+    SweepOnce(to.Place);
+    if (FWritten.NoteName(info.st_dev, to.Place) && file.Adopt(from)) {
+      if (!file.TakeNameOf(expected)) return FailErrno(errno);
+      change.Commit(to.Place.Leaf());
+      return true;
+    }
+  }
   return Copy(source, target, TOverwriting::Document, false, &expected);
+}
+
+// Returns whether the file `source`, which `info` describes, is after a move the same as a copy. Gives it the
+// target's permission bits.
+bool TPosixFileSystem::CanTakePlaceOf(const THostPath& source, const struct stat& info,
+                                      const TTarget& target) {
+  return S_ISREG(info.st_mode) && !IsSameFile(info, target.Info) && info.st_dev == target.Info.st_dev &&
+         info.st_uid == target.Info.st_uid && info.st_gid == target.Info.st_gid && !HasLabels(source) &&
+         !HasLabels(target.Place) && SetPermissions(source, info, target.Info);
 }
 
 bool TPosixFileSystem::CopyToOwnFile(std::string_view source, std::string_view target) {
@@ -171,11 +196,11 @@ bool TPosixFileSystem::MoveFileReplacing(std::string_view source, std::string_vi
   if (!S_ISREG(info.st_mode)) return Fail(ERROR_ACCESS_DENIED);
   if (!FindTarget(target, TOverwriting::Name, to)) return false;
   if (to.IsRefused) return Fail(ERROR_ACCESS_DENIED);
-  const TUniqueFd folder(Retry<openat>(to.Place.Base, to.Place.FolderPath().c_str(), kOpenFolder));
-  if (!folder.IsOpen()) return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
+  if (!FWritten.NoteName(info.st_dev, to.Place))
+    return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
+  from.Listing = nullptr;  // it may have gone with the second look-up
   TFolderChange removal(FFolders, from);
   TFolderChange addition(FFolders, to.Place);
-  FWritten.Note(folder.Get(), info.st_dev, to.Place);
   if (Retry<renameat>(from.Base, from.Path.c_str(), to.Place.Base, to.Place.Path.c_str()) != 0)
     return FailErrno(errno);
   removal.Commit({}, from.Leaf());

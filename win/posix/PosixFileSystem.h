@@ -89,6 +89,7 @@ class TPosixFileSystem : public TFileSystem {
   bool Copy(std::string_view source, std::string_view target, TOverwriting rule, bool failIfExists,
             const TFileStamp* expected = nullptr);
   using TFill = std::function<bool(int fd, const struct stat& own)>;
+  static bool CanTakePlaceOf(const THostPath& source, const struct stat& info, const TTarget& target);
   bool Replace(const TTarget& target, mode_t mode, bool onlyIfFree, const TFill& fill,
                const TFileStamp* expected = nullptr);
   void SweepOnce(const THostPath& target);

@@ -15,6 +15,7 @@ namespace win {
 namespace {
 
 constexpr std::string_view kExtension = ".$$$";
+constexpr char kUnswept = '~';  // after the extension
 
 // Returns the prefix of the names given by processes on this computer. Temporary files of other computers
 // are left alone, because on a network volume a lock may be visible only to the computer that holds it.
@@ -29,6 +30,14 @@ const std::string& NamePrefix() {
     return std::string(name);
   }();
   return prefix;
+}
+
+// Returns a name that no other temporary file of this process has. `folder` ends in a separator.
+std::string NewName(std::string_view folder) {
+  static std::atomic<unsigned> counter = 0;
+  char number[40];
+  std::snprintf(number, sizeof number, "%lx-%x", static_cast<unsigned long>(getpid()), counter.fetch_add(1));
+  return std::string(folder).append(NamePrefix()).append(number).append(kExtension);
 }
 
 bool IsTemporaryName(std::string_view name) {
@@ -60,13 +69,8 @@ TTemporaryFile::~TTemporaryFile() {
 }
 
 bool TTemporaryFile::Create(mode_t mode, struct stat& info) {
-  static std::atomic<unsigned> counter = 0;
   for (;;) {
-    char number[40];
-    std::snprintf(number, sizeof number, "%lx-%x", static_cast<unsigned long>(getpid()),
-                  counter.fetch_add(1));
-    std::string path(FTarget.Folder());
-    path.append(NamePrefix()).append(number).append(kExtension);
+    std::string path = NewName(FTarget.Folder());
     TUniqueFd fd(Retry<openat>(FTarget.Base, path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
     if (!fd.IsOpen()) {
       if (errno == EEXIST || errno == EINTR) continue;
@@ -80,6 +84,23 @@ bool TTemporaryFile::Create(mode_t mode, struct stat& info) {
     // Before this process locked the file, another one took it for abandoned, and deletes it.
     FPath.clear();
   }
+}
+
+bool TTemporaryFile::Adopt([[maybe_unused]] const THostPath& source) {
+#ifdef RENAME_EXCHANGE
+  for (;;) {
+    const std::string path = NewName(FTarget.Folder()) + kUnswept;
+    if (Retry<renameat2>(source.Base, source.Path.c_str(), FTarget.Base, path.c_str(),
+                         unsigned{RENAME_NOREPLACE}) == 0) {
+      FPath = path;
+      return true;
+    }
+    if (errno != EEXIST) return false;
+  }
+#else
+  errno = ENOTSUP;
+  return false;
+#endif
 }
 
 bool TTemporaryFile::Finish() {
@@ -101,33 +122,35 @@ bool TTemporaryFile::TakeName(bool onlyIfFree) {
 
 bool TTemporaryFile::TakeNameOf(const TFileStamp& expected) {
   const char* const name = FTarget.Path.c_str();
-  const auto isExpected = [&](const char* path) {
+  const auto check = [&](const char* path) {
     struct stat info {};
-    return Retry<fstatat>(FTarget.Base, path, &info, AT_SYMLINK_NOFOLLOW) == 0 &&
-           FileStampOf(info) == expected;
+    if (Retry<fstatat>(FTarget.Base, path, &info, AT_SYMLINK_NOFOLLOW) != 0) return errno;
+    return FileStampOf(info) == expected ? 0 : ESTALE;
   };
 #ifdef RENAME_EXCHANGE
   // After the exchange the temporary name holds the file of the last writer, so it must not be a name that
   // is swept: if the process is killed at this point, the file stays and is not deleted.
-  std::string kept = FPath + "~";
-  if (Retry<renameat>(FTarget.Base, FPath.c_str(), FTarget.Base, kept.c_str()) != 0) return false;
-  FPath = std::move(kept);
+  if (!FPath.ends_with(kUnswept)) {
+    std::string kept = FPath + kUnswept;
+    if (Retry<renameat>(FTarget.Base, FPath.c_str(), FTarget.Base, kept.c_str()) != 0) return false;
+    FPath = std::move(kept);
+  }
   // Not every file system supports exchanging. The check after the exchange applies to exactly the file
   // that was replaced, so no other writer can interfere.
   const auto exchange = [&] {
     return Retry<renameat2>(FTarget.Base, FPath.c_str(), FTarget.Base, name, unsigned{RENAME_EXCHANGE}) == 0;
   };
   if (exchange()) {
-    const bool isRight = isExpected(FPath.c_str());
-    if (isRight) Retry<unlinkat>(FTarget.Base, FPath.c_str(), 0);
+    const int failure = check(FPath.c_str());
+    if (failure == 0) Retry<unlinkat>(FTarget.Base, FPath.c_str(), 0);
     // If it cannot be restored, the other writer's file stays under the temporary name.
-    if (isRight || !exchange()) FPath.clear();
-    if (!isRight) errno = ESTALE;
-    return isRight;
+    if (failure == 0 || !exchange()) FPath.clear();
+    errno = failure;
+    return failure == 0;
   }
 #endif
-  if (!isExpected(name)) {
-    errno = ESTALE;
+  if (const int failure = check(name); failure != 0) {
+    errno = failure;
     return false;
   }
   return TakeName(false);

@@ -26,6 +26,11 @@ class TTemporaryFile {
   // an extension that no run looks for.
   bool Create(mode_t mode, struct stat& info);
 
+  // Renames the file `source`, on the same volume, so that TakeNameOf gives it the target's name. On failure
+  // returns false, with errno, and `source` is unchanged. Always fails on hosts that cannot rename without
+  // replacing another file.
+  bool Adopt(const THostPath& source);
+
   int Fd() const { return FFd.Get(); }
 
   // Returns false, with errno, if what was written could not be stored. Some file systems report that only
@@ -41,7 +46,7 @@ class TTemporaryFile {
 
  private:
   const THostPath& FTarget;
-  TUniqueFd FFd;
+  TUniqueFd FFd;      // not open for an adopted file
   std::string FPath;  // seen from the target's base; empty if there is no file to delete
 };
 

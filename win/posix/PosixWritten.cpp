@@ -66,6 +66,18 @@ void TWrittenFiles::Note(int fd, dev_t device, const THostPath& place) {
   FFiles.clear();
 }
 
+bool TWrittenFiles::NoteName(dev_t device, const THostPath& place) {
+  {
+    const std::lock_guard lock(FMutex);
+    const auto found = FDevices.find(device);
+    if (FMany && found != FDevices.end() && found->second.IsOpen()) return true;
+  }
+  const TUniqueFd folder(Retry<openat>(place.Base, place.FolderPath().c_str(), kOpenFolder));
+  if (!folder.IsOpen()) return false;
+  Note(folder.Get(), device, place);
+  return true;
+}
+
 bool TWrittenFiles::Flush() {
   const std::lock_guard lock(FMutex);
   int failure = FFailure;

@@ -30,6 +30,10 @@ class TWrittenFiles {
   // Notes that the file open as `fd`, on `device` at `place`, was written or is about to be.
   void Note(int fd, dev_t device, const THostPath& place);
 
+  // Notes that a file on `device` was renamed to `place`, or is about to be. On failure returns false, with
+  // errno, and nothing is noted.
+  [[nodiscard]] bool NoteName(dev_t device, const THostPath& place);
+
   // Records that closing a file failed with errno `number`. Some systems report write errors only then. The
   // next Flush fails with this number.
   void NoteFailure(int number);
