@@ -1,0 +1,443 @@
+#include "MigWizard/passes/UnitReader.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "rtl/text/SysUtils.h"
+
+namespace mig {
+namespace {
+
+using enum TWord;
+
+// The maximum nesting of routines and types; deeper ones are ignored.
+constexpr int kMostNesting = 200;
+
+// Directives after the heading of a routine. Each ends with ";", some after an argument.
+constexpr std::string_view kDirectives[] = {
+    "abstract", "assembler", "cdecl",  "default",  "deprecated",  "dispid",   "dynamic",  "experimental",
+    "export",   "far",       "final",  "inline",   "message",     "name",     "near",     "noreturn",
+    "overload", "override",  "pascal", "platform", "reintroduce", "register", "safecall", "static",
+    "stdcall",  "stored",    "unsafe", "varargs",  "virtual",     "winapi",
+};
+
+bool IsDirective(const TUnitToken& token) {
+  return token.Word == Forward || token.Word == External ||
+         (token.IsName &&
+          std::any_of(std::begin(kDirectives), std::end(kDirectives),
+                      [&token](std::string_view word) { return rtl::SameText(word, token.Lexem); }));
+}
+
+}  // namespace
+
+// Checks the current token and moves to the next one. Visits every token of code once.
+void TUnitReader::Next(TNameSpot spot) {
+  if (AtEnd()) return;
+  if (Token().IsName) OnName(spot);
+  ++FAt;
+}
+
+void TUnitReader::SkipSymbol(std::string_view symbol) {
+  if (Is(symbol)) Next();
+}
+
+// Moves past the next ";" outside of parentheses. Stops before a word that cannot be part of a declaration.
+void TUnitReader::SkipStatement(TNameSpot spot, int nesting) {
+  int parentheses = 0;
+  while (!AtEnd()) {
+    if (Is("(") || Is("[")) ++parentheses;
+    if (Is(")") || Is("]")) --parentheses;
+    if (Is(";") && parentheses <= 0) return Next();
+    if (Word() == End || Word() == Begin || Word() == Implementation) return;
+    if (Word() == Record) {
+      ReadRecord(nesting + 1);
+    } else {
+      Next(spot);
+    }
+  }
+}
+
+// Reads to the end of the unit or, within a routine, past its body.
+void TUnitReader::ReadDeclarations(int nesting) {
+  enum class TMode { None, Types, Variables, Constants } mode = TMode::None;
+  const bool isUnit = nesting == 0;
+  while (!AtEnd()) {
+    switch (Word()) {
+      case Unit:
+      case Program:
+      case Library:
+      case Package:
+        Next();
+        FOutline.Name = ReadDottedName();
+        SkipStatement(TNameSpot::Expression, nesting);
+        break;
+      case Interface:
+      case Implementation:
+        if (!isUnit) return;
+        FIsInterface = Word() == Interface;
+        mode = TMode::None;
+        Next();
+        break;
+      case Uses:
+        ReadUses();
+        break;
+      case Type:
+        mode = TMode::Types;
+        Next();
+        break;
+      case Var:
+      case ThreadVar:
+        mode = TMode::Variables;
+        Next();
+        break;
+      case Const:
+      case ResourceString:
+        mode = TMode::Constants;
+        Next();
+        break;
+      case Label:
+      case Exports:
+        SkipStatement(TNameSpot::Expression, nesting);
+        break;
+      case Procedure:
+      case Function:
+      case Constructor:
+      case Destructor:
+      case Operator:
+        mode = TMode::None;
+        ReadRoutine(nesting);
+        break;
+      case Begin:
+      case Asm:
+        ReadBlock();
+        SkipSymbol(";");
+        if (!isUnit) return;
+        break;
+      case Initialization:
+      case Finalization:
+        if (!isUnit) return;
+        ReadStatements();
+        break;
+      default:
+        if (!Token().IsName) {
+          Next();
+        } else if (mode == TMode::Types && (Token(1).Lexem == "=" || Token(1).Lexem == "<")) {
+          ReadType(nesting);
+        } else if (mode == TMode::Variables) {
+          ReadVariables(TNameSpot::Variable, Declared(), nesting);
+        } else if (mode == TMode::Constants) {
+          Declare(Declared(), {}, Token());
+          SkipStatement(TNameSpot::Variable, nesting);
+        } else {
+          Next();
+        }
+        break;
+    }
+  }
+}
+
+std::vector<TDeclaration>& TUnitReader::Declared() {
+  return FRoutines.empty() ? FOutline.Names : FRoutines.back().Locals;
+}
+
+void TUnitReader::Declare(std::vector<TDeclaration>& list, std::string_view type, const TUnitToken& name) {
+  list.push_back({std::string(name.Lexem), std::string(type), FPlaces.At(name.Offset)});
+}
+
+std::string TUnitReader::ReadDottedName() {
+  std::string name(Token().Lexem);
+  Next();
+  while (Is(".")) {
+    Next();
+    name.append(".").append(Token().Lexem);
+    Next();
+  }
+  return name;
+}
+
+void TUnitReader::ReadUses() {
+  Next();
+  while (!AtEnd() && !Is(";")) {
+    if (Token().IsName) {
+      const size_t offset = Token().Offset;
+      std::string name(Token().Lexem);
+      ++FAt;  // unit names are checked below
+      while (Is(".")) {
+        name.append(".").append(Token(1).Lexem);
+        FAt += 2;
+      }
+      const bool hasPath = rtl::SameText(Token().Lexem, "in");
+      FOutline.UsedUnits.push_back(rtl::LowerCase(name));
+      FUsedUnits.push_back({std::move(name), offset, hasPath});
+    } else if (Word() == End || Word() == Implementation) {
+      return;
+    } else {
+      ++FAt;
+    }
+    if (rtl::SameText(Token().Lexem, "in")) ++FAt;
+  }
+  SkipSymbol(";");
+}
+
+// Reads `A, B: TType = 1;`.
+void TUnitReader::ReadVariables(TNameSpot spot, std::vector<TDeclaration>& list, int nesting) {
+  std::vector<const TUnitToken*> names;
+  while (Token().IsName) {
+    names.push_back(&Token());
+    Next();
+    if (!Is(",")) break;
+    Next();
+  }
+  if (!Is(":")) return SkipStatement(spot, nesting);
+  Next();
+  const std::string type = PlainType();
+  for (const TUnitToken* name : names) Declare(list, type, *name);
+  SkipStatement(spot, nesting);
+}
+
+// Returns the last part of the plain type name at the current token, or an empty string if there is none.
+std::string TUnitReader::PlainType() const {
+  size_t ahead = 0;
+  if (!Token().IsName) return {};
+  while (Token(ahead + 1).Lexem == "." && Token(ahead + 2).IsName) ahead += 2;
+  const std::string_view after = Token(ahead + 1).Lexem;
+  const bool isPlain = after == ";" || after == "=" || after == ")" || Token(ahead + 1).Word == End ||
+                       rtl::SameText(after, "read") || rtl::SameText(after, "write") ||
+                       rtl::SameText(after, "index") || rtl::SameText(after, "absolute");
+  return isPlain && !IsLeftOut(Token(ahead).Offset) ? std::string(Token(ahead).Lexem) : std::string();
+}
+
+// Reads `TName = ...;`.
+void TUnitReader::ReadType(int nesting) {
+  const TUnitToken name = Token();
+  Declare(Declared(), {}, name);
+  Next();
+  if (Is("<")) {
+    while (!AtEnd() && !Is(">") && !Is(";")) Next();
+    SkipSymbol(">");
+  }
+  SkipSymbol("=");
+  while (Word() == Packed || Is("[")) {
+    if (Is("[")) {
+      while (!AtEnd() && !Is("]")) Next();
+    }
+    Next();
+  }
+  if (nesting > kMostNesting) return SkipStatement(TNameSpot::Expression, nesting);
+  if (Word() == Class && Token(1).Word != Of) {
+    ReadClass(name, nesting + 1);
+  } else if (Word() == Record || Word() == Object || Word() == Interface || Word() == DispInterface) {
+    ReadRecord(nesting + 1);
+  }
+  SkipStatement(TNameSpot::Expression, nesting);
+}
+
+void TUnitReader::ReadClass(const TUnitToken& name, int nesting) {
+  Next();
+  if (Is(";")) return;  // a forward declaration
+  TClassOutline outline;
+  outline.Name = name.Lexem;
+  for (const std::string_view word : {"abstract", "sealed", "helper"})
+    if (rtl::SameText(Token().Lexem, word) && Token(1).Lexem != ":" && Token(1).Lexem != ",") Next();
+  if (Is("(")) {
+    Next();
+    for (bool isFirst = true; !AtEnd() && !Is(")"); Next(TNameSpot::ClassHeading)) {
+      if (Token().IsName && isFirst)
+        outline.Ancestor = IsLeftOut(Token().Offset) ? std::string() : std::string(Token().Lexem);
+      if (Is(",") || Is("<")) isFirst = false;
+    }
+    SkipSymbol(")");
+  }
+  BeforeMembers();
+  if (!Is(";")) ReadMembers(outline, nesting, TNameSpot::Field);
+  AfterMembers(outline);
+  FOutline.Classes.push_back(std::move(outline));
+}
+
+void TUnitReader::ReadRecord(int nesting) {
+  Next();
+  if (Is(";") || nesting > kMostNesting) return;
+  TClassOutline outline;
+  ReadMembers(outline, nesting, TNameSpot::RecordField);
+}
+
+// Reads past the `end` of a class or record.
+void TUnitReader::ReadMembers(TClassOutline& outline, int nesting, TNameSpot spot) {
+  while (!AtEnd()) {
+    switch (Word()) {
+      case End:
+        return Next();
+      case Implementation:
+        return;
+      case Private:
+      case Protected:
+      case Public:
+      case Published:
+      case Class:
+      case Var:
+      case ThreadVar:
+      case Const:
+        Next();
+        break;
+      case Type:
+        Next();
+        while (Token().IsName && Token(1).Lexem == "=" && nesting <= kMostNesting) ReadType(nesting);
+        break;
+      case Procedure:
+      case Function:
+      case Constructor:
+      case Destructor:
+      case Operator: {
+        const TUnitToken member = Token(1);
+        std::vector<TDeclaration> parameters;
+        ReadHeading(parameters, nesting);
+        Declare(outline.Members, {}, member);
+        break;
+      }
+      case Property:
+        ReadProperty(outline, nesting);
+        break;
+      case Case:
+        while (!AtEnd() && Word() != Of && Word() != End) Next(TNameSpot::RecordField);
+        break;
+      default:
+        if (Token().IsName && (Token(1).Lexem == ":" || Token(1).Lexem == ",")) {
+          ReadVariables(spot, outline.Members, nesting);
+        } else if (Token().IsName && Token(1).Lexem == "=") {
+          Declare(outline.Members, {}, Token());
+          SkipStatement(TNameSpot::Variable, nesting);
+        } else {
+          Next();
+        }
+        break;
+    }
+  }
+}
+
+// Reads `property Name[Index: Integer]: TType read FName; default;`.
+void TUnitReader::ReadProperty(TClassOutline& outline, int nesting) {
+  Next();
+  const TUnitToken name = Token();
+  Next();
+  if (Is("[")) {
+    while (!AtEnd() && !Is("]")) Next(TNameSpot::Parameters);
+    SkipSymbol("]");
+  }
+  std::string type;
+  if (Is(":")) {
+    Next();
+    type = PlainType();
+  }
+  Declare(outline.Members, type, name);
+  SkipStatement(TNameSpot::Property, nesting);
+}
+
+// Reads a routine's heading with its directives; the current token is `procedure` or similar. Returns True
+// if a body may follow. Sets `owner` to the class of a method.
+bool TUnitReader::ReadHeading(std::vector<TDeclaration>& parameters, int nesting, std::string* owner) {
+  Next();
+  std::string_view last;
+  while (Token().IsName || Token().Word != None) {
+    if (owner != nullptr) *owner = last;
+    last = Token().Lexem;
+    Next();
+    if (Is("<")) {
+      while (!AtEnd() && !Is(">") && !Is(";")) Next();
+      SkipSymbol(">");
+    }
+    if (!Is(".")) break;
+    Next();
+  }
+  if (Is("=")) {  // a method that implements one of an interface
+    SkipStatement(TNameSpot::Expression, nesting);
+    return false;
+  }
+  if (Is("(")) ReadParameters(parameters);
+  SkipStatement(TNameSpot::Result, nesting);
+  bool hasBody = true;
+  while (IsDirective(Token()) && Token(1).Lexem != ":" && Token(1).Lexem != "," && Token(1).Lexem != "=") {
+    if (Word() == Forward || Word() == External) hasBody = false;
+    SkipStatement(TNameSpot::Expression, nesting);
+  }
+  return hasBody;
+}
+
+void TUnitReader::ReadParameters(std::vector<TDeclaration>& parameters) {
+  std::vector<const TUnitToken*> names;
+  int depth = 0;
+  do {
+    if (Is("(")) ++depth;
+    if (Is(")")) --depth;
+    if (depth == 1 && Token().IsName && !Is(":")) names.push_back(&Token());
+    if (depth == 1 && Is(":")) {
+      Next();
+      const std::string type = PlainType();
+      for (const TUnitToken* name : names) Declare(parameters, type, *name);
+      names.clear();
+      while (!AtEnd() && !Is(";") && !(Is(")") && depth == 1)) {
+        if (Is("(")) ++depth;
+        if (Is(")")) --depth;
+        Next(TNameSpot::Parameters);
+      }
+      continue;
+    }
+    Next(TNameSpot::Parameters);
+  } while (!AtEnd() && depth > 0);
+  for (const TUnitToken* name : names) Declare(parameters, {}, *name);
+}
+
+void TUnitReader::ReadRoutine(int nesting) {
+  TRoutine routine;
+  if (!FRoutines.empty()) routine.Owner = FRoutines.back().Owner;
+  const TUnitToken name = Token(1);
+  std::string owner;
+  const bool hasBody = ReadHeading(routine.Locals, nesting, &owner);
+  if (owner.empty()) {
+    Declare(Declared(), {}, name);
+  } else {
+    routine.Owner = owner;
+  }
+  if (!hasBody || (FIsInterface && FRoutines.empty()) || nesting >= kMostNesting) return;
+  routine.Locals.push_back({"Result", {}, {}});
+  FRoutines.push_back(std::move(routine));
+  ReadDeclarations(nesting + 1);
+  FRoutines.pop_back();
+}
+
+// Reads from `begin` or `asm` past its `end`.
+void TUnitReader::ReadBlock() {
+  FWiths.Clear();
+  do {
+    PassStatementToken();
+  } while (!AtEnd() && FWiths.Depth() > 0);
+  FWiths.Clear();
+}
+
+// Reads the statements of `initialization` or `finalization`.
+void TUnitReader::ReadStatements() {
+  Next();
+  FWiths.Clear();
+  while (!AtEnd() && !(FWiths.Depth() == 0 && (Word() == End || Word() == Finalization)))
+    PassStatementToken();
+}
+
+void TUnitReader::PassStatementToken() {
+  if (Word() == Procedure || Word() == Function || Word() == Var) AddInnerNames();
+  FWiths.Pass(Token(), Token(1));
+  Next();
+}
+
+// Adds the parameters of an anonymous method, or an inline variable. They hide other names; their types are
+// not followed.
+void TUnitReader::AddInnerNames() {
+  if (FRoutines.empty()) return;
+  std::vector<TDeclaration>& locals = FRoutines.back().Locals;
+  for (size_t ahead = 1; FAt + ahead < FCode.size(); ++ahead) {
+    const TUnitToken& token = Token(ahead);
+    if (token.Lexem == ")" || token.Lexem == ":=" || token.Word == Begin) break;
+    if (Word() == Var && (token.Lexem == ":" || token.Lexem == ";")) break;
+    if (token.IsName) locals.insert(locals.begin(), TDeclaration{std::string(token.Lexem), {}, {}});
+  }
+}
+
+}  // namespace mig

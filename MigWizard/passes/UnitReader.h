@@ -1,0 +1,114 @@
+// Reads the declarations and the statements of a unit into its outline, and shows every name of the code to a
+// derived class, with its context.
+//
+// It is no compiler: it is exact for source that compiles, and ends at the end of any other source.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "MigWizard/passes/TextPlaces.h"
+#include "MigWizard/passes/UnitOutline.h"
+#include "MigWizard/passes/UnitWords.h"
+#include "MigWizard/passes/WithStatements.h"
+
+namespace mig {
+
+// The context of a name.
+enum class TNameSpot { Expression, ClassHeading, Parameters, Variable, Field, RecordField, Property, Result };
+
+struct TUsedUnit {
+  std::string Name;  // with its scope
+  size_t Offset;
+  bool HasPath;
+};
+
+class TUnitReader {
+ public:
+  // The arguments must outlive the object.
+  TUnitReader(const std::vector<TUnitToken>& code, const TTextPlaces& places)
+      : FCode(code), FPlaces(places) {}
+  virtual ~TUnitReader() = default;
+  TUnitReader(const TUnitReader&) = delete;
+  TUnitReader& operator=(const TUnitReader&) = delete;
+
+  // Reads the whole unit. Call once.
+  void ReadUnit() { ReadDeclarations(0); }
+
+  TUnitOutline& Outline() { return FOutline; }
+  const std::vector<TUsedUnit>& UsedUnits() const { return FUsedUnits; }
+
+ protected:
+  struct TRoutine {
+    std::string Owner;                 // the class of a method
+    std::vector<TDeclaration> Locals;  // including parameters
+  };
+
+  // Called once for each name of the code, which is the current token, except those in uses clauses.
+  virtual void OnName(TNameSpot spot) = 0;
+  // Called before and after the members of a class, which may contain other classes.
+  virtual void BeforeMembers() = 0;
+  virtual void AfterMembers(const TClassOutline& outline) = 0;
+
+  // Returns True if the change of the name at `offset` is left out by choice.
+  virtual bool IsLeftOut(size_t offset) const = 0;
+
+  // Returns the token `ahead` tokens after the current one, or `back` tokens before it; an empty one outside
+  // of the unit.
+  const TUnitToken& Token(size_t ahead = 0) const {
+    static const TUnitToken none;
+    return FAt + ahead < FCode.size() ? FCode[FAt + ahead] : none;
+  }
+  const TUnitToken& Before(size_t back) const {
+    static const TUnitToken none;
+    return back <= FAt ? FCode[FAt - back] : none;
+  }
+  // Returns the open routines, the outermost first.
+  const std::vector<TRoutine>& Routines() const { return FRoutines; }
+  bool IsInWith() const { return FWiths.Any(); }
+
+ private:
+  // --- Tokens ---
+  bool AtEnd() const { return FAt >= FCode.size(); }
+  TWord Word() const { return Token().Word; }
+  bool Is(std::string_view symbol) const { return Token().Lexem == symbol; }
+  void Next(TNameSpot spot = TNameSpot::Expression);
+  void SkipSymbol(std::string_view symbol);
+  void SkipStatement(TNameSpot spot, int nesting);
+
+  // --- Declarations ---
+  void ReadDeclarations(int nesting);
+  std::vector<TDeclaration>& Declared();
+  void Declare(std::vector<TDeclaration>& list, std::string_view type, const TUnitToken& name);
+  std::string ReadDottedName();
+  void ReadUses();
+  void ReadVariables(TNameSpot spot, std::vector<TDeclaration>& list, int nesting);
+  std::string PlainType() const;
+  void ReadType(int nesting);
+  void ReadClass(const TUnitToken& name, int nesting);
+  void ReadRecord(int nesting);
+  void ReadMembers(TClassOutline& outline, int nesting, TNameSpot spot);
+  void ReadProperty(TClassOutline& outline, int nesting);
+  bool ReadHeading(std::vector<TDeclaration>& parameters, int nesting, std::string* owner = nullptr);
+  void ReadParameters(std::vector<TDeclaration>& parameters);
+  void ReadRoutine(int nesting);
+
+  // --- Statements ---
+  void ReadBlock();
+  void ReadStatements();
+  void PassStatementToken();
+  void AddInnerNames();
+
+  const std::vector<TUnitToken>& FCode;
+  const TTextPlaces& FPlaces;
+  size_t FAt = 0;  // index of the current token
+  TUnitOutline FOutline;
+  bool FIsInterface = false;
+  std::vector<TRoutine> FRoutines;
+  std::vector<TUsedUnit> FUsedUnits;
+  TWithStatements FWiths;
+};
+
+}  // namespace mig
