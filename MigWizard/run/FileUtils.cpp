@@ -4,6 +4,7 @@
 #include <mutex>
 
 #include "MigWizard/run/WorkQueue.h"
+#include "rtl/text/Files.h"
 #include "rtl/text/LocalTime.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
@@ -14,44 +15,21 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
-// Calls visit(name, attributes) for each entry except "." and ".." until it returns False. Returns False if
-// the folder could not be read to its end.
-template <typename TVisit>
-bool WalkFolder(std::string_view dir, TVisit visit) {
-  win::TFindData entry;
-  auto walk = win::FindFirstFileA(JoinPath(dir, "*.*"), entry);
-  if (!walk) return false;
-  bool hasNext = true;
-  while (hasNext) {
-    const bool isReal = entry.FileName != "." && entry.FileName != "..";
-    if (isReal && !visit(entry.FileName, entry.FileAttributes)) return true;
-    hasNext = win::FindNextFileA(*walk, entry);
-  }
-  return win::GetLastError() == win::ERROR_NO_MORE_FILES;
-}
-
-bool IsFolder(uint32_t attributes) {
-  return (attributes & win::FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-bool IsLink(uint32_t attributes) {
-  return (attributes & win::FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-}
-
 bool MakeFolder(std::string_view path) {
   return rtl::CreateDir(path) || win::GetLastError() == win::ERROR_ALREADY_EXISTS;
 }
 
 void EmptyFolder(std::string_view dir) {
-  (void)WalkFolder(dir, [dir](const std::string& name, uint32_t attributes) {
-    const std::string path = JoinPath(dir, name);
-    if (IsFolder(attributes)) {
-      if (!IsLink(attributes)) EmptyFolder(path);
+  rtl::TFolderEntries entries(dir);
+  while (entries.Next()) {
+    const std::string path = entries.Path();
+    if (entries.IsFolder()) {
+      if (!entries.IsLink()) EmptyFolder(path);
       rtl::RemoveDir(path);
     } else {
       rtl::DeleteFile(path);
     }
-    return true;
-  });
+  }
 }
 
 // Copies files, as tasks of a queue.
@@ -75,15 +53,19 @@ class TCopies {
 
  private:
   void CopyOneFolder(const std::string& source, const std::string& target) {
-    const bool readAll = WalkFolder(source, [&](const std::string& name, uint32_t attributes) {
-      const std::string from = JoinPath(source, name);
-      const std::string to = JoinPath(target, name);
-      if (!IsFolder(attributes)) return CopyOneFile(from, to);
-      if (!rtl::DirectoryExists(to) && !rtl::CreateDir(to)) return Fail(to, LastReason());
-      AddFolder(from, to);
-      return true;
-    });
-    if (!readAll) Fail(target, LastReason());
+    rtl::TFolderEntries entries(source);
+    while (entries.Next()) {
+      const std::string to = JoinPath(target, entries.Name());
+      if (!entries.IsFolder()) {
+        if (!CopyOneFile(entries.Path(), to)) return;
+      } else if (rtl::DirectoryExists(to) || rtl::CreateDir(to)) {
+        AddFolder(entries.Path(), to);
+      } else {
+        Fail(to, win::SysErrorMessage(win::GetLastError()));
+        return;
+      }
+    }
+    if (!entries.IsComplete()) Fail(target, win::SysErrorMessage(entries.Error()));
   }
   bool CopyOneFile(const std::string& source, const std::string& target) {
     const std::string reason = FCopy(source, target);
@@ -94,7 +76,6 @@ class TCopies {
     FFailures.emplace_back(name, reason);
     return false;
   }
-  static std::string LastReason() { return win::SysErrorMessage(win::GetLastError()); }
 
   const TCopyFile& FCopy;
   TWorkQueue& FQueue;
@@ -158,11 +139,10 @@ bool DeleteFolder(std::string_view dir) {
 }
 
 bool DeleteTempFolder(const std::string& dir, TWorkQueue& queue) {
-  (void)WalkFolder(dir, [&](const std::string& name, uint32_t attributes) {
-    if (IsFolder(attributes) && !IsLink(attributes))
-      queue.Push([path = JoinPath(dir, name)] { EmptyFolder(path); });
-    return true;
-  });
+  rtl::TFolderEntries entries(dir);
+  while (entries.Next()) {
+    if (entries.IsFolder() && !entries.IsLink()) queue.Push([path = entries.Path()] { EmptyFolder(path); });
+  }
   queue.Wait();
   return DeleteFolder(dir);
 }

@@ -25,7 +25,8 @@ std::string JoinPath(std::string_view dir, std::string_view name);
 // Returns the file name with ".~" at the start of its extension: Unit1.~pas for Unit1.pas.
 std::string BackupFileName(std::string_view fileName);
 
-// Creates a folder and its parents. Returns True also if `path` exists already, even as a file.
+// Creates a folder and its parents, from the top down. Returns True also if `path` exists already, even as a
+// file, which rtl::CreateFolders, for folders outside of a run, does not.
 bool ForceFolders(std::string_view path);
 
 // Creates a folder under the system's temporary path and returns its full name: `prefix` and the first free

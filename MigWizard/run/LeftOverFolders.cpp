@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "MigWizard/run/FileUtils.h"
+#include "rtl/text/Files.h"
 #include "win/FileApi.h"
 
 namespace mig {
@@ -12,15 +12,12 @@ namespace {
 
 // Returns the last-write time of a file in the folder or below it, in nanoseconds since 1970.
 std::optional<int64_t> TimeOfAFile(const std::string& dir) {
-  win::TFindData entry;
-  const auto walk = win::FindFirstFileA(JoinPath(dir, "*.*"), entry);
-  for (bool found = walk != nullptr; found; found = win::FindNextFileA(*walk, entry)) {
-    if (entry.FileName == "." || entry.FileName == "..") continue;
-    const std::string path = JoinPath(dir, entry.FileName);
-    if (entry.FileAttributes & win::FILE_ATTRIBUTE_REPARSE_POINT) continue;
-    if (entry.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY) {
-      if (const auto time = TimeOfAFile(path)) return time;
-    } else if (const auto stamp = win::GetFileStamp(path)) {
+  rtl::TFolderEntries entries(dir);
+  while (entries.Next()) {
+    if (entries.IsLink()) continue;
+    if (entries.IsFolder()) {
+      if (const auto time = TimeOfAFile(entries.Path())) return time;
+    } else if (const auto stamp = win::GetFileStamp(entries.Path())) {
       return stamp->Modified;
     }
   }

@@ -3,9 +3,8 @@
 #include <unordered_set>
 
 #include "MigWizard/passes/UnitNames.h"
-#include "MigWizard/run/FileUtils.h"
+#include "rtl/text/Files.h"
 #include "rtl/text/SysUtils.h"
-#include "win/FileApi.h"
 #include "win/paths/CodePage.h"
 
 namespace mig {
@@ -25,15 +24,12 @@ class TSearch {
   }
 
   void ScanFolder(const std::string& dir, bool includeSubDirs) {
-    win::TFindData entry;
-    const auto walk = win::FindFirstFileA(JoinPath(dir, "*.*"), entry);
-    for (bool found = walk != nullptr; found; found = win::FindNextFileA(*walk, entry)) {
-      if (entry.FileName == "." || entry.FileName == "..") continue;
-      const std::string path = JoinPath(dir, entry.FileName);
-      if ((entry.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY) == 0) {
-        if (IsForm(entry.FileName)) Add(path);
-      } else if (includeSubDirs && (entry.FileAttributes & win::FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
-        ScanFolder(path, includeSubDirs);
+    rtl::TFolderEntries entries(dir);
+    while (entries.Next()) {
+      if (!entries.IsFolder()) {
+        if (IsForm(entries.Name())) Add(entries.Path());
+      } else if (includeSubDirs && !entries.IsLink()) {
+        ScanFolder(entries.Path(), includeSubDirs);
       }
     }
   }

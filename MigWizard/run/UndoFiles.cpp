@@ -5,6 +5,7 @@
 
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/RExpertRes.h"
+#include "rtl/text/Files.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
 
@@ -45,12 +46,10 @@ std::vector<std::string> FindUndoFiles(std::string_view dir) {
   const std::string base(dir);
   std::vector<TFound> found;
   Look(base, 0, found);
-  win::TFindData entry;
-  const auto walk = win::FindFirstFileA(JoinPath(base, "*.*"), entry);
-  for (bool more = walk != nullptr; more; more = win::FindNextFileA(*walk, entry)) {
-    const int number = NumberOf(entry.FileName);
-    if (number > 0 && (entry.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY))
-      Look(JoinPath(base, entry.FileName), number, found);
+  rtl::TFolderEntries entries(base);
+  while (entries.Next()) {
+    const int number = NumberOf(entries.Name());
+    if (number > 0 && entries.IsFolder()) Look(entries.Path(), number, found);
   }
   // Sorts by time, not only by number, because a run reuses the number of a deleted folder.
   std::sort(found.begin(), found.end(), [](const TFound& left, const TFound& right) {

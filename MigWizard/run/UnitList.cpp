@@ -4,8 +4,8 @@
 #include <unordered_map>
 
 #include "MigWizard/passes/UnitNames.h"
-#include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/IDEUtils.h"
+#include "rtl/text/Files.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
 
@@ -39,26 +39,22 @@ class TFolderScan {
 
   // Does not follow links to folders.
   void ScanFolder(const std::string& dir, bool includeSubDirs) {
-    win::TFindData entry;
-    const auto walk = win::FindFirstFileA(JoinPath(dir, "*.*"), entry);
-    for (bool found = walk != nullptr; found; found = win::FindNextFileA(*walk, entry)) {
-      if (entry.FileName == "." || entry.FileName == "..") continue;
-      const bool isFolder = (entry.FileAttributes & win::FILE_ATTRIBUTE_DIRECTORY) != 0;
-      const bool isLink = (entry.FileAttributes & win::FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-      const std::string path = JoinPath(dir, entry.FileName);
-      if (isFolder && (includeSubDirs || isLink)) {
-        if (!isLink) ScanFolder(path, includeSubDirs);
-      } else if (IsUnitSource(entry.FileName) && !FHooks.IsExcluded(path)) {
+    rtl::TFolderEntries entries(dir);
+    while (entries.Next()) {
+      const std::string path = entries.Path();
+      if (entries.IsFolder() && (includeSubDirs || entries.IsLink())) {
+        if (!entries.IsLink()) ScanFolder(path, includeSubDirs);
+      } else if (IsUnitSource(entries.Name()) && !FHooks.IsExcluded(path)) {
         FUnits.Add(path);
       }
     }
-    if (win::GetLastError() != win::ERROR_NO_MORE_FILES) LeaveOut(dir);
+    if (!entries.IsComplete()) LeaveOut(dir, entries.Error());
   }
 
  private:
-  void LeaveOut(const std::string& dir) {
-    const std::string message = rtl::Format("The folder \"%s\" could not be read. %s",
-                                            {dir, win::SysErrorMessage(win::GetLastError())});
+  void LeaveOut(const std::string& dir, uint32_t error) {
+    const std::string message =
+        rtl::Format("The folder \"%s\" could not be read. %s", {dir, win::SysErrorMessage(error)});
     FLeftOut.push_back({dir, message});
     FHooks.Warn(message);
   }
