@@ -1,5 +1,6 @@
 // Walks over a form's text and reports its objects and their properties, without converting anything. The
-// text need not be well-formed: the walk skips what it cannot parse.
+// text need not be well-formed: the walk skips what it cannot parse. For that reason it uses the tokens of the
+// passes, and neither rtl::TFormTextScanner, which raises, nor the grammar, which matches whole objects.
 //
 //   class TPrinter : public TFormWalk { void OnObject(const TWalkedObject& object) override { ... } };
 //   TPrinter(text, encoding).Run();

@@ -1,6 +1,7 @@
 // Reads form text token by token, as the IDE's reader does: names, numbers, strings with their codes and
 // concatenations, hexadecimal data. All characters from 1 to 32 between tokens are white space, line ends
-// included.
+// included. It decodes values and refuses what no form holds; the scanner of the passes (PasParser.h) keeps
+// every byte as it is and accepts any text.
 #pragma once
 
 #include <cstddef>
