@@ -78,50 +78,6 @@ TEST(LL1GrammarTest, RulesWithAnEmptyAlternativeAreInlined) {
   }
 }
 
-// The example in the header.
-class TNumberList : public TLL1Parser {
- public:
-  TNumberList() : TLL1Parser(ParseStateClass<TState>()) {
-    AddRule("<list>-<number>,<list>|<number>");
-    AddRule("<number>-<*digits>");
-    DeclareHooks({"<number>"});
-  }
-  TStrings Numbers;
-
- protected:
-  struct TState : TParseState {
-    using TParseState::TParseState;
-    void Assign(const TParseState& source) override {
-      TParseState::Assign(source);
-      Count = static_cast<const TState&>(source).Count;
-      auto& numbers = static_cast<TNumberList&>(Owner()).Numbers;
-      if (numbers.size() > Count) numbers.resize(Count);
-    }
-    size_t Count = 0;
-  };
-
-  void BeforeParse() override {
-    Numbers.clear();
-    static_cast<TState&>(State()).Count = 0;
-  }
-  bool ParseNonterminal(std::string_view name) override {
-    const auto start = static_cast<size_t>(State().Pos) - 1;
-    if (!TLL1Parser::ParseNonterminal(name)) return false;
-    if (name != "<number>") return true;
-    Numbers.emplace_back(Text().substr(start, static_cast<size_t>(State().Pos) - 1 - start));
-    ++static_cast<TState&>(State()).Count;
-    return true;
-  }
-};
-
-TEST(LL1ParserTest, TheExampleOfTheHeader) {
-  TNumberList list;
-  int64_t position = 1;
-  EXPECT_TRUE(list.Parse("17,4;", "<list>", position));
-  EXPECT_EQ(list.Numbers, (TStrings{"17", "4"}));
-  EXPECT_EQ(position, 5);
-}
-
 struct TVisit {
   std::string Name;
   size_t Start, End;

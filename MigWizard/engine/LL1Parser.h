@@ -38,7 +38,7 @@
 //
 //   TNumberList list;
 //   int64_t position = 1;
-//   if (list.Parse("17,4;", "<list>", position)) ...  // Numbers is {"17", "4"}, position is 5
+//   const bool matches = list.Parse("17,4;", "<list>", position);  // Numbers is {"17", "4"}, position is 5
 //
 // The first alternative that matches wins. A nonterminal that has matched is never entered again for a later
 // alternative: when what follows it fails, the state is restored and the next alternative of the enclosing

@@ -8,8 +8,8 @@
 //   form.SetWelcomeText(options.SourceName, form.FProductName);
 //   form.LoadHistory(settings, section);
 //   if (form.ShowModal() == rtl::mrOk) {
-//     const int index = form.GetReplacerIndex();  // kRestoreIndex: restore from form.edUndoFile.Text()
 //     form.SaveHistory(settings, section);
+//     return form.GetReplacerIndex();  // kRestoreIndex: restore from form.edUndoFile.Text()
 //   }
 //
 // The form is a stack of seven pages with Back and Next. Its behaviour depends only on the active page and
