@@ -1,106 +1,25 @@
 // The conversions between the binary and the text form of forms.
 #include <gtest/gtest.h>
-#include <random>
 #include <string>
-#include <string_view>
-#include <vector>
 
-#include "rtl/objects/ObjectBinaryToText.h"
-#include "rtl/objects/ObjectTextToBinary.h"
 #include "tests/ErrorOf.h"
 #include "tests/HexText.h"
+#include "tests/ObjectText.h"
 #include "win/paths/CodePage.h"
 
 namespace {
 
+using tests::BinaryWith;
 using tests::ErrorOf;
 using tests::FromHex;
+using tests::TextWith;
+using tests::ToBinary;
 using tests::ToHex;
-
-std::string ToText(std::string_view binary, bool forPeople = false) {
-  rtl::TBinaryInfo info;
-  return rtl::ObjectBinaryToText(binary, {.ForPeople = forPeople}, info);
-}
-
-std::string ToBinary(std::string_view text, const rtl::TTextBinaryOptions& options = {}) {
-  rtl::TTextInfo info;
-  return rtl::ObjectTextToBinary(text, options, info);
-}
-
-// Returns the binary form of `object A: T` with one property P, and its text.
-std::string BinaryWith(std::string_view value) {
-  return std::string("TPF0\1T\1A\1P").append(value).append(2, '\0');
-}
-std::string TextWith(std::string_view value) {
-  return std::string("object A: T\r\n  P = ").append(value).append("\r\nend\r\n");
-}
-
-struct TValueRow {
-  const char* Hex;
-  const char* Text;
-  const char* ForPeople = nullptr;  // if it differs
-};
-
-// Every kind of value, as other programs store it.
-constexpr TValueRow kValues[] = {
-    {"00", "Null"},
-    {"01 00", "()"},
-    {"01 02 01 01 06 01 'a' 00 00", "(\r\n    1\r\n    (\r\n      'a'))"},
-    {"02 80", "-128"},
-    {"02 7F", "127"},
-    {"03 80 00", "128"},
-    {"03 7F FF", "-129"},
-    {"03 00 80", "-32768"},
-    {"04 00 80 00 00", "32768"},
-    {"04 00 00 00 80", "-2147483648"},
-    {"13 00 00 00 80 00 00 00 00", "2147483648"},
-    {"13 00 00 00 00 00 00 00 80", "-9223372036854775808"},
-    {"05 00 00 00 00 00 00 00 C0 FF 3F", "1.5"},
-    {"05 00 00 00 00 00 00 00 80 00 C0", "-2.0"},
-    {"05 00 00 00 00 00 00 00 00 00 80", "-0.0"},
-    {"05 CD CC CC CC CC CC CC CC FB 3F", "0.1"},
-    {"05 00 D0 CC CC CC CC CC CC FB 3F", "0.10000000000000000555"},
-    {"05 00 00 F2 BE 1B 0C 91 E0 2D 40", "123456789012345.0"},
-    {"05 00 00 00 A0 31 A9 5F E3 30 40", "1E15"},
-    {"05 01 00 00 00 00 00 00 00 00 00", "3.64519953188247E-4951"},
-    {"05 FF FF FF FF FF FF FF FF FE 7F", "1.189731495357231765E4932"},
-    {"15 00 00 00 00 00 00 F8 3F", "1.5E0"},
-    {"15 9A 99 99 99 99 99 B9 3F", "0.1E0"},
-    {"15 34 33 33 33 33 33 D3 3F", "0.30000000000000004E0"},
-    {"15 40 8C B5 78 1D AF 15 44", "100000000000000000000E0"},
-    {"0F 00 00 C0 3F", "1.5s"},
-    {"0F CD CC CC 3D", "0.100000001490116s"},
-    {"0F 01 00 00 00", "1.40129846432482E-45s"},
-    {"10 98 3A 00 00 00 00 00 00", "15000c"},
-    {"10 00 00 00 00 00 00 00 80", "-9223372036854775808c"},
-    {"11 00 00 00 00 C0 D5 E1 40", "36526d"},
-    {"11 00 00 00 00 D0 D5 E1 40", "36526.5d"},
-    {"06 03 'abc'", "'abc'"},
-    {"06 04 'It' 27 's'", "'It''s'", "'It'#39's'"},
-    {"06 02 27 27", "''''''", "#39#39"},
-    {"06 06 'a' 0D 0A 00 7F 'b'", "'a'#13#10#0#127'b'"},
-    {"06 03 80 E9 FF", "'\x80\xE9\xFF'"},
-    {"12 01 00 00 00 E9 00", "#233"},
-    {"12 02 00 00 00 3D D8 41 00", "#55357'A'"},
-    {"14 03 00 00 00 'a' C3 A9", "'a'#233"},
-    {"14 05 00 00 00 F0 9F 98 80 27", "#55357#56832''''", "#55357#56832#39"},
-    {"07 09 'clBtnFace'", "clBtnFace"},
-    {"07 08 'Form2.Q1'", "Form2.Q1"},
-    {"08", "False"},
-    {"09", "True"},
-    {"0D", "nil"},
-    {"0A 00 00 00 00", "{}"},
-    {"0A 03 00 00 00 00 9F FF", "{009FFF}"},
-    {"0B 00", "[]"},
-    {"0B 06 'akLeft' 05 'akTop' 01 '7' 00", "[akLeft, akTop, 7]"},
-    {"0E 00", "<>"},
-    {"0E 01 01 'X' 02 01 00 02 03 01 00 03 80 00 01 01 'C' 0E 01 00 00 00 00",
-     "<\r\n    item\r\n      X = 1\r\n    end\r\n    item [3]\r\n    end\r\n    item [128]\r\n      C = <\r\n"
-     "        item\r\n        end>\r\n    end>"},
-};
+using tests::ToText;
+using tests::TValueRow;
 
 TEST(ObjectStreamsTest, EveryKindOfValueBothWays) {
-  for (const TValueRow& row : kValues) {
+  for (const TValueRow& row : tests::kValues) {
     const std::string binary = BinaryWith(FromHex(row.Hex));
     const char* people = row.ForPeople ? row.ForPeople : row.Text;
     EXPECT_EQ(ToText(binary), TextWith(row.Text)) << row.Hex;
@@ -234,49 +153,6 @@ TEST(ObjectStreamsTest, LinesForPeople) {
             TextWith("{" + hexLine + "\r\n    6E}"));
 }
 
-TEST(ObjectStreamsTest, DamagedBinaryIsRefused) {
-  struct TRow {
-    std::string Binary;
-    int Offset;
-    const char* Message;
-  };
-  const auto expectRefused = [](const TRow& row, const std::string& after) {
-    EXPECT_EQ(ErrorOf([&] { return ToText(row.Binary); }),
-              "Form data at offset " + std::to_string(row.Offset) + ": " + row.Message + after)
-        << ToHex(row.Binary);
-  };
-  const TRow objects[] = {
-      {"", 0, "the signature TPF0 is missing."},
-      {"TPF1\1T", 0, "the signature TPF0 is missing."},
-      {"TPF0", 4, "the data ends where an object must follow."},
-      {FromHex("'TPF0' F8 01 'T' 00"), 4, "unknown object flags."},
-      {FromHex("'TPF0' F5 01 'T' 00"), 4, "unknown object flags."},
-      {FromHex("'TPF0' F2 09 01 'T' 00"), 5, "an object's position that is no integer."},
-      {FromHex("'TPF0' 00 00"), 4, "a class name that is no name."},
-      {FromHex("'TPF0' 01 'T' 03 'A' 0D 0A"), 6, "an object's name that is no name."},
-      {FromHex("'TPF0' 01 'T' 00 02 'P.' 00 00"), 7, "a property's name that is no name (object T)."},
-      {FromHex("'TPF0' 01 'T' 01 'A' 00 01 'U' 00 01 'Q' 09"), 15,
-       "the data ends where a property must follow (object A.U)."},
-      {BinaryWith(FromHex("0E 01 00 01 01 'Q' 0E 01 01 'R' 63")), 20,
-       "unknown kind of value 99 (object A, property P[1].Q[0].R)."},
-      {BinaryWith(FromHex("0E 02 05 02 01")), 13,
-       "a collection item that is no list of properties (object A, property P[0])."},
-  };
-  for (const TRow& row : objects) expectRefused(row, "");
-  const TRow values[] = {
-      {"16", 10, "unknown kind of value 22"},
-      {"06 09 'abc'", 12, "a string of 9 bytes, but only 5 are left"},
-      {"0A FF FF FF 7F", 15, "binary data of 2147483647 bytes, but only 2 are left"},
-      {"12 FF FF FF 7F", 15, "a wide string of 4294967294 bytes, but only 2 are left"},
-      {"0C FF FF FF FF", 11, "a string of negative length -1"},
-      {"14 04 00 00 00 'ab' C3 28", 17, "malformed UTF-8"},
-      {"14 03 00 00 00 ED A0 80", 15, "malformed UTF-8"},
-      {"0B 03 'a b' 00", 11, "an element of a set that is no name"},
-  };
-  for (const TRow& row : values)
-    expectRefused({BinaryWith(FromHex(row.Binary)), row.Offset, row.Message}, " (object A, property P).");
-}
-
 // Integers that are stored wider than necessary.
 TEST(ObjectStreamsTest, WideIntegersKeepTheirWidth) {
   const TValueRow rows[] = {
@@ -335,129 +211,6 @@ TEST(ObjectStreamsTest, FloatsWithoutADecimalText) {
     EXPECT_EQ(ErrorOf([&] { return ToBinary(TextWith(text)); }),
               "Form text, line 2: a number that is too large for its kind (object A, property P).")
         << text;
-}
-
-TEST(ObjectStreamsTest, TextThatIsNoFormIsRefused) {
-  using TRow = std::pair<std::string, const char*>;
-  const auto expectRefused = [](const TRow& row, const std::string& before, const std::string& after) {
-    EXPECT_EQ(ErrorOf([&] { return ToBinary(row.first); }), before + row.second + after) << row.first;
-  };
-  const TRow texts[] = {
-      {" \r\n\r\n", "3: an object expected."},
-      {"Left = 1", "1: an object expected."},
-      {"object", "1: an object's name or class expected."},
-      {"object A: T\r  object B: U end\r", "3: the text ends inside an object (object A)."},
-      {"object A: T object B: U end\nX = 1 end",
-       "2: an object or \"end\" expected after a nested object (object A)."},
-      {"object A: T [x] end", "1: a position that is no integer of 32 bits (object A)."},
-      {TextWith("1\r\n" + std::string(40, 'Q') + " . R = 1 S . 1"),
-       "3: a property's name expected (object A, property S)."},
-      {TextWith("<item X = 1 end x>"), "2: \"item\" or \">\" expected (object A, property P[0])."},
-      {TextWith("<item X = ) end>"), "2: a value expected (object A, property P[0].X)."},
-      {"object A: T P = {01", "1: binary data without its \"}\" (object A, property P)."},
-  };
-  for (const TRow& row : texts) expectRefused(row, "Form text, line ", "");
-  const TRow values[] = {
-      {"=", "a value expected"},
-      {"'a' 'b'", "a property's name expected"},
-      {"'a\r\nb'", "a string that is not closed on its line"},
-      {"'a' + 5", "a string expected after \"+\""},
-      {"#", "\"#\" without a character code"},
-      {"#65536", "a character code above 65535"},
-      {"1x", "malformed number"},
-      {"1.2.3", "malformed number"},
-      {"1E", "malformed number"},
-      {"-", "malformed number"},
-      {"$", "malformed number"},
-      {"9223372036854775808", "an integer that 64 bits do not hold"},
-      {"1E4933", "a number that is too large for its kind"},
-      {"9223372036854775808c", "a currency value that 64 bits do not hold"},
-      {"(1 Null)", "Null in a list, where it would be the end of the list"},
-      {"[a b]", "\"]\" expected"},
-      {"{0G}", "a character in binary data that is no hexadecimal digit"},
-      {"{012}", "binary data with an odd number of digits"},
-      {"{01", "a character in binary data that is no hexadecimal digit"},
-  };
-  for (const auto& [value, message] : values)
-    expectRefused({TextWith(value), message}, "Form text, line 2: ", " (object A, property P).");
-}
-
-// Returns a form with every kind of value and of object, small enough to damage each of its bytes.
-std::string SmallForm() {
-  std::string form = FromHex("'TPF0' F3 02 05 02 'T1' 02 'Aa'");
-  for (const TValueRow& row : kValues) {
-    const std::string_view text = row.Text;
-    const bool slowNumber = text.ends_with("E4932") || text.ends_with("E-4951");
-    if (!slowNumber) form += FromHex("02 'P1'") + FromHex(row.Hex);
-  }
-  return form + FromHex("00 01 'T' 00 00 00 F4 01 'T' 01 'B' 01 'p' 07 01 'x' 00 00 00");
-}
-
-// Expects an error, or a form that its text converts back to.
-void ExpectSoundOrRefused(const std::string& binary) {
-  std::string text;
-  try {
-    text = ToText(binary);
-  } catch (const rtl::EFilerError&) {
-    return;
-  }
-  try {
-    EXPECT_EQ(ToText(ToBinary(text)), text) << ToHex(binary);
-  } catch (const rtl::EParserError& error) {
-    ADD_FAILURE() << error.what() << " in\n" << text;
-  }
-}
-
-TEST(ObjectStreamsTest, DamageGivesAnErrorOrAForm) {
-  const std::string form = SmallForm();
-  EXPECT_EQ(ToHex(ToBinary(ToText(form))), ToHex(form));
-  for (size_t at = 0; at < form.size(); ++at) {
-    ExpectSoundOrRefused(form.substr(0, at));
-    for (const int change : {0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80, 0xFF}) {
-      std::string damaged = form;
-      damaged[at] = static_cast<char>(damaged[at] ^ change);
-      ExpectSoundOrRefused(damaged);
-    }
-  }
-  std::mt19937 random(1);
-  for (const std::string& text : {ToText(form), ToText(form, true)}) {
-    for (size_t at = 0; at < text.size(); ++at) {
-      std::string damaged = text;
-      damaged[at] = static_cast<char>(random());
-      for (const std::string& candidate : {damaged, text.substr(0, at), damaged.erase(at, 1)}) try {
-          ToText(ToBinary(candidate));
-        } catch (const rtl::Exception&) {
-          // Refused by the first conversion, or by the second if the text contains a float that overflows.
-        }
-    }
-  }
-}
-
-TEST(ObjectStreamsTest, DeepNestingEndsInAnErrorAndNotInTheCallStack) {
-  struct {
-    std::string Head, Open, Close;  // the beginning, and one level of the binary form
-    int Frames;                     // the levels of nesting that one of them adds
-  } rows[] = {
-      {FromHex("'TPF0' 01 'T' 00 00"), FromHex("01 'T' 00 00"), std::string(1, '\0'), 1},
-      {FromHex("'TPF0' 01 'T' 00"), FromHex("01 'P' 0E 01"), std::string(2, '\0'), 2},
-      {BinaryWith("").substr(0, 10), FromHex("01"), std::string(1, '\0'), 1},
-  };
-  for (const auto& row : rows) {
-    const auto nested = [&](size_t levels) {
-      std::string form = row.Head;
-      for (size_t i = 0; i < levels; ++i) form += row.Open;
-      for (size_t i = 0; i < levels; ++i) form += row.Close;
-      return form + std::string(2, '\0');
-    };
-    const size_t most = (rtl::kMaxNesting - 1) / static_cast<size_t>(row.Frames);
-    EXPECT_EQ(ToBinary(ToText(nested(most))).substr(0, 4 * most), nested(most).substr(0, 4 * most));
-    const std::string error = ErrorOf([&] { return ToText(nested(1'000'000)); });
-    EXPECT_NE(error.find("nesting of more than 10000 levels"), std::string::npos) << error;
-    EXPECT_LT(error.size(), 600u);
-  }
-  const std::string lists = TextWith(std::string(1'000'000, '('));
-  EXPECT_EQ(ErrorOf([&] { return ToBinary(lists); }),
-            "Form text, line 2: nesting of more than 10000 levels (object A, property P).");
 }
 
 }  // namespace
