@@ -71,7 +71,6 @@ THostWindow::~THostWindow() {
   win::SetDiagnosticsSink(nullptr);
   FFrontEnd.OnModal = nullptr;
   FHost.RemoveObserver(*this);
-  FReview.reset();
   delete FPages;  // its pages refer to buffers of the host
 }
 
