@@ -99,7 +99,11 @@ void THostWindow::MakeEditors() {
 }
 
 void THostWindow::MakePanes() {
-  FReview = std::make_unique<TRunReview>(*FPages);
+  FReview = std::make_unique<TRunReview>(FHost, *FPages);
+  FReview->OnRun = [this](const std::function<void()>& event) { Run(event); };
+  FReview->OnPreviewing = [this](const mig::TRunProgress& progress) {
+    FProgress.Report("Preview", progress);
+  };
   FReview->OnOpen = [this](const std::string& fileName, int line, int column) {
     Run([&] { OpenFile(fileName); });
     TSourceEditor* const page = CurrentEditor();
@@ -157,6 +161,9 @@ void THostWindow::MakeMenu() {
   const auto show = [](QDockWidget* pane) { return [pane] { pane->setVisible(!pane->isVisible()); }; };
   FMenu.Add({"WindowMenu", "WindowTree", "&Project", {}, show(FTreePane)});
   FMenu.Add({"WindowMenu", "WindowChanges", "Last &Run", {}, show(FChangesPane)});
+  const QKeySequence migrationKeys = Qt::CTRL | Qt::Key_M;
+  FMenu.Add(
+      {"WindowMenu", "WindowMigration", "&Migration", migrationKeys, [this] { FReview->ShowMigration(); }});
   FMenu.Add({"WindowMenu", "WindowReview", "&Changes", {}, [this] { FReview->ShowChanges(); }});
   FMenu.Add({"WindowMenu", "WindowFindings", "What Is &Left", {}, [this] { FReview->ShowFindings(); }});
   FMenu.AddLine("WindowMenu");
@@ -401,6 +408,7 @@ TSourceEditor* THostWindow::CurrentEditor() const {
 void THostWindow::ProjectOpened() {
   FTree->Fill();
   FCodePages->SetProject(FHost.ActiveProject());
+  FReview->ShowProject();
   ShowState();
 }
 
@@ -408,11 +416,13 @@ void THostWindow::ProjectClosed() {
   FWasClosed = true;
   FPages->RemoveClosed();
   FTree->Fill();
+  FReview->ShowProject();
   ShowState();
 }
 
 void THostWindow::ActiveProjectChanged() {
   FTree->MarkActive();
+  FReview->ShowProject();
   ShowState();
 }
 

@@ -6,6 +6,7 @@
 #include "MigWizard/run/FileUtils.h"
 #include "desktop/FileDiff.h"
 #include "desktop/FindingsPage.h"
+#include "desktop/MigrationPage.h"
 #include "desktop/QtText.h"
 #include "desktop/ReviewPage.h"
 #include "desktop/RunRecord.h"
@@ -29,7 +30,35 @@ report::TReport ReportOf(const mig::TRunAccount& account, bool isPreview) {
   return report;
 }
 
-TRunReview::TRunReview(QTabWidget& pages) : FPages(pages) {}
+TRunReview::TRunReview(host::THost& host, QTabWidget& pages) : FHost(host), FPages(pages) {}
+
+// --- The migration of a project ---
+
+void TRunReview::ShowProject() {
+  if (FHost.ActiveProject() == nullptr) {
+    if (FMigration) FPages.removeTab(FPages.indexOf(FMigration));  // kept for the next project
+  } else if (!FMigration || FPages.indexOf(FMigration) < 0) {
+    AddMigrationPage();
+  }
+  if (FMigration) FMigration->ShowProject();
+}
+
+void TRunReview::AddMigrationPage() {
+  if (!FMigration) FMigration = new TMigrationPage(FHost, nullptr);
+  FMigration->OnRun = OnRun;
+  FMigration->OnPreviewing = OnPreviewing;
+  FMigration->OnOpen = OnOpen;
+  if (FPages.indexOf(FMigration) < 0) FPages.insertTab(0, FMigration, "Migration");
+}
+
+void TRunReview::ShowMigration() {
+  if (FHost.ActiveProject() == nullptr) return;
+  AddMigrationPage();
+  FPages.setCurrentWidget(FMigration);
+  FMigration->setFocus();
+}
+
+// --- The last run ---
 
 void TRunReview::NoteAccount(const mig::TRunAccount& account) {
   FNoted = account;
@@ -47,8 +76,9 @@ void TRunReview::ShowRun(const TRunRecord& record) {
                                                      : std::string());
   for (const TReviewFile& file : FSet->Files()) FMarks->Set(TReviewMarks::TKind::Reviewed, file.Path, false);
   FReport = account ? ReportOf(*account, /*isPreview=*/false) : report::TReport();
-  if (FFindings || !FReport.Files.empty()) AddFindingsPage();
   if (FChanges || !FSet->Files().empty()) AddChangesPage();
+  if (FFindings || !FReport.Files.empty()) AddFindingsPage();
+  if (FMigration) FMigration->ShowProject();
   if (!FSet->Files().empty()) ShowChanges();
 }
 

@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTextBlock>
 #include <QTextDocument>
@@ -19,6 +20,7 @@
 #include "desktop/FindingsPage.h"
 #include "desktop/HostWindow.h"
 #include "desktop/MenuBinding.h"
+#include "desktop/MigrationPage.h"
 #include "desktop/ReviewPage.h"
 #include "desktop/SourceEditor.h"
 #include "tests/WindowTest.h"
@@ -111,10 +113,13 @@ TEST(FileDiffTest, ShowsChangesInBothLayouts) {
 
 class ReviewTest : public tests::TWindowTest {
  protected:
-  void Run() {
+  void Open() {
     FWindow.show();
     ASSERT_TRUE(FWindow.LoadWizard(win::ToWindowsPath(KVA_EXPERT_MODULE)));
     ASSERT_TRUE(FWindow.OpenProject("C:\\App\\LendDesk.dproj"));
+  }
+  void Run() {
+    Open();
     Choose("RExpertItemBDE_IBXKORVA", WholeRun());
     Wait();
   }
@@ -122,9 +127,12 @@ class ReviewTest : public tests::TWindowTest {
     Do([&] { FWindow.Menu().ActionOf(*FWindow.Host().MainMenu().FindItem(item))->trigger(); },
        std::move(acts));
   }
+  // Returns a part of the current tab, or of the window.
   template <class T>
   T& Find(const char* name) {
-    return *FWindow.findChild<T*>(name);
+    QWidget* const page = FWindow.findChild<QTabWidget*>("Editors")->currentWidget();
+    T* const part = page == nullptr ? nullptr : page->findChild<T*>(name);
+    return part != nullptr ? *part : *FWindow.findChild<T*>(name);
   }
   desktop::TReviewPage& Page() {
     return *static_cast<desktop::TReviewPage*>(FWindow.findChild<QWidget*>("ReviewPage"));
@@ -259,8 +267,8 @@ TEST_F(ReviewTest, LeadsThroughTheChangesOfARun) {
 TEST_F(ReviewTest, ListsWhatIsLeft) {
   Run();
   auto& page = *static_cast<desktop::TFindingsPage*>(FWindow.findChild<QWidget*>("FindingsPage"));
-  auto& table = Find<QTreeView>("Findings");
   Choose("WindowFindings");
+  auto& table = Find<QTreeView>("Findings");
   EXPECT_EQ(Tab(), "What is left (49)");
   Find<QComboBox>("FindingsGroups").setCurrentIndex(0);
   table.sortByColumn(desktop::TFindingsModel::Place, Qt::AscendingOrder);
@@ -303,6 +311,73 @@ TEST_F(ReviewTest, ListsWhatIsLeft) {
   TakePicture(FWindow);
   QTest::keyClick(&table, Qt::Key_Return);
   EXPECT_EQ(CurrentLine(), "DM.LendingDB.ApplyUpdates([QList]);");
+}
+
+// What has no tick keeps every byte, and the rest becomes what the preview showed.
+TEST_F(ReviewTest, ConvertsWhatIsTicked) {
+  Open();
+  auto& page = *static_cast<desktop::TMigrationPage*>(FWindow.findChild<QWidget*>("MigrationPage"));
+  const auto wait = [&] {
+    EXPECT_TRUE(QTest::qWaitFor([&] { return page.IsIdle(); }, 30000));
+    QCoreApplication::processEvents();
+    TakePicture(FWindow);
+  };
+  wait();
+  EXPECT_EQ(Tab(), "Migration");
+  EXPECT_EQ(Find<QLabel>("ProjectCounts").text().toStdString(),
+            "BDE: 20 objects in 8 forms: TQuery 7, TTable 5, TStoredProc 2, TUpdateSQL 2, TBatchMove 1, "
+            "TDatabase 1, ...\nIBX: no objects");
+  Do([&] { Find<QPushButton>("PreviewBDE").click(); }, {});
+  wait();
+  auto& files = *static_cast<desktop::TReviewPage*>(page.findChild<QWidget*>("PreviewFiles"));
+  desktop::TReviewModel& model = files.Model();
+  const desktop::TReviewSetPtr set = model.Set();
+  for (const desktop::TReviewFile& file : set->Files())
+    EXPECT_EQ(FScratch.Read("App/" + file.Path), file.Before);
+  EXPECT_FALSE(fs::exists(FScratch.HostPath("App/RBackup")));
+  EXPECT_EQ(Rows(model, model.index(0, 0, {})),
+            "x Branch +7 −6\n"
+            "  x Branch.dfm +3 −2\n"
+            "    x BranchForm.QBranches: TQuery → TKVAQuery  \n"
+            "  x Branch.pas +4 −4\n"
+            "    x 3: TQuery → TKVAQuery  \n"
+            "    x 3: TDatabase → TKVAConnection  \n"
+            "    x 10: DBTables → DBTables, Quorel, KVA, Velmar, KVAError  \n"
+            "    x 16: TQuery → TKVAQuery  \n"
+            "    x 32: TQuery → TKVAQuery  \n"
+            "x Period +5 −4\n"
+            "  x Period.dfm +3 −2\n"
+            "    x PeriodFrame.QQuarters: TQuery → TKVAQuery  \n"
+            "  x Period.pas +2 −2\n"
+            "    x 7: DBTables → DBTables, Quorel, KVA, Velmar, KVAError  \n"
+            "    x 14: TQuery → TKVAQuery  \n"
+            "x Texts.pas +6 −6\n"
+            "  x 5: TQuery → TKVAQuery  \n");
+
+  const auto rowOf = [&](const char* text) {
+    return model
+        .match(model.index(0, 0, {}), Qt::DisplayRole, text, 1, Qt::MatchStartsWith | Qt::MatchRecursive)
+        .value(0);
+  };
+  model.setData(rowOf("Branch"), Qt::Unchecked, Qt::CheckStateRole);
+  model.setData(rowOf("14: TQuery"), Qt::Unchecked, Qt::CheckStateRole);
+  EXPECT_EQ(Find<QLabel>("PreviewNote").text(), "Nothing is changed yet. 16 of 18 files are selected.");
+  const auto confirm = [](QWidget& box) { static_cast<QMessageBox&>(box).defaultButton()->click(); };
+  Do([&] { Find<QPushButton>("ConvertTicked").click(); }, {confirm, TWindowTest::Press(Qt::Key_Return)});
+  EXPECT_EQ(FMessages, (std::vector<std::string>{"Convert 16 files? Backups are made.",
+                                                 "Replace procedure was performed sucessfully."}));
+  std::string kept, partial;
+  for (const desktop::TReviewFile& file : set->Files()) {
+    const std::string now = FScratch.Read("App/" + file.Path);
+    if (now == file.Before) {
+      kept += file.Path + "\n";
+    } else if (now != file.After) {
+      partial += file.Path + "\n";
+    }
+  }
+  EXPECT_EQ(kept, "Common/Branch.dfm\nCommon/Branch.pas\n");
+  EXPECT_EQ(partial, "Common/Period.pas\n");
+  EXPECT_EQ(Tab(), "Changes (16)");
 }
 
 }  // namespace
