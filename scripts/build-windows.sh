@@ -52,7 +52,7 @@ with_archive=yes
 [ "${1:-}" != --no-archive ] || { with_archive=no && shift; }
 [ $# -gt 0 ] || set -- win64 win32
 for preset in "$@"; do
-  [ -f "build/$preset/build.ninja" ] || configure_quietly "$preset"
+  configure_quietly "$preset"  # each time, because a build for this machine brings the tests
   build_quietly "build/$preset" all
 done
 [ "$with_archive" = yes ] || exit 0

@@ -59,9 +59,9 @@ void TNestedObjects::Clear() {
 }
 
 size_t TNestedObjects::THash::operator()(std::string_view text) const {
-  size_t hash = 0xCBF29CE484222325U;
+  uint64_t hash = 0xCBF29CE484222325U;
   for (const char c : text) hash = (hash ^ Fold(c)) * 0x100000001B3U;
-  return hash;
+  return static_cast<size_t>(hash);
 }
 
 bool TNestedObjects::TEqual::operator()(std::string_view left, std::string_view right) const {

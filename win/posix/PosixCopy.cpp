@@ -161,6 +161,8 @@ bool TPosixFileSystem::CopyOverUnchanged(std::string_view source, std::string_vi
   const bool isFound = Locate(source, TKind::File, from) && StatAt(from, info) == 0;
   if (!FindTarget(target, TOverwriting::Document, to)) return false;
   if (!to.Exists) return Fail(ERROR_FILE_NOT_FOUND);
+  // Checked here too, so that a refused source stays where it is.
+  if (FileStampOf(to.Info) != expected) return Fail(ERROR_FILE_INVALID);
   if (isFound && !to.IsRefused && CanTakePlaceOf(from, info, to)) {
     TFolderChange change(FFolders, to.Place);
     TTemporaryFile file(to.Place);
