@@ -137,7 +137,7 @@ TEST_F(WinLayerTest, AChangedFileIsNotReplaced) {
   EXPECT_TRUE(
       FFiles->CopyOverUnchanged(Path("New.pas"), Path("Unit.pas"), *FFiles->GetFileStamp(Path("Unit.pas"))));
   EXPECT_EQ(FTree.Read("Unit.pas"), "new");
-  FFiles->DeleteFileA(Path("New.pas"));  // it may be gone already
+  (void)FFiles->DeleteFileA(Path("New.pas"));  // it may be gone already
   EXPECT_EQ(FTree.Names(), std::vector<std::string>{"Unit.pas"});
 }
 
