@@ -113,7 +113,7 @@ void TSourceEditor::GoToLine(int line) {
 }
 
 void TSourceEditor::SelectRange(long start, long end) {
-  SendScintilla(SCI_SETSEL, start, end);
+  SendScintilla(SCI_SETSEL, static_cast<unsigned long>(start), end);
   SendScintilla(SCI_SCROLLCARET);
 }
 
