@@ -23,7 +23,6 @@ namespace {
 using TKind = TProjectModel::TKind;
 
 constexpr int kExpandedUnits = 200;  // up to this number of units all rows are expanded
-constexpr int kNameWidth = 190;      // pixels
 
 // Opens the folder of a file in the file manager.
 void Reveal(const std::string& fileName) {
@@ -46,7 +45,9 @@ TProjectTree::TProjectTree(host::THost& host, QWidget* parent)
   FView->setUniformRowHeights(true);
   FView->setExpandsOnDoubleClick(false);
   FView->setTextElideMode(Qt::ElideMiddle);
-  FView->setColumnWidth(TProjectModel::coName, kNameWidth);
+  // Names are never cut. The forms get the rest of the width.
+  FView->header()->setSectionResizeMode(TProjectModel::coName, QHeaderView::ResizeToContents);
+  FView->header()->setResizeContentsPrecision(0);  // visible rows only
   FView->setContextMenuPolicy(Qt::CustomContextMenu);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

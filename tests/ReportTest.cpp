@@ -322,8 +322,8 @@ TEST_F(ReportTest, SarifIsWhatTheStandardRequires) {
   EXPECT_GT(fingerprints.size(), 20u);
   for (mig::TFileReport& file : report.Files)
     for (mig::TFinding& finding : file.Findings) finding.Line += 3;
-  for (const nlohmann::json& result :
-       nlohmann::json::parse(MakeReport(report, "r.sarif"))["runs"][0]["results"])
+  const nlohmann::json moved = nlohmann::json::parse(MakeReport(report, "r.sarif"));
+  for (const nlohmann::json& result : moved["runs"][0]["results"])
     EXPECT_EQ(fingerprints.count(result["partialFingerprints"]["kvamigrate/v1"]), 1u);
 }
 
