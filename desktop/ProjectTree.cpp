@@ -48,6 +48,8 @@ TProjectTree::TProjectTree(host::THost& host, QWidget* parent)
   // Names are never cut. The forms get the rest of the width.
   FView->header()->setSectionResizeMode(TProjectModel::coName, QHeaderView::ResizeToContents);
   FView->header()->setResizeContentsPrecision(0);  // visible rows only
+  FView->header()->setSectionResizeMode(TProjectModel::coForm, QHeaderView::Stretch);
+  FView->header()->setMinimumSectionSize(0);
   FView->setContextMenuPolicy(Qt::CustomContextMenu);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

@@ -217,15 +217,16 @@ TEST(WinFaultsTest, OnlyTemporaryFilesWithoutAnOwnerAreDeleted) {
 }
 
 TEST(WinFaultsTest, FlushAsksTheSystemAndReportsWhatItSays) {
-  const auto flush = [](TFileSystem& files) {
+  const auto calls = [](auto flushes) {
     TNames asked;
     THostFault fault(0);
-    EXPECT_TRUE(files.FlushWritten());
+    EXPECT_TRUE(flushes());
     for (const std::string& call : fault.Calls()) {
       if (call == "fsync" || call == "syncfs") asked.push_back(call);
     }
     return asked;
   };
+  const auto flush = [&calls](TFileSystem& files) { return calls([&] { return files.FlushWritten(); }); };
   TTry run;
   const auto write = [&run](int i) {
     return run.Files.ReplaceFileContents(run.Tree.WindowsPath(std::to_string(i)), "x");
@@ -238,6 +239,9 @@ TEST(WinFaultsTest, FlushAsksTheSystemAndReportsWhatItSays) {
   EXPECT_EQ(flush(run.Files), (TNames{"syncfs"}));
   EXPECT_TRUE(run.Files.MoveFileReplacing(run.Tree.WindowsPath("0"), run.Tree.WindowsPath("1")));
   EXPECT_EQ(flush(run.Files), (TNames{"fsync", "fsync"}));
+  auto file = run.Files.CreateFileA(run.Tree.WindowsPath("file"), TFileMode::Create);
+  ASSERT_TRUE(file && file->Write("x", 1));
+  EXPECT_EQ(calls([&] { return file->Flush(); }), (TNames{"fsync", "fsync"}));
 }
 
 TEST(WinFaultsTest, AFailedCloseIsReportedByTheNextFlush) {
