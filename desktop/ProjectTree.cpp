@@ -49,7 +49,7 @@ TProjectTree::TProjectTree(host::THost& host, QWidget* parent)
   FView->header()->setSectionResizeMode(TProjectModel::coName, QHeaderView::ResizeToContents);
   FView->header()->setResizeContentsPrecision(0);  // visible rows only
   FView->header()->setSectionResizeMode(TProjectModel::coForm, QHeaderView::Stretch);
-  FView->header()->setMinimumSectionSize(0);
+  FView->header()->setStretchLastSection(false);  // it would keep the width that it had
   FView->setContextMenuPolicy(Qt::CustomContextMenu);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
