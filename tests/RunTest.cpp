@@ -161,8 +161,13 @@ TEST_F(RunTest, TheOrderOfTheLastStep) {
 // The target folder of a link is not scanned, and its files are not replaced.
 TEST_F(RunTest, LinksToFoldersAreNotFollowed) {
   FTree.Write("elsewhere/C.pas", kUnit);
+  FTree.Write("elsewhere/Other.dfm", kForm);
+  FTree.Write("src/Other.dfm", kForm);
   FTree.Link(FTree.HostPath("elsewhere"), "src/Link");
+  std::string others;
+  Replacer().OnOtherForm = [&](const std::string& form, size_t) { others += Shown(form) + "\n"; };
   EXPECT_TRUE(Replacer().Replace());
+  EXPECT_EQ(others, "<dir>\\src\\Other.dfm\n");
   EXPECT_EQ(Read("elsewhere/C.pas"), kUnit);
   EXPECT_FALSE(fs::exists(FTree.HostPath("src/RBackup/Link")));
 }
