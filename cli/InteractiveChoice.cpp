@@ -42,9 +42,7 @@ std::string ReadLine() {
 
 TInteractiveChoice::TInteractiveChoice(const TCommandLine& line, mig::TComponentReplacer& replacer,
                                        const std::string& folder)
-    : FLine(line), FReplacer(replacer), FFolder(folder) {
-  if (!CanAsk()) throw EUsage("--interactive asks on a terminal, and standard input or output is none.");
-}
+    : FLine(line), FReplacer(replacer), FFolder(folder) {}
 
 TInteractiveChoice::~TInteractiveChoice() {
   FReplacer.SetSelection(nullptr);

@@ -15,7 +15,7 @@ namespace cli {
 class TInteractiveChoice {
  public:
   // `folder` is the full Windows path that shown names are relative to. `line` and `replacer` must outlive the
-  // object. Raises EUsage if standard input or standard output is no terminal.
+  // object. Standard input and standard output must be terminals.
   TInteractiveChoice(const TCommandLine& line, mig::TComponentReplacer& replacer, const std::string& folder);
   // Ends the limitation of runs.
   ~TInteractiveChoice();

@@ -19,6 +19,7 @@
 #include "cli/Progress.h"
 #include "cli/RunReport.h"
 #include "cli/Scope.h"
+#include "cli/StandardStreams.h"
 #include "cli/TypedPath.h"
 #include "rtl/text/SysUtils.h"
 #include "target/KVAReplacer.h"
@@ -131,6 +132,8 @@ int RunReplace(const TCommandLine& line) {
   if (line.OverwriteBackups && !line.BackupDir) throw EUsage("--overwrite-backups is for --backup-dir.");
   if (line.Interactive && line.DryRun)
     throw EUsage("--interactive is for a run that writes, and not for --dry-run or --diff.");
+  if (line.Interactive && !CanAsk())
+    throw EUsage("--interactive asks on a terminal, and standard input or output is none.");
   if (line.IgnoreSpace && !line.Diff && !line.Interactive)
     throw EUsage("--ignore-space is for --diff and --interactive.");
   target::TKVAMigration migration(LoadCatalogue(line.Catalogue));

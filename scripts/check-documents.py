@@ -19,6 +19,7 @@ RUN = ["README.md", "docs/manual.md"]
 NOT_RUN = {
     "sudo ": "changes the machine",
     "kvawizard": "waits for its user",
+    "kvamigrate replace -i": "asks on a terminal",
     "kvamigrate wizard": "waits for its user",
     "./kvamigrate.sh wizard": "waits for its user",
 }
