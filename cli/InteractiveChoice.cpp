@@ -31,7 +31,6 @@ std::string ReadLine() {
     char c = '\0';
     const TInput input = ReadInput(c);
     StopIfInterrupted("Stopped: no file was replaced.");
-    if (input == TInput::Interrupted) continue;
     if (input == TInput::End) return text.empty() ? "q" : text;
     if (c == '\n') return text;
     text += c;

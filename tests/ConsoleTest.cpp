@@ -61,6 +61,22 @@ int InChild(TPrepare prepare, TAction action) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
+TEST(ConsoleTest, AnInterruptBeforeTheWaitingIsNotLost) {
+  const auto await = [] {
+    alarm(20);  // ends a process that waits for ever
+    CatchInterrupts();
+    raise(SIGINT);
+    char byte = 0;
+    return static_cast<int>(ReadInput(byte));
+  };
+  const auto openInput = [] {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    dup2(ends[0], STDIN_FILENO);
+  };
+  EXPECT_EQ(InChild(openInput, await), static_cast<int>(TInput::Interrupted));
+}
+
 int WriteLine() {
   try {
     PrintLine("text");

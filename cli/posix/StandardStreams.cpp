@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "cli/CommandLine.h"
+#include "cli/posix/InterruptPipe.h"
 
 namespace cli {
 namespace {
@@ -70,11 +71,12 @@ bool CanAsk() {
 }
 
 TInput ReadInput(char& byte) {
-  // A signal ends the waiting, unlike a read.
-  pollfd input = {STDIN_FILENO, POLLIN, 0};
-  const ssize_t count = poll(&input, 1, -1) < 0 ? -1 : read(STDIN_FILENO, &byte, 1);
-  if (count < 0) return errno == EINTR ? TInput::Interrupted : TInput::End;
-  return count == 0 ? TInput::End : TInput::Byte;
+  pollfd waited[] = {{STDIN_FILENO, POLLIN, 0}, {InterruptPipe(), POLLIN, 0}};
+  while (poll(waited, 2, -1) < 0) {
+    if (errno != EINTR) return TInput::End;
+  }
+  if (waited[1].revents != 0) return TInput::Interrupted;
+  return read(STDIN_FILENO, &byte, 1) == 1 ? TInput::Byte : TInput::End;
 }
 
 bool IsTerminal(TStream stream) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "cli/Interrupt.h"
 #include "win/Errors.h"
 #include "win/windows/WindowsApi.h"
 #include "win/windows/WindowsText.h"
@@ -119,6 +120,7 @@ TInput ReadInput(char& byte) {
   constexpr DWORD kAborted = 995;
   DWORD count = 0;
   do {
+    if (PendingInterrupt() != 0) return TInput::Interrupted;
     ::SetLastError(0);
     const bool isRead = ReadFile(GetStdHandle(STD_INPUT_HANDLE), &byte, 1, &count, nullptr) != 0;
     if (!isRead || count == 0) {
