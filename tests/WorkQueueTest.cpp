@@ -34,6 +34,16 @@ TEST(WorkQueueTest, WaitForRoomDoesTheTasksThatAStuckWorkerLeaves) {
   EXPECT_EQ(done, 10);
 }
 
+TEST(WorkQueueTest, ALongTaskOfTheWorkerLeavesThisThreadFree) {
+  TWorkQueue queue;
+  std::atomic<bool> mayGoOn = false;
+  const auto task = [&] {
+    while (!mayGoOn) std::this_thread::yield();
+    throw std::runtime_error("the task");
+  };
+  EXPECT_THROW(queue.RunOnWorker(task, [&] { mayGoOn = true; }), std::runtime_error);
+}
+
 TEST(WorkQueueTest, AFailureIsKeptForTheEndAndTheOthersAreDone) {
   TWorkQueue queue;
   std::atomic<int> done = 0;

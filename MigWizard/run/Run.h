@@ -77,7 +77,8 @@ class TRun {
   // --- The last step (RunReplacement.cpp) ---
   bool ReplaceOriginals(const std::string& tempDir);
   bool ReplaceWithJournal(const std::string& tempDir);
-  void Flush() const;
+  // Writes everything to the disk. `replaced`: how many originals are replaced.
+  void Flush(int replaced);
   void WriteUndoFile();
 
   const TReplaceOptions& FOptions;

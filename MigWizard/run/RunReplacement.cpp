@@ -10,8 +10,7 @@ namespace mig {
 bool TRun::ReplaceOriginals(const std::string& tempDir) {
   if (FChangedFiles > 0) {
     FLog.WriteLine(SReplacingOriginals);
-    FHooks.ReportReplacing(TRunPhase::Flushing, 0, FChangedFiles);
-    Flush();
+    Flush(0);
   }
   if (FOptions.Policy.Strict && !FChanged.Empty()) return ReplaceWithJournal(tempDir);
   const bool succeeded = FChanged.Replace(tempDir, FOptions, FHooks, FQueue);
@@ -19,10 +18,16 @@ bool TRun::ReplaceOriginals(const std::string& tempDir) {
   return succeeded;
 }
 
-void TRun::Flush() const {
-  if (win::FileSystem().FlushWritten()) return;
-  throw rtl::EWriteError(rtl::Format("Cannot write the changed files to the disk. %s",
-                                     {win::SysErrorMessage(win::GetLastError())}));
+void TRun::Flush(int replaced) {
+  const auto report = [&] { FHooks.ReportReplacing(TRunPhase::Flushing, replaced, FChangedFiles); };
+  report();
+  FQueue.RunOnWorker(
+      [] {
+        if (win::FileSystem().FlushWritten()) return;
+        throw rtl::EWriteError(rtl::Format("Cannot write the changed files to the disk. %s",
+                                           {win::SysErrorMessage(win::GetLastError())}));
+      },
+      report);
 }
 
 // The journal and the backups are on the disk before the first original is replaced. The journal remains
@@ -36,8 +41,7 @@ bool TRun::ReplaceWithJournal(const std::string& tempDir) {
   bool succeeded = false;
   try {
     succeeded = FChanged.Replace(tempDir, FOptions, FHooks, FQueue);
-    FHooks.ReportReplacing(TRunPhase::Flushing, FChanged.Replaced(), FChangedFiles);
-    Flush();
+    Flush(FChanged.Replaced());
     if (FHasJournal) FBackups.FinishJournal();
   } catch (...) {
     if (FHasJournal)

@@ -79,6 +79,23 @@ void TWorkQueue::Wait(const TTask& onIdle) {
   if (FFailure) std::rethrow_exception(std::exchange(FFailure, nullptr));
 }
 
+void TWorkQueue::RunOnWorker(TTask task, const TTask& onIdle) {
+  if (!FWorker.joinable()) return task();
+  PushSpeculative({std::move(task)});
+  const auto isDone = [this] { return FSpeculative.empty() && FRunning == 0; };
+  std::unique_lock lock(FMutex);
+  while (!FDone.wait_for(lock, kIdleInterval, isDone)) {
+    if (!FSpeculative.empty()) {
+      Do(PopLastSpeculative(), lock);  // the worker is busy
+      continue;
+    }
+    lock.unlock();
+    onIdle();
+    lock.lock();
+  }
+  if (FFailure) std::rethrow_exception(std::exchange(FFailure, nullptr));
+}
+
 void TWorkQueue::Cancel() noexcept {
   std::unique_lock lock(FMutex);
   FSpeculative.clear();
