@@ -10,7 +10,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 build=build/lint
 [ -f $build/build.ninja ] || configure_quietly lint
 # Sources that the build generates, and that checked ones include.
-mapfile -t generated < <(ninja -C $build -t targets all | sed -n 's/^\(.*\.\(moc\|h\)\): CUSTOM_COMMAND$/\1/p')
+mapfile -t generated < <(ninja -C $build -t targets all | sed -n 's/^\(.*\.\(moc\|h\|example\)\): CUSTOM_COMMAND$/\1/p')
 [ ${#generated[@]} -eq 0 ] || build_quietly $build "${generated[@]}"
 
 # Only files that the build compiles here: others have no compile commands.

@@ -35,9 +35,11 @@ void ExpectRead(const std::string& text) {
   const bool read = rtl::ParseFloat(text, kFormat<TNumber>, value);
   ASSERT_EQ(read, !std::isinf(number)) << text;
   if (!read) return;
-  char bytes[10];
-  rtl::EncodeFloat(value, kFormat<TNumber>, bytes);
-  ASSERT_EQ(std::memcmp(bytes, &number, kBytes<TNumber>), 0) << text;
+  char bytes[sizeof number];
+  std::memcpy(bytes, &number, sizeof number);
+  char encoded[10];
+  rtl::EncodeFloat(value, kFormat<TNumber>, encoded);
+  ASSERT_EQ(std::memcmp(encoded, bytes, kBytes<TNumber>), 0) << text;
 }
 
 // `number` is written as text that the C library reads as the same bits, in any style, directly and by way
@@ -52,7 +54,9 @@ void ExpectWritten(TNumber number) {
   for (const auto style : {rtl::TFloatStyle::Short, rtl::TFloatStyle::Fraction, rtl::TFloatStyle::Marked}) {
     const std::string text = rtl::FormatFloat(value, kFormat<TNumber>, style);
     const TNumber back = FromText<TNumber>(text.c_str());
-    ASSERT_EQ(std::memcmp(&back, &number, kBytes<TNumber>), 0) << text;
+    char again[sizeof back];
+    std::memcpy(again, &back, sizeof back);
+    ASSERT_EQ(std::memcmp(again, bytes, kBytes<TNumber>), 0) << text;
     ASSERT_EQ(static_cast<TNumber>(std::strtold(text.c_str(), nullptr)), number) << text;
     ExpectRead<TNumber>(text);
   }

@@ -14,9 +14,9 @@
 namespace mig {
 namespace {
 
-const qrl::TEncoding& kAnsi = qrl::TEncoding::Default();
-const qrl::TEncoding& kUtf8 = qrl::TEncoding::UTF8();
-const qrl::TEncoding& kUtf16 = qrl::TEncoding::Unicode();
+const qrl::TEncoding& Ansi = qrl::TEncoding::Default();
+const qrl::TEncoding& Utf8 = qrl::TEncoding::UTF8();
+const qrl::TEncoding& Utf16 = qrl::TEncoding::Unicode();
 
 class FormPassTest : public testing::Test {
  protected:
@@ -27,7 +27,7 @@ class FormPassTest : public testing::Test {
 
   static std::string Databases(std::string_view text) {
     std::string list;
-    FindDatabaseNames(text, kAnsi, [&list](std::string_view alias, std::string_view component) {
+    FindDatabaseNames(text, Ansi, [&list](std::string_view alias, std::string_view component) {
       list.append(alias).append("=").append(component).append(" ");
     });
     return list;
@@ -67,13 +67,13 @@ TEST_F(FormPassTest, NamesComeOutInTheEncodingOfTheForm) {
     const qrl::TEncoding& To;
     std::optional<std::string> Given;
   } rows[] = {
-      {kAnsi, "DM.Gr\xF6\xDF", kUtf16, "DM.Größ"},
-      {kAnsi, "DM.Gr\xF6\xDF", kUtf8, "DM.Größ"},
-      {kAnsi, "DM.Gr\xF6\xDF", kAnsi, "DM.Gr\xF6\xDF"},
-      {kUtf16, "DM.Größ", kAnsi, "DM.Gr\xF6\xDF"},
-      {kUtf8, "DM.Größ", kUtf16, "DM.Größ"},
-      {kUtf16, "DM.Форма", kAnsi, {}},
-      {kUtf16, "\xED\xA0\x80", kUtf16, "\xED\xA0\x80"},
+      {Ansi, "DM.Gr\xF6\xDF", Utf16, "DM.Größ"},
+      {Ansi, "DM.Gr\xF6\xDF", Utf8, "DM.Größ"},
+      {Ansi, "DM.Gr\xF6\xDF", Ansi, "DM.Gr\xF6\xDF"},
+      {Utf16, "DM.Größ", Ansi, "DM.Gr\xF6\xDF"},
+      {Utf8, "DM.Größ", Utf16, "DM.Größ"},
+      {Utf16, "DM.Форма", Ansi, {}},
+      {Utf16, "\xED\xA0\x80", Utf16, "\xED\xA0\x80"},
   };
   for (const auto& row : rows)
     EXPECT_EQ(NameForForm(NameForRun(row.Name, row.From), row.To), row.Given) << row.Name;
@@ -81,8 +81,8 @@ TEST_F(FormPassTest, NamesComeOutInTheEncodingOfTheForm) {
   // Two byte sequences of code page 932 map to one character; a lead byte alone maps to none.
   ASSERT_TRUE(win::SetACP(932));
   for (const char* const name : {"\x87\x90", "\x81\xE0", "a\x81"})
-    EXPECT_EQ(NameForForm(NameForRun(name, kAnsi), kAnsi), name);
-  EXPECT_EQ(NameForForm(NameForRun("a\x81", kAnsi), kUtf16), std::nullopt);
+    EXPECT_EQ(NameForForm(NameForRun(name, Ansi), Ansi), name);
+  EXPECT_EQ(NameForForm(NameForRun("a\x81", Ansi), Utf16), std::nullopt);
 }
 
 TEST_F(FormPassTest, DatabaseNames) {
@@ -126,8 +126,8 @@ TEST_F(FormPassTest, ReferencesInFormsOfOtherEncodings) {
   form = converter.Convert("C:\\A.dfm", "\xEF\xBB\xBF" + text);
   EXPECT_EQ(form.Bytes, expected(sales.c_str(), stock.c_str()));
   EXPECT_EQ(form.UnwritableNames, std::vector<std::string>{});
-  form = converter.Convert("C:\\A.dfm", "\xFF\xFE" + kUtf16.GetBytes(text));
-  EXPECT_EQ(form.Bytes, kUtf16.GetBytes(expected(sales.c_str(), stock.c_str())));
+  form = converter.Convert("C:\\A.dfm", "\xFF\xFE" + Utf16.GetBytes(text));
+  EXPECT_EQ(form.Bytes, Utf16.GetBytes(expected(sales.c_str(), stock.c_str())));
 }
 
 }  // namespace

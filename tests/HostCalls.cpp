@@ -14,10 +14,10 @@
 namespace tests {
 namespace {
 
-thread_local THostFault* inForce = nullptr;
+thread_local THostFault* InForce = nullptr;
 
 bool Strikes(const char* function) {
-  return inForce && inForce->Strikes(function);
+  return InForce && InForce->Strikes(function);
 }
 
 // Returns the function of that name in the next library.
@@ -29,20 +29,20 @@ TFunction* Next(const char* name) {
 }  // namespace
 
 THostFault::THostFault(size_t n, int error) : FNumber(n), FError(error) {
-  inForce = this;
+  InForce = this;
 }
 
 THostFault::~THostFault() {
-  inForce = nullptr;
+  InForce = nullptr;
 }
 
 bool THostFault::Strikes(const char* function) {
-  THostFault* const self = std::exchange(inForce, nullptr);  // calls made in here do not count
+  THostFault* const self = std::exchange(InForce, nullptr);  // calls made in here do not count
   FCalls.emplace_back(function);
   const bool strikes = FCalls.size() == FNumber;
   FHasStruck = FHasStruck || strikes;
   if (strikes && FError == kKill) kill(getpid(), SIGKILL);
-  inForce = self;
+  InForce = self;
   if (strikes && FError > 0) errno = FError;
   return strikes && FError > 0;
 }
@@ -115,14 +115,14 @@ extern "C" ssize_t Test_read(int fd, void* buffer, size_t count) __asm__("read")
 extern "C" ssize_t Test_read(int fd, void* buffer, size_t count) {
   if (tests::Strikes("read")) return -1;
   static auto* const next = tests::Next<ssize_t(int, void*, size_t)>("read");
-  return next(fd, buffer, tests::inForce ? tests::inForce->Transfer(count) : count);
+  return next(fd, buffer, tests::InForce ? tests::InForce->Transfer(count) : count);
 }
 
 extern "C" ssize_t Test_write(int fd, const void* buffer, size_t count) __asm__("write");
 extern "C" ssize_t Test_write(int fd, const void* buffer, size_t count) {
   if (tests::Strikes("write")) return -1;
   static auto* const next = tests::Next<ssize_t(int, const void*, size_t)>("write");
-  return next(fd, buffer, tests::inForce ? tests::inForce->Transfer(count) : count);
+  return next(fd, buffer, tests::InForce ? tests::InForce->Transfer(count) : count);
 }
 
 // Closes the file even if it reports a failure, as the host does.

@@ -131,7 +131,7 @@ TEST(ObjectStreamsTest, LengthsAtTheirLimits) {
 
 TEST(ObjectStreamsTest, LinesForPeople) {
   const std::string digits = "0123456789012345678901234567890123456789012345678901234567890123";  // 64
-  const auto narrow = [](std::string bytes) {
+  const auto narrow = [](const std::string& bytes) {
     return BinaryWith(std::string("\x06") + static_cast<char>(bytes.size()) + bytes);
   };
   EXPECT_EQ(ToText(narrow(digits), true), TextWith("'" + digits + "'"));

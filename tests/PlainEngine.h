@@ -11,12 +11,12 @@
 namespace plain {
 
 // The parse takes too many steps.
-struct EOutOfSteps {};
+class EOutOfSteps {};
 
 class TEngine {
  public:
   virtual ~TEngine() = default;
-  void AddRule(const std::string& rule);
+  void AddRule(const std::string& given);
   bool Parse(const std::string& text, const std::string& start, size_t& position);
 
   // Sorted by name; alternatives are in trying order after the first Parse.

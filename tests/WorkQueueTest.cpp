@@ -63,7 +63,7 @@ TEST(WorkQueueTest, AFailureIsKeptForTheEndAndTheOthersAreDone) {
 struct TTwoConverters {
   explicit TTwoConverters(std::function<void()> onWalk, std::function<void()> onWorker) {
     Classes.AddClass("TQuery", "TKVAQuery");
-    const auto call = [](std::function<void()> action) {
+    const auto call = [](const std::function<void()>& action) {
       return [action](std::string_view, std::string_view newClass) {
         action();
         return std::string(newClass);
