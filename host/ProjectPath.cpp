@@ -1,38 +1,15 @@
 #include "host/ProjectPath.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "rtl/text/SysUtils.h"
 #include "win/Errors.h"
 #include "win/FileSystem.h"
 #include "win/paths/CodePage.h"
 #include "win/paths/Drives.h"
+#include "win/paths/PathComponents.h"
 
 namespace host {
-
-namespace {
-
-// Returns `rest`, the part of a path after its drive, with one separator at its beginning and without the
-// components "", "." and "..".
-std::string WithoutDots(std::string_view rest) {
-  std::vector<std::string_view> parts;
-  while (!rest.empty()) {
-    const size_t end = std::min(rest.find('\\'), rest.size());
-    const std::string_view part = rest.substr(0, end);
-    if (part == "..") {
-      if (!parts.empty()) parts.pop_back();
-    } else if (!part.empty() && part != ".") {
-      parts.push_back(part);
-    }
-    rest.remove_prefix(std::min(end + 1, rest.size()));
-  }
-  std::string result;
-  for (const std::string_view part : parts) result.append("\\").append(part);
-  return result.empty() ? "\\" : result;
-}
-
-}  // namespace
 
 std::string ResolveName(std::string_view baseFile, std::string_view name) {
   // A full host path, on a host without drive letters.
@@ -44,8 +21,10 @@ std::string ResolveName(std::string_view baseFile, std::string_view name) {
   if (rtl::ExtractFileDrive(path).empty()) {
     path.insert(0, path.starts_with('\\') ? rtl::ExtractFileDrive(baseFile) : rtl::ExtractFilePath(baseFile));
   }
-  std::string drive = rtl::ExtractFileDrive(path);
-  return drive + WithoutDots(std::string_view(path).substr(drive.size()));
+  const std::string drive = rtl::ExtractFileDrive(path);
+  std::string full = drive + "\\";
+  win::AppendComponents(full, full.size(), std::string_view(path).substr(drive.size()), "\\", '\\');
+  return full;
 }
 
 std::string FileKey(std::string_view fileName) {

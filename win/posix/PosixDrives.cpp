@@ -10,6 +10,7 @@
 
 #include "win/paths/CodePage.h"
 #include "win/paths/Drives.h"
+#include "win/paths/PathComponents.h"
 
 namespace win {
 namespace {
@@ -53,31 +54,6 @@ bool IsSeparator(char c) {
   return c == '\\' || c == '/';
 }
 
-// Appends the components of `path` to `result`, whose first `root` bytes are kept, with "/" between them.
-// Skips empty components and "."; ".." removes one component. If there is none to remove, `keepParents`
-// decides whether ".." is kept or dropped, as in a root.
-void AppendComponents(std::string& result, size_t root, std::string_view path, bool backslashes,
-                      bool keepParents) {
-  for (size_t start = 0; start < path.size();) {
-    size_t end = start;
-    while (end < path.size() && path[end] != '/' && !(backslashes && path[end] == '\\')) ++end;
-    const std::string_view component = path.substr(start, end - start);
-    start = end + 1;
-    if (component.empty() || component == ".") continue;
-    if (component == "..") {
-      const std::string_view above = std::string_view(result).substr(root);
-      const size_t last = above.rfind('/') + 1;  // npos + 1 is 0
-      if (!above.empty() && above.substr(last) != "..") {
-        result.resize(root + last - (last > 0 ? 1 : 0));
-        continue;
-      }
-      if (!keepParents) continue;
-    }
-    if (result.size() > root) result += '/';
-    result += component;
-  }
-}
-
 std::string CurrentFolder() {
   std::vector<char> buffer(PATH_MAX);
   while (!getcwd(buffer.data(), buffer.size())) {
@@ -92,8 +68,8 @@ std::string CurrentFolder() {
 std::string FullHostPath(std::string_view hostPath, bool backslashes) {
   const bool full = !hostPath.empty() && (hostPath[0] == '/' || (backslashes && hostPath[0] == '\\'));
   std::string result = "/";
-  if (!full) AppendComponents(result, 1, CurrentFolder(), false, false);
-  AppendComponents(result, 1, hostPath, backslashes, false);
+  if (!full) AppendComponents(result, 1, CurrentFolder(), kHostDividers);
+  AppendComponents(result, 1, hostPath, backslashes ? kWindowsDividers : kHostDividers);
   return result.size() == 1 ? std::string() : result;
 }
 
@@ -149,13 +125,14 @@ std::string ToHostName(std::string_view path) {
     result.reserve(folder->size() + path.size());
     result.append(*folder) += '/';
     const size_t root = result.size();
-    AppendComponents(result, root, path.substr(2), true, false);
+    AppendComponents(result, root, path.substr(2), kWindowsDividers);
     if (result.size() == root && root > 1) result.pop_back();
     return result;
   }
   const bool rooted = IsSeparator(path[0]);
   if (rooted) result = "/";
-  AppendComponents(result, result.size(), path, true, !rooted);
+  AppendComponents(result, result.size(), path, kWindowsDividers, '/',
+                   rooted ? TParents::Drop : TParents::Keep);
   return result.empty() ? "." : result;
 }
 
@@ -174,7 +151,7 @@ std::string ToWindowsPath(std::string_view typed) {
   if (typed.empty()) return {};
   if (HasDrive(typed)) {
     std::string below;
-    AppendComponents(below, 0, typed.substr(2), true, false);
+    AppendComponents(below, 0, typed.substr(2), kWindowsDividers);
     if (!IsWindowsName(below) || !FolderOfDrive(typed)) return {};
     std::replace(below.begin(), below.end(), '/', '\\');
     return DriveRoot(DriveIndex(typed[0])) + below;

@@ -1,0 +1,28 @@
+#include "win/paths/PathComponents.h"
+
+#include <algorithm>
+
+namespace win {
+
+void AppendComponents(std::string& result, size_t root, std::string_view path, std::string_view dividers,
+                      char divider, TParents parents) {
+  while (!path.empty()) {
+    const size_t end = std::min(path.find_first_of(dividers), path.size());
+    const std::string_view component = path.substr(0, end);
+    path.remove_prefix(std::min(end + 1, path.size()));
+    if (component.empty() || component == ".") continue;
+    if (component == "..") {
+      const std::string_view above = std::string_view(result).substr(root);
+      const size_t last = above.rfind(divider) + 1;  // npos + 1 is 0
+      if (!above.empty() && above.substr(last) != "..") {
+        result.resize(root + last - (last > 0 ? 1 : 0));
+        continue;
+      }
+      if (parents == TParents::Drop) continue;
+    }
+    if (result.size() > root) result += divider;
+    result += component;
+  }
+}
+
+}  // namespace win
