@@ -35,6 +35,13 @@ void TEditorPages::Show(host::TFileEditor& editor) {
     page->OnRefused = [this](const QString& message) {
       if (OnRefused) OnRefused(message);
     };
+    page->OnLoaded = [this] {
+      if (OnLoaded) OnLoaded();
+    };
+    page->OnFailed = [this, page](const std::exception& error) {
+      RemovePage(indexOf(page));
+      if (OnFailed) OnFailed(error);
+    };
     connect(page, &QsciScintilla::cursorPositionChanged, this, [this] {
       if (OnMoved) OnMoved();
     });

@@ -30,7 +30,8 @@ class TEditorPages : public QTabWidget {
   ~TEditorPages() override;
 
   // Brings the page of the editor to the front, and makes it if there is none. Raises the exceptions of reading
-  // the file; there is no new page then. The editor is not owned.
+  // a small file; there is no new page then. The page of a large one is closed if it cannot be read, and OnFailed
+  // called. The editor is not owned.
   void Show(host::TFileEditor& editor);
   // Returns the editor of the page in front, or null if there is none or the page has no editor.
   TSourceEditor* CurrentEditor() const { return EditorAt(currentIndex()); }
@@ -54,6 +55,9 @@ class TEditorPages : public QTabWidget {
 
   // Called with a message for the user when an editor refused a character.
   std::function<void(const QString& message)> OnRefused;
+  // Called after an editor has loaded its text, and if it failed to.
+  std::function<void()> OnLoaded;
+  std::function<void(const std::exception& error)> OnFailed;
   // Called after the cursor of an editor has moved.
   std::function<void()> OnMoved;
 

@@ -16,7 +16,6 @@
 #include "desktop/DiskChanges.h"
 #include "desktop/HostMenu.h"
 #include "desktop/ProgressWindow.h"
-#include "desktop/RecentFiles.h"
 #include "desktop/RunRecord.h"
 #include "host/Host.h"
 
@@ -29,6 +28,7 @@ class TChangesView;
 class TCodePageChoice;
 class TEditCommands;
 class TEditorPages;
+class TFileCommands;
 class TFindBar;
 class TFrontEnd;
 class TProjectTree;
@@ -57,33 +57,22 @@ class THostWindow : public QMainWindow, private host::THostObserver {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
-  void dragEnterEvent(QDragEnterEvent* event) override;
-  void dropEvent(QDropEvent* event) override;
 
  private:
   void MakeEditors();
   void MakePanes();
   QDockWidget* AddPane(const char* name, const char* title, QWidget* inside, Qt::DockWidgetArea area);
   void MakeMenu();
-  void ShowRecentFiles();
   void ShowOpenPages();
   void ShowState();
   void ShowPosition();
 
   // Handles an event: shows exceptions, and afterwards the changes made by a run.
   void Run(const std::function<void()>& event);
-  void AskProject();
-  void OpenAny(const QString& hostPath);
-  void ShowHint();
   void FollowLink(const QString& target);
   void Convert(host::TProject& project, const std::string& unit);
-  void ReopenFiles(const std::vector<std::string>& fileNames);
-  void OpenRecent(size_t index);
   bool Save(host::TModule& module);
-  bool ClosePage(int index);
-  bool CloseAll();
   void ShowAbout();
-  host::TSaveAnswer AskToSave(const host::TModule& module);
 
   void ProjectOpened() override;
   void ProjectClosed() override;
@@ -98,17 +87,16 @@ class THostWindow : public QMainWindow, private host::THostObserver {
 
   TFrontEnd& FFrontEnd;
   host::THost FHost;
-  TRecentFiles FRecentFiles;
   TDiskChanges FDiskChanges{FHost, *this};
   TProgressWindow FProgress;
   TRunRecord FRecord;
   THostMenu FMenu;
-  TMenuList FRecentItems;
   TMenuList FPageItems;
   TProjectTree* FTree = nullptr;
   TEditorPages* FPages = nullptr;
   TFindBar* FFindBar = nullptr;
   TCodePageChoice* FCodePages = nullptr;
+  std::unique_ptr<TFileCommands> FFiles;
   std::unique_ptr<TEditCommands> FEdit;
   std::unique_ptr<TRunReview> FReview;
   TChangesView* FChanges = nullptr;

@@ -2,13 +2,13 @@
 
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMimeData>
 #include <QPalette>
 #include <QScopedValueRollback>
 #include <QTimer>
 #include <algorithm>
 
-#include "desktop/CodePageGuess.h"
 #include "desktop/QtText.h"
 #include "rtl/text/Exceptions.h"
 #include "win/paths/CodePage.h"
@@ -46,7 +46,8 @@ TSourceEditor::TSourceEditor(host::TFileEditor& editor, QWidget* parent)
     : QsciScintilla(parent),
       FEditor(editor),
       FModule(editor.Module()->Interface()),
-      FLexer(new TSourceLexer(editor.Kind() == host::TEditorKind::Form, this)) {
+      FLexer(new TSourceLexer(editor.Kind() == host::TEditorKind::Form, this)),
+      FNotice(new QLabel("Loading...", this)) {
   setObjectName("SourceEditor");
   setUtf8(true);
   setLexer(FLexer);
@@ -60,8 +61,15 @@ TSourceEditor::TSourceEditor(host::TFileEditor& editor, QWidget* parent)
   SendScintilla(SCI_SETSCROLLWIDTH, 1L);
   SendScintilla(SCI_SETSCROLLWIDTHTRACKING, 1L);
   SendScintilla(SCI_SETIDLESTYLING, SC_IDLESTYLING_ALL);
+  FNotice->setObjectName("LoadingNotice");
+  FNotice->setAlignment(Qt::AlignCenter);
+  FNotice->setAutoFillBackground(true);
+  FNotice->hide();
   SetColors(parent->palette());
-  Load();
+  FLoading.OnFailed = [this](const std::exception& error) {
+    if (OnFailed) OnFailed(error);
+  };
+  Load(TReason::First);
   connect(this, &QsciScintilla::textChanged, this, [this] { TextChanged(); });
   connect(this, &QsciScintilla::modificationChanged, this, [this] { TextChanged(); });
 }
@@ -95,6 +103,7 @@ void TSourceEditor::SetColors(const QPalette& palette) {
 }
 
 QString TSourceEditor::State() const {
+  if (IsLoading()) return "Loading...";
   QString state = FSource->Encoding() + "    " + FSource->LineEnds();
   if (isReadOnly()) state += "    Read-only: " + FSource->ReadOnlyReason();
   return state;
@@ -107,8 +116,12 @@ QString TSourceEditor::Position() const {
       .arg(SendScintilla(SCI_GETCOLUMN, position) + 1);
 }
 
-void TSourceEditor::GoToLine(int line) {
-  setCursorPosition(std::clamp(line, 1, lines()) - 1, 0);
+void TSourceEditor::GoToLine(int line, int column) {
+  if (IsLoading()) {
+    FPlace = {line, column};
+    return;
+  }
+  setCursorPosition(std::clamp(line, 1, lines()) - 1, column - 1);
   SendScintilla(SCI_VERTICALCENTRECARET);
 }
 
@@ -120,16 +133,18 @@ void TSourceEditor::SelectRange(long start, long end) {
 // --- Text ---
 
 // QsciScintilla::text would end at a NUL.
-QString TSourceEditor::Text() const {
+std::string_view TSourceEditor::Utf8() const {
   const auto* const bytes = static_cast<const char*>(SendScintillaPtrResult(SCI_GETCHARACTERPOINTER));
-  return QString::fromUtf8(bytes, SendScintilla(SCI_GETLENGTH));
+  return {bytes, static_cast<size_t>(SendScintilla(SCI_GETLENGTH))};
+}
+
+QString TSourceEditor::Text() const {
+  return ToQt(Utf8());
 }
 
 // Shows a text in place of the present one: as a step that can be undone, or as the first state.
-void TSourceEditor::ShowText(const QString& text, bool canUndo) {
-  const std::string old = FromQt(Text());
-  const std::string now = FromQt(text);
-  const TDifference change = Difference(old, now);
+void TSourceEditor::ShowText(const std::string& text, bool canUndo) {
+  const TDifference change = Difference(Utf8(), text);
   int line = 0, column = 0;
   getCursorPosition(&line, &column);
   const int top = firstVisibleLine();
@@ -138,39 +153,65 @@ void TSourceEditor::ShowText(const QString& text, bool canUndo) {
   SendScintilla(SCI_SETTARGETSTART, static_cast<long>(change.Start));
   SendScintilla(SCI_SETTARGETEND, static_cast<long>(change.OldEnd));
   SendScintilla(SCI_REPLACETARGET, static_cast<unsigned long>(change.NewEnd - change.Start),
-                now.data() + change.Start);
+                text.data() + change.Start);
   if (!canUndo) SendScintilla(SCI_SETUNDOCOLLECTION, 1L);
   if (!canUndo) SendScintilla(SCI_EMPTYUNDOBUFFER);
-  setReadOnly(!FSource->ReadOnlyReason().isEmpty());
-  setEolMode(text.contains("\r\n") ? EolWindows : EolUnix);
+  setEolMode(text.find("\r\n") != std::string::npos ? EolWindows : EolUnix);
   setMarginWidth(0, QString(std::max<qsizetype>(kLeastDigits, QString::number(lines()).size()) + 1, '9'));
   setCursorPosition(std::min(line, lines() - 1), column);
   setFirstVisibleLine(top);
 }
 
-void TSourceEditor::Load() {
-  const QScopedValueRollback guard(FIsOwnChange, true);
-  host::TFileBuffer& buffer = FEditor.Buffer();
-  FSource.emplace(buffer.Bytes(), FEditor.Kind() == host::TEditorKind::Form, buffer.CodePage());
-  ShowText(FSource->Text(), /*canUndo=*/false);
-  if (Text() != FSource->Text()) FSource->MakeReadOnly("it holds characters that cannot be edited");
-  setReadOnly(!FSource->ReadOnlyReason().isEmpty());
-  FHasSavePoint = !buffer.Modified();
-  SendScintilla(SCI_SETSAVEPOINT);
-  const uint32_t guess = CodePage() == 0 ? 0 : GuessCodePage(buffer.Bytes(), CodePage());
-  FSuggested = guess == CodePage() ? 0 : guess;
+// --- Loading ---
+
+void TSourceEditor::Load(TReason reason) {
+  FLoading.OnLoaded = [this, reason](TLoadedSource source) { ShowSource(std::move(source), reason); };
+  FLoading.Start(FEditor.Buffer(), FEditor.Kind() == host::TEditorKind::Form);
+  if (IsLoading()) ShowNotice(true);
+}
+
+void TSourceEditor::ShowNotice(bool isLoading) {
+  if (isLoading) setReadOnly(true);  // until the text is that of the buffer
+  FNotice->setGeometry(rect());
+  FNotice->setVisible(isLoading);
+}
+
+void TSourceEditor::resizeEvent(QResizeEvent* event) {
+  QsciScintilla::resizeEvent(event);
+  FNotice->setGeometry(rect());
+}
+
+void TSourceEditor::ShowSource(TLoadedSource source, TReason reason) {
+  {
+    const QScopedValueRollback guard(FIsOwnChange, true);
+    const bool canUndo = reason == TReason::BufferChanged && FSource && FSource->ReadOnlyReason().isEmpty() &&
+                         source.Text.ReadOnlyReason().isEmpty();
+    FSource = std::move(source.Text);
+    if (reason == TReason::First) FSuggested = source.Guess;
+    if (reason == TReason::CodePageChosen) FSuggested = 0;
+    const std::string text = FromQt(FSource->Text());
+    if (!canUndo || Utf8() != text) ShowText(text, canUndo);
+    if (Utf8() != text) FSource->MakeReadOnly("it holds characters that cannot be edited");
+    setReadOnly(!FSource->ReadOnlyReason().isEmpty());
+    FVersion = FEditor.Buffer().Version();
+    FHasSavePoint = !FEditor.Buffer().Modified();
+    if (FHasSavePoint || !canUndo) SendScintilla(SCI_SETSAVEPOINT);
+    ShowNotice(false);
+  }
+  if (const auto place = std::exchange(FPlace, std::nullopt)) GoToLine(place->first, place->second);
+  if (OnLoaded) OnLoaded();
 }
 
 void TSourceEditor::BufferChanged() {
   if (FIsOwnChange) return;
-  const QScopedValueRollback guard(FIsOwnChange, true);
-  host::TFileBuffer& buffer = FEditor.Buffer();
-  TSourceText source(buffer.Bytes(), FEditor.Kind() == host::TEditorKind::Form, buffer.CodePage());
-  const bool isEditable = source.ReadOnlyReason().isEmpty() && FSource->ReadOnlyReason().isEmpty();
-  FSource = std::move(source);
-  if (Text() != FSource->Text()) ShowText(FSource->Text(), isEditable);
-  FHasSavePoint = !buffer.Modified();
-  if (FHasSavePoint) SendScintilla(SCI_SETSAVEPOINT);
+  const host::TFileBuffer& buffer = FEditor.Buffer();
+  if (buffer.Version() != FVersion || IsLoading()) {
+    Load(FSource ? TReason::BufferChanged : TReason::First);
+  } else if (!buffer.Modified()) {  // it was saved
+    const QScopedValueRollback guard(FIsOwnChange, true);
+    FHasSavePoint = true;
+    SendScintilla(SCI_SETSAVEPOINT);
+  }
 }
 
 void TSourceEditor::TextChanged() {
@@ -181,6 +222,7 @@ void TSourceEditor::TextChanged() {
   } else {
     FEditor.Buffer().SetBytesLater([this] { return Bytes(); });
   }
+  FVersion = FEditor.Buffer().Version();
 }
 
 void TSourceEditor::ChangeTogether(const std::function<void()>& change) {
@@ -203,22 +245,23 @@ std::string TSourceEditor::Bytes() const {
 // --- Code page ---
 
 uint32_t TSourceEditor::CodePage() const {
-  if (!FSource->IsInCodePage()) return 0;
+  if (IsLoading() || !FSource->IsInCodePage()) return 0;
   const uint32_t own = FEditor.Buffer().CodePage();
   return own != 0 ? own : win::GetACP();
 }
 
 void TSourceEditor::SetCodePage(uint32_t codePage) {
+  host::TFileBuffer& buffer = FEditor.Buffer();
   {
     const QScopedValueRollback guard(FIsOwnChange, true);
-    static_cast<void>(FEditor.Buffer().Bytes());
-    FEditor.Buffer().SetCodePage(codePage);
+    if (buffer.Modified()) static_cast<void>(buffer.Bytes());
+    buffer.SetCodePage(codePage);
   }
-  Load();
-  FSuggested = 0;  // the user has decided
+  Load(TReason::CodePageChosen);
 }
 
 bool TSourceEditor::Accepts(const QString& text) const {
+  if (IsLoading()) return false;
   QString missing;
   if (FSource->CanHold(text, missing)) return true;
   const QString message = QString("\"%1\" was not entered: this file is in %2, which has no such character.")

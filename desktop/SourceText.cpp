@@ -3,7 +3,8 @@
 #include <QHash>
 #include <algorithm>
 #include <limits>
-#include <memory>
+#include <map>
+#include <mutex>
 
 #include "MigWizard/passes/TextFile.h"
 #include "desktop/QtText.h"
@@ -22,20 +23,18 @@ constexpr uint32_t kUtf8CodePage = 65001;
 // writes the first. A file with the second does not convert back to its bytes, and so is not editable.
 class TCodePageWriter {
  public:
-  explicit TCodePageWriter(uint32_t codePage) : CodePage(codePage) {
+  explicit TCodePageWriter(uint32_t codePage) {
     for (int byte = 128; byte < 256; ++byte) {
       const std::string lead(1, static_cast<char>(byte));
       if (!win::IsDBCSLeadByteEx(codePage, static_cast<uint8_t>(byte))) {
-        Add(lead);
+        Add(codePage, lead);
         continue;
       }
       for (int trail = 0; trail < 256; ++trail) {
-        if (win::IsDBCSTrailByte(static_cast<uint8_t>(trail))) Add(lead + static_cast<char>(trail));
+        if (win::IsDBCSTrailByte(static_cast<uint8_t>(trail))) Add(codePage, lead + static_cast<char>(trail));
       }
     }
   }
-
-  const uint32_t CodePage;
 
   std::optional<std::string> Write(const QString& text, QString& missing) const {
     std::string bytes;
@@ -58,8 +57,8 @@ class TCodePageWriter {
   }
 
  private:
-  void Add(const std::string& bytes) {
-    const QString character = ToQt(win::CodePageToUtf8(CodePage, bytes));
+  void Add(uint32_t codePage, const std::string& bytes) {
+    const QString character = ToQt(win::CodePageToUtf8(codePage, bytes));
     if (character.contains(QChar::ReplacementCharacter) || FBytes.contains(character)) return;
     FBytes.insert(character, bytes);
   }
@@ -67,10 +66,12 @@ class TCodePageWriter {
   QHash<QString, std::string> FBytes;
 };
 
+// Returns the writer of a code page. May be called by several threads.
 const TCodePageWriter& CodePageWriter(uint32_t codePage) {
-  static std::unique_ptr<TCodePageWriter> writer;
-  if (!writer || writer->CodePage != codePage) writer = std::make_unique<TCodePageWriter>(codePage);
-  return *writer;
+  static std::mutex mutex;
+  static std::map<uint32_t, const TCodePageWriter> writers;
+  const std::lock_guard lock(mutex);
+  return writers.try_emplace(codePage, codePage).first->second;
 }
 
 }  // namespace

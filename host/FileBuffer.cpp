@@ -9,10 +9,14 @@
 namespace host {
 
 // The stamp is taken first: a change between the two steps shows as a change on the disk.
-void TFileBuffer::Load() {
-  const std::optional<win::TFileStamp> stamp = win::GetFileStamp(FFileName);
-  FOnDisk = rtl::ReadFile(FFileName);
-  FLoaded = stamp;
+TFileBuffer::TContents TFileBuffer::ReadContents(const std::string& fileName) {
+  const std::optional<win::TFileStamp> stamp = win::GetFileStamp(fileName);
+  return {rtl::ReadFile(fileName), stamp};
+}
+
+void TFileBuffer::SetContents(TContents contents) {
+  FOnDisk = std::move(contents.Bytes);
+  FLoaded = contents.Stamp;
 }
 
 const std::string& TFileBuffer::Bytes() {
@@ -21,7 +25,7 @@ const std::string& TFileBuffer::Bytes() {
     FMake = nullptr;
   }
   if (FChanged) return *FChanged;
-  if (!FOnDisk) Load();
+  if (!FOnDisk) SetContents(ReadContents(FFileName));
   return *FOnDisk;
 }
 
@@ -31,29 +35,29 @@ void TFileBuffer::SetBytes(std::string bytes) {
   FMake = nullptr;
   FChanged.reset();
   if (FOnDisk == bytes) {
-    if (wasModified) Changed();
+    if (wasModified) BytesChanged();
     return;
   }
   if (!FOnDisk) FLoaded = win::GetFileStamp(FFileName);
   FChanged = std::move(bytes);
-  Changed();
+  BytesChanged();
 }
 
 void TFileBuffer::SetBytesLater(std::function<std::string()> make) {
   if (!FOnDisk && !FLoaded) FLoaded = win::GetFileStamp(FFileName);
   FMake = std::move(make);
-  Changed();
+  BytesChanged();
 }
 
 void TFileBuffer::Revert() {
   if (!Modified()) return;
   FMake = nullptr;
   FChanged.reset();
-  Changed();
+  BytesChanged();
 }
 
 bool TFileBuffer::ChangedOnDisk() const {
-  if (!FOnDisk && !FChanged && !FMake) return false;
+  if (!IsLoaded()) return false;
   const std::optional<win::TFileStamp> stamp = win::GetFileStamp(FFileName);
   return stamp && stamp != FLoaded;
 }
@@ -72,17 +76,17 @@ bool TFileBuffer::Save(bool overwriteChanged) {
 }
 
 bool TFileBuffer::Reload() {
-  if (!FOnDisk && !FChanged && !FMake) return true;
+  if (!IsLoaded()) return true;
   const std::optional<std::string> before = FOnDisk;
   try {
-    Load();
+    SetContents(ReadContents(FFileName));
   } catch (const rtl::EStreamError&) {
     return false;
   }
   if (!Modified() && FOnDisk == before) return true;
   FMake = nullptr;
   FChanged.reset();
-  Changed();
+  BytesChanged();
   return true;
 }
 

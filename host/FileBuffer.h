@@ -21,10 +21,22 @@ class TFileBuffer {
   TFileBuffer(const TFileBuffer&) = delete;
   TFileBuffer& operator=(const TFileBuffer&) = delete;
 
+  // The contents of a file on the disk. The stamp is none if the file system has none.
+  struct TContents {
+    std::string Bytes;
+    std::optional<win::TFileStamp> Stamp;
+  };
+  // Reads a file. May be called on any thread. Raises rtl::EFOpenError or rtl::EReadError.
+  static TContents ReadContents(const std::string& fileName);
+
   const std::string& FileName() const { return FFileName; }
   // Returns the bytes, byte order mark included, and loads the file if that was not done yet. Raises
   // rtl::EFOpenError or rtl::EReadError if it cannot be loaded, and the exceptions of SetBytesLater.
   const std::string& Bytes();
+  // Returns whether Bytes needs no access to the disk.
+  bool IsLoaded() const { return FOnDisk || FChanged || FMake; }
+  // Loads the buffer with what ReadContents has returned. It must not have been loaded yet.
+  void SetContents(TContents contents);
   // Replaces the bytes in memory. The buffer is modified then, unless they are those of the file.
   void SetBytes(std::string bytes);
   // Marks the buffer as modified. `make` returns its bytes; it is called when they are needed, once unless it
@@ -33,6 +45,8 @@ class TFileBuffer {
   // Discards the changes in memory, without access to the disk.
   void Revert();
   bool Modified() const { return FChanged || FMake; }
+  // Returns a number that grows with each change of the bytes in memory, and not when they are saved.
+  uint64_t Version() const { return FVersion; }
 
   // Returns whether the file exists and is not the one that was loaded or saved last: somebody has written or
   // replaced it since.
@@ -56,13 +70,17 @@ class TFileBuffer {
   std::function<void(TFileBuffer& buffer)> OnChange;
 
  private:
-  void Load();
+  void BytesChanged() {
+    ++FVersion;
+    Changed();
+  }
   void Changed() {
     if (OnChange) OnChange(*this);
   }
 
   std::string FFileName;
   uint32_t FCodePage = 0;
+  uint64_t FVersion = 0;
   std::optional<std::string> FOnDisk;      // the bytes that were loaded or saved last; nullopt before
   std::optional<win::TFileStamp> FLoaded;  // of the file that was loaded or saved last
   std::optional<std::string> FChanged;     // the bytes in memory, if they differ

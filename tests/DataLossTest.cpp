@@ -4,12 +4,8 @@
 #include <QEvent>
 #include <map>
 
-#include "desktop/HostWindow.h"
-#include "desktop/MenuBinding.h"
-#include "desktop/SourceEditor.h"
-#include "desktop/SourceText.h"
 #include "target/KVAReplacer.h"
-#include "tests/WindowTest.h"
+#include "tests/HostWindowFixture.h"
 
 namespace {
 
@@ -17,18 +13,15 @@ namespace fs = std::filesystem;
 using TTexts = std::vector<std::string>;
 using TTree = std::map<std::string, std::string>;
 
-constexpr char kWizardItem[] = "RExpertItemBDE_IBXKORVA";
 constexpr char kReplaced[] = "Replace procedure was performed sucessfully.";
 constexpr char kRestored[] = "Files were succefully restored.";
 constexpr char kUnit[] = "App/About.pas";
 constexpr char kName[] = "\"C:\\App\\About.pas\"";
 
-class DataLossTest : public tests::TWindowTest {
+class DataLossTest : public tests::THostWindowTest {
  protected:
   DataLossTest() {
-    FWindow.show();
-    EXPECT_TRUE(FWindow.LoadWizard(win::ToWindowsPath(KVA_EXPERT_MODULE)));
-    EXPECT_TRUE(FWindow.OpenProject("C:\\App\\LendDesk.dproj"));
+    Open("C:\\App\\LendDesk.dproj");
     FWindow.OpenFile("C:\\App\\About.pas");
   }
 
@@ -52,8 +45,7 @@ class DataLossTest : public tests::TWindowTest {
   // Selects the menu item. Returns the first lines of the messages that came.
   TTexts Choose(const char* item, TActs acts = {}) {
     FMessages.clear();
-    Do([&] { FWindow.Menu().ActionOf(*FWindow.Host().MainMenu().FindItem(item))->trigger(); },
-       std::move(acts));
+    THostWindowTest::Choose(item, std::move(acts));
     return Headlines();
   }
   // Another program writes the unit; the window becomes active.
@@ -75,8 +67,7 @@ class DataLossTest : public tests::TWindowTest {
   }
 
   void TypeIntoUnit(const char* text) { FWindow.CurrentEditor()->insertAt(text, 0, 0); }
-  std::string Shown() { return FWindow.CurrentEditor()->Text().toStdString(); }
-  bool IsModified() { return FWindow.CurrentEditor()->Editor().Buffer().Modified(); }
+  std::string Shown() { return THostWindowTest::Shown().toStdString(); }
 
   // Steps through the wizard to the end of the run; `answers` come after Finish.
   static TActs RunWith(TActs answers) {
@@ -97,7 +88,6 @@ class DataLossTest : public tests::TWindowTest {
 
   const TTree FOriginal = Tree();
   std::chrono::seconds FLater{0};
-  desktop::THostWindow FWindow{FFrontEnd};
 };
 
 TEST_F(DataLossTest, SavingOverANewerFileAsks) {

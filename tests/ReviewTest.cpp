@@ -10,7 +10,6 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QTabWidget>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTreeView>
@@ -18,13 +17,9 @@
 #include "desktop/DiffPane.h"
 #include "desktop/FileDiff.h"
 #include "desktop/FindingsPage.h"
-#include "desktop/HostWindow.h"
-#include "desktop/MenuBinding.h"
 #include "desktop/MigrationPage.h"
 #include "desktop/ReviewPage.h"
-#include "desktop/SourceEditor.h"
-#include "tests/WindowTest.h"
-#include "win/paths/CodePage.h"
+#include "tests/HostWindowFixture.h"
 
 namespace {
 
@@ -111,28 +106,13 @@ TEST(FileDiffTest, ShowsChangesInBothLayouts) {
   EXPECT_EQ(newLines, (std::vector<int>{1, 2, 4, 4}));
 }
 
-class ReviewTest : public tests::TWindowTest {
+class ReviewTest : public tests::THostWindowTest {
  protected:
-  void Open() {
-    FWindow.show();
-    ASSERT_TRUE(FWindow.LoadWizard(win::ToWindowsPath(KVA_EXPERT_MODULE)));
-    ASSERT_TRUE(FWindow.OpenProject("C:\\App\\LendDesk.dproj"));
-  }
+  void Open() { THostWindowTest::Open("C:\\App\\LendDesk.dproj"); }
   void Run() {
     Open();
-    Choose("RExpertItemBDE_IBXKORVA", WholeRun());
+    Choose(kWizardItem, WholeRun());
     Wait();
-  }
-  void Choose(const char* item, TActs acts = {}) {
-    Do([&] { FWindow.Menu().ActionOf(*FWindow.Host().MainMenu().FindItem(item))->trigger(); },
-       std::move(acts));
-  }
-  // Returns a part of the current tab, or of the window.
-  template <class T>
-  T& Find(const char* name) {
-    QWidget* const page = FWindow.findChild<QTabWidget*>("Editors")->currentWidget();
-    T* const part = page == nullptr ? nullptr : page->findChild<T*>(name);
-    return part != nullptr ? *part : *FWindow.findChild<T*>(name);
   }
   desktop::TReviewPage& Page() {
     return *static_cast<desktop::TReviewPage*>(FWindow.findChild<QWidget*>("ReviewPage"));
@@ -179,8 +159,6 @@ class ReviewTest : public tests::TWindowTest {
     FWindow.CurrentEditor()->getCursorPosition(&line, &column);
     return FWindow.CurrentEditor()->text(line).trimmed();
   }
-
-  desktop::THostWindow FWindow{FFrontEnd};
 };
 
 // The steps of a review: counts, all changes in turn, the editor at a change, a patch, ticks that remain.

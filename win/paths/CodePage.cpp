@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <iterator>
 #include <unicode/utf8.h>
 
@@ -21,7 +22,7 @@ void AppendUtf8(std::string& text, char32_t character) {
   if (!failed) text.append(reinterpret_cast<const char*>(units), static_cast<size_t>(length));
 }
 
-// The source code page. Any number of threads may read it.
+// A code page. Any number of threads may read it.
 class TCodePage {
  public:
   // If `table` is null, the code page is UTF-8.
@@ -52,9 +53,25 @@ class TCodePage {
   std::array<bool, 256> FAlpha{};
 };
 
-TCodePage& Setting() {
-  static TCodePage setting(FindCodePageTable(1252));
-  return setting;
+// Returns one of SupportedCodePages. It is never changed or deleted, so that threads may use it while another one
+// changes the setting.
+const TCodePage& PageOf(uint32_t number) {
+  static const std::vector<TCodePage> pages = [] {
+    std::vector<TCodePage> list;
+    for (const uint32_t one : SupportedCodePages()) list.emplace_back(FindCodePageTable(one));
+    return list;
+  }();
+  return *std::find_if(pages.begin(), pages.end(),
+                       [number](const TCodePage& page) { return page.Number() == number; });
+}
+
+std::atomic<const TCodePage*>& Current() {
+  static std::atomic<const TCodePage*> current = &PageOf(1252);
+  return current;
+}
+
+const TCodePage& Setting() {
+  return *Current();
 }
 
 std::string ToUtf8(const TCodePage& page, std::string_view text) {
@@ -84,7 +101,7 @@ std::string ToUtf8(const TCodePage& page, std::string_view text) {
 bool SetACP(uint32_t codePage) {
   const TCodePageTable* const table = FindCodePageTable(codePage);
   if (!table && codePage != kUtf8) return false;
-  if (codePage != GetACP()) Setting() = TCodePage(table);
+  Current() = &PageOf(codePage);
   return true;
 }
 
@@ -109,7 +126,7 @@ bool IsDoubleByteCodePage() {
 }
 
 bool IsDBCSLeadByteEx(uint32_t codePage, uint8_t byte) {
-  return codePage == GetACP() ? IsDBCSLeadByte(byte) : TCodePage(FindCodePageTable(codePage)).IsLead(byte);
+  return PageOf(codePage).IsLead(byte);
 }
 
 std::string SourceToUtf8(std::string_view text) {
@@ -117,7 +134,7 @@ std::string SourceToUtf8(std::string_view text) {
 }
 
 std::string CodePageToUtf8(uint32_t codePage, std::string_view text) {
-  return codePage == GetACP() ? SourceToUtf8(text) : ToUtf8(TCodePage(FindCodePageTable(codePage)), text);
+  return ToUtf8(PageOf(codePage), text);
 }
 
 bool IsCharAlphaA(std::string_view bytes) {

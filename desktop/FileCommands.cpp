@@ -1,0 +1,174 @@
+#include "desktop/FileCommands.h"
+
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QMimeData>
+
+#include "desktop/EditorPages.h"
+#include "desktop/QtText.h"
+#include "desktop/SourceEditor.h"
+#include "host/Host.h"
+#include "host/HostError.h"
+#include "rtl/text/SysUtils.h"
+#include "win/paths/Drives.h"
+
+namespace desktop {
+
+namespace {
+
+constexpr char kFile[] = "FileMenu";
+constexpr char kFilter[] =
+    "Projects and groups (*.dpr *.dpk *.dproj *.bdsproj *.bpg *.groupproj *.bdsgroup);;All files (*)";
+
+}  // namespace
+
+TFileCommands::TFileCommands(THostMenu& menu, host::THost& host, TEditorPages& pages, QWidget& window)
+    : FMenu(menu),
+      FHost(host),
+      FPages(pages),
+      FWindow(window),
+      FRecentItems(menu, "FileRecent", [this](size_t index) { OpenRecent(index); }) {
+  const QKeySequence saveAllKeys = Qt::CTRL | Qt::SHIFT | Qt::Key_S;
+  const QKeySequence closeKeys = Qt::CTRL | Qt::Key_F4;
+  const QKeySequence exitKeys = Qt::ALT | Qt::Key_F4;
+  FMenu.Add({kFile, "FileOpen", "&Open...", QKeySequence::Open, [this] { AskFile(); }});
+  FMenu.Add({kFile, "FileRecent", "Open &Recent"});
+  FMenu.AddLine(kFile);
+  FMenu.Add({kFile, "FileSave", "&Save", QKeySequence::Save, [this] { Save(); }});
+  FMenu.Add({kFile, "FileSaveAll", "Save A&ll", saveAllKeys, [this] { SaveAll(); }});
+  FMenu.Add({kFile, "FileClose", "&Close", closeKeys, [this] { ClosePage(FPages.currentIndex()); }});
+  FMenu.Add({kFile, "FileCloseAll", "Close &Project", {}, [this] { CloseAll(); }});
+  FMenu.AddLine(kFile);
+  FMenu.Add({kFile, "FileExit", "E&xit", exitKeys, [this] { FWindow.close(); }});
+  FHost.OnQuerySave = [this](const host::TModule& module) { return AskToSave(module); };
+  FWindow.setAcceptDrops(true);
+  FWindow.installEventFilter(this);
+  ShowRecent();
+}
+
+void TFileCommands::ShowState() {
+  const bool isOpen = FHost.Group() != nullptr;
+  FMenu.Enable("FileSave", FPages.CurrentEditor() != nullptr);
+  FMenu.Enable("FileClose", FPages.count() > 0);
+  FMenu.Enable("FileSaveAll", isOpen);
+  FMenu.Enable("FileCloseAll", isOpen);
+}
+
+// --- Opening ---
+
+void TFileCommands::AskFile() {
+  const QString picked = QFileDialog::getOpenFileName(&FWindow, "Open", {}, kFilter);
+  if (!picked.isEmpty()) OpenAny(picked);
+}
+
+// Opens a project, or any other file in an editor.
+void TFileCommands::OpenAny(const QString& hostPath) {
+  const std::string fileName = win::ToWindowsPath(FromQt(hostPath));
+  if (fileName.empty())
+    throw host::EHostError("\"" + FromQt(hostPath) + "\" cannot be written as a Windows path.");
+  if (host::ProjectKindOf(fileName) != host::TProjectKind::None) {
+    OpenProject(fileName);
+  } else {
+    OpenFile(fileName);
+  }
+}
+
+bool TFileCommands::OpenProject(std::string_view fileName) {
+  bool isOpen = false;
+  OnRun([&] {
+    isOpen = FHost.OpenProject(fileName, /*newGroup=*/true);
+    if (isOpen) FRecentFiles.Add(fileName);
+  });
+  ShowRecent();
+  return isOpen;
+}
+
+void TFileCommands::OpenRecent(size_t index) {
+  const std::string project = Recent()[index];
+  if (!OpenProject(project) && !rtl::FileExists(project)) FRecentFiles.Remove(project);
+  ShowRecent();
+}
+
+void TFileCommands::ShowRecent() {
+  std::vector<std::string> captions;
+  for (const std::string& name : Recent()) {
+    captions.push_back(FromQt(QString("&%1 %2").arg(captions.size() + 1).arg(ToQt(name).replace("&", "&&"))));
+  }
+  FRecentItems.Show(captions);
+  FMenu.Enable("FileRecent", !captions.empty());
+}
+
+void TFileCommands::OpenFile(const std::string& fileName) {
+  host::TModule& module =
+      FHost.OpenModule(host::IsFormFile(fileName) ? rtl::ChangeFileExt(fileName, ".pas") : fileName);
+  for (int i = 0; i < module.EditorCount(); ++i) {
+    if (rtl::SameText(module.Editor(i).Buffer().FileName(), fileName)) return FPages.Show(module.Editor(i));
+  }
+  if (module.EditorCount() > 0) FPages.Show(module.Editor(0));
+}
+
+void TFileCommands::OpenFiles(const std::vector<std::string>& fileNames) {
+  for (const std::string& fileName : fileNames) {
+    if (rtl::FileExists(fileName)) OpenFile(fileName);
+  }
+}
+
+bool TFileCommands::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() == QEvent::DragEnter) {
+    auto* const drag = static_cast<QDragEnterEvent*>(event);
+    if (drag->mimeData()->hasUrls()) drag->acceptProposedAction();
+    return true;
+  }
+  if (event->type() != QEvent::Drop) return QObject::eventFilter(object, event);
+  const QList<QUrl> urls = static_cast<QDropEvent*>(event)->mimeData()->urls();
+  OnRun([&] {
+    for (const QUrl& url : urls) {
+      if (url.isLocalFile()) OpenAny(url.toLocalFile());
+    }
+  });
+  return true;
+}
+
+// --- Saving and closing ---
+
+void TFileCommands::Save() {
+  if (TSourceEditor* const page = FPages.CurrentEditor()) static_cast<void>(OnSave(*page->Editor().Module()));
+}
+
+void TFileCommands::SaveAll() {
+  for (int i = 0; i < FHost.ModuleCount(); ++i) {
+    if (!OnSave(FHost.Module(i))) break;
+  }
+}
+
+host::TSaveAnswer TFileCommands::AskToSave(const host::TModule& module) {
+  if (OnModal) OnModal();
+  const auto answer =
+      QMessageBox::question(&FWindow, "Confirm", "Save changes to " + ToQt(module.FileName()) + "?",
+                            QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+  if (answer == QMessageBox::Yes) return host::TSaveAnswer::Yes;
+  return answer == QMessageBox::No ? host::TSaveAnswer::No : host::TSaveAnswer::Cancel;
+}
+
+bool TFileCommands::ClosePage(int index) {
+  FPages.setCurrentIndex(index);
+  if (TSourceEditor* const page = FPages.EditorAt(index)) {
+    host::TModule& module = *page->Editor().Module();
+    if (dynamic_cast<host::TProject*>(&module) == nullptr) return module.Close();
+  }
+  if (index >= 0) FPages.RemovePage(index);
+  return true;
+}
+
+bool TFileCommands::CloseAll() {
+  if (host::TProjectGroup* const group = FHost.Group()) {
+    if (!group->host::TModule::Close()) return false;
+  }
+  while (!FHost.Units().empty()) {
+    if (!FHost.Units().front()->host::TModule::Close()) return false;
+  }
+  return true;
+}
+
+}  // namespace desktop
