@@ -187,6 +187,27 @@ TEST_F(WinFoldersTest, AListingDoesNotHideWhatIsThere) {
   EXPECT_TRUE(std::filesystem::is_symlink(FTree.HostPath("link")));
 }
 
+// The folder that a file is moved from is read for the file alone, and not again after the move.
+TEST_F(WinFoldersTest, AMoveIsEnteredInTheListingOfItsSource) {
+  constexpr size_t kFolders = 60;
+  FTree.Write("Target", "old");
+  for (const bool isReplacement : {false, true}) {
+    const std::string stem = isReplacement ? "replaced" : "moved";
+    for (size_t i = 0; i < kFolders; ++i) FTree.Write(stem + std::to_string(i) + "/Unit", "new");
+    Settle();
+    const size_t before = FFiles.FolderReadings();
+    for (size_t i = 0; i < kFolders; ++i) {
+      const std::string name = stem + std::to_string(i) + "/UNIT";
+      const std::string source = FTree.WindowsPath(name), target = FTree.WindowsPath("Target");
+      const auto stamp = FFiles.GetFileStamp(target);
+      ASSERT_TRUE(stamp && (isReplacement ? FFiles.CopyOverUnchanged(source, target, *stamp)
+                                          : FFiles.MoveFileReplacing(source, target)));
+      EXPECT_EQ(Open(name), "error 2");
+    }
+    EXPECT_LT(FFiles.FolderReadings() - before, kFolders * 3 / 2);  // on a busy machine some are read again
+  }
+}
+
 TEST(WinManyFilesTest, AFolderOfManyNamesIsNotReadForEachOfThem) {
   constexpr size_t kFiles = 5000;
   const bool inMemory = access("/dev/shm", W_OK | X_OK) == 0;

@@ -164,10 +164,13 @@ bool TPosixFileSystem::CopyOverUnchanged(std::string_view source, std::string_vi
   // Checked here too, so that a refused source stays where it is.
   if (FileStampOf(to.Info) != expected) return Fail(ERROR_FILE_INVALID);
   if (isFound && !to.IsRefused && CanTakePlaceOf(from, info, to)) {
+    from.Listing = nullptr;  // it may have gone with the second look-up
+    TFolderChange removal(FFolders, from);
     TFolderChange change(FFolders, to.Place);
     TTemporaryFile file(to.Place);
     SweepOnce(to.Place);
     if (FWritten.NoteName(info.st_dev, to.Place) && file.Adopt(from)) {
+      removal.Commit({}, from.Leaf());
       if (!file.TakeNameOf(expected)) return FailErrno(errno);
       change.Commit(to.Place.Leaf());
       return true;
