@@ -38,6 +38,7 @@ enum class TLL1StepKind : unsigned char {
   Literal,      // Text: a run of characters, compared with the lower-cased input
   WordEnd,      // matches nothing, and fails before a character of WordCharacters
   Terminal,     // Text: the name with brackets and star
+  OptionalRun,  // a terminal that is a run, or nothing; the compilation of the program makes these
   Nonterminal,  // Text: the name with brackets
 };
 

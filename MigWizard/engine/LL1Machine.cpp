@@ -62,16 +62,14 @@ bool TLL1Machine::Run(int32_t rule) {
 
 bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
   for (;;) {
-    unsigned next = Next();
-    node = FProgram.FirstThatCanStart(node, next);
-    if (node == TLL1Node::kNone) {
+    TLL1Choice choice = FProgram.Choose(node, Next());
+    if (choice.Node == TLL1Node::kNone) {
       node = PopAlternative();
       if (node == TLL1Node::kNone) return false;
-      next = Next();
+      choice = FProgram.Choose(node, Next());
     }
-    const TLL1Node* step = &FProgram.Node(node);
-    const int32_t alternative = FProgram.FirstThatCanStart(step->Sibling, next);
-    if (alternative != TLL1Node::kNone) PushAlternative(alternative, step->IsPure);
+    const TLL1Node* step = &FProgram.Node(choice.Node);
+    if (choice.Alternative != TLL1Node::kNone) PushAlternative(choice.Alternative, step->IsPure);
 
     // The node was chosen because it can start here, so the first byte of what it matches is known to fit.
     bool matched = true;
@@ -85,7 +83,10 @@ bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
         ++FPosition;
         break;
       case TLL1NodeKind::Run:
-        SkipRun(*step);
+        SkipRun(*step, 1);
+        break;
+      case TLL1NodeKind::OptionalRun:
+        SkipRun(*step, 0);
         break;
       case TLL1NodeKind::HookedRule:
       case TLL1NodeKind::HookedTerminal:
@@ -97,7 +98,7 @@ bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
       case TLL1NodeKind::Rule: {
         const int32_t known = FindResult(step->Argument);
         if (known == TLL1Memo::kUnknown) {
-          node = EnterRule(*step, node);
+          node = EnterRule(*step, choice.Node);
           continue;
         }
         matched = known != TLL1Memo::kFailed;
@@ -213,11 +214,11 @@ bool TLL1Machine::MatchLiteral(const TLL1Node& node) {
   return true;
 }
 
-void TLL1Machine::SkipRun(const TLL1Node& node) {
+void TLL1Machine::SkipRun(const TLL1Node& node, int32_t known) {
   const uint8_t* members = FProgram.Terminal(node.Argument);
   const char* const start = FText.data() + FPosition;
   const char* const end = FText.data() + FText.size();
-  const char* place = start + 1;
+  const char* place = start + known;
   while (place != end && members[static_cast<uint8_t>(*place)] != 0) ++place;
   const auto count = static_cast<int32_t>(place - start);
   FPosition += count;

@@ -79,7 +79,7 @@ class TLL1Machine {
   int32_t LeaveRule();
   bool CallHook(const TLL1Node& node);
   bool MatchLiteral(const TLL1Node& node);
-  void SkipRun(const TLL1Node& node);
+  void SkipRun(const TLL1Node& node, int32_t known);
   void CheckWork();
   unsigned Next() const;
 

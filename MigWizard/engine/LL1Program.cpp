@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bitset>
 #include <memory>
+#include <optional>
 #include <span>
 #include <utility>
 
@@ -27,7 +28,9 @@ void AddStep(TTrieNode*& place, TLL1StepKind kind, std::string_view text, bool m
   place = place->Children.back().get();
 }
 
-void AddAlternative(TTrieNode& root, const std::vector<TLL1Step>& steps, bool mayShare) {
+using TSteps = std::vector<TLL1Step>;
+
+void AddAlternative(TTrieNode& root, const TSteps& steps, bool mayShare) {
   TTrieNode* place = &root;
   for (const TLL1Step& step : steps) {
     if (place->EndsRule) return;  // an earlier alternative always matches before this one is reached
@@ -38,6 +41,13 @@ void AddAlternative(TTrieNode& root, const std::vector<TLL1Step>& steps, bool ma
     }
   }
   place->EndsRule = true;
+}
+
+// The longest rule that is inlined, in steps.
+constexpr size_t kMostInlinedSteps = 8;
+
+bool IsEqual(const TLL1Step& left, const TLL1Step& right) {
+  return left.Kind == right.Kind && left.Text == right.Text;
 }
 
 // The first set of a node or rule: byte values, and the end of the text.
@@ -74,6 +84,17 @@ class TLL1Program::TBuilder {
  private:
   using TTrieNodes = std::span<const std::unique_ptr<TTrieNode>>;
 
+  // A rule that is inlined where it is referred to.
+  struct TInlined {
+    bool IsKnown = false;         // also while the rule itself is being looked at
+    std::optional<TSteps> Steps;  // none if it is not inlined
+  };
+
+  std::vector<TSteps> AlternativesOf(size_t rule);
+  TSteps WithInlined(const TSteps& steps);
+  const std::optional<TSteps>& Inlined(size_t rule);
+  bool IsHook(const std::string& name) const;
+  bool IsOptionalRun(const TSteps& longer, const TSteps& shorter);
   int32_t AddNodes(TTrieNodes list, bool endsRule);
   int32_t AddNode(TLL1NodeKind kind);
   const TTrieNode* FillNode(TLL1Node& node, const TTrieNode& source);
@@ -95,19 +116,76 @@ class TLL1Program::TBuilder {
   const TLL1Grammar& FGrammar;
   const TLL1Hooks& FHooks;
   const TTerminalSource& FTerminalSource;
-  std::vector<size_t> FNodeEnds;  // by rule: the index after its last node
+  std::vector<TInlined> FInlined;  // by rule
+  std::vector<size_t> FNodeEnds;   // by rule: the index after its last node
 };
 
 void TLL1Program::TBuilder::Build() {
   FProgram.FRules.resize(FGrammar.Rules().size());
+  FInlined.resize(FGrammar.Rules().size());
   for (size_t i = 0; i < FProgram.FRules.size(); ++i) {
     TTrieNode root;
-    for (const auto& steps : FGrammar.Rules()[i].Steps) AddAlternative(root, steps, !FHooks.IsEverything);
+    for (const TSteps& steps : AlternativesOf(i)) AddAlternative(root, steps, !FHooks.IsEverything);
     FProgram.FRules[i].Entry = AddNodes(root.Children, root.EndsRule);
     FNodeEnds.push_back(FProgram.FNodes.size());
   }
   MarkPureRules();
   MakeChoices(FindFirstSets());
+}
+
+// Returns the steps of the rule's alternatives, with other rules inlined.
+std::vector<TSteps> TLL1Program::TBuilder::AlternativesOf(size_t rule) {
+  const std::vector<TSteps>& alternatives = FGrammar.Rules()[rule].Steps;
+  if (FHooks.IsEverything) return alternatives;
+  if (const std::optional<TSteps>& steps = Inlined(rule)) return {*steps};
+  std::vector<TSteps> result;
+  for (const TSteps& steps : alternatives) result.push_back(WithInlined(steps));
+  return result;
+}
+
+TSteps TLL1Program::TBuilder::WithInlined(const TSteps& steps) {
+  TSteps result;
+  for (const TLL1Step& step : steps) {
+    const int rule =
+        step.Kind == TLL1StepKind::Nonterminal && !IsHook(step.Text) ? FGrammar.Find(step.Text) : -1;
+    const std::optional<TSteps> inlined = rule < 0 ? std::nullopt : Inlined(static_cast<size_t>(rule));
+    if (inlined) {
+      result.insert(result.end(), inlined->begin(), inlined->end());
+    } else {
+      result.push_back(step);
+    }
+  }
+  return result;
+}
+
+// Returns the steps of the rule if it is inlined: if it refers to no rule that is not inlined itself, and has
+// one alternative, so that matching it leaves no choice open.
+const std::optional<TSteps>& TLL1Program::TBuilder::Inlined(size_t rule) {
+  TInlined& known = FInlined[rule];
+  if (std::exchange(known.IsKnown, true)) return known.Steps;
+  std::vector<TSteps> alternatives;
+  for (const TSteps& steps : FGrammar.Rules()[rule].Steps) alternatives.push_back(WithInlined(steps));
+  if (alternatives.size() == 2 && IsOptionalRun(alternatives[0], alternatives[1])) {
+    alternatives[0].back().Kind = TLL1StepKind::OptionalRun;
+    alternatives.pop_back();
+  }
+  const auto isReference = [](const TLL1Step& step) { return step.Kind == TLL1StepKind::Nonterminal; };
+  if (alternatives.size() == 1 && alternatives[0].size() <= kMostInlinedSteps &&
+      std::none_of(alternatives[0].begin(), alternatives[0].end(), isReference))
+    known.Steps = std::move(alternatives[0]);
+  return known.Steps;
+}
+
+// Returns whether `longer`, which is tried first, is `shorter` with a run after it.
+bool TLL1Program::TBuilder::IsOptionalRun(const TSteps& longer, const TSteps& shorter) {
+  return longer.size() == shorter.size() + 1 && longer.back().Kind == TLL1StepKind::Terminal &&
+         std::equal(shorter.begin(), shorter.end(), longer.begin(), IsEqual) &&
+         !FProgram.FTerminals[static_cast<size_t>(TerminalIndex(longer.back().Text))].IsSingle;
+}
+
+bool TLL1Program::TBuilder::IsHook(const std::string& name) const {
+  return FHooks.IsEverything ||
+         std::find(FHooks.Names.begin(), FHooks.Names.end(), name) != FHooks.Names.end();
 }
 
 // Adds the nodes of a list of siblings and of all that follows them. Returns the first of the siblings. Nodes
@@ -144,6 +222,10 @@ const TTrieNode* TLL1Program::TBuilder::FillNode(TLL1Node& node, const TTrieNode
     case TLL1StepKind::Terminal:
       FillTerminal(node, source.Step.Text);
       break;
+    case TLL1StepKind::OptionalRun:
+      node.Kind = TLL1NodeKind::OptionalRun;
+      node.Argument = TerminalIndex(source.Step.Text);
+      break;
     case TLL1StepKind::Nonterminal:
       FillNonterminal(node, source.Step.Text);
       break;
@@ -164,10 +246,9 @@ void TLL1Program::TBuilder::FillLiteral(TLL1Node& node, const TTrieNode*& last) 
 }
 
 void TLL1Program::TBuilder::FillNonterminal(TLL1Node& node, const std::string& name) {
-  const std::vector<std::string>& names = FHooks.Names;
   node.Argument = FGrammar.Find(name);
   node.Name = NameIndex(name);
-  if (FHooks.IsEverything || std::find(names.begin(), names.end(), name) != names.end()) {
+  if (IsHook(name)) {
     node.Kind = TLL1NodeKind::HookedRule;
   } else {
     node.Kind = node.Argument < 0 ? TLL1NodeKind::UnknownRule : TLL1NodeKind::Rule;
@@ -233,7 +314,8 @@ void TLL1Program::TBuilder::MarkPureRules() {
 }
 
 // Returns the first sets by node. Those of rule references are the least sets that contain the first set of
-// the rule and, if the rule can match nothing, those of the nodes after the reference.
+// the rule and, if the rule can match nothing, those of the nodes after the reference. Those of optional runs
+// are likewise.
 std::vector<TFirstSet> TLL1Program::TBuilder::FindFirstSets() const {
   std::vector<TFirstSet> nodes;
   for (const TLL1Node& node : FProgram.FNodes) nodes.push_back(FirstSetOfStep(node));
@@ -242,9 +324,10 @@ std::vector<TFirstSet> TLL1Program::TBuilder::FindFirstSets() const {
     changed = false;
     for (size_t i = nodes.size(); i-- > 0;) {  // children before their parents
       const TLL1Node& node = FProgram.FNodes[i];
-      if (node.Kind != TLL1NodeKind::Rule) continue;
-      TFirstSet first = rules[static_cast<size_t>(node.Argument)];
-      if (std::exchange(first.IsNullable, false)) first.Add(FirstSetOfList(node.Child, nodes));
+      const bool isOptional = node.Kind == TLL1NodeKind::OptionalRun;
+      if (!isOptional && node.Kind != TLL1NodeKind::Rule) continue;
+      TFirstSet first = isOptional ? FirstSetOfStep(node) : rules[static_cast<size_t>(node.Argument)];
+      if (std::exchange(first.IsNullable, false) || isOptional) first.Add(FirstSetOfList(node.Child, nodes));
       if (nodes[i].Add(first)) changed = true;
     }
     for (size_t i = 0; i < rules.size(); ++i) {
@@ -266,6 +349,7 @@ TFirstSet TLL1Program::TBuilder::FirstSetOfStep(const TLL1Node& node) const {
       return FirstSetWhere([&](unsigned next) { return next == kEnd || !WordCharacters()[next]; });
     case TLL1NodeKind::One:
     case TLL1NodeKind::Run:
+    case TLL1NodeKind::OptionalRun:
       return FirstSetWhere(
           [&](unsigned next) { return next != kEnd && FProgram.Terminal(node.Argument)[next] != 0; });
     case TLL1NodeKind::HookedRule:
@@ -312,10 +396,9 @@ void TLL1Program::TBuilder::MakeChoices(const std::vector<TFirstSet>& firstSets)
   for (unsigned next = 0; next <= kEnd; ++next) examples[classes[next]] = next;
   for (size_t i = firstSets.size(); i-- > 0;) {  // further siblings before their predecessors
     for (size_t k = 0; k < count; ++k) {
-      const int32_t sibling = FProgram.FNodes[i].Sibling;
-      FProgram.FChoices[i * count + k] = canStart(i, examples[k])
-                                             ? static_cast<int32_t>(i)
-                                             : FProgram.FirstThatCanStart(sibling, examples[k]);
+      const TLL1Choice others = FProgram.Choose(FProgram.FNodes[i].Sibling, examples[k]);
+      FProgram.FChoices[i * count + k] =
+          canStart(i, examples[k]) ? TLL1Choice{static_cast<int32_t>(i), others.Node} : others;
     }
   }
 }

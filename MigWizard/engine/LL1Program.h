@@ -5,12 +5,13 @@
 //
 //  - For a client that names its hooks, neighbouring alternatives share their common beginning. What has
 //    matched once is not read again for the next alternative, which starts after it. The outcome is that of
-//    ordered choice, because a step that starts in the same state ends in the same state.
+//    ordered choice, because a step that starts in the same state ends in the same state. Small rules that
+//    leave no choice open, such as a name, are inlined where they are referred to.
 //  - For a client that names none, every reference is a hook and nothing is shared, so the client sees each
 //    attempt at each alternative.
 //
 // Each node has a first set: the bytes with which it, or what follows it if it can match nothing, can begin.
-// A table made from these sets gives the first of a list of nodes that is worth trying at a byte, so
+// A table made from these sets gives the first two of a list of nodes that are worth trying at a byte, so
 // alternatives that cannot match are skipped in one step. A hook may match anything, wherever it likes; its
 // first set is full.
 #pragma once
@@ -32,6 +33,7 @@ enum class TLL1NodeKind : uint8_t {
   WordEnd,         // no word character here
   One,             // one byte of the terminal Argument
   Run,             // the longest run of bytes of the terminal Argument, at least one
+  OptionalRun,     // the longest run of bytes of the terminal Argument, which may be empty
   Rule,            // the rule Argument, run by the machine
   HookedRule,      // the nonterminal Name, by a call of the client; Argument is its rule, or kNone
   HookedTerminal,  // the terminal Name, by a call of the client
@@ -51,6 +53,12 @@ struct TLL1Node {
   bool IsPure = true;       // its rule is pure
 
   static constexpr int32_t kNone = -1;
+};
+
+// The first of a list of siblings that is worth trying, and the next one after it; kNone if there is none.
+struct TLL1Choice {
+  int32_t Node = TLL1Node::kNone;
+  int32_t Alternative = TLL1Node::kNone;
 };
 
 struct TLL1ProgramRule {
@@ -79,10 +87,10 @@ class TLL1Program {
   // Rules have the indices that they have in the grammar.
   const TLL1ProgramRule& Rule(int32_t index) const { return FRules[static_cast<size_t>(index)]; }
   const TLL1Node& Node(int32_t index) const { return FNodes[static_cast<size_t>(index)]; }
-  // Returns the first of the node `first` and its further siblings that can match before the byte value
-  // `next`, or kNone. For a literal, WordEnd, One or Run that byte is then certain to fit.
-  int32_t FirstThatCanStart(int32_t first, unsigned next) const {
-    if (first == TLL1Node::kNone) return first;
+  // Returns the first two of the node `first` and its further siblings that can match before the byte value
+  // `next`. For a literal, WordEnd, One or Run that byte is then certain to fit.
+  TLL1Choice Choose(int32_t first, unsigned next) const {
+    if (first == TLL1Node::kNone) return {};
     return FChoices[static_cast<size_t>(first) * FClassCount + FClasses[next]];
   }
   const char* Literal(const TLL1Node& node) const { return FLiterals.data() + node.Argument; }
@@ -106,7 +114,7 @@ class TLL1Program {
   std::array<uint16_t, kEnd + 1>
       FClasses{};  // by byte value; values that no first set separates share a class
   size_t FClassCount = 0;
-  std::vector<int32_t> FChoices;  // by node, then by class
+  std::vector<TLL1Choice> FChoices;  // by node, then by class
   std::string FLiterals;
   std::vector<TTerminalTable> FTerminals;
   std::vector<std::string> FNames;
