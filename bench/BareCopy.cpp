@@ -1,14 +1,14 @@
 // kva_barecopy: performs only the file operations of a run over a folder, to measure their cost.
 //
-//   kva_barecopy DIR LIST
+//   kva_barecopy DIR LIST [--move]
 //
 // It performs the file operations of a run with backup and log on the files below DIR, without parsing
 // them. It reads every unit and form completely. It writes each file that LIST names (paths below DIR, one
 // per line) to a temporary folder with the tree's structure, and copies it to DIR/RBackup under its .~
 // name, with its time and permission bits. It flushes all that to the disk once, then replaces each
-// original in one step by a copy of its temporary file, and deletes the temporary folder. A log of two
-// lines per file and an undo file remain. It makes plain system calls, each one only once where that is
-// enough.
+// original in one step by a copy of its temporary file, and deletes the temporary folder. With --move it
+// renames the temporary file instead of copying it. A log of two lines per file and an undo file remain. It
+// makes plain system calls, each one only once where that is enough.
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -92,8 +92,11 @@ std::string Folder(const std::string& path) {
 
 class TBareCopy {
  public:
-  TBareCopy(const std::string& dir, const std::string& list)
-      : FDir(dir), FBackup(dir + "/RBackup"), FLog(dir + "/Wiz_Log.txt", O_WRONLY | O_CREAT | O_TRUNC) {
+  TBareCopy(const std::string& dir, const std::string& list, bool moves)
+      : FDir(dir),
+        FMoves(moves),
+        FBackup(dir + "/RBackup"),
+        FLog(dir + "/Wiz_Log.txt", O_WRONLY | O_CREAT | O_TRUNC) {
     std::ifstream names(list);
     for (std::string name; std::getline(names, name);) FChanging.insert(name);
     const char* const base = std::getenv("TMPDIR");
@@ -171,6 +174,10 @@ class TBareCopy {
   void Replace(const std::string& name) {
     const std::string path = FDir + "/" + name;
     const std::string fresh = path + ".new";
+    if (FMoves) {
+      if (rename((FTemp + "/" + name).c_str(), path.c_str()) != 0) Fail(path);
+      return;
+    }
     TFile source(FTemp + "/" + name, O_RDONLY);
     source.ReadAll(FText);
     {
@@ -182,7 +189,8 @@ class TBareCopy {
   }
 
   void RemoveTemp() {
-    for (const std::string& name : FChanged) unlink((FTemp + "/" + name).c_str());
+    for (const std::string& name : FChanged)
+      if (!FMoves) unlink((FTemp + "/" + name).c_str());
     std::vector<std::string> folders;
     for (const std::string& path : FFolders) {
       if (path.starts_with(FTemp)) folders.push_back(path);
@@ -193,6 +201,7 @@ class TBareCopy {
   }
 
   std::string FDir;
+  bool FMoves;
   std::string FBackup;
   std::string FTemp;
   TFile FLog;
@@ -208,12 +217,13 @@ class TBareCopy {
 }  // namespace bench
 
 int main(int argc, char** argv) {
-  if (argc != 3) {
-    std::fprintf(stderr, "kva_barecopy DIR LIST\n");
+  const bool moves = argc == 4 && std::string_view(argv[3]) == "--move";
+  if (argc != 3 && !moves) {
+    std::fprintf(stderr, "kva_barecopy DIR LIST [--move]\n");
     return 2;
   }
   try {
-    bench::TBareCopy(argv[1], argv[2]).Run();
+    bench::TBareCopy(argv[1], argv[2], moves).Run();
     return 0;
   } catch (const std::exception& e) {
     std::fprintf(stderr, "kva_barecopy: %s\n", e.what());

@@ -1,10 +1,12 @@
 // kva_maketree: generates trees of units and forms. The same arguments give the same bytes on every
 // machine.
 //
-//   kva_maketree DIR [--seed N] [--units N] [--forms N] [--changing P] [--utf16 P] [--ibx] [--list FILE]
+//   kva_maketree DIR [--seed N] [--units N] [--forms N] [--changing P] [--dense] [--utf16 P] [--ibx]
+//                [--list FILE]
 //     DIR/Mod01/Sub2/Unit00123.pas and its .dfm beside it, 2 to 60 KB each. P percent of the units (50)
 //     change, and of those the forms too; P percent of the files (0) are in UTF-16. FILE receives the names
-//     of the changing files below DIR, one per line.
+//     of the changing files below DIR, one per line. With --dense the files are as in database applications:
+//     10 to 60 KB, 20 folders, and a form that changes has a component to convert on every 1,500 bytes.
 //   kva_maketree DIR --form BYTES [--objects N] [--lists] [--seed N] [--utf16 P] [--ibx] [--list FILE]
 //     DIR/Big.pas and DIR/Big.dfm, the form of BYTES bytes with N objects to convert; with --lists most of
 //     it is in SQL lists. The unit itself does not change.
@@ -32,6 +34,7 @@ struct TArguments {
   size_t Utf16 = 0;
   size_t FormBytes = 0;  // if not 0, only one form is generated
   size_t Objects = 1;
+  bool Dense = false;
   bool Lists = false;
   bool Ibx = false;
 };
@@ -62,6 +65,8 @@ TArguments Read(int argc, char** argv) {
       result.Objects = number();
     } else if (name == "--list") {
       result.List = text();
+    } else if (name == "--dense") {
+      result.Dense = true;
     } else if (name == "--lists") {
       result.Lists = true;
     } else if (name == "--ibx") {
@@ -78,7 +83,8 @@ TArguments Read(int argc, char** argv) {
 
 // Returns a random file size. Most files are small: 2, 4, 8, 16 or 32 KB plus up to as much again, at most
 // 60 KB.
-size_t FileSize(TRandom& random) {
+size_t FileSize(TRandom& random, bool dense) {
+  if (dense) return 1024 * random.Between(10, random.Between(20, 60));
   const size_t base = size_t{2048} << std::min(random.Below(5), random.Below(5));
   return std::min<size_t>(base + random.Below(base), 60 * 1024);
 }
@@ -120,17 +126,20 @@ class TTree {
     TRandom random(FArguments.Seed ^ (0x9E3779B97F4A7C15u * (index + 1)));
     char name[32];
     std::snprintf(name, sizeof name, "Unit%05zu", index);
-    const std::string folder =
-        "Mod" + std::to_string(random.Between(10, 29)) + "/Sub" + std::to_string(random.Between(1, 5)) + "/";
+    std::string folder = "Mod" + std::to_string(random.Between(10, 29)) + "/";
+    if (!FArguments.Dense) folder += "Sub" + std::to_string(random.Between(1, 5)) + "/";
     const bool changing = random.Percent(FArguments.Changing);
     const bool form = index < FArguments.Forms;
     if (index < FArguments.Units) {
-      const std::string text = MakeUnitText(random, {name, FileSize(random), changing, form, FArguments.Ibx});
+      const std::string text =
+          MakeUnitText(random, {name, FileSize(random, FArguments.Dense), changing, form, FArguments.Ibx});
       Save(folder + name + ".pas", text, random, changing);
     }
     if (form) {
-      const size_t bytes = FileSize(random);
-      const size_t objects = changing ? 1 + std::min(random.Below(1 + bytes / 1500), size_t{12}) : 0;
+      const size_t bytes = FileSize(random, FArguments.Dense);
+      const size_t some =
+          FArguments.Dense ? bytes / 1500 : 1 + std::min(random.Below(1 + bytes / 1500), size_t{12});
+      const size_t objects = changing ? some : 0;
       const std::string text =
           MakeFormText(random, {name, bytes, objects, TFormShape::Mixed, FArguments.Ibx});
       Save(folder + name + ".dfm", text, random, changing);

@@ -3,7 +3,7 @@
 #
 #   ./bench/run.sh [--quick] [--only GROUP]...    with either the table is only printed
 #
-# GROUP: tree, disk, form, grammar, conversion, scanner, window.
+# GROUP: tree, dense, mechanism, size, disk, form, grammar, conversion, scanner, window.
 # The build folder is build/bench, or what KVA_BUILD names. Exit status 1: a target was missed.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
