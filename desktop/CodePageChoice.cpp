@@ -58,12 +58,17 @@ TCodePageChoice::TCodePageChoice(THostMenu& menu, TEditorPages& pages, QWidget* 
   setFrameShape(QFrame::StyledPanel);
   FText->setObjectName("CodePageText");
   FText->setWordWrap(true);
-  auto* const layout = new QHBoxLayout(this);
-  layout->addWidget(FText, 1);
+  FLayout = new QBoxLayout(QBoxLayout::LeftToRight, this);
+  FLayout->addWidget(FText, 1);
+  FButtons = new QWidget;
+  auto* const buttons = new QHBoxLayout(FButtons);
+  buttons->setContentsMargins({});
+  buttons->addStretch();
+  FLayout->addWidget(FButtons);
   const auto addButton = [&](const char* name, const std::function<void()>& onClick) {
     auto* const button = new QPushButton;
     button->setObjectName(name);
-    layout->addWidget(button);
+    buttons->addWidget(button);
     connect(button, &QPushButton::clicked, this, onClick);
     return button;
   };
@@ -75,6 +80,18 @@ TCodePageChoice::TCodePageChoice(THostMenu& menu, TEditorPages& pages, QWidget* 
   AddMenu(kProjectMenu, "Code Page of the Pro&ject",
           [this](uint32_t codePage) { ChooseForProject(codePage); });
   hide();
+}
+
+// Puts the buttons below the text if both do not fit on one line.
+void TCodePageChoice::Arrange() {
+  const int text = FText->fontMetrics().horizontalAdvance(FText->text());
+  const bool isNarrow = text + FButtons->sizeHint().width() + FLayout->spacing() > contentsRect().width();
+  FLayout->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+}
+
+void TCodePageChoice::resizeEvent(QResizeEvent* event) {
+  QFrame::resizeEvent(event);
+  Arrange();
 }
 
 void TCodePageChoice::AddMenu(const char* name, const char* caption,
@@ -166,6 +183,7 @@ void TCodePageChoice::ShowState() {
   FUseForFile->setText(QString("Only for This &File"));
   FUseForFile->setVisible(isFile);
   FKeep->setText(QString("&Keep %1").arg(now));
+  Arrange();
 }
 
 }  // namespace desktop

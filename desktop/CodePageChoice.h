@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+class QBoxLayout;
 class QLabel;
 class QPushButton;
 
@@ -37,7 +38,11 @@ class TCodePageChoice : public QFrame {
   // Called with each change, after the editors have read their files again.
   std::function<void()> OnChange;
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
+  void Arrange();
   void AddMenu(const char* name, const char* caption, const std::function<void(uint32_t codePage)>& choose);
   void Check(const char* menu, uint32_t codePage, bool isEnabled);
   void ChooseForFile(uint32_t codePage);
@@ -52,6 +57,8 @@ class TCodePageChoice : public QFrame {
   std::string FProject;            // its file; empty if none is open
   uint32_t FProjectSuggested = 0;  // the code page that its sources seem to be in; 0 if there is no question
   QLabel* FText;
+  QBoxLayout* FLayout;
+  QWidget* FButtons;
   QPushButton* FUseForProject;
   QPushButton* FUseForFile;
   QPushButton* FKeep;

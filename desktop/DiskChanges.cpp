@@ -4,10 +4,12 @@
 #include <QEvent>
 #include <QTimer>
 #include <QWidget>
+#include <memory>
 #include <vector>
 
+#include "desktop/DifferenceWindow.h"
+#include "desktop/QtText.h"
 #include "desktop/SourceText.h"
-#include "diff/GitPatch.h"
 #include "rtl/forms/Application.h"
 #include "rtl/text/Files.h"
 #include "rtl/text/SysUtils.h"
@@ -21,23 +23,24 @@ namespace {
 constexpr char kCaption[] = "Changed on the Disk";
 constexpr char kShowDifference[] = "Show &Difference";
 
-std::string TextOf(const std::string& bytes, const host::TFileBuffer& buffer) {
-  return TSourceText(bytes, host::IsFormFile(buffer.FileName()), buffer.CodePage()).Text().toStdString();
+// Returns the text as a file of its own.
+std::string AsUtf8(const std::string& bytes, bool isForm, uint32_t codePage) {
+  return "\xEF\xBB\xBF" + FromQt(TSourceText(bytes, isForm, codePage).Text());
 }
 
-// Shows what the file on the disk lacks (-) and what the editor lacks (+).
 void ShowDifference(host::TFileBuffer& buffer) {
-  const std::string& name = buffer.FileName();
-  const std::string mine = TextOf(buffer.Bytes(), buffer);
-  const std::string disk = TextOf(rtl::ReadFile(name), buffer);
-  std::string patch = diff::GitPatch({rtl::ExtractFileName(name), mine, disk, {}, {}});
-  patch.erase(0, patch.find("@@"));  // the lines for patch tools
-  static_cast<void>(rtl::Application().Ask(
-      {.Caption = kCaption,
-       .Text = name,
-       .Reasons = {"Lines with - are in the editor only, those with + on the disk only."},
-       .Details = {patch.empty() ? "There is no difference." : patch},
-       .Buttons = {"Close"}}));
+  const auto compare = [name = buffer.FileName(), mine = buffer.Bytes(), codePage = buffer.CodePage()] {
+    const std::unique_ptr<win::TFileSystem> files =
+        win::AnotherHostFileSystem();  // this runs on another thread
+    const win::TFileSystemOverride inForce(*files);
+    const bool isForm = host::IsFormFile(name);
+    return std::make_shared<const TFileDiff>(AsUtf8(mine, isForm, codePage),
+                                             AsUtf8(rtl::ReadFile(name), isForm, codePage),
+                                             /*ignoreSpace=*/false);
+  };
+  TDifferenceWindow(ToQt(buffer.FileName()), "In the editor:", "On the disk:", compare,
+                    QApplication::activeWindow())
+      .exec();
 }
 
 // Asks until the user has chosen a button other than that for the difference.

@@ -1,5 +1,6 @@
 #include "desktop/FileCommands.h"
 
+#include <QDir>
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QMessageBox>
@@ -20,6 +21,20 @@ namespace {
 constexpr char kFile[] = "FileMenu";
 constexpr char kFilter[] =
     "Projects and groups (*.dpr *.dpk *.dproj *.bdsproj *.bpg *.groupproj *.bdsgroup);;All files (*)";
+
+// From the most to the least telling.
+constexpr const char* kProjectNames[] = {"*.groupproj", "*.bdsgroup", "*.bpg", "*.dproj",
+                                         "*.bdsproj",   "*.dpr",      "*.dpk"};
+
+// Returns the project or group of a folder: the only file of the first kind that the folder has. Empty if there
+// are several or none.
+QString ProjectIn(const QDir& folder) {
+  for (const char* const name : kProjectNames) {
+    const QStringList found = folder.entryList({name}, QDir::Files);
+    if (!found.isEmpty()) return found.size() == 1 ? folder.filePath(found.constFirst()) : QString();
+  }
+  return {};
+}
 
 }  // namespace
 
@@ -57,13 +72,17 @@ void TFileCommands::ShowState() {
 
 // --- Opening ---
 
-void TFileCommands::AskFile() {
-  const QString picked = QFileDialog::getOpenFileName(&FWindow, "Open", {}, kFilter);
+void TFileCommands::AskFile(const QString& folder) {
+  const QString picked = QFileDialog::getOpenFileName(&FWindow, "Open", folder, kFilter);
   if (!picked.isEmpty()) OpenAny(picked);
 }
 
-// Opens a project, or any other file in an editor.
+// Opens a project, the project of a folder, or any other file in an editor.
 void TFileCommands::OpenAny(const QString& hostPath) {
+  if (QFileInfo(hostPath).isDir()) {
+    const QString project = ProjectIn(QDir(hostPath));
+    return project.isEmpty() ? AskFile(hostPath) : OpenAny(project);
+  }
   const std::string fileName = win::ToWindowsPath(FromQt(hostPath));
   if (fileName.empty())
     throw host::EHostError("\"" + FromQt(hostPath) + "\" cannot be written as a Windows path.");
@@ -117,7 +136,7 @@ void TFileCommands::OpenFiles(const std::vector<std::string>& fileNames) {
 bool TFileCommands::eventFilter(QObject* object, QEvent* event) {
   if (event->type() == QEvent::DragEnter) {
     auto* const drag = static_cast<QDragEnterEvent*>(event);
-    if (drag->mimeData()->hasUrls()) drag->acceptProposedAction();
+    drag->setAccepted(drag->mimeData()->hasUrls());
     return true;
   }
   if (event->type() != QEvent::Drop) return QObject::eventFilter(object, event);

@@ -1,5 +1,5 @@
-// The File menu of the host's window, and what it does: opens, saves and closes projects and files. Files can be
-// dropped on the window too.
+// The File menu of the host's window, and what it does: opens, saves and closes projects and files. Projects, files
+// and folders with a project can be dropped on the window too.
 //
 //   TFileCommands files(menu, host, pages, window);
 //   files.OnRun = [this](const std::function<void()>& event) { Run(event); };
@@ -39,8 +39,8 @@ class TFileCommands : public QObject {
   void OpenFile(const std::string& fileName);
   // The same for each file that still exists.
   void OpenFiles(const std::vector<std::string>& fileNames);
-  // Lets the user choose a project or a file.
-  void AskFile();
+  // Lets the user choose a project or a file, first in `folder`, a host path; empty: in the current folder.
+  void AskFile(const QString& folder = {});
   // Opens the project of that index in Recent.
   void OpenRecent(size_t index);
   const std::vector<std::string>& Recent() const { return FRecentFiles.Names(); }

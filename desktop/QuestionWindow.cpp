@@ -8,6 +8,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStyle>
 #include <QVBoxLayout>
 
@@ -19,6 +21,7 @@ namespace {
 
 constexpr int kTextWidth = 92;    // average characters
 constexpr int kMostDetails = 12;  // lines that are visible at once
+constexpr int kLeastLines = 4;    // of the texts on a low screen
 constexpr int kIconSize = 48;
 
 QStyle::StandardPixmap IconOf(unsigned flags) {
@@ -75,6 +78,31 @@ QPlainTextEdit* NewList(const std::vector<std::string>& lines) {
   return list;
 }
 
+// Texts that scroll if there is no room for all of them.
+class TTextArea : public QScrollArea {
+ public:
+  explicit TTextArea(QLayout* texts) {
+    auto* const inside = new QWidget;
+    texts->setContentsMargins({});
+    inside->setLayout(texts);
+    setObjectName("Texts");
+    setFrameShape(NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setWidgetResizable(true);
+    setWidget(inside);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    setMinimumWidth(inside->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width());
+  }
+  QSize sizeHint() const override {
+    const int width = minimumWidth();
+    return {width, widget()->layout()->totalHeightForWidth(width)};
+  }
+  QSize minimumSizeHint() const override {
+    const int lines = fontMetrics().lineSpacing() * kLeastLines;
+    return {minimumWidth(), qMin(lines, sizeHint().height())};
+  }
+};
+
 }  // namespace
 
 TQuestionWindow::TQuestionWindow(const rtl::TQuestion& question, QWidget* parent)
@@ -104,13 +132,16 @@ void TQuestionWindow::AddTexts(const rtl::TQuestion& question, QVBoxLayout* colu
   QFont bold = text->font();
   bold.setBold(true);
   text->setFont(bold);
-  column->addWidget(text);
+  auto* const texts = new QVBoxLayout;
+  texts->setSpacing(10);
+  texts->addWidget(text);
   QStringList lines = {ToQt(question.Text)};
   for (const std::string& reason : question.Reasons) {
-    column->addWidget(NewLabel(ToQt(reason), width));
+    texts->addWidget(NewLabel(ToQt(reason), width));
     lines << ToQt(reason);
   }
-  if (!question.Rows.empty()) column->addLayout(NewTable(question.Rows));
+  if (!question.Rows.empty()) texts->addLayout(NewTable(question.Rows));
+  column->addWidget(new TTextArea(texts));
   for (const auto& [name, value] : question.Rows) lines << ToQt(name.empty() ? value : name + ": " + value);
   if (!question.Details.empty()) column->addWidget(NewList(question.Details), 1);
   for (const std::string& line : question.Details) lines << ToQt(line);

@@ -1,5 +1,6 @@
 #include "desktop/SourceEditor.h"
 
+#include <QDragEnterEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLabel>
@@ -282,6 +283,11 @@ void TSourceEditor::keyPressEvent(QKeyEvent* event) {
 void TSourceEditor::inputMethodEvent(QInputMethodEvent* event) {
   if (!Accepts(event->commitString())) event->setCommitString({});
   QsciScintilla::inputMethodEvent(event);
+}
+
+void TSourceEditor::dragEnterEvent(QDragEnterEvent* event) {
+  if (event->mimeData()->hasUrls()) return event->ignore();
+  QsciScintilla::dragEnterEvent(event);
 }
 
 QsciScintillaBase::ScintillaBytes TSourceEditor::fromMimeData(const QMimeData* source,

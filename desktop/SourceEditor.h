@@ -71,6 +71,8 @@ class TSourceEditor : public QsciScintilla {
   void keyPressEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  // Files are not text: they are left to the window.
+  void dragEnterEvent(QDragEnterEvent* event) override;
   ScintillaBytes fromMimeData(const QMimeData* source, bool& rectangular) const override;
 
  private:

@@ -50,13 +50,15 @@ void TSourceLoading::Start(host::TFileBuffer& buffer, bool isForm) {
   Cancel();
   const uint32_t codePage = buffer.CodePage() != 0 ? buffer.CodePage() : win::GetACP();
   if (!IsLarge(buffer)) return OnLoaded(Decode(buffer.Bytes(), isForm, codePage));
-  FTask = std::make_unique<QObject>();
-  QtConcurrent::run(Work, buffer.FileName(), buffer.IsLoaded() ? std::optional(buffer.Bytes()) : std::nullopt,
-                    isForm, codePage)
-      .then(FTask.get(), [this, &buffer, isForm](TResult result) {
-        FTask.release()->deleteLater();  // it calls this function
-        Finish(std::move(result), buffer, isForm);
-      });
+  FTask = std::make_unique<QFutureWatcher<TResult>>();
+  QObject::connect(FTask.get(), &QFutureWatcherBase::finished, FTask.get(), [this, &buffer, isForm] {
+    TResult result = FTask->result();
+    FTask.release()->deleteLater();  // it calls this function
+    Finish(std::move(result), buffer, isForm);
+  });
+  FTask->setFuture(QtConcurrent::run(Work, buffer.FileName(),
+                                     buffer.IsLoaded() ? std::optional(buffer.Bytes()) : std::nullopt, isForm,
+                                     codePage));
 }
 
 void TSourceLoading::Finish(TResult result, host::TFileBuffer& buffer, bool isForm) {

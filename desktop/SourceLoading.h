@@ -5,7 +5,7 @@
 //   loading.Start(buffer, /*isForm=*/false);
 #pragma once
 
-#include <QObject>
+#include <QFutureWatcher>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -54,7 +54,7 @@ class TSourceLoading {
                       uint32_t codePage);
   void Finish(TResult result, host::TFileBuffer& buffer, bool isForm);
 
-  std::unique_ptr<QObject> FTask;  // receives the result; exists while the task runs
+  std::unique_ptr<QFutureWatcher<TResult>> FTask;  // while a task runs
 };
 
 }  // namespace desktop

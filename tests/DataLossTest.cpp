@@ -2,8 +2,10 @@
 // files. The whole tree is compared after each.
 #include <QAction>
 #include <QEvent>
+#include <QPlainTextEdit>
 #include <map>
 
+#include "desktop/DifferenceWindow.h"
 #include "target/KVAReplacer.h"
 #include "tests/HostWindowFixture.h"
 
@@ -101,10 +103,17 @@ TEST_F(DataLossTest, SavingOverANewerFileAsks) {
   EXPECT_EQ(Tree(), With(FOriginal, "theirs")) << "the default is to leave both";
   EXPECT_TRUE(IsModified());
 
-  FMessages.clear();
-  EXPECT_EQ(Choose("FileSave", {Click("ShowDifference"), Click("Close"), Click("Overwrite")}),
-            (TTexts{changed[0], "C:\\App\\About.pas", changed[0]}));
-  EXPECT_NE(FMessages[1].find("\n+theirs"), std::string::npos) << FMessages[1];
+  const auto difference = [this](QWidget& window) {
+    auto& view = dynamic_cast<desktop::TDifferenceWindow&>(window);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view.IsIdle(); }));
+    TakePicture(window);
+    EXPECT_TRUE(
+        window.findChild<QPlainTextEdit*>("DiffBefore")->toPlainText().startsWith("mine unit About;"));
+    EXPECT_EQ(window.findChild<QPlainTextEdit*>("DiffAfter")->toPlainText().trimmed(), "theirs");
+    Click("Close")(window);
+  };
+  EXPECT_EQ(Choose("FileSave", {Click("ShowDifference"), difference, Click("Overwrite")}),
+            (TTexts{changed[0], changed[0]}));
   EXPECT_EQ(Tree(), With(FOriginal, mine));
   EXPECT_FALSE(IsModified());
   EXPECT_EQ(Choose("FileSave"), TTexts{}) << "the file is the editor's own now";
@@ -171,6 +180,19 @@ TEST_F(DataLossTest, ASecondRunKeepsTheWayBackOfTheFirst) {
   EXPECT_EQ(Tree(), broken);
   EXPECT_EQ(Tree("RBackup"), backups);
   FScratch.Write("App/DataMod.dfm", before.at("App/DataMod.dfm"));
+
+  // One that the user stops.
+  QTimer stop;
+  stop.callOnTimeout([] {
+    QWidget* const window = QApplication::activeModalWidget();
+    if (window != nullptr && window->objectName() == "ProgressWindow") Click("Stop")(*window);
+  });
+  stop.start(0);
+  EXPECT_EQ(Choose(kWizardItem, RunWith({Click("Overwrite"), Press(Qt::Key_Return), Press(Qt::Key_Return)})),
+            (TTexts{found, "The run was stopped."}));
+  stop.stop();
+  EXPECT_EQ(Tree(), before);
+  EXPECT_EQ(Tree("RBackup"), backups);
 
   // One into a new folder, which is taken back from its outcome.
   EXPECT_EQ(Choose(kWizardItem, RunWith({Click("NewFolder"), Press(Qt::Key_Return), Click("UndoThisRun"),

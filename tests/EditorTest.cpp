@@ -194,6 +194,57 @@ TEST_F(EditorTest, ACharacterThatTheCodePageLacksIsRefused) {
   EXPECT_FALSE(IsModified());
 }
 
+// While a task loads it, the page takes no typing and can be closed; in the end it shows what is on the disk.
+TEST_F(EditorTest, ALargeFileIsLoadedAside) {
+  std::string large;
+  for (int i = 1; large.size() < desktop::TSourceLoading::kLarge; ++i)
+    large += "  // line " + std::to_string(i) + " of a unit\r\n";
+  const std::string name = "C:\\App\\Large.pas";
+  FScratch.Write("App/Large.pas", large);
+  Open(kGroup);
+  const auto wait = [&] { return QTest::qWaitFor([&] { return !FWindow.CurrentEditor()->IsLoading(); }); };
+  FWindow.OpenFile(name);
+  Choose("FileClose");
+  QCoreApplication::processEvents();
+  EXPECT_EQ(FWindow.CurrentEditor(), nullptr);
+
+  FWindow.OpenFile(name);
+  ASSERT_TRUE(FWindow.CurrentEditor()->IsLoading());
+  EXPECT_EQ(Find<QLabel>("EditorState").text(), "Loading...");
+  EXPECT_TRUE(Find<QLabel>("LoadingNotice").isVisible());
+  FWindow.CurrentEditor()->GoToLine(5000, 3);
+  TypeText("x");
+  FScratch.Write("App/Large.pas", "{ newer }" + large);
+  EXPECT_TRUE(wait());
+  EXPECT_FALSE(IsModified());
+  EXPECT_EQ(Shown(), OnDisk("Large.pas"));
+  EXPECT_EQ(Find<QLabel>("Position").text(), "Line 5000, Column 3");
+  EXPECT_FALSE(Find<QLabel>("LoadingNotice").isVisible());
+
+  const QString before = Shown();
+  TypeText("x");
+  Choose("FileSave");
+  EXPECT_FALSE(FWindow.CurrentEditor()->IsLoading()) << "its text is known";
+  FScratch.Write("App/Large.pas", large);
+  EXPECT_TRUE(FWindow.CurrentEditor()->Editor().Module()->Reload());
+  TypeText("y");
+  EXPECT_TRUE(wait());
+  EXPECT_EQ(Shown(), OnDisk("Large.pas"));
+  Choose("EditUndo");
+  Choose("EditUndo");
+  EXPECT_EQ(Shown(), before);
+
+  FWindow.CurrentEditor()->Editor().Buffer().Revert();
+  EXPECT_TRUE(wait());
+  Choose("FileClose");
+  FWindow.OpenFile(name);
+  fs::remove(FScratch.HostPath("App/Large.pas"));
+  Do([&] { EXPECT_TRUE(QTest::qWaitFor([&] { return FWindow.CurrentEditor() == nullptr; })); },
+     {Answer(QMessageBox::Ok)});
+  EXPECT_EQ(FMessages.back(),
+            "Cannot open file \"" + name + "\". The system cannot find the file specified.");
+}
+
 struct TEncodingCase {
   const char* Name;
   std::string Bytes;

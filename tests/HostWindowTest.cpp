@@ -1,20 +1,28 @@
 // The host's window with the wizard from its loadable module, driven as a user would, on an example
 // project.
 #include <QAction>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QDockWidget>
+#include <QDropEvent>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
 #include <QPlainTextEdit>
+#include <QTextBrowser>
 #include <QTreeView>
 #include <cmath>
 
 #include "desktop/EditorPages.h"
-#include "desktop/ProjectTree.h"
 #include "tests/HostWindowFixture.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using TTexts = std::vector<std::string>;
+using desktop::ToQt;
 
 constexpr char kGroup[] = "C:\\App\\LendDesk.groupproj";
 
@@ -152,16 +160,82 @@ TEST_F(HostWindowTest, TreeShowsTheGroupAndActivates) {
                                      "  Main.dfm | MainForm: TMainForm", " (Sub\\Missing.pas)"}));
 }
 
-TEST_F(HostWindowTest, OneUnitOfTheTreeIsConverted) {
+// Each command of the menu of a unit, chosen by its caption.
+TEST_F(HostWindowTest, TheTreeHasAMenu) {
   Open(kGroup);
   const std::string main = Text("Main.pas"), about = Text("About.pas");
-  Do(
-      [&] {
-        Find<desktop::TProjectTree>("Project").OnConvert((*FWindow.Host().Group())[0], "C:\\App\\About.pas");
-      },
-      WholeRun());
+  auto& view = Find<QTreeView>("ProjectTree");
+  TTexts captions;
+  const auto choose = [&](const char* caption) {
+    const QModelIndex unit =
+        view.model()
+            ->match(view.model()->index(0, 0), Qt::DisplayRole, "About.pas", 1, Qt::MatchRecursive)
+            .value(0);
+    QTimer::singleShot(0, &view, [&] {
+      auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+      ASSERT_NE(menu, nullptr);
+      captions.clear();
+      for (QAction* const action : menu->actions()) {
+        captions.push_back(action->text().toStdString());
+        if (action->text() == caption) menu->setActiveAction(action);
+      }
+      QTest::keyClick(menu, Qt::Key_Return);
+    });
+    emit view.customContextMenuRequested(view.visualRect(unit).center());
+  };
+  choose("&Open");
+  EXPECT_EQ(captions, (TTexts{"&Open", "&Convert This Unit...", "", "&Show in File Manager", "Copy &Path"}));
+  EXPECT_EQ(Shown(), OnDisk("About.pas"));
+  choose("Copy &Path");
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), FScratch.HostPath("App/About.pas"));
+  QTextBrowser browser;  // has a signal with a URL
+  QUrl shown;
+  QObject::connect(&browser, &QTextBrowser::anchorClicked, [&](const QUrl& url) { shown = url; });
+  QDesktopServices::setUrlHandler("file", &browser, "anchorClicked");
+  choose("&Show in File Manager");
+  QDesktopServices::unsetUrlHandler("file");
+  EXPECT_EQ(shown.toLocalFile().toStdString(), FScratch.HostPath("App"));
+  Do([&] { choose("&Convert This Unit..."); }, WholeRun());
   EXPECT_EQ(Text("Main.pas"), main);
   EXPECT_NE(Text("About.pas"), about);
+}
+
+// What the user drops on the window is opened; over an editor too.
+TEST_F(HostWindowTest, FilesAreDropped) {
+  FScratch.Write("App/Two/A.dpr", "program A; end.");
+  FScratch.Write("App/Two/B.dpr", "program B; end.");
+  FWindow.show();
+  const auto drop = [&](const char* name) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(ToQt(FScratch.HostPath(name)))});
+    QWidget* const target = FWindow.CurrentEditor() ? FWindow.CurrentEditor()->viewport() : &FWindow;
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(target, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent dropped({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(target, &dropped);
+    const host::TProjectGroup* const group = FWindow.Host().Group();
+    return group ? group->FileName().empty() ? (*group)[0].FileName() : group->FileName() : std::string();
+  };
+  EXPECT_EQ(drop("App/LendDesk.dproj"), "C:\\App\\LendDesk.dproj");
+  EXPECT_EQ(drop("App"), kGroup);
+  EXPECT_EQ(drop("App/About.dfm"), kGroup);
+  EXPECT_EQ(Shown(), OnDisk("About.dfm"));
+  EXPECT_EQ(drop("App/About.pas"), kGroup);
+  EXPECT_EQ(Shown(), OnDisk("About.pas"));
+  EXPECT_FALSE(IsModified());
+  Do([&] { EXPECT_EQ(drop("App/Two"), kGroup) << "the user chooses one of two"; }, {[](QWidget& window) {
+       const auto& dialog = dynamic_cast<QFileDialog&>(window);
+       EXPECT_TRUE(dialog.directory().path().endsWith("App/Two"));
+       window.close();
+     }});
+}
+
+TEST_F(HostWindowTest, KeysStartTheWizard) {
+  Open(kGroup);
+  QApplication::setActiveWindow(&FWindow);
+  Do([&] { QTest::keyClick(&FWindow, Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier); },
+     {Click("btCancel")});
 }
 
 // Every colour of the source is readable on its page, light or dark, even after the theme has changed.
@@ -194,6 +268,21 @@ TEST_F(HostWindowTest, ColoursStandOutFromTheirPage) {
     TakePicture(FWindow);
   }
   QApplication::setPalette(light);
+}
+
+class RestartTest : public tests::TWindowTest {};
+
+TEST_F(RestartTest, PanesAreWhereTheyWere) {
+  for (const bool isFirst : {true, false}) {
+    desktop::THostWindow window(FFrontEnd);
+    window.show();
+    auto* const tree = window.findChild<QDockWidget*>("TreePane");
+    EXPECT_EQ(window.dockWidgetArea(tree), isFirst ? Qt::LeftDockWidgetArea : Qt::RightDockWidgetArea);
+    EXPECT_EQ(window.size() == QSize(700, 500), !isFirst);
+    window.addDockWidget(Qt::RightDockWidgetArea, tree);
+    window.resize(700, 500);
+    EXPECT_TRUE(window.close());
+  }
 }
 
 }  // namespace
