@@ -1,5 +1,7 @@
 #include "completion/FormLayout.h"
 
+#include <algorithm>
+
 #include "completion/UnitTokens.h"
 #include "diff/LineDiff.h"
 
@@ -46,22 +48,33 @@ class TObjectLayout {
         FNew(diff::SplitLines(TrimRight(edit.Text))),
         FInner(2 * static_cast<size_t>(edit.Level) + 2),
         FIndent(indent),
+        FInnerIndent(InnerIndent()),
         FLineEnd(lineEnd) {}
 
   std::string Run() {
     std::string result = Header();
     const std::vector<std::string_view> kept = KeptLines();
     for (size_t i = 1; i + 1 < FNew.size(); ++i) {
-      if (kept[i].empty()) {
-        result.append(IndentedLine(FNew[i])).append(FLineEnd);
-      } else {
+      if (!kept[i].empty()) {
         result.append(kept[i]);
+      } else if (!Trim(FNew[i]).empty()) {
+        result.append(IndentedLine(FNew[i])).append(FLineEnd);
       }
     }
     return result.append(LastLine());
   }
 
  private:
+  // Returns the indentation of the object's first property, or two blanks more than that of the object.
+  std::string InnerIndent() const {
+    if (FOld.size() > 2) {
+      const std::string_view first = FOld[1];
+      const std::string_view indent = first.substr(0, first.find_first_not_of(" \t"));
+      if (indent.size() > FIndent.size() && indent.starts_with(FIndent)) return std::string(indent);
+    }
+    return FIndent + "  ";
+  }
+
   // The first line, with the author's spacing where only the class is different.
   std::string Header() const {
     const std::string_view printed = Trim(FNew[0]);
@@ -98,19 +111,21 @@ class TObjectLayout {
     return kept;
   }
 
-  // The printer puts properties at FInner blanks, and later lines of a value two further right than they were.
+  // The printer puts properties at FInner blanks, and later lines of a value two further right than they were. What
+  // is further left is of another object, added after this one.
   std::string IndentedLine(std::string_view line) const {
     line = TrimRight(line);
     size_t blanks = line.find_first_not_of(' ');
     if (blanks == std::string_view::npos) blanks = 0;
     if (blanks > FInner + 2) return std::string(line.substr(FInner + 2));
     if (blanks < FInner) return FIndent + std::string(line.substr(blanks));
-    return FIndent + std::string(blanks > FInner ? "    " : "  ") + std::string(line.substr(blanks));
+    return FInnerIndent + std::string(blanks > FInner ? "  " : "") + std::string(line.substr(blanks));
   }
 
   const std::vector<std::string_view> FOld, FNew;
   const size_t FInner;
   const std::string FIndent;
+  const std::string FInnerIndent;
   const std::string_view FLineEnd;
 };
 
@@ -141,9 +156,35 @@ std::string ObjectText(std::string_view text, const mig::TFormEdit& edit, bool l
   return result;
 }
 
+// Returns `text` with a LF for each CR LF and each CR.
+std::string WithLf(std::string_view text) {
+  std::string result;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\r' && text.substr(i + 1).starts_with('\n')) continue;
+    result += text[i] == '\r' ? '\n' : text[i];
+  }
+  return result;
+}
+
+void PrintWithLf(std::vector<mig::TFormEdit>& edits) {
+  for (mig::TFormEdit& edit : edits) {
+    edit.Text = WithLf(edit.Text);
+    PrintWithLf(edit.Nested);
+  }
+}
+
+// Lays out a form whose lines end with CR alone.
+std::string ApplyWithCr(std::string_view text, std::vector<mig::TFormEdit> edits) {
+  PrintWithLf(edits);
+  std::string result = ApplyFormEdits(WithLf(text), edits, true);
+  std::replace(result.begin(), result.end(), '\n', '\r');
+  return result;
+}
+
 }  // namespace
 
 std::string ApplyFormEdits(std::string_view text, const std::vector<mig::TFormEdit>& edits, bool layOutAll) {
+  if (layOutAll && LineEndOf(text) == "\r") return ApplyWithCr(text, edits);
   std::string result;
   result.reserve(text.size());
   size_t done = 0;

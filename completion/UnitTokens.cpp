@@ -41,7 +41,10 @@ std::vector<TUnitToken> ReadUnitTokens(std::string_view text, const qrl::TEncodi
 
 std::string_view LineEndOf(std::string_view text) {
   const size_t end = text.find('\n');
-  return end == std::string_view::npos || (end > 0 && text[end - 1] == '\r') ? "\r\n" : "\n";
+  if (end == std::string_view::npos) return text.find('\r') == end ? "\r\n" : "\r";
+  const size_t last = end == 0 ? std::string_view::npos : text.find_last_not_of('\r', end - 1);
+  const size_t start = last == std::string_view::npos ? 0 : last + 1;
+  return end - start > 2 ? "\r\n" : text.substr(start, end + 1 - start);
 }
 
 }  // namespace completion

@@ -25,7 +25,7 @@ struct TUnitToken {
 // the tokens.
 std::vector<TUnitToken> ReadUnitTokens(std::string_view text, const qrl::TEncoding& encoding);
 
-// Returns the first line end of `text`: CR LF where it has none.
+// Returns the first line end of `text`: CR LF, LF, CR CR LF, or CR if it has no LF at all. CR LF if it has none.
 std::string_view LineEndOf(std::string_view text);
 
 }  // namespace completion

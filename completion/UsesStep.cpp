@@ -17,6 +17,15 @@ bool IsBlank(char c) {
   return c == ' ' || c == '\t';
 }
 
+// Returns the tokens of a unit or program up to its last one, the full stop of "end."; more text may follow that.
+TTokens ReadModule(std::string_view text, const qrl::TEncoding& encoding) {
+  TTokens tokens = ReadUnitTokens(text, encoding);
+  for (size_t i = 1; i < tokens.size(); ++i) {
+    if (tokens[i].IsSymbol('.') && tokens[i - 1].Code == mig::kEnd) tokens.resize(i + 1);
+  }
+  return tokens;
+}
+
 std::vector<std::string> NamesOf(std::string_view insertedText) {
   std::vector<std::string> names;
   std::string name;
@@ -60,7 +69,11 @@ struct TClauseLayout {
     if (clause.Items.size() < 2) return;
     for (size_t i = 1; i < clause.Items.size(); ++i) {
       const size_t lineStart = text.rfind('\n', clause.Items[i].Begin) + 1;
-      if (lineStart < clause.Items[i - 1].End) return;  // two items on one line
+      if (lineStart >= clause.Items[i - 1].End) continue;
+      // Two items on one line. Where the first such items have no blank between them, no item has one.
+      const size_t comma = *clause.Items[i - 1].Comma;
+      if (comma == clause.Items[i - 1].End && comma + 1 == clause.Items[i].Begin) Separator = ",";
+      return;
     }
     // One a line: either "  Name" with commas at the line ends, or "  , Name".
     const TUsesItem& last = clause.Items.back();
@@ -100,7 +113,7 @@ class TUsesStep {
       : FText(text),
         FRules(rules),
         FAccount(account),
-        FTokens(ReadUnitTokens(text, encoding)),
+        FTokens(ReadModule(text, encoding)),
         FNewUnits(NamesOf(rules.InsertedText)) {}
 
   // Nothing where the clauses cannot be told for certain.
@@ -112,9 +125,12 @@ class TUsesStep {
     }
     ReadIdentifiers();
     MarkItems();
-    for (const TUsesClause* const clause : FSections) KeepComments(*clause);
+    TUsesSection* const target = FindTarget();
+    for (const TUsesClause* const clause : FSections) {
+      if (target == nullptr || !target->Clause || clause != &*target->Clause) KeepComments(*clause);
+    }
     for (const TUsesItem* const item : FMarked) FAccount.OnRemoved(item->Name);
-    Insert();
+    if (target != nullptr) InsertInto(*target);
     for (const TUsesClause* const clause : FSections) RemoveMarked(*clause);
     return ApplyEdits(FText, std::move(FEdits));
   }
@@ -186,12 +202,16 @@ class TUsesStep {
     return nullptr;
   }
 
-  void Insert() {
+  // Returns the section that gets the new units, or null if none does.
+  TUsesSection* FindTarget() {
     const bool hasSome = FMissing.size() < FNewUnits.size();
     const TUsesItem* const oldUnit = ItemOfOldUnit();
     if (FMissing.empty() || (oldUnit == nullptr && (hasSome || !(FNeedsInterface || FNeedsImplementation))))
-      return;
-    TUsesSection& section = SectionFor(oldUnit);
+      return nullptr;
+    return &SectionFor(oldUnit);
+  }
+
+  void InsertInto(const TUsesSection& section) {
     if (!section.Clause) return InsertClause(section);
     const TUsesClause& clause = *section.Clause;
     const std::string separator = TClauseLayout(FText, clause).Separator;
@@ -268,8 +288,12 @@ class TUsesStep {
     const size_t lineStart = begin == 0 ? 0 : LineStart(begin);
     const bool endsLine = after == FText.size() || FText[after] == '\r' || FText[after] == '\n';
     if (endsLine && IsBlankBetween(lineStart, begin)) {
-      if (after < FText.size() && FText[after] == '\r') ++after;
-      if (after < FText.size() && FText[after] == '\n') ++after;
+      const size_t lineEnd = std::min(FText.find_first_not_of('\r', after), FText.size());
+      if (lineEnd < FText.size() && FText[lineEnd] == '\n') {
+        after = lineEnd + 1;
+      } else if (after < FText.size()) {
+        ++after;  // a CR alone
+      }
       FEdits.push_back({lineStart, after - lineStart, ""});
     } else {
       FEdits.push_back({begin, (endsLine ? end : after) - begin, ""});
