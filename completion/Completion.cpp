@@ -7,6 +7,7 @@
 #include "completion/FormObjects.h"
 #include "completion/UnitTokens.h"
 #include "completion/UsesStep.h"
+#include "rtl/text/SysUtils.h"
 
 namespace completion {
 namespace {
@@ -51,13 +52,25 @@ mig::TCompletedUnit TCompletion::CompleteUnit(const mig::TUnitToComplete& unit) 
 }
 
 mig::TTextEdits TCompletion::EditsOf(const mig::TUnitToComplete& unit, mig::TCompletedUnit& completed) const {
-  if (FSteps.Transactions) {
-    completed.SettlesTransactions = true;
-    return CompleteTransactionFields(
-        unit.Text, unit.Encoding, unit.Edits, unit.HasForm, FRules.Transaction,
-        [&](size_t, std::string_view) { completed.SettlesTransactions = false; });
-  }
+  if (FSteps.Transactions) return CompleteFields(unit, completed);
   return FSteps.Layout ? WithLineEnds(unit.Edits, unit.Text) : unit.Edits;
+}
+
+mig::TTextEdits TCompletion::CompleteFields(const mig::TUnitToComplete& unit,
+                                            mig::TCompletedUnit& completed) const {
+  TTransactionFields fields = CompleteTransactionFields(unit.Text, unit.Encoding, unit.Edits,
+                                                        !unit.FormFiles.empty(), FRules.Transaction);
+  completed.SettlesTransactions = true;
+  completed.RefusedTransactions = std::move(fields.Refused);
+  const std::lock_guard<std::mutex> guard(FTransactionsLock);
+  for (const std::string& form : unit.FormFiles) FTransactions[rtl::LowerCase(form)] = fields.Names;
+  return std::move(fields.Edits);
+}
+
+TTransactionNames TCompletion::TransactionsOf(std::string_view formFile) const {
+  const std::lock_guard<std::mutex> guard(FTransactionsLock);
+  const auto place = FTransactions.find(rtl::LowerCase(formFile));
+  return place == FTransactions.end() ? TTransactionNames() : place->second;
 }
 
 void TCompletion::CompleteUses(const mig::TUnitToComplete& unit, mig::TCompletedUnit& completed) const {
@@ -80,7 +93,7 @@ void TCompletion::CompleteUses(const mig::TUnitToComplete& unit, mig::TCompleted
 
 std::string TCompletion::CompleteForm(mig::TFormToComplete& form, mig::TFormParser& parser) const {
   if (FSteps.Inherited) ConvertInherited(form, parser);
-  if (FSteps.Transactions) AddTransactions(form, FRules.Transaction);
+  if (FSteps.Transactions) AddTransactions(form, TransactionsOf(form.FileName), FRules.Transaction);
   return ApplyFormEdits(form.Text, form.Edits, FSteps.Layout);
 }
 

@@ -1,7 +1,10 @@
 // The opt-in steps after a conversion, put together.
 #pragma once
 
+#include <mutex>
+#include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "MigWizard/passes/FileCompletion.h"
 #include "MigWizard/passes/OldNames.h"
@@ -37,10 +40,15 @@ class TCompletion : public mig::IFileCompletion {
 
  private:
   mig::TTextEdits EditsOf(const mig::TUnitToComplete& unit, mig::TCompletedUnit& completed) const;
+  mig::TTextEdits CompleteFields(const mig::TUnitToComplete& unit, mig::TCompletedUnit& completed) const;
+  TTransactionNames TransactionsOf(std::string_view formFile) const;
   void CompleteUses(const mig::TUnitToComplete& unit, mig::TCompletedUnit& completed) const;
 
   const TSteps FSteps;
   const TRules FRules;
+  // The transactions that the unit of a form declares, by the full name of the form in lower case.
+  mutable std::unordered_map<std::string, TTransactionNames> FTransactions;
+  mutable std::mutex FTransactionsLock;
 };
 
 }  // namespace completion

@@ -213,29 +213,28 @@ void ConvertInherited(mig::TFormToComplete& form, mig::TFormParser& parser) {
   form.Edits = std::move(merged);
 }
 
-void AddTransactions(mig::TFormToComplete& form, const TTransactionRules& rules) {
+void AddTransactions(mig::TFormToComplete& form, const TTransactionNames& names,
+                     const TTransactionRules& rules) {
+  if (names.empty()) return;
   const TTokens tokens = ReadUnitTokens(form.Text, form.Encoding);
-  std::unordered_set<std::string> names;
-  struct TConnection {
-    size_t Begin;
-    std::string_view Name;
-  };
-  std::vector<TConnection> connections;
+  std::unordered_set<std::string> taken;
+  std::vector<THeader> connections;
   for (size_t i = 0; i < tokens.size(); ++i) {
     THeader header;
     if (!ReadHeader(tokens, i, header)) continue;
-    names.insert(rtl::LowerCase(tokens[header.Name].Lexem));
+    taken.insert(rtl::LowerCase(tokens[header.Name].Lexem));
     if (tokens[i].Code == mig::kObject && tokens[header.Class].Is(rules.OldClass))
-      connections.push_back({tokens[i].Offset, tokens[header.Name].Lexem});
+      connections.push_back(header);
   }
-  for (const TConnection& connection : connections) {
+  for (const THeader& header : connections) {
+    const std::string_view connection = tokens[header.Name].Lexem;
     const auto edit =
         std::find_if(form.Edits.begin(), form.Edits.end(), [&](const mig::TFormEdit& candidate) {
-          return candidate.Level >= 0 && candidate.Begin == connection.Begin;
+          return candidate.Level >= 0 && candidate.Begin == tokens[header.Keyword].Offset;
         });
-    const std::string name = TransactionName(rules, connection.Name, connections.size());
-    if (edit != form.Edits.end() && !names.contains(rtl::LowerCase(name)))
-      edit->Text += PrintTransaction(rules, name, connection.Name, *edit);
+    const auto name = names.find(rtl::LowerCase(connection));
+    if (edit != form.Edits.end() && name != names.end() && !taken.contains(rtl::LowerCase(name->second)))
+      edit->Text += PrintTransaction(rules, name->second, connection, *edit);
   }
 }
 

@@ -13,7 +13,9 @@ namespace completion {
 void ConvertInherited(mig::TFormToComplete& form, mig::TFormParser& parser);
 
 // Adds to each edit that converts an `object` of the old connection class the object of its transaction, placed beside
-// it. An object of that name that the form has already stays the only one.
-void AddTransactions(mig::TFormToComplete& form, const TTransactionRules& rules);
+// it, if `names`, the transactions that the form's unit declares, has one for it: an object without a field could not
+// be loaded. An object of that name that the form has already stays the only one.
+void AddTransactions(mig::TFormToComplete& form, const TTransactionNames& names,
+                     const TTransactionRules& rules);
 
 }  // namespace completion

@@ -26,6 +26,12 @@ struct TClassBody {
   std::unordered_set<std::string> Members;  // names that begin a statement, in lower case
 };
 
+// Whether the word is followed by the name of a member.
+bool IntroducesMember(const TUnitToken& token) {
+  return token.Is("procedure") || token.Is("function") || token.Is("constructor") || token.Is("destructor") ||
+         token.Is("property");
+}
+
 bool IsVisibility(const TUnitToken& token) {
   return token.Is("private") || token.Is("protected") || token.Is("public") || token.Is("published") ||
          token.Is("strict") || token.Is("automated");
@@ -38,8 +44,9 @@ class TClassReader {
 
   std::vector<TClassBody> Run() {
     for (size_t i = 0; i + 2 < FTokens.size(); ++i) {
-      if (FTokens[i].IsSymbol('=') && FTokens[i + 1].Is("class") && FTokens[i + 2].IsSymbol('('))
-        i = ReadClass(i + 2);
+      if (!FTokens[i].IsSymbol('=') || !FTokens[i + 1].Is("class")) continue;
+      const size_t ancestors = FTokens[i + 2].Is("abstract") || FTokens[i + 2].Is("sealed") ? i + 3 : i + 2;
+      if (ancestors < FTokens.size() && FTokens[ancestors].IsSymbol('(')) i = ReadClass(ancestors);
     }
     return std::move(FClasses);
   }
@@ -54,8 +61,12 @@ class TClassReader {
     bool isPublished = true;
     bool isStatement = true;  // a statement begins here
     int depth = 1;
+    int brackets = 0;
     for (; at < FTokens.size() && depth > 0; ++at) {
       const TUnitToken& token = FTokens[at];
+      if (token.IsSymbol('(') || token.IsSymbol('[')) ++brackets;
+      if (token.IsSymbol(')') || token.IsSymbol(']')) --brackets;
+      if (brackets > 0) continue;  // a semicolon between parameters ends no statement
       if (token.Code == mig::kEnd) {
         --depth;
       } else if (token.Is("record") || (token.Is("class") && FTokens[at - 1].IsSymbol('='))) {
@@ -64,10 +75,12 @@ class TClassReader {
         isPublished = token.Is("published");
         isStatement = true;
         continue;
+      } else if (depth == 1 && IntroducesMember(token) && at + 1 < FTokens.size()) {
+        body.Members.insert(rtl::LowerCase(FTokens[at + 1].Lexem));
       } else if (depth == 1 && isStatement && token.Code == qrl::kIdentifier) {
         AddStatement(body, at, isPublished);
       }
-      isStatement = token.IsSymbol(';');
+      isStatement = token.IsSymbol(';') || (isStatement && token.IsSymbol(']'));  // after an attribute
     }
     FClasses.push_back(std::move(body));
     return at - 1;
@@ -115,15 +128,17 @@ std::string IndentOf(std::string_view text, size_t offset) {
   return std::string(before.substr(0, std::min(before.find_first_not_of(" \t"), before.size())));
 }
 
-}  // namespace
-
+// Returns the name of the transaction of `connection`, one of `count` connections of a class.
 std::string TransactionName(const TTransactionRules& rules, std::string_view connection, size_t count) {
   return count == 1 ? std::string(rules.Name) : std::string(connection).append(rules.Name);
 }
 
-mig::TTextEdits CompleteTransactionFields(
-    std::string_view text, const qrl::TEncoding& encoding, const mig::TTextEdits& edits, bool hasForm,
-    const TTransactionRules& rules, const std::function<void(size_t offset, std::string_view name)>& tell) {
+}  // namespace
+
+TTransactionFields CompleteTransactionFields(std::string_view text, const qrl::TEncoding& encoding,
+                                             const mig::TTextEdits& edits, bool hasForm,
+                                             const TTransactionRules& rules) {
+  TTransactionFields result;
   std::map<size_t, std::string> insertions;  // by offset
   const TTokens tokens = ReadUnitTokens(text, encoding);
   const std::vector<TClassBody> classes =
@@ -132,31 +147,35 @@ mig::TTextEdits CompleteTransactionFields(
     size_t count = 0;
     for (const TField& field : body.Fields) count += field.Names.size();
     for (const TField& field : body.Fields) {
-      if (!edits.HasAt(tokens[field.ClassName].Offset)) continue;
+      const size_t className = tokens[field.ClassName].Offset;
+      if (!edits.HasAt(className)) continue;
       for (const std::string_view connection : field.Names) {
         const std::string name = TransactionName(rules, connection, count);
-        const size_t begin = tokens[field.First].Offset;
         if (body.Members.contains(rtl::LowerCase(name))) {
-          tell(begin, name);
+          result.Refused.push_back(className);
           continue;
         }
+        result.Names[rtl::LowerCase(connection)] = name;
         std::string& lines = insertions[LineEndAfter(text, tokens[field.Semicolon].End())];
-        lines.append(LineEndOf(text)).append(IndentOf(text, begin)).append(name).append(": ");
+        lines.append(LineEndOf(text))
+            .append(IndentOf(text, tokens[field.First].Offset))
+            .append(name)
+            .append(": ");
         lines.append(rules.Class).append(";");
       }
     }
   }
 
-  mig::TTextEdits result;
   auto insertion = insertions.begin();
   const auto insertBefore = [&](size_t offset) {
     for (; insertion != insertions.end() && insertion->first <= offset; ++insertion)
-      result.Replace(insertion->first, 0, insertion->second);
+      result.Edits.Replace(insertion->first, 0, insertion->second);
   };
   for (const mig::TTextEdits::TEdit& edit : edits.Edits()) {
     insertBefore(edit.Position);
     const bool isConnection = rtl::SameText(text.substr(edit.Position, edit.Length), rules.OldClass);
-    result.Replace(edit.Position, edit.Length, isConnection ? std::string(rules.NewClass) : edit.Replacement);
+    result.Edits.Replace(edit.Position, edit.Length,
+                         isConnection ? std::string(rules.NewClass) : edit.Replacement);
   }
   insertBefore(text.size());
   return result;

@@ -1,9 +1,9 @@
 // Completion of units: the fields of the transactions that the connections of a form need.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "MigWizard/passes/TextEdits.h"
@@ -20,17 +20,23 @@ struct TTransactionRules {
   std::string_view ConnectionName;  // the property of the transaction that names its connection
 };
 
-// Returns the name of the transaction of `connection`, one of `count` connections of a form.
-std::string TransactionName(const TTransactionRules& rules, std::string_view connection, size_t count);
+// The names of transactions by the name of their connection in lower case.
+using TTransactionNames = std::unordered_map<std::string, std::string>;
+
+struct TTransactionFields {
+  mig::TTextEdits Edits;        // of the text that was given
+  TTransactionNames Names;      // of the fields that were added
+  std::vector<size_t> Refused;  // connections without one: offsets of the name of their class, ascending
+};
 
 // Returns `edits`, those of the conversion of `text`, such that exactly the component fields of the old class bring a
-// transaction: fields in the published part of a class with an ancestor. Every other mention of the old class becomes
-// the new class and nothing else. A field gets no transaction where its class has a member of that name already;
-// `tell` then gets the field's offset in `text`, in bytes, 0-based.
+// transaction: fields in the published part of a class with an ancestor. It is named `rules.Name`, after the name of
+// the connection if the class has several. Every other mention of the old class becomes the new class and nothing
+// else. A field gets no transaction if its class has a member of that name already. Offsets are in bytes, 0-based.
 //
 // `hasForm` says whether the unit names a form; without one no class has component fields.
-mig::TTextEdits CompleteTransactionFields(
-    std::string_view text, const qrl::TEncoding& encoding, const mig::TTextEdits& edits, bool hasForm,
-    const TTransactionRules& rules, const std::function<void(size_t offset, std::string_view name)>& tell);
+TTransactionFields CompleteTransactionFields(std::string_view text, const qrl::TEncoding& encoding,
+                                             const mig::TTextEdits& edits, bool hasForm,
+                                             const TTransactionRules& rules);
 
 }  // namespace completion

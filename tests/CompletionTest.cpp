@@ -84,6 +84,17 @@ TEST(UsesStepTest, Table) {
        "program P;\r\nuses\r\n  Forms, DBTables, New1, New2,\r\n  M in 'M.pas' {F};\r\nvar x: TNew;\r\nbegin "
        "end.",
        "program P;\r\nuses\r\n  Forms, New1, New2,\r\n  M in 'M.pas' {F};\r\nvar x: TNew;\r\nbegin end."},
+      {"commas without blanks", Unit("uses A,DBTables, New1, New2,B;\r\nvar x: TNew;", ""),
+       Unit("uses A,New1,New2,B;\r\nvar x: TNew;", "")},
+      {"a comment stays in a clause whose only unit is replaced",
+       Unit("uses {$I a.inc} DBTables, New1, New2;\r\nvar x: TNew;", "uses Bde {x};"),
+       Unit("uses {$I a.inc} New1, New2;\r\nvar x: TNew;", "uses Bde {x};")},
+      {"lines that end with CR CR LF",
+       Unit("uses\r\r\n  A,\r\r\n  Bde,\r\r\n  DBTables, New1, New2,\r\r\n  B;\r\r\nvar x: TNew;", ""),
+       Unit("uses\r\r\n  A,\r\r\n  New1,\r\r\n  New2,\r\r\n  B;\r\r\nvar x: TNew;", "")},
+      {"text after the end",
+       Unit("uses DBTables, New1, New2;\r\nvar x: TNew;", "") + "uses DBTables; TSession",
+       Unit("uses New1, New2;\r\nvar x: TNew;", "") + "uses DBTables; TSession"},
       {"an interface type is no section", Unit("type I = interface end; x = TNew;", ""),
        "unit U;\r\ninterface\r\n\r\nuses\r\n  New1, New2;\r\ntype I = interface end; x = "
        "TNew;\r\nimplementation\r\n\r\nend.\r\n"},
@@ -121,16 +132,12 @@ constexpr completion::TTransactionRules kTransactions = {"TDatabase", "TKVAConne
                                                          "Transaction", "DefaultConnection"};
 
 // Converts every TDatabase as the conversion does, then completes the fields.
-std::string CompleteFields(const std::string& text, std::string* told = nullptr, bool hasForm = true) {
+completion::TTransactionFields CompleteFields(const std::string& text, bool hasForm = true) {
   mig::TTextEdits edits;
   for (size_t at = text.find("TDatabase"); at != std::string::npos; at = text.find("TDatabase", at + 1))
     edits.Replace(at, 9, "TKVAConnection;\r\n    Transaction: TKVATransaction");
-  const auto tell = [&](size_t offset, std::string_view name) {
-    if (told != nullptr) *told += std::string(name) + "@" + std::to_string(offset) + " ";
-  };
-  return completion::CompleteTransactionFields(text, qrl::TEncoding::Default(), edits, hasForm, kTransactions,
-                                               tell)
-      .Apply(text);
+  return completion::CompleteTransactionFields(text, qrl::TEncoding::Default(), edits, hasForm,
+                                               kTransactions);
 }
 
 TEST(TransactionFieldsTest, OnlyComponentFieldsBringATransaction) {
@@ -147,27 +154,37 @@ TEST(TransactionFieldsTest, OnlyComponentFieldsBringATransaction) {
        "type TM = class(TForm)\nprivate\n  A: TDatabase;\npublished\n  B: TDatabase;\nend;",
        "type TM = class(TForm)\nprivate\n  A: TKVAConnection;\npublished\n  B: TKVAConnection;\n"
        "  Transaction: TKVATransaction;\nend;"},
+      {"after an attribute", "type TM = class sealed(TForm) [Weak] A: TDatabase; end;",
+       "type TM = class sealed(TForm) [Weak] A: TKVAConnection;\r\nTransaction: TKVATransaction; end;"},
       {"everything else",
-       "type TX = class(TDatabase) procedure P(D: TDatabase); property D: TDatabase read F; end;\n"
+       "type TX = class(TDatabase) procedure P(C: TDatabase; D: TDatabase; N: Integer); property D: "
+       "TDatabase read F; end;\n"
        "  TR = class(TForm) R: record D: TDatabase; end; end; TC = class of TDatabase;\n"
        "  TN = class D: TDatabase; end; TF = class;\nvar D: TDatabase;\nbegin with TDatabase.Create(nil) do;",
-       "type TX = class(TKVAConnection) procedure P(D: TKVAConnection); property D: TKVAConnection read F; "
-       "end;\n"
+       "type TX = class(TKVAConnection) procedure P(C: TKVAConnection; D: TKVAConnection; N: Integer); "
+       "property "
+       "D: TKVAConnection read F; end;\n"
        "  TR = class(TForm) R: record D: TKVAConnection; end; end; TC = class of TKVAConnection;\n"
        "  TN = class D: TKVAConnection; end; TF = class;\nvar D: TKVAConnection;\nbegin with "
        "TKVAConnection.Create(nil) do;"},
   };
   for (const TUsesRow& row : rows) {
-    std::string told;
-    EXPECT_EQ(CompleteFields(row.Before, &told), row.After) << row.What;
-    EXPECT_EQ(told, "") << row.What;
+    const completion::TTransactionFields fields = CompleteFields(row.Before);
+    EXPECT_EQ(fields.Edits.Apply(row.Before), row.After) << row.What;
+    EXPECT_EQ(fields.Refused, std::vector<size_t>()) << row.What;
   }
-  std::string told;
-  EXPECT_EQ(CompleteFields("type TM = class(TForm) D: TDatabase; transaction: TX; end;", &told),
-            "type TM = class(TForm) D: TKVAConnection; transaction: TX; end;");
-  EXPECT_EQ(told, "Transaction@23 ");
-  EXPECT_EQ(CompleteFields("type TM = class(TForm) D: TDatabase; end;", nullptr, false),
-            "type TM = class(TForm) D: TKVAConnection; end;");
+  for (const char* const member :
+       {"transaction: TX;", "private Transaction: TX;", "procedure Transaction(A: TX; B: TX);",
+        "class function TRANSACTION: TX;", "property Transaction: TX read F;"}) {
+    const std::string text = std::string("type TM = class(TForm) D: TDatabase; ") + member + " end;";
+    const completion::TTransactionFields fields = CompleteFields(text);
+    EXPECT_EQ(fields.Edits.Apply(text),
+              std::string("type TM = class(TForm) D: TKVAConnection; ") + member + " end;");
+    EXPECT_EQ(fields.Refused, std::vector<size_t>{26}) << member;
+    EXPECT_TRUE(fields.Names.empty()) << member;
+  }
+  const std::string text = "type TM = class(TForm) D: TDatabase; end;";
+  EXPECT_EQ(CompleteFields(text, false).Edits.Apply(text), "type TM = class(TForm) D: TKVAConnection; end;");
 }
 
 TEST(FormLayoutTest, KeepsThePlaceOfAnObject) {
@@ -219,7 +236,22 @@ TEST(FormLayoutTest, KeepsThePlaceOfAnObject) {
             "end\n");
 }
 
-// Inherited, inline and indexed objects, and the contents of a converted object.
+// Lines with tabs, and with each kind of line end. A line end in a value is printed once more after it.
+TEST(FormLayoutTest, KeepsTabsAndLineEnds) {
+  for (const std::string end : {"\n", "\r\n", "\r\r\n", "\r"}) {
+    const std::string text = "object F: TF" + end + "\tobject Q: TQuery" + end + "\t\tSQL.Strings = (" + end +
+                             "\t\t\t'a')" + end + "\tend" + end + "end" + end;
+    const std::string printed = "  object Q: TKVAQuery\r\n    SQL.Strings = (" + end +
+                                "\r\n        \t\t\t'a')\r\n    AutoCommit = True\r\n  end\r\n";
+    EXPECT_EQ(completion::ApplyFormEdits(
+                  text, {{text.find("object Q"), text.rfind("end"), printed, 1, false, {}}}, true),
+              "object F: TF" + end + "\tobject Q: TKVAQuery" + end + "\t\tSQL.Strings = (" + end +
+                  "\t\t\t'a')" + end + "\t\tAutoCommit = True" + end + "\tend" + end + "end" + end);
+  }
+}
+
+// Inherited, inline and indexed objects, and the contents of a converted object. The form belongs to a unit with two
+// connections, of which one can have a transaction.
 TEST(FormObjectsTest, WholeForms) {
   target::TKVAMigration migration(target::TCatalogue::BuiltIn());
   mig::TFileConverter converter(
@@ -250,17 +282,20 @@ TEST(FormObjectsTest, WholeForms) {
        "    Left = 1\n    end\n  end\nend\n"},
       {"an object that is no form text stays", "object F: TF\n  inherited Q: TQuery\n    = 3\n  end\nend\n",
        "object F: TF\n  inherited Q: TQuery\n    = 3\n  end\nend\n"},
-      {"one connection", "object F: TF\n  object DB: TDatabase\n    Left = 8\n    Top = 16\n  end\nend\n",
-       "object F: TF\n  object DB: TKVAConnection\n    Left = 8\n    Top = 16\n  end\n"
-       "  object Transaction: TKVATransaction\n    DefaultConnection = DB\n    Left = 72\n    Top = 16\n  "
-       "end\nend\n"},
-      {"two connections, one name taken",
-       "object F: TF\n  object A: TDatabase\n  end\n  object B: TDatabase\n  end\n  object btransaction: "
-       "TX\n  end\nend\n",
-       "object F: TF\n  object A: TKVAConnection\n  end\n  object ATransaction: TKVATransaction\n"
-       "    DefaultConnection = A\n  end\n  object B: TKVAConnection\n  end\n  object btransaction: TX\n  "
-       "end\nend\n"},
+      {"connections whose transactions the unit declares",
+       "object F: TF\n  object a: TDatabase\n    Left = 8\n    Top = 16\n  end\n  object B: TDatabase\n  "
+       "end\n"
+       "  object C: TDatabase\n  end\nend\n",
+       "object F: TF\n  object a: TKVAConnection\n    Left = 8\n    Top = 16\n  end\n"
+       "  object ATransaction: TKVATransaction\n    DefaultConnection = a\n    Left = 72\n    Top = 16\n  "
+       "end\n"
+       "  object B: TKVAConnection\n  end\n  object C: TKVAConnection\n  end\nend\n"},
+      {"a name that is taken",
+       "object F: TF\n  object A: TDatabase\n  end\n  object atransaction: TX\n  end\nend\n",
+       "object F: TF\n  object A: TKVAConnection\n  end\n  object atransaction: TX\n  end\nend\n"},
   };
+  (void)converter.Convert(
+      "Z:\\F.pas", "unit F; type TF = class(TForm) A, B: TDatabase; BTransaction: TX; end; {$R *.dfm}");
   for (const TUsesRow& row : rows) {
     mig::TFileConversion converted = converter.Convert("Z:\\F.dfm", row.Before);
     EXPECT_EQ(converted.IsChanged ? converted.Bytes : row.Before, row.After) << row.What;

@@ -240,6 +240,22 @@ TEST_F(ReportTest, LinesAreThoseOfTheCompletedUnits) {
   EXPECT_GT(changed, 10u);
 }
 
+// A transaction that a step cannot declare is the only one of the unit that is still told.
+TEST_F(ReportTest, FindingsOfACompletedUnit) {
+  const tests::TTempTree tree;
+  tree.Write("A.pas",
+             "unit A;\ninterface\ntype T = class(TForm)\n  D: TDatabase;\n  procedure Transaction;\nend;\n"
+             "TD = class(TDatabase) end;\nimplementation\nvar D: TDatabase;\n{$R *.dfm}\nend.\n");
+  tree.Write("A.dfm", "object A: T\n  object D: TDatabase\n  end\nend\n");
+  std::map<std::string, std::string> after;
+  std::string found;
+  for (const mig::TFileReport& file : Preview(tree.HostPath(), "bde", "", &after, true).Files)
+    for (const mig::TFinding& finding : file.Findings)
+      found += std::string(mig::RuleOf(finding.Rule).Name) + " " + std::to_string(finding.Line) + "\n";
+  EXPECT_EQ(found, "transaction-line 4\n");
+  for (const auto& [name, text] : after) EXPECT_EQ(text.find("TKVATransaction"), std::string::npos) << text;
+}
+
 // What the standard requires of the parts of a SARIF log that the report has. No part has other properties.
 struct TSarifField {
   const char* Name;

@@ -20,21 +20,23 @@ struct TUnitToComplete {
   std::string_view Text;  // before the conversion, working text
   const qrl::TEncoding& Encoding;
   const TClassMap& Classes;
-  const TTextEdits& Edits;  // of the conversion
-  bool HasForm = false;     // a resource directive names one
+  const TTextEdits& Edits;                    // of the conversion
+  const std::vector<std::string>& FormFiles;  // full names of the forms that it names
 };
 
 struct TCompletedUnit {
   std::string Text;
   TTextEdits Edits;  // of the text before the conversion; without those in uses clauses, which come after
   // Completed work, for which no findings are needed.
-  bool SettlesUses = false;               // the uses clauses name the units that the unit needs, each once
-  bool SettlesTransactions = false;       // each transaction is declared where it belongs
-  std::vector<std::string> RemovedUnits;  // old units, as spelled in the source
+  bool SettlesUses = false;          // the uses clauses name the units that the unit needs, each once
+  bool SettlesTransactions = false;  // each transaction is declared where it belongs, with these exceptions:
+  std::vector<size_t> RefusedTransactions;  // offsets of names of old classes, ascending
+  std::vector<std::string> RemovedUnits;    // old units, as spelled in the source
 };
 
 struct TFormToComplete {
-  std::string_view Text;  // before the conversion, working text
+  std::string_view FileName;  // in full
+  std::string_view Text;      // before the conversion, working text
   const qrl::TEncoding& Encoding;
   const TClassMap& Classes;
   std::vector<TFormEdit> Edits;  // of the conversion
@@ -50,7 +52,7 @@ class IFileCompletion {
  public:
   virtual ~IFileCompletion() = default;
   // Return the whole text after conversion and completion. May raise. CompleteForm adds its edits to those of
-  // the form.
+  // the form. A unit is completed before its forms.
   virtual TCompletedUnit CompleteUnit(const TUnitToComplete& unit) const = 0;
   virtual std::string CompleteForm(TFormToComplete& form, TFormParser& parser) const = 0;
   // Returns True if a changed file keeps its UTF-8 mark and every written line ends as the file's lines do.

@@ -63,7 +63,9 @@ void RemoveSettled(std::vector<TFinding>& findings, const TCompletedUnit& comple
       case TRuleId::SecondConversion:
         return completed.SettlesUses;
       case TRuleId::TransactionLine:
-        return completed.SettlesTransactions;
+        return completed.SettlesTransactions &&
+               !std::binary_search(completed.RefusedTransactions.begin(), completed.RefusedTransactions.end(),
+                                   finding.Offset);
       case TRuleId::OldUnit:
         return std::find(completed.RemovedUnits.begin(), completed.RemovedUnits.end(), finding.Subject) !=
                completed.RemovedUnits.end();
@@ -155,8 +157,8 @@ void TFileConverter::ConvertUnitFile(const std::string& fileName, std::string by
   if (FListsEdits) result.Edits = ListUnitEdits(unit.Text, *unit.Encoding, FClasses, converted.Edits);
   TCompletedUnit completed;
   if (completion != nullptr) {
-    completed = completion->CompleteUnit(
-        {unit.Text, *unit.Encoding, FClasses, converted.Edits, !result.FormFiles.empty()});
+    completed =
+        completion->CompleteUnit({unit.Text, *unit.Encoding, FClasses, converted.Edits, result.FormFiles});
     const bool isChanged = completed.Text != unit.Text;
     if (isChanged && !result.IsChanged) result.Changes = 1;
     result.IsChanged = isChanged;
@@ -212,7 +214,7 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
   rtl::TMemoryStream output;
   std::vector<TObjectAccount> accounts;
   std::vector<TObjectAccount>* const accountList = FOldNames != nullptr ? &accounts : nullptr;
-  TFormToComplete toComplete = {text, *form.Encoding, FClasses, {}, accountList};
+  TFormToComplete toComplete = {fileName, text, *form.Encoding, FClasses, {}, accountList};
   const TEditSelection* const selection = OnGetSelection ? OnGetSelection(fileName) : nullptr;
   if (selection != nullptr)
     toComplete.LeavesOut = [selection](size_t place) { return selection->LeavesOut(place); };
