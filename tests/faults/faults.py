@@ -168,7 +168,7 @@ def mounts(root):
     return True
 
 
-ALLOCATIONS = 11  # of so many one fails: a run makes thousands
+LASTING = 11  # of so many allocations one is the first that fails for good: a run makes thousands
 
 
 class Rows:
@@ -210,7 +210,7 @@ class Rows:
         for name in names:
             case = self.worker.cases[name]
             self.worker.reset(case)
-            for fault in plan.exhaustions(self.worker.program.allocations(case.command), ALLOCATIONS):
+            for fault in plan.exhaustions(self.worker.program.allocations(case.command), LASTING):
                 yield name, fault
 
     def table(self):
@@ -248,7 +248,7 @@ class Rows:
             ('full', 'form: full disks', lambda: self.full(FORMS)),
             (
                 'fault',
-                f'no memory at every {ALLOCATIONS}th allocation',
+                f'no memory at each allocation, or from every {LASTING}th on',
                 lambda: self.exhaustions(['folder-run', 'project-run', 'restore', 'form-in-place']),
             ),
         ]

@@ -214,7 +214,8 @@ def moments(operations, command):
 
 
 def exhaustions(count, stride):
-    """No memory for each allocation, and for all from it on."""
-    for at in range(1, count + 1, stride):
+    """No memory for each allocation, and from every `stride`th on for all."""
+    for at in range(1, count + 1):
         yield Fault('memory', at)
-        yield Fault('memory', at, lasting=True)
+        if at % stride == 0:
+            yield Fault('memory', at, lasting=True)

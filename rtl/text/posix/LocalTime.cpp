@@ -1,28 +1,37 @@
 #include "rtl/text/LocalTime.h"
 
+#include <cerrno>
 #include <ctime>
-#include <locale>
-#include <sstream>
-#include <stdexcept>
-#include <string_view>
+#include <locale.h>
+#include <memory>
+#include <new>
+#include <type_traits>
 
 namespace rtl {
+namespace {
+
+struct TFreeLocale {
+  void operator()(locale_t locale) const { freelocale(locale); }
+};
+using TLocale = std::unique_ptr<std::remove_pointer_t<locale_t>, TFreeLocale>;
+
+// Returns the locale of the environment, or the classic one if that is not installed. std::locale("") is not
+// used, because it ends the process when memory runs out in it.
+TLocale UserLocale() {
+  TLocale locale(newlocale(LC_TIME_MASK, "", nullptr));
+  if (!locale && errno != ENOMEM) locale.reset(newlocale(LC_TIME_MASK, "C", nullptr));
+  if (!locale) throw std::bad_alloc();
+  return locale;
+}
+
+}  // namespace
 
 std::string DateTimeNowToStr() {
   const std::time_t now = std::time(nullptr);
   std::tm local{};
   localtime_r(&now, &local);
-  std::locale user = std::locale::classic();
-  try {
-    user = std::locale("");
-  } catch (const std::runtime_error&) {  // the environment names a locale that is not installed
-  }
-  std::ostringstream text;
-  text.imbue(user);
-  const std::string_view pattern = "%x %X";
-  std::use_facet<std::time_put<char>>(user).put(text, text, ' ', &local, pattern.data(),
-                                                pattern.data() + pattern.size());
-  return text.str();
+  char text[256];
+  return {text, strftime_l(text, sizeof text, "%x %X", &local, UserLocale().get())};
 }
 
 }  // namespace rtl
