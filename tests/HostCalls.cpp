@@ -32,6 +32,10 @@ THostFault::THostFault(size_t n, int error) : FNumber(n), FError(error) {
   InForce = this;
 }
 
+THostFault::THostFault(size_t n, std::function<void()> action) : THostFault(n) {
+  FAction = std::move(action);
+}
+
 THostFault::~THostFault() {
   InForce = nullptr;
 }
@@ -42,6 +46,7 @@ bool THostFault::Strikes(const char* function) {
   const bool strikes = FCalls.size() == FNumber;
   FHasStruck = FHasStruck || strikes;
   if (strikes && FError == kKill) kill(getpid(), SIGKILL);
+  if (strikes && FAction) FAction();
   InForce = self;
   if (strikes && FError > 0) errno = FError;
   return strikes && FError > 0;

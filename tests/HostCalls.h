@@ -1,4 +1,5 @@
-// Makes one of the host's file functions fail, or kills the process in it: the n-th call of the thread.
+// Makes one of the host's file functions fail, kills the process in it, or does something else before it: at
+// the n-th call of the thread.
 //
 //   THostFault fault(3, ENOSPC);
 //   EXPECT_FALSE(files.CopyFileA(source, target, false));
@@ -8,6 +9,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,6 +25,8 @@ class THostFault {
  public:
   // Strikes at the n-th call, counted from 1; never if `n` is 0.
   explicit THostFault(size_t n, int error = 0);
+  // Calls `action` before the n-th call, which then succeeds.
+  THostFault(size_t n, std::function<void()> action);
   ~THostFault();
   THostFault(const THostFault&) = delete;
   THostFault& operator=(const THostFault&) = delete;
@@ -39,6 +43,7 @@ class THostFault {
  private:
   size_t FNumber;
   int FError;
+  std::function<void()> FAction;
   bool FHasStruck = false;
   std::vector<std::string> FCalls;
 };

@@ -80,6 +80,10 @@ TEST_F(KVAFormParserTest, Properties) {
         << row.OldClass << " " << row.Properties;
   EXPECT_EQ(Convert("TUpdateSQL", "Tag = 2 SelectSQL.Strings = ()", "TUnknown"),
             "Tag = 2. SelectSQL.Strings = (). ");
+  rtl::RegisterClass({"TBareClass", {}});
+  for (const char* const oldClass : {"TQuery", "TStoredProc"})
+    EXPECT_EQ(Convert(oldClass, "ParamData = <> Params = 1", "TBareClass"),
+              "ParamData = <>. AutoCommit = True. ");
 }
 
 TEST_F(KVAFormParserTest, LoginParameters) {

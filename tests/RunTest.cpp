@@ -332,6 +332,45 @@ TEST_F(RunTest, NamesOfAllKinds) {
   EXPECT_EQ(Read("src/RBackup/ä ö.~PAS"), kUnit);
 }
 
+// The files before the failed one stay restored, those after it are not touched, and all are flushed.
+TEST_F(RunTest, ARestoreEndsWithTheFirstFailure) {
+  const auto before = Sources();
+  EXPECT_TRUE(Replacer().Replace());
+  const auto converted = Sources();
+  const std::string notRestored =
+      "\"<dir>\\src\\Sub\\B.pas\" could not be restored, nor were the files after it in the undo file. "
+      "There is not enough space on the disk.\n";
+  const struct {
+    const char* Failing;
+    bool Restored;
+    std::string Calls, Warnings;
+  } rows[] = {
+      {"Copy <dir>\\src\\RBackup\\Sub\\B.~pas -> <dir>\\src\\Sub\\B.pas", false, "A.pas B.pas ", notRestored},
+      {"Flush", false, "A.pas B.pas A.DFM B.DFM Flush ",
+       "The files are restored, but they may not all be on the disk. There is not enough space on the "
+       "disk.\n"},
+      {"", true, "A.pas B.pas A.DFM B.DFM Flush ", ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.Failing);
+    for (const auto& [name, text] : converted) FTree.Write(name, text);
+    FWarnings.clear();
+    std::string calls;
+    tests::TRecordingFileSystem files(win::FileSystem());
+    files.OnCall = [&](const std::string& call) {
+      if (call.starts_with("Copy")) calls += rtl::ExtractFileName(call) + " ";
+      if (call == "Flush") calls += "Flush ";
+      return Shown(call) == row.Failing ? win::ERROR_DISK_FULL : win::ERROR_SUCCESS;
+    };
+    const win::TFileSystemOverride inForce(files);
+    EXPECT_EQ(Replacer().Restore(UndoFile()), row.Restored);
+    EXPECT_EQ(calls, row.Calls);
+    EXPECT_EQ(ShownWarnings(), row.Warnings);
+    EXPECT_EQ(Read("src/A.pas"), kUnit);
+    EXPECT_EQ(Sources() == before, row.Warnings != notRestored);
+  }
+}
+
 TEST_F(RunTest, RestoreChecksBeforeItTouches) {
   EXPECT_TRUE(Replacer().Replace());
   const auto converted = Sources();

@@ -5,9 +5,11 @@
 #include <optional>
 
 #include "MigWizard/run/WayBack.h"
+#include "host/ProjectChoice.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 #include "tests/ErrorOf.h"
+#include "tests/HexText.h"
 #include "tests/RecordingFileSystem.h"
 #include "tests/RunTree.h"
 
@@ -95,8 +97,10 @@ TEST_F(StrictRunTest, AnEditIsNeverLost) {
   for (size_t n = 1; n <= operations; ++n) {
     SCOPED_TRACE(n);
     tests::TRecordingFileSystem files(win::FileSystem());
-    files.OnCall = [&](const std::string&) {
+    bool isFlushed = false;  // when the edit is made
+    files.OnCall = [&](const std::string& call) {
       if (files.Count() == n) FTree.Write("src/A.pas", edited);
+      isFlushed = isFlushed || (call == "Flush" && files.Count() < n);
       return win::ERROR_SUCCESS;
     };
     const std::string outcome = Outcome(files);
@@ -108,6 +112,7 @@ TEST_F(StrictRunTest, AnEditIsNeverLost) {
       EXPECT_EQ(Read("src/Sub/B.dfm"), kForm);
     } else if (outcome == "False") {
       ++replacedAround;
+      EXPECT_TRUE(isFlushed);
       EXPECT_EQ(Read("src/A.pas"), edited);
       EXPECT_EQ(
           ShownWarnings(),
@@ -224,6 +229,29 @@ TEST_F(StrictRunTest, WhatIsLeftOut) {
     EXPECT_NE(Read(row.Converted), before.at(row.Converted));
     Reset(before);
   }
+}
+
+// The name of the connection is longer than a binary form can hold.
+TEST_F(StrictRunTest, AFormThatCannotBeWrittenStopsTheRun) {
+  const std::string name(300, 'x');
+  FTree.Write("src/App.dpr", "program App;\r\nuses\r\n  A in 'A.pas',\r\n  B in 'Sub\\B.pas';\r\nend.\r\n");
+  FTree.Write("src/A.dfm", "object " + name +
+                               ": TDataModule\r\n  object D: TDatabase\r\n    DatabaseName = 'X'\r\n"
+                               "  end\r\nend\r\n");
+  FTree.Write("src/Sub/B.dfm", tests::FromHex("FF 0A 00 'B' 00 30 10 00 00 00 00 'TPF0' 05 'TForm' 01 'B' 00 "
+                                              "06 'TQuery' 01 'Q' 0C 'DatabaseName' 06 01 'X' 00 00 00"));
+  host::THost host;
+  mig::TReplaceOptions& options = FMigration.Options();
+  options.Dest = sdProject;
+  for (const std::string& unit :
+       host::SelectUnits(host::OpenProjectForRun(host, FTree.HostPath("src/App.dpr")), {}))
+    options.UnitNames += unit + "\r\n";
+  const TFiles before = Sources();
+  EXPECT_EQ(
+      Failure<rtl::Exception>(),
+      "<dir>\\src\\Sub\\B.DFM: Form text, line 3: a value is longer than 255 bytes (object B.Q, property "
+      "Connection).");
+  EXPECT_EQ(Sources(), before);
 }
 
 TEST_F(StrictRunTest, KeepGoingLeavesDamagedFilesAsTheyAre) {

@@ -116,6 +116,7 @@ bool HasTemporaryFile(const tests::TTempTree& tree) {
 }
 
 TEST(WinFaultsTest, AFailureIsReportedWithItsReasonAndLeavesTheTarget) {
+  std::string closing;  // operations that report a failed close
   for (const TOperation& operation : kOperations) {
     for (const int error : {EIO, ENOSPC, EMFILE, EINTR, tests::kShortTransfer}) {
       bool hasStruck = true;
@@ -137,6 +138,7 @@ TEST(WinFaultsTest, AFailureIsReportedWithItsReasonAndLeavesTheTarget) {
         if (!succeeded) {
           EXPECT_TRUE(error != EINTR && error != tests::kShortTransfer && hasStruck);
           EXPECT_EQ(GetLastError(), ErrorOfErrno(error));
+          if (error == EIO && call == "close") closing.append(operation.Name).append(", ");
         }
         if (operation.Target) {
           EXPECT_EQ(ContentsOf(run.Tree, operation.Target), succeeded ? "new" : before);
@@ -144,6 +146,27 @@ TEST(WinFaultsTest, AFailureIsReportedWithItsReasonAndLeavesTheTarget) {
         }
         run.Files.HoldFolders(false);  // discards the list of files to flush
       }
+    }
+  }
+  EXPECT_EQ(closing, "copy over a file, copy, copy through a link, copy to an own file, replace, create, ");
+}
+
+// Somebody writes the target before each call of the host, in place or as a new file.
+TEST(WinFaultsTest, AnEditOfTheTargetIsKeptAtEveryMoment) {
+  for (const bool isNewFile : {false, true}) {
+    bool hasStruck = true;
+    for (size_t n = 1; hasStruck; ++n) {
+      TTry run;
+      const TFileStamp stamp = *run.Files.GetFileStamp(run.Tree.WindowsPath("Old"));
+      const THostFault fault(n, [&] {
+        if (isNewFile) std::filesystem::remove(run.Tree.HostPath("Old"));
+        run.Tree.Write("Old", "edited");
+      });
+      const bool succeeded =
+          run.Files.CopyOverUnchanged(run.Tree.WindowsPath("New"), run.Tree.WindowsPath("Old"), stamp);
+      hasStruck = fault.HasStruck();
+      EXPECT_EQ(run.Tree.Read("Old"), hasStruck ? "edited" : "new") << isNewFile << ", call " << n;
+      EXPECT_TRUE(hasStruck || succeeded);
     }
   }
 }
@@ -237,6 +260,9 @@ TEST(WinFaultsTest, FlushAsksTheSystemAndReportsWhatItSays) {
   EXPECT_EQ(flush(run.Files), (TNames{"fsync", "fsync"}));  // the file and its folder
   for (int i = 0; i < 40; ++i) EXPECT_TRUE(write(i));
   EXPECT_EQ(flush(run.Files), (TNames{"syncfs"}));
+  const auto stamp = run.Files.GetFileStamp(run.Tree.WindowsPath("1"));
+  EXPECT_TRUE(run.Files.CopyOverUnchanged(run.Tree.WindowsPath("2"), run.Tree.WindowsPath("1"), *stamp));
+  EXPECT_EQ(flush(run.Files), (TNames{"fsync", "fsync"}));
   EXPECT_TRUE(run.Files.MoveFileReplacing(run.Tree.WindowsPath("0"), run.Tree.WindowsPath("1")));
   EXPECT_EQ(flush(run.Files), (TNames{"fsync", "fsync"}));
   auto file = run.Files.CreateFileA(run.Tree.WindowsPath("file"), TFileMode::Create);

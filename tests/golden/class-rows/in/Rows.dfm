@@ -25,6 +25,9 @@ object DM: TDM
     DefaultDatabase = DB
     ParamData = <>
   end
+  object K: TwwStoredProc
+    StoredProcName = 'P'
+  end
   object F: TQuery
     AutoCommit = False
     SQL.Text.More = 'dotted'

@@ -25,6 +25,10 @@ object DM: TDM
     ParamData = <>
     AutoCommit = True
   end
+  object K: TKVAStoredProc
+    StoredProcName = 'P'
+    AutoCommit = True
+  end
   object F: TKVAQuery
     AutoCommit = False
     SQL.Text.More = 'dotted'

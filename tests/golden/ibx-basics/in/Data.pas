@@ -11,6 +11,7 @@ type
     DS: TIBDataSet;
     Old: TDatabase;
     Mover: TBatchMove;
+    procedure Failed(E: EDBEngineError);
   end;
 
 implementation

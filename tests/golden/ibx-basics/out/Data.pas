@@ -11,6 +11,7 @@ type
     DS: TKVAQuery;
     Old: TDatabase;
     Mover: TBatchMove;
+    procedure Failed(E: EKVAError);
   end;
 
 implementation

@@ -1,0 +1,3 @@
+unit B;
+var Q: TQuery;
+end.

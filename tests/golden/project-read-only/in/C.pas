@@ -1,0 +1,3 @@
+unit C;
+var Q: TQuery;
+end.

@@ -1,0 +1,3 @@
+unit A;
+var Q: TKVAQuery;
+end.
