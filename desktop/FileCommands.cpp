@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 
+#include "MigWizard/run/UndoFiles.h"
 #include "desktop/EditorPages.h"
 #include "desktop/QtText.h"
 #include "desktop/SourceEditor.h"
@@ -36,6 +37,13 @@ QString ProjectIn(const QDir& folder) {
   return {};
 }
 
+std::string WindowsPath(const QString& hostPath) {
+  std::string path = win::ToWindowsPath(FromQt(hostPath));
+  if (path.empty())
+    throw host::EHostError("\"" + FromQt(hostPath) + "\" cannot be written as a Windows path.");
+  return path;
+}
+
 }  // namespace
 
 TFileCommands::TFileCommands(THostMenu& menu, host::THost& host, TEditorPages& pages, QWidget& window)
@@ -49,6 +57,7 @@ TFileCommands::TFileCommands(THostMenu& menu, host::THost& host, TEditorPages& p
   const QKeySequence exitKeys = Qt::ALT | Qt::Key_F4;
   FMenu.Add({kFile, "FileOpen", "&Open...", QKeySequence::Open, [this] { AskFile(); }});
   FMenu.Add({kFile, "FileRecent", "Open &Recent"});
+  FMenu.Add({kFile, "FileReview", "Re&view an Earlier Run...", {}, [this] { AskRun(); }});
   FMenu.AddLine(kFile);
   FMenu.Add({kFile, "FileSave", "&Save", QKeySequence::Save, [this] { Save(); }});
   FMenu.Add({kFile, "FileSaveAll", "Save A&ll", saveAllKeys, [this] { SaveAll(); }});
@@ -83,14 +92,23 @@ void TFileCommands::OpenAny(const QString& hostPath) {
     const QString project = ProjectIn(QDir(hostPath));
     return project.isEmpty() ? AskFile(hostPath) : OpenAny(project);
   }
-  const std::string fileName = win::ToWindowsPath(FromQt(hostPath));
-  if (fileName.empty())
-    throw host::EHostError("\"" + FromQt(hostPath) + "\" cannot be written as a Windows path.");
+  const std::string fileName = WindowsPath(hostPath);
   if (host::ProjectKindOf(fileName) != host::TProjectKind::None) {
     OpenProject(fileName);
   } else {
     OpenFile(fileName);
   }
+}
+
+// Proposes the last run of the open project.
+void TFileCommands::AskRun() {
+  const host::TProject* const project = FHost.ActiveProject();
+  const std::vector<std::string> runs =
+      project ? mig::FindUndoFiles(rtl::ExtractFileDir(project->FileName())) : std::vector<std::string>();
+  const QString picked = QFileDialog::getOpenFileName(
+      &FWindow, "Review an Earlier Run", runs.empty() ? QString() : ToQt(win::ToHostName(runs.front())),
+      "Undo files (*.reu);;All files (*)");
+  if (!picked.isEmpty()) OnReviewRun(WindowsPath(picked));
 }
 
 bool TFileCommands::OpenProject(std::string_view fileName) {

@@ -54,6 +54,8 @@ class TFileCommands : public QObject {
 
   // Runs an event of the user, and shows its exceptions.
   std::function<void(const std::function<void()>& event)> OnRun;
+  // Called when the user wants to review the run of an undo file, a full Windows path.
+  std::function<void(const std::string& undoFile)> OnReviewRun;
   // Called before a question.
   std::function<void()> OnModal;
   // Saves a module. Returns false if that failed, after a message to the user.
@@ -64,6 +66,7 @@ class TFileCommands : public QObject {
 
  private:
   void OpenAny(const QString& hostPath);
+  void AskRun();
   void ShowRecent();
   void Save();
   void SaveAll();

@@ -74,6 +74,7 @@ void THostWindow::MakeEditors() {
   FFindBar = new TFindBar([this] { return FPages->CurrentEditor(); }, nullptr);
   FFiles = std::make_unique<TFileCommands>(FMenu, FHost, *FPages, *this);
   FFiles->OnRun = [this](const std::function<void()>& event) { Run(event); };
+  FFiles->OnReviewRun = [this](const std::string& undoFile) { FReview->ShowEarlierRun(undoFile); };
   FFiles->OnModal = [this] { FProgress.Close(); };
   FFiles->OnSave = [this](host::TModule& module) { return Save(module); };
   FEdit = std::make_unique<TEditCommands>(FMenu, *FPages, *FFindBar, *this);

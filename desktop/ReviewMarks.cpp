@@ -14,6 +14,7 @@ namespace desktop {
 namespace {
 
 constexpr std::array<const char*, 2> kKeys = {"reviewed", "done"};
+constexpr char kFolder[] = "folder";
 
 }  // namespace
 
@@ -26,8 +27,10 @@ TReviewMarks::TReviewMarks(std::string_view fileName) : FFileName(fileName) {
     return;
   }
   const QJsonObject root = QJsonDocument::fromJson(QByteArray::fromStdString(text)).object();
+  FFolder = FromQt(root[kFolder].toString());
   for (size_t i = 0; i < kKeys.size(); ++i) {
-    for (const QJsonValue& key : root[kKeys[i]].toArray()) FMarks[i].insert(FromQt(key.toString()));
+    const QJsonArray keys = root[kKeys[i]].toArray();
+    for (const QJsonValue& key : keys) FMarks[i].insert(FromQt(key.toString()));
   }
 }
 
@@ -41,7 +44,7 @@ void TReviewMarks::Set(TKind kind, const std::string& key, bool isSet) {
 
 bool TReviewMarks::Save() const {
   if (FFileName.empty()) return true;
-  QJsonObject root;
+  QJsonObject root = {{kFolder, ToQt(FFolder)}};
   for (size_t i = 0; i < kKeys.size(); ++i) {
     QJsonArray list;
     for (const std::string& key : FMarks[i]) list.append(ToQt(key));

@@ -29,11 +29,15 @@ class TReviewMarks {
   void Set(TKind kind, const std::string& key, bool isSet);
   [[nodiscard]] bool Save() const;
   const std::string& FileName() const { return FFileName; }
+  // The folder to which the paths are relative, a full Windows path; empty if the file does not tell it.
+  const std::string& Folder() const { return FFolder; }
+  void SetFolder(std::string_view folder) { FFolder = folder; }
 
  private:
   static size_t Index(TKind kind) { return static_cast<size_t>(kind); }
 
   std::string FFileName;
+  std::string FFolder;
   std::array<std::set<std::string>, 2> FMarks;
 };
 

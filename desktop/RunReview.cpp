@@ -2,19 +2,32 @@
 
 #include <QDateTime>
 #include <QTabWidget>
+#include <QtConcurrentRun>
 
 #include "MigWizard/run/FileUtils.h"
+#include "desktop/EarlierRun.h"
 #include "desktop/FileDiff.h"
 #include "desktop/FindingsPage.h"
 #include "desktop/MigrationPage.h"
 #include "desktop/QtText.h"
 #include "desktop/ReviewPage.h"
 #include "desktop/RunRecord.h"
+#include "rtl/forms/Application.h"
+#include "rtl/text/SysUtils.h"
 #include "win/Diagnostics.h"
 #include "win/FileApi.h"
 #include "win/paths/Drives.h"
 
 namespace desktop {
+
+namespace {
+
+// Returns the file with the marks of the run of an undo file.
+std::string MarksOf(const std::string& undoFile) {
+  return mig::JoinPath(rtl::ExtractFileDir(undoFile), kReviewMarksName);
+}
+
+}  // namespace
 
 report::TReport ReportOf(const mig::TRunAccount& account, bool isPreview) {
   report::TReport report;
@@ -30,7 +43,13 @@ report::TReport ReportOf(const mig::TRunAccount& account, bool isPreview) {
   return report;
 }
 
-TRunReview::TRunReview(host::THost& host, QTabWidget& pages) : FHost(host), FPages(pages) {}
+TRunReview::TRunReview(host::THost& host, QTabWidget& pages) : FHost(host), FPages(pages) {
+  QObject::connect(&FEarlier, &QFutureWatcherBase::finished, &FEarlier, [this] {
+    const TEarlierRun run = FEarlier.result();
+    if (run.Set) return ShowSet(run.Set, TReviewMarks(MarksOf(run.UndoFile)), {});
+    rtl::Application().MessageBox(run.Failure, FromQt(FPages.window()->windowTitle()), rtl::MB_ICONERROR);
+  });
+}
 
 // --- The migration of a project ---
 
@@ -71,11 +90,32 @@ void TRunReview::ShowRun(const TRunRecord& record) {
     files.push_back({std::move(change.FileName), std::move(change.Before), std::move(change.After)});
   // A restore has no account. Its changes are shown, and the findings of the run before it no longer apply.
   const bool hasBackups = account && !account->BackupDir.empty() && !files.empty();
-  FSet = std::make_shared<TReviewSet>(std::move(files), account ? account->Folder : std::string());
-  FMarks = std::make_unique<TReviewMarks>(hasBackups ? mig::JoinPath(account->BackupDir, kReviewMarksName)
-                                                     : std::string());
-  for (const TReviewFile& file : FSet->Files()) FMarks->Set(TReviewMarks::TKind::Reviewed, file.Path, false);
-  FReport = account ? ReportOf(*account, /*isPreview=*/false) : report::TReport();
+  TReviewSetPtr set =
+      std::make_shared<TReviewSet>(std::move(files), account ? account->Folder : std::string());
+  TReviewMarks marks(hasBackups ? mig::JoinPath(account->BackupDir, kReviewMarksName) : std::string());
+  for (const TReviewFile& file : set->Files()) marks.Set(TReviewMarks::TKind::Reviewed, file.Path, false);
+  ShowSet(std::move(set), std::move(marks),
+          account ? ReportOf(*account, /*isPreview=*/false) : report::TReport());
+}
+
+void TRunReview::ShowEarlierRun(const std::string& undoFile) {
+  const std::string folder = TReviewMarks(MarksOf(undoFile)).Folder();
+  FEarlier.setFuture(QtConcurrent::run([undoFile, folder] {
+    TEarlierRun run{undoFile, nullptr, {}};
+    try {
+      run.Set = ReadEarlierRun(undoFile, folder);
+    } catch (const std::exception& error) {
+      run.Failure = error.what();
+    }
+    return run;
+  }));
+}
+
+void TRunReview::ShowSet(TReviewSetPtr set, TReviewMarks marks, report::TReport report) {
+  FSet = std::move(set);
+  FMarks = std::make_unique<TReviewMarks>(std::move(marks));
+  FMarks->SetFolder(FSet->Folder());
+  FReport = std::move(report);
   if (FChanges || !FSet->Files().empty()) AddChangesPage();
   if (FFindings || !FReport.Files.empty()) AddFindingsPage();
   if (FMigration) FMigration->ShowProject();

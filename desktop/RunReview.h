@@ -7,6 +7,7 @@
 //   review.ShowRun(record);        // after it
 #pragma once
 
+#include <QFutureWatcher>
 #include <QPointer>
 #include <functional>
 #include <memory>
@@ -43,6 +44,12 @@ class TRunReview {
   // Shows the changes of the run that has ended and, if there is an account of it, its findings.
   void ShowRun(const TRunRecord& record);
 
+  // Shows the changes of the run with this undo file, a full Windows path, as soon as a task has read them. The ticks
+  // are those that were saved beside it.
+  void ShowEarlierRun(const std::string& undoFile);
+  // Returns whether no such task runs.
+  bool IsIdle() const { return FEarlier.isFinished(); }
+
   // Shows the host's active project on the page for its migration, or removes the page if none is open.
   void ShowProject();
 
@@ -59,6 +66,13 @@ class TRunReview {
   std::function<void(const mig::TRunProgress& progress)> OnPreviewing;
 
  private:
+  // The changes of an earlier run, or why they cannot be shown.
+  struct TEarlierRun {
+    std::string UndoFile;
+    TReviewSetPtr Set;
+    std::string Failure;
+  };
+  void ShowSet(TReviewSetPtr set, TReviewMarks marks, report::TReport report);
   void AddMigrationPage();
   void AddChangesPage();
   void AddFindingsPage();
@@ -75,6 +89,7 @@ class TRunReview {
   QPointer<TMigrationPage> FMigration;
   QPointer<TReviewPage> FChanges;
   QPointer<TFindingsPage> FFindings;
+  QFutureWatcher<TEarlierRun> FEarlier;
 };
 
 // Returns the report of a run.

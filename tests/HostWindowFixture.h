@@ -20,10 +20,12 @@ class THostWindowTest : public TWindowTest {
     ASSERT_TRUE(FWindow.LoadWizard(win::ToWindowsPath(KVA_EXPERT_MODULE)));
     ASSERT_TRUE(FWindow.OpenProject(project));
   }
+  void Trigger(const char* item) {
+    FWindow.Menu().ActionOf(*FWindow.Host().MainMenu().FindItem(item))->trigger();
+  }
   // Selects the menu item, and performs the acts on the windows that it opens.
   void Choose(const char* item, TActs acts = {}) {
-    Do([&] { FWindow.Menu().ActionOf(*FWindow.Host().MainMenu().FindItem(item))->trigger(); },
-       std::move(acts));
+    Do([&] { Trigger(item); }, std::move(acts));
     TakePicture(FWindow);
   }
   static TAct Answer(QMessageBox::StandardButton button) {

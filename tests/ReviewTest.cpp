@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -19,6 +20,7 @@
 #include "desktop/FindingsPage.h"
 #include "desktop/MigrationPage.h"
 #include "desktop/ReviewPage.h"
+#include "target/KVAReplacer.h"
 #include "tests/HostWindowFixture.h"
 
 namespace {
@@ -230,7 +232,8 @@ TEST_F(ReviewTest, LeadsThroughTheChangesOfARun) {
       "type\n  TAboutBox = class(TForm)");
   Press("ReviewReviewed");
   EXPECT_EQ(FScratch.Read("App/RBackup/Review.json"),
-            "{\n    \"done\": [\n    ],\n    \"reviewed\": [\n        \"About.pas\"\n    ]\n}\n");
+            "{\n    \"done\": [\n    ],\n    \"folder\": \"C:\\\\App\",\n    \"reviewed\": [\n        "
+            "\"About.pas\"\n    ]\n}\n");
   QTest::keyClick(&diff, Qt::Key_Return);
   EXPECT_EQ(CurrentLine(), "TAboutBox = class(TForm)");
 
@@ -289,6 +292,37 @@ TEST_F(ReviewTest, ListsWhatIsLeft) {
   TakePicture(FWindow);
   QTest::keyClick(&table, Qt::Key_Return);
   EXPECT_EQ(CurrentLine(), "DM.LendingDB.ApplyUpdates([QList]);");
+}
+
+// An earlier run, from its undo file: what it changed as the files are now, and the ticks of its review.
+TEST_F(ReviewTest, ShowsAnEarlierRun) {
+  Open();
+  target::TKVAMigration migration{target::TCatalogue::BuiltIn()};
+  mig::TReplaceOptions& options = migration.Options();
+  options.Dest = mig::sdFolder;
+  options.Directory = "C:\\App\\Loans";
+  options.BackupDir = "C:\\App\\RBackup";
+  ASSERT_TRUE(migration.BDE().Replace());
+  FScratch.Write("App/RBackup/Review.json", R"({"folder": "C:\\App", "reviewed": ["Loans/LoanDesk.pas"]})");
+  fs::remove(FScratch.HostPath("App/Loans/LoanDesk.dfm"));
+  const TAct pick = [this](QWidget& window) {
+    auto& dialog = dynamic_cast<QFileDialog&>(window);
+    dialog.findChild<QLineEdit*>("fileNameEdit")->setText(ToQt(FScratch.HostPath("App/RBackup/RExpert.reu")));
+    static_cast<QDialog&>(dialog).accept();
+  };
+  Choose("FileReview", {pick});
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Tab() == "Changes (2)"; }));
+  Wait();
+  EXPECT_EQ(Rows(Page().Model()), "- Loans +5 −157\n  . LoanDesk.DFM +0 −152\n  x LoanDesk.pas +5 −5\n");
+
+  FScratch.Write("App/RBackup/RExpert.reu", "");
+  Do(
+      [&] {
+        Trigger("FileReview");
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !FMessages.empty(); }));
+      },
+      {pick, Answer(QMessageBox::Ok)});
+  EXPECT_EQ(FMessages.back(), "The undo file \"C:\\App\\RBackup\\RExpert.reu\" lists nothing.");
 }
 
 // What has no tick keeps every byte, and the rest becomes what the preview showed.
