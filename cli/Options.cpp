@@ -289,6 +289,13 @@ const TOption& HelpOption() {
   return kHelp;
 }
 
+std::string StepNames(const completion::TSteps& steps) {
+  std::string names;
+  for (const TStepRow& row : kSteps)
+    if (steps.*row.Step) names.append(names.empty() ? "" : ",").append(row.Name);
+  return names;
+}
+
 std::vector<std::string_view> ChoicesOf(std::string_view valueName) {
   std::vector<std::string_view> choices;
   for (size_t start = 0; start <= valueName.size();) {

@@ -53,6 +53,9 @@ const std::vector<TCommandRow>& Commands();
 // Returns the option that every command accepts and that is handled before all others: --help.
 const TOption& HelpOption();
 
+// Returns the names of the steps with commas between them, as --complete takes them.
+std::string StepNames(const completion::TSteps& steps);
+
 // Returns the words of a choice: "bde", "ibx".
 std::vector<std::string_view> ChoicesOf(std::string_view valueName);
 

@@ -7,6 +7,7 @@
 #include "cli/Commands.h"
 #include "cli/Console.h"
 #include "cli/Help.h"
+#include "cli/Options.h"
 #include "cli/TypedPath.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
@@ -45,6 +46,9 @@ std::vector<std::string> OptionsOf(const TCommandLine& line) {
   for (const std::string& unit : line.Units) add("--unit", unit);
   for (const std::string& pattern : line.Exclude) add("--exclude", pattern);
   if (line.Interactive) options.emplace_back("--interactive");
+  if (line.Complete) add("--complete", StepNames(*line.Complete));
+  if (line.SkipConverted) options.emplace_back("--skip-converted");
+  if (line.KeepGoing) options.emplace_back("--keep-going");
   if (line.NoBackup) options.emplace_back("--no-backup");
   if (line.CodePage != TCommandLine().CodePage) add("--codepage", std::to_string(line.CodePage));
   if (!line.Catalogue.empty()) add("--catalogue", line.Catalogue);

@@ -54,24 +54,28 @@ TJson DataOf(const TReport& report) {
       CountOf(summary, mig::TRuleId::NestedObject) + CountOf(summary, mig::TRuleId::UnmappedClass);
   const size_t lost =
       CountOf(summary, mig::TRuleId::LostConnection) + CountOf(summary, mig::TRuleId::DroppedLoginEntry);
-  return {{"run", Heading(report.Run)},
-          {"tiles", TJson::array({TJson::array({"files read", summary.FilesRead}),
-                                  TJson::array({report.Run.IsPreview ? "files to change" : "files changed",
-                                                summary.FilesChanged}),
-                                  TJson::array({"objects converted", summary.ObjectsConverted}),
-                                  TJson::array({"properties dropped", summary.PropertiesDropped}),
-                                  TJson::array({"errors", CountOf(summary, mig::TLevel::Error)}),
-                                  TJson::array({"warnings", CountOf(summary, mig::TLevel::Warning)}),
-                                  TJson::array({"notes", CountOf(summary, mig::TLevel::Note)})})},
-          {"bar", TJson::array({TJson::array({"objects converted", summary.ObjectsConverted, "good"}),
-                                TJson::array({"properties dropped", summary.PropertiesDropped, "warning"}),
-                                TJson::array({"connections and login entries lost", lost, "note"}),
-                                TJson::array({"objects left as they were", left, "error"})})},
-          {"converted", converted},
-          {"dropped", dropped},
-          {"rules", rules},
-          {"files", files},
-          {"findings", findings}};
+  const bool isPreview = report.Run.IsPreview;
+  const char* const objects = isPreview ? "objects to convert" : "objects converted";
+  const char* const properties = isPreview ? "properties to drop" : "properties dropped";
+  return {
+      {"run", Heading(report.Run)},
+      {"tiles",
+       TJson::array({TJson::array({"files read", summary.FilesRead}),
+                     TJson::array({isPreview ? "files to change" : "files changed", summary.FilesChanged}),
+                     TJson::array({objects, summary.ObjectsConverted}),
+                     TJson::array({properties, summary.PropertiesDropped}),
+                     TJson::array({"errors", CountOf(summary, mig::TLevel::Error)}),
+                     TJson::array({"warnings", CountOf(summary, mig::TLevel::Warning)}),
+                     TJson::array({"notes", CountOf(summary, mig::TLevel::Note)})})},
+      {"bar", TJson::array({TJson::array({objects, summary.ObjectsConverted, "good"}),
+                            TJson::array({properties, summary.PropertiesDropped, "warning"}),
+                            TJson::array({"connections and login entries lost", lost, "note"}),
+                            TJson::array({"objects left as they were", left, "error"})})},
+      {"converted", converted},
+      {"dropped", dropped},
+      {"rules", rules},
+      {"files", files},
+      {"findings", findings}};
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ std::string FilesRow(const TReport& report, const TSummary& summary) {
 }
 
 // Appends what is left to do, by rule, the most frequent first.
-void AddRules(const TSummary& summary, TSummaryRows& rows) {
+void AddRules(const TSummary& summary, std::string_view label, TSummaryRows& rows) {
   std::vector<std::pair<mig::TRuleId, size_t>> rules(summary.Rules.begin(), summary.Rules.end());
   std::erase_if(rules, [](const auto& each) {
     return each.first == mig::TRuleId::DroppedProperty || each.first == mig::TRuleId::LostConnection;
@@ -63,7 +63,7 @@ void AddRules(const TSummary& summary, TSummaryRows& rows) {
   std::stable_sort(rules.begin(), rules.end(),
                    [](const auto& left, const auto& right) { return left.second > right.second; });
   for (size_t i = 0; i < std::min(rules.size(), kMostRules); ++i) {
-    rows.emplace_back(i == 0 ? "Left" : "",
+    rows.emplace_back(i == 0 ? label : "",
                       std::string(mig::RuleOf(rules[i].first).Name) + " " + std::to_string(rules[i].second));
   }
   if (rules.size() > kMostRules)
@@ -81,30 +81,36 @@ std::string LineOf(const std::string& label, const std::string& value) {
 // Returns a sentence about a run that changed nothing, or an empty string.
 std::string NothingLine(const TReport& report, const TSummary& summary) {
   if (summary.FilesChanged > 0 || report.Run.IsDeclined) return {};
-  return (summary.Rules.empty() ? "There is nothing to convert. " : "Nothing was converted. ") +
-         WhyNothing(report, summary);
+  const char* const nothing = summary.Rules.empty()  ? "There is nothing to convert. "
+                              : report.Run.IsPreview ? "Nothing would be converted. "
+                                                     : "Nothing was converted. ";
+  return nothing + WhyNothing(report, summary);
 }
 
 }  // namespace
 
 TSummaryRows SummaryRows(const TReport& report) {
   const TSummary summary = Summarize(report);
+  const bool isPreview = report.Run.IsPreview;
   TSummaryRows rows = {{"Files", FilesRow(report, summary)}};
   if (summary.ObjectsConverted > 0) {
-    rows.emplace_back("Objects", Counted(summary.ObjectsConverted, "converted", "converted") + ": " +
+    rows.emplace_back("Objects", std::to_string(summary.ObjectsConverted) +
+                                     (isPreview ? " to convert: " : " converted: ") +
                                      FirstOf(summary.Converted, [](const mig::TConvertedClass& each) {
                                        return each.OldClass + " " + std::to_string(each.Count);
                                      }));
   }
   if (summary.PropertiesDropped > 0) {
-    rows.emplace_back("Dropped", Counted(summary.PropertiesDropped, "property", "properties") + ", " +
-                                     std::to_string(summary.EventsDropped) +
-                                     " of them event handlers: " + FirstOf(summary.Dropped, NameAndCount));
+    rows.emplace_back(isPreview ? "Drops" : "Dropped",
+                      Counted(summary.PropertiesDropped, "property", "properties") + ", " +
+                          std::to_string(summary.EventsDropped) +
+                          " of them event handlers: " + FirstOf(summary.Dropped, NameAndCount));
   }
   if (!summary.LostAliases.empty())
-    rows.emplace_back("Lost", "connections by alias: " + FirstOf(summary.LostAliases, NameAndCount));
-  AddRules(summary, rows);
-  if (!report.Run.IsPreview && !report.Run.BackupFolder.empty() && summary.FilesChanged > 0)
+    rows.emplace_back(isPreview ? "Loses" : "Lost",
+                      "connections by alias: " + FirstOf(summary.LostAliases, NameAndCount));
+  AddRules(summary, isPreview ? "Leaves" : "Left", rows);
+  if (!isPreview && !report.Run.BackupFolder.empty() && summary.FilesChanged > 0)
     rows.emplace_back("Backups", report.Run.BackupFolder);
   return rows;
 }
