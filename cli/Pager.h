@@ -9,13 +9,15 @@ namespace cli {
 class TPager {
  public:
   TPager() = default;
-  // Waits for the pager to end, if there is one.
-  ~TPager();
+  ~TPager() { Finish(); }
   TPager(const TPager&) = delete;
   TPager& operator=(const TPager&) = delete;
 
   // Starts the pager unless it was started before. Returns false if there is none.
   bool Start();
+
+  // Waits until the user has closed the pager, if it was started.
+  void Finish();
 
   // Writes to the pager. Does nothing if the user has closed it.
   void Write(std::string_view text);

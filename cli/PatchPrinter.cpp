@@ -3,13 +3,17 @@
 #include <cstdlib>
 
 #include "MigWizard/passes/FileConversion.h"
+#include "MigWizard/run/FileUtils.h"
 #include "cli/Console.h"
+#include "cli/Progress.h"
 #include "cli/StandardStreams.h"
 #include "diff/LineDiff.h"
 #include "report/FilePatch.h"
 #include "rtl/text/Files.h"
+#include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
 #include "win/paths/CodePage.h"
+#include "win/paths/Drives.h"
 
 namespace cli {
 namespace {
@@ -48,6 +52,16 @@ std::string_view ColourOf(std::string_view line) {
   return {};
 }
 
+// Returns whether the folder is in a working tree of git, but not its top.
+bool IsBelowWorkingTree(const std::string& folder) {
+  for (std::string dir = folder, parent;; dir = parent) {
+    const std::string marker = mig::JoinPath(dir, ".git");  // a file in a linked working tree
+    if (rtl::DirectoryExists(marker) || rtl::FileExists(marker)) return dir != folder;
+    parent = rtl::ExtractFileDir(dir);
+    if (parent == dir) return false;
+  }
+}
+
 }  // namespace
 
 std::string ShownPatch(std::string_view patch, const std::string& colour) {
@@ -82,12 +96,20 @@ TPatchPrinter::TPatchPrinter(const TCommandLine& line, std::string_view folder)
 
 void TPatchPrinter::Print(const std::string& fileName, const mig::TFileConversion& conversion) {
   if (!FPrinted.insert(win::UpperFileName(fileName)).second) return;
+  FHasOutside = FHasOutside || ShownName(fileName, FFolder).starts_with("../");
   Write(MakePatch(fileName, conversion, FFolder, FIgnoresSpace));
+}
+
+std::string TPatchPrinter::ApplyHint() const {
+  if (FIgnoresSpace || FPrinted.empty() || !(FHasOutside || IsBelowWorkingTree(FFolder))) return {};
+  return "Apply the patch in the folder \"" + win::ToHostName(FFolder) +
+         "\" with: git --git-dir=. apply --unsafe-paths";
 }
 
 void TPatchPrinter::Write(std::string_view patch) {
   if (!FHasPager && FColour != "always") return WriteOutput(patch);
   const std::string text = ShownPatch(patch, FColour);
+  ClearProgress();
   if (FHasPager && FPager.Start()) return FPager.Write(text);
   WriteOutput(text);
 }

@@ -35,6 +35,13 @@ class TPatchPrinter {
   // file print nothing. Raises EOutput and the exceptions of reading the file.
   void Print(const std::string& fileName, const mig::TFileConversion& conversion);
 
+  // Waits until the user has closed the pager, if there is one. Call it before anything else is printed.
+  void Finish() { FPager.Finish(); }
+
+  // Returns how to apply the printed patch, or an empty string if `git apply` in the folder does it: git skips
+  // files below a folder that is not the top of its working tree, and refuses files outside of the folder.
+  std::string ApplyHint() const;
+
  private:
   void Write(std::string_view patch);
 
@@ -43,6 +50,7 @@ class TPatchPrinter {
   const std::string FColour;
   const bool FHasPager;
   std::unordered_set<std::string> FPrinted;  // names in upper case
+  bool FHasOutside = false;                  // a printed file is outside of FFolder
   TPager FPager;
 };
 

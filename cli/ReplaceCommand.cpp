@@ -83,15 +83,28 @@ bool FinishReport(TRunReport& report, bool isDryRun) {
   }
 }
 
+// Previews a run, and waits until its patch was read.
+void Preview(mig::TComponentReplacer& replacer, TPatchPrinter& patches) {
+  try {
+    replacer.Preview();
+  } catch (...) {
+    patches.Finish();  // before the message
+    throw;
+  }
+  patches.Finish();
+}
+
 // `choice` is null unless the user chooses what to replace.
 int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TCommandLine& line,
-                TRunReport& report, TInteractiveChoice* choice) {
+                TRunReport& report, TPatchPrinter& patches, TInteractiveChoice* choice) {
+  // A pager has the terminal for itself.
+  const bool showsProgress = !line.Quiet && !(line.Diff && IsTerminal(TStream::Output));
   std::string fileName;              // the current file; empty after the last one is converted
   std::set<std::string> complaints;  // repeated by the run after a choice
   replacer.OnProgress = [&](const mig::TRunProgress& progress) {
     fileName = progress.FileName;
     StopIfInterrupted("Stopped: no file was replaced.");
-    if (!line.Quiet) ShowProgress(progress.Done, progress.Known, progress.FileName);
+    if (showsProgress) ShowProgress(progress.Done, progress.Known, progress.FileName);
   };
   replacer.OnWarning = [&](std::string_view message) {
     if (choice == nullptr || complaints.emplace(message).second) Complain(message);
@@ -101,7 +114,7 @@ int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TC
     const bool isDeclined = choice != nullptr && !choice->Ask();
     if (isDeclined) report.SetDeclined();
     const bool isPreview = line.DryRun || isDeclined;
-    if (isPreview) replacer.Preview();
+    if (isPreview) Preview(replacer, patches);
     const bool succeeded = isPreview || replacer.Replace();
     const size_t leftOut = replacer.LeftOut().size() + scope.MissingUnits;
     if (leftOut > 0) Note("Left out, as said above: " + std::to_string(leftOut) + ".");
@@ -174,7 +187,9 @@ int RunReplace(const TCommandLine& line) {
       if (isChanged) patches.Print(fileName, conversion);
     };
   }
-  return RunReplacer(replacer, scope, line, report, choice ? &*choice : nullptr);
+  const int status = RunReplacer(replacer, scope, line, report, patches, choice ? &*choice : nullptr);
+  if (const std::string hint = patches.ApplyHint(); !hint.empty() && !line.Quiet) Note(hint);
+  return status;
 }
 
 }  // namespace cli

@@ -14,6 +14,7 @@ using TKind = TDiffLine::TKind;
 using TLines = std::vector<TDiffLine>;
 
 constexpr size_t kContext = 3;  // lines around a change
+constexpr char kForReading[] = "# For reading only: this patch leaves white space out.\n";
 
 // Returns `path` as git writes it: in double quotes, with escapes, where it holds a control character, a quote or a
 // backslash.
@@ -140,10 +141,10 @@ std::string GitPatch(const TPatchFile& file, TIgnore ignore) {
   const std::string header = "diff --git " + Quoted("a/" + path) + ' ' + Quoted("b/" + path) + '\n';
   if (!NeedsBinaryPatch(file)) {
     const std::string part = TextPart(path, file.OldBytes, file.NewBytes, ignore);
-    return part.empty() ? part : header + part;
+    return part.empty() ? part : (ignore == TIgnore::Nothing ? "" : kForReading) + header + part;
   }
   std::string readable = Commented(TextPart(path, file.OldText, file.NewText, ignore));
-  if (ignore != TIgnore::Nothing) return readable;
+  if (ignore != TIgnore::Nothing) return readable.empty() ? readable : kForReading + readable;
   return readable + header + "index " + BlobName(file.OldBytes) + ".." + BlobName(file.NewBytes) +
          " 100644\n" + BinaryPatch(file.OldBytes, file.NewBytes);
 }

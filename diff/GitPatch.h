@@ -23,7 +23,7 @@ bool NeedsBinaryPatch(const TPatchFile& file);
 
 // Returns the patch of one file, or an empty string where nothing changed. Applied with `git apply` it gives
 // exactly NewBytes, whatever line ends, marks and encodings they hold; so `ignore` is then Nothing. With another
-// `ignore` the patch leaves the ignored differences out, and is for reading only.
+// `ignore` the patch leaves the ignored differences out, is for reading only, and begins with a line that says so.
 //
 // A file that needs a binary patch comes as one, after a diff of its texts on lines that begin with "# ", which
 // patch tools skip. For reading only, the binary part is left out.

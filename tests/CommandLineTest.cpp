@@ -55,6 +55,13 @@ TEST_F(CommandLineTest, ReplaceAndRestore) {
 }
 
 TEST_F(CommandLineTest, Summary) {
+  EXPECT_EQ(
+      tests::RunCommand(FTree, "replace --dry-run --mode bde src --exclude 'old/*' --report src/r.json"),
+      "0||Files:     2 read, 2 to change\n"
+      "Objects:   1 to convert: TQuery 1\n"
+      "Leaves:    no-new-units 1\n"
+      "Report:    src/r.json\n"
+      "Next:      1 error, 0 warnings to look at\n");
   EXPECT_EQ(tests::RunCommand(FTree, "replace --mode bde src --exclude 'old/*' --report src/r.json"),
             "0|Replace procedure was performed sucessfully.\n|"
             "Files:     2 read, 2 changed\n"
@@ -77,6 +84,29 @@ TEST_F(CommandLineTest, Summary) {
             "There is nothing to convert. The folder has no units of its own. Does it need --subfolders?\n");
   EXPECT_EQ(tests::RunCommand(FTree, "replace --mode ibx empty --report x.txt"),
             "2||kvamigrate: A report ends in .json, .sarif or .html, and not as \"x.txt\" does.\n");
+}
+
+// A plain `git apply` skips files below the top of a working tree, and refuses files outside of the folder.
+TEST_F(CommandLineTest, APatchBelowTheTopOfAWorkingTree) {
+  FTree.Write("src/P.dpr", "program P;\r\nuses A in 'A.pas', B in '..\\a\tb.pas';\r\nend.\r\n");
+  FTree.Write("a\tb.pas", "unit B;\nvar Q: TQuery;\n");
+  ASSERT_EQ(std::system(("git init -q " + FTree.HostPath()).c_str()), 0);
+  EXPECT_EQ(tests::RunCommand(FTree, "replace --mode bde src/P.dpr --diff >the.patch"),
+            "0||Files:     3 read, 3 to change\n"
+            "Objects:   1 to convert: TQuery 1\n"
+            "Leaves:    no-new-units 2\n"
+            "Next:      2 errors, 0 warnings to look at\n"
+            "Apply the patch in the folder \"<dir>/src\" with: git --git-dir=. apply --unsafe-paths\n");
+  const std::string apply =
+      "cd " + FTree.HostPath("src") + " && git --git-dir=. apply --unsafe-paths ../the.patch";
+  ASSERT_EQ(std::system(apply.c_str()), 0);
+  const char* const names[] = {"src/A.pas", "src/A.dfm", "a\tb.pas"};
+  std::string patched, run;
+  for (const char* const name : names) patched += FTree.Read(name);
+  ASSERT_EQ(std::system((apply + " -R").c_str()), 0);
+  EXPECT_EQ(Run("replace -q --mode bde src/P.dpr"), "0||");
+  for (const char* const name : names) run += FTree.Read(name);
+  EXPECT_EQ(patched, run);
 }
 
 TEST_F(CommandLineTest, RestoreNamesWhatWouldBeLost) {

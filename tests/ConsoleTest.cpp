@@ -225,11 +225,13 @@ TEST(ConsoleTest, APatchOnATerminal) {
       {"TERM=dumb PAGER=false", "auto", kPatchB},
       {"TERM=dumb", "always", coloured},
   };
+  const char* const summary =
+      "Files:     2 read, 1 to change\nLeaves:    no-new-units 1\nNext:      1 error, 0 warnings to look "
+      "at\n";
   for (const auto& row : rows)
-    EXPECT_EQ(
-        OnTerminal(tree, row.Environment,
-                   std::string("replace --diff -q --mode bde --exclude 'A.*' src --color ") + row.Colour),
-        row.Shown)
+    EXPECT_EQ(OnTerminal(tree, row.Environment,
+                         std::string("replace --diff --mode bde --exclude 'A.*' src --color ") + row.Colour),
+              row.Shown + summary)
         << row.Environment;
 }
 

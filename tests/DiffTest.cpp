@@ -115,9 +115,14 @@ TEST(GitPatchTest, WholePatches) {
   for (const TPatchCase& row : cases) {
     EXPECT_EQ(diff::GitPatch({row.Path, row.Before, row.After, {}, {}}), row.Patch) << row.What;
   }
+  EXPECT_EQ(diff::GitPatch({"A.dfm", "a\n b\n", "c\n  b\n", {}, {}}, TIgnore::Space),
+            "# For reading only: this patch leaves white space out.\n"
+            "diff --git a/A.dfm b/A.dfm\n--- a/A.dfm\n+++ b/A.dfm\n@@ -1,2 +1,2 @@\n-a\n+c\n   b\n");
+  EXPECT_EQ(diff::GitPatch({"A.dfm", "a\n", " a\n", {}, {}}, TIgnore::Space), "");
   EXPECT_EQ(
       diff::GitPatch({"F.dfm", std::string("a\0", 2), std::string("b\0", 2), "a\n", "b\n"}, TIgnore::Space),
-      "# --- a/F.dfm\n# +++ b/F.dfm\n# @@ -1 +1 @@\n# -a\n# +b\n");
+      "# For reading only: this patch leaves white space out.\n# --- a/F.dfm\n# +++ b/F.dfm\n# @@ -1 +1 "
+      "@@\n# -a\n# +b\n");
 }
 
 TEST(GitPatchTest, Sha1) {

@@ -19,9 +19,10 @@ namespace {
 
 }  // namespace
 
-TPager::~TPager() {
+void TPager::Finish() {
   if (FPipe < 0) return;
   close(FPipe);
+  FPipe = -1;
   while (waitpid(FProcess, nullptr, 0) < 0 && errno == EINTR) {
   }
 }

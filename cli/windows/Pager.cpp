@@ -2,7 +2,7 @@
 
 namespace cli {
 
-TPager::~TPager() = default;
+void TPager::Finish() {}
 
 bool TPager::Start() {
   return false;

@@ -28,8 +28,8 @@ void ResetDrives();
 [[nodiscard]] std::string RespelledPath(std::string_view path, std::string_view hostName);
 
 // Returns whether a Windows path can contain the name of a host's file or folder: it is UTF-8 and has no
-// backslash, no colon (which separates the drive) and no control character (which would break the lines of an
-// undo file).
+// backslash, no colon (which separates the drive) and no control character but tab (others would break the lines
+// of an undo file).
 [[nodiscard]] bool IsWindowsName(std::string_view name);
 
 // Returns the full Windows path for what a user typed: a host path or a Windows path, relative or full, with

@@ -92,7 +92,9 @@ std::string OnDeepestDrive(std::string_view full) {
 }  // namespace
 
 bool IsWindowsName(std::string_view name) {
-  const auto isBad = [](char c) { return c == '\\' || c == ':' || static_cast<unsigned char>(c) < 32; };
+  const auto isBad = [](char c) {
+    return c == '\\' || c == ':' || (static_cast<unsigned char>(c) < 32 && c != '\t');
+  };
   return std::none_of(name.begin(), name.end(), isBad) && IsValidUtf8(name);
 }
 
