@@ -88,45 +88,59 @@ TEST_F(StrictRunTest, WhateverFailsEveryByteComesBack) {
   }
 }
 
-// An editor saves a file before each operation of a run.
+// An editor saves a file before each operation of a run. If it keeps size and time of the file, only the contents
+// tell, which are compared while the time is recent.
 TEST_F(StrictRunTest, AnEditIsNeverLost) {
   const TFiles before = Sources();
-  const std::string edited = "unit A; { edited: TQuery }\r\n";
-  size_t operations = 1;
-  int stopped = 0, replacedAround = 0;
-  for (size_t n = 1; n <= operations; ++n) {
-    SCOPED_TRACE(n);
-    tests::TRecordingFileSystem files(win::FileSystem());
-    bool isFlushed = false;  // when the edit is made
-    files.OnCall = [&](const std::string& call) {
-      if (files.Count() == n) FTree.Write("src/A.pas", edited);
-      isFlushed = isFlushed || (call == "Flush" && files.Count() < n);
-      return win::ERROR_SUCCESS;
-    };
-    const std::string outcome = Outcome(files);
-    operations = std::max(operations, files.Count());
-    SCOPED_TRACE(outcome);
-    if (outcome != "True" && outcome != "False") {
-      ++stopped;
-      EXPECT_EQ(Read("src/A.pas"), edited);
-      EXPECT_EQ(Read("src/Sub/B.dfm"), kForm);
-    } else if (outcome == "False") {
-      ++replacedAround;
-      EXPECT_TRUE(isFlushed);
-      EXPECT_EQ(Read("src/A.pas"), edited);
-      EXPECT_EQ(
-          ShownWarnings(),
-          "\"<dir>\\src\\A.pas\" could not be replaced. It was changed while the run was at work.\n"
-          "\"<dir>\\src\\Sub\\B.pas\" was not replaced, because another file or folder before it failed.\n"
-          "\"<dir>\\src\\Sub\\B.DFM\" was not replaced, because another file or folder before it failed.\n");
-    } else if (files.Count() >= n && Read("src/A.pas") != edited) {
-      TakeBack();
-      EXPECT_EQ(Read("src/A.pas"), edited);
+  const std::string unit = FTree.HostPath("src/A.pas");
+  for (const bool keepsStamp : {false, true}) {
+    std::string edited = kUnit;
+    edited.replace(5, 1, keepsStamp ? "X" : "Edited");
+    size_t operations = 1;
+    int stopped = 0, replacedAround = 0;
+    for (size_t n = 1; n <= operations; ++n) {
+      SCOPED_TRACE(testing::Message() << n << " " << keepsStamp);
+      Reset(before);
+      const auto time = fs::file_time_type::clock::now() + std::chrono::hours(1);
+      fs::last_write_time(unit, time);
+      tests::TRecordingFileSystem files(win::FileSystem());
+      bool isFlushed = false, isEdited = false;
+      files.OnCall = [&](const std::string& call) {
+        // Nothing tells an edit between the last comparison and the replacement.
+        const bool cannotTell = keepsStamp && (call.starts_with("Read") || call.starts_with("CopyOver"));
+        if (files.Count() == n && !cannotTell) {
+          isEdited = true;
+          FTree.Write("src/A.pas", edited);
+          if (keepsStamp) fs::last_write_time(unit, time);
+        }
+        isFlushed = isFlushed || (call == "Flush" && files.Count() < n);
+        return win::ERROR_SUCCESS;
+      };
+      const std::string outcome = Outcome(files);
+      operations = std::max(operations, files.Count());
+      SCOPED_TRACE(outcome);
+      if (outcome != "True" && outcome != "False") {
+        ++stopped;
+        EXPECT_EQ(Read("src/A.pas"), edited);
+        EXPECT_EQ(Read("src/Sub/B.dfm"), kForm);
+      } else if (outcome == "False") {
+        ++replacedAround;
+        EXPECT_TRUE(isFlushed);  // all files are compared after the flush
+        EXPECT_EQ(Read("src/A.pas"), edited);
+        EXPECT_EQ(
+            ShownWarnings(),
+            "\"<dir>\\src\\A.pas\" could not be replaced. It was changed while the run was at work.\n"
+            "\"<dir>\\src\\Sub\\B.pas\" was not replaced, because another file or folder before it failed.\n"
+            "\"<dir>\\src\\Sub\\B.DFM\" was not replaced, because another file or folder before it "
+            "failed.\n");
+      } else if (isEdited && Read("src/A.pas") != edited) {
+        TakeBack();
+        EXPECT_EQ(Read("src/A.pas"), edited);
+      }
     }
-    Reset(before);
+    EXPECT_GT(stopped, 10);
+    EXPECT_GT(replacedAround, 0);
   }
-  EXPECT_GT(stopped, 10);
-  EXPECT_GT(replacedAround, 0);
 }
 
 // A second run starts before each operation of a first one.
