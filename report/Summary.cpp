@@ -42,6 +42,11 @@ std::string WhyNothing(const TReport& report, const TSummary& summary) {
     if (isFolder && !hasSubfolders) return "The folder has no units of its own. Does it need --subfolders?";
     return isFolder ? "There is no unit below the folder." : "The project has no units.";
   }
+  const auto converted = std::count_if(report.Files.begin(), report.Files.end(),
+                                       [](const mig::TFileReport& file) { return file.NamesNewUnits; });
+  if (converted > 0)
+    return Counted(static_cast<size_t>(converted), "unit names", "units name") +
+           " the new units: the sources are converted already.";
   const auto isForm = [](const mig::TFileReport& file) { return file.IsInRun && !file.IsUnit; };
   std::string why = std::string("Is it --mode ") + (report.Run.Mode == "bde" ? "ibx" : "bde") + "?";
   if (std::none_of(report.Files.begin(), report.Files.end(), isForm)) why += " No unit names a form.";

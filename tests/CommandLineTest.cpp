@@ -77,6 +77,11 @@ TEST_F(CommandLineTest, Summary) {
             "Left:      no-new-units 1\n"
             "Next:      1 error, 0 warnings to look at: run again with --report FILE.html, or \"kvamigrate "
             "check\"\n");
+  Edit("src/A.pas", "unit A;\r\nuses Quorel, KVA, Velmar, KVAError;\r\nvar Q: TKVAQuery;\r\n");
+  EXPECT_EQ(tests::RunCommand(FTree, "replace --mode bde src --no-backup"),
+            "0|Replace procedure was performed sucessfully.\n|"
+            "Files:     1 read, 0 changed\n"
+            "There is nothing to convert. 1 unit names the new units: the sources are converted already.\n");
   FTree.MakeFolder("empty");
   EXPECT_EQ(tests::RunCommand(FTree, "replace --mode ibx empty --no-backup"),
             "0|Replace procedure was performed sucessfully.\n|"

@@ -167,12 +167,15 @@ TEST_F(FindingsTest, Forms) {
        "2:3 note no-published-list: F.B keeps all its properties, because it is not known what THXBatchMove "
        "publishes\n"},
       // Strings, collections, and properties with the names of words are no objects.
-      {"  object L: TLabel\r\n    Caption = 'object Q: TQuery'\r\n    Item = 1\r\n    X.End = 2\r\n    Items "
+      {"  object L: TLabel\r\n    Caption = 'object Q: TQuery'\r\n    Hint = 'it''s' \r\n      + ' end'\r\n  "
+       "  Tag = -1\r\n    "
+       "Font.Style = [fsBold, fsItalic]\r\n    Lines.Strings = (\r\n      'a)'\r\n      'end')\r\n    Item = "
+       "1\r\n    X.End = 2\r\n    Items "
        "= <\r\n     "
        " item\r\n        A = <\r\n          item\r\n            B = 1.5e+3\r\n          end>\r\n      "
        "end>\r\n  "
        "end\r\n  inherited Q: TQuery\r\n  end",
-       "14:3 warning inherited-object: F.Q is declared with \"inherited\" and keeps its class TQuery\n"},
+       "21:3 warning inherited-object: F.Q is declared with \"inherited\" and keeps its class TQuery\n"},
   };
   for (const TRow& row : rows) EXPECT_EQ(FindInObject(row.Source), row.Findings) << row.Source;
 }
@@ -268,6 +271,24 @@ TEST_F(FindingsTest, Units) {
        "constructor "
        "call\n"
        "23:10 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in an "
+       "expression\n"},
+      // Routines without such a class are not read.
+      {"unit A;\r\ninterface\r\nimplementation\r\nuses New;\r\nprocedure P;\r\nbegin\r\n  if X then begin A; "
+       "end;\r\n"
+       "  case Y of 1: try B; finally end; end;\r\nend;\r\nvar D: TDatabase;\r\nprocedure Q;\r\n"
+       "  procedure N(D: TDatabase); begin end;\r\nbegin\r\n  D := TDatabase { c } . Create(nil);\r\nend;\r\n"
+       "procedure R; asm end;\r\ninitialization\r\n  X(TDatabase);\r\nend.",
+       "4:6 warning second-conversion: the unit used New before the run\n"
+       "10:8 warning transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
+       "variable "
+       "declaration\n"
+       "12:18 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
+       "parameter "
+       "list\n"
+       "14:8 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
+       "constructor "
+       "call\n"
+       "18:5 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in an "
        "expression\n"},
       {"\xEF\xBB\xBFunit A;\nuses New;\nvar D: TDatabase;\nend.",
        "1:1 note lost-mark: the file is written without its UTF-8 byte order mark\n"

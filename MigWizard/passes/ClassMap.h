@@ -19,6 +19,9 @@ class TClassMap {
   // Maps `oldClass` to `newClass`. If `oldClass` is already in the map, it keeps its first new class.
   void AddClass(std::string_view oldClass, std::string_view newClass);
 
+  // Returns the old classes, sorted.
+  const rtl::TStringList& MappedClasses() const { return FClassIndex; }
+
   // Finds any old class of the map in a text, even within a longer word.
   const TWordSearch& OldClasses() const { return FOldClasses; }
 

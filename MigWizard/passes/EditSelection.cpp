@@ -28,6 +28,7 @@ class TEditNames : public TFormWalk {
     if (const std::string* const newClass = FClasses.Find(object.ClassName)) edit.NewClass = *newClass;
   }
   void OnProperty(const TWalkedProperty&) override {}
+  bool WantsProperties() const override { return false; }
   void OnObjectEnd() override {}
 
   const TClassMap& FClasses;

@@ -7,6 +7,7 @@
 #include "MigWizard/passes/ComponentNames.h"
 #include "MigWizard/passes/FormFindings.h"
 #include "MigWizard/passes/UnitFindings.h"
+#include "MigWizard/passes/UnitMarks.h"
 #include "MigWizard/passes/UnitNames.h"
 #include "rtl/text/Streams.h"
 #include "win/paths/CodePage.h"
@@ -137,10 +138,12 @@ bool TFileConverter::MayMatter(std::string_view unitText) const {
 }
 
 void TFileConverter::ConvertUnitFile(const std::string& fileName, std::string bytes,
-                                     TFileConversion& result) const {
+                                     TFileConversion& result) {
   const TTextFile unit = DecodeTextFile(std::move(bytes));
   if (FOldNames == nullptr && FCompletion == nullptr && !MayMatter(unit.Text)) return;
-  TUnitResult converted = ConvertUnit(unit.Text, *unit.Encoding, FUnitRules);
+  if (FOldNames != nullptr && !FUnitNames) FUnitNames = MakeUnitNames(FUnitRules, *FOldNames);
+  TUnitResult converted =
+      ConvertUnit(unit.Text, *unit.Encoding, FUnitRules, FUnitNames ? &*FUnitNames : nullptr);
   const TEditSelection* const selection = OnGetSelection ? OnGetSelection(fileName) : nullptr;
   const bool isLeftOut = selection != nullptr && LeaveOutEdits(*selection, converted);
   const IFileCompletion* const completion = isLeftOut ? nullptr : FCompletion;
@@ -175,8 +178,8 @@ void TFileConverter::FindInUnitFile(const TTextFile& unit, const TUnitResult& co
                                     const std::vector<std::string_view>& directives,
                                     const TCompletedUnit* completed, TFileConversion& result) const {
   const TTextPlaces places(unit.Text, *unit.Encoding);
-  TUnitFindings found =
-      FindInUnit({unit.Text, *unit.Encoding, FUnitRules, converted, *FOldNames, completed}, places);
+  TUnitFindings found = FindInUnit(
+      {unit.Text, *unit.Encoding, FUnitRules, converted, *FOldNames, *FUnitNames, completed}, places);
   const std::vector<TTextEdits::TEdit>& edits = converted.Edits.Edits();
   if (completed != nullptr) RemoveSettled(found.Findings, *completed);
   const bool keepsMark = FCompletion != nullptr && FCompletion->KeepsMarks();
@@ -198,6 +201,18 @@ void TFileConverter::FindInUnitFile(const TTextFile& unit, const TUnitResult& co
   result.Findings = std::move(findings);
 }
 
+// Returns the words of which a form has to have one if anything is to be done in it or said about it.
+const TWordSearch& TFileConverter::FormWords() {
+  if (FOldNames == nullptr) return FClasses.OldClasses();
+  if (!FFormWords) {
+    FFormWords.emplace(FClasses.OldClasses());
+    FOldNames->ForEach([this](TOldNames::TKind kind, const std::string& name) {
+      if (kind == TOldNames::Class && FClasses.Find(name) == nullptr) FFormWords->Add(name);
+    });
+  }
+  return *FFormWords;
+}
+
 void TFileConverter::ConvertFormFile(const std::string& fileName, std::string bytes,
                                      TFileConversion& result) {
   const size_t size = bytes.size();
@@ -206,8 +221,7 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
   TFormFile form = DecodeFormFile(std::move(bytes));
   result.TrailingBytes = form.RCData.TrailingBytes;
   const std::string_view text = std::string_view(form.Text).substr(0, form.Text.find('\0'));
-  const bool mayChange = FClasses.OldClasses().FindAny(text);
-  if (!mayChange && (FOldNames == nullptr || !FOldNames->Classes().FindAny(text))) return;
+  if (!FormWords().FindAny(text)) return;
   FFormEncoding = form.Encoding;
   FUnwritableNames.clear();
   FUnwritableAliases.clear();
@@ -223,7 +237,8 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
   std::vector<TFormEdit>& edits = toComplete.Edits;
   result.Changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output, accountList,
                                completion != nullptr || FListsEdits ? &edits : nullptr, toComplete.LeavesOut);
-  result.IsChanged = result.Changes > 0;
+  const bool replacesClasses = result.Changes > 0;
+  result.IsChanged = replacesClasses;
   if (!result.IsChanged) edits.clear();  // class names alone, which are not replaced if no object is
   if (completion != nullptr) {
     const std::string completed = completion->CompleteForm(toComplete, *FFormParser);
@@ -235,7 +250,7 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
   }
   if (FListsEdits) result.Edits = ListFormEdits(text, *form.Encoding, FClasses, edits, original);
   result.UnwritableNames = std::move(FUnwritableNames);
-  if (FOldNames != nullptr) FindInFormFile(text, form, original, accounts, result);
+  if (FOldNames != nullptr) FindInFormFile(text, form, original, accounts, replacesClasses, result);
   if (!result.IsChanged) return;
   result.EndsAtNul = text.size() < form.Text.size();
   std::string().swap(form.Text);  // frees its memory, which an assignment would not do
@@ -249,13 +264,14 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
 
 // `original` is the file if it is binary.
 void TFileConverter::FindInFormFile(std::string_view text, const TFormFile& form, std::string_view original,
-                                    const std::vector<TObjectAccount>& accounts, TFileConversion& result) {
+                                    const std::vector<TObjectAccount>& accounts, bool replacesClasses,
+                                    TFileConversion& result) {
   const auto isUnwritable = [this](std::string_view alias) {
     return std::find(FUnwritableAliases.begin(), FUnwritableAliases.end(), alias) != FUnwritableAliases.end();
   };
   auto findings = std::make_shared<TFileFindings>();
-  findings->Findings =
-      FindInForm({text, *form.Encoding, FClasses, *FOldNames, accounts, isUnwritable}, *FFormParser);
+  findings->Findings = FindInForm(
+      {text, *form.Encoding, FClasses, *FOldNames, accounts, isUnwritable, replacesClasses}, *FFormParser);
   findings->Converted = CountConverted(accounts);
   findings->MappedObjects = accounts.size();
   for (const TFinding& finding : findings->Findings) {

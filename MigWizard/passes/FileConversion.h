@@ -6,6 +6,7 @@
 #include <exception>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "MigWizard/passes/FileFindings.h"
 #include "MigWizard/passes/FormFile.h"
 #include "MigWizard/passes/FormPass.h"
+#include "MigWizard/passes/NameTable.h"
 #include "MigWizard/passes/OldNames.h"
 #include "MigWizard/passes/TextFile.h"
 #include "MigWizard/passes/UnitPass.h"
@@ -36,12 +38,11 @@ struct TFileConversion {
   bool EndsAtNul = false;              // of a form: the text after a NUL character is ignored
   // Of a form: connections to which it cannot refer because its encoding lacks their names. UTF-8, each once.
   std::vector<std::string> UnwritableNames;
-  std::shared_ptr<const TFileFindings>
-      Findings;                     // null if findings are not collected, or if there are no findings
-  std::exception_ptr WriteFailure;  // why a changed form cannot be converted back to binary
-  std::vector<TListedEdit> Edits;   // the edits that change the file, if they are listed
-  std::string_view Mark;            // the first bytes of the changed file
-  std::string Bytes;                // the rest of the changed file
+  std::shared_ptr<TFileFindings> Findings;  // null if findings are not collected, or if there are no findings
+  std::exception_ptr WriteFailure;          // why a changed form cannot be converted back to binary
+  std::vector<TListedEdit> Edits;           // the edits that change the file, if they are listed
+  std::string_view Mark;                    // the first bytes of the changed file
+  std::string Bytes;                        // the rest of the changed file
 };
 
 // Converts files, one at a time.
@@ -75,13 +76,15 @@ class TFileConverter {
 
  private:
   bool MayMatter(std::string_view unitText) const;
-  void ConvertUnitFile(const std::string& fileName, std::string bytes, TFileConversion& result) const;
+  void ConvertUnitFile(const std::string& fileName, std::string bytes, TFileConversion& result);
   void FindInUnitFile(const TTextFile& unit, const TUnitResult& converted,
                       const std::vector<std::string_view>& directives, const TCompletedUnit* completed,
                       TFileConversion& result) const;
   void ConvertFormFile(const std::string& fileName, std::string bytes, TFileConversion& result);
+  const TWordSearch& FormWords();
   void FindInFormFile(std::string_view text, const TFormFile& form, std::string_view original,
-                      const std::vector<TObjectAccount>& accounts, TFileConversion& result);
+                      const std::vector<TObjectAccount>& accounts, bool replacesClasses,
+                      TFileConversion& result);
   std::string DatabaseReference(std::string_view alias);
 
   const TUnitRules FUnitRules;
@@ -90,7 +93,10 @@ class TFileConverter {
   std::unique_ptr<TFormParser> FFormParser;
   const IFileCompletion* FCompletion = nullptr;
   bool FListsEdits = false;
-  const TOldNames* FOldNames = nullptr;                              // null: no findings are collected
+  const TOldNames* FOldNames = nullptr;  // null: no findings are collected
+  // Made for the first unit, and for the first form, if findings are collected.
+  std::optional<TNameTable> FUnitNames;
+  std::optional<TWordSearch> FFormWords;  // old classes, those of the map among them
   const qrl::TEncoding* FFormEncoding = &qrl::TEncoding::Default();  // of the form being converted
   std::vector<std::string> FUnwritableNames;                         // in that form
   std::vector<std::string> FUnwritableAliases;                       // their aliases, as spelled in that form

@@ -3,7 +3,7 @@
 #include <iterator>
 
 #include "MigWizard/passes/Findings.h"
-#include "rtl/text/SysUtils.h"
+#include "MigWizard/passes/WordSearch.h"
 
 namespace mig {
 namespace {
@@ -194,12 +194,12 @@ std::string AdviceOf(const TFinding& finding) {
 }
 
 bool CouldBeSecret(std::string_view name, std::string_view value) {
-  const auto shows = [](std::string_view text) {
-    const std::string lower = rtl::LowerCase(text);
-    return std::any_of(std::begin(kSecretWords), std::end(kSecretWords),
-                       [&lower](std::string_view word) { return lower.find(word) != std::string::npos; });
-  };
-  return shows(name) || shows(value);
+  static const TWordSearch words = [] {
+    TWordSearch search;
+    for (const std::string_view word : kSecretWords) search.Add(word);
+    return search;
+  }();
+  return words.FindAny(name) || words.FindAny(value);
 }
 
 std::string ShownValue(std::string_view name, std::string_view value) {

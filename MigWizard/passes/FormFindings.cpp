@@ -167,8 +167,10 @@ class TFormFindings : public TFormWalk {
       open.IsLeftOut = account->IsLeftOut;
       if (account->IsConverted) {
         AddConverted(*account);
+        if (account->End != 0) SkipObject(account->End);
       } else if (!account->IsLeftOut) {
         AddUnparsed(object, FStops.Find(object.Offset));
+        ShowClass(*account);
       }
     } else if (open.NewClass == nullptr) {
       if (const TOldName* old = FInput.OldNames.Find(TOldNames::Class, object.ClassName)) {
@@ -198,6 +200,8 @@ class TFormFindings : public TFormWalk {
     if (std::find(open.Lacking.begin(), open.Lacking.end(), root) == open.Lacking.end())
       open.Lacking.emplace_back(root);
   }
+
+  bool WantsProperties() const override { return FOpen.back().IsInherited; }
 
   void OnObjectEnd() override { CloseInnermost(); }
 
@@ -250,6 +254,17 @@ class TFormFindings : public TFormWalk {
         Add(TRuleId::UnparsedObject, object.Offset, object, *FInput.Classes.Find(object.ClassName));
     finding.Offset = stop.Offset;
     finding.Subject = finding.Detail = stop.What;
+  }
+
+  // If the last finding is on the line of the object's class, shows the line with the new class.
+  void ShowClass(const TObjectAccount& account) {
+    TFinding& finding = FFindings.back();
+    const auto at = static_cast<size_t>(account.OldClass.data() - Text().data());
+    const size_t start = Text().find_last_of("\r\n", at) + 1;  // 0 in the first line
+    const size_t end = std::min(Text().find_first_of("\r\n", at), Text().size());
+    if (!FInput.ReplacesClasses || finding.Offset < start || finding.Offset > end) return;
+    std::string line(Text().substr(start, end - start));
+    finding.After = ShownValue({}, line.replace(at - start, account.OldClass.size(), *account.NewClass));
   }
 
   void AddConverted(const TObjectAccount& account) {

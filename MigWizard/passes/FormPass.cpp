@@ -71,7 +71,7 @@ class TFormPass {
     auto position = static_cast<int64_t>(FStart) + 1;
     const bool isParsed = ParseObject(newClass, position);
     if (FLevel > FLeftOutLevel || (FLeavesOut && FLeavesOut(FStart))) {
-      if (FAccounts != nullptr) FAccounts->push_back({FStart, false, true, FLexem, &newClass, {}, {}});
+      if (FAccounts != nullptr) FAccounts->push_back({FStart, false, true, FLexem, &newClass, {}, {}, 0});
       if (isParsed) {
         SkipObject(position);
       } else {
@@ -80,7 +80,7 @@ class TFormPass {
       return;
     }
     if (!isParsed) {
-      if (FAccounts != nullptr) FAccounts->push_back({FStart, false, false, FLexem, &newClass, {}, {}});
+      if (FAccounts != nullptr) FAccounts->push_back({FStart, false, false, FLexem, &newClass, {}, {}, 0});
       FFailed.push_back({FScanner.PrevPos(), FLexem.size(), &newClass});
       if (FEdits != nullptr)
         FEdits->push_back(
@@ -95,7 +95,10 @@ class TFormPass {
     CopyUpTo(FScanner.PrevPos());
     FOutput.SetPosition(mark);
     FParser.PrintObject(FLevel, FPrinted);
-    if (FAccounts != nullptr) FAccounts->push_back(AccountOf(FParser, FStart, FLexem, newClass));
+    if (FAccounts != nullptr) {
+      FAccounts->push_back(AccountOf(FParser, FStart, FLexem, newClass));
+      if (FParser.NestedObjects().empty()) FAccounts->back().End = static_cast<size_t>(position) - 1;
+    }
     if (FEdits != nullptr)
       FEdits->push_back({FStart, static_cast<size_t>(position) - 1, FPrinted, FLevel, false, {}, FStart});
     Write(FPrinted);
@@ -178,7 +181,7 @@ int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TCl
 
 TObjectAccount AccountOf(const TFormParser& parser, size_t start, std::string_view oldClass,
                          const std::string& newClass) {
-  TObjectAccount account{start, true, false, oldClass, &newClass, parser.Sources(), {}};
+  TObjectAccount account{start, true, false, oldClass, &newClass, parser.Sources(), {}, 0};
   for (const TFormProperty& property : parser.Properties()) account.NewNames.push_back(property.Name());
   return account;
 }

@@ -34,6 +34,7 @@ struct TObjectAccount {
   const std::string* NewClass = nullptr;  // of the class map
   std::vector<TSourceProperty> Properties;
   std::vector<std::string_view> NewNames;  // of the printed properties
+  size_t End = 0;  // the offset after the object, or 0 if it is not converted or has nested objects
 };
 
 // A change to a form's text. Offsets are in bytes, from 0.

@@ -1,6 +1,61 @@
 #include "MigWizard/passes/FormWalk.h"
 
+#include <algorithm>
+#include <array>
+
 namespace mig {
+namespace {
+
+// The bytes of words and numbers in a form, and the dots between them.
+constexpr std::array<bool, 256> kPlain = [] {
+  std::array<bool, 256> plain{};
+  for (unsigned c = 0; c < 128; ++c)
+    plain[c] =
+        (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '.';
+  return plain;
+}();
+
+// The bytes with which tokens begin that SkipTo must not divide or has to see.
+constexpr std::array<bool, 256> kStops = [] {
+  std::array<bool, 256> stops{};
+  for (const char c : {'\'', '{', '(', '/', ')', ']', '<', '>'}) stops[static_cast<uint8_t>(c)] = true;
+  for (unsigned c = 128; c < 256; ++c) stops[c] = true;
+  return stops;
+}();
+
+size_t SkipPlain(std::string_view text, size_t at) {
+  while (at < text.size() && kPlain[static_cast<uint8_t>(text[at])]) ++at;
+  return at;
+}
+
+size_t SkipBlanks(std::string_view text, size_t at) {
+  while (at < text.size() && text[at] != 0 && static_cast<uint8_t>(text[at]) <= ' ') ++at;
+  return at;
+}
+
+// Returns the offset after a value that has no meaning beyond its line: a word, a number, a set, or a string
+// in one piece. Returns npos for any other value.
+size_t SkipPlainValue(std::string_view text, size_t at) {
+  if (at >= text.size()) return std::string_view::npos;
+  if (text[at] == '\'') {
+    do {
+      at = text.find('\'', at + 1);
+      if (at == std::string_view::npos) return at;
+      ++at;
+    } while (at < text.size() && text[at] == '\'');
+    return at;
+  }
+  if (text[at] == '[') {
+    do at = SkipPlain(text, at + 1);
+    while (at < text.size() && (text[at] == ',' || text[at] == ' '));
+    return at < text.size() && text[at] == ']' ? at + 1 : std::string_view::npos;
+  }
+  if (text[at] == '-') ++at;
+  const size_t end = SkipPlain(text, at);
+  return end == at ? std::string_view::npos : end;
+}
+
+}  // namespace
 
 void TFormWalk::Run() {
   while (Next()) {
@@ -11,20 +66,23 @@ void TFormWalk::Run() {
         ReadObject(FCode == kObject);
         break;
       case kEnd:
-        if (FObjects.empty()) break;
-        OnObjectEnd();
-        FObjects.pop_back();
+        if (!FObjects.empty()) EndObject();
         break;
       case qrl::kIdentifier:
       case kItem:
       case kUses:
-        if (!FObjects.empty()) ReadProperty();
+        if (!FObjects.empty() && (WantsProperties() || !SkipPlainLine())) ReadProperty();
         break;
       default:
         break;
     }
   }
-  for (; !FObjects.empty(); FObjects.pop_back()) OnObjectEnd();
+  while (!FObjects.empty()) EndObject();
+}
+
+void TFormWalk::EndObject() {
+  OnObjectEnd();
+  FObjects.pop_back();
 }
 
 std::string TFormWalk::Path() const {
@@ -68,7 +126,29 @@ void TFormWalk::ReadObject(bool isObject) {
     FIsPending = true;
   }
   FObjects.push_back(object);
+  FSkippedTo = 0;
   OnObject(object);
+  if (FSkippedTo == 0) return;
+  FScanner.SetPosition(FSkippedTo);
+  FIsPending = false;
+  EndObject();
+}
+
+// Moves past the property at the current token if it takes a line of its own, and the next line begins with a
+// word. Returns False, and moves nowhere, for any other property.
+bool TFormWalk::SkipPlainLine() {
+  size_t at = SkipPlain(FText, FScanner.PrevPos());
+  while (at < FText.size() && FText[at] == ' ') ++at;
+  if (at >= FText.size() || FText[at] != '=') return false;
+  ++at;
+  while (at < FText.size() && FText[at] == ' ') ++at;
+  const size_t line = std::min(FText.find_first_of("\r\n", at), FText.size());
+  const size_t end = SkipPlainValue(FText.substr(0, line), at);
+  if (end != line) return false;
+  const size_t next = SkipBlanks(FText, line);
+  if (next < FText.size() && (FText[next] == '.' || !kPlain[static_cast<uint8_t>(FText[next])])) return false;
+  FScanner.SetPosition(next);
+  return true;
 }
 
 void TFormWalk::ReadProperty() {
@@ -129,7 +209,11 @@ void TFormWalk::ReadValue() {
 
 // Moves to the symbol `end` that closes the current one.
 void TFormWalk::SkipTo(char end, char nested) {
-  for (int depth = 1; depth > 0 && Next();) {
+  for (int depth = 1; depth > 0;) {
+    size_t at = FEnd;
+    while (at < FText.size() && !kStops[static_cast<uint8_t>(FText[at])]) ++at;
+    FScanner.SetPosition(at);
+    if (!Next()) return;
     if (FCode <= 0 || FLexem.size() != 1) continue;
     if (FLexem[0] == end) --depth;
     if (nested != 0 && FLexem[0] == nested) ++depth;

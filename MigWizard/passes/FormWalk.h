@@ -42,11 +42,16 @@ class TFormWalk {
  protected:
   // Called for each object, when it is the innermost of Objects().
   virtual void OnObject(const TWalkedObject& object) = 0;
-  // Called for each property of the innermost object.
+  // Called for each property of the innermost object if it wants them, and for some if it does not.
   virtual void OnProperty(const TWalkedProperty& property) = 0;
+  // Returns True if the properties of the innermost object matter. Others are skipped faster.
+  virtual bool WantsProperties() const = 0;
   // Called at the end of each object, while it still is the innermost one. Objects without an end of their
   // own end with the text.
   virtual void OnObjectEnd() = 0;
+
+  // Call in OnObject: continues at `end`, the offset after the object's own `end`.
+  void SkipObject(size_t end) { FSkippedTo = end; }
 
   // Returns the open objects, the outermost first.
   const std::vector<TWalkedObject>& Objects() const { return FObjects; }
@@ -57,6 +62,8 @@ class TFormWalk {
  private:
   bool Next();
   void ReadObject(bool isObject);
+  void EndObject();
+  bool SkipPlainLine();
   void ReadProperty();
   void ReadValue();
   void SkipTo(char end, char nested);
@@ -68,6 +75,7 @@ class TFormWalk {
   std::string_view FLexem;
   bool FIsPending = false;  // the current token has to be read again
   size_t FEnd = 0;          // the end of the last token used
+  size_t FSkippedTo = 0;    // where to continue after the object that was read last, or 0
   std::vector<TWalkedObject> FObjects;
 };
 

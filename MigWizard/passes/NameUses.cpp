@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "MigWizard/engine/PasParser.h"
 #include "rtl/text/SysUtils.h"
 
 namespace mig {
@@ -47,15 +48,8 @@ std::vector<std::string> NamesOf(std::string_view list) {
 
 void TNameUses::OnName(TNameSpot spot) {
   const TUnitToken& token = Token();
-  if (const std::string* newClass = FInput.Rules.Classes.Find(token.Lexem)) {
-    if (IsLeftOut(token.Offset)) return;
-    NoteNewClass(*newClass);
-    if (FInput.Rules.GetReplacement(token.Lexem, *newClass).find('\n') != std::string::npos)
-      AddTransaction(spot);
-    return;
-  }
-  if (FInput.Rules.Classes.IsNewClass(token.Lexem)) NoteNewClass(token.Lexem);
-  if (!FInput.OldNames.MayBe(token.Lexem)) return;
+  if ((token.Flags & kBringsLine) != 0 && !IsLeftOut(token.Offset)) AddTransaction(spot);
+  if ((token.Flags & (kOldName | kOldMember)) == 0 || (token.Flags & kMappedClass) != 0) return;
   if (const TOldName* old = FInput.OldNames.Find(TOldNames::Class, token.Lexem)) {
     NoteUse(TNameUse::OldClass, *old, 0);
   } else if (const TOldName* prefix = FInput.OldNames.FindPrefix(token.Lexem)) {
@@ -91,12 +85,6 @@ const TLinePairs& TNameUses::Pairs() {
     FPairs.emplace(FBeforeUses, FInput.Completed->Text, FInput.Encoding);
   }
   return *FPairs;
-}
-
-void TNameUses::NoteNewClass(std::string_view newClass) {
-  if (!FFirstNewClass.empty()) return;
-  FFirstNewClass = newClass;
-  FFirstNewClassOffset = Token().Offset;
 }
 
 // For `Check(DbiInit(nil))` the place is that of Check.
@@ -168,20 +156,45 @@ bool TNameUses::UsesUnitOf(const TOldName& old) const {
   });
 }
 
+// Returns True if the class, as it is spelled, is replaced by more than one line.
+bool TNameUses::BringsLine(std::string_view name) const {
+  const std::string* const newClass = FInput.Rules.Classes.Find(name);
+  return newClass != nullptr && FInput.Rules.GetReplacement(name, *newClass).find('\n') != std::string::npos;
+}
+
 void TNameUses::AddTransaction(TNameSpot spot) {
+  if (!BringsLine(Token().Lexem)) return;
   const bool isName =
       spot == TNameSpot::Field || spot == TNameSpot::RecordField || spot == TNameSpot::Variable;
   if (isName && Before(1).Lexem != ":" && Before(1).Lexem != ".") spot = TNameSpot::Expression;
+  const bool isCall = Token(1).Lexem == "." && rtl::SameText(Token(2).Lexem, "Create");
+  if (spot == TNameSpot::Field && !FClasses.empty()) FClasses.back().push_back(FFindings.size());
+  AddTransaction(spot, Token().Lexem, Token().Offset, isCall);
+}
+
+void TNameUses::AddLineInBody(size_t offset) {
+  if (IsLeftOut(offset)) return;
+  TPasParser scanner(FInput.Text, FInput.Encoding);
+  scanner.SetPosition(offset);
+  std::string_view lexems[3];
+  for (std::string_view& lexem : lexems) {
+    for (int code = qrl::kWhiteSpace; code == qrl::kWhiteSpace || code == qrl::kComment;)
+      code = scanner.GetNext(lexem);
+  }
+  if (!BringsLine(lexems[0])) return;
+  const bool isCall = lexems[1] == "." && rtl::SameText(lexems[2], "Create");
+  AddTransaction(TNameSpot::Expression, lexems[0], offset, isCall);
+}
+
+void TNameUses::AddTransaction(TNameSpot spot, std::string_view name, size_t offset, bool isCall) {
   const TSpotRow& row = *std::find_if(std::begin(kSpots), std::end(kSpots),
                                       [spot](const TSpotRow& each) { return each.Spot == spot; });
-  const bool isCall =
-      spot == TNameSpot::Expression && Token(1).Lexem == "." && rtl::SameText(Token(2).Lexem, "Create");
-  if (spot == TNameSpot::Field && !FClasses.empty()) FClasses.back().push_back(FFindings.size());
-  TFinding& finding = Add(TRuleId::TransactionLine, Token().Offset);
+  TFinding& finding = Add(TRuleId::TransactionLine, offset);
   finding.Level = row.Level;
-  finding.OldClass = Token().Lexem;
-  finding.NewClass = *FInput.Rules.Classes.Find(Token().Lexem);
-  finding.Subject = finding.Detail = isCall ? "a constructor call" : row.Text;
+  finding.OldClass = name;
+  finding.NewClass = *FInput.Rules.Classes.Find(name);
+  finding.Subject = finding.Detail =
+      spot == TNameSpot::Expression && isCall ? "a constructor call" : row.Text;
 }
 
 // A class cannot have two members with the same name: only the first field is correct, and none is if the

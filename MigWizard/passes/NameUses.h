@@ -32,9 +32,8 @@ class TNameUses : public TUnitReader {
 
   bool IsLeftOut(size_t offset) const override;
 
-  // Returns the first new class that the unit names after the run, empty if there is none, and its offset.
-  const std::string& FirstNewClass() const { return FFirstNewClass; }
-  size_t FirstNewClassOffset() const { return FFirstNewClassOffset; }
+  // Adds a finding for a mapped class at `offset` in statements, which brings a line.
+  void AddLineInBody(size_t offset);
 
  protected:
   void OnName(TNameSpot spot) override;
@@ -43,14 +42,15 @@ class TNameUses : public TUnitReader {
 
  private:
   const TLinePairs& Pairs();
-  void NoteNewClass(std::string_view newClass);
   void NoteCall(const TOldName& prefix);
   void NoteUse(TNameUse::TKind kind, const TOldName& old, size_t back);
   bool IsDeclaredHere() const;
   void FindLocal(TNameUse& use) const;
   bool IsUnitOf(const TOldName& old, const std::vector<std::string>& path) const;
   bool UsesUnitOf(const TOldName& old) const;
+  bool BringsLine(std::string_view name) const;
   void AddTransaction(TNameSpot spot);
+  void AddTransaction(TNameSpot spot, std::string_view name, size_t offset, bool isCall);
   void AddTransactions(const std::vector<size_t>& fields, const TClassOutline& outline);
 
   const TUnitFindingInput& FInput;
@@ -59,8 +59,6 @@ class TNameUses : public TUnitReader {
   std::string FBeforeUses;  // viewed by FPairs
   std::optional<TLinePairs> FPairs;
   std::vector<std::vector<size_t>> FClasses;  // open ones: the findings for their fields
-  std::string FFirstNewClass;
-  size_t FFirstNewClassOffset = 0;
 };
 
 }  // namespace mig

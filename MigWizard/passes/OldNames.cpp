@@ -66,6 +66,15 @@ bool TOldNames::IsMember(std::string_view name) const {
   return FMembers.contains(rtl::LowerCase(name));
 }
 
+void TOldNames::ForEach(const std::function<void(TKind kind, const std::string& name)>& found) const {
+  for (const auto& [kind, names] : FNames)
+    for (const auto& [lower, name] : names) found(kind, lower);
+}
+
+void TOldNames::ForEachMember(const std::function<void(const std::string& name)>& found) const {
+  for (const auto& [lower, owners] : FMembers) found(lower);
+}
+
 const TOldName* TOldNames::FindUnit(std::string_view usedName) const {
   const size_t dot = usedName.rfind('.');
   if (dot == std::string_view::npos) return Find(Unit, usedName);

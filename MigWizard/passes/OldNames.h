@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -38,6 +39,9 @@ class TOldNames {
   bool MayBe(std::string_view name) const {
     return !name.empty() && (FLengths[static_cast<uint8_t>(name[0])] & LengthBit(name.size())) != 0;
   }
+  // Calls found(kind, name) for every name, and found(name) for every member, each in lower case.
+  void ForEach(const std::function<void(TKind kind, const std::string& name)>& found) const;
+  void ForEachMember(const std::function<void(const std::string& name)>& found) const;
   // Returns the unit that a uses clause names by `usedName`, with or without one of the unit scopes.
   const TOldName* FindUnit(std::string_view usedName) const;
   // HasNamesOf returns True if the list contains the declarations of a unit, and Declares returns True if

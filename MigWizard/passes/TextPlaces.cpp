@@ -50,22 +50,36 @@ class TPieceWalk {
 
 }  // namespace
 
-TTextPlaces::TTextPlaces(std::string_view text, const qrl::TEncoding& encoding) : FText(text), FStarts{0} {
+TTextPlaces::TTextPlaces(std::string_view text, const qrl::TEncoding& encoding) : FText(text) {
   const bool isDefault = encoding == qrl::TEncoding::Default();
   FCharacters = !isDefault || win::GetACP() == kUtf8CodePage ? TCharacters::Utf8
                 : win::IsDoubleByteCodePage()                ? TCharacters::DoubleByte
                                                              : TCharacters::Bytes;
-  for (size_t end = 0; end < text.size(); ++end) {
-    if (text[end] != '\r' && text[end] != '\n') continue;
-    const bool isWindows = text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n';
+}
+
+// Reads up to the start of the first line after `offset`, or to the end of the text.
+void TTextPlaces::ReadTo(size_t offset) const {
+  while (!FIsRead && FStarts.back() <= offset && FStarts.back() < FText.size()) {
+    const size_t start = FStarts.back();
+    if (!FIsFeedKnown || FNextFeed < start) {
+      FNextFeed = std::min(FText.find('\n', start), FText.size());
+      FIsFeedKnown = true;
+    }
+    const size_t toReturn = FText.substr(start, FNextFeed - start).find('\r');
+    const size_t end = toReturn == std::string_view::npos ? FNextFeed : start + toReturn;
+    if (end == FText.size()) {
+      FIsRead = true;
+      return;
+    }
+    const bool isWindows = end + 1 == FNextFeed && FNextFeed < FText.size();
     ++(isWindows ? FWindowsEnds : FOtherEnds);
-    end += isWindows ? 1 : 0;
-    FStarts.push_back(end + 1);
+    FStarts.push_back(isWindows ? FNextFeed + 1 : end + 1);
   }
 }
 
 TTextPlace TTextPlaces::At(size_t offset) const {
   offset = std::min(offset, FText.size());
+  ReadTo(offset);
   const auto next = std::upper_bound(FStarts.begin(), FStarts.end(), offset);
   TTextPlace place{static_cast<uint32_t>(next - FStarts.begin()), 1};
   for (size_t at = *(next - 1); at < offset; ++place.Column) {
@@ -83,6 +97,7 @@ TTextPlace TTextPlaces::At(size_t offset) const {
 
 std::string_view TTextPlaces::LineAt(size_t offset) const {
   offset = std::min(offset, FText.size());
+  ReadTo(offset);
   const size_t start = *(std::upper_bound(FStarts.begin(), FStarts.end(), offset) - 1);
   return FText.substr(start, std::min(FText.find_first_of("\r\n", start), FText.size()) - start);
 }

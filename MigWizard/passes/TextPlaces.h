@@ -1,4 +1,4 @@
-// Converts offsets in a working text to lines and columns.
+// Converts offsets in a working text to lines and columns. The text is read only as far as it is asked for.
 #pragma once
 
 #include <cstddef>
@@ -26,20 +26,38 @@ class TTextPlaces {
   // Returns the line that contains `offset`, without its line end.
   std::string_view LineAt(size_t offset) const;
   // Returns the number of lines; a text that ends with a line end has an empty last line.
-  size_t Lines() const { return FStarts.size(); }
+  size_t Lines() const {
+    ReadTo(FText.size());
+    return FStarts.size();
+  }
   // Returns the line with that index, from 0, without its line end.
-  std::string_view Line(size_t index) const { return LineAt(FStarts[index]); }
+  std::string_view Line(size_t index) const {
+    ReadTo(FText.size());
+    return LineAt(FStarts[index]);
+  }
   // Return the number of lines that end in a bare LF or CR, and of those that end in CR LF.
-  size_t OtherLineEnds() const { return FOtherEnds; }
-  size_t WindowsLineEnds() const { return FWindowsEnds; }
+  size_t OtherLineEnds() const {
+    ReadTo(FText.size());
+    return FOtherEnds;
+  }
+  size_t WindowsLineEnds() const {
+    ReadTo(FText.size());
+    return FWindowsEnds;
+  }
 
  private:
   enum class TCharacters : uint8_t { Bytes, DoubleByte, Utf8 };
 
+  void ReadTo(size_t offset) const;
+
   const std::string_view FText;
   TCharacters FCharacters;
-  std::vector<size_t> FStarts;  // of the lines
-  size_t FOtherEnds = 0, FWindowsEnds = 0;
+  // As far as the text has been read, which is up to the last start.
+  mutable std::vector<size_t> FStarts{0};  // of the lines
+  mutable size_t FNextFeed = 0;            // offset of the next LF, or the end of the text
+  mutable bool FIsFeedKnown = false;
+  mutable bool FIsRead = false;  // the last line has no end
+  mutable size_t FOtherEnds = 0, FWindowsEnds = 0;
 };
 
 // Maps offsets in the in-memory text of a binary form to offsets in the text printed from it for people. The

@@ -5,7 +5,9 @@
 #include <string>
 #include <utility>
 
+#include "MigWizard/engine/PasParser.h"
 #include "MigWizard/passes/NameUses.h"
+#include "MigWizard/passes/UnitMarks.h"
 #include "MigWizard/passes/UnitWords.h"
 #include "rtl/text/SysUtils.h"
 
@@ -13,10 +15,10 @@ namespace mig {
 namespace {
 
 // Adds the edits within comments.
-void AddComments(const TUnitFindingInput& input, const TUnitTokens& tokens, TNameUses& names) {
+void AddComments(const TUnitFindingInput& input, TNameUses& names) {
   const auto& edits = input.Result.Edits.Edits();
   auto edit = edits.begin();
-  for (const std::string_view comment : tokens.Comments) {
+  for (const std::string_view comment : input.Result.ChangedComments) {
     const auto start = static_cast<size_t>(comment.data() - input.Text.data());
     while (edit != edits.end() && edit->Position < start) ++edit;
     for (; edit != edits.end() && edit->Position < start + comment.size(); ++edit) {
@@ -27,6 +29,26 @@ void AddComments(const TUnitFindingInput& input, const TUnitTokens& tokens, TNam
       if (comment.starts_with("{$") || comment.starts_with("(*$")) finding.Level = TLevel::Warning;
     }
   }
+}
+
+// Returns the first place where the unit names a new class after the run, or null.
+const TUnitMark* FirstNewClass(const TUnitFindingInput& input, const TNameUses& names) {
+  const std::vector<TUnitMark>& marks = input.Result.Marks;
+  const auto mark = std::find_if(marks.begin(), marks.end(), [&names](const TUnitMark& each) {
+    const bool isMapped = (each.Flags & kMappedClass) != 0;
+    return isMapped ? !names.IsLeftOut(each.Offset) : (each.Flags & kNewClass) != 0;
+  });
+  return mark == marks.end() ? nullptr : &*mark;
+}
+
+// Returns the new class that is named at `offset` after the run.
+std::string NewClassAt(const TUnitFindingInput& input, size_t offset) {
+  TPasParser scanner(input.Text, input.Encoding);
+  scanner.SetPosition(offset);
+  std::string_view name;
+  (void)scanner.GetNext(name);
+  const std::string* const newClass = input.Rules.Classes.Find(name);
+  return newClass != nullptr ? *newClass : std::string(name);
 }
 
 // Adds what is to be said of the units in the uses clauses.
@@ -61,9 +83,10 @@ void AddUnits(const TUnitFindingInput& input, TNameUses& names) {
     }
     finding.Value = std::to_string(most);
   }
-  if (!names.FirstNewClass().empty() && counts.empty()) {
-    TFinding& finding = names.Add(TRuleId::NoNewUnits, names.FirstNewClassOffset());
-    finding.Subject = finding.NewClass = names.FirstNewClass();
+  const TUnitMark* const mark = counts.empty() ? FirstNewClass(input, names) : nullptr;
+  if (mark != nullptr) {
+    TFinding& finding = names.Add(TRuleId::NoNewUnits, mark->Offset);
+    finding.Subject = finding.NewClass = NewClassAt(input, mark->Offset);
     for (const std::string& name : newUnits)
       finding.Value.append(finding.Value.empty() ? "" : ", ").append(name);
   }
@@ -72,16 +95,21 @@ void AddUnits(const TUnitFindingInput& input, TNameUses& names) {
 }  // namespace
 
 TUnitFindings FindInUnit(const TUnitFindingInput& input, const TTextPlaces& places) {
-  const TUnitTokens tokens = ReadUnitTokens(input.Text, input.Encoding);
-  TNameUses names(input, tokens.Code, places);
+  const TUnitParts parts = PartsToRead(input.Text.size(), input.Result);
+  const std::vector<TUnitToken> code = ReadUnitTokens(input.Text, input.Encoding, input.Names, parts.Ranges);
+  TNameUses names(input, code, places);
   names.ReadUnit();
-  AddComments(input, tokens, names);
+  for (const size_t offset : parts.LinesInBodies) names.AddLineInBody(offset);
+  AddComments(input, names);
   AddUnits(input, names);
+  TUnitOutline& outline = names.Outline();
+  if (!outline.Uses.empty())
+    for (const TUsedUnit& used : names.UsedUnits()) outline.UsedUnits.push_back(rtl::LowerCase(used.Name));
   std::vector<TFinding>& findings = names.Findings();
   for (TFinding& finding : findings) names.ShowLine(finding.Offset, finding.Before, finding.After);
   std::stable_sort(findings.begin(), findings.end(),
                    [](const TFinding& left, const TFinding& right) { return left.Offset < right.Offset; });
-  return {std::move(findings), std::move(names.Outline())};
+  return {std::move(findings), std::move(outline)};
 }
 
 }  // namespace mig

@@ -17,8 +17,9 @@ struct TUnitFindingInput {
   std::string_view Text;
   const qrl::TEncoding& Encoding;
   const TUnitRules& Rules;
-  const TUnitResult& Result;  // of the conversion of that text
+  const TUnitResult& Result;  // of the conversion of that text, with marks
   const TOldNames& OldNames;
+  const TNameTable& Names;                    // of MakeUnitNames
   const TCompletedUnit* Completed = nullptr;  // null without a completion
 };
 

@@ -38,8 +38,9 @@ struct TNameUse {
 
 struct TUnitOutline {
   std::string Name;
-  std::vector<std::string> UsedUnits;  // in lower case, with their scopes
+  std::vector<std::string> UsedUnits;  // in lower case, with their scopes; empty if there are no uses
   std::vector<TDeclaration> Names;     // declared by the unit outside of classes and routines
+  size_t InterfaceNames = 0;           // how many of them, the first ones, other units can use
   std::vector<TClassOutline> Classes;
   std::vector<TNameUse> Uses;  // in the order of the text
 };

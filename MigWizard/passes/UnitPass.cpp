@@ -16,8 +16,9 @@ bool IsResourceDirective(std::string_view comment) {
 
 class TUnitPass {
  public:
-  TUnitPass(std::string_view text, const qrl::TEncoding& encoding, const TUnitRules& rules)
-      : FText(text), FEncoding(encoding), FRules(rules) {}
+  TUnitPass(std::string_view text, const qrl::TEncoding& encoding, const TUnitRules& rules,
+            const TNameTable* names)
+      : FText(text), FEncoding(encoding), FRules(rules), FNames(names) {}
 
   TUnitResult Run() {
     TPasParser scanner(FText, FEncoding);
@@ -27,15 +28,21 @@ class TUnitPass {
       switch (code) {
         case qrl::kIdentifier:
           ProcessIdentifier(lexem, inUses);
+          if (FNames != nullptr && !inUses) Mark(lexem);
           break;
         case qrl::kComment:
           ProcessComment(lexem);
           break;
         case kUses:
+          if (!inUses) FResult.UsesClauses.push_back({scanner.PrevPos(), FText.size()});
           inUses = true;
           break;
         case kSemicolon:
+          if (inUses) FResult.UsesClauses.back().End = scanner.PrevPos() + 1;
           inUses = false;
+          break;
+        case kEnd:
+          if (FNames != nullptr) Mark(lexem);
           break;
         default:
           break;
@@ -63,10 +70,34 @@ class TUnitPass {
     }
     TPasParser scanner(comment.substr(1), FEncoding);
     std::string_view lexem;
+    const size_t edits = FResult.Edits.Edits().size();
     while (const int code = scanner.GetNextWord(lexem)) {
       if (code != qrl::kIdentifier) continue;
       if (const std::string* newClass = FRules.Classes.Find(lexem)) Replace(lexem, *newClass);
     }
+    if (FResult.Edits.Edits().size() > edits) FResult.ChangedComments.push_back(comment);
+  }
+
+  // Adds the marks of an identifier. A name that is only that of a member counts only after a dot.
+  void Mark(std::string_view lexem) {
+    uint32_t flags = FNames->Find(lexem);
+    if (flags == 0) return;
+    const auto offset = static_cast<size_t>(lexem.data() - FText.data());
+    if (offset > 0 && FText[offset - 1] == '&') flags &= ~kWordFlags;  // &begin is a name
+    if (flags == kOldMember && !MayFollowDot(offset)) return;
+    if (flags != 0) FResult.Marks.push_back({offset, flags});
+  }
+
+  // Returns False if the last character of code before `offset` is not a dot.
+  bool MayFollowDot(size_t offset) const {
+    size_t end = offset;
+    while (end > 0 && static_cast<uint8_t>(FText[end - 1]) <= ' ') --end;
+    if (end == 0) return false;
+    const char last = FText[end - 1];
+    if (last == '.' || last == '}' || last == ')') return true;  // a comment may follow the dot
+    if (FText.substr(end, offset - end).find_first_of("\r\n") == std::string_view::npos) return false;
+    const size_t line = FText.find_last_of("\r\n", end - 1);
+    return FText.substr(line + 1, end - line - 1).find("//") != std::string_view::npos;
   }
 
   // Returns True if `name` is one of the comma-separated names in NewUnits.
@@ -90,13 +121,15 @@ class TUnitPass {
   std::string_view FText;
   const qrl::TEncoding& FEncoding;
   const TUnitRules& FRules;
+  const TNameTable* const FNames;
   TUnitResult FResult;
 };
 
 }  // namespace
 
-TUnitResult ConvertUnit(std::string_view text, const qrl::TEncoding& encoding, const TUnitRules& rules) {
-  return TUnitPass(text, encoding, rules).Run();
+TUnitResult ConvertUnit(std::string_view text, const qrl::TEncoding& encoding, const TUnitRules& rules,
+                        const TNameTable* names) {
+  return TUnitPass(text, encoding, rules, names).Run();
 }
 
 }  // namespace mig

@@ -4,13 +4,17 @@
 // writes the changed text, and looks for the form files that the unit's resource directives name.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "MigWizard/passes/ClassMap.h"
+#include "MigWizard/passes/NameTable.h"
 #include "MigWizard/passes/TextEdits.h"
+#include "MigWizard/passes/UnitWords.h"
 #include "qrl/Encoding.h"
 
 namespace mig {
@@ -24,15 +28,26 @@ struct TUnitRules {
   std::function<std::string(std::string_view oldClass, std::string_view newClass)> GetReplacement;
 };
 
+// A name or a word of the language that findings depend on.
+struct TUnitMark {
+  size_t Offset = 0;
+  uint32_t Flags = 0;  // as in the table of names
+};
+
 struct TUnitResult {
   TTextEdits Edits;
   int Changes = 0;
   std::vector<size_t> LeftOut;  // positions of edits that were removed by choice, in ascending order
   bool NamesNewUnits = false;   // a uses clause names one of the new units
   std::vector<std::string_view> ResourceDirectives;  // views into the text, in its order: "{$R *.dfm}"
+  std::vector<std::string_view> ChangedComments;     // views into the text: those with edits, in its order
+  std::vector<TTextRange> UsesClauses;               // from `uses` to the semicolon
+  std::vector<TUnitMark> Marks;  // in the order of the text, none of them in a uses clause or a comment
 };
 
-TUnitResult ConvertUnit(std::string_view text, const qrl::TEncoding& encoding, const TUnitRules& rules);
+// `names`, unless null, is a table by MakeUnitNames. The result has its marks then.
+TUnitResult ConvertUnit(std::string_view text, const qrl::TEncoding& encoding, const TUnitRules& rules,
+                        const TNameTable* names = nullptr);
 
 // Returns the full name of the form file that a resource directive names, or an empty string if it names
 // none. `sourceFile` is the unit's Windows path, `encoding` that of its text. Does not check that the file

@@ -75,6 +75,7 @@ void TUnitReader::ReadDeclarations(int nesting) {
       case Implementation:
         if (!isUnit) return;
         FIsInterface = Word() == Interface;
+        if (!FIsInterface) FOutline.InterfaceNames = FOutline.Names.size();
         mode = TMode::None;
         Next();
         break;
@@ -167,7 +168,6 @@ void TUnitReader::ReadUses() {
         FAt += 2;
       }
       const bool hasPath = rtl::SameText(Token().Lexem, "in");
-      FOutline.UsedUnits.push_back(rtl::LowerCase(name));
       FUsedUnits.push_back({std::move(name), offset, hasPath});
     } else if (Word() == End || Word() == Implementation) {
       return;

@@ -1,10 +1,6 @@
 #include "MigWizard/passes/UnitWords.h"
 
-#include <array>
-#include <iterator>
-
 #include "MigWizard/engine/PasParser.h"
-#include "rtl/text/SysUtils.h"
 
 namespace mig {
 namespace {
@@ -16,7 +12,6 @@ struct TWordRow {
   TWord Word;
 };
 
-// Sorted by their first letter.
 constexpr TWordRow kWords[] = {
     {"asm", Asm},
     {"begin", Begin},
@@ -65,44 +60,36 @@ constexpr TWordRow kWords[] = {
     {"with", With},
 };
 
-// By first letter: the index of its first row.
-constexpr std::array<uint8_t, 27> kFirstRows = [] {
-  std::array<uint8_t, 27> first{};
-  for (size_t letter = 0, row = 0; letter < first.size(); ++letter) {
-    while (row < std::size(kWords) && static_cast<size_t>(kWords[row].Text[0] - 'a') < letter) ++row;
-    first[letter] = static_cast<uint8_t>(row);
-  }
-  return first;
-}();
-
-TWord WordOf(std::string_view lexem) {
-  const auto letter = static_cast<size_t>(static_cast<uint8_t>(lexem[0]) | 0x20) - 'a';
-  if (letter >= 26) return None;
-  for (size_t row = kFirstRows[letter]; row < kFirstRows[letter + 1]; ++row)
-    if (rtl::SameText(kWords[row].Text, lexem)) return kWords[row].Word;
-  return None;
-}
-
 }  // namespace
 
-TUnitTokens ReadUnitTokens(std::string_view text, const qrl::TEncoding& encoding) {
-  TUnitTokens tokens;
+void AddUnitWords(TNameTable& names) {
+  for (const TWordRow& row : kWords) names.Add(row.Text, static_cast<uint32_t>(row.Word));
+}
+
+std::vector<TUnitToken> ReadUnitTokens(std::string_view text, const qrl::TEncoding& encoding,
+                                       const TNameTable& names, const std::vector<TTextRange>& ranges) {
+  constexpr size_t kBytesPerToken = 4;
+  std::vector<TUnitToken> code;
+  size_t size = 0;
+  for (const TTextRange& range : ranges) size += range.End - range.Begin;
+  code.reserve(size / kBytesPerToken);
   TPasParser scanner(text, encoding);
   std::string_view lexem;
   bool isEscaped = false;  // &begin is a name
-  while (const int code = scanner.GetNext(lexem)) {
-    if (code == qrl::kWhiteSpace) continue;
-    if (code == qrl::kComment) {
-      tokens.Comments.push_back(lexem);
-      continue;
+  for (const TTextRange& range : ranges) {
+    scanner.SetPosition(range.Begin);
+    while (const int token = scanner.GetNext(lexem)) {
+      const size_t offset = scanner.PrevPos();
+      if (offset >= range.End) break;
+      if (token == qrl::kWhiteSpace || token == qrl::kComment) continue;
+      const bool canBeWord = token == qrl::kIdentifier || (token >= kEnd && token <= kUses);
+      const uint32_t flags = canBeWord ? names.Find(lexem) : 0;
+      const TWord word = isEscaped ? None : static_cast<TWord>(flags & kWordFlags);
+      isEscaped = lexem == "&";
+      if (!isEscaped) code.push_back({lexem, offset, flags & ~kWordFlags, word, canBeWord && word == None});
     }
-    const bool canBeWord = code == qrl::kIdentifier || (code >= kEnd && code <= kUses);
-    TUnitToken token{lexem, scanner.PrevPos(), canBeWord && !isEscaped ? WordOf(lexem) : None, false};
-    token.IsName = canBeWord && token.Word == None;
-    isEscaped = lexem == "&";
-    if (!isEscaped) tokens.Code.push_back(token);
   }
-  return tokens;
+  return code;
 }
 
 }  // namespace mig

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "MigWizard/passes/NameTable.h"
 #include "qrl/Encoding.h"
 
 namespace mig {
@@ -60,18 +61,33 @@ enum class TWord : uint8_t {
   With,
 };
 
+// The flags of a name in the table of a unit's names. The lowest bits are the TWord.
+inline constexpr uint32_t kWordFlags = 0xFF;
+inline constexpr uint32_t kMappedClass = 0x100;
+inline constexpr uint32_t kBringsLine = 0x200;  // a mapped class that is replaced by more than one line
+inline constexpr uint32_t kNewClass = 0x400;
+inline constexpr uint32_t kOldName = 0x800;     // a class, a function or an object of the old components
+inline constexpr uint32_t kOldMember = 0x1000;  // a member that a new class lacks
+
 struct TUnitToken {
   std::string_view Lexem;
   size_t Offset = 0;
+  uint32_t Flags = 0;  // of a name, without its word
   TWord Word = TWord::None;
   bool IsName = false;  // an identifier that is not a word of the list above
 };
 
-struct TUnitTokens {
-  std::vector<TUnitToken> Code;
-  std::vector<std::string_view> Comments;
+// A part of a text, as offsets in bytes from 0. `End` is the offset after its last byte.
+struct TTextRange {
+  size_t Begin = 0, End = 0;
 };
 
-TUnitTokens ReadUnitTokens(std::string_view text, const qrl::TEncoding& encoding);
+// Adds all words to the table of a unit's names.
+void AddUnitWords(TNameTable& names);
+
+// Returns the tokens that begin in one of `ranges`, which are in the order of the text and begin and end between
+// tokens. `names` has the words and the names of a unit (UnitMarks.h).
+std::vector<TUnitToken> ReadUnitTokens(std::string_view text, const qrl::TEncoding& encoding,
+                                       const TNameTable& names, const std::vector<TTextRange>& ranges);
 
 }  // namespace mig

@@ -19,6 +19,7 @@ size_t Block(char first, char second) {
 void TWordSearch::Add(std::string_view word) {
   FShortest = FWords.empty() ? word.size() : std::min(FShortest, word.size());
   FWords.emplace_back(word);
+  if (word.size() > 1) FFirstBlocks.set(Block(word[0], word[1]));
   FillSteps();
 }
 
@@ -49,7 +50,8 @@ bool TWordSearch::FindAny(std::string_view text) const {
     const auto begins = [rest](const std::string& word) {
       return rtl::SameText(rest.substr(0, word.size()), word);
     };
-    if (std::any_of(FWords.begin(), FWords.end(), begins)) return true;
+    if (FFirstBlocks[Block(rest[0], rest[1])] && std::any_of(FWords.begin(), FWords.end(), begins))
+      return true;
     ++end;
   }
   return false;

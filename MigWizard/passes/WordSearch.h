@@ -6,6 +6,7 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -24,7 +25,8 @@ class TWordSearch {
   void FillSteps();
 
   std::vector<std::string> FWords;
-  size_t FShortest = 0;  // bytes of the shortest word
+  size_t FShortest = 0;            // bytes of the shortest word
+  std::bitset<4096> FFirstBlocks;  // of the words
   std::array<uint8_t, 4096>
       FSteps{};  // by block: the least distance to the end of a word's first FShortest bytes
 };

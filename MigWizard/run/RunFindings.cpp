@@ -1,6 +1,7 @@
 #include "MigWizard/run/RunFindings.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "MigWizard/passes/UnitNames.h"
@@ -37,13 +38,14 @@ void TRunFindings::AddFile(const std::string& fileName, const TFileConversion& c
   file.IsUnit = IsUnitSource(fileName);
   file.Changes = conversion.Changes;
   file.IsChanged = isChanged;
+  file.NamesNewUnits = conversion.NamesNewUnits;
   file.BackupName = backupName;
   if (!conversion.Findings) return;
   const TFileFindings& found = *conversion.Findings;
   file.IsBinary = found.IsBinary;
   file.Encoding = found.Encoding;
   file.Converted = found.Converted;
-  file.Findings = found.Findings;
+  FKept.emplace_back(conversion.Findings, FFiles.size() - 1);
   for (const std::string& form : std::exchange(FMissingForms, {})) {
     const auto place = std::find(conversion.FormFiles.begin(), conversion.FormFiles.end(), form);
     if (place == conversion.FormFiles.end()) continue;
@@ -52,9 +54,7 @@ void TRunFindings::AddFile(const std::string& fileName, const TFileConversion& c
     finding.Subject = rtl::ExtractFileName(form);
     file.Findings.push_back(std::move(finding));
   }
-  if (!found.Outline) return;
-  FKept.push_back(conversion.Findings);
-  FUnits.push_back({&*found.Outline, FFiles.size() - 1});
+  if (found.Outline) FUnits.push_back({&*found.Outline, FFiles.size() - 1});
 }
 
 void TRunFindings::AddMissingForm(const std::string& formName) {
@@ -70,6 +70,7 @@ void TRunFindings::AddOtherForm(const std::string& fileName, size_t mappedObject
 }
 
 std::vector<TFileReport> TRunFindings::Finish() {
+  TakeFindings();
   Index();
   for (const TUnit& unit : FUnits) ResolveUses(unit);
   for (TFileReport& file : FFiles) {
@@ -81,6 +82,18 @@ std::vector<TFileReport> TRunFindings::Finish() {
   FNames.clear();
   FOutlines.clear();
   return std::exchange(FFiles, {});
+}
+
+// Moves the findings of the files to their reports, or copies them if someone else has them too.
+void TRunFindings::TakeFindings() {
+  for (const auto& [found, index] : FKept) {
+    std::vector<TFinding> findings =
+        found.use_count() == 1 ? std::exchange(found->Findings, {}) : found->Findings;
+    std::vector<TFinding>& others = FFiles[index].Findings;
+    findings.insert(findings.end(), std::make_move_iterator(others.begin()),
+                    std::make_move_iterator(others.end()));
+    others = std::move(findings);
+  }
 }
 
 void TRunFindings::Index() {
@@ -139,13 +152,16 @@ bool TRunFindings::IsUsersOwn(const TUnit& unit, const TNameUse& use) const {
   const auto names = FNames.find(rtl::LowerCase(use.Name));
   if (names != FNames.end()) {
     for (const TFound& found : names->second)
-      if (found.Unit == &unit || Uses(unit, *found.Unit)) return true;
+      if (found.Unit == &unit || Sees(unit, found)) return true;
   }
   return !use.Owner.empty() && FindMember(use.Owner, use.Name).Declaration != nullptr;
 }
 
-bool TRunFindings::Uses(const TUnit& unit, const TUnit& other) const {
-  const std::string name = LastPart(other.Outline->Name);
+// Returns True if `unit` uses the unit of the declaration, which is in the interface section there.
+bool TRunFindings::Sees(const TUnit& unit, const TFound& found) const {
+  const TUnitOutline& other = *found.Unit->Outline;
+  if (found.Declaration >= other.Names.data() + other.InterfaceNames) return false;
+  const std::string name = LastPart(other.Name);
   return std::any_of(unit.Outline->UsedUnits.begin(), unit.Outline->UsedUnits.end(),
                      [&name](const std::string& used) { return LastPart(used) == name; });
 }
@@ -175,7 +191,7 @@ TRunFindings::TFound TRunFindings::FindFirst(const TUnit& unit, const TNameUse& 
   TFound result;
   for (const TFound& found : names->second) {
     if (found.Unit == &unit) return found;
-    if (!Uses(unit, *found.Unit)) continue;
+    if (!Sees(unit, found)) continue;
     if (result.Declaration != nullptr) return {};  // declared by two units
     result = found;
   }

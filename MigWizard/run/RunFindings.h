@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "MigWizard/passes/ClassMap.h"
@@ -26,6 +27,7 @@ struct TFileReport {
   std::string Encoding;  // "source code page", "UTF-8", "UTF-16"; empty if the file was not inspected
   int Changes = 0;
   bool IsChanged = false;
+  bool NamesNewUnits = false;              // of a unit: it named one of the new units before the run
   std::string BackupName;                  // full Windows path; empty without a backup
   std::vector<TConvertedClass> Converted;  // of a form
   std::vector<TFinding> Findings;          // in the order of the file
@@ -60,20 +62,22 @@ class TRunFindings {
     const TUnit* Unit = nullptr;
   };
 
+  void TakeFindings();
   void Index();
+  bool Sees(const TUnit& unit, const TFound& found) const;
   void ResolveUses(const TUnit& unit);
   bool IsUsersOwn(const TUnit& unit, const TNameUse& use) const;
   TFound Resolve(const TUnit& unit, const TNameUse& use) const;
   TFound FindFirst(const TUnit& unit, const TNameUse& use) const;
   TFound FindMember(const std::string& className, const std::string& member) const;
   std::string ConvertedClassOf(const std::string& type, const std::string& member) const;
-  bool Uses(const TUnit& unit, const TUnit& other) const;
   void DropUsersOwn(TFileReport& file) const;
 
   const TClassMap& FClasses;
   const TOldNames& FOldNames;
   std::vector<TFileReport> FFiles;
-  std::vector<std::shared_ptr<const TFileFindings>> FKept;  // own the outlines
+  // The findings of files, and the index of each file in FFiles. They own the outlines.
+  std::vector<std::pair<std::shared_ptr<TFileFindings>, size_t>> FKept;
   std::vector<std::string> FMissingForms;
   std::vector<TUnit> FUnits;
   std::unordered_map<std::string, std::vector<TFound>> FNames;  // of units, by lower case

@@ -1,0 +1,70 @@
+#include "MigWizard/passes/NameTable.h"
+
+#include "rtl/text/SysUtils.h"
+
+namespace mig {
+namespace {
+
+constexpr size_t kFewestSlots = 64;  // a power of two
+constexpr size_t kSlotsPerEntry = 4;
+
+}  // namespace
+
+TNameTable::TNameTable() : FSlots(kFewestSlots) {}
+
+void TNameTable::Add(std::string_view name, uint32_t flags) {
+  const size_t slot = SlotOf(name);
+  if (FSlots[slot] != 0) {
+    FEntries[FSlots[slot] - 1U].Flags |= flags;
+    return;
+  }
+  FEntries.push_back({std::string(name), flags});
+  FSlots[slot] = static_cast<uint16_t>(FEntries.size());
+  FStarts.set(StartOf(name));
+  FEnds.set(EndOf(name));
+  if (FEntries.size() * kSlotsPerEntry > FSlots.size()) Grow();
+}
+
+void TNameTable::AddPrefix(std::string_view prefix, uint32_t flags) {
+  FPrefixes.push_back({std::string(prefix), flags});
+  FPrefixStarts.set(StartOf(prefix));
+}
+
+void TNameTable::Grow() {
+  FSlots.assign(2 * FSlots.size(), 0);
+  for (size_t i = 0; i < FEntries.size(); ++i)
+    FSlots[SlotOf(FEntries[i].Name)] = static_cast<uint16_t>(i + 1);
+}
+
+// FNV-1a of the name in lower case.
+size_t TNameTable::HashOf(std::string_view name) {
+  uint32_t hash = 2166136261U;
+  for (const char c : name) {
+    const auto byte = static_cast<uint8_t>(c);
+    hash = (hash ^ (byte >= 'A' && byte <= 'Z' ? byte | 0x20U : byte)) * 16777619U;
+  }
+  return hash ^ hash >> 15;
+}
+
+// Returns the slot of the name, or the empty one where it has to be added.
+size_t TNameTable::SlotOf(std::string_view name) const {
+  const size_t mask = FSlots.size() - 1;
+  size_t slot = HashOf(name) & mask;
+  while (FSlots[slot] != 0 && !rtl::SameText(FEntries[FSlots[slot] - 1U].Name, name))
+    slot = (slot + 1) & mask;
+  return slot;
+}
+
+uint32_t TNameTable::Search(std::string_view name) const {
+  const uint16_t entry = FSlots[SlotOf(name)];
+  return entry == 0 ? 0 : FEntries[entry - 1U].Flags;
+}
+
+uint32_t TNameTable::FindPrefix(std::string_view name) const {
+  uint32_t flags = 0;
+  for (const TEntry& prefix : FPrefixes)
+    if (rtl::SameText(name.substr(0, prefix.Name.size()), prefix.Name)) flags |= prefix.Flags;
+  return flags;
+}
+
+}  // namespace mig

@@ -1,0 +1,141 @@
+#include "MigWizard/passes/UnitMarks.h"
+
+#include <algorithm>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace mig {
+namespace {
+
+using enum TWord;
+
+constexpr uint32_t kUse = kOldName | kOldMember;
+
+TWord WordOf(const TUnitMark& mark) {
+  return static_cast<TWord>(mark.Flags & kWordFlags);
+}
+
+class TPartFinder {
+ public:
+  TPartFinder(size_t size, const TUnitResult& unit) : FSize(size), FUnit(unit) {}
+
+  TUnitParts Find() {
+    const std::vector<TUnitMark>& marks = FUnit.Marks;
+    auto mark = std::find_if(marks.begin(), marks.end(),
+                             [](const TUnitMark& each) { return WordOf(each) == Implementation; });
+    if (mark == marks.end()) {  // a program
+      mark = marks.begin();
+      FKeepsAll = true;
+    } else {
+      FSection = (mark++)->Offset + kImplementation.size();
+      Keep(0, FSection);
+      FKeepsAll = Any({mark, marks.end()}, kUse);
+      if (!FKeepsAll && !Any({mark, marks.end()}, kBringsLine)) mark = marks.end();
+    }
+    ReadBodies({mark, marks.end()});
+    return std::move(FParts);
+  }
+
+ private:
+  using TMarks = std::span<const TUnitMark>;
+
+  static bool Any(TMarks marks, uint32_t flags) {
+    return std::any_of(marks.begin(), marks.end(),
+                       [flags](const TUnitMark& mark) { return (mark.Flags & flags) != 0; });
+  }
+
+  // Divides the text into sections, each of which ends with the outermost body of a routine.
+  void ReadBodies(TMarks marks) {
+    size_t section = 0, body = 0;  // indices of marks
+    int depth = 0;
+    for (size_t i = 0; i < marks.size(); ++i) {
+      const TWord word = WordOf(marks[i]);
+      if (depth == 0) {
+        if (word == Initialization || word == Finalization) break;
+        if (word != Begin && word != Asm) continue;
+        EndDeclarations(marks.subspan(section, i - section), marks[i].Offset);
+        body = i;
+        depth = 1;
+      } else if (word == Begin || word == Asm || word == Case || word == Try) {
+        ++depth;
+      } else if (word == End && --depth == 0) {
+        EndBody(marks.subspan(body, i - body), marks[i].Offset);
+        FSection = marks[i].Offset;
+        section = i + 1;
+      }
+    }
+    if (depth > 0) {
+      EndBody(marks.subspan(body), FSize);
+    } else {
+      EndDeclarations(marks.subspan(section), FSize);  // and the statements of `initialization`
+    }
+  }
+
+  void EndDeclarations(TMarks marks, size_t end) {
+    if (FKeepsAll || Any(marks, kBringsLine)) {
+      Keep(FSection, end);
+    } else {
+      if (FIsAfterBody) Keep(FSection, FSection + kEndWord.size());
+      for (const TTextRange& uses : FUnit.UsesClauses)
+        if (uses.Begin >= FSection && uses.End <= end) Keep(uses.Begin, uses.End);
+    }
+    FSection = end;
+  }
+
+  // The body begins with its first mark. `end` is the offset of its `end`.
+  void EndBody(TMarks marks, size_t end) {
+    FIsAfterBody = true;
+    if (FKeepsAll && Any(marks, kUse)) return Keep(FSection, end);
+    Keep(FSection, FSection + (WordOf(marks[0]) == Asm ? kAsm : kBegin).size());
+    for (const TUnitMark& mark : marks)
+      if ((mark.Flags & kBringsLine) != 0) FParts.LinesInBodies.push_back(mark.Offset);
+  }
+
+  void Keep(size_t begin, size_t end) {
+    std::vector<TTextRange>& ranges = FParts.Ranges;
+    if (!ranges.empty() && ranges.back().End == begin) {
+      ranges.back().End = end;
+    } else {
+      ranges.push_back({begin, end});
+    }
+  }
+
+  static constexpr std::string_view kImplementation = "implementation", kBegin = "begin", kAsm = "asm",
+                                    kEndWord = "end";
+
+  const size_t FSize;
+  const TUnitResult& FUnit;
+  bool FKeepsAll = false;     // except bodies
+  bool FIsAfterBody = false;  // the section begins with the `end` of a body
+  size_t FSection = 0;        // where the current section begins
+  TUnitParts FParts;
+};
+
+}  // namespace
+
+TNameTable MakeUnitNames(const TUnitRules& rules, const TOldNames& oldNames) {
+  TNameTable names;
+  AddUnitWords(names);
+  const rtl::TStringList& classes = rules.Classes.MappedClasses();
+  for (int i = 0; i < classes.Count(); ++i) {
+    const std::string& newClass = *rules.Classes.Find(classes[i]);
+    const bool bringsLine = rules.GetReplacement(classes[i], newClass).find('\n') != std::string::npos;
+    names.Add(classes[i], kMappedClass | (bringsLine ? kBringsLine : 0));
+    names.Add(newClass, kNewClass);
+  }
+  oldNames.ForEach([&](TOldNames::TKind kind, const std::string& name) {
+    if (kind == TOldNames::Prefix) names.AddPrefix(name, kOldName);
+    const bool isReported = kind == TOldNames::Class || kind == TOldNames::Call || kind == TOldNames::Object;
+    if (isReported && rules.Classes.Find(name) == nullptr) names.Add(name, kOldName);
+  });
+  oldNames.ForEachMember([&names](const std::string& name) { names.Add(name, kOldMember); });
+  return names;
+}
+
+TUnitParts PartsToRead(size_t size, const TUnitResult& unit) {
+  return TPartFinder(size, unit).Find();
+}
+
+}  // namespace mig
