@@ -223,6 +223,7 @@ TEST(ConsoleTest, APatchOnATerminal) {
       {"TERM=xterm PAGER='cat; echo end'", "auto", coloured + "end\n"},
       {"TERM=xterm PAGER='cat; echo end' NO_COLOR=1", "auto", std::string(kPatchB) + "end\n"},
       {"TERM=dumb PAGER=false", "auto", kPatchB},
+      {"TERM=xterm PAGER=", "auto", coloured},
       {"TERM=dumb", "always", coloured},
   };
   const char* const summary =

@@ -13,7 +13,7 @@ namespace {
   dup2(input, STDIN_FILENO);
   setenv("LESS", "FRX", /*overwrite=*/0);
   const char* const pager = std::getenv("PAGER");
-  execl("/bin/sh", "sh", "-c", pager != nullptr && *pager != '\0' ? pager : "less || cat", nullptr);
+  execl("/bin/sh", "sh", "-c", pager != nullptr ? pager : "less || cat", nullptr);
   _exit(127);
 }
 
@@ -28,6 +28,8 @@ void TPager::Finish() {
 }
 
 bool TPager::Start() {
+  const char* const pager = std::getenv("PAGER");
+  if (pager != nullptr && *pager == '\0') return false;
   int ends[2];
   if (FPipe < 0 && pipe(ends) == 0) {
     FProcess = fork();
