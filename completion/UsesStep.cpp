@@ -102,6 +102,10 @@ std::string ApplyEdits(std::string_view text, std::vector<TEdit> edits) {
   for (const TEdit& edit : edits) {
     result.append(text.substr(done, edit.Offset - done)).append(edit.Replacement);
     done = edit.Offset + edit.Length;
+    // No blanks are left at the end of a line whose last item is removed.
+    const bool endsLine = done == text.size() || text[done] == '\r' || text[done] == '\n';
+    if (edit.Length > 0 && edit.Replacement.empty() && endsLine)
+      result.resize(result.find_last_not_of(" \t") + 1);
   }
   return result.append(text.substr(done));
 }
