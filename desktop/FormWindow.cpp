@@ -89,11 +89,23 @@ void TFormWindow::Run() {
   FForm.SetTop(y());
 }
 
-void TFormWindow::Place() {
+// Makes the window large enough for all texts. The style measures some of them only when they are shown.
+void TFormWindow::Fit() {
   layout()->activate();
-  const int width = sizeHint().expandedTo(minimumSize()).width();
-  setFixedSize(width,
-               layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width) : sizeHint().height());
+  const int width = isVisible() ? this->width() : sizeHint().expandedTo(minimumSize()).width();
+  const int height =
+      layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width) : sizeHint().height();
+  setFixedSize(width, isVisible() ? qMax(height, this->height()) : height);
+}
+
+bool TFormWindow::event(QEvent* event) {
+  const bool isHandled = QDialog::event(event);
+  if (event->type() == QEvent::LayoutRequest && isVisible()) Fit();
+  return isHandled;
+}
+
+void TFormWindow::Place() {
+  Fit();
   const QRect wanted(QPoint(FForm.Left(), FForm.Top()), size());
   const QScreen* const screen = QGuiApplication::screenAt(wanted.center());
   if (!FForm.Centered() && screen != nullptr) {

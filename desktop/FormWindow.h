@@ -31,13 +31,15 @@ class TFormWindow : public QDialog, public rtl::IFormView {
   void ModalResultChanged() override;
 
  protected:
-  void reject() override;                        // the Escape key
+  void reject() override;  // the Escape key
+  bool event(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;  // the system menu
 
  private:
   void AddWidgets(const std::vector<rtl::TControl*>& controls, QWidget* parent);
   void ConnectLabels();
   void SetTabOrder();
+  void Fit();
   void Place();
   void RunEvent(const std::function<void()>& event);
   void BeIdle();

@@ -34,6 +34,7 @@ namespace {
 
 constexpr char kTitle[] = "Migration Wizard";
 constexpr int kMessageTime = 10000;  // milliseconds
+constexpr int kTreeWidth = 390;      // pixels at first
 
 }  // namespace
 
@@ -120,7 +121,7 @@ void THostWindow::MakePanes() {
   FChangesPane = AddPane("ChangesPane", "Last run", FChanges, Qt::BottomDockWidgetArea);
   FChangesPane->hide();
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-  resizeDocks({FTreePane}, {310}, Qt::Horizontal);
+  resizeDocks({FTreePane}, {kTreeWidth}, Qt::Horizontal);
   FPosition = new QLabel;
   FPosition->setObjectName("Position");
   statusBar()->addPermanentWidget(FPosition);

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QStyledItemDelegate>
 #include <QTreeView>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -23,6 +24,18 @@ namespace {
 using TKind = TProjectModel::TKind;
 
 constexpr int kExpandedUnits = 200;  // up to this number of units all rows are expanded
+
+// Cuts a form's name and class on the right: its middle would tell neither. Names of files are cut in the middle.
+class TFormDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    option->textElideMode = Qt::ElideRight;
+  }
+};
 
 // Opens the folder of a file in the file manager.
 void Reveal(const std::string& fileName) {
@@ -45,6 +58,7 @@ TProjectTree::TProjectTree(host::THost& host, QWidget* parent)
   FView->setUniformRowHeights(true);
   FView->setExpandsOnDoubleClick(false);
   FView->setTextElideMode(Qt::ElideMiddle);
+  FView->setItemDelegateForColumn(TProjectModel::coForm, new TFormDelegate(FView));
   // Names are never cut. The forms get the rest of the width.
   FView->header()->setSectionResizeMode(TProjectModel::coName, QHeaderView::ResizeToContents);
   FView->header()->setResizeContentsPrecision(0);  // visible rows only

@@ -33,7 +33,14 @@ class DesktopTest : public tests::TWindowTest {
   void Use(TActs acts) {
     Do([this] { FExpert->ShowWizard(); }, std::move(acts));
   }
-  void BeforeAct(QWidget& window) override { TakePicture(window); }
+  void BeforeAct(QWidget& window) override {
+    TakePicture(window);
+    for (const QLabel* const label : window.findChildren<QLabel*>()) {
+      const QRect inside = label->contentsRect();
+      if (!label->isVisible() || !label->wordWrap()) continue;
+      EXPECT_GE(inside.height(), label->heightForWidth(inside.width())) << label->text().toStdString();
+    }
+  }
   static TAct Check(std::function<void(mig::TWizardForm&)> check) {
     return [=](QWidget&) { check(*mig::WizardForm); };
   }
