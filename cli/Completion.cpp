@@ -49,9 +49,9 @@ std::string BashValues(TValueKind kind, std::string_view valueName) {
     case TValueKind::Choice:
       return "COMPREPLY=($(compgen -W '" + Joined(valueName, " ") + "' -- \"$word\"))";
     case TValueKind::Folder:
-      return "compopt -o filenames; COMPREPLY=($(compgen -d -- \"$word\"))";
+      return "_kvamigrate_files -d";
     case TValueKind::File:
-      return "compopt -o filenames; COMPREPLY=($(compgen -f -- \"$word\"))";
+      return "_kvamigrate_files -f";
     default:
       return "COMPREPLY=()";
   }
@@ -83,8 +83,17 @@ std::string BashCommand(const TCommandRow& command) {
 
 std::string BashScript() {
   std::string text = R"(# Completion of kvamigrate for bash.
+_kvamigrate_files() {
+  compopt -o filenames
+  mapfile -t COMPREPLY < <(compgen "$1" -- "$word")
+}
 _kvamigrate() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} command=${COMP_WORDS[1]}
+  if [[ $word == = ]]; then  # bash splits --option=value into three words
+    word=
+  elif [[ $previous == = ]]; then
+    previous=${COMP_WORDS[COMP_CWORD-2]}
+  fi
   COMPREPLY=()
   if ((COMP_CWORD == 1)); then
     COMPREPLY=($(compgen -W ')" +

@@ -45,17 +45,20 @@ class OptionTableTest : public testing::Test {
 };
 
 TEST_F(OptionTableTest, BashCompletesEveryOption) {
-  const std::string start = CompletionScript("bash") +
-                            "t() { COMP_WORDS=(kvamigrate \"$@\"); COMP_CWORD=$#; _kvamigrate; echo "
-                            "${COMPREPLY[*]}; }\n";
+  FTree.MakeFolder("old forms");
+  const std::string start =
+      CompletionScript("bash") +
+      "compopt() { :; }; t() { COMP_WORDS=(kvamigrate \"$@\"); COMP_CWORD=$#; _kvamigrate; echo "
+      "${COMPREPLY[*]}; }\n";
   for (const TCommandRow& command : Commands()) {
     if (command.IsHidden) continue;
     EXPECT_EQ(LongOptions(Shell("bash", start + "t " + std::string(command.Name) + " --")),
               OptionsOf(command))
         << command.Name;
   }
-  EXPECT_EQ(Shell("bash", start + "t replace --mode ''; t form ''; t completion b; t re"),
-            "bde ibx\nto-text to-binary\nbash\nreplace restore\n");
+  EXPECT_EQ(Shell("bash", start + "t replace --mode ''; t replace --mode =; t replace --mode = i; t form ''\n"
+                                  "t completion b; t re; t replace --folder o; echo ${#COMPREPLY[*]}"),
+            "bde ibx\nbde ibx\nibx\nto-text to-binary\nbash\nreplace restore\nold forms\n1\n");
 }
 
 TEST_F(OptionTableTest, FishCompletesEveryOption) {
