@@ -17,6 +17,8 @@ namespace {
 
 using TWords = std::vector<std::string>;
 
+constexpr std::string_view kVersionOption = "--version";
+
 std::string Quoted(std::string_view text) {
   return "\"" + std::string(text) + "\"";
 }
@@ -27,11 +29,22 @@ std::string DidYouMean(std::string_view typed, const std::vector<std::string_vie
   return nearest.empty() ? std::string(".") : ". Did you mean " + std::string(nearest) + "?";
 }
 
+// Raises EUsage for an option where the command is expected.
+[[noreturn]] void RefuseOptionBeforeCommand(const std::string& word) {
+  const std::string name = word.substr(0, word.find('='));
+  for (const TCommandRow& command : Commands())
+    for (const TOption& option : command.Options)
+      if (option.Name == name || (name.size() == 2 && option.Short == name[1]))
+        throw EUsage("The option " + name + " goes after the command.");
+  throw EUsage("There is no option " + name + DidYouMean(name, {HelpOption().Name, kVersionOption}));
+}
+
 // Returns the command that `words` begin with, and removes its name from them; null if they are empty. Raises
 // EUsage if there is no such command.
 const TCommandRow* TakeCommand(TWords& words) {
   if (words.empty()) return nullptr;
-  std::vector<std::string_view> names, secondWords;
+  if (words[0].starts_with('-')) RefuseOptionBeforeCommand(words[0]);
+  std::vector<std::string_view> names = {kVersionOption}, secondWords;
   for (const TCommandRow& command : Commands()) {
     const std::array<std::string, 2> typed = {words[0], words.size() > 1 ? words[0] + " " + words[1] : ""};
     for (size_t count = 1; count <= typed.size(); ++count) {
@@ -161,7 +174,7 @@ void PrintHelp(TWords words) {
 std::variant<TCommandLine, int> ParseCommandLine(std::vector<std::string> words) {
   const TCommandRow* command = nullptr;
   try {
-    if (!words.empty() && words[0] == "--version") {
+    if (!words.empty() && words[0] == kVersionOption) {
       PrintText(VersionText() + "\n");
       return kExitOk;
     }
@@ -177,7 +190,8 @@ std::variant<TCommandLine, int> ParseCommandLine(std::vector<std::string> words)
     return kExitOk;
   } catch (const EUsage& error) {
     Complain(error.what());
-    Note("See \"kvamigrate help" + (command ? " " + std::string(command->Name) : "") + "\".");
+    Note("See \"kvamigrate help" +
+         (command && command->Command != TCommand::Help ? " " + std::string(command->Name) : "") + "\".");
     return kExitUsage;
   }
 }
