@@ -97,9 +97,7 @@ void TFindingsModel::SetDone(int entry, bool isDone) {
   FMarks->Set(TReviewMarks::TKind::Done, FEntries[static_cast<size_t>(entry)].Fingerprint, isDone);
 }
 
-bool TFindingsModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-  if (role != Qt::CheckStateRole || index.column() != Rule) return false;
-  const bool isDone = value.toInt() != Qt::Unchecked;
+void TFindingsModel::SetTick(const QModelIndex& index, bool isDone) {
   if (EntryAt(index) != nullptr) {
     SetDone(static_cast<int>(index.internalId()), isDone);
     emit dataChanged(index, index.siblingAtColumn(Message));
@@ -111,8 +109,6 @@ bool TFindingsModel::setData(const QModelIndex& index, const QVariant& value, in
     emit dataChanged(this->index(0, 0, index),
                      this->index(static_cast<int>(entries.size()) - 1, Message, index));
   }
-  if (OnTicked) OnTicked();
-  return true;
 }
 
 // --- The model ---
@@ -134,11 +130,6 @@ int TFindingsModel::rowCount(const QModelIndex& parent) const {
   if (FGroups.empty() || parent.column() > 0 || EntryAt(parent) != nullptr) return 0;
   if (FGrouping != TGrouping::None && !parent.isValid()) return static_cast<int>(FGroups.size());
   return static_cast<int>(FGroups[static_cast<size_t>(qMax(0, parent.row()))].Entries.size());
-}
-
-Qt::ItemFlags TFindingsModel::flags(const QModelIndex& index) const {
-  const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-  return index.column() == Rule ? flags | Qt::ItemIsUserCheckable : flags;
 }
 
 QString TFindingsModel::TextOf(const TEntry& entry, int column) const {
@@ -180,12 +171,6 @@ QVariant TFindingsModel::data(const QModelIndex& index, int role) const {
     default:
       return {};
   }
-}
-
-QVariant TFindingsModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  constexpr const char* kTitles[ColumnCount] = {"Rule", "Level", "Place", "Object", "What is left"};
-  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-  return kTitles[section];
 }
 
 }  // namespace desktop

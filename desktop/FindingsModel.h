@@ -1,24 +1,24 @@
 // The findings of a run as a table, in groups if wanted. The first column has a tick: done.
 #pragma once
 
-#include <QAbstractItemModel>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "desktop/ReviewMarks.h"
+#include "desktop/TickModel.h"
 #include "report/Report.h"
 
 namespace desktop {
 
-class TFindingsModel : public QAbstractItemModel {
+class TFindingsModel : public TTickModel {
  public:
-  enum TColumn { Rule, Level, Place, Object, Message, ColumnCount };
+  enum TColumn { Rule, Level, Place, Object, Message };
   enum class TGrouping { None, ByRule, ByFile };
   // Roles of an index: its value for sorting, and whether it is done.
   enum TRole { SortRole = Qt::UserRole, DoneRole };
 
-  explicit TFindingsModel(QObject* parent) : QAbstractItemModel(parent) {}
+  explicit TFindingsModel(QObject* parent)
+      : TTickModel({"Rule", "Level", "Place", "Object", "What is left"}, parent) {}
 
   // Shows the findings of `report`, with the ticks of `marks`. Neither is owned; both must outlive their use.
   void Show(const report::TReport& report, TReviewMarks& marks);
@@ -30,17 +30,13 @@ class TFindingsModel : public QAbstractItemModel {
   int Count() const { return static_cast<int>(FEntries.size()); }
   int Done() const;
 
-  // Called after the user has changed ticks.
-  std::function<void()> OnTicked;
-
   QModelIndex index(int row, int column, const QModelIndex& parent) const override;
   QModelIndex parent(const QModelIndex& index) const override;
   int rowCount(const QModelIndex& parent) const override;
-  int columnCount(const QModelIndex&) const override { return ColumnCount; }
-  Qt::ItemFlags flags(const QModelIndex& index) const override;
   QVariant data(const QModelIndex& index, int role) const override;
-  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
-  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ protected:
+  void SetTick(const QModelIndex& index, bool isTicked) override;
 
  private:
   struct TEntry {

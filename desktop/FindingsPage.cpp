@@ -78,7 +78,7 @@ TFindingsPage::TFindingsPage(QWidget* parent)
   FTable->setExpandsOnDoubleClick(false);
   FTable->sortByColumn(-1, Qt::AscendingOrder);
   const int unit = fontMetrics().averageCharWidth();
-  const int widths[] = {30, 9, 28, 26};
+  const int widths[] = {38, 9, 28, 26};
   for (int i = 0; i < 4; ++i) FTable->header()->resizeSection(i, widths[i] * unit);
 
   FAdvice->setObjectName("Advice");

@@ -34,7 +34,7 @@ namespace {
 
 constexpr char kTitle[] = "Migration Wizard";
 constexpr int kMessageTime = 10000;  // milliseconds
-constexpr int kTreeWidth = 390;      // pixels at first
+constexpr int kTreeWidth = 330;      // pixels at first
 
 }  // namespace
 

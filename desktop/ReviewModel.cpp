@@ -157,13 +157,10 @@ void TReviewModel::SetTicked(int file, bool isTicked) {
   TickParents(node);
 }
 
-bool TReviewModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-  if (role != Qt::CheckStateRole || index.column() != Name) return false;
+void TReviewModel::SetTick(const QModelIndex& index, bool isTicked) {
   const int node = static_cast<int>(index.internalId());
-  Tick(node, value.toInt() == Qt::Unchecked ? Qt::Unchecked : Qt::Checked);
+  Tick(node, isTicked ? Qt::Checked : Qt::Unchecked);
   TickParents(node);
-  if (OnTicked) OnTicked();
-  return true;
 }
 
 // --- The model ---
@@ -181,11 +178,6 @@ QModelIndex TReviewModel::parent(const QModelIndex& index) const {
 
 int TReviewModel::rowCount(const QModelIndex& parent) const {
   return FNodes.empty() || parent.column() > 0 ? 0 : static_cast<int>(NodeOf(parent).Children.size());
-}
-
-Qt::ItemFlags TReviewModel::flags(const QModelIndex& index) const {
-  const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-  return index.column() == Name ? flags | Qt::ItemIsUserCheckable : flags;
 }
 
 QVariant TReviewModel::data(const QModelIndex& index, int role) const {
@@ -206,11 +198,6 @@ QVariant TReviewModel::data(const QModelIndex& index, int role) const {
     default:
       return {};
   }
-}
-
-QVariant TReviewModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-  return section == Name ? "File" : section == Added ? "Added" : "Removed";
 }
 
 }  // namespace desktop

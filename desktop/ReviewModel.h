@@ -2,11 +2,10 @@
 // row has the number of added and removed lines and a tick: "reviewed" after a run, "convert" before it.
 #pragma once
 
-#include <QAbstractItemModel>
-#include <functional>
 #include <vector>
 
 #include "desktop/ReviewSet.h"
+#include "desktop/TickModel.h"
 
 namespace desktop {
 
@@ -22,13 +21,13 @@ struct TReviewRows {
   std::vector<TReviewEdit> Edits;
 };
 
-class TReviewModel : public QAbstractItemModel {
+class TReviewModel : public TTickModel {
  public:
-  enum TColumn { Name, Added, Removed, ColumnCount };
+  enum TColumn { Name, Added, Removed };
   // Further roles of an index: the file and the edit of a row, or -1.
   enum TRole { FileRole = Qt::UserRole, EditIndexRole };
 
-  explicit TReviewModel(QObject* parent) : QAbstractItemModel(parent) {}
+  explicit TReviewModel(QObject* parent) : TTickModel({"File", "Added", "Removed"}, parent) {}
 
   // Shows the files of `set`. `rows` has an entry for each of them or is empty. All ticks are `isTicked`.
   void Show(TReviewSetPtr set, const std::vector<TReviewRows>& rows, bool isTicked);
@@ -47,17 +46,13 @@ class TReviewModel : public QAbstractItemModel {
   int TickedFiles() const;
   QModelIndex IndexOf(int file) const;
 
-  // Called after the user has changed ticks.
-  std::function<void()> OnTicked;
-
   QModelIndex index(int row, int column, const QModelIndex& parent) const override;
   QModelIndex parent(const QModelIndex& index) const override;
   int rowCount(const QModelIndex& parent) const override;
-  int columnCount(const QModelIndex&) const override { return ColumnCount; }
-  Qt::ItemFlags flags(const QModelIndex& index) const override;
   QVariant data(const QModelIndex& index, int role) const override;
-  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
-  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ protected:
+  void SetTick(const QModelIndex& index, bool isTicked) override;
 
  private:
   struct TNode {
