@@ -112,7 +112,7 @@ std::string ContentsOf(const tests::TTempTree& tree, const std::string& name) {
 bool HasTemporaryFile(const tests::TTempTree& tree) {
   const TNames names = tree.Names();
   return std::any_of(names.begin(), names.end(),
-                     [](const std::string& name) { return name.ends_with(".$$$"); });
+                     [](const std::string& name) { return name.starts_with("~kva"); });
 }
 
 TEST(WinFaultsTest, AFailureIsReportedWithItsReasonAndLeavesTheTarget) {
@@ -237,6 +237,41 @@ TEST(WinFaultsTest, OnlyTemporaryFilesWithoutAnOwnerAreDeleted) {
   EXPECT_TRUE(TPosixFileSystem().ReplaceFileContents(run.Tree.WindowsPath("Old"), ""));
   EXPECT_FALSE(run.Tree.Exists(name));
   EXPECT_EQ(run.Tree.Names().size(), all.size() - 1);
+}
+
+// A process is killed at each call of an exchange, with and without an edit of the target before that call. The
+// next one deletes what it left, but no edit.
+TEST(WinFaultsTest, OnlyExchangedFilesWithKnownContentsAreDeleted) {
+  size_t kept = 0;
+  for (const bool isEdited : {false, true}) {
+    bool wasKilled = true;
+    for (size_t n = 1; wasKilled; ++n) {
+      TTry run;
+      const TFileStamp stamp = *run.Files.GetFileStamp(run.Tree.WindowsPath("Old"));
+      const pid_t child = fork();
+      if (child == 0) {
+        const THostFault fault(n, [&] {
+          if (isEdited) run.Tree.Write("Old", "edited");
+          kill(getpid(), SIGKILL);
+        });
+        _exit(run.Files.CopyOverUnchanged(run.Tree.WindowsPath("New"), run.Tree.WindowsPath("Old"), stamp)
+                  ? 0
+                  : 1);
+      }
+      int status = 0;
+      ASSERT_EQ(waitpid(child, &status, 0), child);
+      wasKilled = WIFSIGNALED(status);
+      for (const std::string& name : run.Tree.Names()) {
+        if (!name.ends_with("~") || !isEdited) continue;
+        run.Tree.Write(name, "edited");  // as if the edit had been made before the exchange
+        ++kept;
+      }
+      const bool isLeft = isEdited && HasTemporaryFile(run.Tree);
+      EXPECT_TRUE(run.Files.ReplaceFileContents(run.Tree.WindowsPath("next"), ""));
+      EXPECT_EQ(HasTemporaryFile(run.Tree), isLeft) << "killed in call " << n;
+    }
+  }
+  EXPECT_GT(kept, 0u);
 }
 
 TEST(WinFaultsTest, FlushAsksTheSystemAndReportsWhatItSays) {

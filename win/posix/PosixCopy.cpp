@@ -169,7 +169,7 @@ bool TPosixFileSystem::CopyOverUnchanged(std::string_view source, std::string_vi
     TFolderChange change(FFolders, to.Place);
     TTemporaryFile file(to.Place);
     SweepOnce(to.Place);
-    if (FWritten.NoteName(info.st_dev, to.Place) && file.Adopt(from)) {
+    if (FWritten.NoteName(info.st_dev, to.Place) && file.Adopt(from, FileStampOf(info), expected)) {
       removal.Commit({}, from.Leaf());
       if (!file.TakeNameOf(expected)) return FailErrno(errno);
       change.Commit(to.Place.Leaf());

@@ -2,8 +2,10 @@
 
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <utility>
 #include <vector>
@@ -15,7 +17,10 @@ namespace win {
 namespace {
 
 constexpr std::string_view kExtension = ".$$$";
-constexpr char kUnswept = '~';  // after the extension
+// Ends the name of a file that is exchanged for its target. Before the extension, the name then has the marks of
+// the file and of the target.
+constexpr char kExchanged = '~';
+constexpr size_t kMarkLength = 17;
 
 // Returns the prefix of the names given by processes on this computer. Temporary files of other computers
 // are left alone, because on a network volume a lock may be visible only to the computer that holds it.
@@ -40,8 +45,42 @@ std::string NewName(std::string_view folder) {
   return std::string(folder).append(NamePrefix()).append(number).append(kExtension);
 }
 
+// Returns text that tells states of files apart.
+std::string MarkOf(const TFileStamp& stamp) {
+  uint64_t hash = 14695981039346656037u;  // FNV-1a
+  for (const uint64_t part :
+       {stamp.Identity, static_cast<uint64_t>(stamp.Size), static_cast<uint64_t>(stamp.Modified)}) {
+    for (unsigned shift = 0; shift < 64; shift += 8) hash = (hash ^ (part >> shift & 0xFF)) * 1099511628211u;
+  }
+  char mark[kMarkLength + 1];
+  std::snprintf(mark, sizeof mark, "-%016llx", static_cast<unsigned long long>(hash));
+  return mark;
+}
+
+std::string NewExchangedName(std::string_view folder, const TFileStamp& own, const TFileStamp& target) {
+  std::string name = NewName(folder);
+  name.insert(name.size() - kExtension.size(), MarkOf(own) + MarkOf(target));
+  return name + kExchanged;
+}
+
+// Returns whether the process that gave the name runs.
+bool HasOwner(std::string_view name) {
+  const long id = std::strtol(std::string(name.substr(NamePrefix().size())).c_str(), nullptr, 16);
+  return id <= 0 || kill(static_cast<pid_t>(id), 0) == 0 || errno != ESRCH;
+}
+
+// Returns whether the file of an exchanged name is in the state of one of its marks, so that its contents are
+// not the only ones: either its target was not exchanged yet, or it is the target that was to be replaced.
+bool IsMarked(std::string_view name, const struct stat& info) {
+  name.remove_suffix(kExtension.size() + 1);
+  const std::string mark = MarkOf(FileStampOf(info));
+  return name.size() > 2 * kMarkLength &&
+         (name.ends_with(mark) || name.substr(0, name.size() - kMarkLength).ends_with(mark));
+}
+
 bool IsTemporaryName(std::string_view name) {
   const std::string& prefix = NamePrefix();
+  if (name.ends_with(kExchanged)) name.remove_suffix(1);
   if (!name.starts_with(prefix) || !name.ends_with(kExtension)) return false;
   name = name.substr(prefix.size(), name.size() - prefix.size() - kExtension.size());
   return name.find_first_not_of("0123456789abcdef-") == std::string_view::npos;
@@ -53,6 +92,7 @@ void SweepFile(int folder, const char* name) {
   struct stat info {
   }, named{};
   if (!fd.IsOpen() || Retry<fstat>(fd.Get(), &info) != 0 || !S_ISREG(info.st_mode)) return;
+  if (std::string_view(name).ends_with(kExchanged) && (HasOwner(name) || !IsMarked(name, info))) return;
   if (TryLock(fd.Get()) != TLocking::Locked) return;
   // The owner may have renamed it to the target before the lock was taken.
   if (Retry<fstatat>(folder, name, &named, AT_SYMLINK_NOFOLLOW) == 0 && IsSameFile(named, info)) {
@@ -86,10 +126,11 @@ bool TTemporaryFile::Create(mode_t mode, struct stat& info) {
   }
 }
 
-bool TTemporaryFile::Adopt([[maybe_unused]] const THostPath& source) {
+bool TTemporaryFile::Adopt([[maybe_unused]] const THostPath& source, [[maybe_unused]] const TFileStamp& own,
+                           [[maybe_unused]] const TFileStamp& expected) {
 #ifdef RENAME_EXCHANGE
   for (;;) {
-    const std::string path = NewName(FTarget.Folder()) + kUnswept;
+    const std::string path = NewExchangedName(FTarget.Folder(), own, expected);
     if (Retry<renameat2>(source.Base, source.Path.c_str(), FTarget.Base, path.c_str(),
                          unsigned{RENAME_NOREPLACE}) == 0) {
       FPath = path;
@@ -128,10 +169,12 @@ bool TTemporaryFile::TakeNameOf(const TFileStamp& expected) {
     return FileStampOf(info) == expected ? 0 : ESTALE;
   };
 #ifdef RENAME_EXCHANGE
-  // After the exchange the temporary name holds the file of the last writer, so it must not be a name that
-  // is swept: if the process is killed at this point, the file stays and is not deleted.
-  if (!FPath.ends_with(kUnswept)) {
-    std::string kept = FPath + kUnswept;
+  // After the exchange the temporary name holds the file of the last writer, so it must be a name that is
+  // swept only with the file that is expected: if the process is killed at this point, an edit stays.
+  if (!FPath.ends_with(kExchanged)) {
+    struct stat own {};
+    if (Retry<fstat>(FFd.Get(), &own) != 0) return false;
+    std::string kept = NewExchangedName(FTarget.Folder(), FileStampOf(own), expected);
     if (Retry<renameat>(FTarget.Base, FPath.c_str(), FTarget.Base, kept.c_str()) != 0) return false;
     FPath = std::move(kept);
   }
@@ -142,9 +185,10 @@ bool TTemporaryFile::TakeNameOf(const TFileStamp& expected) {
   };
   if (exchange()) {
     const int failure = check(FPath.c_str());
-    if (failure == 0) Retry<unlinkat>(FTarget.Base, FPath.c_str(), 0);
-    // If it cannot be restored, the other writer's file stays under the temporary name.
-    if (failure == 0 || !exchange()) FPath.clear();
+    // If it cannot be restored, the other writer's file stays under the temporary name. If the expected file
+    // cannot be deleted, the destructor tries again.
+    const bool isDone = failure == 0 ? Retry<unlinkat>(FTarget.Base, FPath.c_str(), 0) == 0 : !exchange();
+    if (isDone) FPath.clear();
     errno = failure;
     return failure == 0;
   }

@@ -1,7 +1,9 @@
 // A file that is written under a temporary name in its target's folder and then takes the target's name.
 //
 // The temporary file is locked until it has the target's name or is deleted. So a temporary file that can be
-// locked was left by a process that no longer runs, and may be deleted.
+// locked was left by a process that no longer runs, and may be deleted. Where the file is exchanged for its
+// target, the temporary name ends in '~' and tells what both files were. Such a file is deleted only if it is one
+// of them and the process of that name no longer runs: anything else is the edit of another writer.
 #pragma once
 
 #include <string>
@@ -26,10 +28,10 @@ class TTemporaryFile {
   // an extension that no run looks for.
   bool Create(mode_t mode, struct stat& info);
 
-  // Renames the file `source`, on the same volume, so that TakeNameOf gives it the target's name. On failure
-  // returns false, with errno, and `source` is unchanged. Always fails on hosts that cannot rename without
-  // replacing another file.
-  bool Adopt(const THostPath& source);
+  // Renames the file `source`, on the same volume and with the stamp `own`, so that TakeNameOf, with the same
+  // `expected`, gives it the target's name. On failure returns false, with errno, and `source` is unchanged.
+  // Always fails on hosts that cannot rename without replacing another file.
+  bool Adopt(const THostPath& source, const TFileStamp& own, const TFileStamp& expected);
 
   int Fd() const { return FFd.Get(); }
 
