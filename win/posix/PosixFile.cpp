@@ -120,7 +120,7 @@ TUniqueFd TPosixFileSystem::OpenForWriting(std::string_view path, THostPath& pla
     return Retry<openat>(at.Base, at.Path.c_str(), O_RDWR | create | kOpenFlags, 0666);
   };
   TUniqueFd fd(AtPlace(
-      place, [&open](const THostPath& at) { return open(at, 0); }, TAbsence::Trusted));
+      place, [&open](const THostPath& at) { return open(at, 0); }, TAbsence::Assumed));
   if (!fd.IsOpen() && errno == ENOENT) {
     TFolderChange change(FFolders, place);
     fd = TUniqueFd(open(place, O_CREAT));  // also through a link that leads to no file yet

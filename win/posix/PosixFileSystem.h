@@ -59,7 +59,8 @@ class TPosixFileSystem : public TFileSystem {
   // case.
   enum class TAbsence {
     Verified,  // looks for one that was created since
-    Trusted    // accepts the listing: the caller creates the name, and another can appear after any check
+    Trusted,   // accepts the listing: the caller creates the name, and another can appear after any check
+    Assumed    // the same, without a call: the caller opens the name whether it exists or not
   };
 
   // Calls `operation`, which returns a negative number and sets errno on failure, with `place` as given (or
@@ -113,9 +114,13 @@ int TPosixFileSystem::AtPlace(THostPath& place, const TOperation& operation, TAb
   const int base = place.Base;
   const std::string given = place.Path;
   const TFolderCache::TRecent recent = FFolders.LookUpRecent(place);
+  if (recent == TFolderCache::TRecent::Absent && absence == TAbsence::Assumed) {
+    errno = ENOENT;
+    return -1;
+  }
   const int first = operation(place);
   if (first >= 0 || errno != ENOENT) return first;
-  if (recent == TFolderCache::TRecent::Absent && absence == TAbsence::Trusted) return first;
+  if (recent == TFolderCache::TRecent::Absent && absence != TAbsence::Verified) return first;
   // The listing is wrong, or the name is a link that leads nowhere.
   if (recent == TFolderCache::TRecent::Present) FFolders.Forget(place);
   for (int attempt = 1;; ++attempt) {

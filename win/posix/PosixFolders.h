@@ -20,8 +20,9 @@
 //    where a name is found or is about to be created, because a run does many things in one folder in a row.
 //    Of own changes that follow each other within that time only some read the folder's new times; if the
 //    last one did not, the folder is read again. Without this rule a run takes 5 to 10 % more processor time.
-//  - The exact name is always looked up on the disk first, and a name that was found here is verified by the
-//    operation for which it was looked up: see TPosixFileSystem::AtPlace.
+//  - The exact name is always looked up on the disk first, unless the caller opens or creates it in one call.
+//    A name that was found here is verified by the operation for which it was looked up: see
+//    TPosixFileSystem::AtPlace.
 #pragma once
 
 #include <cstdint>
