@@ -51,7 +51,7 @@ CLASSES = {  # what perl renames: the classes of the family bde
 MECHANISMS = {  # by the end of the name of the program without it
     "thread": "the second thread", "ahead": "reading files ahead", "search": "the word search before the scanner",
     "move": "moving changed files into place", "trust": "10 ms of trust in a listing", "cache": "listings kept by own changes",
-    "held": "folders held open",
+    "held": "folders held open", "memory": "keeping freed memory",
 }
 
 
@@ -116,8 +116,8 @@ def size_of(tree):
     return sum(os.path.getsize(os.path.join(d, f)) for d, _, files in os.walk(tree) for f in files)
 
 
-def form_rounds(rounds):
-    """The large forms take longer."""
+def fewer(rounds):
+    """Of the rows that take longer: the large forms, and the runs on the disk."""
     return max(3, rounds // 2)
 
 
@@ -125,9 +125,10 @@ class Benchmarks:
     def __init__(self, build, folder, rounds, units):
         self.bin = os.path.join(build, "bench")
         self.program = os.path.join(build, "cli", "kvamigrate")
-        self.folder, self.rounds, self.units = folder, rounds, units
+        self.folder, self.units = folder, units
         self.work = os.path.join(folder, "work")
         self.on_disk = not folder.startswith(MEMORY)
+        self.rounds = fewer(rounds) if self.on_disk else rounds
 
     def run(self, command, cwd=None):
         return run(command, self.folder, cwd)
@@ -261,7 +262,7 @@ class Benchmarks:
                 peaks.append(cost.peak)
                 return cost
 
-            ratio, words = pairs(form_rounds(self.rounds), on_large, lambda: self.migrate(small))
+            ratio, words = pairs(fewer(self.rounds), on_large, lambda: self.migrate(small))
             size = os.path.getsize(os.path.join(large, "Big.dfm"))
             yield Row(f"A form of 50 MB, beside one of 5 MB: {kind}", ratio, 10, True,
                       f"20,000 and 2,000 objects to convert; {words}")
@@ -387,8 +388,8 @@ def table(rows, rounds):
              f"the table of one group ({', '.join(GROUPS)}), and `--quick` shows in a few minutes whether all of it "
              "runs.", "",
              "Each row but those of the window is a ratio within one run on one machine, so it says something about other "
-             f"machines too: the fastest of {rounds} runs each ({form_rounds(rounds)} for the large forms, 2 for 100,000 "
-             f"files), one after the other in turn, or the median of {REPETITIONS} repetitions for the grammar and the "
+             f"machines too: the fastest of {rounds} runs each ({fewer(rounds)} for the large forms and on the disk, 2 for "
+             f"100,000 files), one after the other in turn, or the median of {REPETITIONS} repetitions for the grammar and the "
              "scanner. Memory is the highest that was seen. Where it matters, the details also give the ratio of "
              "processor times: a run works on two threads, the bare operations and perl on one.", "",
              f"Machine: {os.cpu_count()} processors, {processor()}; {platform.system()} {platform.release()}."]
@@ -411,7 +412,7 @@ def main():
     parser.add_argument("--only", action="append", default=[], metavar="GROUP",
                         choices=list(GROUPS))
     arguments = parser.parse_args()
-    rounds, units = (3, 300) if arguments.quick else (9, 3000)
+    rounds, units = (3, 300) if arguments.quick else (7, 3000)
     rows = []
 
     def measure(parent, groups):

@@ -65,9 +65,7 @@ std::string ReadBaseline(const std::string& fileName) {
 
 TRunReport::TRunReport(const TCommandLine& line, target::TKVAComponentReplacer& replacer,
                        const mig::TReplaceOptions& options, const std::string& base, bool isPreview)
-    : FLine(line),
-      FBaseline(ReadBaseline(line.Baseline)),
-      FOldNames(target::BuiltInOldNames(replacer.Classes())) {
+    : FLine(line), FBaseline(ReadBaseline(line.Baseline)) {
   for (const std::string& name : line.Reports)
     if (!report::IsReportName(name))
       throw EUsage("A report ends in .json, .sarif or .html, and not as \"" + name + "\" does.");
@@ -83,6 +81,7 @@ TRunReport::TRunReport(const TCommandLine& line, target::TKVAComponentReplacer& 
   if (options.MakeBackup) run.BackupFolder = win::ToHostName(options.BackupDir);
 
   if (line.Quiet && line.Reports.empty() && !isPreview) return;
+  FOldNames = target::BuiltInOldNames(replacer.Classes());
   FCollector = std::make_unique<mig::TFindingsCollector>(replacer, FOldNames);
 }
 

@@ -167,20 +167,18 @@ void TParser::SkipBraces() {
 
 // Double-byte characters need no special handling, because their second byte is never a quote or a line end.
 int TParser::ScanString(std::string_view& lexem) {
-  const auto quote = static_cast<char>(At(FPos));
-  const char stops[] = {quote, '\r', '\n'};
+  const char quote = FText[FPos];
+  size_t place = FPos + 1;
   bool closed = false;
-  ++FPos;
-  while (true) {
-    FPos = std::min(FText.find_first_of({stops, 3}, FPos), FText.size());
-    if (FPos == FText.size() || FText[FPos] != quote) break;
-    ++FPos;
-    if (FPos == FText.size() || FText[FPos] != quote) {
-      closed = true;
-      break;
-    }
-    ++FPos;
+  while (!closed) {
+    const auto isStop = [quote](char c) { return c == quote || c == '\r' || c == '\n'; };
+    while (place < FText.size() && !isStop(FText[place])) ++place;
+    if (place == FText.size() || FText[place] != quote) break;
+    ++place;
+    closed = place == FText.size() || FText[place] != quote;
+    if (!closed) ++place;
   }
+  FPos = place;
   lexem = FText.substr(FPrevPos, FPos - FPrevPos);
   if (!FQuotedStrings) lexem = lexem.substr(1, lexem.size() - (closed ? 2 : 1));
   return kString;

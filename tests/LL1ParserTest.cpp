@@ -90,7 +90,13 @@ class TTracer : public TLL1Parser {
   }
   void DeclareOwnHooks() {
     DeclareHooks({});
-    for (const auto& hook : FHooks) DeclareHooks({hook.first});
+    bool follow = true;
+    for (const auto& [name, hook] : FHooks) {
+      DeclareHooks({name});
+      follow = follow && (hook == THook::Watch || hook == THook::Refuse || hook == THook::SkipAfter ||
+                          hook == THook::LookAhead);
+    }
+    if (follow) LetHooksFollowTheirRules();
   }
   using TLL1Parser::DeclareWords;
   using TLL1Parser::SetMostNestedCalls;
@@ -338,7 +344,7 @@ TEST(LL1ParserTest, AParserCanBeUsedAgainAfterAnError) {
   const TRow rows[] = {
       {"((y", "<a>", 1, "Unknown nonterminal: <none>"},
       {"x", "<b>", 1, "Unknown nonterminal: <b>"},
-      {"\n" + std::string(1700, '('), "<a>", 2, "Text: the nesting at line 2 is too deep."},
+      {"\n" + std::string(1701, '('), "<a>", 2, "Text: the nesting at line 2 is too deep."},
   };
   for (const bool isDeclared : {false, true}) {
     TTracer parser(rules, {{"<a>", THook::Watch}});

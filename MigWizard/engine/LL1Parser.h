@@ -120,6 +120,9 @@ class TLL1Parser {
   // the first call on no others do, apart from the start symbol. Raises EAssertionFailed after the first
   // Parse.
   void DeclareHooks(std::initializer_list<std::string_view> names);
+  // Promises that a declared hook matches only where its rule matches. It is then called only where its rule
+  // can begin. Raises EAssertionFailed after the first Parse.
+  void LetHooksFollowTheirRules();
   // Declares literals to be words; see TLL1Grammar::AddWord. Raises EAssertionFailed after the first Parse.
   void DeclareWords(std::initializer_list<std::string_view> literals);
   // Sets how much reading, in bytes, a parse may waste before its results are remembered (64 KB initially).

@@ -106,6 +106,7 @@ class TLL1Program::TBuilder {
   void MarkPureRules();
   bool ReachesHook(const TLL1Node& node) const;
   std::vector<TFirstSet> FindFirstSets() const;
+  bool BeginsAsItsRule(const TLL1Node& node) const;
   TFirstSet FirstSetOfStep(const TLL1Node& node) const;
   TFirstSet FirstSetOfList(int32_t first, std::span<const TFirstSet> nodes) const;
   void MakeChoices(const std::vector<TFirstSet>& firstSets);
@@ -325,7 +326,7 @@ std::vector<TFirstSet> TLL1Program::TBuilder::FindFirstSets() const {
     for (size_t i = nodes.size(); i-- > 0;) {  // children before their parents
       const TLL1Node& node = FProgram.FNodes[i];
       const bool isOptional = node.Kind == TLL1NodeKind::OptionalRun;
-      if (!isOptional && node.Kind != TLL1NodeKind::Rule) continue;
+      if (!isOptional && !BeginsAsItsRule(node)) continue;
       TFirstSet first = isOptional ? FirstSetOfStep(node) : rules[static_cast<size_t>(node.Argument)];
       if (std::exchange(first.IsNullable, false) || isOptional) first.Add(FirstSetOfList(node.Child, nodes));
       if (nodes[i].Add(first)) changed = true;
@@ -337,8 +338,15 @@ std::vector<TFirstSet> TLL1Program::TBuilder::FindFirstSets() const {
   return nodes;
 }
 
+// Returns whether the node can begin only where its rule can.
+bool TLL1Program::TBuilder::BeginsAsItsRule(const TLL1Node& node) const {
+  return node.Kind == TLL1NodeKind::Rule ||
+         (node.Kind == TLL1NodeKind::HookedRule && FHooks.FollowTheirRules && node.Argument >= 0);
+}
+
 // Returns the first set of the node as far as it depends on nothing else.
 TFirstSet TLL1Program::TBuilder::FirstSetOfStep(const TLL1Node& node) const {
+  if (BeginsAsItsRule(node)) return {};
   switch (node.Kind) {
     case TLL1NodeKind::Literal: {
       const auto first = static_cast<uint8_t>(*FProgram.Literal(node));
@@ -359,12 +367,11 @@ TFirstSet TLL1Program::TBuilder::FirstSetOfStep(const TLL1Node& node) const {
       first.IsNullable = true;
       return first;
     }
-    case TLL1NodeKind::Done:
-      return {{}, true};
     case TLL1NodeKind::Rule:
+    case TLL1NodeKind::Done:
       break;
   }
-  return {};
+  return {{}, true};
 }
 
 TFirstSet TLL1Program::TBuilder::FirstSetOfList(int32_t first, std::span<const TFirstSet> nodes) const {

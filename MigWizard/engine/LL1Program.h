@@ -12,8 +12,8 @@
 //
 // Each node has a first set: the bytes with which it, or what follows it if it can match nothing, can begin.
 // A table made from these sets gives the first two of a list of nodes that are worth trying at a byte, so
-// alternatives that cannot match are skipped in one step. A hook may match anything, wherever it likes; its
-// first set is full.
+// alternatives that cannot match are skipped in one step. A hook may match anything, wherever it likes, so
+// its first set is full, unless the client promises that its hooks match only where their rules do.
 #pragma once
 
 #include <array>
@@ -71,6 +71,7 @@ struct TLL1ProgramRule {
 struct TLL1Hooks {
   bool IsEverything = true;        // every nonterminal and every terminal
   std::vector<std::string> Names;  // otherwise: these nonterminals, with their brackets and in lower case
+  bool FollowTheirRules = false;   // each of these matches only where its rule matches
 };
 
 class TLL1Program {

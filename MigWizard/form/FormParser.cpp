@@ -79,6 +79,7 @@ TFormParser::TFormParser(TParseStateClass stateClass) : TLL1Parser(std::move(sta
   DeclareWords({"end"});
   DeclareHooks({kNestedObject, kPropValue});
   for (const TMarkedNonterminal& marked : kMarked) DeclareHooks({marked.Name});
+  LetHooksFollowTheirRules();
 }
 
 void TFormParser::SetNewType(std::string_view value) {
@@ -121,15 +122,7 @@ void TFormParser::ConvertKeepingSource(std::string_view propName, std::string_vi
   FSources.push_back({propName, propValue, FProperties.size() - countBefore, FAppliedRule});
 }
 
-// A property list ends with an attempt to read a nested object at its `end`, which the first letter refuses.
-bool TFormParser::MayBeginObject() const {
-  const auto place = static_cast<size_t>(FormState().Pos) - 1;
-  const char letter = place < Text().size() ? static_cast<char>(Text()[place] | 0x20) : '\0';
-  return letter == 'o' || letter == 'i';
-}
-
 bool TFormParser::ParseNestedObject(std::string_view name) {
-  if (!MayBeginObject()) return false;
   TFormParseState& state = LiveState();
   if (++state.Depth == 1) {
     // The text of the object begins with the indentation of its first line.

@@ -107,7 +107,6 @@ class TFormParser : public TLL1Parser {
   friend class TFormParseState;
 
   TFormParseState& LiveState() const { return static_cast<TFormParseState&>(State()); }
-  bool MayBeginObject() const;
   bool ParseNestedObject(std::string_view name);
   void TakeNestedObject();
   void ClearResults();
