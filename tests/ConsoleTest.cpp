@@ -131,6 +131,7 @@ std::string OnTerminal(const tests::TTempTree& tree, const std::string& environm
     termios settings{};
     tcgetattr(STDIN_FILENO, &settings);
     settings.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    std::signal(SIGINT, SIG_DFL);  // a job in the background of a script inherits that it is ignored
     tcsetattr(STDIN_FILENO, TCSANOW, &settings);
     const std::string command = "cd " + tree.HostPath() + " && TMPDIR=. " + environment + " exec " +
                                 KVA_BINARY_DIR + "/cli/kvamigrate " + arguments;
