@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <regex>
+#include <set>
 #include <sstream>
 
 #include "MigWizard/run/FileUtils.h"
@@ -169,8 +170,17 @@ TEST_P(GoldenTest, APatchIsTheRun) {
   EXPECT_EQ(ReadSources(patched), ReadSources(FTree));
 }
 
-// No line of a completed tree differs from the original by white space alone, and a second run changes
-// nothing.
+// Returns the kinds of line ends that a text holds.
+std::set<std::string> LineEnds(const std::string& text) {
+  const std::regex lineEnd("\r*\n|\r");
+  std::set<std::string> kinds;
+  for (std::sregex_iterator at(text.begin(), text.end(), lineEnd), end; at != end; ++at)
+    kinds.insert(at->str());
+  return kinds;
+}
+
+// No line of a completed tree differs from the original by white space alone, no line ends are mixed, and a second
+// run changes nothing.
 TEST_P(GoldenTest, CompletedTwice) {
   if (!Setting(FName, "result").empty()) GTEST_SKIP() << "the run stops";
   const auto before = ReadSources(FTree);
@@ -183,6 +193,7 @@ TEST_P(GoldenTest, CompletedTwice) {
     EXPECT_EQ(ChangedLines(before.at(file), text, diff::TIgnore::Nothing),
               ChangedLines(before.at(file), text, diff::TIgnore::Space))
         << file;
+    EXPECT_EQ(LineEnds(text), LineEnds(before.at(file))) << file;
   }
   ASSERT_TRUE(Run(migration, "RBackup.2"));
   const auto twice = ReadSources(FTree);
