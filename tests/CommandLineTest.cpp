@@ -166,6 +166,26 @@ TEST_F(CommandLineTest, RestoreRefusesLinesThatNoRunWrites) {
   EXPECT_EQ(FTree.Read(".bashrc"), "mine");
 }
 
+TEST_F(CommandLineTest, RestoreHintsAtMovedBackupsAndMissingDrives) {
+  const std::string refused =
+      "1|Failed to restore files.\n|"
+      "kvamigrate: There is no backup for this line of the undo file: %\\src\\A.pas=%\\src\\RBackup\\A.~pas\n"
+      "kvamigrate: There is no backup for this line of the undo file: %\\src\\A.DFM=%\\src\\RBackup\\A.~DFM\n"
+      "Nothing was restored. Were the backups moved, or was the run given --drive options that are missing "
+      "here?\n";
+  const auto at = [&refused](std::string_view folder) {
+    std::string text = refused;
+    for (size_t place; (place = text.find('%')) != std::string::npos;) text.replace(place, 1, folder);
+    return text;
+  };
+  EXPECT_EQ(Run("replace -q --mode bde --drive Q=. --folder 'Q:\\src'"), "0||");
+  EXPECT_EQ(Run("restore --force src"), at("Q:"));
+  EXPECT_EQ(Run("restore --drive Q=. src"), "0|Files were succefully restored.\n|");
+  EXPECT_EQ(Run("replace -q --mode bde --overwrite-backups --backup-dir RBackup src"), "0||");
+  fs::rename(FTree.HostPath("src"), FTree.HostPath("moved"));
+  EXPECT_EQ(Run("restore moved"), at("<dir>"));
+}
+
 // The path of the folder may differ from that of the run.
 TEST_F(CommandLineTest, RestoreThroughALinkAndFromAJournal) {
   EXPECT_EQ(Run("replace -q --mode bde --folder src"), "0||");

@@ -57,11 +57,9 @@ bool IsBelowUndoFile(const std::string& backup, const std::string& undoFile) {
   return false;
 }
 
-bool CanBeOfARun(const TRestoreLine& line) {
+bool HasNamesOfARun(const TRestoreLine& line) {
   return IsMigrated(line.Original) && !HasDots(line.Backup) &&
-         SameFileName(rtl::ExtractFileName(line.Backup),
-                      BackupFileName(rtl::ExtractFileName(line.Original))) &&
-         IsBelowUndoFile(line.Backup, line.UndoFile);
+         SameFileName(rtl::ExtractFileName(line.Backup), BackupFileName(rtl::ExtractFileName(line.Original)));
 }
 
 bool HaveSameContents(const std::string& left, const std::string& right) {
@@ -102,10 +100,13 @@ void TRestorePlan::Check() {
   std::unordered_map<std::string, std::string> restored;  // upper-cased original -> the backup copied over it
   for (TRestoreLine& line : FLines) {
     const auto [place, isFirst] = restored.try_emplace(win::UpperFileName(line.Original), line.Original);
-    if (!CanBeOfARun(line)) {
+    if (!HasNamesOfARun(line)) {
       line.Verdict = TRestoreVerdict::Foreign;
-    } else if (!rtl::FileExists(line.Backup)) {
+    } else if (!rtl::FileExists(
+                   line.Backup)) {  // also if the backups were moved, so look before the next check
       line.Verdict = TRestoreVerdict::NoBackup;
+    } else if (!IsBelowUndoFile(line.Backup, line.UndoFile)) {
+      line.Verdict = TRestoreVerdict::Foreign;
     } else {
       line.Verdict = IsEdited(line, place->second) ? TRestoreVerdict::Edited : TRestoreVerdict::Restorable;
     }

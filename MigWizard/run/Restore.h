@@ -20,12 +20,12 @@ namespace mig {
 
 enum class TRestoreVerdict {
   Restorable,
-  // The backup does not exist.
+  // The backup does not exist. The backups may have been moved, or a drive may be mapped to another folder.
   NoBackup,
   // The file was written after the run and differs from its backup: later changes would be lost.
   Edited,
   // The line cannot be from a run: the original is no unit, project or form, or the backup is not named like
-  // the backup of the original, or is not below the folder of the undo file.
+  // the backup of the original, or exists outside the folder of the undo file.
   Foreign,
 };
 
