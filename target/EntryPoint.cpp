@@ -2,7 +2,6 @@
 // are created by the first call and destroyed when the module is unloaded, after the host has released the
 // expert.
 
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,7 +13,6 @@
 #include "rtl/text/SysUtils.h"
 #include "target/Catalogue.h"
 #include "target/KVAExpert.h"
-#include "target/OldNameList.h"
 #include "toolsapi/HostRuntime.h"
 #include "win/Diagnostics.h"
 #include "win/paths/CodePage.h"
@@ -31,53 +29,25 @@ target::TKVAMigration& Migration() {
   return migration;
 }
 
-// Tells a host what each run of a replacer did and left.
-class TRunTeller {
- public:
-  TRunTeller(mig::TComponentReplacer& replacer, const char* mode, TIntf<IRunAccounts> accounts)
-      : FReplacer(replacer),
-        FMode(mode),
-        FAccounts(std::move(accounts)),
-        FOldNames(target::BuiltInOldNames(replacer.Classes())),
-        FCollector(replacer, FOldNames) {}
-
-  void Advance(const mig::TRunProgress& progress) {
-    if (progress.Done == 0 && !progress.FileName.empty()) {
-      static_cast<void>(FCollector.Finish());  // of a run that failed
-    } else if (progress.FileName.empty()) {
-      Tell();
-    }
-  }
-
- private:
-  void Tell() {
-    std::vector<mig::TFileReport> files = FCollector.Finish();
-    if (files.empty()) return;
-    const mig::TReplaceOptions& options = FReplacer.Options();
-    const bool isFolder = options.Dest == mig::sdFolder;
-    const std::string folder =
-        isFolder ? options.Directory : rtl::ExtractFileDir(mig::TIDEUtils::GetProjectFileName());
-    const std::string backupDir = options.MakeBackup ? options.BackupDir : std::string();
-    FAccounts->RunConverted({FMode, isFolder, folder, backupDir, std::move(files)});
-  }
-
-  mig::TComponentReplacer& FReplacer;
-  const char* FMode;
-  TIntf<IRunAccounts> FAccounts;
-  mig::TOldNames FOldNames;
-  mig::TFindingsCollector FCollector;
-};
+// Returns what a run of the replacer did and left.
+mig::TRunAccount AccountOf(const mig::TComponentReplacer& replacer, const char* mode,
+                           const std::vector<mig::TFileReport>& files) {
+  const mig::TReplaceOptions& options = replacer.Options();
+  const bool isFolder = options.Dest == mig::sdFolder;
+  const std::string folder =
+      isFolder ? options.Directory : rtl::ExtractFileDir(mig::TIDEUtils::GetProjectFileName());
+  return {mode, isFolder, folder, options.MakeBackup ? options.BackupDir : std::string(), files};
+}
 
 void Watch(mig::TComponentReplacer& replacer, const char* mode, const TIntf<IHostRuntime>& runtime) {
-  static std::vector<std::unique_ptr<TRunTeller>>
-      tellers;  // made after the replacers, so destroyed before them
-  TRunTeller* teller = nullptr;
-  if (auto accounts = toolsapi::Supports<IRunAccounts>(runtime))
-    teller = tellers.emplace_back(std::make_unique<TRunTeller>(replacer, mode, std::move(accounts))).get();
-  replacer.OnProgress = [&replacer, runtime, teller](const mig::TRunProgress& progress) {
+  if (auto accounts = toolsapi::Supports<IRunAccounts>(runtime)) {
+    replacer.OnCollected = [&replacer, mode, accounts](const std::vector<mig::TFileReport>& files) {
+      accounts->RunConverted(AccountOf(replacer, mode, files));
+    };
+  }
+  replacer.OnProgress = [&replacer, runtime](const mig::TRunProgress& progress) {
     const std::string title = replacer.Options().GetTitle();
     const bool isRestoring = progress.Phase == mig::TRunPhase::Restoring;
-    if (teller && !isRestoring) teller->Advance(progress);
     const std::string logFileName = isRestoring ? std::string() : replacer.LogFileName();
     runtime->RunAdvanced({.Title = title,
                           .FileName = progress.FileName,

@@ -1,6 +1,7 @@
 #include "MigWizard/expert/RunObserver.h"
 
-#include "report/Report.h"
+#include <iterator>
+#include <utility>
 
 namespace mig {
 
@@ -8,6 +9,14 @@ TRunObserver::TRunObserver(TComponentReplacer& replacer) : FReplacer(replacer), 
   replacer.OnWarning = [this](std::string_view message) {
     FWarnings.emplace_back(message);
     FHooks.Warn(message);
+  };
+  replacer.OnProgress = [this](const TRunProgress& progress) {
+    const bool isConverted = progress.FileName.empty() && progress.Phase != TRunPhase::Restoring;
+    if (isConverted && FCollector) {
+      FinishCollection();
+      if (FHooks.OnCollected) FHooks.OnCollected(FReport.Files);
+    }
+    FHooks.Report(progress);
   };
   replacer.OnReplacing = [this](TRunPhase phase, int done, int total) {
     FHasReplaced = FHasReplaced || phase == TRunPhase::Replacing;
@@ -24,6 +33,7 @@ TRunObserver::~TRunObserver() {
 void TRunObserver::Clear() {
   FCollector.reset();
   if (const TOldNames* const names = FReplacer.OldNames()) Collect(*names);
+  FReport = {};
   FWarnings.clear();
   FHasReplaced = false;
 }
@@ -47,12 +57,17 @@ void TRunObserver::Collect(const TOldNames& names) {
   };
 }
 
+void TRunObserver::FinishCollection() {
+  std::vector<TFileReport> files = FCollector->Finish();
+  FReport.Files.insert(FReport.Files.end(), std::make_move_iterator(files.begin()),
+                       std::make_move_iterator(files.end()));
+}
+
 std::vector<std::pair<std::string, std::string>> TRunObserver::Rows() {
   if (!FCollector) return {};
-  report::TReport report;
-  report.Files = FCollector->Finish();
-  if (FReplacer.Options().MakeBackup) report.Run.BackupFolder = FReplacer.Options().BackupDir;
-  return report::SummaryRows(report);
+  FinishCollection();  // of a run that ended early
+  if (FReplacer.Options().MakeBackup) FReport.Run.BackupFolder = FReplacer.Options().BackupDir;
+  return report::SummaryRows(FReport);
 }
 
 }  // namespace mig

@@ -13,6 +13,7 @@
 
 #include "MigWizard/run/FindingsCollector.h"
 #include "MigWizard/run/Replacer.h"
+#include "report/Report.h"
 
 namespace mig {
 
@@ -30,15 +31,17 @@ class TRunObserver {
   const std::vector<std::string>& Warnings() const { return FWarnings; }
   // Returns True if the run has begun to replace originals.
   bool HasReplaced() const { return FHasReplaced; }
-  // Returns the numbers of the run as labels and values, for the user. Call once after the run.
+  // Returns the numbers of the run as labels and values, for the user. Call after the run.
   std::vector<std::pair<std::string, std::string>> Rows();
 
  private:
   void Collect(const TOldNames& names);
+  void FinishCollection();
 
   TComponentReplacer& FReplacer;
   const TRunHooks FHooks;  // as they were
   std::unique_ptr<TFindingsCollector> FCollector;
+  report::TReport FReport;
   std::vector<std::string> FWarnings;
   bool FHasReplaced = false;
 };

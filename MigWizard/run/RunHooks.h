@@ -5,10 +5,12 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace mig {
 
 struct TFileConversion;
+struct TFileReport;
 
 // The phases of a run, in order. The number of files of a phase is known when it begins.
 enum class TRunPhase {
@@ -65,6 +67,10 @@ class TRunHooks {
   // Called after the walk for each form that no unit of the run names, with the number of its objects of
   // mapped classes. Such forms are searched for only if this is set and findings are collected.
   std::function<void(const std::string& formName, size_t mappedObjects)> OnOtherForm;
+
+  // Called after the conversion, before originals are replaced, with what the run did and left. Only a run that is
+  // observed (expert/RunObserver.h) calls it. `files` is valid during the call.
+  std::function<void(const std::vector<TFileReport>& files)> OnCollected;
 
   void Report(const TRunProgress& progress) const {
     if (OnProgress) OnProgress(progress);
