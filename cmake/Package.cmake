@@ -1,10 +1,10 @@
 # The packages: `kvamigrate` and `kvawizard` for Debian, and kvamigrate_static, the program for any x86-64 Linux.
 
+# Not named kvamigrate, which would be the name of two targets for Ninja.
 add_executable(kvamigrate_static EXCLUDE_FROM_ALL cli/Main.cpp)
 set_target_properties(kvamigrate_static PROPERTIES
   KVA_STATIC ON
   POSITION_INDEPENDENT_CODE OFF
-  OUTPUT_NAME kvamigrate
   RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/static)
 target_link_libraries(kvamigrate_static PRIVATE kva_cli kva_rules)
 target_link_options(kvamigrate_static PRIVATE -static -no-pie -Wl,--gc-sections -s)

@@ -23,14 +23,15 @@ rm -rf "$packages"/_CPack_Packages "$packages/cpack.log"
 lintian --fail-on error "$packages"/*.deb
 
 # The archive, with the licences of the libraries that are linked in.
-program=$build/static/kvamigrate
+program=$build/static/kvamigrate_static
 bytes=$(stat -c %s "$program")
 [ "$bytes" -le "$max_static_bytes" ] || { echo "package.sh: $program has $bytes bytes" >&2; exit 1; }
 version=$("$program" --version)
 name=kvamigrate-${version##* }-linux-x86_64
 folder=$packages/$name
 mkdir -p "$folder/licences" "$folder/completions"
-cp "$program" LICENSE CHANGELOG.md README.md docs/manual.md "$folder"
+cp "$program" "$folder/kvamigrate"
+cp LICENSE CHANGELOG.md README.md docs/manual.md "$folder"
 cp "$build/cli/kvamigrate.1" "$folder"
 cp "$build"/cli/{kvamigrate.bash,_kvamigrate,kvamigrate.fish} "$folder/completions"
 for library in libicu-dev libpugixml-dev zlib1g-dev libdtl-dev libc6-dev libstdc++-12-dev; do
