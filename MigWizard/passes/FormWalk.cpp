@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
+
+#include "rtl/text/SysUtils.h"
 
 namespace mig {
 namespace {
@@ -33,17 +36,24 @@ size_t SkipBlanks(std::string_view text, size_t at) {
   return at;
 }
 
+bool IsLineEnd(std::string_view text, size_t at) {
+  return at < text.size() && (text[at] == '\r' || text[at] == '\n');
+}
+
+// Returns True for the words that are tokens of their own.
+bool IsKeyword(std::string_view word) {
+  constexpr std::string_view kKeywords[] = {"end", "inherited", "inline", "item", "object", "uses"};
+  return std::any_of(std::begin(kKeywords), std::end(kKeywords),
+                     [word](std::string_view each) { return rtl::SameText(each, word); });
+}
+
 // Returns the offset after a value that has no meaning beyond its line: a word, a number, a set, or a string
 // in one piece. Returns npos for any other value.
 size_t SkipPlainValue(std::string_view text, size_t at) {
   if (at >= text.size()) return std::string_view::npos;
   if (text[at] == '\'') {
-    do {
-      at = text.find('\'', at + 1);
-      if (at == std::string_view::npos) return at;
-      ++at;
-    } while (at < text.size() && text[at] == '\'');
-    return at;
+    while (++at < text.size() && text[at] != '\'' && !IsLineEnd(text, at)) continue;
+    return at < text.size() && text[at] == '\'' ? at + 1 : std::string_view::npos;
   }
   if (text[at] == '[') {
     do at = SkipPlain(text, at + 1);
@@ -109,6 +119,7 @@ bool TFormWalk::Next() {
 // Reads `object Name: Class` or `object Class`.
 void TFormWalk::ReadObject(bool isObject) {
   TWalkedObject object{FLexem, {}, {}, FScanner.PrevPos(), isObject};
+  if (ReadPlainHeader(object)) return OpenObject(object);
   if (!Next()) return;
   FIsPending = true;
   if (FCode != qrl::kIdentifier) return;  // the word has another meaning here
@@ -125,6 +136,34 @@ void TFormWalk::ReadObject(bool isObject) {
   } else {
     FIsPending = true;
   }
+  OpenObject(object);
+}
+
+// Reads ` Name: Class` up to the end of the line. Returns False, and moves nowhere, for any other header.
+bool TFormWalk::ReadPlainHeader(TWalkedObject& object) {
+  if (FText.substr(FEnd, 1) != " ") return false;
+  const size_t name = FEnd + 1;
+  const size_t nameEnd = SkipPlain(FText, name);
+  if (FText.substr(nameEnd, 2) != ": ") return false;
+  const size_t className = nameEnd + 2;
+  const size_t classEnd = SkipPlain(FText, className);
+  if (!IsLineEnd(FText, classEnd)) return false;
+  object.Name = FText.substr(name, nameEnd - name);
+  object.ClassName = FText.substr(className, classEnd - className);
+  const auto isWord = [](std::string_view text) {
+    return !text.empty() && (text[0] > '9' || text[0] == '_') && text.find('.') == std::string_view::npos &&
+           !IsKeyword(text);
+  };
+  if (!isWord(object.Name) || !isWord(object.ClassName)) {
+    object.Name = object.ClassName = {};
+    return false;
+  }
+  FScanner.SetPosition(classEnd);
+  FEnd = classEnd;
+  return true;
+}
+
+void TFormWalk::OpenObject(const TWalkedObject& object) {
   FObjects.push_back(object);
   FSkippedTo = 0;
   OnObject(object);
@@ -142,10 +181,9 @@ bool TFormWalk::SkipPlainLine() {
   if (at >= FText.size() || FText[at] != '=') return false;
   ++at;
   while (at < FText.size() && FText[at] == ' ') ++at;
-  const size_t line = std::min(FText.find_first_of("\r\n", at), FText.size());
-  const size_t end = SkipPlainValue(FText.substr(0, line), at);
-  if (end != line) return false;
-  const size_t next = SkipBlanks(FText, line);
+  const size_t end = SkipPlainValue(FText, at);
+  if (!IsLineEnd(FText, end)) return false;
+  const size_t next = SkipBlanks(FText, end);
   if (next < FText.size() && (FText[next] == '.' || !kPlain[static_cast<uint8_t>(FText[next])])) return false;
   FScanner.SetPosition(next);
   return true;

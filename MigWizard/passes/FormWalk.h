@@ -62,6 +62,8 @@ class TFormWalk {
  private:
   bool Next();
   void ReadObject(bool isObject);
+  bool ReadPlainHeader(TWalkedObject& object);
+  void OpenObject(const TWalkedObject& object);
   void EndObject();
   bool SkipPlainLine();
   void ReadProperty();

@@ -20,8 +20,7 @@ void TNameTable::Add(std::string_view name, uint32_t flags) {
   }
   FEntries.push_back({std::string(name), flags});
   FSlots[slot] = static_cast<uint16_t>(FEntries.size());
-  FStarts.set(StartOf(name));
-  FEnds.set(EndOf(name));
+  FShapes.set(ShapeOf(name));
   if (FEntries.size() * kSlotsPerEntry > FSlots.size()) Grow();
 }
 
@@ -36,20 +35,11 @@ void TNameTable::Grow() {
     FSlots[SlotOf(FEntries[i].Name)] = static_cast<uint16_t>(i + 1);
 }
 
-// FNV-1a of the name in lower case.
-size_t TNameTable::HashOf(std::string_view name) {
-  uint32_t hash = 2166136261U;
-  for (const char c : name) {
-    const auto byte = static_cast<uint8_t>(c);
-    hash = (hash ^ (byte >= 'A' && byte <= 'Z' ? byte | 0x20U : byte)) * 16777619U;
-  }
-  return hash ^ hash >> 15;
-}
-
 // Returns the slot of the name, or the empty one where it has to be added.
 size_t TNameTable::SlotOf(std::string_view name) const {
   const size_t mask = FSlots.size() - 1;
-  size_t slot = HashOf(name) & mask;
+  const size_t key = StartOf(name) << 15 | ShapeOf(name);
+  size_t slot = (key ^ key >> 11) * 0x9E3779B1U >> 7 & mask;
   while (FSlots[slot] != 0 && !rtl::SameText(FEntries[FSlots[slot] - 1U].Name, name))
     slot = (slot + 1) & mask;
   return slot;

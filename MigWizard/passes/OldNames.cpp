@@ -21,32 +21,28 @@ bool IsInList(std::string_view list, std::string_view name) {
 
 void TOldNames::Add(TKind kind, const TOldName& name) {
   FNames[kind].emplace(rtl::LowerCase(name.Name), name);
-  NoteLength(name.Name, kind == Prefix || kind == DeclaredPrefix);
-  if (kind == Class) FClasses.Add(name.Name);
+  if (kind == Prefix || kind == DeclaredPrefix) {
+    FKinds.AddPrefix(name.Name, BitOf(kind));
+  } else {
+    FKinds.Add(name.Name, BitOf(kind));
+  }
 }
 
 void TOldNames::AddMember(std::string_view oldClass, const TOldName& member) {
   FMembers[rtl::LowerCase(member.Name)].emplace(rtl::LowerCase(oldClass), member);
-  NoteLength(member.Name, false);
-}
-
-void TOldNames::NoteLength(std::string_view name, bool isPrefix) {
-  const uint64_t bits = isPrefix ? ~(LengthBit(name.size()) - 1) : LengthBit(name.size());
-  for (const std::string& spelling : {rtl::UpperCase(name), rtl::LowerCase(name)})
-    FLengths[static_cast<uint8_t>(spelling[0])] |= bits;
+  FKinds.Add(member.Name, kMemberBit);
 }
 
 const TOldName* TOldNames::Find(TKind kind, std::string_view name) const {
-  if (!MayBe(name)) return nullptr;
-  const auto names = FNames.find(kind);
-  if (names == FNames.end()) return nullptr;
-  const auto place = names->second.find(rtl::LowerCase(name));
-  return place == names->second.end() ? nullptr : &place->second;
+  if ((FKinds.Find(name) & BitOf(kind)) == 0) return nullptr;
+  const auto& names = FNames.at(kind);
+  const auto place = names.find(rtl::LowerCase(name));
+  return place == names.end() ? nullptr : &place->second;
 }
 
 const TOldName* TOldNames::FindPrefix(std::string_view name) const {
   const auto names = FNames.find(Prefix);
-  if (names == FNames.end()) return nullptr;
+  if (names == FNames.end() || (FKinds.Find(name) & BitOf(Prefix)) == 0) return nullptr;
   for (const auto& [lower, entry] : names->second) {
     const bool begins = name.size() > lower.size() && rtl::SameText(name.substr(0, lower.size()), lower);
     // Matches DbiInit, but not "Dbilities": an upper-case letter must follow.
@@ -60,10 +56,6 @@ const TOldName* TOldNames::FindMember(std::string_view oldClass, std::string_vie
   if (place == FMembers.end()) return nullptr;
   const auto entry = place->second.find(rtl::LowerCase(oldClass));
   return entry == place->second.end() ? nullptr : &entry->second;
-}
-
-bool TOldNames::IsMember(std::string_view name) const {
-  return FMembers.contains(rtl::LowerCase(name));
 }
 
 void TOldNames::ForEach(const std::function<void(TKind kind, const std::string& name)>& found) const {
@@ -93,7 +85,7 @@ bool TOldNames::HasNamesOf(std::string_view usedName) const {
 
 bool TOldNames::Declares(std::string_view usedName, std::string_view identifier) const {
   const TOldName* const unit = FindUnit(usedName);
-  if (unit == nullptr || !MayBe(identifier)) return false;
+  if (unit == nullptr || FKinds.Find(identifier) == 0) return false;
   for (const TKind kind : {Class, Call, Object, Declared}) {
     const TOldName* const name = Find(kind, identifier);
     if (name != nullptr && IsInList(name->Unit, unit->Name)) return true;

@@ -2,7 +2,6 @@
 // target supplies the list.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -10,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "MigWizard/passes/WordSearch.h"
+#include "MigWizard/passes/NameTable.h"
 
 namespace mig {
 
@@ -34,11 +33,8 @@ class TOldNames {
   const TOldName* Find(TKind kind, std::string_view name) const;
   const TOldName* FindPrefix(std::string_view name) const;
   const TOldName* FindMember(std::string_view oldClass, std::string_view member) const;
-  bool IsMember(std::string_view name) const;  // of any class
-  // Returns False for most names that none of the look-ups would find.
-  bool MayBe(std::string_view name) const {
-    return !name.empty() && (FLengths[static_cast<uint8_t>(name[0])] & LengthBit(name.size())) != 0;
-  }
+  // Returns True for a member of any class.
+  bool IsMember(std::string_view name) const { return (FKinds.Find(name) & kMemberBit) != 0; }
   // Calls found(kind, name) for every name, and found(name) for every member, each in lower case.
   void ForEach(const std::function<void(TKind kind, const std::string& name)>& found) const;
   void ForEachMember(const std::function<void(const std::string& name)>& found) const;
@@ -49,17 +45,13 @@ class TOldNames {
   bool HasNamesOf(std::string_view usedName) const;
   bool Declares(std::string_view usedName, std::string_view identifier) const;
 
-  // Finds any class of the list in a text.
-  const TWordSearch& Classes() const { return FClasses; }
-
  private:
-  static uint64_t LengthBit(size_t length) { return uint64_t{1} << (length < 63 ? length : 63); }
-  void NoteLength(std::string_view name, bool isPrefix);
+  static constexpr uint32_t kMemberBit = 0x10000;
+  static uint32_t BitOf(TKind kind) { return 1U << kind; }
 
-  std::map<TKind, std::map<std::string, TOldName, std::less<>>> FNames;          // by lower case
+  TNameTable FKinds;                                                     // bits of the kinds of each name
+  std::map<TKind, std::map<std::string, TOldName, std::less<>>> FNames;  // by lower case
   std::map<std::string, std::map<std::string, TOldName>, std::less<>> FMembers;  // by member, then by class
-  TWordSearch FClasses;
-  std::array<uint64_t, 256> FLengths{};  // by first byte: bit n is set if a name of n bytes begins with it
 };
 
 }  // namespace mig

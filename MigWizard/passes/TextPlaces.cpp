@@ -48,6 +48,16 @@ class TPieceWalk {
   bool FIsCode = false, FIsAfterBlank = true, FIsAfterPlus = false, FIsInText = false;
 };
 
+// Without a branch, so that compilers make a loop over vectors of it.
+bool HasBareReturn(std::string_view text) {
+  const char* const bytes = text.data();
+  unsigned char found = text.ends_with('\r') ? 1 : 0;
+  for (size_t i = 1; i < text.size(); ++i)
+    found |= static_cast<unsigned char>(static_cast<unsigned char>(bytes[i - 1] == '\r') &
+                                        static_cast<unsigned char>(bytes[i] != '\n'));
+  return found != 0;
+}
+
 }  // namespace
 
 TTextPlaces::TTextPlaces(std::string_view text, const qrl::TEncoding& encoding) : FText(text) {
@@ -59,14 +69,19 @@ TTextPlaces::TTextPlaces(std::string_view text, const qrl::TEncoding& encoding) 
 
 // Reads up to the start of the first line after `offset`, or to the end of the text.
 void TTextPlaces::ReadTo(size_t offset) const {
+  if (!FIsFeedKnown) FHasBareReturns = HasBareReturn(FText);
   while (!FIsRead && FStarts.back() <= offset && FStarts.back() < FText.size()) {
     const size_t start = FStarts.back();
     if (!FIsFeedKnown || FNextFeed < start) {
       FNextFeed = std::min(FText.find('\n', start), FText.size());
       FIsFeedKnown = true;
     }
-    const size_t toReturn = FText.substr(start, FNextFeed - start).find('\r');
-    const size_t end = toReturn == std::string_view::npos ? FNextFeed : start + toReturn;
+    size_t end = FNextFeed;
+    if (FHasBareReturns) {
+      end = std::min(FText.substr(start, FNextFeed - start).find('\r'), FNextFeed - start) + start;
+    } else if (end > start && end < FText.size() && FText[end - 1] == '\r') {
+      --end;
+    }
     if (end == FText.size()) {
       FIsRead = true;
       return;

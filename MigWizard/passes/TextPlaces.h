@@ -55,8 +55,9 @@ class TTextPlaces {
   // As far as the text has been read, which is up to the last start.
   mutable std::vector<size_t> FStarts{0};  // of the lines
   mutable size_t FNextFeed = 0;            // offset of the next LF, or the end of the text
-  mutable bool FIsFeedKnown = false;
-  mutable bool FIsRead = false;  // the last line has no end
+  mutable bool FIsFeedKnown = false;       // and FHasBareReturns
+  mutable bool FHasBareReturns = false;    // a CR without an LF after it
+  mutable bool FIsRead = false;            // the last line has no end
   mutable size_t FOtherEnds = 0, FWindowsEnds = 0;
 };
 

@@ -47,11 +47,11 @@ bool TWordSearch::FindAny(std::string_view text) const {
       continue;
     }
     const std::string_view rest = text.substr(end + 1 - FShortest);
-    const auto begins = [rest](const std::string& word) {
-      return rtl::SameText(rest.substr(0, word.size()), word);
+    const size_t block = Block(rest[0], rest[1]);
+    const auto begins = [rest, block](const std::string& word) {
+      return Block(word[0], word[1]) == block && rtl::SameText(rest.substr(0, word.size()), word);
     };
-    if (FFirstBlocks[Block(rest[0], rest[1])] && std::any_of(FWords.begin(), FWords.end(), begins))
-      return true;
+    if (FFirstBlocks[block] && std::any_of(FWords.begin(), FWords.end(), begins)) return true;
     ++end;
   }
   return false;
