@@ -22,13 +22,17 @@ void TClaimedConversion::DoUnlessClaimed(TFileConverter& converter) {
   TState expected = TState::Free;
   if (!FState.compare_exchange_strong(expected, TState::Claimed)) return;
   FResult = converter.Convert(FFileName, std::exchange(FBytes, {}));
+  const std::lock_guard lock(FMutex);
   FState = TState::Done;
-  FState.notify_one();
+  FDone.notify_one();
 }
 
 const TFileConversion& TClaimedConversion::Get(TFileConverter& converter) {
   DoUnlessClaimed(converter);
-  FState.wait(TState::Claimed);
+  if (FState != TState::Done) {
+    std::unique_lock lock(FMutex);
+    FDone.wait(lock, [this] { return FState == TState::Done; });
+  }
   return FResult;
 }
 

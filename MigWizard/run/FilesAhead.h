@@ -10,9 +10,11 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <deque>
 #include <exception>
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "MigWizard/passes/FileConversion.h"
@@ -40,6 +42,9 @@ class TClaimedConversion {
   std::string FBytes;
   TFileConversion FResult;
   std::atomic<TState> FState = TState::Free;
+  // Not std::atomic::wait: where the system has no futex, that of g++ 12 can miss the notification.
+  std::mutex FMutex;
+  std::condition_variable FDone;
 };
 
 class TFilesAhead {
