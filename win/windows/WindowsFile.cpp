@@ -17,7 +17,9 @@ class TWindowsFileHandle : public TFileHandle {
   // call.
   TWindowsFileHandle(THandle file, std::wstring path, std::optional<TFileStamp> atOpening,
                      TWrittenFiles& written)
-      : FFile(std::move(file)), FPath(std::move(path)), FAtOpening(atOpening), FWritten(written) {}
+      : FFile(std::move(file)), FPath(std::move(path)), FAtOpening(atOpening), FWritten(written) {
+    if (!FAtOpening) FWritten.NoteOpen(FFile.Get(), FPath);
+  }
   ~TWindowsFileHandle() override { FWritten.Closed(FFile.Get(), FPath); }
 
   int64_t Read(void* buffer, size_t count) override {
@@ -29,7 +31,7 @@ class TWindowsFileHandle : public TFileHandle {
   }
 
   bool Write(const void* buffer, size_t count) override {
-    FWritten.NoteOpen(FFile.Get());
+    FWritten.NoteOpen(FFile.Get(), FPath);
     const auto* bytes = static_cast<const char*>(buffer);
     while (count > 0) {
       DWORD done = 0;

@@ -124,6 +124,10 @@ std::unique_ptr<TFileLock> TWindowsFileSystem::LockFolder(std::string_view path)
     return nullptr;
   }
   if (!ReadFacts(folder.Get(), facts)) return nullptr;
+  if ((facts.Attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+    Fail(ERROR_DIRECTORY);
+    return nullptr;
+  }
   wchar_t name[80];
   std::swprintf(name, 80, L"Global\\kvamigrate-%llx-%llx",
                 static_cast<unsigned long long>(facts.Stamp.Volume),

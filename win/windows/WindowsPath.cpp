@@ -84,8 +84,9 @@ std::wstring_view LeafOf(std::wstring_view full) {
 }
 
 bool IsLink(const WIN32_FIND_DATAW& data) {
+  // A file system that does not say what kind of reparse point it is has tag 0.
   return (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-         IsReparseTagNameSurrogate(data.dwReserved0);
+         (data.dwReserved0 == 0 || IsReparseTagNameSurrogate(data.dwReserved0));
 }
 
 bool Look(const std::wstring& full, TEntryInfo& info) {

@@ -47,9 +47,10 @@ void TWrittenFiles::Note(const std::wstring& full) {
   FFiles.insert(full);
 }
 
-void TWrittenFiles::NoteOpen(HANDLE file) {
+void TWrittenFiles::NoteOpen(HANDLE file, const std::wstring& full) {
   const std::lock_guard lock(FMutex);
   FOpen.insert(file);
+  FFiles.erase(full);  // written before, under another handle
 }
 
 void TWrittenFiles::Closed(HANDLE file, const std::wstring& full) {
