@@ -6,6 +6,7 @@
 #include "cli/FormFiles.h"
 #include "cli/FormsInPlace.h"
 #include "cli/Interrupt.h"
+#include "cli/Shell.h"
 #include "cli/TypedPath.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
@@ -44,7 +45,13 @@ void CheckOptions(const TCommandLine& line) {
 
 }  // namespace
 
-int RunForm(const TCommandLine& line) {
+int RunForm(const TCommandLine& typed) {
+  TCommandLine line = typed;
+  line.Arguments.clear();
+  for (const std::string& input : typed.Arguments) {
+    const std::vector<std::string> files = ExpandWildcards(input);
+    line.Arguments.insert(line.Arguments.end(), files.begin(), files.end());
+  }
   CheckOptions(line);
   const TFormKind wanted = line.Command == TCommand::FormToText ? TFormKind::Text
                            : line.Bare                          ? TFormKind::BareBinary

@@ -68,7 +68,9 @@ std::string CommandHelp(const TCommandRow& command) {
   for (const TOption& option : command.Options)
     AppendRow(text, OptionSynopsis(option), AboutOption(option), kColumn);
   AppendRow(text, OptionSynopsis(HelpOption()), AboutOption(HelpOption()), kColumn);
-  if (!command.Footer.empty()) text.append("\n").append(command.Footer).append("\n");
+  if (!command.Footer.empty()) {
+    text.append("\n").append(command.Footer).append(command.DrivesFooter).append("\n");
+  }
   return text;
 }
 

@@ -8,11 +8,11 @@ inline constexpr char kAbout[] =
     "KORVA data-access components.";
 
 inline constexpr char kGeneralFooter[] = R"(Examples:
-  kvamigrate replace --mode bde --folder ~/src/orders --subfolders
+  kvamigrate replace --mode bde --folder orders --subfolders
       convert every unit below the folder, and the forms that they name
   kvamigrate replace --mode ibx Orders.dproj
       convert the units of a project and their forms
-  kvamigrate restore ~/src/orders
+  kvamigrate restore orders
       put every file back as it was before the last run
   kvamigrate help replace
       all options of a command
@@ -35,10 +35,13 @@ inline constexpr char kReplaceFooter[] = R"(What a run does:
   With --interactive, nothing is replaced before the last answer.
 
 Examples:
-  kvamigrate replace --mode bde src --subfolders --exclude 'old/*'
+  kvamigrate replace --mode bde src --subfolders --exclude "old/*"
   kvamigrate replace --mode bde Orders.dpr --unit Main.pas --unit Data.pas
-  kvamigrate replace --mode ibx All.groupproj --active Server
-  kvamigrate replace --mode bde 'C:\Src' --drive C=/srv/checkout --codepage 1251)";
+  kvamigrate replace --mode ibx All.groupproj --active Server)";
+
+// Follows the text above where drives can be mapped.
+inline constexpr char kReplaceDrives[] = R"(
+  kvamigrate replace --mode bde "C:\Src" --drive C=/srv/checkout --codepage 1251)";
 
 inline constexpr char kCheckFooter[] = R"(Every finding is a line on standard output, as compilers write them:
   Main.dfm(120,5): warning dropped-property: ...
@@ -55,7 +58,7 @@ Examples:
 inline constexpr char kRestoreFooter[] =
     R"(Nothing is touched unless every backup is there, no file was edited after the
 run, and every line of the undo file is one that a run can have written.
---force restores edited files, too. Give the same --drive options as in the run.
+--force restores edited files, too.
 
 With a folder, the undo file is looked for in it and in its RBackup, RBackup.2
 and so on: the last run is taken back, or with --all every run, the last one
@@ -63,8 +66,11 @@ first.
 
 Examples:
   kvamigrate restore --list src
-  kvamigrate restore src/RBackup/RExpert.reu --only 'Main.*'
-  kvamigrate restore 'C:\Src\RBackup\RExpert.reu' --drive C=/srv/checkout)";
+  kvamigrate restore src/RBackup/RExpert.reu --only "Main.*")";
+
+inline constexpr char kRestoreDrives[] = R"(
+  kvamigrate restore "C:\Src\RBackup\RExpert.reu" --drive C=/srv/checkout
+      with the same --drive options as in the run)";
 
 inline constexpr char kToTextFooter[] =
     R"(The texts of several forms are written one after the other. A file that is text

@@ -45,7 +45,9 @@ std::string CommandSection(const TCommandRow& command) {
     text.append(Entry(command.Argument.Name, std::string(command.Argument.About) + "."));
   for (const TOption& option : command.Options)
     text.append(Entry(OptionSynopsis(option), std::string(option.About) + "."));
-  if (!command.Footer.empty()) text.append(".PP\n").append(Verbatim(command.Footer));
+  if (!command.Footer.empty()) {
+    text.append(".PP\n").append(Verbatim(std::string(command.Footer).append(command.DrivesFooter)));
+  }
   return text;
 }
 

@@ -210,7 +210,8 @@ const std::vector<TCommandRow> kCommands = {
      "--mode bde|ibx [--folder] DIR|[--project] FILE [OPTIONS]",
      {"PATH", TValueKind::File, "The folder or the project; the same as --folder or --project", 0, 1},
      kReplaceOptions,
-     kReplaceFooter},
+     kReplaceFooter,
+     kReplaceDrives},
     {TCommand::Check,
      "check",
      "Show what a run would do and leave, and write nothing",
@@ -225,7 +226,8 @@ const std::vector<TCommandRow> kCommands = {
      {"PATH", TValueKind::File, "The undo file of the run, RExpert.reu, or the folder that was converted", 1,
       1},
      kRestoreOptions,
-     kRestoreFooter},
+     kRestoreFooter,
+     kRestoreDrives},
     {TCommand::FormToText,
      "form to-text",
      "Make text of binary forms, as the IDE writes it",
@@ -268,8 +270,8 @@ const std::vector<TCommandRow> kCommands = {
      {"COMMAND", TValueKind::Text, "The command; without one, the list of commands is shown", 0, 2},
      {},
      ""},
-    {TCommand::Rules, "rules", "Print the rules of findings", "", {}, {}, "", /*IsHidden=*/true},
-    {TCommand::ManPage, "manpage", "Print the manual page", "", {}, {}, "", /*IsHidden=*/true},
+    {TCommand::Rules, "rules", "Print the rules of findings", "", {}, {}, "", {}, /*IsHidden=*/true},
+    {TCommand::ManPage, "manpage", "Print the manual page", "", {}, {}, "", {}, /*IsHidden=*/true},
 };
 
 }  // namespace
@@ -277,9 +279,11 @@ const std::vector<TCommandRow> kCommands = {
 const std::vector<TCommandRow>& Commands() {
   static const std::vector<TCommandRow> commands = [] {
     std::vector<TCommandRow> rows = kCommands;
-    for (TCommandRow& row : rows)
-      std::erase_if(row.Options,
-                    [](const TOption& option) { return option.Name == kDrive.Name && !win::CanMapDrives(); });
+    if (win::CanMapDrives()) return rows;
+    for (TCommandRow& row : rows) {
+      std::erase_if(row.Options, [](const TOption& option) { return option.Name == kDrive.Name; });
+      row.DrivesFooter = {};
+    }
     return rows;
   }();
   return commands;

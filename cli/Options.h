@@ -45,8 +45,9 @@ struct TCommandRow {
   std::string_view Usage;  // the part after the name
   TArgument Argument;
   std::vector<TOption> Options;
-  std::string_view Footer;  // explanations and examples; ends without a line end
-  bool IsHidden = false;    // only used by the build
+  std::string_view Footer;             // explanations and examples; ends without a line end
+  std::string_view DrivesFooter = {};  // follows Footer where drives can be mapped; empty elsewhere
+  bool IsHidden = false;               // only used by the build
 };
 
 const std::vector<TCommandRow>& Commands();

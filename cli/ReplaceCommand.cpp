@@ -19,6 +19,7 @@
 #include "cli/Progress.h"
 #include "cli/RunReport.h"
 #include "cli/Scope.h"
+#include "cli/Shell.h"
 #include "cli/StandardStreams.h"
 #include "cli/TypedPath.h"
 #include "rtl/text/SysUtils.h"
@@ -56,9 +57,10 @@ std::string BackupDir(const TCommandLine& line, const std::string& folder) {
 // Returns a hint about a backup folder that cannot be used.
 std::string WayBackHint(const mig::EWayBack& error, const TCommandLine& line) {
   if (error.Kind() == mig::TWayBack::Journal) {
-    std::string command = "Type: kvamigrate restore '" + mig::JournalOf(error.BackupDir()) + "'";
+    const std::string quote(1, kShellQuote);
+    std::string command = "Type: kvamigrate restore " + quote + mig::JournalOf(error.BackupDir()) + quote;
     for (const auto& [letter, folder] : line.Drives)
-      command.append(" --drive ").append(1, letter).append("='").append(folder).append("'");
+      command.append(" --drive ").append(1, letter).append("=").append(quote).append(folder).append(quote);
     return command;
   }
   return "Take another folder with --backup-dir, or give up the earlier backups with --overwrite-backups.";

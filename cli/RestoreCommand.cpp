@@ -15,6 +15,7 @@
 #include "cli/TypedPath.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
+#include "win/paths/Drives.h"
 
 namespace cli {
 namespace {
@@ -110,9 +111,10 @@ bool MayExecute(const mig::TRestorePlan& plan, bool force) {
     }
   }
   if (missing > 0)
-    Note(
-        "Nothing was restored. Were the backups moved, or was the run given --drive options that are missing "
-        "here?");
+    Note(win::CanMapDrives()
+             ? "Nothing was restored. Were the backups moved, or was the run given --drive options that are "
+               "missing here?"
+             : "Nothing was restored. Were the backups moved?");
   if (missing == 0 && refused > 0)
     Note("Nothing was restored. --force restores these files, too; --only restores a part.");
   return missing + refused == 0;

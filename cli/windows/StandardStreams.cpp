@@ -1,7 +1,10 @@
 #include "cli/StandardStreams.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
+#include <io.h>
 
 #include "cli/Interrupt.h"
 #include "win/Errors.h"
@@ -88,6 +91,7 @@ void PrepareStreams() {
   AskForControlSequences(TStream::Output);
   AskForControlSequences(TStream::Error);
   std::atexit(RestoreModes);
+  _setmode(_fileno(stdin), _O_BINARY);
 }
 
 int WriteStream(TStream stream, std::string_view bytes) noexcept {

@@ -1,0 +1,17 @@
+// What the shells of this host do with a command line.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace cli {
+
+// The quotation mark that keeps a word with blanks together: ' or, on Windows, ".
+extern const char kShellQuote;
+
+// Returns the files that a typed path with "*" or "?" in its name stands for, spelled with the folder as typed.
+// Returns the path as it is if it has none of them, if no file matches, or if the shells of this host have expanded
+// it already.
+std::vector<std::string> ExpandWildcards(const std::string& typed);
+
+}  // namespace cli
