@@ -293,36 +293,4 @@ TControlWidget::TControlWidget(const rtl::TControl& control, QWidget* widget)
   widget->setObjectName(ToQt(control.Name()));
 }
 
-void TControlWidget::Show(rtl::TChange what) {
-  switch (what) {
-    case rtl::TChange::Text:
-      ShowText();
-      break;
-    case rtl::TChange::Checked:
-      ShowChecked();
-      break;
-    case rtl::TChange::Enabled:
-      FWidget->setEnabled(FControl.Enabled());
-      break;
-    case rtl::TChange::Items:
-      ShowItems();
-      break;
-    case rtl::TChange::ActivePage:
-      ShowActivePage();
-      break;
-    case rtl::TChange::Picture:
-      ShowPicture();
-      break;
-  }
-}
-
-void TControlWidget::ShowAll() {
-  ShowText();
-  ShowItems();
-  ShowChecked();
-  ShowActivePage();
-  ShowPicture();
-  FWidget->setEnabled(FControl.Enabled());
-}
-
 }  // namespace desktop

@@ -6,32 +6,24 @@
 #include <memory>
 #include <string_view>
 
-#include "rtl/forms/Controls.h"
+#include "rtl/forms/ControlView.h"
 
 namespace desktop {
 
 // A control as a widget. The widget is owned by its Qt parent; this object lives as long as the window.
-class TControlWidget {
+class TControlWidget : public rtl::TControlView {
  public:
-  virtual ~TControlWidget() = default;
-
   QWidget* Widget() const { return FWidget; }
   // Returns the parent for the widgets of contained controls: the widget itself, or a widget inside it.
   virtual QWidget* Inside() const { return FWidget; }
-  // Shows the control's present state of that kind. Does nothing if the widget shows it already, so the
-  // cursor in a text and the position of a scrolled list are kept.
-  void Show(rtl::TChange what);
-  void ShowAll();
   // Converts the text that the user has typed to its final form, before a click on a button is handled.
   virtual void Settle() {}
 
  protected:
   TControlWidget(const rtl::TControl& control, QWidget* widget);
-  virtual void ShowText() {}
-  virtual void ShowChecked() {}
-  virtual void ShowItems() {}
-  virtual void ShowActivePage() {}
-  virtual void ShowPicture() {}
+  // The operations that show a state do nothing if the widget shows it already, so the cursor in a text and the
+  // position of a scrolled list are kept.
+  void ShowEnabled() override { FWidget->setEnabled(FControl.Enabled()); }
 
  private:
   const rtl::TControl& FControl;

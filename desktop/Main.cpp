@@ -9,6 +9,7 @@
 #include "desktop/HostWindow.h"
 #include "desktop/ProgressWindow.h"
 #include "desktop/QtText.h"
+#include "host/WizardProgram.h"
 #include "host/WizardRun.h"
 #include "rtl/text/Files.h"
 #include "target/Catalogue.h"
@@ -18,17 +19,7 @@
 namespace desktop {
 namespace {
 
-constexpr char kTitle[] = "Migration Wizard";
-constexpr int kExitFailed = 1;
-constexpr int kExitUsage = 2;
-constexpr int kExitException = 3;
-constexpr int kExitStopped = 130;
-
-// A mistake in the command line.
-class EUsage : public rtl::Exception {
- public:
-  using Exception::Exception;
-};
+using host::EUsage;
 
 struct TOptions {
   QString Project;
@@ -125,26 +116,26 @@ int Main(int argc, char** argv) {
 #if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
   if (!HasDisplay()) {
     std::fputs("kvawizard: there is no display to show the wizard on.\n", stderr);
-    return kExitException;
+    return host::kExitException;
   }
 #endif
   QApplication application(argc, argv);
-  TFrontEnd frontEnd(kTitle);
+  TFrontEnd frontEnd(host::kWizardTitle);
   try {
     const TOptions options = ParseCommandLine(application);
     SetEnvironment(options);
     if (!options.DialogAlone) return RunWindow(options, frontEnd);
     RunWizard(options, frontEnd);
-    return frontEnd.HasShownError() ? kExitFailed : 0;
+    return frontEnd.HasShownError() ? host::kExitFailed : 0;
   } catch (const EUsage& error) {
     std::fprintf(stderr, "kvawizard: %s\n", error.what());
-    return kExitUsage;
+    return host::kExitUsage;
   } catch (const rtl::EAbort&) {  // the user has been told why
-    return frontEnd.HasShownError() ? kExitException : kExitStopped;
+    return frontEnd.HasShownError() ? host::kExitException : host::kExitStopped;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "kvawizard: %s\n", error.what());
     rtl::Application().HandleException(error);
-    return kExitException;
+    return host::kExitException;
   }
 }
 

@@ -377,35 +377,4 @@ void TControlWindow::Place(const RECT& place) {
   MoveWindow(FWindow, place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
 }
 
-void TControlWindow::Show(rtl::TChange what) {
-  ++FShowing;
-  switch (what) {
-    case rtl::TChange::Text:
-      ShowText();
-      break;
-    case rtl::TChange::Checked:
-      ShowChecked();
-      break;
-    case rtl::TChange::Enabled:
-      EnableWindow(FWindow, FControl.Enabled() ? TRUE : FALSE);
-      break;
-    case rtl::TChange::Items:
-      ShowItems();
-      break;
-    case rtl::TChange::Picture:
-      ShowPicture();
-      break;
-    case rtl::TChange::ActivePage:
-      break;
-  }
-  --FShowing;
-}
-
-void TControlWindow::ShowAll() {
-  using rtl::TChange;
-  for (const TChange what :
-       {TChange::Text, TChange::Items, TChange::Checked, TChange::Picture, TChange::Enabled})
-    Show(what);
-}
-
 }  // namespace native

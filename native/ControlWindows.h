@@ -9,21 +9,17 @@
 #include <memory>
 
 #include "native/Dpi.h"
-#include "rtl/forms/Controls.h"
+#include "rtl/forms/ControlView.h"
 
 namespace native {
 
 // A control as a window. The window is destroyed with the dialog.
-class TControlWindow {
+class TControlWindow : public rtl::TControlView {
  public:
-  virtual ~TControlWindow() = default;
   TControlWindow(const TControlWindow&) = delete;
   TControlWindow& operator=(const TControlWindow&) = delete;
 
   HWND Window() const { return FWindow; }  // null if this kind has none
-  // Shows the control's present state of that kind.
-  void Show(rtl::TChange what);
-  void ShowAll();
   // Sets the font, and everything else that depends on the resolution.
   virtual void SetMetrics(const TMetrics& metrics);
   // Returns the size that the contents need. If `width` is not 0, the control will have that width, and
@@ -41,17 +37,11 @@ class TControlWindow {
   // Creates the window of the control's kind in `dialog`, or none.
   TControlWindow(const rtl::TControl& control, HWND dialog, int identifier);
 
-  virtual void ShowText() {}
-  virtual void ShowChecked() {}
-  virtual void ShowItems() {}
-  virtual void ShowPicture() {}
-  // Returns whether a notification comes from a change by the program, so it is no user input.
-  bool IsShowing() const { return FShowing > 0; }
+  void ShowEnabled() override { EnableWindow(FWindow, FControl.Enabled() ? TRUE : FALSE); }
 
  private:
   const rtl::TControl& FControl;
   HWND FWindow;
-  int FShowing = 0;
 };
 
 // Returns the window of `control`, with `identifier` as its child window identifier.

@@ -4,6 +4,7 @@
 #include "native/Pickers.h"
 #include "native/QuestionForm.h"
 #include "qrl/QrlVcl.h"
+#include "rtl/text/Lines.h"
 #include "win/windows/WindowsText.h"
 
 namespace native {
@@ -20,12 +21,34 @@ struct TMessageType {
   const char* Caption;
 };
 
+// What the system's message box shows on every screen: it has no scroll bar.
+constexpr size_t kMostLines = 20;
+constexpr size_t kLineLength = 80;  // at which it breaks lines, about
+
 constexpr TMessageType kMessageTypes[] = {
     {rtl::TMsgDlgType::Warning, MB_ICONEXCLAMATION, "Warning"},
     {rtl::TMsgDlgType::Error, rtl::MB_ICONERROR, "Error"},
     {rtl::TMsgDlgType::Confirmation, MB_ICONQUESTION, "Confirm"},
     {rtl::TMsgDlgType::Information, rtl::MB_ICONINFORMATION, "Information"},
 };
+
+// Returns a question with the lines after the first one in an area that scrolls, for a text that a message box may
+// not show in full; nullopt for any other text.
+std::optional<rtl::TQuestion> AsQuestion(std::string_view text, std::string_view caption, unsigned flags) {
+  rtl::TQuestion question{.Caption = std::string(caption), .Text = {}, .Flags = flags, .Buttons = {"OK"}};
+  size_t height = 0;
+  while (!text.empty()) {
+    question.Details.emplace_back(rtl::TakeLine(text));
+    height += 1 + question.Details.back().size() / kLineLength;
+  }
+  if (height <= kMostLines) return std::nullopt;
+  question.Text = question.Caption;
+  if (question.Details.front().size() <= 2 * kLineLength) {
+    question.Text = question.Details.front();
+    question.Details.erase(question.Details.begin());
+  }
+  return question;
+}
 
 }  // namespace
 
@@ -47,6 +70,10 @@ void TFrontEnd::ShowModal(rtl::TForm& form) {
 }
 
 void TFrontEnd::ShowMessage(std::string_view text, std::string_view caption, unsigned flags) {
+  if (const auto question = AsQuestion(text, caption, flags)) {
+    TQuestionForm(*question).ShowModal();
+    return;
+  }
   BeforeModal();
   MessageBoxW(Owner(), win::ToWideOrReplaced(text).c_str(), win::ToWideOrReplaced(caption).c_str(),
               rtl::MB_OK | flags);

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "host/WizardProgram.h"
 #include "host/WizardRun.h"
 #include "native/FrontEnd.h"
 #include "native/ProgressWindow.h"
@@ -20,23 +21,15 @@
 namespace native {
 namespace {
 
-constexpr char kTitle[] = "Migration Wizard";
+using host::EUsage;
+using host::kWizardTitle;
+
 constexpr char kUsage[] =
     "Usage: kvawizard [--wizard] [--codepage N] [--catalogue FILE] [PROJECT]\n\n"
     "PROJECT\tThe project or project group to migrate.\n"
     "--wizard\tDo not ask for a project.\n"
     "--codepage N\tCode page of sources without a mark (default: 1252).\n"
     "--catalogue FILE\tWhat the target classes publish, instead of what is built in.";
-constexpr int kExitFailed = 1;
-constexpr int kExitUsage = 2;
-constexpr int kExitException = 3;
-constexpr int kExitStopped = 130;
-
-// A mistake in the command line.
-class EUsage : public rtl::Exception {
- public:
-  using Exception::Exception;
-};
 
 struct TOptions {
   std::string Project;
@@ -107,13 +100,13 @@ void ShowManual() {
   GetModuleFileNameW(nullptr, program, MAX_PATH);
   const std::string manual = rtl::ExtractFilePath(win::ToUtf8OrReplaced(program)) + "manual.md";
   if (win::ShellExecuteA("open", manual)) return;
-  rtl::Application().MessageBox("The manual \"" + manual + "\" cannot be opened.", kTitle,
+  rtl::Application().MessageBox("The manual \"" + manual + "\" cannot be opened.", kWizardTitle,
                                 rtl::MB_ICONINFORMATION);
 }
 
 int Run(const TOptions& options, TFrontEnd& frontEnd) {
   if (options.ShowHelp) {
-    rtl::Application().MessageBox(kUsage, kTitle, rtl::MB_ICONINFORMATION);
+    rtl::Application().MessageBox(kUsage, kWizardTitle, rtl::MB_ICONINFORMATION);
     return 0;
   }
   SetCodePage(options.CodePage);
@@ -133,7 +126,7 @@ int Run(const TOptions& options, TFrontEnd& frontEnd) {
     throw;
   }
   frontEnd.OnModal = nullptr;
-  return frontEnd.HasShownError() ? kExitFailed : 0;
+  return frontEnd.HasShownError() ? host::kExitFailed : 0;
 }
 
 int Main() {
@@ -141,18 +134,18 @@ int Main() {
                                          ICC_STANDARD_CLASSES | ICC_LISTVIEW_CLASSES | ICC_PROGRESS_CLASS};
   InitCommonControlsEx(&controls);
   static_cast<void>(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE));
-  TFrontEnd frontEnd(kTitle);
+  TFrontEnd frontEnd(kWizardTitle);
   frontEnd.OnHelp = ShowManual;
   try {
     return Run(ParseCommandLine(Arguments()), frontEnd);
   } catch (const EUsage& error) {
     rtl::Application().HandleException(error);
-    return kExitUsage;
+    return host::kExitUsage;
   } catch (const rtl::EAbort&) {  // the user has been told why
-    return frontEnd.HasShownError() ? kExitException : kExitStopped;
+    return frontEnd.HasShownError() ? host::kExitException : host::kExitStopped;
   } catch (const std::exception& error) {
     rtl::Application().HandleException(error);
-    return kExitException;
+    return host::kExitException;
   }
 }
 

@@ -1,0 +1,30 @@
+// What a front end shows of a control, one kind of state at a time.
+#pragma once
+
+#include "rtl/forms/Controls.h"
+
+namespace rtl {
+
+class TControlView {
+ public:
+  virtual ~TControlView() = default;
+
+  // Shows the control's present state of that kind. A front end calls it when the control has changed.
+  void Show(TChange what);
+  void ShowAll();
+
+ protected:
+  virtual void ShowText() {}
+  virtual void ShowChecked() {}
+  virtual void ShowEnabled() = 0;
+  virtual void ShowItems() {}
+  virtual void ShowPicture() {}
+  virtual void ShowActivePage() {}
+  // Returns whether one of these is at work, so a notification of the toolkit is no user input.
+  bool IsShowing() const { return FShowing > 0; }
+
+ private:
+  int FShowing = 0;
+};
+
+}  // namespace rtl
