@@ -31,6 +31,7 @@ endif()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_VENDOR "the kvamigrate authors")
+# The format wants an address. The authors have none: the domain "invalid" is reserved for saying so.
 set(CPACK_PACKAGE_CONTACT "the kvamigrate authors <kvamigrate@kvamigrate.invalid>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)

@@ -135,6 +135,7 @@ TEST(GitPatchTest, Sha1) {
 
 // `git apply` converts files with all mixes of line ends, marks and NULs to exactly the new ones, and back.
 TEST(GitPatchTest, AppliedItGivesTheNewBytes) {
+  if (!tests::HasGit()) GTEST_SKIP() << "there is no git";
   const tests::TTempTree tree;
   const std::vector<std::string> pieces = {
       "a\n",     "b\r\n",         "c\r\r\n",        "\r", "d", "\n", "\xEF\xBB\xBFuses X;\r\n", "\xE9\xFC\n",

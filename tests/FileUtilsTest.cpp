@@ -1,5 +1,4 @@
 // Paths, folder operations and the log file.
-#include <cstdlib>
 #include <gtest/gtest.h>
 
 #include "MigWizard/run/FileUtils.h"
@@ -33,7 +32,7 @@ TEST(FileUtilsTest, CreateTempFolder) {
   const tests::TTempTree tree;
   tree.MakeFolder("$DS1");
   tree.MakeFolder("$DS2");
-  setenv("TMPDIR", tree.HostPath().c_str(), 1);
+  const tests::TVariable temporary(tests::kTemporaryVariable, tree.HostPath());
   EXPECT_EQ(CreateTempFolder("$DS", 1), tree.WindowsPath("$DS3"));
   // $DS1 to $DS3 are checked; $DS4 is created between the check and the creation.
   tree.MakeFolder("$DS4");
@@ -45,7 +44,6 @@ TEST(FileUtilsTest, CreateTempFolder) {
   }
   tree.Write("$DS6", "");
   EXPECT_EQ(CreateTempFolder("$DS", 1), "");
-  unsetenv("TMPDIR");
 }
 
 TEST(FileUtilsTest, LinksToFoldersAreNotFollowed) {
@@ -53,7 +51,7 @@ TEST(FileUtilsTest, LinksToFoldersAreNotFollowed) {
   tree.Write("precious/Kept.pas", "kept");
   for (const char* const name : {"one", "two", "scanned"}) {
     tree.Write(std::string(name) + "/Sub/Unit.pas", "");
-    tree.Link("../precious", std::string(name) + "/link");
+    if (!tree.Link("../precious", std::string(name) + "/link")) GTEST_SKIP() << "there are no links";
     tree.Link("../../precious", std::string(name) + "/Sub/link");
   }
   rtl::TStringList units;

@@ -21,13 +21,13 @@ TEST_F(FilesTest, FoldersAreCreatedAndListed) {
   EXPECT_TRUE(rtl::CreateFolders(Path("a/b/c")));
   EXPECT_TRUE(rtl::CreateFolders(Path("a/b/c")));
   EXPECT_FALSE(rtl::CreateFolders(Path("a/file/c")));
-  FTree.Link("b", "a/Link");
+  const bool hasLinks = FTree.Link("b", "a/Link");
   std::string found;
   rtl::TFolderEntries entries(Path("a"));
   while (entries.Next())
     found += entries.Path().substr(Path("a").size()) + (entries.IsFolder() ? " folder" : "") +
              (entries.IsLink() ? " link;" : ";");
-  EXPECT_EQ(found, "\\b folder;\\file;\\Link folder link;");
+  EXPECT_EQ(found, std::string("\\b folder;\\file;") + (hasLinks ? "\\Link folder link;" : ""));
   EXPECT_TRUE(entries.IsComplete());
   rtl::TFolderEntries none(Path("none"));
   EXPECT_FALSE(none.Next());

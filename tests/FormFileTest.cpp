@@ -143,9 +143,10 @@ TEST_F(FormCommandTest, SeveralInputsAndAnOutputThatIsOneOfThem) {
   EXPECT_EQ(Run("to-text --in-place a.dfm b.dfm"), "0|Converted: 2, left as they are: 0, failed: 0\n|");
   EXPECT_EQ(Run("to-binary -q --in-place a.dfm b.dfm"), "0||");
   std::filesystem::permissions(FTree.HostPath("a.dfm"), std::filesystem::perms(0640));
+  const auto before = std::filesystem::status(FTree.HostPath("a.dfm")).permissions();
   EXPECT_EQ(Run("to-text a.dfm -o ./A.DFM"), "0||");
   EXPECT_EQ(FTree.Read("a.dfm"), kText);
-  EXPECT_EQ(std::filesystem::status(FTree.HostPath("a.dfm")).permissions(), std::filesystem::perms(0640));
+  EXPECT_EQ(std::filesystem::status(FTree.HostPath("a.dfm")).permissions(), before);
 }
 
 TEST_F(FormCommandTest, WhatIsNeverOverwritten) {
@@ -154,11 +155,14 @@ TEST_F(FormCommandTest, WhatIsNeverOverwritten) {
   FTree.Write("locked", "mine");
   std::filesystem::permissions(FTree.HostPath("locked"), std::filesystem::perms(0440));
   FTree.MakeFolder("folder");
-  FTree.Link("mine", "link");
-  FTree.Link("a.dfm", "b.dfm");
-  for (const std::string output : {"link", "folder", "locked", "/dev/null"})
+  const bool hasLinks = FTree.Link("mine", "link") && FTree.Link("a.dfm", "b.dfm");
+  std::vector<std::string> outputs = {"folder", "locked"};
+  if (hasLinks) outputs.insert(outputs.end(), {"link", "/dev/null"});
+  for (const std::string& output : outputs)
     EXPECT_EQ(Run("to-text a.dfm -o " + output),
               "3||kvamigrate: Cannot write \"" + output + "\". Access is denied.\n");
+  EXPECT_EQ(FTree.Read("locked"), "mine");
+  if (!hasLinks) return;
   EXPECT_EQ(FTree.Read("mine"), "mine");
   EXPECT_EQ(
       Run("to-text --in-place b.dfm"),
@@ -174,16 +178,17 @@ TEST_F(FormCommandTest, AFolderInPlace) {
   FTree.Write("src/deep/D.DFM", kText);
   FTree.Write("src/Bad.dfm", FBinary.substr(0, 40));
   std::filesystem::permissions(FTree.HostPath("src/A.dfm"), std::filesystem::perms(0640));
+  const auto before = std::filesystem::status(FTree.HostPath("src/A.dfm")).permissions();
   const std::string bad =
       "|kvamigrate: src/Bad.dfm: Form data at offset 34: a property's name of 7 bytes, but only 6 are "
       "left "
       "(object Form1).\n";
-  FTree.Link("nowhere", "src/Gone.dfm");
+  if (!FTree.Link("nowhere", "src/Gone.dfm")) GTEST_SKIP() << "there are no links";
   const std::string gone =
       "kvamigrate: Cannot open file \"src/Gone.dfm\". The system cannot find the file specified.\n";
   EXPECT_EQ(Run("to-text --in-place src"), "1|Converted: 2, left as they are: 1, failed: 2\n" + bad + gone);
   EXPECT_EQ(FTree.Read("src/A.dfm"), kText);
-  EXPECT_EQ(std::filesystem::status(FTree.HostPath("src/A.dfm")).permissions(), std::filesystem::perms(0640));
+  EXPECT_EQ(std::filesystem::status(FTree.HostPath("src/A.dfm")).permissions(), before);
   EXPECT_EQ(FTree.Read("src/B.pas"), FBinary);
   EXPECT_EQ(FTree.Read("src/deep/er/C.NFM"), kText);
   EXPECT_EQ(FTree.Read("src/Bad.dfm"), FBinary.substr(0, 40));

@@ -21,6 +21,7 @@ std::map<std::string, std::string> Files(const tests::TTempTree& tree, const std
 }
 
 TEST(GeneratedTreeTest, APatchIsTheRun) {
+  if (!tests::HasGit()) GTEST_SKIP() << "there is no git";
   const char* const rows[] = {
       "--mode bde",
       "--mode ibx --codepage 1251",

@@ -37,7 +37,8 @@ std::string ReadFile(const fs::path& path) {
 std::map<std::string, std::string> ReadTree(const fs::path& root) {
   std::map<std::string, std::string> files;
   for (const auto& entry : fs::recursive_directory_iterator(root))
-    if (entry.is_regular_file()) files[fs::relative(entry.path(), root).string()] = ReadFile(entry.path());
+    if (entry.is_regular_file())
+      files[fs::relative(entry.path(), root).generic_string()] = ReadFile(entry.path());
   return files;
 }
 
@@ -144,6 +145,7 @@ size_t ChangedLines(const std::string& before, const std::string& after, diff::T
 // Applying the patch of --diff gives the same tree as a run, byte for byte, and printing it changes
 // nothing.
 TEST_P(GoldenTest, APatchIsTheRun) {
+  if (!tests::HasGit()) GTEST_SKIP() << "there is no git";
   if (!Setting(FName, "result").empty()) GTEST_SKIP() << "the run stops";
   const auto before = ReadTree(FTree);
   const auto project = Setting(FName, "project");

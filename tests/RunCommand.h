@@ -1,9 +1,6 @@
 // Runs kvamigrate as a script does.
 #pragma once
 
-#include <cstdlib>
-#include <sys/wait.h>
-
 #include "tests/TempTree.h"
 
 namespace tests {
@@ -13,11 +10,8 @@ namespace tests {
 inline std::string RunCommand(const TTempTree& tree, const std::string& arguments) {
   // Other programs' temporary folders must not affect a test.
   static const TTempTree temporary;
-  const std::string command = "cd " + tree.HostPath() + " && TMPDIR=" + temporary.HostPath() + " " +
-                              KVA_BINARY_DIR + "/cli/kvamigrate >out.txt 2>err.txt " + arguments;
-  const int status = std::system(command.c_str());
-  std::string text =
-      std::to_string(WEXITSTATUS(status)) + "|" + tree.Read("out.txt") + "|" + tree.Read("err.txt");
+  const int status = RunProgram(tree.HostPath(), temporary.HostPath(), arguments);
+  std::string text = std::to_string(status) + "|" + tree.Read("out.txt") + "|" + tree.Read("err.txt");
   for (const std::string& path : {tree.WindowsPath(), tree.HostPath()})
     for (size_t at; (at = text.find(path)) != std::string::npos;) text.replace(at, path.size(), "<dir>");
   return text;

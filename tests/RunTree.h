@@ -1,7 +1,6 @@
 // A folder with two units and their forms, one pair in a subfolder, and a replacer for runs over it.
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -33,15 +32,13 @@ class TRunTree : public testing::Test {
     options.IncludeSubDirs = true;
     options.BackupDir = mig::JoinPath(options.Directory, "RBackup");
     std::filesystem::create_directory(FTree.HostPath("tmp"));
-    setenv("TMPDIR", FTree.HostPath("tmp").c_str(), 1);
     Replacer().OnWarning = [this](std::string_view message) { FWarnings.emplace_back(message); };
   }
-  ~TRunTree() override { unsetenv("TMPDIR"); }
 
   target::TKVAComponentReplacer& Replacer() { return FMigration.BDE(); }
   std::string UndoFile() { return mig::JoinPath(FMigration.Options().BackupDir, "RExpert.reu"); }
   std::string Read(const std::string& name) {
-    std::ifstream file(FTree.HostPath(name), std::ios::binary);
+    std::ifstream file(std::filesystem::path(FTree.HostPath(name)), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
   std::map<std::string, std::string> Sources() {
@@ -76,6 +73,9 @@ class TRunTree : public testing::Test {
   TTempTree FTree{std::filesystem::exists("/dev/shm") ? "/dev/shm" : std::filesystem::temp_directory_path()};
   target::TKVAMigration FMigration;
   std::vector<std::string> FWarnings;
+
+ private:
+  const TVariable FTemporary{kTemporaryVariable, FTree.HostPath("tmp")};
 };
 
 }  // namespace tests

@@ -1,23 +1,9 @@
-// A temporary tree that is drive C: and also contains the user's settings.
+// A tree that is drive C: and also contains the user's settings, as the text of the file TScratch::kSettings. All
+// of it is gone afterwards.
 #pragma once
 
-#include <cstdlib>
-#include <gtest/gtest.h>
-
-#include "tests/TempTree.h"
-#include "win/paths/Drives.h"
-
-namespace tests {
-
-class TScratch : public TTempTree {
- public:
-  static constexpr char kSettings[] = "config/Tarvex/registry.ini";
-
-  TScratch() {
-    EXPECT_TRUE(win::MapDrive('C', HostPath()));
-    setenv("XDG_CONFIG_HOME", HostPath("config").c_str(), 1);
-  }
-  ~TScratch() { win::ResetDrives(); }
-};
-
-}  // namespace tests
+#ifdef _WIN32
+#include "tests/windows/WindowsScratch.h"
+#else
+#include "tests/posix/PosixScratch.h"
+#endif

@@ -176,6 +176,7 @@ TEST_F(StrictRunTest, ASecondRunIsRefusedWhileTheFirstIsAtWork) {
 }
 
 TEST_F(StrictRunTest, WhatIsRefused) {
+  bool isPrepared = true;
   const struct {
     const char* Name;
     std::function<void()> Prepare;
@@ -184,7 +185,7 @@ TEST_F(StrictRunTest, WhatIsRefused) {
       {"a backup that cannot be made", [this] { FTree.MakeFolder("src/RBackup/A.~pas"); },
        "No backup of \"<dir>\\src\\A.pas\" could be made. Access is denied. No file was replaced."},
       {"a backup that is a link",
-       [this] { FTree.MakeFolder("src/RBackup"), FTree.Link("/nowhere", "src/RBackup/A.~pas"); },
+       [&] { FTree.MakeFolder("src/RBackup"), isPrepared = FTree.Link("/nowhere", "src/RBackup/A.~pas"); },
        "No backup of \"<dir>\\src\\A.pas\" could be made. Access is denied. No file was replaced."},
       {"an undo file that cannot be looked at", [this] { FTree.MakeFolder("src/RBackup/RExpert.reu"); },
        "Cannot open file \"<dir>\\src\\RBackup\\RExpert.reu\". Access is denied."},
@@ -199,13 +200,15 @@ TEST_F(StrictRunTest, WhatIsRefused) {
        "<dir>\\src\\a=b.pas: The undo file cannot list a name with \"=\" or a line end in it."},
       {"a damaged form", [this] { FTree.Write("src/A.dfm", kBadForm); },
        "<dir>\\src\\A.DFM: Form data at offset 2: the signature TPF0 is missing."},
-      {"a log that is a link", [this] { FTree.Link("/nowhere", "src/Wiz_Log.txt"); },
+      {"a log that is a link", [&] { isPrepared = FTree.Link("/nowhere", "src/Wiz_Log.txt"); },
        "Cannot create file \"<dir>\\src\\Wiz_Log.txt\". Access is denied."},
   };
   const TFiles before = Sources();
   for (const auto& row : rows) {
     SCOPED_TRACE(row.Name);
+    isPrepared = true;
     row.Prepare();
+    if (!isPrepared) continue;  // there are no links
     const TFiles prepared = Sources();
     EXPECT_EQ(Failure<rtl::Exception>(), row.Message);
     EXPECT_EQ(Sources(), prepared);

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/TestHost.h"
 #include "win/paths/Drives.h"
 
 namespace tests {
@@ -29,7 +30,7 @@ class TTempTree {
   }
   ~TTempTree() {
     std::error_code ignored;
-    std::filesystem::remove_all(FRoot, ignored);
+    if (!FIsKept) std::filesystem::remove_all(FRoot, ignored);
   }
   TTempTree(const TTempTree&) = delete;
   TTempTree& operator=(const TTempTree&) = delete;
@@ -48,8 +49,9 @@ class TTempTree {
     if (!file.flush()) ADD_FAILURE() << "cannot write " << HostPath(name);
   }
   void MakeFolder(std::string_view name) const { std::filesystem::create_directories(HostPath(name)); }
-  void Link(std::string_view text, std::string_view name) const {
-    std::filesystem::create_symlink(text, HostPath(name));
+  // Returns false if the host has no links.
+  bool Link(std::string_view text, std::string_view name) const {
+    return MakeLink(std::string(text), HostPath(name));
   }
 
   bool Exists(std::string_view name) const {
@@ -71,8 +73,16 @@ class TTempTree {
     return names;
   }
 
+ protected:
+  // A folder that is not deleted.
+  struct TExisting {
+    std::string Root;
+  };
+  explicit TTempTree(const TExisting& folder) : FRoot(folder.Root), FIsKept(true) {}
+
  private:
   std::string FRoot;
+  bool FIsKept = false;
 };
 
 }  // namespace tests

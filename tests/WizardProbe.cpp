@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "rtl/forms/Menus.h"
+#include "tests/TestHost.h"
 #include "toolsapi/InterfacedObject.h"
 #include "toolsapi/ToolsAPI.h"
 
@@ -39,6 +40,6 @@ extern "C" KVA_EXPORTED bool INITWIZARD0001(const toolsapi::TIntf<toolsapi::IInt
   item.SetOnClick([](rtl::TMenuItem& sender) { sender.SetCaption("clicked"); });
   menus->AddActionMenu("HelpMenu", nullptr, &item, true, true);
   registerProc(toolsapi::MakeIntf<TProbe>(isOwn ? "a variable of its own" : "the program's variable"));
-  *terminate = [] { setenv("KVA_PROBE", "ended", 1); };
+  *terminate = [] { tests::SetVariable("KVA_PROBE", "ended"); };
   return !word || word != std::string_view("refuse");
 }

@@ -13,7 +13,7 @@
 #include <thread>
 #include <unistd.h>
 
-#include "tests/WinFiles.h"
+#include "tests/posix/WinFiles.h"
 #include "win/Shell.h"
 
 namespace win {

@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "tests/WinFiles.h"
+#include "tests/posix/WinFiles.h"
 #include "win/Diagnostics.h"
 #include "win/paths/CodePage.h"
 

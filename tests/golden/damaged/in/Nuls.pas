@@ -1,4 +1,4 @@
-unit Nul;
+unit Nuls;
 
 interface
 

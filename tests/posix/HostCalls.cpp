@@ -1,4 +1,4 @@
-#include "tests/HostCalls.h"
+#include "tests/posix/HostCalls.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -10,8 +10,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "tests/HostCalls.h"
-#include "tests/WinFiles.h"
+#include "tests/posix/HostCalls.h"
+#include "tests/posix/WinFiles.h"
 #include "win/posix/PosixErrors.h"
 
 namespace win {

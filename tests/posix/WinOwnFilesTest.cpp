@@ -10,7 +10,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include "tests/WinFiles.h"
+#include "tests/posix/WinFiles.h"
 
 namespace win {
 namespace {

@@ -1,4 +1,4 @@
-// Floating-point numbers as text, compared with the C library's exact conversions.
+// Floating-point numbers as text, compared with the C library's conversions, which are exact here.
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>

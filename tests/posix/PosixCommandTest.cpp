@@ -1,0 +1,45 @@
+// The command line program with links that lead nowhere, streams that cannot be used, and a script as the wizard.
+#include <filesystem>
+#include <gtest/gtest.h>
+
+#include "tests/RunCommand.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class PosixCommandTest : public testing::Test {
+ protected:
+  std::string Run(const std::string& arguments) { return tests::RunCommand(FTree, arguments); }
+
+  tests::TTempTree FTree;
+};
+
+TEST_F(PosixCommandTest, ErrorsThatStopARun) {
+  FTree.Link("loop", "loop");
+  const std::pair<const char*, const char*> rows[] = {
+      {"replace --mode bde --folder loop",
+       "Cannot open \"<dir>\\loop\". The name of the file cannot be resolved by the system."},
+      {"restore loop/x",
+       "Cannot open \"<dir>\\loop\\x\". The name of the file cannot be resolved by the system."},
+      {"catalogue >/dev/full", "Cannot write to standard output: No space left on device."},
+      {"catalogue >&-", "Cannot write to standard output: Bad file descriptor."},
+      {"form to-text - <&-", "Cannot read the standard input."},
+  };
+  for (const auto& [arguments, message] : rows)
+    EXPECT_EQ(Run(arguments), std::string("3||kvamigrate: ") + message + "\n") << arguments;
+}
+
+// The desktop program is searched beside this one.
+TEST_F(PosixCommandTest, TheWizardGetsWhatWasTyped) {
+  fs::copy(std::string(KVA_BINARY_DIR) + "/cli/kvamigrate", FTree.HostPath("kvamigrate"));
+  FTree.Write("kvawizard", "#!/bin/sh\necho \"$@\"\n");
+  fs::permissions(FTree.HostPath("kvawizard"), fs::perms(0755));
+  const std::string run = "--version && ./kvamigrate wizard ";
+  const std::string version = "0|kvamigrate " KVA_VERSION "\n";
+  EXPECT_EQ(Run(run + "--drive c=. --catalogue x --codepage cp1251 -- -P.dpr >>out.txt"),
+            version + "--wizard --codepage 1251 --drive c=. --catalogue x -- -P.dpr\n|");
+  EXPECT_EQ(Run(run + ">>out.txt"), version + "--wizard --codepage 1252\n|");
+}
+
+}  // namespace
