@@ -65,12 +65,13 @@ class TObjectLayout {
   }
 
  private:
-  // Returns the indentation of the object's first property, or two blanks more than that of the object.
+  // Returns the indentation of the first line in the object, or two blanks more than that of the object.
   std::string InnerIndent() const {
-    if (FOld.size() > 2) {
-      const std::string_view first = FOld[1];
-      const std::string_view indent = first.substr(0, first.find_first_not_of(" \t"));
+    for (size_t i = 1; i + 1 < FOld.size(); ++i) {
+      if (Trim(FOld[i]).empty()) continue;
+      const std::string_view indent = FOld[i].substr(0, FOld[i].find_first_not_of(" \t"));
       if (indent.size() > FIndent.size() && indent.starts_with(FIndent)) return std::string(indent);
+      break;
     }
     return FIndent + "  ";
   }

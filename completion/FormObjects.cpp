@@ -69,11 +69,13 @@ class TInheritedPass {
     for (mig::TFormEdit& edit : FForm.Edits) {
       if (edit.Level < 0) continue;
       const size_t begin = TokenAt(edit.Begin);
-      Collect(token, begin, /*takesAll=*/false, edits);
+      if (begin < token) continue;  // in an object that was taken
+      token = Collect(token, begin, FTokens.size(), /*takesAll=*/false, edits);
+      if (begin < token) continue;
       token = TokenAt(edit.End);
-      Collect(begin + 1, token, /*takesAll=*/true, edit.Nested);
+      Collect(begin + 1, token, token, /*takesAll=*/true, edit.Nested);
     }
-    Collect(token, FTokens.size(), /*takesAll=*/false, edits);
+    Collect(token, FTokens.size(), FTokens.size(), /*takesAll=*/false, edits);
     return edits;
   }
 
@@ -85,9 +87,11 @@ class TInheritedPass {
     return static_cast<size_t>(place - FTokens.begin());
   }
 
-  // Converts the outermost objects of mapped classes that begin with the tokens from `first` to before `end`: all of
-  // them, or those that the conversion leaves out.
-  void Collect(size_t first, size_t end, bool takesAll, std::vector<mig::TFormEdit>& edits) {
+  // Converts the outermost objects of mapped classes that begin with the tokens from `first` to before `end` and end
+  // before `limit`: all of them, or those that the conversion leaves out. Returns the index after the last token of
+  // the last one, or `first`.
+  size_t Collect(size_t first, size_t end, size_t limit, bool takesAll, std::vector<mig::TFormEdit>& edits) {
+    size_t done = first;
     for (size_t i = first; i < end; ++i) {
       THeader header;
       if (!ReadHeader(FTokens, i, header)) continue;
@@ -100,11 +104,13 @@ class TInheritedPass {
       if (newClass == nullptr || !isTaken) continue;
       const size_t last = FindEnd(FTokens, i);
       mig::TFormEdit edit;
-      if (last >= end || !Convert(header, last, *newClass, edit)) continue;
-      Collect(i + 1, last, /*takesAll=*/true, edit.Nested);
+      if (last >= limit || !Convert(header, last, *newClass, edit)) continue;
+      Collect(i + 1, last, last, /*takesAll=*/true, edit.Nested);
       edits.push_back(std::move(edit));
       i = last;
+      done = last + 1;
     }
+    return done;
   }
 
   // Converts the object under the keyword `object` and without its index, as the parser takes it.

@@ -283,6 +283,12 @@ TEST(FormObjectsTest, WholeForms) {
        "AutoCommit = True\n"
        "      inherited B: TKVAQuery\n        AutoCommit = True\n      end\n    end\n    object X: TField\n  "
        "    Left = 1\n    end\n  end\nend\n"},
+      {"an inherited object that holds one that the conversion takes",
+       "object F: TF\n  inherited A: TTable\n    object B: TQuery\n    end\n  end\n  object C: TQuery\n  "
+       "end\nend\n",
+       "object F: TF\n  inherited A: TKVATable\n    AutoCommit = True\n    object B: TKVAQuery\n      "
+       "AutoCommit = "
+       "True\n    end\n  end\n  object C: TKVAQuery\n    AutoCommit = True\n  end\nend\n"},
       {"an object that is no form text stays", "object F: TF\n  inherited Q: TQuery\n    = 3\n  end\nend\n",
        "object F: TF\n  inherited Q: TQuery\n    = 3\n  end\nend\n"},
       {"connections whose transactions the unit declares",
