@@ -18,6 +18,7 @@ TEditorPages::TEditorPages(QWidget* parent) : QTabWidget(parent), FHint(new QLab
   FHint->setAlignment(Qt::AlignCenter);
   FHint->setWordWrap(true);
   FHint->setTextInteractionFlags(Qt::TextBrowserInteraction);
+  ShowLinks();
   connect(FHint, &QLabel::linkActivated, this, [this](const QString& target) {
     if (OnLink) OnLink(target);
   });
@@ -70,6 +71,12 @@ std::vector<std::string> TEditorPages::FileNames() const {
   return names;
 }
 
+void TEditorPages::ShowLinks() {
+  QPalette colors;
+  colors.setColor(QPalette::Link, LinkColor(palette()));
+  FHint->setPalette(colors);
+}
+
 void TEditorPages::SetHint(const QString& html) {
   if (FHint->text() != html) FHint->setText(html);
 }
@@ -117,6 +124,7 @@ void TEditorPages::RemoveClosed() {
 void TEditorPages::changeEvent(QEvent* event) {
   QTabWidget::changeEvent(event);
   if (event->type() != QEvent::PaletteChange) return;
+  ShowLinks();
   for (int i = 0; i < count(); ++i) {
     if (TSourceEditor* const page = EditorAt(i)) page->SetColors(palette());
   }

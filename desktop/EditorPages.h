@@ -68,6 +68,8 @@ class TEditorPages : public QTabWidget {
   void tabRemoved(int index) override;
 
  private:
+  void ShowLinks();
+
   QLabel* FHint;
 };
 

@@ -6,6 +6,7 @@
 #include <map>
 
 #include "desktop/QtText.h"
+#include "desktop/SourceLexer.h"
 #include "report/Fingerprints.h"
 
 namespace desktop {
@@ -162,7 +163,7 @@ QVariant TFindingsModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
       return TextOf(*entry, index.column());
     case Qt::ForegroundRole:
-      return index.column() == Place ? QVariant(QApplication::palette().brush(QPalette::Link)) : QVariant();
+      return index.column() == Place ? QVariant(LinkColor(QApplication::palette())) : QVariant();
     case SortRole:
       if (index.column() == Level) return static_cast<int>(entry->Finding->Level);
       if (index.column() == Place)

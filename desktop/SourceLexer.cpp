@@ -9,6 +9,7 @@ namespace desktop {
 namespace {
 
 constexpr int kDarkBelow = 128;  // lightness of a page
+constexpr QRgb kLinkDark = 0x6CB6FF;
 
 // Scintilla has one list of words for the Pascal lexer, in lower case.
 constexpr char kSourceWords[] =
@@ -57,6 +58,10 @@ bool IsDark(const QPalette& palette) {
 
 bool IsDark(const QWidget& widget) {
   return IsDark(widget.palette());
+}
+
+QColor LinkColor(const QPalette& palette) {
+  return IsDark(palette) ? QColor(kLinkDark) : palette.color(QPalette::Link);
 }
 
 TSourceLexer::TSourceLexer(bool isForm, QObject* parent) : QsciLexerPascal(parent), FIsForm(isForm) {

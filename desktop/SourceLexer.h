@@ -25,5 +25,7 @@ QFont SourceFont();
 // Returns whether a palette, or a widget, shows light text on a dark background.
 bool IsDark(const QPalette& palette);
 bool IsDark(const QWidget& widget);
+// Returns a colour of links that is legible on the page of a palette. Not every dark palette has one.
+QColor LinkColor(const QPalette& palette);
 
 }  // namespace desktop

@@ -265,6 +265,7 @@ TEST_F(HostWindowTest, ColoursStandOutFromTheirPage) {
     for (int style = 0; style < desktop::TSourceLexer::kStyles; ++style) {
       EXPECT_GE(contrast(page.lexer()->color(style), page.lexer()->paper(style)), 4.5) << style;
     }
+    EXPECT_GE(contrast(desktop::LinkColor(palette), palette.color(QPalette::Base)), 4.5);
     TakePicture(FWindow);
   }
   QApplication::setPalette(light);
