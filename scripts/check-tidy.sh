@@ -9,9 +9,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 build=build/lint
 [ -f $build/build.ninja ] || configure_quietly lint
-# Sources that the build generates, and that checked ones include.
-mapfile -t generated < <(ninja -C $build -t targets all | sed -n 's/^\(.*\.\(moc\|h\|example\)\): CUSTOM_COMMAND$/\1/p')
-[ ${#generated[@]} -eq 0 ] || build_quietly $build "${generated[@]}"
+# What the build makes and checked sources include.
+build_quietly $build kva_header_examples
 
 # Only files that the build compiles here: others have no compile commands.
 compiled=$(sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' $build/compile_commands.json)
