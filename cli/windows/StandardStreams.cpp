@@ -121,16 +121,13 @@ bool CanAsk() {
 }
 
 TInput ReadInput(char& byte) {
-  constexpr DWORD kAborted = 995;
   DWORD count = 0;
   do {
     if (PendingInterrupt() != 0) return TInput::Interrupted;
-    ::SetLastError(0);
-    const bool isRead = ReadFile(GetStdHandle(STD_INPUT_HANDLE), &byte, 1, &count, nullptr) != 0;
-    if (!isRead || count == 0) {
-      if (::GetLastError() != kAborted) return TInput::End;
-      Sleep(100);  // the handler of Ctrl-C runs at the same time
-      return TInput::Interrupted;
+    if (!ReadFile(GetStdHandle(STD_INPUT_HANDLE), &byte, 1, &count, nullptr) || count == 0) {
+      // Ctrl-C ends the reading, too, and its handler runs at the same time.
+      for (int i = 0; i < 20 && PendingInterrupt() == 0; ++i) Sleep(10);
+      return PendingInterrupt() != 0 ? TInput::Interrupted : TInput::End;
     }
   } while (byte == '\r');
   return TInput::Byte;
