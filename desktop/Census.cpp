@@ -10,6 +10,7 @@
 #include "rtl/text/Files.h"
 #include "target/KVAFormParser.h"
 #include "target/OldNameList.h"
+#include "win/FileSystem.h"
 
 namespace desktop {
 
@@ -63,6 +64,8 @@ void TCensus::Start(std::vector<std::string> forms) {
   FWatcher.cancel();
   FWatcher.setFuture(
       QtConcurrent::run(&FThread, [this, forms = std::move(forms)](QPromise<TCounts>& promise) {
+        const std::unique_ptr<win::TFileSystem> files = win::AnotherHostFileSystem();
+        const win::TFileSystemOverride inForce(*files);
         TCounts counts;
         std::array<TClassCounts, 2> classes;
         for (const std::string& form : forms) {
