@@ -115,6 +115,7 @@ class TUsesStep {
   TUsesStep(std::string_view text, const qrl::TEncoding& encoding, const TUsesRules& rules,
             const TUsesAccount& account)
       : FText(text),
+        FEncoding(encoding),
         FRules(rules),
         FAccount(account),
         FTokens(ReadModule(text, encoding)),
@@ -129,9 +130,11 @@ class TUsesStep {
     }
     ReadIdentifiers();
     MarkItems();
+    if (!MoveToInterface()) return std::nullopt;
     TUsesSection* const target = FindTarget();
     for (const TUsesClause* const clause : FSections) {
-      if (target == nullptr || !target->Clause || clause != &*target->Clause) KeepComments(*clause);
+      const bool isTarget = target != nullptr && target->Clause && clause == &*target->Clause;
+      if (!isTarget && !KeepDirectives(*clause)) return std::nullopt;
     }
     for (const TUsesItem* const item : FMarked) FAccount.OnRemoved(item->Name);
     if (target != nullptr) InsertInto(*target);
@@ -206,12 +209,46 @@ class TUsesStep {
     return nullptr;
   }
 
+  // Marks the new units of the implementation's clause that the interface needs, and adds them to the missing ones.
+  // Returns False if one of them cannot go.
+  bool MoveToInterface() {
+    if (!FNeedsInterface || !FClauses->Implementation || !FClauses->Implementation->Clause) return true;
+    const TUsesClause& implementation = *FClauses->Implementation->Clause;
+    std::set<std::string> listed;  // by the interface, in lower case
+    if (FClauses->Interface->Clause) {
+      for (const TUsesItem& item : FClauses->Interface->Clause->Items) {
+        if (IsNewUnit(item)) listed.insert(rtl::LowerCase(item.Name));
+      }
+    }
+    const bool isConverted = ItemOfOldUnit() != nullptr;
+    if (!isConverted && !listed.empty()) return true;  // the author has divided the units between the clauses
+    std::set<std::string> wanted;
+    for (const TUsesItem& item : implementation.Items) {
+      const std::string name = rtl::LowerCase(item.Name);
+      if (!IsNewUnit(item) || listed.contains(name)) continue;
+      if (!CanGo(implementation, item)) return false;
+      FMoved.insert(&item);
+      wanted.insert(name);
+    }
+    if (wanted.empty()) return true;
+    if (isConverted) {
+      for (const std::string& name : FMissing) wanted.insert(rtl::LowerCase(name));
+    }
+    FMarked.insert(FMoved.begin(), FMoved.end());
+    FMissing.clear();
+    for (const std::string& name : FNewUnits) {
+      if (wanted.contains(rtl::LowerCase(name))) FMissing.push_back(name);
+    }
+    return true;
+  }
+
   // Returns the section that gets the new units, or null if none does.
   TUsesSection* FindTarget() {
+    if (FMissing.empty()) return nullptr;
+    if (!FMoved.empty()) return &*FClauses->Interface;
     const bool hasSome = FMissing.size() < FNewUnits.size();
     const TUsesItem* const oldUnit = ItemOfOldUnit();
-    if (FMissing.empty() || (oldUnit == nullptr && (hasSome || !(FNeedsInterface || FNeedsImplementation))))
-      return nullptr;
+    if (oldUnit == nullptr && (hasSome || !(FNeedsInterface || FNeedsImplementation))) return nullptr;
     return &SectionFor(oldUnit);
   }
 
@@ -265,10 +302,7 @@ class TUsesStep {
 
   void RemoveMarked(const TUsesClause& clause) {
     const auto isMarked = [this](const TUsesItem& item) { return FMarked.contains(&item); };
-    if (std::all_of(clause.Items.begin(), clause.Items.end(), isMarked)) {
-      RemoveRange(clause.Keyword, clause.Semicolon + 1);
-      return;
-    }
+    if (std::all_of(clause.Items.begin(), clause.Items.end(), isMarked)) return RemoveClause(clause);
     // Items at the end go with the comma before them, all others with the comma after them.
     size_t end = clause.Items.size();
     while (isMarked(clause.Items[end - 1])) --end;
@@ -322,20 +356,52 @@ class TUsesStep {
     }
   }
 
-  // A clause with a comment in it stays if it would go as a whole, because the comment would be lost.
-  void KeepComments(const TUsesClause& clause) {
-    if (!std::all_of(clause.Items.begin(), clause.Items.end(),
-                     [&](auto& item) { return FMarked.contains(&item); }) ||
-        !HasComment(clause.Keyword, clause.Semicolon))
-      return;
-    for (const TUsesItem& item : clause.Items) FMarked.erase(&item);
+  // Returns the comments of a clause, without the line ends after them.
+  std::vector<std::string_view> CommentsOf(const TUsesClause& clause) const {
+    std::vector<std::string_view> comments;
+    mig::TPasParser scanner(FText.substr(clause.Keyword, clause.Semicolon - clause.Keyword), FEncoding);
+    std::string_view lexem;
+    while (const int code = scanner.GetNext(lexem)) {
+      if (code == qrl::kComment) comments.push_back(lexem.substr(0, lexem.find_last_not_of("\r\n") + 1));
+    }
+    return comments;
   }
-  bool HasComment(size_t begin, size_t end) const {
-    const std::string_view part = FText.substr(begin, end - begin);
-    return part.find_first_of("{/") != std::string_view::npos || part.find("(*") != std::string_view::npos;
+
+  // Removes a whole clause. Its comments stay, on lines of their own.
+  void RemoveClause(const TUsesClause& clause) {
+    const std::vector<std::string_view> comments = CommentsOf(clause);
+    if (comments.empty()) return RemoveRange(clause.Keyword, clause.Semicolon + 1);
+    const std::string lineEnd(LineEndOf(FText));
+    std::string kept;
+    for (const std::string_view comment : comments) kept.append(kept.empty() ? "" : lineEnd).append(comment);
+    size_t after = std::min(FText.find_first_not_of(" \t", clause.Semicolon + 1), FText.size());
+    if (after == FText.size() || FText[after] == '\r' || FText[after] == '\n') {
+      after = clause.Semicolon + 1;
+    } else {
+      kept += lineEnd;
+    }
+    FEdits.push_back({clause.Keyword, after - clause.Keyword, kept});
+  }
+
+  // Keeps a clause that would go as a whole if it has a directive, because what the directive does is not known.
+  // Returns False if units of it would move to the interface.
+  bool KeepDirectives(const TUsesClause& clause) {
+    const std::vector<std::string_view> comments = CommentsOf(clause);
+    if (std::none_of(comments.begin(), comments.end(), IsDirective) ||
+        !std::all_of(clause.Items.begin(), clause.Items.end(),
+                     [&](const TUsesItem& item) { return FMarked.contains(&item); }))
+      return true;
+    for (const TUsesItem& item : clause.Items) FMarked.erase(&item);
+    return std::none_of(clause.Items.begin(), clause.Items.end(),
+                        [&](const TUsesItem& item) { return FMoved.contains(&item); });
+  }
+
+  static bool IsDirective(std::string_view comment) {
+    return comment.starts_with("{$") || comment.starts_with("(*$");
   }
 
   const std::string_view FText;
+  const qrl::TEncoding& FEncoding;
   const TUsesRules& FRules;
   const TUsesAccount& FAccount;
   const TTokens FTokens;
@@ -347,6 +413,7 @@ class TUsesStep {
   bool FNeedsImplementation = false;
   std::vector<std::pair<const TUsesClause*, const TUsesItem*>> FOldItems;
   std::unordered_set<const TUsesItem*> FMarked;  // to be removed
+  std::unordered_set<const TUsesItem*> FMoved;   // of these, new units that the interface gets
   std::vector<std::string> FMissing;
   std::vector<TEdit> FEdits;
 };

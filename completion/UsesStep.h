@@ -38,9 +38,11 @@ struct TUsesAccount {
 // - where the unit names a new class, or has the old unit, and lists none of the new units, they are listed in the
 //   interface's clause if a new class is named there, else in the clause of the old unit, else in that of the
 //   implementation. A missing clause is made;
+// - new units that only the implementation lists move to the interface if a new class is named there;
 // - units of the old families of which no identifier is left in the unit are taken out;
 // - no new unit is listed twice.
-// Clauses keep their layout, one a line or several, and their comments. A text that is complete comes back as it is.
+// Clauses keep their layout, one a line or several, and their comments. The comments of a clause that goes get lines
+// of their own. A text that is complete comes back as it is.
 std::string CompleteUses(std::string_view text, const qrl::TEncoding& encoding, const TUsesRules& rules,
                          const TUsesAccount& account);
 
