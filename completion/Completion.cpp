@@ -67,6 +67,11 @@ mig::TTextEdits TCompletion::CompleteFields(const mig::TUnitToComplete& unit,
   return std::move(fields.Edits);
 }
 
+void TCompletion::OnUnitKept(const std::vector<std::string>& formFiles) const {
+  const std::lock_guard<std::mutex> guard(FTransactionsLock);
+  for (const std::string& form : formFiles) FTransactions.erase(rtl::LowerCase(form));
+}
+
 TTransactionNames TCompletion::TransactionsOf(std::string_view formFile) const {
   const std::lock_guard<std::mutex> guard(FTransactionsLock);
   const auto place = FTransactions.find(rtl::LowerCase(formFile));

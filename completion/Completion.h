@@ -34,6 +34,7 @@ class TCompletion : public mig::IFileCompletion {
   TCompletion(const TSteps& steps, const TRules& rules) : FSteps(steps), FRules(rules) {}
 
   mig::TCompletedUnit CompleteUnit(const mig::TUnitToComplete& unit) const override;
+  void OnUnitKept(const std::vector<std::string>& formFiles) const override;
   std::string CompleteForm(mig::TFormToComplete& form, mig::TFormParser& parser) const override;
   bool KeepsMarks() const override { return FSteps.Marks; }
   bool KeepsLineEnds() const override { return FSteps.Layout; }

@@ -188,6 +188,15 @@ bool FindNumber(std::string_view printed, int level, std::string_view name, int&
   return error == std::errc() && *last == '\r';
 }
 
+// Returns the edit of the object whose keyword is at `offset`, which may be in other objects, or null.
+mig::TFormEdit* FindObjectEdit(std::vector<mig::TFormEdit>& edits, size_t offset) {
+  for (mig::TFormEdit& edit : edits) {
+    if (edit.Level < 0 || offset < edit.Begin || offset >= edit.End) continue;
+    return edit.Begin == offset ? &edit : FindObjectEdit(edit.Nested, offset);
+  }
+  return nullptr;
+}
+
 std::string PrintTransaction(const TTransactionRules& rules, std::string_view name,
                              std::string_view connection, const mig::TFormEdit& edit) {
   const std::string indent(2 * static_cast<size_t>(edit.Level), ' ');
@@ -234,12 +243,9 @@ void AddTransactions(mig::TFormToComplete& form, const TTransactionNames& names,
   }
   for (const THeader& header : connections) {
     const std::string_view connection = tokens[header.Name].Lexem;
-    const auto edit =
-        std::find_if(form.Edits.begin(), form.Edits.end(), [&](const mig::TFormEdit& candidate) {
-          return candidate.Level >= 0 && candidate.Begin == tokens[header.Keyword].Offset;
-        });
+    mig::TFormEdit* const edit = FindObjectEdit(form.Edits, tokens[header.Keyword].Offset);
     const auto name = names.find(rtl::LowerCase(connection));
-    if (edit != form.Edits.end() && name != names.end() && !taken.contains(rtl::LowerCase(name->second)))
+    if (edit != nullptr && name != names.end() && !taken.contains(rtl::LowerCase(name->second)))
       edit->Text += PrintTransaction(rules, name->second, connection, *edit);
   }
 }

@@ -186,6 +186,20 @@ TEST_F(CommandLineTest, AnAliasIsOneNameInEveryEncoding) {
   EXPECT_NE(FTree.Read("src/C.dfm").find("Connection = A.Db"), std::string::npos) << FTree.Read("src/C.dfm");
 }
 
+// A form gets the object of a transaction only with the field of its unit.
+TEST_F(CommandLineTest, ASkippedUnitGetsNoFieldAndItsFormNoObject) {
+  const std::string unit =
+      "unit A; interface uses DBTables, KVA; type TA = class(TForm) D: TDatabase; end; implementation {$R "
+      "*.dfm} end.";
+  FTree.Write("src/A.pas", unit);
+  FTree.Write("src/A.dfm", "object A: TA\n  object D: TDatabase\n  end\nend\n");
+  EXPECT_EQ(Run("replace -q --mode bde src --complete all --skip-converted"),
+            "0||kvamigrate: \"<dir>\\src\\A.pas\" names the new units already. Was it converted before? It "
+            "was left as it is.\n");
+  EXPECT_EQ(FTree.Read("src/A.pas"), unit);
+  EXPECT_EQ(FTree.Read("src/A.dfm"), "object A: TA\n  object D: TKVAConnection\n  end\nend\n");
+}
+
 TEST_F(CommandLineTest, WrongCommandLines) {
   FTree.Write("src/P.dpr", "program P;\r\nuses A in 'A.pas' {A};\r\nend.\r\n");
   FTree.Write("src/old/Q.dpk", "package Q;\r\nend.\r\n");

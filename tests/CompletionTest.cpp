@@ -315,6 +315,18 @@ TEST(FormObjectsTest, WholeForms) {
        "  object ATransaction: TKVATransaction\n    DefaultConnection = a\n    Left = 72\n    Top = 16\n  "
        "end\n"
        "  object B: TKVAConnection\n  end\n  object C: TKVAConnection\n  end\nend\n"},
+      {"connections in other objects of the map",
+       "object F: TF\n  object C: TDatabase\n    object Q: TQuery\n    end\n  end\n  object P: TQuery\n"
+       "    object X: TX\n      object A: TDatabase\n        Left = 8\n        Top = 16\n        object T: "
+       "TX\n        end\n"
+       "      end\n    end\n  end\nend\n",
+       "object F: TF\n  object C: TKVAConnection\n    object Q: TKVAQuery\n      AutoCommit = True\n    "
+       "end\n  end\n"
+       "  object P: TKVAQuery\n    AutoCommit = True\n    object X: TX\n      object A: TKVAConnection\n"
+       "        Left = 8\n        Top = 16\n        object T: TX\n        end\n      end\n"
+       "      object ATransaction: TKVATransaction\n        DefaultConnection = A\n        Left = 72\n       "
+       " Top = 16\n"
+       "      end\n    end\n  end\nend\n"},
       {"a name that is taken",
        "object F: TF\n  object A: TDatabase\n  end\n  object atransaction: TX\n  end\nend\n",
        "object F: TF\n  object A: TKVAConnection\n  end\n  object atransaction: TX\n  end\nend\n"},

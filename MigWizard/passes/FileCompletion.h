@@ -54,6 +54,9 @@ class IFileCompletion {
   // Return the whole text after conversion and completion. May raise. CompleteForm adds its edits to those of
   // the form. A unit is completed before its forms.
   virtual TCompletedUnit CompleteUnit(const TUnitToComplete& unit) const = 0;
+  // Called for a unit that is not written, after its completion if there was one. Its forms get nothing that needs
+  // a changed unit.
+  virtual void OnUnitKept(const std::vector<std::string>& formFiles) const = 0;
   virtual std::string CompleteForm(TFormToComplete& form, TFormParser& parser) const = 0;
   // Returns True if a changed file keeps its UTF-8 mark and every written line ends as the file's lines do.
   virtual bool KeepsMarks() const = 0;

@@ -166,6 +166,8 @@ void TFileConverter::ConvertUnitFile(const std::string& fileName, std::string by
     if (isChanged && !result.IsChanged) result.Changes = 1;
     result.IsChanged = isChanged;
   }
+  const bool isSkipped = FSkipsConverted && result.NamesNewUnits;
+  if (FCompletion != nullptr && (isLeftOut || isSkipped)) FCompletion->OnUnitKept(result.FormFiles);
   if (FOldNames != nullptr)
     FindInUnitFile(unit, converted, directives, completion != nullptr ? &completed : nullptr, result);
   if (!result.IsChanged) return;

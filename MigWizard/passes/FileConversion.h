@@ -58,6 +58,9 @@ class TFileConverter {
   // Completes files in all following conversions. `completion` must outlive the converter; null disables it.
   void SetCompletion(const IFileCompletion* completion) { FCompletion = completion; }
 
+  // Says whether a unit that names the new units already is not written. Its forms are completed accordingly.
+  void SkipConverted(bool isSkipped) { FSkipsConverted = isSkipped; }
+
   // Lists the edits of each file in all following conversions.
   void ListEdits(bool isListed) { FListsEdits = isListed; }
 
@@ -92,6 +95,7 @@ class TFileConverter {
   TWordSearch FOldUnit;
   std::unique_ptr<TFormParser> FFormParser;
   const IFileCompletion* FCompletion = nullptr;
+  bool FSkipsConverted = false;
   bool FListsEdits = false;
   const TOldNames* FOldNames = nullptr;  // null: no findings are collected
   // Made for the first unit, and for the first form, if findings are collected.

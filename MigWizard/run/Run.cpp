@@ -29,6 +29,7 @@ TRun::TRun(const TRunContext& context)
     if (FSelection != nullptr)
       converter->OnGetSelection = [this](const std::string& fileName) { return FSelection->Find(fileName); };
     converter->ListEdits(FPlan != nullptr);
+    converter->SkipConverted(FOptions.Policy.Strict && FOptions.Policy.SkipConverted);
   }
 }
 
@@ -38,6 +39,7 @@ TRun::~TRun() {
     converter->OnGetDatabase = nullptr;
     converter->OnGetSelection = nullptr;
     converter->ListEdits(false);
+    converter->SkipConverted(false);
   }
 }
 
