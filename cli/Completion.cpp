@@ -57,6 +57,12 @@ std::string BashValues(TValueKind kind, std::string_view valueName) {
   }
 }
 
+std::string BashOptionValues(const TOption& option) {
+  if (option.Parts.empty()) return BashValues(option.Kind, option.ValueName);
+  return "COMPREPLY=($(compgen -P \"${word%\"${word##*,}\"}\" -W '" + Joined(option.Parts, " ") +
+         "' -- \"${word##*,}\"))";
+}
+
 std::string BashNames(const TOption& option, std::string_view separator) {
   std::string names(option.Name);
   if (option.Short) names.append(separator).append("-").append(1, option.Short);
@@ -70,7 +76,7 @@ std::string BashCommand(const TCommandRow& command) {
     names.append(" ").append(BashNames(option, " "));
     if (option.Kind == TValueKind::None) continue;
     text.append("        ").append(BashNames(option, "|")).append(") ");
-    text.append(BashValues(option.Kind, option.ValueName)).append("; return ;;\n");
+    text.append(BashOptionValues(option)).append("; return ;;\n");
   }
   text.append("      esac\n      if [[ $word == -* ]]; then\n        COMPREPLY=($(compgen -W '")
       .append(names);
@@ -147,8 +153,13 @@ std::string ZshValue(TValueKind kind, std::string_view valueName) {
   return "";
 }
 
+std::string ZshOptionValue(const TOption& option) {
+  if (option.Parts.empty()) return ZshValue(option.Kind, option.ValueName);
+  return ":" + ZshText(option.ValueName) + ":_sequence compadd - " + Joined(option.Parts, " ");
+}
+
 std::string ZshOption(const TOption& option) {
-  const std::string about = "[" + ZshText(option.About) + "]" + ZshValue(option.Kind, option.ValueName);
+  const std::string about = "[" + ZshText(option.About) + "]" + ZshOptionValue(option);
   const std::string star = option.IsRepeatable && option.Kind != TValueKind::None ? "*" : "";
   std::string text = "        '" + star + std::string(option.Name) + about + "' \\\n";
   if (option.Short) text.append("        '-").append(1, option.Short).append(about).append("' \\\n");
@@ -231,13 +242,18 @@ std::string FishValue(TValueKind kind, std::string_view valueName) {
   return "";
 }
 
+std::string FishOptionValue(const TOption& option) {
+  if (option.Parts.empty()) return FishValue(option.Kind, option.ValueName);
+  return " -x -a '(__fish_append , " + Joined(option.Parts, " ") + ")'";
+}
+
 std::string FishCommand(const TCommandRow& command) {
   const std::string start = "complete -c kvamigrate -n " + FishCondition(command);
   std::string text;
   for (const TOption& option : command.Options) {
     text.append(start);
     if (option.Short) text.append(" -s ").append(1, option.Short);
-    text.append(" -l ").append(option.Name.substr(2)).append(FishValue(option.Kind, option.ValueName));
+    text.append(" -l ").append(option.Name.substr(2)).append(FishOptionValue(option));
     text.append(" -d ").append(FishText(option.About)).append("\n");
   }
   if (command.Command == TCommand::Help) {

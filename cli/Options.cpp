@@ -116,7 +116,7 @@ const std::vector<TOption> kScopeOptions = {
     {"--complete", TValueKind::Text, "WHAT[,WHAT]",
      "Also do what the conversion leaves: uses (units in uses clauses), inherited (inherited objects), "
      "transactions (one for each connection), layout (of forms), marks (of UTF-8), or all",
-     StoreSteps, kRepeatable},
+     StoreSteps, kRepeatable, 0, "uses|inherited|transactions|layout|marks|all"},
     {"--keep-going", TValueKind::None, "", "Leave out files that cannot be converted, and convert the others",
      [](TCommandLine& line, const std::string&) { line.KeepGoing = true; }},
     {"--report", TValueKind::File, "FILE", "Write a report; the extension decides: .json, .sarif or .html",

@@ -28,6 +28,8 @@ struct TOption {
   void (*Store)(TCommandLine& line, const std::string& value);
   bool IsRepeatable = false;
   char Short = 0;  // 'q' for -q
+  std::string_view Parts =
+      {};  // of a text: the words of which it consists, with commas between: "uses|layout"
 };
 
 struct TArgument {

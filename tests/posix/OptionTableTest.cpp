@@ -57,8 +57,10 @@ TEST_F(OptionTableTest, BashCompletesEveryOption) {
         << command.Name;
   }
   EXPECT_EQ(Shell("bash", start + "t replace --mode ''; t replace --mode =; t replace --mode = i; t form ''\n"
+                                  "t replace --complete ''; t replace --complete uses,la\n"
                                   "t completion b; t re; t replace --folder o; echo ${#COMPREPLY[*]}"),
-            "bde ibx\nbde ibx\nibx\nto-text to-binary\nbash\nreplace restore\nold forms\n1\n");
+            "bde ibx\nbde ibx\nibx\nto-text to-binary\nuses inherited transactions layout marks "
+            "all\nuses,layout\nbash\nreplace restore\nold forms\n1\n");
 }
 
 TEST_F(OptionTableTest, FishCompletesEveryOption) {
@@ -71,8 +73,12 @@ TEST_F(OptionTableTest, FishCompletesEveryOption) {
         << command.Name;
   }
   EXPECT_EQ(
-      Shell("fish", start + "complete -C 'kvamigrate replace --mode '; complete -C 'kvamigrate form to'"),
-      "bde\tThe components to replace\nibx\tThe components to replace\nto-binary\nto-text\n");
+      Shell("fish", start + "complete -C 'kvamigrate replace --mode '; complete -C 'kvamigrate form to'\n"
+                            "complete -C 'kvamigrate replace --complete uses,la'"),
+      "bde\tThe components to replace\nibx\tThe components to replace\nto-binary\nto-text\n"
+      "uses,layout\tAlso do what the conversion leaves: uses (units in uses clauses), inherited (inherited "
+      "objects), "
+      "transactions (one for each connection), layout (of forms), marks (of UTF-8), or all\n");
 }
 
 // _arguments is replaced by a function that prints its arguments.
