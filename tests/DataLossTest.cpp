@@ -105,7 +105,7 @@ TEST_F(DataLossTest, SavingOverANewerFileAsks) {
 
   const auto difference = [this](QWidget& window) {
     auto& view = dynamic_cast<desktop::TDifferenceWindow&>(window);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return view.IsIdle(); }));
+    EXPECT_TRUE(WaitFor([&] { return view.IsIdle(); }));
     TakePicture(window);
     EXPECT_TRUE(
         window.findChild<QPlainTextEdit*>("DiffBefore")->toPlainText().startsWith("mine unit About;"));

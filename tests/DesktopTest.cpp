@@ -147,7 +147,7 @@ TEST_F(DesktopTest, ARunCanBeStoppedBetweenTwoFiles) {
       return true;
     }
   };
-  EXPECT_TRUE(QTest::qWaitFor(stops));
+  EXPECT_TRUE(QTest::qWaitFor(stops, 30000));
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 

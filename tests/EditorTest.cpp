@@ -202,7 +202,9 @@ TEST_F(EditorTest, ALargeFileIsLoadedAside) {
   const std::string name = "C:\\App\\Large.pas";
   FScratch.Write("App/Large.pas", large);
   Open(kGroup);
-  const auto wait = [&] { return QTest::qWaitFor([&] { return !FWindow.CurrentEditor()->IsLoading(); }); };
+  const auto wait = [&] {
+    return QTest::qWaitFor([&] { return !FWindow.CurrentEditor()->IsLoading(); }, 30000);
+  };
   FWindow.OpenFile(name);
   Choose("FileClose");
   QCoreApplication::processEvents();
@@ -239,7 +241,7 @@ TEST_F(EditorTest, ALargeFileIsLoadedAside) {
   Choose("FileClose");
   FWindow.OpenFile(name);
   fs::remove(FScratch.HostPath("App/Large.pas"));
-  Do([&] { EXPECT_TRUE(QTest::qWaitFor([&] { return FWindow.CurrentEditor() == nullptr; })); },
+  Do([&] { EXPECT_TRUE(QTest::qWaitFor([&] { return FWindow.CurrentEditor() == nullptr; }, 30000)); },
      {Answer(QMessageBox::Ok)});
   EXPECT_EQ(FMessages.back(),
             "Cannot open file \"" + name + "\". The system cannot find the file specified.");

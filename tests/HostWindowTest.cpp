@@ -259,9 +259,10 @@ TEST_F(HostWindowTest, ColoursStandOutFromTheirPage) {
   for (const QPalette& palette : {light, dark}) {
     QApplication::setPalette(palette);
     desktop::TSourceEditor& page = *FWindow.CurrentEditor();
-    EXPECT_TRUE(QTest::qWaitFor([&] {
+    const auto isShown = [&] {
       return page.lexer()->paper(desktop::TSourceLexer::Default) == palette.color(QPalette::Base);
-    }));
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isShown, 30000));
     for (int style = 0; style < desktop::TSourceLexer::kStyles; ++style) {
       EXPECT_GE(contrast(page.lexer()->color(style), page.lexer()->paper(style)), 4.5) << style;
     }

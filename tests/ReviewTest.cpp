@@ -311,7 +311,7 @@ TEST_F(ReviewTest, ShowsAnEarlierRun) {
     static_cast<QDialog&>(dialog).accept();
   };
   Choose("FileReview", {pick});
-  EXPECT_TRUE(QTest::qWaitFor([&] { return Tab() == "Changes (2)"; }));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Tab() == "Changes (2)"; }, 30000));
   Wait();
   EXPECT_EQ(Rows(Page().Model()), "- Loans +5 −157\n  . LoanDesk.DFM +0 −152\n  x LoanDesk.pas +5 −5\n");
 
@@ -319,7 +319,7 @@ TEST_F(ReviewTest, ShowsAnEarlierRun) {
   Do(
       [&] {
         Trigger("FileReview");
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !FMessages.empty(); }));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !FMessages.empty(); }, 30000));
       },
       {pick, Answer(QMessageBox::Ok)});
   EXPECT_EQ(FMessages.back(), "The undo file \"C:\\App\\RBackup\\RExpert.reu\" lists nothing.");

@@ -47,7 +47,7 @@ class TWindowTest : public testing::Test {
       // Use a new timer each time, because an act may open a window that runs an event loop within the act.
       QTimer::singleShot(10, &alive, tick);
       QWidget* const window = QApplication::activeModalWidget();
-      if (FIsTakingPicture) return;
+      if (FIsWaiting) return;
       if (window == nullptr || !window->isVisible() || window->objectName() == "ProgressWindow") return;
       if (acts.empty()) {
         if (++patience == 100) window->close();  // so that a wrong test ends, too
@@ -68,11 +68,20 @@ class TWindowTest : public testing::Test {
   }
   virtual void BeforeAct(QWidget&) {}
 
+  // Waits within an act until `condition` holds, and performs no other act meanwhile. Returns whether it does.
+  template <typename TCondition>
+  bool WaitFor(TCondition condition) {
+    FIsWaiting = true;
+    const bool holds = QTest::qWaitFor(condition, 30000);
+    FIsWaiting = false;
+    return holds;
+  }
+
   // Takes a picture for the manual: if KVA_PICTURES names a folder, saves the window's present state there,
   // in a light and in a dark theme.
   void TakePicture(QWidget& window) {
     if (qEnvironmentVariableIsEmpty("KVA_PICTURES")) return;
-    FIsTakingPicture = true;  // waiting lets timers run
+    FIsWaiting = true;  // waiting lets timers run
     QTest::qWait(50);
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
     const QString name = QString("%1/%2-%3-%4")
@@ -86,7 +95,7 @@ class TWindowTest : public testing::Test {
     QTest::qWait(50);
     window.grab().save(name + "-dark.png");
     QApplication::setPalette(light);
-    FIsTakingPicture = false;
+    FIsWaiting = false;
   }
 
   static TAct Press(Qt::Key key) {
@@ -127,7 +136,7 @@ class TWindowTest : public testing::Test {
  private:
   const QByteArray FTempDir = qgetenv("TMPDIR");
   int FPictures = 0;
-  bool FIsTakingPicture = false;
+  bool FIsWaiting = false;
 };
 
 }  // namespace tests
