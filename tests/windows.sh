@@ -89,12 +89,13 @@ compare() {
   runs=$((runs + 1))
 }
 
-# The tests of every layer in one process, but for those that have not passed by Wine yet. They may write to drive C: and the registry, which are of the scratch
-# prefix. A test that hangs ends the script.
+# The tests of every layer in one process, but for those that have not passed by Wine yet. They may write to drive C: and
+# the registry, which are of the scratch prefix. A test that hangs ends the script.
 [ -f "$windows/tests/kva_tests.exe" ] || fail "$windows was configured before a build for this machine"
-not_yet='CommandLineTest.*:FormCommandTest.*:CheckTest.*:ReportTest.*:ExpertTest.*:HostTest.*:ProjectFileTest.*'
-not_yet+=':StrictRunTest.*:RunTest.AnyOperationMayFail:WildcardsTest.*:WindowsConsoleTest.*:WindowsLayerTest.*'
-not_yet+=':WindowsPathTest.*'
+not_yet='CommandLineTest.APatchBelowTheTopOfAWorkingTree:CommandLineTest.ASkippedUnitGetsNoFieldAndItsFormNoObject'
+not_yet+=':CommandLineTest.WrongCommandLines:FormCommandTest.WhatIsDroppedAndWhatIsRefused:ProjectFileTest.Encodings'
+not_yet+=':WildcardsTest.FormsOfAFolder:WindowsConsoleTest.AskingUnitByUnit:WindowsLayerTest.FilesInUse'
+not_yet+=':WindowsLayerTest.NamesThatDifferInNormalisationAreTwoFiles:WindowsPathTest.FullPaths'
 begun=$SECONDS
 (cd "$scratch/temporary" && KVA_TEST_MACHINE=1 TMP="Z:${scratch//\//\\}\\temporary" \
   timeout 900 wine64 "$windows/tests/kva_tests.exe" --gtest_brief=1 --gtest_filter="-$not_yet" </dev/null) ||
