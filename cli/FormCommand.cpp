@@ -30,11 +30,11 @@ std::string Convert(const std::string& input, TFormKind wanted) {
   return ConvertForm(ReadFormFile(WindowsPath(input), input), wanted, input).Bytes;
 }
 
-void CheckOptions(const TCommandLine& line) {
+void CheckOptions(const TCommandLine& line, const std::vector<std::string>& inputs) {
   if (line.InPlace && !line.Output.empty()) throw EUsage("--in-place takes no --output.");
-  if (line.Command == TCommand::FormToBinary && !line.InPlace && line.Arguments.size() > 1)
+  if (line.Command == TCommand::FormToBinary && !line.InPlace && inputs.size() > 1)
     throw EUsage("Several forms are made binary with --in-place only.");
-  for (const std::string& input : line.Arguments) {
+  for (const std::string& input : inputs) {
     if (input == kStandardStream) {
       if (line.InPlace) throw EUsage("The standard input cannot be converted in place.");
     } else if (!line.InPlace && rtl::DirectoryExists(WindowsPath(input))) {
@@ -45,32 +45,30 @@ void CheckOptions(const TCommandLine& line) {
 
 }  // namespace
 
-int RunForm(const TCommandLine& typed) {
-  TCommandLine line = typed;
-  line.Arguments.clear();
-  for (const std::string& input : typed.Arguments) {
+int RunForm(const TCommandLine& line) {
+  std::vector<std::string> inputs;
+  for (const std::string& input : line.Arguments) {
     const std::vector<std::string> files = ExpandWildcards(input);
-    line.Arguments.insert(line.Arguments.end(), files.begin(), files.end());
+    inputs.insert(inputs.end(), files.begin(), files.end());
   }
-  CheckOptions(line);
+  CheckOptions(line, inputs);
   const TFormKind wanted = line.Command == TCommand::FormToText ? TFormKind::Text
                            : line.Bare                          ? TFormKind::BareBinary
                                                                 : TFormKind::Binary;
   if (line.InPlace) {
     CatchInterrupts();
     TFormsInPlace forms(wanted);
-    for (const std::string& input : line.Arguments) forms.Add(input);
+    for (const std::string& input : inputs) forms.Add(input);
     forms.Replace();
     return forms.Finish(line.Quiet);
   }
   // Read and convert everything before writing, because the output may be one of the inputs.
   std::string bytes;
-  for (const std::string& input : line.Arguments) bytes += Convert(input, wanted);
+  for (const std::string& input : inputs) bytes += Convert(input, wanted);
   if (line.Output.empty() || line.Output == kStandardStream) {
     WriteOutput(bytes);
   } else {
-    WriteFormFile(line.Output, bytes,
-                  line.Arguments[0] == kStandardStream ? std::string() : line.Arguments[0]);
+    WriteFormFile(line.Output, bytes, inputs[0] == kStandardStream ? std::string() : inputs[0]);
   }
   return kExitOk;
 }

@@ -140,6 +140,7 @@ std::vector<TSteps> TLL1Program::TBuilder::AlternativesOf(size_t rule) {
   if (FHooks.IsEverything) return alternatives;
   if (const std::optional<TSteps>& steps = Inlined(rule)) return {*steps};
   std::vector<TSteps> result;
+  result.reserve(alternatives.size());
   for (const TSteps& steps : alternatives) result.push_back(WithInlined(steps));
   return result;
 }
