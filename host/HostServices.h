@@ -1,4 +1,4 @@
-// The host's services: the object behind BorlandIDEServices.
+// The host's services: the object that BorlandIDEServices refers to.
 #pragma once
 
 #include "MigWizard/run/FindingsCollector.h"

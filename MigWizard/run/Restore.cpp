@@ -102,8 +102,8 @@ void TRestorePlan::Check() {
     const auto [place, isFirst] = restored.try_emplace(win::UpperFileName(line.Original), line.Original);
     if (!HasNamesOfARun(line)) {
       line.Verdict = TRestoreVerdict::Foreign;
-    } else if (!rtl::FileExists(
-                   line.Backup)) {  // also if the backups were moved, so look before the next check
+    } else if (!rtl::FileExists(line.Backup)) {
+      // Backups that were moved are missing, and not foreign: this comes before the next check.
       line.Verdict = TRestoreVerdict::NoBackup;
     } else if (!IsBelowUndoFile(line.Backup, line.UndoFile)) {
       line.Verdict = TRestoreVerdict::Foreign;

@@ -24,7 +24,8 @@ void Remember(int signal) {
 }  // namespace
 
 void CatchInterrupts() {
-  if (Pipe[0] < 0 && pipe2(Pipe, O_CLOEXEC | O_NONBLOCK) != 0) return;
+  // Without a pipe, signals are recorded all the same.
+  if (Pipe[0] < 0 && pipe2(Pipe, O_CLOEXEC | O_NONBLOCK) != 0) Pipe[0] = Pipe[1] = -1;
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction action {};
     if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;

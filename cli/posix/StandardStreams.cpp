@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "cli/CommandLine.h"
+#include "cli/Interrupt.h"
 #include "cli/posix/InterruptPipe.h"
 
 namespace cli {
@@ -74,6 +75,7 @@ TInput ReadInput(char& byte) {
   pollfd waited[] = {{STDIN_FILENO, POLLIN, 0}, {InterruptPipe(), POLLIN, 0}};
   while (poll(waited, 2, -1) < 0) {
     if (errno != EINTR) return TInput::End;
+    if (PendingInterrupt() != 0) return TInput::Interrupted;
   }
   if (waited[1].revents != 0) return TInput::Interrupted;
   return read(STDIN_FILENO, &byte, 1) == 1 ? TInput::Byte : TInput::End;

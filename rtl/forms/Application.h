@@ -1,7 +1,7 @@
 // The user interface services of an application: message boxes, pickers, modal forms, reports of
 // exceptions.
 //
-// They are implemented behind one interface, IFrontEnd. The program that owns the screen sets its
+// They go through one interface, IFrontEnd. The program that owns the screen sets its
 // implementation at start-up; tests set one that follows a script. Texts are UTF-8, paths are Windows
 // paths. All calls come from the main thread and return when the user has answered.
 #pragma once
