@@ -366,7 +366,7 @@ def tell(options, table, harmful):
     for title, tried, bad, _ in table:
         print(f'| {title:{width}} | {tried:6} | {bad:7} |')
     if options.every > 1:
-        print(f'Every {options.every}th point was tried. All of them: tests/faults/run.sh')
+        print(f'Every {options.every}th point was tried. All of them: faults/run.sh')
     shown = {}
     file = open(options.harmful, 'w') if options.harmful else None
     for title, (kind, name, fault), hit, problems, outcome in harmful:
@@ -375,7 +375,7 @@ def tell(options, table, harmful):
             f'  exit status {outcome.status}; ' + ' / '.join(outcome.text().strip().splitlines()[-3:]),
         ]
         text += ['  ' + problem for problem in problems]
-        text.append(f"  again: tests/faults/run.sh --one {kind} {name} '{fault_text(fault)}'")
+        text.append(f"  again: faults/run.sh --one {kind} {name} '{fault_text(fault)}'")
         shown[title] = shown.get(title, 0) + 1
         if shown[title] <= 5:
             print('\n'.join(text))

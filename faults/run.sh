@@ -3,10 +3,10 @@
 # edits, lack of memory. Prints a table of what was tried and how much of it was harmful. Exit status 1 if
 # anything was.
 #
-#   tests/faults/run.sh [--quick] [OPTION...]      --quick tries every 8th point; options: faults.py --help
-#   PRESET=dev tests/faults/run.sh                 the program of that preset's build instead of "release"
+#   faults/run.sh [--quick] [OPTION...]      --quick tries every 8th point; options: faults.py --help
+#   PRESET=dev faults/run.sh                 the program of that preset's build instead of "release"
 set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/packages.sh
 . scripts/packages.sh
 
@@ -15,7 +15,7 @@ build=build/${PRESET:=release}
 [ -f "$build/build.ninja" ] || configure_quietly "$PRESET"
 build_quietly "$build" kvamigrate
 injector=$PWD/$build/libfaults.so
-g++ -std=c++20 -O2 -Wall -Wextra -Werror -fPIC -shared -o "$injector" tests/faults/*.cpp -ldl
+g++ -std=c++20 -O2 -Wall -Wextra -Werror -fPIC -shared -o "$injector" faults/*.cpp -ldl
 
 options=(--program "$PWD/$build/cli/kvamigrate" --injector "$injector" --harmful "$build/harmful-faults.txt")
 for argument in "$@"; do
@@ -26,4 +26,4 @@ private=()
 for how in "unshare -m" "unshare -rm"; do
   if [ ${#private[@]} -eq 0 ] && $how true 2>/dev/null; then read -ra private <<<"$how"; fi
 done
-exec "${private[@]}" python3 -B tests/faults/faults.py "${options[@]}"
+exec "${private[@]}" python3 -B faults/faults.py "${options[@]}"
