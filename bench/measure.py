@@ -21,6 +21,7 @@ from dataclasses import dataclass
 
 KB, MB, GB = 1 << 10, 1 << 20, 1 << 30
 MEMORY = "/dev/shm/"
+PAGE = os.path.join("docs", "benchmarks.md")
 GROUPS = {  # by name: the title of its table, and what its rows mean
     "tree": ("Whole runs", "A generated tree of which half the files change. The bare file operations are what any run "
              "with backups, an undo file and a log must do, without looking at the text: read each file, write each changed "
@@ -70,7 +71,6 @@ class Row:
     target: float
     at_most: bool  # else at least
     detail: str
-    group: str = ""
 
     def met(self):
         return self.value <= self.target if self.at_most else self.value >= self.target
@@ -382,27 +382,44 @@ def processor():
     return platform.machine()
 
 
-def table(rows, rounds):
-    lines = ["# Benchmarks", "",
-             "Written by `./bench/run.sh`, which takes about half an hour; do not edit. `./bench/run.sh --only dense` prints "
-             f"the table of one group ({', '.join(GROUPS)}), and `--quick` shows in a few minutes whether all of it "
-             "runs.", "",
-             "Each row but those of the window is a ratio within one run on one machine, so it says something about other "
-             f"machines too: the fastest of {rounds} runs each ({fewer(rounds)} for the large forms and on the disk, 2 for "
-             f"100,000 files), one after the other in turn, or the median of {REPETITIONS} repetitions for the grammar and the "
-             "scanner. Memory is the highest that was seen. Where it matters, the details also give the ratio of "
-             "processor times: a run works on two threads, the bare operations and perl on one.", "",
-             f"Machine: {os.cpu_count()} processors, {processor()}; {platform.system()} {platform.release()}."]
-    for group, (title, meaning) in GROUPS.items():
-        found = [row for row in rows if row.group == group]
-        if not found:
-            continue
-        lines += ["", f"## {title}", "", meaning, "", "| What | Ratio | Target | | Details |", "|---|---:|---:|---|---|"]
-        for row in found:
-            target = f"{'at most' if row.at_most else 'at least'} {row.target:g}" if row.target else "none"
-            verdict = "" if not row.target else "met" if row.met() else "**missed**"
-            lines.append(f"| {row.name} | {row.value:.2f} | {target} | {verdict} | {row.detail} |")
+def introduction(rounds):
+    return (
+        "# Benchmarks\n\n"
+        "Written by `./bench/run.sh`, which takes about half an hour; do not edit. `./bench/run.sh --only dense` measures one "
+        f"group ({', '.join(GROUPS)}) and replaces its table. `--quick` shows in a few minutes whether all of it runs, and "
+        "writes nothing.\n\n"
+        "Each row but those of the window is a ratio within one run on one machine, so it says something about other "
+        f"machines too: the fastest of {rounds} runs each ({fewer(rounds)} for the large forms and on the disk, 2 for "
+        f"100,000 files), one after the other in turn, or the median of {REPETITIONS} repetitions for the grammar and the "
+        "scanner. Memory is the highest that was seen. Where it matters, the details also give the ratio of "
+        "processor times: a run works on two threads, the bare operations and perl on one.\n\n"
+        f"Machine: {os.cpu_count()} processors, {processor()}; {platform.system()} {platform.release()}.\n")
+
+
+def section(group, rows):
+    """The table of one group, with the commit that it was measured at."""
+    title, meaning = GROUPS[group]
+    commit = subprocess.run(["git", "rev-parse", "--short", "HEAD"], check=True, capture_output=True, text=True).stdout.strip()
+    lines = [f"## {title}", "", f"{meaning} Measured at commit {commit}.", "",
+             "| What | Ratio | Target | | Details |", "|---|---:|---:|---|---|"]
+    for row in rows:
+        target = f"{'at most' if row.at_most else 'at least'} {row.target:g}" if row.target else "none"
+        verdict = "" if not row.target else "met" if row.met() else "**missed**"
+        lines.append(f"| {row.name} | {row.value:.2f} | {target} | {verdict} | {row.detail} |")
     return "\n".join(lines) + "\n"
+
+
+def update_page(group, text, rounds):
+    """Replaces the table of one group in the page, and keeps those of the others."""
+    old = ""
+    if os.path.exists(PAGE):
+        with open(PAGE, encoding="utf-8") as file:
+            old = file.read()
+    sections = {part.split("\n", 1)[0]: "## " + part.rstrip("\n") + "\n" for part in old.split("\n## ")[1:]}
+    sections[GROUPS[group][0]] = text
+    kept = [sections[title] for title, _ in GROUPS.values() if title in sections]
+    with open(PAGE, "w", encoding="utf-8") as file:
+        file.write("\n".join([introduction(rounds), *kept]))
 
 
 def main():
@@ -413,29 +430,29 @@ def main():
                         choices=list(GROUPS))
     arguments = parser.parse_args()
     rounds, units = (3, 300) if arguments.quick else (7, 3000)
-    rows = []
+    missed = False
 
     def measure(parent, groups):
+        nonlocal missed
         with tempfile.TemporaryDirectory(prefix="kva_bench", dir=parent) as folder:
             benchmarks = Benchmarks(os.path.abspath(arguments.build), folder, rounds, units)
             for group in groups:
+                rows = []
                 for row in getattr(benchmarks, group + "_rows")():
                     print(f"{row.value:8.2f}  {row.name}", file=sys.stderr)
-                    row.group = group
                     rows.append(row)
+                missed = missed or not all(row.met() for row in rows if row.target)
+                text = section(group, rows)
+                print(text, flush=True)
+                if not arguments.quick:
+                    update_page(group, text, rounds)
 
     groups = arguments.only or list(GROUPS)
     in_memory = os.path.isdir(MEMORY) and shutil.disk_usage(MEMORY).free > 4 * GB
     measure(MEMORY if in_memory else None, [group for group in groups if group != "disk"])
     if "disk" in groups:
         measure(None, ["disk"])
-    text = table(rows, rounds)
-    print(text, end="")
-    if not arguments.only and not arguments.quick:
-        os.makedirs("docs", exist_ok=True)
-        with open("docs/benchmarks.md", "w", encoding="utf-8") as file:
-            file.write(text)
-    return 0 if all(row.met() for row in rows if row.target) else 1
+    return 1 if missed else 0
 
 
 if __name__ == "__main__":

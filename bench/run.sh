@@ -1,9 +1,12 @@
 #!/usr/bin/env bash
 # Builds what is measured, runs all benchmarks, and writes docs/benchmarks.md.
 #
-#   ./bench/run.sh [--quick] [--only GROUP]...    with either the table is only printed
+#   ./bench/run.sh [--quick] [--only GROUP]...
 #
-# GROUP: tree, dense, mechanism, size, disk, form, grammar, conversion, scanner, window.
+# --only    measures one group and replaces its table: tree, dense, mechanism, size, form, grammar, conversion, scanner,
+#           window, disk
+# --quick   shows in a few minutes whether all of it runs; the tables are printed and not written
+#
 # The build folder is build/bench, or what KVA_BUILD names. Exit status 1: a target was missed.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
