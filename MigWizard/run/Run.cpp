@@ -1,13 +1,10 @@
 #include "MigWizard/run/Run.h"
 
-#include <limits>
-
-#include "MigWizard/run/OtherForms.h"
 #include "MigWizard/run/RExpertRes.h"
-#include "MigWizard/run/RunErrors.h"
-#include "MigWizard/run/UnitList.h"
-#include "rtl/text/Exceptions.h"
+#include "MigWizard/run/WayBack.h"
 #include "rtl/text/Streams.h"
+#include "rtl/text/SysUtils.h"
+#include "win/FileApi.h"
 
 namespace mig {
 
@@ -16,36 +13,12 @@ TRun::TRun(const TRunContext& context)
       FHooks(context.Hooks),
       FLock(context.Lock),
       FLog(context.Log),
-      FConverter(context.Converter),
-      FOtherConverter(context.OtherConverter),
-      FLeftOut(context.LeftOut),
-      FSelection(context.Selection),
-      FPlan(context.Plan),
-      FBackups(FOptions, FHooks, FQueue) {
-  for (TFileConverter* const converter : {&FConverter, &FOtherConverter}) {
-    converter->OnGetDatabase = [this](std::string_view alias, const qrl::TEncoding& encoding) {
-      return FDatabases.Find(alias, encoding);
-    };
-    if (FSelection != nullptr)
-      converter->OnGetSelection = [this](const std::string& fileName) { return FSelection->Find(fileName); };
-    converter->ListEdits(FPlan != nullptr);
-    converter->SkipConverted(FOptions.Policy.Strict && FOptions.Policy.SkipConverted);
-  }
-}
-
-TRun::~TRun() {
-  FQueue.Cancel();
-  for (TFileConverter* const converter : {&FConverter, &FOtherConverter}) {
-    converter->OnGetDatabase = nullptr;
-    converter->OnGetSelection = nullptr;
-    converter->ListEdits(false);
-    converter->SkipConverted(false);
-  }
-}
+      FBackups(FOptions, FHooks, FQueue),
+      FWalk(context, FChanged, FBackups, FQueue) {}
 
 bool TRun::Execute() {
   FLog.WriteLine(SInitUnitList);
-  InitUnitList(FOptions, FHooks, FUnits, FLeftOut);
+  FWalk.FindUnits();
   try {
     return ConvertAndReplace();
   } catch (...) {
@@ -59,7 +32,7 @@ bool TRun::ConvertAndReplace() {
   if (FOptions.MakeBackup) PrepareBackupFolder();
   FLog.WriteLine(SAllocTempFolder);
   const TTempFolder temp(FOptions, FHooks, FQueue);
-  Walk(temp.Path());
+  FWalk.Execute(temp.Path());
   const bool succeeded = ReplaceOriginals(temp.Path());
   FLog.WriteLine(SRemoveTempFolder);
   return succeeded;
@@ -73,88 +46,76 @@ void TRun::PrepareBackupFolder() {
 }
 
 void TRun::Preview() {
-  FIsPreview = true;
-  InitUnitList(FOptions, FHooks, FUnits, FLeftOut);
-  Walk({});
+  FWalk.FindUnits();
+  FWalk.Preview();
 }
 
-void TRun::ReportOtherForms() {
-  for (const std::string& form : FindOtherForms(FOptions, FHooks, FUnits)) {
-    std::string bytes;
-    try {
-      rtl::TFileStream file(form, rtl::fmOpenRead | rtl::fmShareDenyNone);
-      bytes = file.ReadToEnd();
-    } catch (const rtl::EStreamError&) {
-      continue;  // not part of the run
-    }
-    const TFileConversion conversion = FConverter.Convert(form, std::move(bytes));
-    const size_t objects = conversion.Findings ? conversion.Findings->MappedObjects : 0;
-    if (objects > 0) FHooks.OnOtherForm(form, objects);
+bool TRun::ReplaceOriginals(const std::string& tempDir) {
+  if (FWalk.ChangedFiles() > 0) {
+    FLog.WriteLine(SReplacingOriginals);
+    Flush(0);
   }
+  if (FOptions.Policy.Strict && !FChanged.Empty()) return ReplaceWithJournal(tempDir);
+  const bool succeeded = FChanged.Replace(tempDir, FOptions, FHooks, FQueue);
+  if (FOptions.MakeBackup) WriteUndoFile();
+  return succeeded;
 }
 
-void TRun::Walk(const std::string& tempDir) {
+void TRun::Flush(int replaced) {
+  const auto report = [&] { FHooks.ReportReplacing(TRunPhase::Flushing, replaced, FWalk.ChangedFiles()); };
+  report();
+  FQueue.RunOnWorker(
+      [] {
+        if (win::FileSystem().FlushWritten()) return;
+        throw rtl::EWriteError(rtl::Format("Cannot write the changed files to the disk. %s",
+                                           {win::SysErrorMessage(win::GetLastError())}));
+      },
+      report);
+}
+
+// The journal and the backups are on the disk before the first original is replaced. The journal remains
+// until it is renamed to the undo file, however the run ends.
+bool TRun::ReplaceWithJournal(const std::string& tempDir) {
+  FChanged.RequireUnchanged();
+  if (FOptions.MakeBackup) {
+    FBackups.WriteJournal();
+    FHasJournal = true;
+  }
+  bool succeeded = false;
   try {
-    WalkList(tempDir);
+    succeeded = FChanged.Replace(tempDir, FOptions, FHooks, FQueue);
+    Flush(FChanged.Replaced());
+    if (FHasJournal) FBackups.FinishJournal();
   } catch (...) {
-    // The files before the failed one still get their backups.
-    try {
-      FBackups.Wait();
-    } catch (...) {  // the caller gets the exception that ended the walk
-    }
+    if (FHasJournal)
+      FHooks.Warn(rtl::Format("The run ended while it replaced files. The journal \"%s\" restores them.",
+                              {JournalOf(FOptions.BackupDir)}));
     throw;
   }
-  FBackups.Wait();
-  if (FSelection != nullptr) FSelection->RequireUnchanged();
-  if (FHooks.OnOtherForm) ReportOtherForms();
-  ReportProgress(FUnits.Count(), {});
+  if (FHasJournal) FLog.WriteLine(rtl::Format(SBackupFile, {UndoFileOf(FOptions.BackupDir)}));
+  return succeeded;
 }
 
-// Units come first; each appends its form files to the end of the list. In a project run all forms are read
-// for their aliases before the first of them is converted.
-void TRun::WalkList(const std::string& tempDir) {
-  const int firstForm = FUnits.Count();
-  FFirstForm = firstForm;
-  bool prePass = FOptions.Dest == sdProject;
-  TFilesAhead files(FUnits, FQueue, FConverter, FOtherConverter);
-  if (prePass) files.ReadUpTo(firstForm);
-  for (int i = 0; i < FUnits.Count(); ++i) {
-    if (prePass && i >= firstForm) {
-      CollectDatabaseNames(firstForm);
-      prePass = false;
-      files.ReadUpTo(std::numeric_limits<int>::max());
-    }
-    ReportProgress(i, FUnits[i]);
-    const std::string fileName = FUnits[i];  // a copy: the list grows meanwhile
-    NamingFile(fileName, [&] { ProcessEntry(fileName, files, tempDir); });
+// If the run changed nothing, keeps the undo file of an earlier run.
+void TRun::WriteUndoFile() {
+  const std::string undoName = UndoFileOf(FOptions.BackupDir);
+  const TUndoList& list = FBackups.UndoList();
+  try {
+    if (!list.Empty() || !rtl::FileExists(undoName)) list.Save(undoName);
+  } catch (const rtl::EStreamError&) {
+    if (FChanged.Replaced() > 0)
+      FHooks.Warn(
+          FBackups.Any()
+              ? rtl::Format("Files are replaced. Their backups are in \"%s\", but no undo file lists them.",
+                            {FOptions.BackupDir})
+              : "Files are replaced, and there is no backup of any of them.");
+    throw;
   }
-}
-
-// A form that cannot be read here is left out, even if it can be read later: the other forms do not know its databases.
-void TRun::CollectDatabaseNames(int firstForm) {
-  const TRunPolicy& policy = FOptions.Policy;
-  for (int i = firstForm; i < FUnits.Count(); ++i) {
-    FHooks.Report({firstForm, FUnits.Count(), FUnits[i], TRunPhase::Reading, i - firstForm,
-                   FUnits.Count() - firstForm});
-    try {
-      FDatabases.Collect(FUnits[i]);
-    } catch (const rtl::EStreamError& error) {
-      if (!policy.Strict) throw;
-      FUnreadForms.emplace(FUnits[i], error.what());
-    } catch (const EFileConversion& error) {
-      if (!policy.Strict || !policy.KeepGoing) throw;
-      FUnreadForms.emplace(FUnits[i], error.what());
-    }
-  }
-}
-
-void TRun::ReportProgress(int done, std::string_view fileName) const {
-  const int count = FUnits.Count();
-  if (done < FFirstForm) {
-    FHooks.Report({done, count, fileName, TRunPhase::Units, done, FFirstForm});
-  } else {
-    FHooks.Report({done, count, fileName, TRunPhase::Forms, done - FFirstForm, count - FFirstForm});
-  }
+  FLog.WriteLine(rtl::Format(SBackupFile, {undoName}));
+  if (const std::string& line = list.FirstAmbiguousLine(); !line.empty())
+    FHooks.Warn(rtl::Format(
+        "The undo file cannot restore files while it lists a name with \"=\" or a line end in it: %s",
+        {line}));
 }
 
 }  // namespace mig

@@ -1,8 +1,14 @@
 #include "MigWizard/wizard/Wizard.h"
 
+#include <string>
+#include <vector>
+
+#include "MigWizard/passes/UnitNames.h"
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/IDEUtils.h"
 #include "MigWizard/run/RExpertRes.h"
+#include "MigWizard/wizard/WizardSteps.h"
+#include "MigWizard/wizard/WizardSummary.h"
 #include "rtl/forms/Application.h"
 #include "rtl/text/Registry.h"
 #include "rtl/text/SysUtils.h"
@@ -179,6 +185,153 @@ void TWizardForm::actFinishExecute() {
   FOptions->ViewLog = chViewLog.Checked();
   AddToHistory(cbDirectory);
   AddToHistory(cbBackupDir);
+}
+
+// --- Steps ---
+
+int TWizardForm::GetCurrentStep() const {
+  switch (ActivePage()) {
+    case Step1Sheet:
+      return 1;
+    case Step2RestoreSheet:
+    case Step2ReplaceSheet:
+      return 2;
+    case Step3ProjSheet:
+    case Step3DirSheet:
+      return 3;
+    case Step4Sheet:
+      return 4;
+    case FinalStepSheet:
+      break;
+  }
+  return RestoreChosen() ? 3 : 5;
+}
+
+int TWizardForm::GetStepCount() const {
+  return RestoreChosen() ? 3 : StepsPageControl.PageCount() - 2;
+}
+
+void TWizardForm::UpdateCaption() {
+  SetCaption(rtl::Format(SWizardCaption, {FProductName, GetCurrentStep(), GetStepCount()}));
+}
+
+void TWizardForm::NextStep() {
+  Walk(NextSteps());
+}
+
+void TWizardForm::PreviousStep() {
+  Walk(PreviousSteps());
+}
+
+void TWizardForm::Walk(std::span<const TStepRow> rows) {
+  const TWizardPage page = ActivePage();
+  for (const TStepRow& row : rows) {
+    if (row.Page != page || !Holds(row.Condition)) continue;
+    Perform(row.DoneFirst);
+    StepsPageControl.SetActivePageIndex(row.Next);
+    UpdateCaption();
+    return;
+  }
+}
+
+bool TWizardForm::Holds(TStepCondition condition) const {
+  switch (condition) {
+    case TStepCondition::Otherwise:
+      return true;
+    case TStepCondition::RestoreChosen:
+      return RestoreChosen();
+    case TStepCondition::ProjectChosen:
+      return ProjectChosen();
+    case TStepCondition::UndoFileExists:
+      return rtl::FileExists(edUndoFile.Text());
+    case TStepCondition::DirectoryExists:
+      return rtl::DirectoryExists(cbDirectory.Text());
+    case TStepCondition::CheckUnitsSelected:
+      return CheckUnitsSelected();
+  }
+  return false;
+}
+
+void TWizardForm::Perform(TStepAction action) {
+  switch (action) {
+    case TStepAction::None:
+      return;
+    case TStepAction::FillModuleList:
+      return FillModuleList();
+    case TStepAction::SetDefaultBackupDir:
+      return SetDefaultBackupDir();
+    case TStepAction::FillRestoreSummary:
+      return lSummary.SetText(RestoreSummary(*this));
+    case TStepAction::FillReplaceSummary:
+      return lSummary.SetText(ReplaceSummary(*this));
+    case TStepAction::RefuseUndoFile:
+      return Refuse(SUndoFileNotExist, edUndoFile);
+    case TStepAction::RefuseDirectory:
+      return Refuse(STargetDirNotExist, cbDirectory);
+  }
+}
+
+bool TWizardForm::CheckUnitsSelected() const {
+  for (int i = 0; i < lbModules.Count(); ++i) {
+    if (lbModules.Checked(i)) return true;
+  }
+  rtl::MessageDlg(SNoUnitsSelected, rtl::TMsgDlgType::Information, rtl::TMsgDlgButton::OK, 0);
+  lbModules.SetFocus();
+  return false;
+}
+
+void TWizardForm::Refuse(std::string_view message, rtl::TControl& entry) const {
+  rtl::Application().MessageBox(rtl::Format(message, {entry.Text()}), FOptions->GetTitle(),
+                                rtl::MB_ICONINFORMATION);
+  entry.SetFocus();
+}
+
+void TWizardForm::FillModuleList() {
+  // Fills the list only once, so that marks are kept when going back and forth.
+  if (lbModules.Count() > 0) return;
+  std::vector<std::string> names;
+  const int count = TIDEUtils::GetModuleCount();
+  for (int i = 0; i < count; ++i) {
+    const std::string fileName = TIDEUtils::GetModuleFileName(i);
+    if (IsUnitModule(fileName)) names.push_back(rtl::ExtractFileName(fileName));
+  }
+  lbModules.SetEntries(names);
+  btSelectClick();
+}
+
+// --- Enabling ---
+
+void TWizardForm::actNextUpdate() {
+  switch (ActivePage()) {
+    case Step2RestoreSheet:
+      actNext.SetEnabled(!edUndoFile.Text().empty());
+      break;
+    case Step3DirSheet:
+      actNext.SetEnabled(!cbDirectory.Text().empty());
+      break;
+    default:
+      actNext.SetEnabled(ActivePage() != FinalStepSheet);
+      break;
+  }
+}
+
+void TWizardForm::actBackUpdate() {
+  actBack.SetEnabled(ActivePage() != Step1Sheet);
+}
+
+void TWizardForm::actFinishUpdate() {
+  actFinish.SetEnabled(ActivePage() == FinalStepSheet);
+}
+
+void TWizardForm::actMakeBackupUpdate() {
+  lBackupFolder.SetEnabled(chMakeBackup.Checked());
+  cbBackupDir.SetEnabled(chMakeBackup.Checked());
+  btBrowseBackFolder.SetEnabled(chMakeBackup.Checked());
+}
+
+void TWizardForm::actWriteLogUpdate() {
+  chViewLog.SetEnabled(chWriteLog.Checked());
+  lblLogNote.SetEnabled(chWriteLog.Checked());
 }
 
 // --- Backup folder ---

@@ -24,6 +24,7 @@
 
 #include "MigWizard/run/ReplaceOptions.h"
 #include "MigWizard/wizard/WizardPages.h"
+#include "MigWizard/wizard/WizardSteps.h"
 #include "rtl/forms/Forms.h"
 
 namespace rtl {
@@ -112,21 +113,17 @@ class TWizardForm : public rtl::TForm {
   void UpdateCaption();
   std::string BaseFolder() const;
 
-  struct TStepRow;
   void Walk(std::span<const TStepRow> rows);
-  // Conditions of the step tables. CheckUnitsSelected tells the user if no unit is marked.
+  bool Holds(TStepCondition condition) const;
+  void Perform(TStepAction action);
   bool RestoreChosen() const { return rbModeRestore.Checked(); }
   bool ProjectChosen() const { return rbDestProject.Checked(); }
-  bool UndoFileExists() const;
-  bool DirectoryExists() const;
+  // Tells the user if no unit is marked.
   bool CheckUnitsSelected() const;
-  // Actions on the way to another page, or in place of changing the page.
   void FillModuleList();
   void SetDefaultBackupDir();
-  void FillRestoreSummary();
-  void FillReplaceSummary();
-  void RefuseUndoFile();
-  void RefuseDirectory();
+  // Shows a message about the text of `entry`, and moves the focus there.
+  void Refuse(std::string_view message, rtl::TControl& entry) const;
 };
 
 // Creates a form of a class.

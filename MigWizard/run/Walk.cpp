@@ -1,10 +1,14 @@
-// Processes one file of a run: logs it, writes the changed version, and adds the backup of the original.
+#include "MigWizard/run/Walk.h"
+
 #include <exception>
+#include <limits>
 
 #include "MigWizard/passes/UnitNames.h"
+#include "MigWizard/run/OtherForms.h"
 #include "MigWizard/run/RExpertRes.h"
-#include "MigWizard/run/Run.h"
 #include "MigWizard/run/RunErrors.h"
+#include "MigWizard/run/UnitList.h"
+#include "rtl/text/Exceptions.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
@@ -21,7 +25,127 @@ bool MeansMissing(uint32_t error) {
 
 }  // namespace
 
-void TRun::ProcessEntry(const std::string& fileName, TFilesAhead& files, const std::string& tempDir) {
+TWalk::TWalk(const TRunContext& context, TChangedFiles& changed, TBackups& backups, TWorkQueue& queue)
+    : FOptions(context.Options),
+      FHooks(context.Hooks),
+      FLog(context.Log),
+      FConverter(context.Converter),
+      FOtherConverter(context.OtherConverter),
+      FLeftOut(context.LeftOut),
+      FSelection(context.Selection),
+      FPlan(context.Plan),
+      FChanged(changed),
+      FBackups(backups),
+      FQueue(queue) {
+  for (TFileConverter* const converter : {&FConverter, &FOtherConverter}) {
+    converter->OnGetDatabase = [this](std::string_view alias, const qrl::TEncoding& encoding) {
+      return FDatabases.Find(alias, encoding);
+    };
+    if (FSelection != nullptr)
+      converter->OnGetSelection = [this](const std::string& fileName) { return FSelection->Find(fileName); };
+    converter->ListEdits(FPlan != nullptr);
+    converter->SkipConverted(FOptions.Policy.Strict && FOptions.Policy.SkipConverted);
+  }
+}
+
+TWalk::~TWalk() {
+  for (TFileConverter* const converter : {&FConverter, &FOtherConverter}) {
+    converter->OnGetDatabase = nullptr;
+    converter->OnGetSelection = nullptr;
+    converter->ListEdits(false);
+    converter->SkipConverted(false);
+  }
+}
+
+void TWalk::FindUnits() {
+  InitUnitList(FOptions, FHooks, FUnits, FLeftOut);
+}
+
+void TWalk::Preview() {
+  FIsPreview = true;
+  Execute({});
+}
+
+void TWalk::Execute(const std::string& tempDir) {
+  try {
+    WalkList(tempDir);
+  } catch (...) {
+    // The files before the failed one still get their backups.
+    try {
+      FBackups.Wait();
+    } catch (...) {  // the caller gets the exception that ended the walk
+    }
+    throw;
+  }
+  FBackups.Wait();
+  if (FSelection != nullptr) FSelection->RequireUnchanged();
+  if (FHooks.OnOtherForm) ReportOtherForms();
+  ReportProgress(FUnits.Count(), {});
+}
+
+// Units come first; each appends its form files to the end of the list. In a project run all forms are read
+// for their aliases before the first of them is converted.
+void TWalk::WalkList(const std::string& tempDir) {
+  const int firstForm = FUnits.Count();
+  FFirstForm = firstForm;
+  bool prePass = FOptions.Dest == sdProject;
+  TFilesAhead files(FUnits, FQueue, FConverter, FOtherConverter);
+  if (prePass) files.ReadUpTo(firstForm);
+  for (int i = 0; i < FUnits.Count(); ++i) {
+    if (prePass && i >= firstForm) {
+      CollectDatabaseNames(firstForm);
+      prePass = false;
+      files.ReadUpTo(std::numeric_limits<int>::max());
+    }
+    ReportProgress(i, FUnits[i]);
+    const std::string fileName = FUnits[i];  // a copy: the list grows meanwhile
+    NamingFile(fileName, [&] { ProcessEntry(fileName, files, tempDir); });
+  }
+}
+
+// A form that cannot be read here is left out, even if it can be read later: the other forms do not know its databases.
+void TWalk::CollectDatabaseNames(int firstForm) {
+  const TRunPolicy& policy = FOptions.Policy;
+  for (int i = firstForm; i < FUnits.Count(); ++i) {
+    FHooks.Report({firstForm, FUnits.Count(), FUnits[i], TRunPhase::Reading, i - firstForm,
+                   FUnits.Count() - firstForm});
+    try {
+      FDatabases.Collect(FUnits[i]);
+    } catch (const rtl::EStreamError& error) {
+      if (!policy.Strict) throw;
+      FUnreadForms.emplace(FUnits[i], error.what());
+    } catch (const EFileConversion& error) {
+      if (!policy.Strict || !policy.KeepGoing) throw;
+      FUnreadForms.emplace(FUnits[i], error.what());
+    }
+  }
+}
+
+void TWalk::ReportProgress(int done, std::string_view fileName) const {
+  const int count = FUnits.Count();
+  if (done < FFirstForm) {
+    FHooks.Report({done, count, fileName, TRunPhase::Units, done, FFirstForm});
+  } else {
+    FHooks.Report({done, count, fileName, TRunPhase::Forms, done - FFirstForm, count - FFirstForm});
+  }
+}
+
+void TWalk::ReportOtherForms() {
+  for (const std::string& form : FindOtherForms(FOptions, FHooks, FUnits)) {
+    std::string bytes;
+    try {
+      rtl::TFileStream file(form, rtl::fmOpenRead | rtl::fmShareDenyNone);
+      bytes = file.ReadToEnd();
+    } catch (const rtl::EStreamError&) {
+      continue;  // not part of the run
+    }
+    const TFileConversion conversion = FConverter.Convert(form, std::move(bytes));
+    const size_t objects = conversion.Findings ? conversion.Findings->MappedObjects : 0;
+    if (objects > 0) FHooks.OnOtherForm(form, objects);
+  }
+}
+
+void TWalk::ProcessEntry(const std::string& fileName, TFilesAhead& files, const std::string& tempDir) {
   std::string relPath;
   if (FOptions.Dest == sdFolder) {
     FTwins.AddFullName(rtl::ExtractFileDir(fileName));
@@ -37,7 +161,7 @@ void TRun::ProcessEntry(const std::string& fileName, TFilesAhead& files, const s
   if (FOptions.MakeBackup) FBackups.Add(fileName, relPath, files.Version());
 }
 
-void TRun::ProcessFile(const std::string& fileName, TFilesAhead& files, const std::string& targetDir) {
+void TWalk::ProcessFile(const std::string& fileName, TFilesAhead& files, const std::string& targetDir) {
   FLog.WriteLine(rtl::Format(SProcessingFile, {fileName}));
   const TRunPolicy& policy = FOptions.Policy;
   const std::string target = JoinPath(targetDir, rtl::ExtractFileName(fileName));
@@ -71,8 +195,8 @@ void TRun::ProcessFile(const std::string& fileName, TFilesAhead& files, const st
   if (FHooks.OnConverted) FHooks.OnConverted(fileName, *conversion, isChanged);
 }
 
-void TRun::ProcessUnit(const TFileConversion& unit, const std::string& sourceFile,
-                       const std::string& targetFile) {
+void TWalk::ProcessUnit(const TFileConversion& unit, const std::string& sourceFile,
+                        const std::string& targetFile) {
   if (unit.Failure) std::rethrow_exception(unit.Failure);
   for (const std::string& form : unit.FormFiles) AddForm(form);
   bool isSkipped = false;
@@ -87,8 +211,8 @@ void TRun::ProcessUnit(const TFileConversion& unit, const std::string& sourceFil
   LogChanges(isSkipped ? 0 : unit.Changes);
 }
 
-void TRun::ProcessForm(const TFileConversion& form, const std::string& sourceFile,
-                       const std::string& targetFile) {
+void TWalk::ProcessForm(const TFileConversion& form, const std::string& sourceFile,
+                        const std::string& targetFile) {
   if (form.TrailingBytes > 0) {
     FHooks.Warn(rtl::Format("%s: %d bytes after the form's data are not part of it.",
                             {sourceFile, static_cast<int64_t>(form.TrailingBytes)}));
@@ -105,7 +229,7 @@ void TRun::ProcessForm(const TFileConversion& form, const std::string& sourceFil
   if (form.IsChanged) WriteChanged(form, sourceFile, targetFile);
 }
 
-void TRun::AddForm(const std::string& form) {
+void TWalk::AddForm(const std::string& form) {
   const uint32_t attributes = win::FileSystem().GetFileAttributesA(form);
   if (attributes == win::INVALID_FILE_ATTRIBUTES) {
     const uint32_t error = win::GetLastError();
@@ -117,8 +241,8 @@ void TRun::AddForm(const std::string& form) {
   if ((attributes & win::FILE_ATTRIBUTE_DIRECTORY) == 0 && !FHooks.IsExcluded(form)) FUnits.Add(form);
 }
 
-void TRun::WriteChanged(const TFileConversion& file, const std::string& sourceFile,
-                        const std::string& targetFile) {
+void TWalk::WriteChanged(const TFileConversion& file, const std::string& sourceFile,
+                         const std::string& targetFile) {
   if (FOptions.Dest == sdFolder) FTwins.AddFullName(sourceFile);
   if (FOptions.Policy.Strict && FOptions.MakeBackup && !CanBeListed(sourceFile, FOptions.BackupDir))
     throw rtl::Exception("The undo file cannot list a name with \"=\" or a line end in it.");
@@ -130,11 +254,11 @@ void TRun::WriteChanged(const TFileConversion& file, const std::string& sourceFi
   target.Write(file.Bytes);
 }
 
-void TRun::LogChanges(int changes) {
+void TWalk::LogChanges(int changes) {
   FLog.WriteLine(changes == 0 ? std::string(SNoChanges) : std::to_string(changes) + SChanges);
 }
 
-void TRun::LeaveOut(const std::string& name, const std::string& message) {
+void TWalk::LeaveOut(const std::string& name, const std::string& message) {
   FLeftOut.push_back({name, message});
   FLog.WriteLine(message);
   FHooks.Warn(message);

@@ -1,0 +1,28 @@
+// What a replacer hands to a run.
+#pragma once
+
+#include <vector>
+
+#include "MigWizard/passes/FileConversion.h"
+#include "MigWizard/run/FileUtils.h"
+#include "MigWizard/run/ReplaceOptions.h"
+#include "MigWizard/run/RunHooks.h"
+#include "MigWizard/run/RunSelection.h"
+#include "MigWizard/run/WayBack.h"
+
+namespace mig {
+
+// Everything must outlive the run.
+struct TRunContext {
+  const TReplaceOptions& Options;
+  const TRunHooks& Hooks;
+  TRunLock& Lock;
+  TLogWriter& Log;
+  TFileConverter& Converter;       // for the walk
+  TFileConverter& OtherConverter;  // for the worker, at the same time
+  std::vector<TLeftOut>& LeftOut;  // receives what the run leaves out
+  const TRunSelection* Selection;  // null: everything
+  TRunPlan* Plan = nullptr;        // unless null, receives the files and their edits
+};
+
+}  // namespace mig
