@@ -1,10 +1,11 @@
-// Copying and renaming. A new file always replaces the old one in one step.
+#include "win/posix/PosixCopy.h"
+
 #include <cerrno>
 
 #include "win/Errors.h"
 #include "win/posix/PosixAccess.h"
 #include "win/posix/PosixErrors.h"
-#include "win/posix/PosixFileSystem.h"
+#include "win/posix/PosixFile.h"
 #include "win/posix/PosixTemporary.h"
 
 namespace win {
@@ -59,11 +60,11 @@ bool FollowLinks(THostPath& place, struct stat& info, bool& exists) {
 
 // Finds the target of a copy, and the file that it replaces. Returns false, with the last error set, if
 // that file must not be replaced.
-bool TPosixFileSystem::FindTarget(std::string_view path, TOverwriting rule, TTarget& target) {
+bool TPosixCopier::FindTarget(std::string_view path, TOverwriting rule, TTarget& target) {
   THostPath& place = target.Place;
   struct stat& info = target.Info;
-  if (!Locate(path, TKind::File, place)) return false;
-  target.Exists = StatAt(place, info, TAbsence::Trusted) == 0;
+  if (!FPlaces.Locate(path, TPathKind::File, place)) return false;
+  target.Exists = FPlaces.StatAt(place, info, TAbsence::Trusted) == 0;
   if (!target.Exists) return errno == ENOENT || FailErrno(errno);
   const bool isLink = S_ISLNK(info.st_mode);
   if (rule == TOverwriting::Document && isLink && !FollowLinks(place, info, target.Exists)) {
@@ -74,14 +75,11 @@ bool TPosixFileSystem::FindTarget(std::string_view path, TOverwriting rule, TTar
   const bool isReadOnly = S_ISREG(info.st_mode) && !(info.st_mode & S_IWUSR);
   target.IsRefused = !isKindTaken || (isReadOnly && rule != TOverwriting::Own);
   // Keep the case of the existing name.
-  if (FoldsCase(place, info.st_dev)) {
-    place.Widen();
-    FFolders.SpellAll(place);
-  }
+  FPlaces.SpellAsOnDisk(place, info.st_dev);
   return true;
 }
 
-bool TPosixFileSystem::CopyContents(int from, int to, int64_t size) {
+bool TPosixCopier::CopyContents(int from, int to, int64_t size) {
   int64_t total = size > static_cast<int64_t>(kBufferSize) ? CopyInSystem(from, to, size) : 0;
   if (FBuffer.empty()) FBuffer.resize(kBufferSize);
   // Files whose contents the system generates report a size of 0.
@@ -96,10 +94,10 @@ bool TPosixFileSystem::CopyContents(int from, int to, int64_t size) {
 
 // Writes a file beside the target by calling `fill`, which returns false, with errno, on failure, and
 // renames it to the target. On failure returns false, with the last error set, and the target is unchanged.
-bool TPosixFileSystem::Replace(const TTarget& target, mode_t mode, bool onlyIfFree, const TFill& fill,
-                               const TFileStamp* expected) {
+bool TPosixCopier::Replace(const TTarget& target, mode_t mode, bool onlyIfFree, const TFill& fill,
+                           const TFileStamp* expected) {
   struct stat own {};
-  TFolderChange change(FFolders, target.Place);
+  TFolderChange change(FPlaces.Folders(), target.Place);
   TTemporaryFile file(target.Place);
   SweepOnce(target.Place);
   if (!file.Create(mode, own)) return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
@@ -112,16 +110,16 @@ bool TPosixFileSystem::Replace(const TTarget& target, mode_t mode, bool onlyIfFr
   return true;
 }
 
-void TPosixFileSystem::SweepOnce(const THostPath& target) {
+void TPosixCopier::SweepOnce(const THostPath& target) {
   const bool isWhole = target.Base == AT_FDCWD || !target.FullPath.empty();
   const std::string_view path = target.FullPath.empty() ? target.Path : target.FullPath;
   if (isWhole && FSwept.emplace(path.substr(0, path.rfind('/') + 1)).second) SweepTemporaryFiles(target);
 }
 
-bool TPosixFileSystem::Copy(std::string_view source, std::string_view target, TOverwriting rule,
-                            bool failIfExists, const TFileStamp* expected) {
+bool TPosixCopier::Copy(std::string_view source, std::string_view target, TOverwriting rule,
+                        bool failIfExists, const TFileStamp* expected) {
   struct stat info {};
-  const TUniqueFd from = OpenForReading(source, info);
+  const TUniqueFd from = OpenForReading(FPlaces, source, info);
   if (!from.IsOpen()) return false;
   TTarget to;
   if (!FindTarget(target, rule, to)) return false;
@@ -137,7 +135,7 @@ bool TPosixFileSystem::Copy(std::string_view source, std::string_view target, TO
   return Replace(to, kPrivate, failIfExists, fill, expected);
 }
 
-bool TPosixFileSystem::ReplaceFileContents(std::string_view path, std::string_view bytes) {
+bool TPosixCopier::ReplaceContents(std::string_view path, std::string_view bytes) {
   TTarget to;
   if (!FindTarget(path, TOverwriting::Document, to)) return false;
   if (to.IsRefused) return Fail(ERROR_ACCESS_DENIED);
@@ -149,24 +147,20 @@ bool TPosixFileSystem::ReplaceFileContents(std::string_view path, std::string_vi
   });
 }
 
-bool TPosixFileSystem::CopyFileA(std::string_view source, std::string_view target, bool failIfExists) {
-  return Copy(source, target, TOverwriting::Document, failIfExists);
-}
-
-bool TPosixFileSystem::CopyOverUnchanged(std::string_view source, std::string_view target,
-                                         const TFileStamp& expected) {
+bool TPosixCopier::CopyOverUnchanged(std::string_view source, std::string_view target,
+                                     const TFileStamp& expected) {
   THostPath from;
   TTarget to;
   struct stat info {};
-  const bool isFound = Locate(source, TKind::File, from) && StatAt(from, info) == 0;
+  const bool isFound = FPlaces.Locate(source, TPathKind::File, from) && FPlaces.StatAt(from, info) == 0;
   if (!FindTarget(target, TOverwriting::Document, to)) return false;
   if (!to.Exists) return Fail(ERROR_FILE_NOT_FOUND);
   // Checked here too, so that a refused source stays where it is.
   if (FileStampOf(to.Info) != expected) return Fail(ERROR_FILE_INVALID);
   if (isFound && !to.IsRefused && CanTakePlaceOf(from, info, to)) {
     from.Listing = nullptr;  // it may have gone with the second look-up
-    TFolderChange removal(FFolders, from);
-    TFolderChange change(FFolders, to.Place);
+    TFolderChange removal(FPlaces.Folders(), from);
+    TFolderChange change(FPlaces.Folders(), to.Place);
     TTemporaryFile file(to.Place);
     SweepOnce(to.Place);
     if (FWritten.NoteName(info.st_dev, to.Place) && file.Adopt(from, FileStampOf(info), expected)) {
@@ -181,31 +175,26 @@ bool TPosixFileSystem::CopyOverUnchanged(std::string_view source, std::string_vi
 
 // Returns whether the file `source`, which `info` describes, is after a move the same as a copy. Gives it the
 // target's permission bits.
-bool TPosixFileSystem::CanTakePlaceOf(const THostPath& source, const struct stat& info,
-                                      const TTarget& target) {
+bool TPosixCopier::CanTakePlaceOf(const THostPath& source, const struct stat& info, const TTarget& target) {
   return S_ISREG(info.st_mode) && !IsSameFile(info, target.Info) && info.st_dev == target.Info.st_dev &&
          info.st_uid == target.Info.st_uid && info.st_gid == target.Info.st_gid && !HasLabels(source) &&
          !HasLabels(target.Place) && SetPermissions(source, info, target.Info);
 }
 
-bool TPosixFileSystem::CopyToOwnFile(std::string_view source, std::string_view target) {
-  return Copy(source, target, TOverwriting::Own, false);
-}
-
-bool TPosixFileSystem::MoveFileReplacing(std::string_view source, std::string_view target) {
+bool TPosixCopier::Move(std::string_view source, std::string_view target) {
   THostPath from;
   TTarget to;
   struct stat info {};
-  if (!Locate(source, TKind::File, from)) return false;
-  if (StatAt(from, info) < 0) return FailErrno(errno);
+  if (!FPlaces.Locate(source, TPathKind::File, from)) return false;
+  if (FPlaces.StatAt(from, info) < 0) return FailErrno(errno);
   if (!S_ISREG(info.st_mode)) return Fail(ERROR_ACCESS_DENIED);
   if (!FindTarget(target, TOverwriting::Name, to)) return false;
   if (to.IsRefused) return Fail(ERROR_ACCESS_DENIED);
   if (!FWritten.NoteName(info.st_dev, to.Place))
     return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
   from.Listing = nullptr;  // it may have gone with the second look-up
-  TFolderChange removal(FFolders, from);
-  TFolderChange addition(FFolders, to.Place);
+  TFolderChange removal(FPlaces.Folders(), from);
+  TFolderChange addition(FPlaces.Folders(), to.Place);
   if (Retry<renameat>(from.Base, from.Path.c_str(), to.Place.Base, to.Place.Path.c_str()) != 0)
     return FailErrno(errno);
   removal.Commit({}, from.Leaf());

@@ -11,6 +11,7 @@
 #include "win/paths/CodePage.h"
 #include "win/paths/Drives.h"
 #include "win/paths/PathComponents.h"
+#include "win/posix/PosixPath.h"
 
 namespace win {
 namespace {
@@ -48,10 +49,6 @@ bool HasDrive(std::string_view path) {
 // Returns the root of a drive: "C:\\" for 2.
 std::string DriveRoot(int index) {
   return {static_cast<char>('A' + index), ':', '\\'};
-}
-
-bool IsSeparator(char c) {
-  return c == '\\' || c == '/';
 }
 
 std::string CurrentFolder() {

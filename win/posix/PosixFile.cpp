@@ -1,10 +1,9 @@
-// Opening, reading and writing a file.
+#include "win/posix/PosixFile.h"
+
 #include <cerrno>
-#include <optional>
 
 #include "win/Errors.h"
 #include "win/posix/PosixErrors.h"
-#include "win/posix/PosixFileSystem.h"
 #include "win/posix/PosixLock.h"
 
 namespace win {
@@ -83,46 +82,17 @@ class TPosixFileHandle : public TFileHandle {
   uint64_t FNotedIn = kNever;
 };
 
-}  // namespace
-
-TFileStamp FileStampOf(const struct stat& info) {
-#ifdef __APPLE__
-  const timespec& modified = info.st_mtimespec;
-#else
-  const timespec& modified = info.st_mtim;
-#endif
-  return {static_cast<uint64_t>(info.st_dev), static_cast<uint64_t>(info.st_ino), info.st_size,
-          static_cast<int64_t>(modified.tv_sec) * 1000000000 + modified.tv_nsec};
-}
-
-TUniqueFd TPosixFileSystem::OpenForReading(std::string_view path, struct stat& info) {
-  THostPath place;
-  if (!Locate(path, TKind::File, place)) return {};
-  TUniqueFd fd(AtPlace(place, [](const THostPath& at) {
-    return Retry<openat>(at.Base, at.Path.c_str(), O_RDONLY | kOpenFlags);
-  }));
-  if (!fd.IsOpen() || Retry<fstat>(fd.Get(), &info) != 0) {
-    FailErrno(errno);
-    return {};
-  }
-  if (!S_ISREG(info.st_mode)) {
-    Fail(ERROR_ACCESS_DENIED);
-    return {};
-  }
-  return fd;
-}
-
 // Opens a file for writing, and creates it if it does not exist. Never truncates it, because the file may
 // be of the wrong kind, or read-only although root can write to it.
-TUniqueFd TPosixFileSystem::OpenForWriting(std::string_view path, THostPath& place, struct stat& info) {
-  if (!Locate(path, TKind::File, place)) return {};
+TUniqueFd OpenForWriting(TPosixPlaces& places, std::string_view path, THostPath& place, struct stat& info) {
+  if (!places.Locate(path, TPathKind::File, place)) return {};
   const auto open = [](const THostPath& at, int create) {
     return Retry<openat>(at.Base, at.Path.c_str(), O_RDWR | create | kOpenFlags, 0666);
   };
-  TUniqueFd fd(AtPlace(
+  TUniqueFd fd(places.AtPlace(
       place, [&open](const THostPath& at) { return open(at, 0); }, TAbsence::Assumed));
   if (!fd.IsOpen() && errno == ENOENT) {
-    TFolderChange change(FFolders, place);
+    TFolderChange change(places.Folders(), place);
     fd = TUniqueFd(open(place, O_CREAT));  // also through a link that leads to no file yet
     if (fd.IsOpen()) change.Commit(place.Leaf());
   }
@@ -138,16 +108,16 @@ TUniqueFd TPosixFileSystem::OpenForWriting(std::string_view path, THostPath& pla
 }
 
 // As OpenForWriting, but does not follow a link, and locks the file.
-TUniqueFd TPosixFileSystem::OpenOwn(std::string_view path, THostPath& place, struct stat& info) {
+TUniqueFd OpenOwn(TPosixPlaces& places, std::string_view path, THostPath& place, struct stat& info) {
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
     place = {};
-    if (!Locate(path, TKind::File, place)) return {};
+    if (!places.Locate(path, TPathKind::File, place)) return {};
     const auto open = [](const THostPath& at, int create) {
       return Retry<openat>(at.Base, at.Path.c_str(), O_RDWR | O_NOFOLLOW | create | kOpenFlags, 0666);
     };
-    TUniqueFd fd(AtPlace(place, [&open](const THostPath& at) { return open(at, 0); }));
+    TUniqueFd fd(places.AtPlace(place, [&open](const THostPath& at) { return open(at, 0); }));
     if (!fd.IsOpen() && errno == ENOENT) {
-      TFolderChange change(FFolders, place);
+      TFolderChange change(places.Folders(), place);
       fd = TUniqueFd(open(place, O_CREAT | O_EXCL));
       if (fd.IsOpen()) change.Commit(place.Leaf());
       if (!fd.IsOpen() && errno == EEXIST) continue;
@@ -175,17 +145,47 @@ TUniqueFd TPosixFileSystem::OpenOwn(std::string_view path, THostPath& place, str
   return {};
 }
 
-std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path, TFileMode mode) {
+}  // namespace
+
+TFileStamp FileStampOf(const struct stat& info) {
+#ifdef __APPLE__
+  const timespec& modified = info.st_mtimespec;
+#else
+  const timespec& modified = info.st_mtim;
+#endif
+  return {static_cast<uint64_t>(info.st_dev), static_cast<uint64_t>(info.st_ino), info.st_size,
+          static_cast<int64_t>(modified.tv_sec) * 1000000000 + modified.tv_nsec};
+}
+
+TUniqueFd OpenForReading(TPosixPlaces& places, std::string_view path, struct stat& info) {
+  THostPath place;
+  if (!places.Locate(path, TPathKind::File, place)) return {};
+  TUniqueFd fd(places.AtPlace(place, [](const THostPath& at) {
+    return Retry<openat>(at.Base, at.Path.c_str(), O_RDONLY | kOpenFlags);
+  }));
+  if (!fd.IsOpen() || Retry<fstat>(fd.Get(), &info) != 0) {
+    FailErrno(errno);
+    return {};
+  }
+  if (!S_ISREG(info.st_mode)) {
+    Fail(ERROR_ACCESS_DENIED);
+    return {};
+  }
+  return fd;
+}
+
+std::unique_ptr<TFileHandle> OpenFile(TPosixPlaces& places, TWrittenFiles& written, std::string_view path,
+                                      TFileMode mode) {
   struct stat info {};
   THostPath place;
   if (mode == TFileMode::OpenRead) {
-    TUniqueFd fd = OpenForReading(path, info);
+    TUniqueFd fd = OpenForReading(places, path, info);
     if (!fd.IsOpen()) return nullptr;
     return std::make_unique<TPosixFileHandle>(std::move(fd), std::move(place), info.st_dev, FileStampOf(info),
-                                              false, FWritten);
+                                              false, written);
   }
   const bool isOwn = mode == TFileMode::CreateOwn;
-  TUniqueFd fd = isOwn ? OpenOwn(path, place, info) : OpenForWriting(path, place, info);
+  TUniqueFd fd = isOwn ? OpenOwn(places, path, place, info) : OpenForWriting(places, path, place, info);
   if (!fd.IsOpen()) return nullptr;
   if (info.st_size > 0 && Retry<ftruncate>(fd.Get(), 0) != 0) {
     FailErrno(errno);
@@ -193,14 +193,14 @@ std::unique_ptr<TFileHandle> TPosixFileSystem::CreateFileA(std::string_view path
   }
   place.Listing = nullptr;
   return std::make_unique<TPosixFileHandle>(std::move(fd), std::move(place), info.st_dev, std::nullopt, isOwn,
-                                            FWritten);
+                                            written);
 }
 
-std::optional<TFileStamp> TPosixFileSystem::GetFileStamp(std::string_view path) {
+std::optional<TFileStamp> StampOfFile(TPosixPlaces& places, std::string_view path) {
   THostPath place;
   struct stat info {};
-  if (!Locate(path, TKind::File, place)) return std::nullopt;
-  if (AtPlace(place, [&info](const THostPath& at) {
+  if (!places.Locate(path, TPathKind::File, place)) return std::nullopt;
+  if (places.AtPlace(place, [&info](const THostPath& at) {
         return Retry<fstatat>(at.Base, at.Path.c_str(), &info, 0);
       }) < 0) {
     FailErrno(errno);

@@ -1,4 +1,5 @@
-// Folder walks.
+#include "win/posix/PosixFind.h"
+
 #include <algorithm>
 #include <cerrno>
 
@@ -8,7 +9,6 @@
 #include "win/paths/Drives.h"
 #include "win/posix/PosixDirectory.h"
 #include "win/posix/PosixErrors.h"
-#include "win/posix/PosixFileSystem.h"
 
 namespace win {
 namespace {
@@ -63,29 +63,30 @@ bool EntryLess(const TEntry& left, const TEntry& right) {
   return order != 0 ? order < 0 : CompareUtf16Order(left.Data.FileName, right.Data.FileName) < 0;
 }
 
-}  // namespace
-
 // Returns whether no Windows path can name the entry. Warns the user the first time.
-bool TPosixFileSystem::PassesOver(const THostPath& folder, std::string_view name) {
+bool PassesOver(const THostPath& folder, std::string_view name, std::unordered_set<std::string>& reported) {
   if (IsWindowsName(name)) return false;
   std::string path = folder.Path;
   if (path.back() != '/') path += '/';
   path += name;
-  if (FPassedOver.insert(path).second) {
+  if (reported.insert(path).second) {
     Diagnose("Passed over, because no Windows path can name it: " + PrintableName(path));
   }
   return true;
 }
 
-std::unique_ptr<TFindHandle> TPosixFileSystem::FindFirstFileA(std::string_view pattern, TFindData& data) {
+}  // namespace
+
+std::unique_ptr<TFindHandle> FindFirst(TPosixPlaces& places, std::unordered_set<std::string>& reported,
+                                       std::string_view pattern, TFindData& data) {
   const size_t end = pattern.find_last_of("\\/:") + 1;  // npos + 1 is 0
   if (pattern.substr(end) != "*.*") {
     Fail(ERROR_INVALID_PARAMETER);
     return nullptr;
   }
   THostPath place;
-  if (!Locate(end == 0 ? "." : pattern.substr(0, end), TKind::Folder, place)) return nullptr;
-  TUniqueFd fd(AtPlace(
+  if (!places.Locate(end == 0 ? "." : pattern.substr(0, end), TPathKind::Folder, place)) return nullptr;
+  TUniqueFd fd(places.AtPlace(
       place, [](const THostPath& at) { return Retry<openat>(at.Base, at.Path.c_str(), kOpenFolder); }));
   const int failure = errno;
   place.Widen();
@@ -101,7 +102,7 @@ std::unique_ptr<TFindHandle> TPosixFileSystem::FindFirstFileA(std::string_view p
   std::vector<TEntry> entries;
   int error = 0;
   while (const dirent* const entry = directory.Next()) {
-    if (PassesOver(place, entry->d_name)) continue;
+    if (PassesOver(place, entry->d_name, reported)) continue;
     const uint32_t attributes = AttributesOf(directory.Fd(), *entry);
     if (attributes == INVALID_FILE_ATTRIBUTES && error == 0) error = errno;
     entries.push_back({UpperFileName(entry->d_name), {entry->d_name, attributes}});

@@ -22,7 +22,7 @@
 //    last one did not, the folder is read again. Without this rule a run takes 5 to 10 % more processor time.
 //  - The exact name is always looked up on the disk first, unless the caller opens or creates it in one call.
 //    A name that was found here is verified by the operation for which it was looked up: see
-//    TPosixFileSystem::AtPlace.
+//    TPosixPlaces::AtPlace.
 #pragma once
 
 #include <cstdint>

@@ -23,12 +23,15 @@ inline constexpr int kPassThrough = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 // Flags for opening a folder to read its entries, lock it, or flush it.
 inline constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
+// Returns whether `c` separates the components of a Windows path.
+inline bool IsSeparator(char c) {
+  return c == '\\' || c == '/';
+}
+
 // Returns whether both describe the same file.
 inline bool IsSameFile(const struct stat& left, const struct stat& right) {
   return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
 }
-
-TFileStamp FileStampOf(const struct stat& info);
 
 class TFolderListing;
 

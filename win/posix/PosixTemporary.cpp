@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "win/posix/PosixDirectory.h"
+#include "win/posix/PosixFile.h"
 #include "win/posix/PosixLock.h"
 
 namespace win {

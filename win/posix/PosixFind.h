@@ -1,0 +1,19 @@
+// Folder walks.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+
+#include "win/FileSystem.h"
+#include "win/posix/PosixPlaces.h"
+
+namespace win {
+
+// TFileSystem::FindFirstFileA. Entries that no Windows path can name are passed over; the user is told of those that
+// are not in `reported`, which receives them.
+std::unique_ptr<TFindHandle> FindFirst(TPosixPlaces& places, std::unordered_set<std::string>& reported,
+                                       std::string_view pattern, TFindData& data);
+
+}  // namespace win
