@@ -9,17 +9,11 @@
 #include <vector>
 
 #include "win/FileSystem.h"
+#include "win/Overwriting.h"
 #include "win/posix/PosixPlaces.h"
 #include "win/posix/PosixWritten.h"
 
 namespace win {
-
-// The kinds of entries that may be replaced.
-enum class TOverwriting {
-  Document,  // a writable file, or a link, which is followed
-  Own,       // any file, no link
-  Name       // a writable file, or a link, which is itself replaced
-};
 
 // All operations return false, with the last error set, on failure; the target is unchanged then.
 class TPosixCopier {

@@ -1,41 +1,16 @@
 #include "win/posix/PosixFind.h"
 
-#include <algorithm>
 #include <cerrno>
 
 #include "win/Diagnostics.h"
 #include "win/Errors.h"
-#include "win/paths/CodePage.h"
+#include "win/FolderEntries.h"
 #include "win/paths/Drives.h"
 #include "win/posix/PosixDirectory.h"
 #include "win/posix/PosixErrors.h"
 
 namespace win {
 namespace {
-
-struct TEntry {
-  std::string Upper;
-  TFindData Data;
-};
-
-class TPosixFindHandle : public TFindHandle {
- public:
-  explicit TPosixFindHandle(std::vector<TEntry> entries) : FEntries(std::move(entries)) {}
-
-  bool Next(TFindData& data) override {
-    if (FNext < 2) {
-      data = {FNext++ == 0 ? "." : "..", FILE_ATTRIBUTE_DIRECTORY};
-      return true;
-    }
-    if (FNext - 2 == FEntries.size()) return Fail(ERROR_NO_MORE_FILES);
-    data = std::move(FEntries[FNext++ - 2].Data);
-    return true;
-  }
-
- private:
-  std::vector<TEntry> FEntries;
-  size_t FNext = 0;  // counts "." and ".." too
-};
 
 // Returns the attributes of an entry, INVALID_FILE_ATTRIBUTES, with errno, on failure.
 uint32_t AttributesOf(int folder, const dirent& entry) {
@@ -56,11 +31,6 @@ uint32_t AttributesOf(int folder, const dirent& entry) {
   }
   const bool toFolder = stat(info, 0) && S_ISDIR(info.st_mode);
   return toFolder ? FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT : FILE_ATTRIBUTE_NORMAL;
-}
-
-bool EntryLess(const TEntry& left, const TEntry& right) {
-  const int order = CompareUtf16Order(left.Upper, right.Upper);
-  return order != 0 ? order < 0 : CompareUtf16Order(left.Data.FileName, right.Data.FileName) < 0;
 }
 
 // Returns whether no Windows path can name the entry. Warns the user the first time.
@@ -99,22 +69,20 @@ std::unique_ptr<TFindHandle> FindFirst(TPosixPlaces& places, std::unordered_set<
     return nullptr;
   }
   TPosixDirectory directory(std::move(fd));
-  std::vector<TEntry> entries;
+  TFolderEntries entries;
   int error = 0;
   while (const dirent* const entry = directory.Next()) {
     if (PassesOver(place, entry->d_name, reported)) continue;
     const uint32_t attributes = AttributesOf(directory.Fd(), *entry);
     if (attributes == INVALID_FILE_ATTRIBUTES && error == 0) error = errno;
-    entries.push_back({UpperFileName(entry->d_name), {entry->d_name, attributes}});
+    entries.Add(entry->d_name, attributes);
   }
   if (error == 0) error = directory.Error();
   if (error != 0) {
     FailErrno(error);
     return nullptr;
   }
-  std::sort(entries.begin(), entries.end(), EntryLess);
-  auto handle = std::make_unique<TPosixFindHandle>(std::move(entries));
-  return handle->Next(data) ? std::move(handle) : nullptr;
+  return std::move(entries).Walk(data);
 }
 
 }  // namespace win

@@ -1,9 +1,8 @@
-// Opening, reading and writing a file.
+#include "win/windows/WindowsFile.h"
+
 #include <algorithm>
-#include <optional>
 
 #include "win/Errors.h"
-#include "win/windows/WindowsFileSystem.h"
 
 namespace win {
 namespace {
@@ -70,27 +69,9 @@ class TWindowsFileHandle : public TFileHandle {
   TWrittenFiles& FWritten;
 };
 
-}  // namespace
-
-THandle TWindowsFileSystem::OpenForReading(const std::wstring& full, TFileFacts& facts) {
-  THandle file;
-  const bool isOpen = Retry([&] {
-    file = THandle(CreateFileW(full.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
-                               FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    return file.IsOpen();
-  });
-  if (!isOpen) return {};
-  if (GetFileType(file.Get()) != FILE_TYPE_DISK) {
-    Fail(ERROR_ACCESS_DENIED);
-    return {};
-  }
-  if (!ReadFacts(file.Get(), facts)) return {};
-  return file;
-}
-
 // Opens a file for writing and empties it, or creates it. Never by CREATE_ALWAYS, which refuses hidden
 // files and drops the attributes and streams of others.
-THandle TWindowsFileSystem::OpenForWriting(std::wstring& full, TFileMode mode) {
+THandle OpenForWriting(std::wstring& full, TFileMode mode) {
   const bool isOwn = mode == TFileMode::CreateOwn;
   TEntryInfo info;
   if (Look(full, info)) {
@@ -123,18 +104,36 @@ THandle TWindowsFileSystem::OpenForWriting(std::wstring& full, TFileMode mode) {
   return file;
 }
 
-std::unique_ptr<TFileHandle> TWindowsFileSystem::CreateFileA(std::string_view path, TFileMode mode) {
+}  // namespace
+
+THandle OpenForReading(const std::wstring& full, TFileFacts& facts) {
+  THandle file;
+  const bool isOpen = Retry([&] {
+    file = THandle(CreateFileW(full.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
+                               FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    return file.IsOpen();
+  });
+  if (!isOpen) return {};
+  if (GetFileType(file.Get()) != FILE_TYPE_DISK) {
+    Fail(ERROR_ACCESS_DENIED);
+    return {};
+  }
+  if (!ReadFacts(file.Get(), facts)) return {};
+  return file;
+}
+
+std::unique_ptr<TFileHandle> OpenFile(TWrittenFiles& written, std::string_view path, TFileMode mode) {
   std::wstring full;
   TFileFacts facts;
   if (!FullPath(path, TPathKind::File, full)) return nullptr;
   const bool isReading = mode == TFileMode::OpenRead;
   THandle file = isReading ? OpenForReading(full, facts) : OpenForWriting(full, mode);
   if (!file.IsOpen()) return nullptr;
-  return std::make_unique<TWindowsFileHandle>(
-      std::move(file), std::move(full), isReading ? std::optional(facts.Stamp) : std::nullopt, FWritten);
+  return std::make_unique<TWindowsFileHandle>(std::move(file), std::move(full),
+                                              isReading ? std::optional(facts.Stamp) : std::nullopt, written);
 }
 
-std::optional<TFileStamp> TWindowsFileSystem::GetFileStamp(std::string_view path) {
+std::optional<TFileStamp> StampOfFile(std::string_view path) {
   std::wstring full;
   TFileFacts facts;
   if (!FullPath(path, TPathKind::File, full)) return std::nullopt;

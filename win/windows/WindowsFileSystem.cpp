@@ -3,6 +3,8 @@
 #include <cstdio>
 
 #include "win/Errors.h"
+#include "win/windows/WindowsFile.h"
+#include "win/windows/WindowsFind.h"
 #include "win/windows/WindowsText.h"
 
 namespace win {
@@ -38,6 +40,39 @@ class TWindowsLock : public TFileLock {
 
 std::unique_ptr<TFileSystem> AnotherHostFileSystem() {
   return std::make_unique<TWindowsFileSystem>();
+}
+
+std::unique_ptr<TFileHandle> TWindowsFileSystem::CreateFileA(std::string_view path, TFileMode mode) {
+  return OpenFile(FWritten, path, mode);
+}
+
+std::optional<TFileStamp> TWindowsFileSystem::GetFileStamp(std::string_view path) {
+  return StampOfFile(path);
+}
+
+std::unique_ptr<TFindHandle> TWindowsFileSystem::FindFirstFileA(std::string_view pattern, TFindData& data) {
+  return FindFirst(FPassedOver, pattern, data);
+}
+
+bool TWindowsFileSystem::CopyFileA(std::string_view source, std::string_view target, bool failIfExists) {
+  return FCopier.Copy(source, target, TOverwriting::Document, failIfExists);
+}
+
+bool TWindowsFileSystem::CopyOverUnchanged(std::string_view source, std::string_view target,
+                                           const TFileStamp& expected) {
+  return FCopier.Copy(source, target, TOverwriting::Document, false, &expected);
+}
+
+bool TWindowsFileSystem::CopyToOwnFile(std::string_view source, std::string_view target) {
+  return FCopier.Copy(source, target, TOverwriting::Own, false);
+}
+
+bool TWindowsFileSystem::ReplaceFileContents(std::string_view path, std::string_view bytes) {
+  return FCopier.ReplaceContents(path, bytes);
+}
+
+bool TWindowsFileSystem::MoveFileReplacing(std::string_view source, std::string_view target) {
+  return FCopier.Move(source, target);
 }
 
 uint32_t TWindowsFileSystem::GetFileAttributesA(std::string_view path) {

@@ -1,6 +1,7 @@
-// Copying and renaming. A new file always replaces the old one in one step.
+#include "win/windows/WindowsCopy.h"
+
 #include "win/Errors.h"
-#include "win/windows/WindowsFileSystem.h"
+#include "win/windows/WindowsFile.h"
 #include "win/windows/WindowsTemporary.h"
 
 namespace win {
@@ -49,7 +50,7 @@ bool HasStamp(const std::wstring& full, const TFileStamp& expected) {
 
 // Finds the target of a copy, and the file that it replaces. Returns false, with the last error set, if it
 // cannot be told what is there.
-bool TWindowsFileSystem::FindTarget(std::string_view path, TOverwriting rule, TTarget& target) {
+bool TWindowsCopier::FindTarget(std::string_view path, TOverwriting rule, TTarget& target) {
   if (!FullPath(path, TPathKind::File, target.Path)) return false;
   target.Exists = Look(target.Path, target.Info);
   if (!target.Exists) return GetLastError() == ERROR_FILE_NOT_FOUND;
@@ -66,7 +67,7 @@ bool TWindowsFileSystem::FindTarget(std::string_view path, TOverwriting rule, TT
   return true;
 }
 
-bool TWindowsFileSystem::CopyContents(HANDLE from, HANDLE to) {
+bool TWindowsCopier::CopyContents(HANDLE from, HANDLE to) {
   if (FBuffer.empty()) FBuffer.resize(kBufferSize);
   for (;;) {
     DWORD got = 0, done = 0;
@@ -80,8 +81,8 @@ bool TWindowsFileSystem::CopyContents(HANDLE from, HANDLE to) {
 // Writes a file beside the target by calling `fill`, which returns false, with the last error set, on
 // failure, and gives it the target's name. On failure returns false, with the last error set, and the
 // target is unchanged.
-bool TWindowsFileSystem::Replace(const TTarget& target, TOverwriting rule, bool onlyIfFree,
-                                 const TNewFile& made, const TFill& fill, const TFileStamp* expected) {
+bool TWindowsCopier::Replace(const TTarget& target, TOverwriting rule, bool onlyIfFree, const TNewFile& made,
+                             const TFill& fill, const TFileStamp* expected) {
   const bool isPrivate = !made.AccessOf.empty();
   const bool becomesReadOnly = (made.Attributes & FILE_ATTRIBUTE_READONLY) != 0;
   const bool keepsIdentity = target.Exists && rule == TOverwriting::Document;
@@ -112,12 +113,12 @@ bool TWindowsFileSystem::Replace(const TTarget& target, TOverwriting rule, bool 
   return !keepsIdentity || SetAttributesAndTime(target.Path, made.Attributes, made.Modified);
 }
 
-void TWindowsFileSystem::SweepOnce(std::wstring_view folder) {
+void TWindowsCopier::SweepOnce(std::wstring_view folder) {
   if (FSwept.emplace(folder).second) SweepTemporaryFiles(folder);
 }
 
-bool TWindowsFileSystem::Copy(std::string_view source, std::string_view target, TOverwriting rule,
-                              bool failIfExists, const TFileStamp* expected) {
+bool TWindowsCopier::Copy(std::string_view source, std::string_view target, TOverwriting rule,
+                          bool failIfExists, const TFileStamp* expected) {
   std::wstring from;
   TFileFacts facts;
   TTarget to;
@@ -147,7 +148,7 @@ bool TWindowsFileSystem::Copy(std::string_view source, std::string_view target, 
       to, rule, failIfExists, made, [&](HANDLE copy) { return CopyContents(file.Get(), copy); }, expected);
 }
 
-bool TWindowsFileSystem::ReplaceFileContents(std::string_view path, std::string_view bytes) {
+bool TWindowsCopier::ReplaceContents(std::string_view path, std::string_view bytes) {
   TTarget to;
   if (!FindTarget(path, TOverwriting::Document, to)) return false;
   if (to.IsRefused) return Fail(ERROR_ACCESS_DENIED);
@@ -166,20 +167,7 @@ bool TWindowsFileSystem::ReplaceFileContents(std::string_view path, std::string_
   return Replace(to, TOverwriting::Document, false, made, fill, nullptr);
 }
 
-bool TWindowsFileSystem::CopyFileA(std::string_view source, std::string_view target, bool failIfExists) {
-  return Copy(source, target, TOverwriting::Document, failIfExists);
-}
-
-bool TWindowsFileSystem::CopyOverUnchanged(std::string_view source, std::string_view target,
-                                           const TFileStamp& expected) {
-  return Copy(source, target, TOverwriting::Document, false, &expected);
-}
-
-bool TWindowsFileSystem::CopyToOwnFile(std::string_view source, std::string_view target) {
-  return Copy(source, target, TOverwriting::Own, false);
-}
-
-bool TWindowsFileSystem::MoveFileReplacing(std::string_view source, std::string_view target) {
+bool TWindowsCopier::Move(std::string_view source, std::string_view target) {
   std::wstring from;
   TEntryInfo info;
   TTarget to;
