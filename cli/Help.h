@@ -1,4 +1,4 @@
-// The help texts and the manual page.
+// The help texts.
 #pragma once
 
 #include <string>
@@ -11,8 +11,6 @@ namespace cli {
 std::string GeneralHelp();
 // Returns the options of a command.
 std::string CommandHelp(const TCommandRow& command);
-// Returns all help texts in the format of man(7).
-std::string ManPage();
 // Returns "kvamigrate 1.0.0".
 std::string VersionText();
 

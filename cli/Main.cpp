@@ -11,6 +11,7 @@
 #include "cli/Console.h"
 #include "cli/Help.h"
 #include "cli/Interrupt.h"
+#include "cli/ManPage.h"
 #include "cli/StandardStreams.h"
 #include "win/Diagnostics.h"
 #include "win/paths/CodePage.h"

@@ -1,5 +1,4 @@
-// The manual page, as roff with the macros of man(7).
-#include <string>
+#include "cli/ManPage.h"
 
 #include "cli/Help.h"
 #include "cli/HelpTexts.h"

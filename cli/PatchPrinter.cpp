@@ -12,8 +12,8 @@
 #include "rtl/text/Files.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
-#include "win/paths/CodePage.h"
 #include "win/paths/Drives.h"
+#include "win/paths/FileNames.h"
 
 namespace cli {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "rtl/text/Unicode.h"
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace cli {
 namespace {

@@ -14,7 +14,7 @@
 #include "rtl/text/StringList.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace cli {
 namespace {

@@ -6,7 +6,7 @@
 #include <memory>
 #include <unicode/ucsdet.h>
 
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace desktop {
 

@@ -11,7 +11,7 @@
 #include "target/OldNameList.h"
 #include "toolsapi/HostRuntime.h"
 #include "win/FileApi.h"
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace desktop {
 

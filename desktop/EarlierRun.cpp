@@ -9,7 +9,7 @@
 #include "rtl/text/Files.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace desktop {
 

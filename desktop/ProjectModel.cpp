@@ -8,7 +8,7 @@
 #include "desktop/QtText.h"
 #include "host/Host.h"
 #include "rtl/text/SysUtils.h"
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace desktop {
 

@@ -7,7 +7,7 @@
 #include "report/FilePatch.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace desktop {
 

@@ -2,7 +2,7 @@
 
 #include "rtl/text/Exceptions.h"
 #include "rtl/text/Files.h"
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace desktop {
 

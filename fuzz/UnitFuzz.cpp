@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "MigWizard/passes/FormSearch.h"
 #include "MigWizard/passes/UnitPass.h"
 #include "rtl/text/SysUtils.h"
 

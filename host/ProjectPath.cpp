@@ -5,8 +5,8 @@
 #include "rtl/text/SysUtils.h"
 #include "win/Errors.h"
 #include "win/FileSystem.h"
-#include "win/paths/CodePage.h"
 #include "win/paths/Drives.h"
+#include "win/paths/FileNames.h"
 #include "win/paths/PathComponents.h"
 
 namespace host {

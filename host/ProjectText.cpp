@@ -6,6 +6,7 @@
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 #include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace host {
 

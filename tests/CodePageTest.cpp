@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace win {
 namespace {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "MigWizard/passes/FormPass.h"
+#include "MigWizard/passes/FormSearch.h"
 #include "MigWizard/passes/UnitPass.h"
 #include "rtl/text/SysUtils.h"
 #include "target/Catalogue.h"

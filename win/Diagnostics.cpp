@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace win {
 namespace {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "win/Errors.h"
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace win {
 

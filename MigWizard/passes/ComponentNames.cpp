@@ -2,6 +2,7 @@
 
 #include "rtl/text/Unicode.h"
 #include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 #include "win/paths/SourceBytes.h"
 
 namespace mig {

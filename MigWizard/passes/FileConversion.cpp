@@ -6,11 +6,13 @@
 
 #include "MigWizard/passes/ComponentNames.h"
 #include "MigWizard/passes/FormFindings.h"
+#include "MigWizard/passes/FormSearch.h"
 #include "MigWizard/passes/UnitFindings.h"
 #include "MigWizard/passes/UnitMarks.h"
 #include "MigWizard/passes/UnitNames.h"
 #include "rtl/text/Streams.h"
 #include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace mig {
 namespace {

@@ -5,6 +5,7 @@
 #include "MigWizard/passes/FormFile.h"
 #include "rtl/objects/ObjectBinaryToText.h"
 #include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace mig {
 namespace {

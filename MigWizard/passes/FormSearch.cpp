@@ -1,11 +1,12 @@
-// Finds a unit's form file from its resource directive.
+#include "MigWizard/passes/FormSearch.h"
+
 #include <algorithm>
 #include <vector>
 
-#include "MigWizard/passes/UnitPass.h"
 #include "rtl/text/SysUtils.h"
 #include "rtl/text/Unicode.h"
 #include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace mig {
 namespace {

@@ -49,10 +49,4 @@ struct TUnitResult {
 TUnitResult ConvertUnit(std::string_view text, const qrl::TEncoding& encoding, const TUnitRules& rules,
                         const TNameTable* names = nullptr);
 
-// Returns the full name of the form file that a resource directive names, or an empty string if it names
-// none. `sourceFile` is the unit's Windows path, `encoding` that of its text. Does not check that the file
-// exists.
-std::string FormFileOfDirective(std::string_view directive, std::string_view sourceFile,
-                                const qrl::TEncoding& encoding);
-
 }  // namespace mig

@@ -2,7 +2,7 @@
 
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace mig {
 

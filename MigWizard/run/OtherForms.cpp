@@ -5,7 +5,7 @@
 #include "MigWizard/passes/UnitNames.h"
 #include "rtl/text/Files.h"
 #include "rtl/text/SysUtils.h"
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace mig {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "MigWizard/run/RunErrors.h"
 #include "rtl/text/SysUtils.h"
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace mig {
 

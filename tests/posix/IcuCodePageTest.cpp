@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace win {
 namespace {

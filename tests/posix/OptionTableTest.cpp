@@ -7,6 +7,7 @@
 
 #include "cli/Completion.h"
 #include "cli/Help.h"
+#include "cli/ManPage.h"
 #include "cli/Options.h"
 #include "tests/TempTree.h"
 

@@ -7,7 +7,7 @@
 
 #include "tests/posix/WinFiles.h"
 #include "win/Diagnostics.h"
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace win {
 namespace {

@@ -1,6 +1,5 @@
 // The source code page, in which form and unit sources without a byte order mark are written: a setting of
-// the process, Windows-1252 unless it is changed. Also the classification and comparison of characters and
-// file names.
+// the process, Windows-1252 unless it is changed. Also the classification of characters.
 #pragma once
 
 #include <cstdint>
@@ -36,14 +35,5 @@ namespace win {
 [[nodiscard]] bool IsCharAlphaA(std::string_view bytes);
 // The same for a Unicode character.
 [[nodiscard]] bool IsCharAlphaU(char32_t character);
-
-// Returns a file name in upper case, by the Unicode simple case mapping. Malformed bytes are kept.
-[[nodiscard]] std::string UpperFileName(std::string_view utf8);
-// Compares two UTF-8 texts by their UTF-16 units. Returns a negative number, 0 or a positive number.
-[[nodiscard]] int CompareUtf16Order(std::string_view left, std::string_view right);
-// Returns whether `left` comes before `right` in NTFS' order: upper-cased names by UTF-16 unit, then exact
-// names by UTF-16 unit.
-[[nodiscard]] bool FileNameLess(std::string_view left, std::string_view right);
-[[nodiscard]] bool IsValidUtf8(std::string_view text);
 
 }  // namespace win

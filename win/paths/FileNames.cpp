@@ -1,8 +1,9 @@
+#include "win/paths/FileNames.h"
+
 #include <algorithm>
 #include <unicode/utf8.h>
 
 #include "win/paths/Characters.h"
-#include "win/paths/CodePage.h"
 
 namespace win {
 namespace {

@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 
 namespace win {
 namespace {

@@ -8,8 +8,8 @@
 #include <unistd.h>
 #include <vector>
 
-#include "win/paths/CodePage.h"
 #include "win/paths/Drives.h"
+#include "win/paths/FileNames.h"
 #include "win/paths/PathComponents.h"
 #include "win/posix/PosixPath.h"
 

@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "win/paths/CodePage.h"
+#include "win/paths/FileNames.h"
 #include "win/posix/PosixDirectory.h"
 
 namespace win {

@@ -1,8 +1,8 @@
 // On Windows the host's names are Windows paths, and the drives are the machine's.
 #include <algorithm>
 
-#include "win/paths/CodePage.h"
 #include "win/paths/Drives.h"
+#include "win/paths/FileNames.h"
 #include "win/windows/WindowsPath.h"
 #include "win/windows/WindowsText.h"
 
