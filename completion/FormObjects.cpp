@@ -70,12 +70,12 @@ class TInheritedPass {
       if (edit.Level < 0) continue;
       const size_t begin = TokenAt(edit.Begin);
       if (begin < token) continue;  // in an object that was taken
-      token = Collect(token, begin, FTokens.size(), /*takesAll=*/false, edits);
+      token = Collect(token, begin, FTokens.size(), edits);
       if (begin < token) continue;
       token = TokenAt(edit.End);
-      Collect(begin + 1, token, token, /*takesAll=*/true, edit.Nested);
+      Collect(begin + 1, token, token, edit.Nested);
     }
-    Collect(token, FTokens.size(), FTokens.size(), /*takesAll=*/false, edits);
+    Collect(token, FTokens.size(), FTokens.size(), edits);
     return edits;
   }
 
@@ -88,9 +88,8 @@ class TInheritedPass {
   }
 
   // Converts the outermost objects of mapped classes that begin with the tokens from `first` to before `end` and end
-  // before `limit`: all of them, or those that the conversion leaves out. Returns the index after the last token of
-  // the last one, or `first`.
-  size_t Collect(size_t first, size_t end, size_t limit, bool takesAll, std::vector<mig::TFormEdit>& edits) {
+  // before `limit`. Returns the index after the last token of the last one, or `first`.
+  size_t Collect(size_t first, size_t end, size_t limit, std::vector<mig::TFormEdit>& edits) {
     size_t done = first;
     for (size_t i = first; i < end; ++i) {
       THeader header;
@@ -100,12 +99,11 @@ class TInheritedPass {
         i = FindEnd(FTokens, i);
         continue;
       }
-      const bool isTaken = takesAll || FTokens[i].Code != mig::kObject || header.HasIndex;
-      if (newClass == nullptr || !isTaken) continue;
+      if (newClass == nullptr) continue;
       const size_t last = FindEnd(FTokens, i);
       mig::TFormEdit edit;
       if (last >= limit || !Convert(header, last, *newClass, edit)) continue;
-      Collect(i + 1, last, last, /*takesAll=*/true, edit.Nested);
+      Collect(i + 1, last, last, edit.Nested);
       edits.push_back(std::move(edit));
       i = last;
       done = last + 1;
@@ -121,12 +119,14 @@ class TInheritedPass {
         std::string("object ").append(FTokens[header.Name].Lexem).append(": ").append(oldClass);
     const size_t headerSize = block.size();
     block.append(FText.substr(bodyStart, FTokens[end].End() - bodyStart));
+    const bool hasIndices = BlankIndices(header.Last + 1, end, block, bodyStart - headerSize);
     int64_t position = 1;
     FParser.SetNewType(newClass);
     if (!FParser.Parse(block, "<object>", position) || static_cast<size_t>(position) != block.size() + 1)
       return false;
     std::string printed;
     FParser.PrintObject(0, printed);
+    if (hasIndices) RestoreNested(block, bodyStart - headerSize, printed);
     const size_t begin = FTokens[header.Keyword].Offset;
     if (FForm.Accounts != nullptr) {
       mig::TObjectAccount account = mig::AccountOf(FParser, begin, oldClass, newClass);
@@ -139,6 +139,34 @@ class TInheritedPass {
     if (header.HasIndex) text.append(FText.substr(classEnd, bodyStart - classEnd));
     edit = {begin, FTokens[end].End(), text.append(printed.substr(headerEnd)), 0, true, {}, begin};
     return true;
+  }
+
+  // Overwrites the indices of the objects between the tokens `first` and `end` by blanks, because the parser takes no
+  // index. The text at an offset of `block` is `shift` bytes further in the form. Returns False if there is none.
+  bool BlankIndices(size_t first, size_t end, std::string& block, size_t shift) const {
+    bool isChanged = false;
+    for (size_t i = first; i < end; ++i) {
+      THeader header;
+      if (!ReadHeader(FTokens, i, header) || !header.HasIndex) continue;
+      const size_t begin = FTokens[header.Class].End();
+      std::fill_n(block.begin() + static_cast<std::ptrdiff_t>(begin - shift),
+                  FTokens[header.Last].End() - begin, ' ');
+      isChanged = true;
+    }
+    return isChanged;
+  }
+
+  // Puts the form's text back into the nested objects of `printed`, which are views of `block`. They are its last
+  // lines but one, and as long as in the form.
+  void RestoreNested(const std::string& block, size_t shift, std::string& printed) const {
+    size_t at = printed.size() - std::string_view("end\r\n").size();
+    const std::vector<std::string_view>& objects = FParser.NestedObjects();
+    for (auto object = objects.rbegin(); object != objects.rend(); ++object) {
+      at -= object->size() + std::string_view("\r\n").size();
+      printed.replace(
+          at, object->size(),
+          FText.substr(static_cast<size_t>(object->data() - block.data()) + shift, object->size()));
+    }
   }
 
   // Lets what views the block view the form's text instead: the body of the block, from `headerSize` on, is there from

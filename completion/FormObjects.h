@@ -7,9 +7,10 @@
 
 namespace completion {
 
-// Adds to `form.Edits`, in the order of the text, those that convert the objects of mapped classes under `inherited`
-// and `inline` and those with an index. They keep their keyword and index, and their layout. Edits inside of such an
-// object give way. An object that `parser` cannot take stays as it is.
+// Adds to `form.Edits`, in the order of the text, those that convert the objects of mapped classes that the conversion
+// leaves out: those under `inherited` and `inline`, those with an index, and those that hold an object with an index.
+// They keep their keyword and index, and their layout. Edits inside of such an object give way. An object that `parser`
+// cannot take stays as it is.
 void ConvertInherited(mig::TFormToComplete& form, mig::TFormParser& parser);
 
 // Adds to each edit that converts an `object` of the old connection class the object of its transaction, placed beside

@@ -327,6 +327,17 @@ TEST(FormObjectsTest, WholeForms) {
        "      object ATransaction: TKVATransaction\n        DefaultConnection = A\n        Left = 72\n       "
        " Top = 16\n"
        "      end\n    end\n  end\nend\n"},
+      {"objects that hold objects with an index",
+       "object F: TF\n  inherited Q: TQuery\n    RequestLive = True\n    object X: TField [2]\n      Left = "
+       "1\n"
+       "    end\n    inherited T: TTable [0]\n    end\n  end\n  object A: TDatabase\n    object P: TPanel "
+       "[14]\n"
+       "    end\n  end\nend\n",
+       "object F: TF\n  inherited Q: TKVAQuery\n    AutoCommit = True\n    object X: TField [2]\n      Left "
+       "= 1\n"
+       "    end\n    inherited T: TKVATable [0]\n      AutoCommit = True\n    end\n  end\n"
+       "  object A: TKVAConnection\n    object P: TPanel [14]\n    end\n  end\n"
+       "  object ATransaction: TKVATransaction\n    DefaultConnection = A\n  end\nend\n"},
       {"a name that is taken",
        "object F: TF\n  object A: TDatabase\n  end\n  object atransaction: TX\n  end\nend\n",
        "object F: TF\n  object A: TKVAConnection\n  end\n  object atransaction: TX\n  end\nend\n"},
