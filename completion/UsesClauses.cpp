@@ -67,12 +67,10 @@ std::optional<TUsesSection> ReadSection(const TTokens& tokens, size_t begin, siz
   return section;
 }
 
-std::optional<TUsesClauses> ReadProgram(const TTokens& tokens) {
-  size_t heading = 0;
-  while (heading < tokens.size() && !tokens[heading].IsSymbol(';')) ++heading;
-  if (heading == tokens.size()) return std::nullopt;
+// Reads a program or library, from its first token after the heading on; `begin` is where the heading ends.
+std::optional<TUsesClauses> ReadProgram(const TTokens& tokens, size_t begin, size_t first) {
   TUsesClauses clauses;
-  clauses.Interface = ReadSection(tokens, tokens[heading].End(), heading + 1, tokens.size());
+  clauses.Interface = ReadSection(tokens, begin, first, tokens.size());
   if (!clauses.Interface) return std::nullopt;
   return clauses;
 }
@@ -87,7 +85,14 @@ std::string_view TUsesItem::BareName() const {
 
 std::optional<TUsesClauses> FindUsesClauses(const std::vector<TUnitToken>& tokens) {
   if (tokens.empty()) return std::nullopt;
-  if (tokens[0].Is("program") || tokens[0].Is("library")) return ReadProgram(tokens);
+  if (tokens[0].Is("program") || tokens[0].Is("library")) {
+    size_t heading = 0;
+    while (heading < tokens.size() && !tokens[heading].IsSymbol(';')) ++heading;
+    if (heading == tokens.size()) return std::nullopt;
+    return ReadProgram(tokens, tokens[heading].End(), heading + 1);
+  }
+  // A program may lack its heading. It ends with "end." all the same.
+  if (tokens[0].Is("uses") && tokens.back().IsSymbol('.')) return ReadProgram(tokens, 0, 0);
   if (!tokens[0].Is("unit")) return std::nullopt;
   const size_t interface = FindWord(tokens, 1, tokens.size(), "interface");
   if (interface == kNone || tokens[interface].Conditional) return std::nullopt;

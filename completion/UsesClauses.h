@@ -31,8 +31,8 @@ struct TUsesClause {
 
 // One part of a source that can have a uses clause.
 struct TUsesSection {
-  size_t Begin =
-      0;  // where a uses clause can be put: after `interface`, `implementation` or the program's heading
+  // Where a uses clause can be put: after `interface`, `implementation` or the program's heading.
+  size_t Begin = 0;
   std::optional<TUsesClause> Clause;
 };
 

@@ -6,16 +6,13 @@
 
 #include "MigWizard/engine/PasParser.h"
 #include "completion/UsesClauses.h"
+#include "completion/UsesEditor.h"
 #include "rtl/text/SysUtils.h"
 
 namespace completion {
 namespace {
 
 using TTokens = std::vector<TUnitToken>;
-
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t';
-}
 
 // Returns the tokens of a unit or program up to its last one, the full stop of "end."; more text may follow that.
 TTokens ReadModule(std::string_view text, const qrl::TEncoding& encoding) {
@@ -61,65 +58,16 @@ std::string WithoutInsertions(std::string_view text, const qrl::TEncoding& encod
   return result.append(text.substr(done));
 }
 
-// How the items of a clause follow each other.
-struct TClauseLayout {
-  std::string Separator = ", ";  // between two new items
-
-  TClauseLayout(std::string_view text, const TUsesClause& clause) {
-    if (clause.Items.size() < 2) return;
-    for (size_t i = 1; i < clause.Items.size(); ++i) {
-      const size_t lineStart = text.rfind('\n', clause.Items[i].Begin) + 1;
-      if (lineStart >= clause.Items[i - 1].End) continue;
-      // Two items on one line. Where the first such items have no blank between them, no item has one.
-      const size_t comma = *clause.Items[i - 1].Comma;
-      if (comma == clause.Items[i - 1].End && comma + 1 == clause.Items[i].Begin) Separator = ",";
-      return;
-    }
-    // One a line: either "  Name" with commas at the line ends, or "  , Name".
-    const TUsesItem& last = clause.Items.back();
-    const size_t lineStart = text.rfind('\n', last.Begin) + 1;
-    const bool isCommaFirst = *clause.Items[clause.Items.size() - 2].Comma >= lineStart;
-    const std::string_view lead = text.substr(lineStart, last.Begin - lineStart);
-    if (!std::all_of(lead.begin(), lead.end(),
-                     [&](char c) { return IsBlank(c) || (isCommaFirst && c == ','); }))
-      return;
-    Separator =
-        (isCommaFirst ? "" : ",") + std::string(LineEndOf(text.substr(clause.Keyword))) + std::string(lead);
-  }
-};
-
-// A change of the text: `Length` bytes at `Offset` are replaced.
-struct TEdit {
-  size_t Offset, Length;
-  std::string Replacement;
-};
-
-std::string ApplyEdits(std::string_view text, std::vector<TEdit> edits) {
-  std::stable_sort(edits.begin(), edits.end(),
-                   [](const TEdit& left, const TEdit& right) { return left.Offset < right.Offset; });
-  std::string result;
-  size_t done = 0;
-  for (const TEdit& edit : edits) {
-    result.append(text.substr(done, edit.Offset - done)).append(edit.Replacement);
-    done = edit.Offset + edit.Length;
-    // No blanks are left at the end of a line whose last item is removed.
-    const bool endsLine = done == text.size() || text[done] == '\r' || text[done] == '\n';
-    if (edit.Length > 0 && edit.Replacement.empty() && endsLine)
-      result.resize(result.find_last_not_of(" \t") + 1);
-  }
-  return result.append(text.substr(done));
-}
-
 class TUsesStep {
  public:
   TUsesStep(std::string_view text, const qrl::TEncoding& encoding, const TUsesRules& rules,
             const TUsesAccount& account)
       : FText(text),
-        FEncoding(encoding),
         FRules(rules),
         FAccount(account),
         FTokens(ReadModule(text, encoding)),
-        FNewUnits(NamesOf(rules.InsertedText)) {}
+        FNewUnits(NamesOf(rules.InsertedText)),
+        FEditor(text, encoding) {}
 
   // Nothing where the clauses cannot be told for certain.
   std::optional<std::string> Run() {
@@ -138,8 +86,8 @@ class TUsesStep {
     }
     for (const TUsesItem* const item : FMarked) FAccount.OnRemoved(item->Name);
     if (target != nullptr) InsertInto(*target);
-    for (const TUsesClause* const clause : FSections) RemoveMarked(*clause);
-    return ApplyEdits(FText, std::move(FEdits));
+    for (const TUsesClause* const clause : FSections) FEditor.Remove(*clause, FMarked);
+    return FEditor.Result();
   }
 
  private:
@@ -253,18 +201,12 @@ class TUsesStep {
   }
 
   void InsertInto(const TUsesSection& section) {
-    if (!section.Clause) return InsertClause(section);
-    const TUsesClause& clause = *section.Clause;
-    const std::string separator = TClauseLayout(FText, clause).Separator;
-    std::string names = FMissing[0];
-    for (size_t i = 1; i < FMissing.size(); ++i) names += separator + FMissing[i];
-    const TUsesItem* const place = PlaceIn(clause);
-    if (place == nullptr) {
-      FEdits.push_back({clause.Items[0].Begin, 0, names + separator});
-    } else if (FMarked.erase(place) > 0) {
-      FEdits.push_back({place->Begin, place->End - place->Begin, names});
+    if (!section.Clause) return FEditor.InsertClause(section, FMissing);
+    const TUsesItem* const place = PlaceIn(*section.Clause);
+    if (place != nullptr && FMarked.erase(place) > 0) {
+      FEditor.Replace(*section.Clause, *place, FMissing);
     } else {
-      FEdits.push_back({place->End, 0, separator + names});
+      FEditor.InsertAfter(*section.Clause, place, FMissing);
     }
   }
 
@@ -293,101 +235,10 @@ class TUsesStep {
     return clause.Items.back().Conditional ? nullptr : &clause.Items.back();
   }
 
-  void InsertClause(const TUsesSection& section) {
-    const std::string lineEnd(LineEndOf(FText));
-    std::string names = FMissing[0];
-    for (size_t i = 1; i < FMissing.size(); ++i) names += ", " + FMissing[i];
-    FEdits.push_back({section.Begin, 0, lineEnd + lineEnd + "uses" + lineEnd + "  " + names + ";"});
-  }
-
-  void RemoveMarked(const TUsesClause& clause) {
-    const auto isMarked = [this](const TUsesItem& item) { return FMarked.contains(&item); };
-    if (std::all_of(clause.Items.begin(), clause.Items.end(), isMarked)) return RemoveClause(clause);
-    // Items at the end go with the comma before them, all others with the comma after them.
-    size_t end = clause.Items.size();
-    while (isMarked(clause.Items[end - 1])) --end;
-    for (size_t i = 0; i < end; ++i) {
-      if (isMarked(clause.Items[i])) RemoveWithCommaAfter(clause.Items[i]);
-    }
-    for (size_t i = end; i < clause.Items.size(); ++i)
-      RemoveWithCommaBefore(clause.Items[i - 1], clause.Items[i]);
-  }
-
-  size_t LineStart(size_t offset) const { return FText.rfind('\n', offset - 1) + 1; }
-  bool IsBlankBetween(size_t begin, size_t end) const {
-    return std::all_of(FText.begin() + static_cast<std::ptrdiff_t>(begin),
-                       FText.begin() + static_cast<std::ptrdiff_t>(end), IsBlank);
-  }
-
-  // Removes from `begin` to `end`, and the line if nothing else is on it.
-  void RemoveRange(size_t begin, size_t end) {
-    size_t after = end;
-    while (after < FText.size() && IsBlank(FText[after])) ++after;
-    const size_t lineStart = begin == 0 ? 0 : LineStart(begin);
-    const bool endsLine = after == FText.size() || FText[after] == '\r' || FText[after] == '\n';
-    if (endsLine && IsBlankBetween(lineStart, begin)) {
-      const size_t lineEnd = std::min(FText.find_first_not_of('\r', after), FText.size());
-      if (lineEnd < FText.size() && FText[lineEnd] == '\n') {
-        after = lineEnd + 1;
-      } else if (after < FText.size()) {
-        ++after;  // a CR alone
-      }
-      FEdits.push_back({lineStart, after - lineStart, ""});
-    } else {
-      FEdits.push_back({begin, (endsLine ? end : after) - begin, ""});
-    }
-  }
-
-  void RemoveWithCommaAfter(const TUsesItem& item) {
-    const size_t comma = *item.Comma;
-    if (IsBlankBetween(item.End, comma)) return RemoveRange(item.Begin, comma + 1);
-    FEdits.push_back({item.Begin, item.End - item.Begin, ""});  // a comment between item and comma stays
-    FEdits.push_back({comma, 1, ""});
-  }
-
-  void RemoveWithCommaBefore(const TUsesItem& previous, const TUsesItem& item) {
-    const size_t comma = *previous.Comma;
-    const std::string_view between = FText.substr(comma + 1, item.Begin - comma - 1);
-    if (between.find_first_not_of(" \t\r\n") == std::string_view::npos) {
-      FEdits.push_back({comma, item.End - comma, ""});
-    } else {
-      FEdits.push_back({comma, 1, ""});
-      RemoveRange(item.Begin, item.End);
-    }
-  }
-
-  // Returns the comments of a clause, without the line ends after them.
-  std::vector<std::string_view> CommentsOf(const TUsesClause& clause) const {
-    std::vector<std::string_view> comments;
-    mig::TPasParser scanner(FText.substr(clause.Keyword, clause.Semicolon - clause.Keyword), FEncoding);
-    std::string_view lexem;
-    while (const int code = scanner.GetNext(lexem)) {
-      if (code == qrl::kComment) comments.push_back(lexem.substr(0, lexem.find_last_not_of("\r\n") + 1));
-    }
-    return comments;
-  }
-
-  // Removes a whole clause. Its comments stay, on lines of their own.
-  void RemoveClause(const TUsesClause& clause) {
-    const std::vector<std::string_view> comments = CommentsOf(clause);
-    if (comments.empty()) return RemoveRange(clause.Keyword, clause.Semicolon + 1);
-    const std::string lineEnd(LineEndOf(FText));
-    std::string kept;
-    for (const std::string_view comment : comments) kept.append(kept.empty() ? "" : lineEnd).append(comment);
-    size_t after = std::min(FText.find_first_not_of(" \t", clause.Semicolon + 1), FText.size());
-    if (after == FText.size() || FText[after] == '\r' || FText[after] == '\n') {
-      after = clause.Semicolon + 1;
-    } else {
-      kept += lineEnd;
-    }
-    FEdits.push_back({clause.Keyword, after - clause.Keyword, kept});
-  }
-
   // Keeps a clause that would go as a whole if it has a directive, because what the directive does is not known.
   // Returns False if units of it would move to the interface.
   bool KeepDirectives(const TUsesClause& clause) {
-    const std::vector<std::string_view> comments = CommentsOf(clause);
-    if (std::none_of(comments.begin(), comments.end(), IsDirective) ||
+    if (!FEditor.HasDirective(clause) ||
         !std::all_of(clause.Items.begin(), clause.Items.end(),
                      [&](const TUsesItem& item) { return FMarked.contains(&item); }))
       return true;
@@ -396,12 +247,7 @@ class TUsesStep {
                         [&](const TUsesItem& item) { return FMoved.contains(&item); });
   }
 
-  static bool IsDirective(std::string_view comment) {
-    return comment.starts_with("{$") || comment.starts_with("(*$");
-  }
-
   const std::string_view FText;
-  const qrl::TEncoding& FEncoding;
   const TUsesRules& FRules;
   const TUsesAccount& FAccount;
   const TTokens FTokens;
@@ -412,10 +258,10 @@ class TUsesStep {
   bool FNeedsInterface = false;
   bool FNeedsImplementation = false;
   std::vector<std::pair<const TUsesClause*, const TUsesItem*>> FOldItems;
-  std::unordered_set<const TUsesItem*> FMarked;  // to be removed
-  std::unordered_set<const TUsesItem*> FMoved;   // of these, new units that the interface gets
+  TUsesItems FMarked;  // to be removed
+  TUsesItems FMoved;   // of these, new units that the interface gets
   std::vector<std::string> FMissing;
-  std::vector<TEdit> FEdits;
+  TUsesEditor FEditor;
 };
 
 }  // namespace

@@ -84,6 +84,8 @@ TEST(UsesStepTest, Table) {
        "program P;\r\nuses\r\n  Forms, DBTables, New1, New2,\r\n  M in 'M.pas' {F};\r\nvar x: TNew;\r\nbegin "
        "end.",
        "program P;\r\nuses\r\n  Forms, New1, New2,\r\n  M in 'M.pas' {F};\r\nvar x: TNew;\r\nbegin end."},
+      {"a program without a heading", "uses Forms, DBTables;\r\nvar x: TNew;\r\nbegin end.",
+       "uses Forms, New1, New2;\r\nvar x: TNew;\r\nbegin end."},
       {"the last ones of a line",
        Unit("uses A, Bde, Data.Bde,\r\n  New1, New2,\tBde,\n  B;\r\nvar x: TNew;", ""),
        Unit("uses A,\r\n  New1, New2,\n  B;\r\nvar x: TNew;", "")},
