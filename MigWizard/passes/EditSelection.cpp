@@ -5,36 +5,22 @@
 
 #include "MigWizard/passes/FileFindings.h"
 #include "MigWizard/passes/Findings.h"
-#include "MigWizard/passes/FormWalk.h"
 #include "MigWizard/passes/TextPlaces.h"
 
 namespace mig {
 namespace {
 
-// Names the objects of edits.
-class TEditNames : public TFormWalk {
- public:
-  TEditNames(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
-             std::vector<TFinding>& edits)
-      : TFormWalk(text, encoding), FClasses(classes), FEdits(edits) {}
-
- private:
-  void OnObject(const TWalkedObject& object) override {
-    while (FNext < FEdits.size() && FEdits[FNext].Offset < object.Offset) ++FNext;
-    if (FNext == FEdits.size() || FEdits[FNext].Offset != object.Offset) return;
-    TFinding& edit = FEdits[FNext];
-    edit.Object = Path();
-    edit.OldClass = object.ClassName;
-    if (const std::string* const newClass = FClasses.Find(object.ClassName)) edit.NewClass = *newClass;
-  }
-  void OnProperty(const TWalkedProperty&) override {}
-  bool WantsProperties() const override { return false; }
-  void OnObjectEnd() override {}
-
-  const TClassMap& FClasses;
-  std::vector<TFinding>& FEdits;
-  size_t FNext = 0;
-};
+// Names the object of an edit.
+void NameObject(const TFormOutline& outline, const TClassMap& classes, TFinding& edit) {
+  const std::vector<TFormOutline::TObject>& objects = outline.Objects();
+  const auto object =
+      std::lower_bound(objects.begin(), objects.end(), edit.Offset,
+                       [](const TFormOutline::TObject& each, size_t offset) { return each.Offset < offset; });
+  if (object == objects.end() || object->Offset != edit.Offset) return;
+  edit.Object = outline.PathOf(static_cast<int32_t>(object - objects.begin()));
+  edit.OldClass = object->ClassName;
+  if (const std::string* const newClass = classes.Find(object->ClassName)) edit.NewClass = *newClass;
+}
 
 // Findings are placed and converted to UTF-8 by the same functions. `edits` have been placed.
 std::vector<TListedEdit> Listed(const std::vector<size_t>& places, std::vector<TFinding>& edits) {
@@ -72,16 +58,15 @@ std::vector<TListedEdit> ListUnitEdits(std::string_view text, const qrl::TEncodi
 }
 
 std::vector<TListedEdit> ListFormEdits(std::string_view text, const qrl::TEncoding& encoding,
-                                       const TClassMap& classes, const std::vector<TFormEdit>& edits,
-                                       std::string_view binaryForm) {
+                                       const TClassMap& classes, const TFormOutline& outline,
+                                       const std::vector<TFormEdit>& edits, std::string_view binaryForm) {
   std::vector<TFinding> found;
   std::vector<size_t> places;
   for (const TFormEdit& edit : edits) {
     places.push_back(edit.Place);
-    found.push_back(At(edit.Place));
+    NameObject(outline, classes, found.emplace_back(At(edit.Place)));
   }
   if (found.empty()) return {};
-  TEditNames(text, encoding, classes, found).Run();
   if (binaryForm.empty()) {
     PlaceFindings(found, TTextPlaces(text, encoding), encoding);
   } else {

@@ -29,12 +29,12 @@ struct TListedEdit {
 };
 
 // Lists the edits of a unit, and those of a form. `text` is working text. `binaryForm` is the file of a form
-// that is binary, and empty for one that is text.
+// that is binary, and empty for one that is text; `outline` has its objects.
 std::vector<TListedEdit> ListUnitEdits(std::string_view text, const qrl::TEncoding& encoding,
                                        const TClassMap& classes, const TTextEdits& edits);
 std::vector<TListedEdit> ListFormEdits(std::string_view text, const qrl::TEncoding& encoding,
-                                       const TClassMap& classes, const std::vector<TFormEdit>& edits,
-                                       std::string_view binaryForm);
+                                       const TClassMap& classes, const TFormOutline& outline,
+                                       const std::vector<TFormEdit>& edits, std::string_view binaryForm);
 
 // Which edits of a file to leave out. By default none.
 class TEditSelection {

@@ -180,10 +180,12 @@ void TFileConverter::ConvertUnitFile(const std::string& fileName, std::string by
 
 void TFileConverter::FindInUnitFile(const TTextFile& unit, const TUnitResult& converted,
                                     const std::vector<std::string_view>& directives,
-                                    const TCompletedUnit* completed, TFileConversion& result) const {
+                                    const TCompletedUnit* completed, TFileConversion& result) {
   const TTextPlaces places(unit.Text, *unit.Encoding);
-  TUnitFindings found = FindInUnit(
-      {unit.Text, *unit.Encoding, FUnitRules, converted, *FOldNames, *FUnitNames, completed}, places);
+  TUnitFindings found = FindInUnit({unit.Text, *unit.Encoding, FUnitRules, converted, *FOldNames, *FUnitNames,
+                                    completed, FReadsInterfaces},
+                                   places);
+  FReadsInterfaces = FReadsInterfaces || !found.Outline.Uses.empty();
   const std::vector<TTextEdits::TEdit>& edits = converted.Edits.Edits();
   if (completed != nullptr) RemoveSettled(found.Findings, *completed);
   const bool keepsMark = FCompletion != nullptr && FCompletion->KeepsMarks();
@@ -199,6 +201,8 @@ void TFileConverter::FindInUnitFile(const TTextFile& unit, const TUnitResult& co
   auto findings = std::make_shared<TFileFindings>();
   findings->Findings = std::move(found.Findings);
   findings->Outline = std::move(found.Outline);
+  findings->Interface = unit.Text.substr(0, found.UnreadInterface);
+  findings->InterfaceEncoding = unit.Encoding;
   for (const std::string_view directive : directives)
     findings->FormPlaces.push_back(places.At(static_cast<size_t>(directive.data() - unit.Text.data())));
   findings->Encoding = EncodingName(*unit.Encoding);
@@ -220,8 +224,8 @@ const TWordSearch& TFileConverter::FormWords() {
 void TFileConverter::ConvertFormFile(const std::string& fileName, std::string bytes,
                                      TFileConversion& result) {
   const size_t size = bytes.size();
-  const bool needsOriginal = (FOldNames != nullptr || FListsEdits) && IsBinaryForm(bytes);
-  const std::string original = needsOriginal ? bytes : std::string();
+  const bool needsOutline = FOldNames != nullptr || FListsEdits;
+  const std::string original = needsOutline && IsBinaryForm(bytes) ? bytes : std::string();
   TFormFile form = DecodeFormFile(std::move(bytes));
   result.TrailingBytes = form.RCData.TrailingBytes;
   const std::string_view text = std::string_view(form.Text).substr(0, form.Text.find('\0'));
@@ -231,6 +235,7 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
   FUnwritableAliases.clear();
   rtl::TMemoryStream output;
   std::vector<TObjectAccount> accounts;
+  TFormOutline outline;
   std::vector<TObjectAccount>* const accountList = FOldNames != nullptr ? &accounts : nullptr;
   TFormToComplete toComplete = {fileName, text, *form.Encoding, FClasses, {}, accountList};
   const TEditSelection* const selection = OnGetSelection ? OnGetSelection(fileName) : nullptr;
@@ -240,7 +245,8 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
   const IFileCompletion* const completion = isLeftOut ? nullptr : FCompletion;
   std::vector<TFormEdit>& edits = toComplete.Edits;
   result.Changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output, accountList,
-                               completion != nullptr || FListsEdits ? &edits : nullptr, toComplete.LeavesOut);
+                               completion != nullptr || FListsEdits ? &edits : nullptr, toComplete.LeavesOut,
+                               needsOutline ? &outline : nullptr);
   const bool replacesClasses = result.Changes > 0;
   result.IsChanged = replacesClasses;
   if (!result.IsChanged) edits.clear();  // class names alone, which are not replaced if no object is
@@ -252,9 +258,9 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
     output = rtl::TMemoryStream();
     output.Write(form.Encoding->GetBytes(completed));
   }
-  if (FListsEdits) result.Edits = ListFormEdits(text, *form.Encoding, FClasses, edits, original);
+  if (FListsEdits) result.Edits = ListFormEdits(text, *form.Encoding, FClasses, outline, edits, original);
   result.UnwritableNames = std::move(FUnwritableNames);
-  if (FOldNames != nullptr) FindInFormFile(text, form, original, accounts, replacesClasses, result);
+  if (FOldNames != nullptr) FindInFormFile(text, form, original, outline, accounts, replacesClasses, result);
   if (!result.IsChanged) return;
   result.EndsAtNul = text.size() < form.Text.size();
   std::string().swap(form.Text);  // frees its memory, which an assignment would not do
@@ -268,14 +274,15 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
 
 // `original` is the file if it is binary.
 void TFileConverter::FindInFormFile(std::string_view text, const TFormFile& form, std::string_view original,
-                                    const std::vector<TObjectAccount>& accounts, bool replacesClasses,
-                                    TFileConversion& result) {
+                                    const TFormOutline& outline, const std::vector<TObjectAccount>& accounts,
+                                    bool replacesClasses, TFileConversion& result) {
   const auto isUnwritable = [this](std::string_view alias) {
     return std::find(FUnwritableAliases.begin(), FUnwritableAliases.end(), alias) != FUnwritableAliases.end();
   };
   auto findings = std::make_shared<TFileFindings>();
-  findings->Findings = FindInForm(
-      {text, *form.Encoding, FClasses, *FOldNames, accounts, isUnwritable, replacesClasses}, *FFormParser);
+  findings->Findings = FindInForm({text, *form.Encoding, FClasses, *FOldNames, FormWords(), outline, accounts,
+                                   isUnwritable, replacesClasses},
+                                  *FFormParser);
   findings->Converted = CountConverted(accounts);
   findings->MappedObjects = accounts.size();
   for (const TFinding& finding : findings->Findings) {

@@ -82,12 +82,12 @@ class TFileConverter {
   void ConvertUnitFile(const std::string& fileName, std::string bytes, TFileConversion& result);
   void FindInUnitFile(const TTextFile& unit, const TUnitResult& converted,
                       const std::vector<std::string_view>& directives, const TCompletedUnit* completed,
-                      TFileConversion& result) const;
+                      TFileConversion& result);
   void ConvertFormFile(const std::string& fileName, std::string bytes, TFileConversion& result);
   const TWordSearch& FormWords();
   void FindInFormFile(std::string_view text, const TFormFile& form, std::string_view original,
-                      const std::vector<TObjectAccount>& accounts, bool replacesClasses,
-                      TFileConversion& result);
+                      const TFormOutline& outline, const std::vector<TObjectAccount>& accounts,
+                      bool replacesClasses, TFileConversion& result);
   std::string DatabaseReference(std::string_view alias);
 
   const TUnitRules FUnitRules;
@@ -101,6 +101,7 @@ class TFileConverter {
   // Made for the first unit, and for the first form, if findings are collected.
   std::optional<TNameTable> FUnitNames;
   std::optional<TWordSearch> FFormWords;  // old classes, those of the map among them
+  bool FReadsInterfaces = false;          // a unit has a name that other units may declare
   const qrl::TEncoding* FFormEncoding = &qrl::TEncoding::Default();  // of the form being converted
   std::vector<std::string> FUnwritableNames;                         // in that form
   std::vector<std::string> FUnwritableAliases;                       // their aliases, as spelled in that form

@@ -134,17 +134,35 @@ class TStopFinder {
   std::unordered_set<int32_t> FHopeless;  // positions from 1 where no object can be parsed
 };
 
+// Adds the findings object by object. Most objects have none, and most converted ones are known from their account;
+// the text is walked again only where an inherited object has properties to look at, or where a converted object
+// may have objects of old classes in it.
 class TFormFindings : public TFormWalk {
  public:
   TFormFindings(const TFormFindingInput& input, TFormParser& parser)
       : TFormWalk(input.Text, input.Encoding), FInput(input), FStops(input.Text, parser) {}
 
   std::vector<TFinding> Find() {
-    Run();
+    size_t walked = 0;
+    const std::vector<TFormOutline::TObject>& objects = FInput.Outline.Objects();
+    for (FObject = 0; FObject < static_cast<int32_t>(objects.size()); ++FObject) {
+      const TFormOutline::TObject& object = objects[static_cast<size_t>(FObject)];
+      if (object.Offset < walked) continue;
+      const TObjectAccount* const account = AccountAt(object.Offset);
+      if (account == nullptr ? !object.IsObject && FInput.Classes.Find(object.ClassName) != nullptr
+                             : !IsOfOnePiece(*account)) {
+        walked = Run(object.Offset);
+      } else if (account != nullptr) {
+        AddConverted(*account);
+      } else {
+        (void)AddOther(object);
+      }
+    }
     const auto comesBefore = [](const TFinding& left, const TFinding& right) {
       return left.Offset < right.Offset;
     };
-    std::stable_sort(FFindings.begin(), FFindings.end(), comesBefore);
+    if (!std::is_sorted(FFindings.begin(), FFindings.end(), comesBefore))
+      std::stable_sort(FFindings.begin(), FFindings.end(), comesBefore);
     return std::move(FFindings);
   }
 
@@ -158,37 +176,54 @@ class TFormFindings : public TFormWalk {
     std::vector<std::string> Lacking;       // properties that the new class lacks
   };
 
-  void OnObject(const TWalkedObject& object) override {
+  // Returns True for a converted object in which there is no other object of the map or of an old class.
+  bool IsOfOnePiece(const TObjectAccount& account) const {
+    return account.IsConverted && account.End != 0 &&
+           (account.Nested.empty() || !FInput.Words.FindAny(account.Nested));
+  }
+
+  void OnObject(const TObjectHeader& object) override {
     TOpen open;
     open.NewClass = FInput.Classes.Find(object.ClassName);
-    const TObjectAccount* account = AccountAt(object.Offset);
-    if (account != nullptr) {
+    if (const TObjectAccount* account = AccountAt(object.Offset)) {
       open.IsConverted = account->IsConverted;
       open.IsLeftOut = account->IsLeftOut;
       if (account->IsConverted) {
         AddConverted(*account);
-        if (account->End != 0) SkipObject(account->End);
+        if (IsOfOnePiece(*account)) SkipObject(account->End);
       } else if (!account->IsLeftOut) {
         AddUnparsed(object, FStops.Find(object.Offset));
         ShowClass(*account);
       }
-    } else if (open.NewClass == nullptr) {
+    } else {
+      open.IsInherited = AddOther(object);
+    }
+    FOpen.push_back(std::move(open));
+  }
+
+  // Adds what is to be said of an object without an account. Returns True for an inherited one of the map, whose
+  // properties matter.
+  bool AddOther(const TObjectHeader& object) {
+    const std::string* const newClass = FInput.Classes.Find(object.ClassName);
+    const auto isIn = [this](bool TOpen::*kind) {
+      return std::any_of(FOpen.begin(), FOpen.end(), [kind](const TOpen& outer) { return outer.*kind; });
+    };
+    if (newClass == nullptr) {
       if (const TOldName* old = FInput.OldNames.Find(TOldNames::Class, object.ClassName)) {
         TFinding& finding = Add(TRuleId::UnmappedClass, object.Offset);
         finding.OldClass = object.ClassName;
         finding.Advice = old->Advice;
       }
-    } else if (std::any_of(FOpen.begin(), FOpen.end(), [](const TOpen& outer) { return outer.IsLeftOut; })) {
+    } else if (isIn(&TOpen::IsLeftOut)) {
       // It is left out with the object around it.
     } else if (!object.IsObject) {
-      open.IsInherited = true;
-    } else if (std::any_of(FOpen.begin(), FOpen.end(),
-                           [](const TOpen& outer) { return outer.IsConverted; })) {
-      Add(TRuleId::NestedObject, object.Offset, object, *open.NewClass);
+      return true;
+    } else if (isIn(&TOpen::IsConverted)) {
+      Add(TRuleId::NestedObject, object.Offset, object, *newClass);
     } else {
       AddUnparsed(object, {object.Offset, "header"});
     }
-    FOpen.push_back(std::move(open));
+    return false;
   }
 
   void OnProperty(const TWalkedProperty& property) override {
@@ -203,9 +238,7 @@ class TFormFindings : public TFormWalk {
 
   bool WantsProperties() const override { return FOpen.back().IsInherited; }
 
-  void OnObjectEnd() override { CloseInnermost(); }
-
-  void CloseInnermost() {
+  void OnObjectEnd() override {
     const TOpen open = std::move(FOpen.back());
     FOpen.pop_back();
     if (open.IsInherited) AddInherited(Objects().back(), open);
@@ -218,6 +251,13 @@ class TFormFindings : public TFormWalk {
                                                                                     : nullptr;
   }
 
+  // Returns the path of the object that is the innermost one of the walk, or is looked at without a walk.
+  std::string Path() const {
+    std::string path = FInput.Outline.PathOf(FObject);
+    for (size_t i = 1; i < Objects().size(); ++i) AppendName(path, Objects()[i].Name);
+    return path;
+  }
+
   TFinding& Add(TRuleId rule, size_t offset) {
     TFinding& finding = FFindings.emplace_back();
     finding.Rule = rule;
@@ -226,7 +266,7 @@ class TFormFindings : public TFormWalk {
     finding.Object = Path();
     return finding;
   }
-  TFinding& Add(TRuleId rule, size_t offset, const TWalkedObject& object, std::string_view newClass) {
+  TFinding& Add(TRuleId rule, size_t offset, const TObjectHeader& object, std::string_view newClass) {
     TFinding& finding = Add(rule, offset);
     finding.OldClass = object.ClassName;
     finding.NewClass = newClass;
@@ -239,7 +279,7 @@ class TFormFindings : public TFormWalk {
     return finding;
   }
 
-  void AddInherited(const TWalkedObject& object, const TOpen& open) {
+  void AddInherited(const TObjectHeader& object, const TOpen& open) {
     TFinding& finding = Add(TRuleId::InheritedObject, object.Offset, object, *open.NewClass);
     finding.Subject = rtl::LowerCase(object.Keyword);
     for (const std::string& name : open.Lacking)
@@ -249,7 +289,7 @@ class TFormFindings : public TFormWalk {
     finding.Detail = "; " + finding.NewClass + " does not publish " + finding.Value;
   }
 
-  void AddUnparsed(const TWalkedObject& object, const TStop& stop) {
+  void AddUnparsed(const TObjectHeader& object, const TStop& stop) {
     TFinding& finding =
         Add(TRuleId::UnparsedObject, object.Offset, object, *FInput.Classes.Find(object.ClassName));
     finding.Offset = stop.Offset;
@@ -355,8 +395,9 @@ class TFormFindings : public TFormWalk {
 
   const TFormFindingInput& FInput;
   TStopFinder FStops;
+  int32_t FObject = 0;  // the index of the object in the outline
   size_t FNextAccount = 0;
-  std::vector<TOpen> FOpen;
+  std::vector<TOpen> FOpen;  // the objects of a walk
   std::vector<TFinding> FFindings;
 };
 

@@ -7,8 +7,10 @@
 
 #include "MigWizard/passes/ClassMap.h"
 #include "MigWizard/passes/Findings.h"
+#include "MigWizard/passes/FormOutline.h"
 #include "MigWizard/passes/FormPass.h"
 #include "MigWizard/passes/OldNames.h"
+#include "MigWizard/passes/WordSearch.h"
 #include "qrl/Encoding.h"
 
 namespace mig {
@@ -18,7 +20,9 @@ struct TFormFindingInput {
   const qrl::TEncoding& Encoding;
   const TClassMap& Classes;
   const TOldNames& OldNames;
-  const std::vector<TObjectAccount>& Accounts;  // of the conversion of that text
+  const TWordSearch& Words;                     // the classes of the map and the old classes
+  const TFormOutline& Outline;                  // of the conversion of that text
+  const std::vector<TObjectAccount>& Accounts;  // of the conversion, and of its completion
   // Returns True if the run knows the alias, but the form's encoding lacks the connection's name.
   std::function<bool(std::string_view alias)> IsUnwritable;
   bool ReplacesClasses = false;  // also those of objects that are not converted

@@ -16,7 +16,8 @@ class TFormPass {
  public:
   TFormPass(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
             TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectAccount>* accounts,
-            std::vector<TFormEdit>* edits, const std::function<bool(size_t)>& leavesOut)
+            std::vector<TFormEdit>* edits, const std::function<bool(size_t)>& leavesOut,
+            TFormOutline* outline)
       : FText(text),
         FEncoding(encoding),
         FClasses(classes),
@@ -25,10 +26,12 @@ class TFormPass {
         FAccounts(accounts),
         FEdits(edits),
         FLeavesOut(leavesOut),
+        FOutline(outline),
         FScanner(text, encoding) {}
 
   int Run() {
     while (const int code = FScanner.GetNextWord(FLexem)) {
+      if (FOutline != nullptr && code > 0) AddToOutline(code);
       switch (code) {
         case kObject:
           FObject.ExpectName = true;
@@ -55,6 +58,16 @@ class TFormPass {
   }
 
  private:
+  void AddToOutline(int keyword) {
+    if (keyword == kObject || keyword == kInherited || keyword == kInline) {
+      FOutline->OpenObject(FText, FEncoding, FLexem, keyword == kObject);
+    } else if (keyword == kItem) {
+      FOutline->OpenItem(FText, FLexem);
+    } else if (keyword == kEnd) {
+      FOutline->Close(FText, FLexem);
+    }
+  }
+
   void ProcessIdentifier() {
     if (FObject.ExpectName) {
       FObject.Name = FLexem;
@@ -71,7 +84,7 @@ class TFormPass {
     auto position = static_cast<int64_t>(FStart) + 1;
     const bool isParsed = ParseObject(newClass, position);
     if (FLevel > FLeftOutLevel || (FLeavesOut && FLeavesOut(FStart))) {
-      if (FAccounts != nullptr) FAccounts->push_back({FStart, false, true, FLexem, &newClass, {}, {}, 0});
+      if (FAccounts != nullptr) FAccounts->push_back({FStart, false, true, FLexem, &newClass, {}, {}, 0, {}});
       if (isParsed) {
         SkipObject(position);
       } else {
@@ -80,7 +93,8 @@ class TFormPass {
       return;
     }
     if (!isParsed) {
-      if (FAccounts != nullptr) FAccounts->push_back({FStart, false, false, FLexem, &newClass, {}, {}, 0});
+      if (FAccounts != nullptr)
+        FAccounts->push_back({FStart, false, false, FLexem, &newClass, {}, {}, 0, {}});
       FFailed.push_back({FScanner.PrevPos(), FLexem.size(), &newClass});
       if (FEdits != nullptr)
         FEdits->push_back(
@@ -96,8 +110,12 @@ class TFormPass {
     FOutput.SetPosition(mark);
     FParser.PrintObject(FLevel, FPrinted);
     if (FAccounts != nullptr) {
-      FAccounts->push_back(AccountOf(FParser, FStart, FLexem, newClass));
-      if (FParser.NestedObjects().empty()) FAccounts->back().End = static_cast<size_t>(position) - 1;
+      TObjectAccount& account = FAccounts->emplace_back(AccountOf(FParser, FStart, FLexem, newClass));
+      account.End = static_cast<size_t>(position) - 1;
+      if (!FParser.NestedObjects().empty()) {
+        const auto nested = static_cast<size_t>(FParser.NestedObjects().front().data() - FText.data());
+        account.Nested = FText.substr(nested, account.End - nested);
+      }
     }
     if (FEdits != nullptr)
       FEdits->push_back({FStart, static_cast<size_t>(position) - 1, FPrinted, FLevel, false, {}, FStart});
@@ -110,6 +128,7 @@ class TFormPass {
   void SkipObject(int64_t position) {
     FScanner.SetPosition(static_cast<size_t>(position) - 1);
     --FLevel;
+    if (FOutline != nullptr) FOutline->CloseSkipped(FStart);
   }
 
   // Does not parse again an object that could not be parsed as part of the enclosing one. Otherwise a chain
@@ -157,6 +176,7 @@ class TFormPass {
   std::vector<TObjectAccount>* const FAccounts;
   std::vector<TFormEdit>* const FEdits;
   const std::function<bool(size_t)>& FLeavesOut;  // may be empty
+  TFormOutline* const FOutline;
   TPasParser FScanner;
   std::string_view FLexem;
   std::string FPrinted;
@@ -175,13 +195,14 @@ class TFormPass {
 
 int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
                 TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectAccount>* accounts,
-                std::vector<TFormEdit>* edits, const std::function<bool(size_t)>& leavesOut) {
-  return TFormPass(text, encoding, classes, parser, output, accounts, edits, leavesOut).Run();
+                std::vector<TFormEdit>* edits, const std::function<bool(size_t)>& leavesOut,
+                TFormOutline* outline) {
+  return TFormPass(text, encoding, classes, parser, output, accounts, edits, leavesOut, outline).Run();
 }
 
 TObjectAccount AccountOf(const TFormParser& parser, size_t start, std::string_view oldClass,
                          const std::string& newClass) {
-  TObjectAccount account{start, true, false, oldClass, &newClass, parser.Sources(), {}, 0};
+  TObjectAccount account{start, true, false, oldClass, &newClass, parser.Sources(), {}, 0, {}};
   for (const TFormProperty& property : parser.Properties()) account.NewNames.push_back(property.Name());
   return account;
 }

@@ -11,6 +11,7 @@
 
 #include "MigWizard/form/FormParser.h"
 #include "MigWizard/passes/ClassMap.h"
+#include "MigWizard/passes/FormOutline.h"
 #include "qrl/Encoding.h"
 #include "rtl/text/Streams.h"
 
@@ -34,7 +35,8 @@ struct TObjectAccount {
   const std::string* NewClass = nullptr;  // of the class map
   std::vector<TSourceProperty> Properties;
   std::vector<std::string_view> NewNames;  // of the printed properties
-  size_t End = 0;  // the offset after the object, or 0 if it is not converted or has nested objects
+  size_t End = 0;                          // the offset after the object, or 0 if it is not known
+  std::string_view Nested;                 // if End is known: the text from the first nested object on
 };
 
 // A change to a form's text. Offsets are in bytes, from 0.
@@ -53,8 +55,9 @@ struct TFormEdit {
 // whole changed form in `encoding`, without a mark; otherwise `output` is unchanged. `text` must outlive the
 // call.
 //
-// `accounts`, unless null, gets an entry for each object of the map, converted or not; `parser` must keep its
-// sources then. `edits`, unless null, gets the changes as values, in the order of the text.
+// `accounts`, unless null, gets an entry for each object of the map, converted or not, and `outline`, unless null,
+// each object that is not within a converted one; `parser` must keep its sources then. `edits`, unless null, gets
+// the changes as values, in the order of the text.
 //
 // An object of a mapped class that `parser` cannot parse keeps its properties: only its class is replaced,
 // and the object is not counted. An object for which leavesOut(offset of its keyword) is True is kept as it
@@ -62,7 +65,7 @@ struct TFormEdit {
 int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
                 TFormParser& parser, rtl::TMemoryStream& output,
                 std::vector<TObjectAccount>* accounts = nullptr, std::vector<TFormEdit>* edits = nullptr,
-                const std::function<bool(size_t)>& leavesOut = nullptr);
+                const std::function<bool(size_t)>& leavesOut = nullptr, TFormOutline* outline = nullptr);
 
 // Returns the account of the last object that `parser` converted and printed. `start` is the offset of its
 // keyword.

@@ -1,10 +1,6 @@
 #include "MigWizard/passes/FormWalk.h"
 
-#include <algorithm>
 #include <array>
-#include <iterator>
-
-#include "rtl/text/SysUtils.h"
 
 namespace mig {
 namespace {
@@ -40,13 +36,6 @@ bool IsLineEnd(std::string_view text, size_t at) {
   return at < text.size() && (text[at] == '\r' || text[at] == '\n');
 }
 
-// Returns True for the words that are tokens of their own.
-bool IsKeyword(std::string_view word) {
-  constexpr std::string_view kKeywords[] = {"end", "inherited", "inline", "item", "object", "uses"};
-  return std::any_of(std::begin(kKeywords), std::end(kKeywords),
-                     [word](std::string_view each) { return rtl::SameText(each, word); });
-}
-
 // Returns the offset after a value that has no meaning beyond its line: a word, a number, a set, or a string
 // in one piece. Returns npos for any other value.
 size_t SkipPlainValue(std::string_view text, size_t at) {
@@ -67,41 +56,31 @@ size_t SkipPlainValue(std::string_view text, size_t at) {
 
 }  // namespace
 
-void TFormWalk::Run() {
-  while (Next()) {
-    switch (FCode) {
-      case kObject:
-      case kInherited:
-      case kInline:
-        ReadObject(FCode == kObject);
-        break;
-      case kEnd:
-        if (!FObjects.empty()) EndObject();
-        break;
-      case qrl::kIdentifier:
-      case kItem:
-      case kUses:
-        if (!FObjects.empty() && (WantsProperties() || !SkipPlainLine())) ReadProperty();
-        break;
-      default:
-        break;
+size_t TFormWalk::Run(size_t start) {
+  FScanner.SetPosition(start);
+  FIsPending = false;
+  for (bool isIn = false; !isIn || !FObjects.empty();) {
+    if (!Next()) {
+      FEnd = FText.size();
+      break;
+    }
+    if (FCode == kObject || FCode == kInherited || FCode == kInline) {
+      isIn = ReadObject(FCode == kObject) || isIn;
+    } else if (FObjects.empty()) {
+      continue;
+    } else if (FCode == kEnd) {
+      EndObject();
+    } else if (FCode == qrl::kIdentifier || FCode == kItem || FCode == kUses) {
+      if (WantsProperties() || !SkipPlainLine()) ReadProperty();
     }
   }
   while (!FObjects.empty()) EndObject();
+  return FEnd;
 }
 
 void TFormWalk::EndObject() {
   OnObjectEnd();
   FObjects.pop_back();
-}
-
-std::string TFormWalk::Path() const {
-  std::string path;
-  for (const TWalkedObject& object : FObjects) {
-    if (!path.empty()) path += '.';
-    path.append(object.Name.empty() ? std::string_view("(no name)") : object.Name);
-  }
-  return path;
 }
 
 // Moves to the next token that is not white space. Returns false at the end of the text.
@@ -116,59 +95,23 @@ bool TFormWalk::Next() {
   return FCode != qrl::kEndOfText;
 }
 
-// Reads `object Name: Class` or `object Class`.
-void TFormWalk::ReadObject(bool isObject) {
-  TWalkedObject object{FLexem, {}, {}, FScanner.PrevPos(), isObject};
-  if (ReadPlainHeader(object)) return OpenObject(object);
-  if (!Next()) return;
-  FIsPending = true;
-  if (FCode != qrl::kIdentifier) return;  // the word has another meaning here
-  FIsPending = false;
-  object.ClassName = FLexem;
-  if (Next() && FLexem == ":") {
-    object.Name = object.ClassName;
-    object.ClassName = {};
-    if (Next() && FCode == qrl::kIdentifier) {
-      object.ClassName = FLexem;
-    } else {
-      FIsPending = true;
-    }
-  } else {
-    FIsPending = true;
-  }
+bool TFormWalk::ReadObject(bool isObject) {
+  TObjectHeader object;
+  if (!ReadObjectHeader(FText, FEncoding, FLexem, object)) return false;
+  object.IsObject = isObject;
+  FScanner.SetPosition(object.End);
+  FEnd = object.End;
   OpenObject(object);
-}
-
-// Reads ` Name: Class` up to the end of the line. Returns False, and moves nowhere, for any other header.
-bool TFormWalk::ReadPlainHeader(TWalkedObject& object) {
-  if (FText.substr(FEnd, 1) != " ") return false;
-  const size_t name = FEnd + 1;
-  const size_t nameEnd = SkipPlain(FText, name);
-  if (FText.substr(nameEnd, 2) != ": ") return false;
-  const size_t className = nameEnd + 2;
-  const size_t classEnd = SkipPlain(FText, className);
-  if (!IsLineEnd(FText, classEnd)) return false;
-  object.Name = FText.substr(name, nameEnd - name);
-  object.ClassName = FText.substr(className, classEnd - className);
-  const auto isWord = [](std::string_view text) {
-    return !text.empty() && (text[0] > '9' || text[0] == '_') && text.find('.') == std::string_view::npos &&
-           !IsKeyword(text);
-  };
-  if (!isWord(object.Name) || !isWord(object.ClassName)) {
-    object.Name = object.ClassName = {};
-    return false;
-  }
-  FScanner.SetPosition(classEnd);
-  FEnd = classEnd;
   return true;
 }
 
-void TFormWalk::OpenObject(const TWalkedObject& object) {
+void TFormWalk::OpenObject(const TObjectHeader& object) {
   FObjects.push_back(object);
   FSkippedTo = 0;
   OnObject(object);
   if (FSkippedTo == 0) return;
   FScanner.SetPosition(FSkippedTo);
+  FEnd = FSkippedTo;
   FIsPending = false;
   EndObject();
 }

@@ -9,15 +9,28 @@ namespace {
 
 constexpr size_t kFarthest = 64;  // lines between two that are equal
 
+using TLines = std::vector<std::string_view>;
+
+// Returns the lines of a text without their ends. A text that ends with a line end has an empty last line.
+TLines LinesOf(std::string_view text) {
+  TLines lines;
+  for (size_t start = 0;;) {
+    const size_t end = std::min(text.find_first_of("\r\n", start), text.size());
+    lines.push_back(text.substr(start, end - start));
+    if (end == text.size()) return lines;
+    start = end + (text.substr(end, 2) == "\r\n" ? 2 : 1);
+  }
+}
+
 // Returns how many lines before and after the change to skip until the next equal lines.
-std::optional<std::pair<size_t, size_t>> NextEqual(const TTextPlaces& before, size_t i,
-                                                   const TTextPlaces& after, size_t j) {
+std::optional<std::pair<size_t, size_t>> NextEqual(const TLines& before, size_t i, const TLines& after,
+                                                   size_t j) {
   for (size_t distance = 1; distance <= kFarthest; ++distance) {
     for (size_t skipped = 0; skipped <= distance; ++skipped) {
       const size_t a = i + skipped, b = j + distance - skipped;
-      if (a >= before.Lines() || b >= after.Lines() || before.Line(a) != after.Line(b)) continue;
+      if (a >= before.size() || b >= after.size() || before[a] != after[b]) continue;
       // A blank line says little about which lines belong together.
-      if (!before.Line(a).empty() || a - i == b - j) return std::pair(a - i, b - j);
+      if (!before[a].empty() || a - i == b - j) return std::pair(a - i, b - j);
     }
   }
   return std::nullopt;
@@ -26,12 +39,12 @@ std::optional<std::pair<size_t, size_t>> NextEqual(const TTextPlaces& before, si
 }  // namespace
 
 TLinePairs::TLinePairs(std::string_view before, std::string_view after, const qrl::TEncoding& encoding)
-    : FBefore(before, encoding), FAfter(after, encoding) {
-  for (size_t i = 0, j = 0; i < FBefore.Lines();) {
+    : FPlaces(before, encoding), FBefore(LinesOf(before)), FAfter(LinesOf(after)) {
+  for (size_t i = 0, j = 0; i < FBefore.size();) {
     std::pair<size_t, size_t> count{1, 1};
-    if (j >= FAfter.Lines() || FBefore.Line(i) != FAfter.Line(j))
+    if (j >= FAfter.size() || FBefore[i] != FAfter[j])
       count = NextEqual(FBefore, i, FAfter, j)
-                  .value_or(std::pair(FBefore.Lines() - i, FAfter.Lines() - std::min(j, FAfter.Lines())));
+                  .value_or(std::pair(FBefore.size() - i, FAfter.size() - std::min(j, FAfter.size())));
     Pair(j, count.first, count.second);
     i += count.first;
     j += count.second;
@@ -48,13 +61,13 @@ void TLinePairs::Pair(size_t first, size_t countBefore, size_t countAfter) {
 }
 
 std::string TLinePairs::After(size_t begin, size_t end) const {
-  const size_t first = FBefore.At(begin).Line - 1;
-  const size_t last = FBefore.At(std::max(begin, end == 0 ? 0 : end - 1)).Line - 1;
+  const size_t first = FPlaces.At(begin).Line - 1;
+  const size_t last = FPlaces.At(std::max(begin, end == 0 ? 0 : end - 1)).Line - 1;
   std::string text;
   bool isAny = false;
   for (size_t line = FRanges[first].First; line < FRanges[last].End; ++line) {
     if (std::exchange(isAny, true)) text += '\n';
-    text.append(FAfter.Line(line));
+    text.append(FAfter[line]);
   }
   return text;
 }

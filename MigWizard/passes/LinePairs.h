@@ -25,8 +25,9 @@ class TLinePairs {
   };
   void Pair(size_t first, size_t countBefore, size_t countAfter);
 
-  const TTextPlaces FBefore, FAfter;
-  std::vector<TRange> FRanges;  // by the index of the line before the change
+  const TTextPlaces FPlaces;                            // of the text before the change
+  const std::vector<std::string_view> FBefore, FAfter;  // the lines, without their ends
+  std::vector<TRange> FRanges;                          // by the index of the line before the change
 };
 
 }  // namespace mig

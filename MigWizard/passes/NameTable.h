@@ -30,7 +30,7 @@ class TNameTable {
 
  private:
   struct TEntry {
-    std::string Name;
+    std::string Name;  // in lower case
     uint32_t Flags = 0;
   };
 

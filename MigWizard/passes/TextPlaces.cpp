@@ -48,14 +48,31 @@ class TPieceWalk {
   bool FIsCode = false, FIsAfterBlank = true, FIsAfterPlus = false, FIsInText = false;
 };
 
-// Without a branch, so that compilers make a loop over vectors of it.
-bool HasBareReturn(std::string_view text) {
+// Counts the bytes from `begin` to before `end` for which isCounted(byte before, byte, byte after) is not 0. Both
+// neighbours of the range must be bytes of the text. Without a branch on bytes, so that compilers make a loop over
+// vectors of it: the count of a block fits into a byte.
+template <typename TTest>
+size_t CountBytes(std::string_view text, size_t begin, size_t end, TTest isCounted) {
+  constexpr size_t kBlock = 240;
   const char* const bytes = text.data();
-  unsigned char found = text.ends_with('\r') ? 1 : 0;
-  for (size_t i = 1; i < text.size(); ++i)
-    found |= static_cast<unsigned char>(static_cast<unsigned char>(bytes[i - 1] == '\r') &
-                                        static_cast<unsigned char>(bytes[i] != '\n'));
-  return found != 0;
+  size_t count = 0;
+  while (begin < end) {
+    const size_t stop = std::min(end, begin + kBlock);
+    uint8_t inBlock = 0;
+    for (; begin < stop; ++begin)
+      inBlock = static_cast<uint8_t>(inBlock + isCounted(bytes[begin - 1], bytes[begin], bytes[begin + 1]));
+    count += inBlock;
+  }
+  return count;
+}
+
+// Returns 1 if a line ends with `byte`, and otherwise 0.
+uint8_t EndsLine(char byte, char after) {
+  return static_cast<uint8_t>((byte == '\n') | ((byte == '\r') & (after != '\n')));
+}
+
+bool IsLineEnd(char c) {
+  return c == '\r' || c == '\n';
 }
 
 }  // namespace
@@ -67,43 +84,45 @@ TTextPlaces::TTextPlaces(std::string_view text, const qrl::TEncoding& encoding) 
                                                              : TCharacters::Bytes;
 }
 
-// Reads up to the start of the first line after `offset`, or to the end of the text.
-void TTextPlaces::ReadTo(size_t offset) const {
-  if (!FIsFeedKnown) FHasBareReturns = HasBareReturn(FText);
-  while (!FIsRead && FStarts.back() <= offset && FStarts.back() < FText.size()) {
-    const size_t start = FStarts.back();
-    if (!FIsFeedKnown || FNextFeed < start) {
-      FNextFeed = std::min(FText.find('\n', start), FText.size());
-      FIsFeedKnown = true;
-    }
-    size_t end = FNextFeed;
-    if (FHasBareReturns) {
-      end = std::min(FText.substr(start, FNextFeed - start).find('\r'), FNextFeed - start) + start;
-    } else if (end > start && end < FText.size() && FText[end - 1] == '\r') {
-      --end;
-    }
-    if (end == FText.size()) {
-      FIsRead = true;
-      return;
-    }
-    const bool isWindows = end + 1 == FNextFeed && FNextFeed < FText.size();
-    ++(isWindows ? FWindowsEnds : FOtherEnds);
-    FStarts.push_back(isWindows ? FNextFeed + 1 : end + 1);
-  }
+// Returns the number of lines that end with a byte from `begin` to before `end`.
+size_t TTextPlaces::LineEnds(size_t begin, size_t end) const {
+  if (begin == end) return 0;
+  // The first and the last byte of the text lack a neighbour.
+  const auto at = [this](size_t place) { return place < FText.size() ? FText[place] : '\0'; };
+  size_t count = EndsLine(FText[begin], at(begin + 1));
+  if (end - begin > 1) count += EndsLine(FText[end - 1], at(end));
+  if (end - begin > 2)
+    count += CountBytes(FText, begin + 1, end - 1,
+                        [](char, char byte, char after) { return EndsLine(byte, after); });
+  return count;
+}
+
+size_t TTextPlaces::StartOfLine(size_t offset) const {
+  while (offset > 0 && !EndsLine(FText[offset - 1], offset < FText.size() ? FText[offset] : '\0')) --offset;
+  return offset;
 }
 
 TTextPlace TTextPlaces::At(size_t offset) const {
   offset = std::min(offset, FText.size());
-  ReadTo(offset);
-  const auto next = std::upper_bound(FStarts.begin(), FStarts.end(), offset);
-  TTextPlace place{static_cast<uint32_t>(next - FStarts.begin()), 1};
-  for (size_t at = *(next - 1); at < offset; ++place.Column) {
+  if (offset >= FOffset) {
+    FLineEnds += LineEnds(FOffset, offset);
+  } else {
+    FLineEnds -= LineEnds(offset, FOffset);
+  }
+  FOffset = offset;
+  TTextPlace place{static_cast<uint32_t>(FLineEnds + 1), 1};
+  size_t at = StartOfLine(offset);
+  if (FCharacters == TCharacters::Bytes) {
+    place.Column = static_cast<uint32_t>(offset - at + 1);
+    return place;
+  }
+  for (; at < offset; ++place.Column) {
     const auto byte = static_cast<uint8_t>(FText[at++]);
     if (FCharacters == TCharacters::DoubleByte) {
       const bool isPair = win::IsDBCSLeadByte(byte) && at < FText.size() &&
                           win::IsDBCSTrailByte(static_cast<uint8_t>(FText[at]));
       at += isPair ? 1 : 0;
-    } else if (FCharacters == TCharacters::Utf8) {
+    } else {
       while (at < FText.size() && (static_cast<uint8_t>(FText[at]) & 0xC0) == 0x80) ++at;
     }
   }
@@ -112,9 +131,22 @@ TTextPlace TTextPlaces::At(size_t offset) const {
 
 std::string_view TTextPlaces::LineAt(size_t offset) const {
   offset = std::min(offset, FText.size());
-  ReadTo(offset);
-  const size_t start = *(std::upper_bound(FStarts.begin(), FStarts.end(), offset) - 1);
-  return FText.substr(start, std::min(FText.find_first_of("\r\n", start), FText.size()) - start);
+  const size_t start = StartOfLine(offset);
+  size_t end = offset;
+  while (end < FText.size() && !IsLineEnd(FText[end])) ++end;
+  while (end > start && IsLineEnd(FText[end - 1])) --end;  // the offset of the LF of CR LF
+  return FText.substr(start, end - start);
+}
+
+size_t TTextPlaces::OtherLineEnds() const {
+  const auto isOther = [](char before, char byte, char after) {
+    return static_cast<uint8_t>(((byte == '\n') & (before != '\r')) | ((byte == '\r') & (after != '\n')));
+  };
+  const size_t size = FText.size();
+  if (size == 0) return 0;
+  size_t count = isOther('\0', FText[0], size > 1 ? FText[1] : '\0');
+  if (size > 1) count += isOther(FText[size - 2], FText[size - 1], '\0');
+  return size > 2 ? count + CountBytes(FText, 1, size - 1, isOther) : count;
 }
 
 TPrintedForm::TPrintedForm(std::string_view text, std::string_view printed, const qrl::TEncoding& encoding,

@@ -1,4 +1,4 @@
-// Converts offsets in a working text to lines and columns. The text is read only as far as it is asked for.
+// Converts offsets in a working text to lines and columns. Ascending offsets are converted in one pass over the text.
 #pragma once
 
 #include <cstddef>
@@ -21,44 +21,24 @@ class TTextPlaces {
   // `text` is working text in `encoding` and must outlive the object. Lines end in CR LF, LF or CR.
   TTextPlaces(std::string_view text, const qrl::TEncoding& encoding);
 
-  // Returns the place of the character at `offset`, in bytes from 0. An offset past the end means the end.
+  // Returns the place of the character at `offset`, in bytes from 0. An offset past the end means the end. The
+  // time is proportional to the distance from the offset of the last call, and to the column.
   TTextPlace At(size_t offset) const;
   // Returns the line that contains `offset`, without its line end.
   std::string_view LineAt(size_t offset) const;
-  // Returns the number of lines; a text that ends with a line end has an empty last line.
-  size_t Lines() const {
-    ReadTo(FText.size());
-    return FStarts.size();
-  }
-  // Returns the line with that index, from 0, without its line end.
-  std::string_view Line(size_t index) const {
-    ReadTo(FText.size());
-    return LineAt(FStarts[index]);
-  }
-  // Return the number of lines that end in a bare LF or CR, and of those that end in CR LF.
-  size_t OtherLineEnds() const {
-    ReadTo(FText.size());
-    return FOtherEnds;
-  }
-  size_t WindowsLineEnds() const {
-    ReadTo(FText.size());
-    return FWindowsEnds;
-  }
+  // Returns the number of lines that end in a bare LF or CR.
+  size_t OtherLineEnds() const;
 
  private:
   enum class TCharacters : uint8_t { Bytes, DoubleByte, Utf8 };
 
-  void ReadTo(size_t offset) const;
+  size_t LineEnds(size_t begin, size_t end) const;
+  size_t StartOfLine(size_t offset) const;
 
   const std::string_view FText;
   TCharacters FCharacters;
-  // As far as the text has been read, which is up to the last start.
-  mutable std::vector<size_t> FStarts{0};  // of the lines
-  mutable size_t FNextFeed = 0;            // offset of the next LF, or the end of the text
-  mutable bool FIsFeedKnown = false;       // and FHasBareReturns
-  mutable bool FHasBareReturns = false;    // a CR without an LF after it
-  mutable bool FIsRead = false;            // the last line has no end
-  mutable size_t FOtherEnds = 0, FWindowsEnds = 0;
+  // The offset of the last call of At, and the number of line ends before it.
+  mutable size_t FOffset = 0, FLineEnds = 0;
 };
 
 // Maps offsets in the in-memory text of a binary form to offsets in the text printed from it for people. The

@@ -92,10 +92,22 @@ void AddUnits(const TUnitFindingInput& input, TNameUses& names) {
   }
 }
 
+// Reads declarations only.
+class TDeclarationReader : public TUnitReader {
+ public:
+  using TUnitReader::TUnitReader;
+  bool IsLeftOut(size_t /*offset*/) const override { return false; }
+
+ protected:
+  void OnName(TNameSpot /*spot*/) override {}
+  void BeforeMembers() override {}
+  void AfterMembers(const TClassOutline& /*outline*/) override {}
+};
+
 }  // namespace
 
 TUnitFindings FindInUnit(const TUnitFindingInput& input, const TTextPlaces& places) {
-  const TUnitParts parts = PartsToRead(input.Text.size(), input.Result);
+  const TUnitParts parts = PartsToRead(input.Text.size(), input.Result, input.ReadsInterface);
   const std::vector<TUnitToken> code = ReadUnitTokens(input.Text, input.Encoding, input.Names, parts.Ranges);
   TNameUses names(input, code, places);
   names.ReadUnit();
@@ -109,7 +121,15 @@ TUnitFindings FindInUnit(const TUnitFindingInput& input, const TTextPlaces& plac
   for (TFinding& finding : findings) names.ShowLine(finding.Offset, finding.Before, finding.After);
   std::stable_sort(findings.begin(), findings.end(),
                    [](const TFinding& left, const TFinding& right) { return left.Offset < right.Offset; });
-  return {std::move(findings), std::move(outline)};
+  return {std::move(findings), std::move(outline), parts.UnreadInterface};
+}
+
+TUnitOutline ReadInterface(std::string_view text, const qrl::TEncoding& encoding) {
+  const std::vector<TUnitToken> code = ReadUnitTokens(text, encoding, TNameTable(), {{0, text.size()}});
+  const TTextPlaces places(text, encoding);
+  TDeclarationReader reader(code, places);
+  reader.ReadUnit();
+  return std::move(reader.Outline());
 }
 
 }  // namespace mig

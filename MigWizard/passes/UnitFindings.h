@@ -21,14 +21,20 @@ struct TUnitFindingInput {
   const TOldNames& OldNames;
   const TNameTable& Names;                    // of MakeUnitNames
   const TCompletedUnit* Completed = nullptr;  // null without a completion
+  bool ReadsInterface = false;                // also if nothing is said about it
 };
 
 struct TUnitFindings {
   std::vector<TFinding> Findings;  // with offsets, in working text
   TUnitOutline Outline;
+  // If not 0, the outline lacks the declarations of the interface section, which is the text before that offset.
+  size_t UnreadInterface = 0;
 };
 
 // Returns the findings of the unit itself, and the outline from which TRunFindings derives the others.
 TUnitFindings FindInUnit(const TUnitFindingInput& input, const TTextPlaces& places);
+
+// Returns the outline of an interface section, which begins with the beginning of the unit.
+TUnitOutline ReadInterface(std::string_view text, const qrl::TEncoding& encoding);
 
 }  // namespace mig

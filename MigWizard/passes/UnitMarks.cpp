@@ -13,6 +13,17 @@ using enum TWord;
 
 constexpr uint32_t kUse = kOldName | kOldMember;
 
+// The words by which PartsToRead finds the bodies of routines, except `end`, which the scanner tells apart.
+constexpr std::pair<std::string_view, TWord> kMarkedWords[] = {
+    {"asm", Asm},
+    {"begin", Begin},
+    {"case", Case},
+    {"finalization", Finalization},
+    {"implementation", Implementation},
+    {"initialization", Initialization},
+    {"try", Try},
+};
+
 TWord WordOf(const TUnitMark& mark) {
   return static_cast<TWord>(mark.Flags & kWordFlags);
 }
@@ -21,7 +32,7 @@ class TPartFinder {
  public:
   TPartFinder(size_t size, const TUnitResult& unit) : FSize(size), FUnit(unit) {}
 
-  TUnitParts Find() {
+  TUnitParts Find(bool readsInterface) {
     const std::vector<TUnitMark>& marks = FUnit.Marks;
     auto mark = std::find_if(marks.begin(), marks.end(),
                              [](const TUnitMark& each) { return WordOf(each) == Implementation; });
@@ -29,9 +40,11 @@ class TPartFinder {
       mark = marks.begin();
       FKeepsAll = true;
     } else {
-      FSection = (mark++)->Offset + kImplementation.size();
-      Keep(0, FSection);
       FKeepsAll = Any({mark, marks.end()}, kUse);
+      readsInterface = readsInterface || FKeepsAll || Any({marks.begin(), mark}, kUse | kBringsLine);
+      FSection = mark->Offset + kImplementation.size();
+      if (readsInterface || !KeepHead(mark->Offset)) Keep(0, FSection);
+      ++mark;
       if (!FKeepsAll && !Any({mark, marks.end()}, kBringsLine)) mark = marks.end();
     }
     ReadBodies({mark, marks.end()});
@@ -44,6 +57,17 @@ class TPartFinder {
   static bool Any(TMarks marks, uint32_t flags) {
     return std::any_of(marks.begin(), marks.end(),
                        [flags](const TUnitMark& mark) { return (mark.Flags & flags) != 0; });
+  }
+
+  // Keeps the unit's name, its uses clause and the word `implementation`, which is at `end`. Returns False if the
+  // interface section has no uses clause.
+  bool KeepHead(size_t end) {
+    const std::vector<TTextRange>& clauses = FUnit.UsesClauses;
+    if (clauses.empty() || clauses[0].End > end || !FUnit.LeftOut.empty()) return false;
+    Keep(0, clauses[0].End);
+    Keep(end, FSection);
+    FParts.UnreadInterface = FSection;
+    return true;
   }
 
   // Divides the text into sections, each of which ends with the outermost body of a routine.
@@ -117,7 +141,7 @@ class TPartFinder {
 
 TNameTable MakeUnitNames(const TUnitRules& rules, const TOldNames& oldNames) {
   TNameTable names;
-  AddUnitWords(names);
+  for (const auto& [text, word] : kMarkedWords) names.Add(text, static_cast<uint32_t>(word));
   const rtl::TStringList& classes = rules.Classes.MappedClasses();
   for (int i = 0; i < classes.Count(); ++i) {
     const std::string& newClass = *rules.Classes.Find(classes[i]);
@@ -134,8 +158,8 @@ TNameTable MakeUnitNames(const TUnitRules& rules, const TOldNames& oldNames) {
   return names;
 }
 
-TUnitParts PartsToRead(size_t size, const TUnitResult& unit) {
-  return TPartFinder(size, unit).Find();
+TUnitParts PartsToRead(size_t size, const TUnitResult& unit, bool readsInterface) {
+  return TPartFinder(size, unit).Find(readsInterface);
 }
 
 }  // namespace mig

@@ -17,14 +17,15 @@ TNameTable MakeUnitNames(const TUnitRules& rules, const TOldNames& oldNames);
 
 struct TUnitParts {
   std::vector<TTextRange> Ranges;  // to read, in the order of the text
+  size_t UnreadInterface = 0;      // the end of the interface section if its declarations are not in Ranges
   // The offsets of mapped classes that bring a line, in statements that need not be read.
   std::vector<size_t> LinesInBodies;
 };
 
-// `size` is the length of the unit's text. Keeps the interface section and all uses clauses. Of the rest, keeps
-// the routines, and of their bodies `begin` and `end`, and everything between them where a name may be a use of
-// an old component. If there is no such name in the whole unit, also leaves out routines and declarations that
-// nothing is said about.
-TUnitParts PartsToRead(size_t size, const TUnitResult& unit);
+// `size` is the length of the unit's text. Keeps all uses clauses, and the interface section if something is said
+// about it or if `readsInterface` is set. Of the rest, keeps the routines, and of their bodies `begin` and `end`, and
+// everything between them where a name may be a use of an old component. If there is no such name in the whole unit,
+// also leaves out routines and declarations that nothing is said about.
+TUnitParts PartsToRead(size_t size, const TUnitResult& unit, bool readsInterface);
 
 }  // namespace mig

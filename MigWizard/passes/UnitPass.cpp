@@ -28,7 +28,6 @@ class TUnitPass {
       switch (code) {
         case qrl::kIdentifier:
           ProcessIdentifier(lexem, inUses);
-          if (FNames != nullptr && !inUses) Mark(lexem);
           break;
         case qrl::kComment:
           ProcessComment(lexem);
@@ -42,7 +41,7 @@ class TUnitPass {
           inUses = false;
           break;
         case kEnd:
-          if (FNames != nullptr) Mark(lexem);
+          if (FNames != nullptr) AddMark(lexem, static_cast<uint32_t>(TWord::End));
           break;
         default:
           break;
@@ -53,6 +52,12 @@ class TUnitPass {
 
  private:
   void ProcessIdentifier(std::string_view name, bool inUses) {
+    if (FNames != nullptr) {
+      const uint32_t flags = FNames->Find(name);
+      if (flags != 0 && !inUses) AddMark(name, flags);
+      // All classes of the map are in the table.
+      if ((flags & kMappedClass) == 0 && !inUses) return;
+    }
     if (inUses && IsNewUnit(name)) FResult.NamesNewUnits = true;
     if (inUses && rtl::SameText(name, FRules.OldUnit)) {
       Replace(name, std::string(name).append(FRules.NewUnits));
@@ -78,11 +83,9 @@ class TUnitPass {
     if (FResult.Edits.Edits().size() > edits) FResult.ChangedComments.push_back(comment);
   }
 
-  // Adds the marks of an identifier. A name that is only that of a member counts only after a dot.
-  void Mark(std::string_view lexem) {
-    uint32_t flags = FNames->Find(lexem);
-    if (flags == 0) return;
-    const auto offset = static_cast<size_t>(lexem.data() - FText.data());
+  // Adds the marks of a name. One that is only that of a member counts only after a dot.
+  void AddMark(std::string_view name, uint32_t flags) {
+    const auto offset = static_cast<size_t>(name.data() - FText.data());
     if (offset > 0 && FText[offset - 1] == '&') flags &= ~kWordFlags;  // &begin is a name
     if (flags == kOldMember && !MayFollowDot(offset)) return;
     if (flags != 0) FResult.Marks.push_back({offset, flags});

@@ -62,8 +62,13 @@ constexpr TWordRow kWords[] = {
 
 }  // namespace
 
-void AddUnitWords(TNameTable& names) {
-  for (const TWordRow& row : kWords) names.Add(row.Text, static_cast<uint32_t>(row.Word));
+const TNameTable& UnitWords() {
+  static const TNameTable words = [] {
+    TNameTable table;
+    for (const TWordRow& row : kWords) table.Add(row.Text, static_cast<uint32_t>(row.Word));
+    return table;
+  }();
+  return words;
 }
 
 std::vector<TUnitToken> ReadUnitTokens(std::string_view text, const qrl::TEncoding& encoding,
@@ -73,6 +78,7 @@ std::vector<TUnitToken> ReadUnitTokens(std::string_view text, const qrl::TEncodi
   size_t size = 0;
   for (const TTextRange& range : ranges) size += range.End - range.Begin;
   code.reserve(size / kBytesPerToken);
+  const TNameTable& words = UnitWords();
   TPasParser scanner(text, encoding);
   std::string_view lexem;
   bool isEscaped = false;  // &begin is a name
@@ -83,10 +89,10 @@ std::vector<TUnitToken> ReadUnitTokens(std::string_view text, const qrl::TEncodi
       if (offset >= range.End) break;
       if (token == qrl::kWhiteSpace || token == qrl::kComment) continue;
       const bool canBeWord = token == qrl::kIdentifier || (token >= kEnd && token <= kUses);
-      const uint32_t flags = canBeWord ? names.Find(lexem) : 0;
-      const TWord word = isEscaped ? None : static_cast<TWord>(flags & kWordFlags);
+      const TWord word = canBeWord && !isEscaped ? static_cast<TWord>(words.Find(lexem)) : None;
+      const uint32_t flags = canBeWord && word == None ? names.Find(lexem) & ~kWordFlags : 0;
       isEscaped = lexem == "&";
-      if (!isEscaped) code.push_back({lexem, offset, flags & ~kWordFlags, word, canBeWord && word == None});
+      if (!isEscaped) code.push_back({lexem, offset, flags, word, canBeWord && word == None});
     }
   }
   return code;

@@ -82,11 +82,11 @@ struct TTextRange {
   size_t Begin = 0, End = 0;
 };
 
-// Adds all words to the table of a unit's names.
-void AddUnitWords(TNameTable& names);
+// Returns the table of all words, whose flags are their TWord.
+const TNameTable& UnitWords();
 
 // Returns the tokens that begin in one of `ranges`, which are in the order of the text and begin and end between
-// tokens. `names` has the words and the names of a unit (UnitMarks.h).
+// tokens. Names get their flags in `names`, the table of a unit's names (UnitMarks.h).
 std::vector<TUnitToken> ReadUnitTokens(std::string_view text, const qrl::TEncoding& encoding,
                                        const TNameTable& names, const std::vector<TTextRange>& ranges);
 

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "MigWizard/passes/UnitFindings.h"
 #include "MigWizard/passes/UnitNames.h"
 #include "rtl/text/SysUtils.h"
 
@@ -71,11 +72,15 @@ void TRunFindings::AddOtherForm(const std::string& fileName, size_t mappedObject
 
 std::vector<TFileReport> TRunFindings::Finish() {
   TakeFindings();
-  Index();
-  for (const TUnit& unit : FUnits) ResolveUses(unit);
+  if (NeedsDeclarations()) {
+    ReadInterfaces();
+    Index();
+    for (const TUnit& unit : FUnits) ResolveUses(unit);
+  }
   for (TFileReport& file : FFiles) {
     DropUsersOwn(file);
-    std::stable_sort(file.Findings.begin(), file.Findings.end(), ComesBefore);
+    if (!std::is_sorted(file.Findings.begin(), file.Findings.end(), ComesBefore))
+      std::stable_sort(file.Findings.begin(), file.Findings.end(), ComesBefore);
   }
   FUnits.clear();
   FKept.clear();
@@ -93,6 +98,25 @@ void TRunFindings::TakeFindings() {
     findings.insert(findings.end(), std::make_move_iterator(others.begin()),
                     std::make_move_iterator(others.end()));
     others = std::move(findings);
+  }
+}
+
+// Returns True if the findings of any file depend on the declarations of units.
+bool TRunFindings::NeedsDeclarations() const {
+  const auto isUnmapped = [](const TFinding& finding) { return finding.Rule == TRuleId::UnmappedClass; };
+  return std::any_of(FUnits.begin(), FUnits.end(),
+                     [](const TUnit& unit) { return !unit.Outline->Uses.empty(); }) ||
+         std::any_of(FFiles.begin(), FFiles.end(), [&isUnmapped](const TFileReport& file) {
+           return std::any_of(file.Findings.begin(), file.Findings.end(), isUnmapped);
+         });
+}
+
+void TRunFindings::ReadInterfaces() {
+  for (const auto& [found, index] : FKept) {
+    if (found->Interface.empty()) continue;
+    *found->Outline = ReadInterface(found->Interface, *found->InterfaceEncoding);
+    ConvertNames(*found->Outline, *found->InterfaceEncoding);
+    found->Interface.clear();
   }
 }
 

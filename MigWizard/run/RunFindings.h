@@ -63,6 +63,8 @@ class TRunFindings {
   };
 
   void TakeFindings();
+  bool NeedsDeclarations() const;
+  void ReadInterfaces();
   void Index();
   bool Sees(const TUnit& unit, const TFound& found) const;
   void ResolveUses(const TUnit& unit);
