@@ -2,7 +2,6 @@
 
 #include <QPlainTextEdit>
 
-#include "desktop/QtText.h"
 #include "desktop/RunRecord.h"
 #include "desktop/SourceLexer.h"
 
@@ -29,10 +28,13 @@ TChangesView::TChangesView(QWidget* parent)
   addTab(FMessages, "Messages");
 }
 
-void TChangesView::ShowRun(const TRunRecord& record) {
-  FLog->setPlainText(ToQt(record.Log()));
-  if (!record.Warnings().empty()) AddMessage(ToQt(record.Warnings()).trimmed());
-  setCurrentWidget(record.Warnings().empty() ? FLog : FMessages);
+void TChangesView::ShowWarnings(const QString& warnings) {
+  if (!warnings.isEmpty()) AddMessage(warnings);
+  setCurrentWidget(warnings.isEmpty() ? FLog : FMessages);
+}
+
+void TChangesView::ShowLog(const QString& log) {
+  FLog->setPlainText(log);
 }
 
 void TChangesView::AddMessage(const QString& line) {

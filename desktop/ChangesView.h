@@ -7,13 +7,13 @@ class QPlainTextEdit;
 
 namespace desktop {
 
-class TRunRecord;
-
 class TChangesView : public QTabWidget {
  public:
   explicit TChangesView(QWidget* parent);
 
-  void ShowRun(const TRunRecord& record);
+  // Shows the messages of a run that has ended, which may be empty. Its log comes later, by ShowLog.
+  void ShowWarnings(const QString& warnings);
+  void ShowLog(const QString& log);
   // Appends a line to the messages.
   void AddMessage(const QString& line);
 

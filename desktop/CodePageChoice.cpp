@@ -4,7 +4,10 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QtConcurrentRun>
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 #include "MigWizard/run/RExpertRes.h"
 #include "desktop/CodePageGuess.h"
@@ -16,6 +19,7 @@
 #include "rtl/text/Files.h"
 #include "rtl/text/Registry.h"
 #include "rtl/text/SysUtils.h"
+#include "win/FileSystem.h"
 #include "win/paths/CodePage.h"
 
 namespace desktop {
@@ -36,18 +40,21 @@ std::string ItemName(const char* menu, uint32_t codePage) {
   return menu + std::to_string(codePage);
 }
 
-// Returns the code page that the sources of the project seem to be in, or 0.
-uint32_t GuessOf(const host::TProject& project) {
+// Returns the code page that the units seem to be in, or 0. Runs on a worker thread.
+uint32_t GuessOf(const std::vector<std::string>& units, uint32_t codePage) {
+  // The file system of the main thread is not for others.
+  const std::unique_ptr<win::TFileSystem> files = win::AnotherHostFileSystem();
+  const win::TFileSystemOverride inForce(*files);
   std::string sample;
-  for (size_t i = 0; i < std::min(kMostUnits, project.Units().size()) && sample.size() < kMostBytes; ++i) {
+  for (size_t i = 0; i < units.size() && sample.size() < kMostBytes; ++i) {
     try {
-      const std::string bytes = rtl::ReadFile(project.Units()[i].Name);
+      const std::string bytes = rtl::ReadFile(units[i]);
       if (!bytes.starts_with("\xEF\xBB\xBF") && !bytes.starts_with("\xFF\xFE")) sample += bytes;
     } catch (const rtl::EStreamError&) {
       continue;  // opening the unit gives the reason
     }
   }
-  return GuessCodePage(sample, win::GetACP());
+  return GuessCodePage(sample, codePage);
 }
 
 }  // namespace
@@ -75,6 +82,11 @@ TCodePageChoice::TCodePageChoice(THostMenu& menu, TEditorPages& pages, QWidget* 
   FUseForProject = addButton("CodePageForProject", [this] { ChooseForProject(Suggested()); });
   FUseForFile = addButton("CodePageForFile", [this] { ChooseForFile(Suggested()); });
   FKeep = addButton("CodePageKeep", [this] { Keep(); });
+  connect(&FGuessing, &QFutureWatcherBase::finished, this, [this] {
+    if (!std::exchange(FIsGuessing, false)) return;
+    FProjectSuggested = FGuessing.result();
+    ShowState();
+  });
   FMenu.AddLine("EditMenu");
   AddMenu(kFileMenu, "Code Page of This F&ile", [this](uint32_t codePage) { ChooseForFile(codePage); });
   AddMenu(kProjectMenu, "Code Page of the Pro&ject",
@@ -117,7 +129,12 @@ void TCodePageChoice::SetProject(const host::TProject* project) {
   const rtl::TRegIniFile reg(mig::SRegistryRoot, rtl::KEY_READ_WRITE);
   const int chosen = FProject.empty() ? 0 : reg.ReadInteger(kSection, KeyOf(FProject), 0);
   ReadInto(chosen > 0 ? static_cast<uint32_t>(chosen) : FAtStart);
-  if (project != nullptr && chosen == 0) FProjectSuggested = GuessOf(*project);
+  std::vector<std::string> units;
+  for (size_t i = 0; project != nullptr && chosen == 0 && i < std::min(kMostUnits, project->Units().size());
+       ++i)
+    units.push_back(project->Units()[i].Name);
+  FIsGuessing = true;
+  FGuessing.setFuture(QtConcurrent::run(GuessOf, std::move(units), win::GetACP()));
   ShowState();
 }
 
@@ -138,6 +155,7 @@ void TCodePageChoice::ChooseForFile(uint32_t codePage) {
 }
 
 void TCodePageChoice::ChooseForProject(uint32_t codePage) {
+  FIsGuessing = false;
   FProjectSuggested = 0;
   ReadInto(codePage);
   rtl::TRegIniFile reg(mig::SRegistryRoot, rtl::KEY_READ_WRITE);

@@ -80,7 +80,8 @@ std::string ForeignWords(std::string_view bytes) {
   return words;
 }
 
-// Returns the confidence for each page, of 100. The detector alone takes short Latin texts for Greek or Cyrillic.
+// Returns the confidence for each page, of 100. The detector alone takes short Latin texts for Greek or
+// Cyrillic.
 std::map<uint32_t, int> Detect(const std::string& text, bool isLatin) {
   std::map<uint32_t, int> confidences;
   UErrorCode error = U_ZERO_ERROR;

@@ -21,8 +21,8 @@ class TControlWidget : public rtl::TControlView {
 
  protected:
   TControlWidget(const rtl::TControl& control, QWidget* widget);
-  // The operations that show a state do nothing if the widget shows it already, so the cursor in a text and the
-  // position of a scrolled list are kept.
+  // The operations that show a state do nothing if the widget shows it already, so the cursor in a text and
+  // the position of a scrolled list are kept.
   void ShowEnabled() override { FWidget->setEnabled(FControl.Enabled()); }
 
  private:

@@ -17,8 +17,9 @@ class TDiffView;
 
 class TDifferenceWindow : public QDialog {
  public:
-  // `fileName` is shown; `left` and `right` tell where the two versions are. `compare` returns the differences, from
-  // left to right; a task calls it. The text of its exception is shown in place of the differences.
+  // `fileName` is shown; `left` and `right` tell where the two versions are. `compare` returns the
+  // differences, from left to right; a task calls it. The text of its exception is shown in place of the
+  // differences.
   TDifferenceWindow(const QString& fileName, const QString& left, const QString& right,
                     const std::function<std::shared_ptr<const TFileDiff>()>& compare, QWidget* parent);
 

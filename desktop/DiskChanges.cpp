@@ -4,8 +4,9 @@
 #include <QEvent>
 #include <QTimer>
 #include <QWidget>
+#include <QtConcurrentRun>
 #include <memory>
-#include <vector>
+#include <utility>
 
 #include "desktop/DifferenceWindow.h"
 #include "desktop/QtText.h"
@@ -57,6 +58,7 @@ int AskAbout(host::TFileBuffer& buffer, const rtl::TQuestion& question) {
 TDiskChanges::TDiskChanges(host::THost& host, QWidget& window) : FHost(host) {
   FHost.OnQueryOverwrite = [this](host::TFileBuffer& buffer) { return AskToOverwrite(buffer); };
   window.installEventFilter(this);
+  connect(&FReading, &QFutureWatcherBase::finished, this, [this] { Show(FReading.result()); });
 }
 
 TDiskChanges::~TDiskChanges() {
@@ -86,43 +88,90 @@ host::TOverwriteAnswer TDiskChanges::AskToOverwrite(host::TFileBuffer& buffer) {
   return answer == 1 ? host::TOverwriteAnswer::Reload : host::TOverwriteAnswer::Cancel;
 }
 
+// --- Files that were changed on the disk ---
+
+// Runs on a worker thread.
+std::vector<TDiskChanges::TChanged> TDiskChanges::ReadChanged(const std::vector<TLoaded>& files) {
+  // The file system of the main thread is not for others.
+  const std::unique_ptr<win::TFileSystem> fileSystem = win::AnotherHostFileSystem();
+  const win::TFileSystemOverride inForce(*fileSystem);
+  std::vector<TChanged> changed;
+  for (const TLoaded& file : files) {
+    const std::optional<win::TFileStamp> stamp = win::GetFileStamp(file.FileName);
+    if (!stamp || stamp == file.Stamp) continue;
+    TChanged& one = changed.emplace_back(TChanged{file, {{}, stamp}, {}});
+    try {
+      one.Contents = host::TFileBuffer::ReadContents(file.FileName);
+    } catch (const std::exception& error) {
+      one.Failure = error.what();
+    }
+  }
+  return changed;
+}
+
 void TDiskChanges::Refresh() {
   if (FIsAsking) return;
-  FIsAsking = true;
-  // Reloading a buffer may change the list of modules, so the buffers are collected first.
-  std::vector<toolsapi::TIntf<toolsapi::IOTAModule>> alive;
-  std::vector<host::TFileBuffer*> buffers;
+  FIsWanted = FIsReading;
+  if (FIsReading) return;
+  std::vector<TLoaded> loaded;
   for (int i = 0; i < FHost.ModuleCount(); ++i) {
     host::TModule& module = FHost.Module(i);
-    alive.push_back(module.Interface());
-    for (int j = 0; j < module.EditorCount(); ++j) buffers.push_back(&module.Editor(j).Buffer());
+    for (int j = 0; j < module.EditorCount(); ++j) {
+      const host::TFileBuffer& buffer = module.Editor(j).Buffer();
+      if (buffer.IsLoaded()) loaded.push_back({buffer.FileName(), buffer.Stamp()});
+    }
   }
-  try {
-    for (host::TFileBuffer* const buffer : buffers) Refresh(*buffer);
-  } catch (const std::exception& error) {
-    rtl::Application().HandleException(error);
+  if (loaded.empty()) return;
+  FIsReading = true;
+  FReading.setFuture(QtConcurrent::run(ReadChanged, std::move(loaded)));
+}
+
+void TDiskChanges::Show(std::vector<TChanged> files) {
+  FIsReading = false;
+  if (std::exchange(FIsWanted, false)) return Refresh();
+  // During a run, or while another window asks, nothing is changed. Refresh is called again after it.
+  if (QApplication::activeModalWidget() != nullptr) return;
+  FIsAsking = true;
+  for (TChanged& file : files) {
+    try {
+      ShowFile(std::move(file));
+    } catch (const std::exception& error) {
+      rtl::Application().HandleException(error);
+    }
   }
   FIsAsking = false;
 }
 
-void TDiskChanges::Refresh(host::TFileBuffer& buffer) {
-  if (!buffer.ChangedOnDisk()) return;
-  const std::string& name = buffer.FileName();
-  const std::optional<win::TFileStamp> stamp = win::GetFileStamp(name);
+void TDiskChanges::ShowFile(TChanged file) {
+  const std::string& name = file.Loaded.FileName;
+  host::TModule* const found = FHost.FindModule(name);
+  if (found == nullptr) return;
+  const toolsapi::TIntf<toolsapi::IOTAModule> alive =
+      found->Interface();  // the user may close it while asked
+  host::TFileBuffer* buffer = nullptr;
+  for (int i = 0; i < found->EditorCount(); ++i) {
+    if (found->Editor(i).Buffer().FileName() == name) buffer = &found->Editor(i).Buffer();
+  }
+  // Somebody may have read or written the file meanwhile.
+  if (buffer == nullptr || !buffer->IsLoaded() || buffer->Stamp() != file.Loaded.Stamp) return;
+  const win::TFileStamp stamp = file.Contents.Stamp.value_or(win::TFileStamp());
   const auto kept = FKept.find(name);
-  if (!stamp || (kept != FKept.end() && kept->second == *stamp)) return;
+  if (kept != FKept.end() && kept->second == stamp) return;
   const bool isReloaded =
-      !buffer.Modified() ||
-      AskAbout(buffer, {.Caption = kCaption,
-                        .Text = "\"" + name + "\" was changed on the disk, and in its editor.",
-                        .Flags = rtl::MB_ICONWARNING,
-                        .Reasons = {"The changes in the editor are not saved."},
-                        .Buttons = {"Keep What Is on the &Disk", "Keep the &Editor's", kShowDifference},
-                        .Cancel = 1}) == 0;
-  FKept.insert_or_assign(name, *stamp);  // a file that cannot be read is not tried again, either
-  if (isReloaded && !buffer.Reload())
-    win::Diagnose(name + ": was changed on the disk, and cannot be read. " +
-                  win::SysErrorMessage(win::GetLastError()));
+      !buffer->Modified() ||
+      AskAbout(*buffer, {.Caption = kCaption,
+                         .Text = "\"" + name + "\" was changed on the disk, and in its editor.",
+                         .Flags = rtl::MB_ICONWARNING,
+                         .Reasons = {"The changes in the editor are not saved."},
+                         .Buttons = {"Keep What Is on the &Disk", "Keep the &Editor's", kShowDifference},
+                         .Cancel = 1}) == 0;
+  FKept.insert_or_assign(name, stamp);  // a file that cannot be read is not tried again, either
+  if (!isReloaded) return;
+  if (file.Failure.empty()) {
+    buffer->Reload(std::move(file.Contents));
+  } else {
+    win::Diagnose(name + ": was changed on the disk, and cannot be read. " + file.Failure);
+  }
 }
 
 }  // namespace desktop

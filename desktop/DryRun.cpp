@@ -1,14 +1,15 @@
 #include "desktop/DryRun.h"
 
 #include <unordered_map>
+#include <utility>
 
+#include "MigWizard/expert/GuidedRun.h"
 #include "MigWizard/run/Finally.h"
 #include "MigWizard/run/WayBack.h"
 #include "desktop/QtText.h"
 #include "host/ProjectChoice.h"
 #include "rtl/text/Files.h"
 #include "rtl/text/SysUtils.h"
-#include "target/OldNameList.h"
 #include "toolsapi/HostRuntime.h"
 #include "win/FileApi.h"
 #include "win/paths/FileNames.h"
@@ -28,18 +29,14 @@ QString TitleOf(const mig::TListedEdit& edit) {
 
 }  // namespace
 
-TDryRun::TDryRun(host::THost& host)
-    : FHost(host),
-      FMigration(target::TCatalogue::BuiltIn()),
-      FOldNames{target::BuiltInOldNames(FMigration.BDE().Classes()),
-                target::BuiltInOldNames(FMigration.IBX().Classes())} {}
+TDryRun::TDryRun(host::THost& host) : FHost(host), FMigration(target::TCatalogue::BuiltIn()) {}
 
 void TDryRun::Clear() {
   FPlan.reset();
   FPlanned.clear();
   FFiles.reset();
   FRows.clear();
-  FAccount = {};
+  FReport.reset();
 }
 
 void TDryRun::SetOptions() {
@@ -60,7 +57,7 @@ void TDryRun::Preview(TFamily family) {
   FFamily = family;
   SetOptions();
   target::TKVAComponentReplacer& replacer = Replacer();
-  mig::TFindingsCollector collector(replacer, FOldNames[static_cast<size_t>(family)]);
+  mig::TFindingsCollector collector(replacer, *replacer.OldNames());
   std::vector<TReviewSet::TVersions> files;
   replacer.OnConverted = [&files, collect = replacer.OnConverted](const std::string& fileName,
                                                                   const mig::TFileConversion& conversion,
@@ -73,10 +70,11 @@ void TDryRun::Preview(TFamily family) {
   replacer.OnProgress = OnPreviewing;
   replacer.OnWarning = nullptr;
   replacer.SetSelection(nullptr);
-  mig::TRunPlan plan;
-  replacer.Preview(&plan);
+  auto plan = std::make_shared<mig::TRunPlan>();
+  replacer.Preview(plan.get());
   const std::string folder = rtl::ExtractFileDir(FHost.ActiveProject()->FileName());
-  FAccount = {family == TFamily::BDE ? "bde" : "ibx", false, folder, {}, collector.Finish()};
+  FReport = ReportOf({family == TFamily::BDE ? "bde" : "ibx", false, folder, {}, collector.Finish()},
+                     /*isPreview=*/true);
   FFiles = std::make_shared<TReviewSet>(std::move(files), folder);
   FPlan = std::move(plan);
   ListRows();
@@ -114,38 +112,37 @@ void TDryRun::Select(const TReviewModel& ticks, mig::TRunSelection& selection) c
   }
 }
 
-bool TDryRun::Convert(const TReviewModel& ticks) {
-  mig::TRunSelection selection(*FPlan);
+std::string TDryRun::BackupDir() const {
+  return mig::ChooseBackupDir(FReport->Run.Folder);
+}
+
+void TDryRun::Convert(const TReviewModel& ticks, const std::function<void()>& onReplaced) {
+  const auto plan = FPlan;  // a restore right after the run closes the project, and forgets the preview
+  mig::TRunSelection selection(*plan);
   Select(ticks, selection);
+  target::TKVAComponentReplacer& replacer = Replacer();
   mig::TReplaceOptions& options = FMigration.Options();
   options.MakeBackup = true;
   options.WriteLog = true;
-  options.BackupDir = mig::ChooseBackupDir(FAccount.Folder);
-  target::TKVAComponentReplacer& replacer = Replacer();
+  options.BackupDir = BackupDir();
   const std::string title = options.GetTitle();
-  mig::TFindingsCollector collector(replacer, FOldNames[static_cast<size_t>(FFamily)]);
   replacer.OnProgress = [&](const mig::TRunProgress& progress) {
-    if (progress.FileName.empty()) {
-      std::vector<mig::TFileReport> files = collector.Finish();
-      if (!files.empty())
-        FHost.NotifyRunConverted(
-            {FAccount.Mode, false, FAccount.Folder, options.BackupDir, std::move(files)});
-    }
     FHost.NotifyRun({title, progress.FileName, replacer.LogFileName(), progress.Phase, progress.PhaseDone,
                      progress.PhaseTotal});
   };
   replacer.OnReplacing = [&](mig::TRunPhase phase, int done, int total) {
     FHost.NotifyRun({title, {}, replacer.LogFileName(), phase, done, total});
   };
+  replacer.OnCollected = [&, run = FReport->Run](const std::vector<mig::TFileReport>& files) {
+    FHost.NotifyRunConverted({run.Mode, false, run.Folder, options.BackupDir, files});
+  };
   replacer.OnWarning = [this](std::string_view message) { FHost.NotifyRunWarning(message); };
   replacer.SetSelection(&selection);
   const mig::TFinally reset([&replacer] {
     replacer.SetSelection(nullptr);
-    replacer.OnProgress = nullptr;
-    replacer.OnReplacing = nullptr;
-    replacer.OnWarning = nullptr;
+    static_cast<mig::TRunHooks&>(replacer) = {};
   });
-  return replacer.Replace();
+  mig::ReplaceAndTell(replacer, onReplaced);
 }
 
 }  // namespace desktop

@@ -11,8 +11,8 @@ class THostMenu;
 
 class TEditCommands {
  public:
-  // Adds the items to the item "EditMenu". Nothing is owned; all must outlive this object. `window` is the parent
-  // of questions.
+  // Adds the items to the item "EditMenu". Nothing is owned; all must outlive this object. `window` is the
+  // parent of questions.
   TEditCommands(THostMenu& menu, TEditorPages& pages, TFindBar& findBar, QWidget& window);
 
   // Enables the items that can be used now.

@@ -1,5 +1,5 @@
-// The middle of the host's window: one tab for each open editor. Other pages, such as a review of changes, can be
-// added as tabs of their own.
+// The middle of the host's window: one tab for each open editor. Other pages, such as a review of changes,
+// can be added as tabs of their own.
 //
 //   auto* const pages = new TEditorPages(nullptr);
 //   pages->Show(editor);                   // opens its page, or brings it to the front
@@ -29,9 +29,9 @@ class TEditorPages : public QTabWidget {
   // Deletes the pages. Their editors must still exist.
   ~TEditorPages() override;
 
-  // Brings the page of the editor to the front, and makes it if there is none. Raises the exceptions of reading
-  // a small file; there is no new page then. The page of a large one is closed if it cannot be read, and OnFailed
-  // called. The editor is not owned.
+  // Brings the page of the editor to the front, and makes it if there is none. Raises the exceptions of
+  // reading a small file; there is no new page then. The page of a large one is closed if it cannot be read,
+  // and OnFailed called. The editor is not owned.
   void Show(host::TFileEditor& editor);
   // Returns the editor of the page in front, or null if there is none or the page has no editor.
   TSourceEditor* CurrentEditor() const { return EditorAt(currentIndex()); }
@@ -48,8 +48,8 @@ class TEditorPages : public QTabWidget {
 
   // Returns the full Windows paths of the files on the pages, the one in front last.
   std::vector<std::string> FileNames() const;
-  // Sets what is shown while there are no pages, as HTML. OnLink is called with the target of a link that the user
-  // clicks.
+  // Sets what is shown while there are no pages, as HTML. OnLink is called with the target of a link that the
+  // user clicks.
   void SetHint(const QString& html);
   std::function<void(const QString& target)> OnLink;
 

@@ -27,8 +27,8 @@ constexpr char kFilter[] =
 constexpr const char* kProjectNames[] = {"*.groupproj", "*.bdsgroup", "*.bpg", "*.dproj",
                                          "*.bdsproj",   "*.dpr",      "*.dpk"};
 
-// Returns the project or group of a folder: the only file of the first kind that the folder has. Empty if there
-// are several or none.
+// Returns the project or group of a folder: the only file of the first kind that the folder has. Empty if
+// there are several or none.
 QString ProjectIn(const QDir& folder) {
   for (const char* const name : kProjectNames) {
     const QStringList found = folder.entryList({name}, QDir::Files);

@@ -1,5 +1,5 @@
-// The File menu of the host's window, and what it does: opens, saves and closes projects and files. Projects, files
-// and folders with a project can be dropped on the window too.
+// The File menu of the host's window, and what it does: opens, saves and closes projects and files. Projects,
+// files and folders with a project can be dropped on the window too.
 //
 //   TFileCommands files(menu, host, pages, window);
 //   files.OnRun = [this](const std::function<void()>& event) { Run(event); };
@@ -29,11 +29,12 @@ class TEditorPages;
 
 class TFileCommands : public QObject {
  public:
-  // Adds the items to "FileMenu". Nothing is owned; all must outlive this object. Answers the host's OnQuerySave.
+  // Adds the items to "FileMenu". Nothing is owned; all must outlive this object. Answers the host's
+  // OnQuerySave.
   TFileCommands(THostMenu& menu, host::THost& host, TEditorPages& pages, QWidget& window);
 
-  // Opens a project or a group, a full Windows path, in place of the open one. Returns false if that failed, after a
-  // message to the user, or if the user cancelled.
+  // Opens a project or a group, a full Windows path, in place of the open one. Returns false if that failed,
+  // after a message to the user, or if the user cancelled.
   bool OpenProject(std::string_view fileName);
   // Opens a file of the project, or brings its editor to the front. Raises the exceptions of opening it.
   void OpenFile(const std::string& fileName);

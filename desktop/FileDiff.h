@@ -19,8 +19,8 @@ namespace desktop {
 // The lines of both versions, compared.
 class TFileDiff {
  public:
-  // The arguments are the bytes of a source or form file. With `ignoreSpace`, lines that differ in white space
-  // only are the same. Differences in line ends are ignored in any case.
+  // The arguments are the bytes of a source or form file. With `ignoreSpace`, lines that differ in white
+  // space only are the same. Differences in line ends are ignored in any case.
   TFileDiff(std::string_view before, std::string_view after, bool ignoreSpace);
   TFileDiff(const TFileDiff&) = delete;  // the lines point into the texts
   TFileDiff& operator=(const TFileDiff&) = delete;

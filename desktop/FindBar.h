@@ -18,7 +18,8 @@ class TFindBar : public QWidget {
   // `editor` returns the editor to search in, or null.
   TFindBar(std::function<TSourceEditor*()> editor, QWidget* parent);
 
-  // Shows the bar, with or without the row for replacing, and takes the selected text as what is searched for.
+  // Shows the bar, with or without the row for replacing, and takes the selected text as what is searched
+  // for.
   void Open(bool withReplace);
   // Finds again what was searched for. Opens the bar if that is nothing.
   void FindAgain(bool forward);

@@ -51,6 +51,11 @@ class TFindingsFilter : public QSortFilterProxyModel {
 
 namespace {
 
+constexpr char kNotKept[] =
+    "The findings of this run are not known: they are kept only for runs that are started in this window. "
+    "Preview the "
+    "migration, or use \"kvamigrate check\", to see what is left now.";
+
 // Returns a line of the page with the advice.
 QString Row(const char* title, const std::string& text, bool isSource) {
   if (text.empty()) return {};
@@ -129,8 +134,8 @@ QWidget* TFindingsPage::NewBar() {
   groups->setCurrentIndex(1);
   auto* const hideDone = new QCheckBox("&Hide done");
   hideDone->setObjectName("FindingsHideDone");
-  auto* const exportButton = new QPushButton("E&xport...");
-  exportButton->setObjectName("FindingsExport");
+  FExport = new QPushButton("E&xport...");
+  FExport->setObjectName("FindingsExport");
   FStatus->setObjectName("FindingsStatus");
   connect(field, &QLineEdit::textChanged, this, [this](const QString& text) {
     FFilter->setFilterFixedString(text);
@@ -141,31 +146,37 @@ QWidget* TFindingsPage::NewBar() {
     FTable->setRootIsDecorated(index != 0);
   });
   connect(hideDone, &QCheckBox::toggled, this, [this](bool isOn) { FFilter->HideDone(isOn); });
-  connect(exportButton, &QPushButton::clicked, this, [this] { AskExport(); });
+  connect(FExport, &QPushButton::clicked, this, [this] { AskExport(); });
   auto* const bar = new QWidget;
   auto* const layout = new QHBoxLayout(bar);
   layout->setContentsMargins(4, 0, 4, 0);
   layout->addWidget(field, 1);
-  for (QWidget* const widget : std::initializer_list<QWidget*>{groups, hideDone, FStatus, exportButton})
+  for (QWidget* const widget : std::initializer_list<QWidget*>{groups, hideDone, FStatus, FExport})
     layout->addWidget(widget);
   return bar;
 }
 
-void TFindingsPage::Show(report::TReport report, TReviewMarks& marks) {
+void TFindingsPage::Show(TReportPtr report, TReviewMarks& marks) {
+  static const report::TReport kNone;
+  FModel->Show(report ? *report : kNone, marks);
   FReport = std::move(report);
-  FModel->Show(FReport, marks);
+  FExport->setEnabled(FReport != nullptr);
   ShowStatus();
   ShowAdvice();
 }
 
 void TFindingsPage::ShowStatus() {
-  FStatus->setText(QString("%1 left, %2 done").arg(FModel->Count() - FModel->Done()).arg(FModel->Done()));
+  FStatus->setText(FReport
+                       ? QString("%1 left, %2 done").arg(FModel->Count() - FModel->Done()).arg(FModel->Done())
+                       : QString());
 }
 
 void TFindingsPage::ShowAdvice() {
   const mig::TFinding* const finding = FModel->FindingAt(FFilter->mapToSource(FTable->currentIndex()));
   if (finding == nullptr) {
-    FAdvice->setText(FModel->Count() == 0 ? "Nothing is left to do by hand." : QString());
+    FAdvice->setText(!FReport               ? QString(kNotKept)
+                     : FModel->Count() == 0 ? QString("Nothing is left to do by hand.")
+                                            : QString());
     return;
   }
   FAdvice->setText("<table>" + Row("What", mig::MessageOf(*finding), false) +
@@ -187,7 +198,7 @@ void TFindingsPage::OpenCurrent() {
 QString TFindingsPage::Export(const QString& fileName) const {
   try {
     const std::string path = win::ToWindowsPath(FromQt(fileName));
-    const std::string text = report::MakeReport(FReport, FromQt(fileName));
+    const std::string text = report::MakeReport(*FReport, FromQt(fileName));
     if (!path.empty() && win::ReplaceFileContents(path, text)) return {};
     return ToQt("The report \"" + FromQt(fileName) + "\" could not be written. " +
                 win::SysErrorMessage(win::GetLastError()));

@@ -8,11 +8,12 @@
 #include <string>
 
 #include "desktop/FindingsModel.h"
+#include "desktop/RunReport.h"
 
 class QAction;
 class QComboBox;
 class QLabel;
-class QLineEdit;
+class QPushButton;
 class QTreeView;
 
 namespace desktop {
@@ -24,8 +25,9 @@ class TFindingsPage : public QWidget {
   explicit TFindingsPage(QWidget* parent);
   ~TFindingsPage() override;
 
-  // Shows the findings of a run. `marks` is not owned and must outlive its use; the report is kept.
-  void Show(report::TReport report, TReviewMarks& marks);
+  // Shows the findings of a run. Null means that they are not known, which the page says. `marks` is not
+  // owned and must outlive its use.
+  void Show(TReportPtr report, TReviewMarks& marks);
   TFindingsModel& Model() const { return *FModel; }
   // Writes the report in the format of the extension of `fileName`, a host path. Returns an empty text, or a
   // message.
@@ -48,7 +50,8 @@ class TFindingsPage : public QWidget {
   QTreeView* FTable;
   QLabel* FStatus;
   QLabel* FAdvice;
-  report::TReport FReport;
+  QPushButton* FExport = nullptr;
+  TReportPtr FReport;
 };
 
 }  // namespace desktop

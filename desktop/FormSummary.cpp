@@ -23,7 +23,8 @@ std::string ToUtf8(std::string_view text, const qrl::TEncoding& encoding) {
   return encoding == qrl::TEncoding::Default() ? win::SourceToUtf8(text) : std::string(text);
 }
 
-// Removes a string with a one-byte length prefix from the beginning of `data`. Returns nullopt if it is cut off.
+// Removes a string with a one-byte length prefix from the beginning of `data`. Returns nullopt if it is cut
+// off.
 std::optional<std::string_view> TakeShortString(std::string_view& data) {
   if (data.empty()) return std::nullopt;
   const size_t length = static_cast<uint8_t>(data.front());

@@ -27,7 +27,8 @@ struct TMenuEntry {
 
 class THostMenu {
  public:
-  // Neither `menu` nor `bar` is owned; both must outlive this object. `run` calls the handler of a clicked item.
+  // Neither `menu` nor `bar` is owned; both must outlive this object. `run` calls the handler of a clicked
+  // item.
   THostMenu(rtl::TMainMenu& menu, QMenuBar& bar, std::function<void(const std::function<void()>&)> run);
 
   rtl::TMenuItem& Add(const TMenuEntry& entry);
@@ -35,8 +36,8 @@ class THostMenu {
   // Enables or disables the item of that name, which must exist.
   void Enable(const char* name, bool isEnabled) { ActionOf(name).setEnabled(isEnabled); }
   QAction& ActionOf(const char* name);
-  // Returns the first item that a wizard has added: of a top-level menu that was not there from the start. Null if
-  // there is none.
+  // Returns the first item that a wizard has added: of a top-level menu that was not there from the start.
+  // Null if there is none.
   QAction* WizardAction();
   // Shows the menu as it is now, after another has changed it.
   void Sync() { FBinding.Sync(); }
@@ -48,8 +49,8 @@ class THostMenu {
   TMenuBinding FBinding;
 };
 
-// A list in the menu that changes, such as the recent projects. Its items come after those that the parent had
-// when the list was first shown.
+// A list in the menu that changes, such as the recent projects. Its items come after those that the parent
+// had when the list was first shown.
 class TMenuList {
  public:
   // Calls `onClick` with the index of a clicked entry, 0-based. The menu must outlive the list.

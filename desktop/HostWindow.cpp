@@ -9,6 +9,7 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "desktop/ChangesView.h"
 #include "desktop/CodePageChoice.h"
@@ -108,6 +109,7 @@ void THostWindow::MakePanes() {
   FReview->OnPreviewing = [this](const mig::TRunProgress& progress) {
     FProgress.Report("Preview", progress);
   };
+  FReview->OnLog = [this](const std::string& log) { FChanges->ShowLog(ToQt(log)); };
   FReview->OnOpen = [this](const std::string& fileName, int line, int column) {
     Run([&] { OpenFile(fileName); });
     if (TSourceEditor* const page = CurrentEditor()) page->GoToLine(line, column);
@@ -195,7 +197,7 @@ void THostWindow::Run(const std::function<void()>& event) {
   const std::vector<std::string> files = FPages->FileNames();
   const std::string project = FHost.ActiveProject() ? FHost.ActiveProject()->FileName() : std::string();
   FWasClosed = false;
-  FRecord.Clear();
+  FRecord = TRunRecord();
   try {
     event();
     const host::TProject* const now = FHost.ActiveProject();
@@ -209,11 +211,10 @@ void THostWindow::Run(const std::function<void()>& event) {
   FProgress.Close();
   FDiskChanges.Refresh();
   if (!FRecord.IsEmpty()) {
-    FChanges->ShowRun(FRecord);
-    FReview->ShowRun(FRecord);
+    FChanges->ShowWarnings(ToQt(FRecord.Warnings()).trimmed());
     if (!FRecord.Warnings().empty()) FChangesPane->show();
     resizeDocks({FChangesPane}, {height() / 5}, Qt::Vertical);
-    FRecord.Clear();
+    FReview->ShowRun(std::exchange(FRecord, TRunRecord()));
   }
   ShowState();
 }
@@ -264,6 +265,10 @@ void THostWindow::closeEvent(QCloseEvent* event) {
   event->setAccepted(isClosed);
   if (!isClosed) return;
   StoreWindow(*this);
+}
+
+bool THostWindow::IsIdle() const {
+  return FDiskChanges.IsIdle() && FReview->IsIdle() && FCodePages->IsIdle();
 }
 
 TSourceEditor* THostWindow::CurrentEditor() const {

@@ -52,6 +52,8 @@ class THostWindow : public QMainWindow, private host::THostObserver {
 
   host::THost& Host() { return FHost; }
   TMenuBinding& Menu() { return FMenu.Binding(); }
+  // Returns whether no task is reading what a run or another program has changed, or guessing a code page.
+  bool IsIdle() const;
   // Returns the current editor, or null.
   TSourceEditor* CurrentEditor() const;
 

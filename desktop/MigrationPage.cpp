@@ -2,20 +2,18 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "MigWizard/expert/RunQuestions.h"
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/IDEUtils.h"
 #include "MigWizard/run/RExpertRes.h"
 #include "MigWizard/run/UndoFiles.h"
-#include "MigWizard/run/WayBack.h"
 #include "desktop/FindingsPage.h"
 #include "desktop/QtText.h"
 #include "desktop/ReviewPage.h"
-#include "desktop/RunReview.h"
 #include "rtl/forms/Application.h"
 #include "rtl/text/SysUtils.h"
 
@@ -139,10 +137,26 @@ bool TMigrationPage::IsIdle() const {
 
 // --- The preview ---
 
+// A preview reads the files on the disk.
+bool TMigrationPage::MaySave() const {
+  int modified = 0;
+  for (int i = 0; i < FHost.ModuleCount(); ++i) modified += FHost.Module(i).Modified() ? 1 : 0;
+  if (modified == 0) return true;
+  return rtl::Application().Ask(
+             {.Caption = kTitle,
+              .Text = modified == 1 ? "One file with changes is saved first."
+                                    : std::to_string(modified) + " files with changes are saved first.",
+              .Flags = rtl::MB_ICONINFORMATION,
+              .Reasons = {"The preview reads the files on the disk. Nothing else is written."},
+              .Buttons = {"&Save and Preview", "Cancel"},
+              .Cancel = 1}) == 0;
+}
+
 void TMigrationPage::Preview(TFamily family) {
+  if (!MaySave()) return;
   if (!mig::TIDEUtils::SaveProject()) throw rtl::Exception(mig::SProjectNotSaved);
   FDryRun.Preview(family);
-  FMarks = TReviewMarks(MarksOf(FDryRun.Account().Folder));
+  FMarks = TReviewMarks(MarksOf(FDryRun.Report()->Run.Folder));
   ShowPreview();
 }
 
@@ -153,7 +167,7 @@ void TMigrationPage::ShowPreview() {
   FResult->setVisible(FDryRun.HasPreview());
   if (FDryRun.HasPreview()) {
     FFiles->Show(FDryRun.Files(), FDryRun.Rows());
-    FFindings->Show(ReportOf(FDryRun.Account(), /*isPreview=*/true), FMarks);
+    FFindings->Show(FDryRun.Report(), FMarks);
     FResult->setTabText(0, QString("Files (%1)").arg(FDryRun.Files()->Files().size()));
     FResult->setTabText(1, QString("What would be left (%1)").arg(FFindings->Model().Count()));
   }
@@ -178,23 +192,26 @@ void TMigrationPage::ShowOffer() {
 // --- The conversion ---
 
 bool TMigrationPage::Confirm(int files) {
-  QMessageBox box(QMessageBox::Question, kTitle,
-                  QString("Convert %1 %2? Backups are made.").arg(files).arg(files == 1 ? "file" : "files"),
-                  QMessageBox::Cancel, this);
-  QPushButton* const convert = box.addButton("&Convert", QMessageBox::AcceptRole);
-  box.setDefaultButton(convert);
-  box.exec();
-  return box.clickedButton() == convert;
+  const std::string backupDir = FDryRun.BackupDir();
+  return rtl::Application().Ask(
+             {.Caption = kTitle,
+              .Text = std::to_string(files) + (files == 1 ? " file is converted." : " files are converted."),
+              .Flags = rtl::MB_ICONINFORMATION,
+              .Reasons = {"Everything without a tick stays as it is. Modified files are saved first."},
+              .Rows = {{"Backups", backupDir}},
+              .Buttons = {"&Convert", "Cancel"},
+              .Cancel = 1}) == 0;
 }
 
 void TMigrationPage::Convert() {
-  if (!FDryRun.HasPreview() || !Confirm(FFiles->Model().TickedFiles())) return;
+  if (!FDryRun.HasPreview()) return;
+  if (!mig::AskAboutMissingFiles(mig::TIDEUtils::GetMissingFiles(), kTitle)) return;
+  if (!Confirm(FFiles->Model().TickedFiles())) return;
   if (!mig::TIDEUtils::SaveProject()) throw rtl::Exception(mig::SProjectNotSaved);
-  const bool succeeded = FDryRun.Convert(FFiles->Model());
-  ReloadFiles();
-  ShowProject();
-  rtl::Application().MessageBox(succeeded ? mig::SReplaceSuccess : mig::SReplaceFailed, kTitle,
-                                succeeded ? rtl::MB_ICONINFORMATION : rtl::MB_ICONERROR);
+  FDryRun.Convert(FFiles->Model(), [this] {
+    ReloadFiles();
+    ShowProject();
+  });
 }
 
 // Makes the editors show the new files.

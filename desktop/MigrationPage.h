@@ -46,6 +46,7 @@ class TMigrationPage : public QWidget {
   void ShowPreview();
   void ShowOffer();
   void ReloadFiles();
+  bool MaySave() const;
   bool Confirm(int files);
 
   host::THost& FHost;

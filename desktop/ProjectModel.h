@@ -6,8 +6,9 @@
 //   model.SetFilter("data");        // only units whose name or form has this text
 //   model.FileOf(view.currentIndex());
 //
-// The forms of a unit are looked for when its row is shown, and their classes are read when they are shown, so that
-// filling costs no access to the disk. Units that the project names but that do not exist are shown in grey.
+// The forms of a unit are looked for when its row is shown, and their classes are read when they are shown,
+// so that filling costs no access to the disk. Units that the project names but that do not exist are shown
+// in grey.
 #pragma once
 
 #include <QAbstractItemModel>

@@ -25,7 +25,8 @@ using TKind = TProjectModel::TKind;
 
 constexpr int kExpandedUnits = 200;  // up to this number of units all rows are expanded
 
-// Cuts a form's name and class on the right: its middle would tell neither. Names of files are cut in the middle.
+// Cuts a form's name and class on the right: its middle would tell neither. Names of files are cut in the
+// middle.
 class TFormDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;

@@ -19,8 +19,8 @@ class TQuestionWindow : public QDialog {
   // Shows the window until the user has chosen a button, and returns its index.
   int Run();
 
-  // Returns all texts above the buttons, one line each: the text, the reasons, the rows as "label: value", the
-  // details.
+  // Returns all texts above the buttons, one line each: the text, the reasons, the rows as "label: value",
+  // the details.
   const QString& Message() const { return FMessage; }
 
   void reject() override { done(FCancel); }  // the Escape key and the system menu

@@ -23,8 +23,8 @@ class TReviewSet {
     std::string FileName;  // full Windows path
     std::string Before, After;
   };
-  // `folder`, a full Windows path, is the folder of the run; if it is empty, the folder that all files have in
-  // common is taken.
+  // `folder`, a full Windows path, is the folder of the run; if it is empty, the folder that all files have
+  // in common is taken.
   TReviewSet(std::vector<TVersions> files, std::string_view folder);
 
   // Returns the files, ordered by name.

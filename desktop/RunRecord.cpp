@@ -19,10 +19,6 @@ std::string BytesOf(const std::string& fileName) {
 
 }  // namespace
 
-void TRunRecord::Clear() {
-  *this = TRunRecord();
-}
-
 void TRunRecord::Note(std::string_view fileName) {
   if (fileName.empty()) return;
   const auto [place, isNew] = FBefore.try_emplace(win::UpperFileName(fileName));
@@ -30,13 +26,15 @@ void TRunRecord::Note(std::string_view fileName) {
   place->second = BytesOf(FNames.emplace_back(fileName));
 }
 
-std::vector<TRunRecord::TChange> TRunRecord::Changes() const {
-  std::vector<TChange> changes;
-  for (const std::string& name : FNames) {
-    const std::string& before = FBefore.at(win::UpperFileName(name));
+std::vector<TReviewSet::TVersions> TRunRecord::TakeChanges() {
+  std::vector<TReviewSet::TVersions> changes;
+  for (std::string& name : FNames) {
+    std::string& before = FBefore.at(win::UpperFileName(name));
     std::string after = BytesOf(name);
-    if (after != before) changes.push_back({name, before, std::move(after)});
+    if (after != before) changes.push_back({std::move(name), std::move(before), std::move(after)});
   }
+  FNames.clear();
+  FBefore.clear();
   return changes;
 }
 

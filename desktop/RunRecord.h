@@ -1,4 +1,4 @@
-// Records the changes of a run: the bytes of each file before and after it.
+// Records a run while it is going on: the bytes of each file before it, its log, its warnings.
 #pragma once
 
 #include <string>
@@ -6,17 +6,12 @@
 #include <unordered_map>
 #include <vector>
 
+#include "desktop/ReviewSet.h"
+
 namespace desktop {
 
 class TRunRecord {
  public:
-  struct TChange {
-    std::string FileName;  // full Windows path
-    std::string Before;    // the file's bytes; empty if it did not exist
-    std::string After;
-  };
-
-  void Clear();
   bool IsEmpty() const { return FNames.empty() && FWarnings.empty(); }
   // Call this when the run reaches a file and before it changes it. Only the first call for a file has an
   // effect.
@@ -24,9 +19,10 @@ class TRunRecord {
   void NoteLog(std::string_view logFileName) { FLogFileName = logFileName; }
   void NoteWarning(std::string_view message) { FWarnings.append(message).append("\n"); }
 
-  // Returns the files whose bytes differ now, in the order of the run.
-  std::vector<TChange> Changes() const;
-  std::string Log() const;  // UTF-8; empty if no log was written
+  // Reads the files again and returns those whose bytes differ now, in the order of the run. The record
+  // forgets its files. May be called on any thread.
+  std::vector<TReviewSet::TVersions> TakeChanges();
+  std::string Log() const;  // reads the log: UTF-8; empty if none was written
   const std::string& Warnings() const { return FWarnings; }
 
  private:

@@ -1,53 +1,29 @@
 #include "desktop/RunReview.h"
 
-#include <QDateTime>
 #include <QTabWidget>
 #include <QtConcurrentRun>
+#include <utility>
 
-#include "MigWizard/run/FileUtils.h"
-#include "desktop/EarlierRun.h"
 #include "desktop/FileDiff.h"
 #include "desktop/FindingsPage.h"
 #include "desktop/MigrationPage.h"
 #include "desktop/QtText.h"
 #include "desktop/ReviewPage.h"
-#include "desktop/RunRecord.h"
 #include "rtl/forms/Application.h"
-#include "rtl/text/SysUtils.h"
 #include "win/Diagnostics.h"
 #include "win/FileApi.h"
-#include "win/paths/Drives.h"
 
 namespace desktop {
 
-namespace {
-
-// Returns the file with the marks of the run of an undo file.
-std::string MarksOf(const std::string& undoFile) {
-  return mig::JoinPath(rtl::ExtractFileDir(undoFile), kReviewMarksName);
-}
-
-}  // namespace
-
-report::TReport ReportOf(const mig::TRunAccount& account, bool isPreview) {
-  report::TReport report;
-  report.Run.Version = KVA_VERSION;
-  report.Run.Mode = account.Mode;
-  report.Run.Scope = account.IsFolder ? "folder" : "project";
-  report.Run.Path = win::ToHostName(account.Folder);
-  report.Run.Folder = account.Folder;
-  report.Run.Time = FromQt(QDateTime::currentDateTimeUtc().toString("yyyy-MM-ddTHH:mm:ssZ"));
-  report.Run.IsPreview = isPreview;
-  if (!account.BackupDir.empty()) report.Run.BackupFolder = win::ToHostName(account.BackupDir);
-  report.Files = account.Files;
-  return report;
-}
-
 TRunReview::TRunReview(host::THost& host, QTabWidget& pages) : FHost(host), FPages(pages) {
-  QObject::connect(&FEarlier, &QFutureWatcherBase::finished, &FEarlier, [this] {
-    const TEarlierRun run = FEarlier.result();
-    if (run.Set) return ShowSet(run.Set, TReviewMarks(MarksOf(run.UndoFile)), {});
-    rtl::Application().MessageBox(run.Failure, FromQt(FPages.window()->windowTitle()), rtl::MB_ICONERROR);
+  QObject::connect(&FReading, &QFutureWatcherBase::finished, &FReading, [this] {
+    FIsReading = false;
+    ShowRead(FReading.result());
+  });
+  QObject::connect(&FOpening, &QFutureWatcherBase::finished, &FOpening, [this] {
+    FIsOpening = false;
+    const TPlace place = FOpening.result();
+    if (OnOpen) OnOpen(place.FileName, place.Line, place.Column);
   });
 }
 
@@ -80,46 +56,50 @@ void TRunReview::ShowMigration() {
 // --- The last run ---
 
 void TRunReview::NoteAccount(const mig::TRunAccount& account) {
-  FNoted = account;
+  FNoted = ReportOf(account, /*isPreview=*/false);
+  FNotedBackupDir = account.BackupDir;
 }
 
-void TRunReview::ShowRun(const TRunRecord& record) {
-  const std::optional<mig::TRunAccount> account = std::exchange(FNoted, std::nullopt);
-  std::vector<TReviewSet::TVersions> files;
-  for (TRunRecord::TChange& change : record.Changes())
-    files.push_back({std::move(change.FileName), std::move(change.Before), std::move(change.After)});
-  // A restore has no account. Its changes are shown, and the findings of the run before it no longer apply.
-  const bool hasBackups = account && !account->BackupDir.empty() && !files.empty();
-  TReviewSetPtr set =
-      std::make_shared<TReviewSet>(std::move(files), account ? account->Folder : std::string());
-  TReviewMarks marks(hasBackups ? mig::JoinPath(account->BackupDir, kReviewMarksName) : std::string());
-  for (const TReviewFile& file : set->Files()) marks.Set(TReviewMarks::TKind::Reviewed, file.Path, false);
-  ShowSet(std::move(set), std::move(marks),
-          account ? ReportOf(*account, /*isPreview=*/false) : report::TReport());
+// A task that has not ended is no longer of interest.
+void TRunReview::Read(QFuture<TReviewedRun> run) {
+  FIsReading = true;
+  FReading.setFuture(run);
 }
 
-void TRunReview::ShowEarlierRun(const std::string& undoFile) {
-  const std::string folder = TReviewMarks(MarksOf(undoFile)).Folder();
-  FEarlier.setFuture(QtConcurrent::run([undoFile, folder] {
-    TEarlierRun run{undoFile, nullptr, {}};
-    try {
-      run.Set = ReadEarlierRun(undoFile, folder);
-    } catch (const std::exception& error) {
-      run.Failure = error.what();
-    }
-    return run;
+void TRunReview::ShowRun(TRunRecord record) {
+  Read(QtConcurrent::run([record = std::move(record), backupDir = std::exchange(FNotedBackupDir, {}),
+                          report = std::exchange(FNoted, nullptr)]() mutable {
+    return ReadRun(std::move(record), backupDir, report);
   }));
 }
 
-void TRunReview::ShowSet(TReviewSetPtr set, TReviewMarks marks, report::TReport report) {
-  FSet = std::move(set);
-  FMarks = std::make_unique<TReviewMarks>(std::move(marks));
-  FMarks->SetFolder(FSet->Folder());
-  FReport = std::move(report);
-  if (FChanges || !FSet->Files().empty()) AddChangesPage();
-  if (FFindings || !FReport.Files.empty()) AddFindingsPage();
+void TRunReview::ShowEarlierRun(const std::string& undoFile) {
+  Read(QtConcurrent::run(ReadEarlierRun, undoFile));
+}
+
+void TRunReview::ShowRead(const TReviewedRun& run) {
+  if (!run.Failure.empty()) {
+    rtl::Application().MessageBox(run.Failure, FromQt(FPages.window()->windowTitle()), rtl::MB_ICONERROR);
+    return;
+  }
+  if (!run.IsEarlier && OnLog) OnLog(run.Log);
+  if (run.Set->Files().empty() && !run.Report && !run.IsEarlier)
+    return;  // a run that was stopped, for example
+  FRun = run;
+  if (!run.Warning.empty()) win::Diagnose(run.Warning);
+  if (FChanges || !FRun.Set->Files().empty()) AddChangesPage();
+  ShowReport();
   if (FMigration) FMigration->ShowProject();
-  if (!FSet->Files().empty()) ShowChanges();
+  if (!FRun.Set->Files().empty()) ShowChanges();
+}
+
+// After a restore, what the run before it left no longer applies.
+void TRunReview::ShowReport() {
+  if (FRun.Report || FRun.IsEarlier) {
+    AddFindingsPage();
+  } else if (FFindings) {
+    delete FFindings.data();
+  }
 }
 
 void TRunReview::AddChangesPage() {
@@ -131,10 +111,10 @@ void TRunReview::AddChangesPage() {
     FChanges->OnTicked = [this] { StoreReviewed(); };
     FPages.addTab(FChanges, {});
   }
-  FPages.setTabText(FPages.indexOf(FChanges), QString("Changes (%1)").arg(FSet->Files().size()));
-  FChanges->Show(FSet, {});
-  for (size_t i = 0; i < FSet->Files().size(); ++i) {
-    if (FMarks->Has(TReviewMarks::TKind::Reviewed, FSet->Files()[i].Path))
+  FPages.setTabText(FPages.indexOf(FChanges), QString("Changes (%1)").arg(FRun.Set->Files().size()));
+  FChanges->Show(FRun.Set, {});
+  for (size_t i = 0; i < FRun.Set->Files().size(); ++i) {
+    if (FRun.Marks->Has(TReviewMarks::TKind::Reviewed, FRun.Set->Files()[i].Path))
       FChanges->Model().SetTicked(static_cast<int>(i), true);
   }
 }
@@ -148,43 +128,47 @@ void TRunReview::AddFindingsPage() {
     FFindings->OnTicked = [this] { SaveMarks(); };
     FPages.addTab(FFindings, {});
   }
-  FFindings->Show(FReport, *FMarks);
-  FPages.setTabText(FPages.indexOf(FFindings), QString("What is left (%1)").arg(FFindings->Model().Count()));
+  FFindings->Show(FRun.Report, *FRun.Marks);
+  FPages.setTabText(
+      FPages.indexOf(FFindings),
+      FRun.Report ? QString("What is left (%1)").arg(FFindings->Model().Count()) : "What is left");
 }
 
 void TRunReview::ShowChanges() {
-  if (!FSet) return;
+  if (!FRun.Set || FIsReading) return;  // what is being read is shown as soon as it is there
   if (!FChanges) AddChangesPage();
   FPages.setCurrentWidget(FChanges);
   FChanges->setFocus();
 }
 
 void TRunReview::ShowFindings() {
-  if (!FMarks) return;
+  if (!FRun.Report && !FRun.IsEarlier) return;
   if (!FFindings) AddFindingsPage();
   FPages.setCurrentWidget(FFindings);
   FFindings->setFocus();
 }
 
 // Findings have the lines of the file before the run.
-void TRunReview::OpenFinding(const std::string& fileName, int line, int column) const {
-  if (!OnOpen) return;
-  const int index = FSet ? FSet->IndexOf(fileName) : -1;
-  if (index < 0) return OnOpen(fileName, line, column);
-  const TReviewFile& file = FSet->Files()[static_cast<size_t>(index)];
-  OnOpen(fileName, TFileDiff(file.Before, file.After, file.IsForm).NewLineOf(line), 1);
+void TRunReview::OpenFinding(const std::string& fileName, int line, int column) {
+  const int index = FRun.Set ? FRun.Set->IndexOf(fileName) : -1;
+  FIsOpening = true;
+  FOpening.setFuture(QtConcurrent::run([set = FRun.Set, index, place = TPlace{fileName, line, column}] {
+    if (index < 0) return place;
+    const TReviewFile& file = set->Files()[static_cast<size_t>(index)];
+    return TPlace{place.FileName, TFileDiff(file.Before, file.After, file.IsForm).NewLineOf(place.Line), 1};
+  }));
 }
 
 void TRunReview::StoreReviewed() {
-  for (size_t i = 0; i < FSet->Files().size(); ++i)
-    FMarks->Set(TReviewMarks::TKind::Reviewed, FSet->Files()[i].Path,
-                FChanges->Model().IsTicked(static_cast<int>(i)));
+  for (size_t i = 0; i < FRun.Set->Files().size(); ++i)
+    FRun.Marks->Set(TReviewMarks::TKind::Reviewed, FRun.Set->Files()[i].Path,
+                    FChanges->Model().IsTicked(static_cast<int>(i)));
   SaveMarks();
 }
 
 void TRunReview::SaveMarks() const {
-  if (!FMarks->Save())
-    win::Diagnose(FMarks->FileName() + ": cannot be saved. " + win::SysErrorMessage(win::GetLastError()));
+  if (!FRun.Marks->Save())
+    win::Diagnose(FRun.Marks->FileName() + ": cannot be saved. " + win::SysErrorMessage(win::GetLastError()));
 }
 
 }  // namespace desktop

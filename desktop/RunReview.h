@@ -3,21 +3,19 @@
 //
 //   TRunReview review(host, pages);
 //   review.OnOpen = [](const std::string& fileName, int line, int column) { ... };
-//   review.NoteAccount(account);   // during a run
-//   review.ShowRun(record);        // after it
+//   review.NoteAccount(account);         // during a run
+//   review.ShowRun(std::move(record));   // after it
+//
+// Tasks read and compare the files, so that the window never waits for them.
 #pragma once
 
 #include <QFutureWatcher>
 #include <QPointer>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 
-#include "MigWizard/run/FindingsCollector.h"
-#include "desktop/ReviewMarks.h"
-#include "desktop/ReviewSet.h"
-#include "report/Report.h"
+#include "desktop/ReviewedRun.h"
 
 namespace host {
 class THost;
@@ -30,7 +28,6 @@ namespace desktop {
 class TFindingsPage;
 class TMigrationPage;
 class TReviewPage;
-class TRunRecord;
 
 class TRunReview {
  public:
@@ -41,14 +38,15 @@ class TRunReview {
 
   // Takes the account of the current run.
   void NoteAccount(const mig::TRunAccount& account);
-  // Shows the changes of the run that has ended and, if there is an account of it, its findings.
-  void ShowRun(const TRunRecord& record);
+  // Shows the changes of the run that has ended and, if there is an account of it, its findings, as soon as a
+  // task has read the files.
+  void ShowRun(TRunRecord record);
 
-  // Shows the changes of the run with this undo file, a full Windows path, as soon as a task has read them. The ticks
-  // are those that were saved beside it.
+  // The same for the run with this undo file, a full Windows path. The findings and the ticks are those that
+  // were saved beside it.
   void ShowEarlierRun(const std::string& undoFile);
-  // Returns whether no such task runs.
-  bool IsIdle() const { return FEarlier.isFinished(); }
+  // Returns whether no such task runs, and no finding is being opened.
+  bool IsIdle() const { return !FIsReading && !FIsOpening; }
 
   // Shows the host's active project on the page for its migration, or removes the page if none is open.
   void ShowProject();
@@ -57,6 +55,9 @@ class TRunReview {
   void ShowMigration();
   void ShowChanges();
   void ShowFindings();
+
+  // Called with the log of the run that ShowRun shows; UTF-8, and empty if none was written.
+  std::function<void(const std::string& log)> OnLog;
   // Called when the user opens a file, a full Windows path, at a line and a column from 1 of its present
   // version.
   std::function<void(const std::string& fileName, int line, int column)> OnOpen;
@@ -66,33 +67,33 @@ class TRunReview {
   std::function<void(const mig::TRunProgress& progress)> OnPreviewing;
 
  private:
-  // The changes of an earlier run, or why they cannot be shown.
-  struct TEarlierRun {
-    std::string UndoFile;
-    TReviewSetPtr Set;
-    std::string Failure;
+  // A place in the present version of a file.
+  struct TPlace {
+    std::string FileName;
+    int Line = 1, Column = 1;
   };
-  void ShowSet(TReviewSetPtr set, TReviewMarks marks, report::TReport report);
+  void Read(QFuture<TReviewedRun> run);
+  void ShowRead(const TReviewedRun& run);
+  void ShowReport();
   void AddMigrationPage();
   void AddChangesPage();
   void AddFindingsPage();
-  void OpenFinding(const std::string& fileName, int line, int column) const;
+  void OpenFinding(const std::string& fileName, int line, int column);
   void StoreReviewed();
   void SaveMarks() const;
 
   host::THost& FHost;
   QTabWidget& FPages;
-  std::optional<mig::TRunAccount> FNoted;  // of the current run
-  std::unique_ptr<TReviewMarks> FMarks;
-  TReviewSetPtr FSet;
-  report::TReport FReport;
+  TReportPtr FNoted;            // of the current run; null until it has converted its files
+  std::string FNotedBackupDir;  // full Windows path; empty without backups
+  TReviewedRun FRun;            // the run on the pages
   QPointer<TMigrationPage> FMigration;
   QPointer<TReviewPage> FChanges;
   QPointer<TFindingsPage> FFindings;
-  QFutureWatcher<TEarlierRun> FEarlier;
+  QFutureWatcher<TReviewedRun> FReading;
+  bool FIsReading = false;
+  QFutureWatcher<TPlace> FOpening;
+  bool FIsOpening = false;
 };
-
-// Returns the report of a run.
-report::TReport ReportOf(const mig::TRunAccount& account, bool isPreview);
 
 }  // namespace desktop

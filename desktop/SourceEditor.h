@@ -1,8 +1,8 @@
-// The page of one file: its text, coloured, with line numbers. The host's buffer gets the edited text, and changes
-// of the buffer are shown.
+// The page of one file: its text, coloured, with line numbers. The host's buffer gets the edited text, and
+// changes of the buffer are shown.
 //
-// A change that comes from outside, as from a run, is one step that the user can undo. After everything up to the
-// saved state is undone, the buffer is not modified any more.
+// A change that comes from outside, as from a run, is one step that the user can undo. After everything up to
+// the saved state is undone, the buffer is not modified any more.
 //
 // A large file is loaded by a task. Until it has ended, the page shows a notice and cannot be edited.
 #pragma once
@@ -22,9 +22,8 @@ namespace desktop {
 
 class TSourceEditor : public QsciScintilla {
  public:
-  // Raises the exceptions of reading a small file; OnFailed tells those of a large one. Keeps the editor's module
-  // alive.
-  // `parent` must not be null; its palette gives the colours.
+  // Raises the exceptions of reading a small file; OnFailed tells those of a large one. Keeps the editor's
+  // module alive. `parent` must not be null; its palette gives the colours.
   TSourceEditor(host::TFileEditor& editor, QWidget* parent);
   ~TSourceEditor() override;
 
@@ -49,15 +48,15 @@ class TSourceEditor : public QsciScintilla {
   // Calls `change`, which changes the text in any number of places, and makes it one step of undo.
   void ChangeTogether(const std::function<void()>& change);
 
-  // Returns the code page in which the file is read: its own, or the source code page. 0 for files with a mark, and
-  // while it is loading.
+  // Returns the code page in which the file is read: its own, or the source code page. 0 for files with a
+  // mark, and while it is loading.
   uint32_t CodePage() const;
   // Returns the code page that the file seems to be in, if it is another one; otherwise 0.
   uint32_t SuggestedCodePage() const { return FSuggested; }
   void DismissSuggestion() { FSuggested = 0; }
-  // Reads the file in another code page of win::SupportedCodePages, 0 for the source code page. Changes that were
-  // made are kept as the bytes that they were, and their undo steps are gone. Raises
-  // rtl::EParserError if the text is half a form; nothing has changed then.
+  // Reads the file in another code page of win::SupportedCodePages, 0 for the source code page. Changes that
+  // were made are kept as the bytes that they were, and their undo steps are gone. Raises rtl::EParserError
+  // if the text is half a form; nothing has changed then.
   void SetCodePage(uint32_t codePage);
 
   // Called after the text has been loaded, or replaced by that of a changed buffer.

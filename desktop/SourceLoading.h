@@ -1,4 +1,5 @@
-// Reads a file for its editor and decodes it: a large file on a worker thread, so that the window answers meanwhile.
+// Reads a file for its editor and decodes it: a large file on a worker thread, so that the window answers
+// meanwhile.
 //
 //   TSourceLoading loading;
 //   loading.OnLoaded = [&](TLoadedSource source) { Show(source.Text); };
@@ -30,9 +31,10 @@ class TSourceLoading {
   TSourceLoading(const TSourceLoading&) = delete;
   TSourceLoading& operator=(const TSourceLoading&) = delete;
 
-  // Decodes the contents of the buffer, in place of an earlier loading that has not ended, and calls OnLoaded: at
-  // once for a small file, otherwise later. If the buffer has not been loaded it is then. Raises the exceptions of
-  // reading a small file. The buffer must outlive the loading. If it changes, call Start again.
+  // Decodes the contents of the buffer, in place of an earlier loading that has not ended, and calls
+  // OnLoaded: at once for a small file, otherwise later. If the buffer has not been loaded it is then. Raises
+  // the exceptions of reading a small file. The buffer must outlive the loading. If it changes, call Start
+  // again.
   void Start(host::TFileBuffer& buffer, bool isForm);
   // Forgets the loading. OnLoaded and OnFailed are not called any more.
   void Cancel() { FTask.reset(); }

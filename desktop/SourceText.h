@@ -3,9 +3,9 @@
 //   TSourceText source(bytes, /*isForm=*/true);
 //   std::optional<std::string> again = source.Encode(source.Text(), missing);   // == bytes
 //
-// A file can be edited only if its text converts back to exactly its bytes. All other files are read-only, such as
-// those with bytes that the code page lacks. A binary form is shown as indented text, and becomes a binary form
-// again.
+// A file can be edited only if its text converts back to exactly its bytes. All other files are read-only,
+// such as those with bytes that the code page lacks. A binary form is shown as indented text, and becomes a
+// binary form again.
 #pragma once
 
 #include <QString>
@@ -19,8 +19,8 @@ namespace desktop {
 
 class TSourceText {
  public:
-  // `bytes` are those of a file, including a byte order mark. With `isForm`, binary forms are recognised. Without a
-  // mark the text is in `codePage`, one of win::SupportedCodePages, or 0 for the source code page.
+  // `bytes` are those of a file, including a byte order mark. With `isForm`, binary forms are recognised.
+  // Without a mark the text is in `codePage`, one of win::SupportedCodePages, or 0 for the source code page.
   // Raises nothing: if the file cannot be read as text, the text is empty and ReadOnlyReason has the reason.
   TSourceText(std::string_view bytes, bool isForm, uint32_t codePage = 0);
 
@@ -36,11 +36,12 @@ class TSourceText {
   const QString& ReadOnlyReason() const { return FReadOnlyReason; }
   void MakeReadOnly(const QString& reason) { FReadOnlyReason = reason; }
 
-  // Returns whether the encoding has all characters of `text`. If not, stores the first that it lacks in `missing`.
+  // Returns whether the encoding has all characters of `text`. If not, stores the first that it lacks in
+  // `missing`.
   bool CanHold(const QString& text, QString& missing) const;
-  // Returns the bytes of a file of this kind with that text, whose lines end as in Text. If the encoding lacks one
-  // of its characters, returns nullopt and stores that character in `missing`. Raises rtl::EParserError "Form text,
-  // line N: ..." if this is a binary form and the text is not a valid form.
+  // Returns the bytes of a file of this kind with that text, whose lines end as in Text. If the encoding
+  // lacks one of its characters, returns nullopt and stores that character in `missing`. Raises
+  // rtl::EParserError "Form text, line N: ..." if this is a binary form and the text is not a valid form.
   std::optional<std::string> Encode(const QString& text, QString& missing) const;
 
  private:

@@ -28,13 +28,14 @@ struct TTextSearch {
 
   // All of them raise ESearch if Text is no regular expression; nothing has changed then.
 
-  // Selects the next match after the selection, or the last one before it, and goes on at the other end of the
-  // text. Returns false, and keeps the selection, if there is no match.
+  // Selects the next match after the selection, or the last one before it, and goes on at the other end of
+  // the text. Returns false, and keeps the selection, if there is no match.
   [[nodiscard]] bool FindNext(TSourceEditor& editor, bool forward) const;
-  // Replaces the selection if it is a match, and selects the next match. In `replacement` for a regular expression,
-  // \1 to \9 stand for its groups. Returns whether there is a next match.
+  // Replaces the selection if it is a match, and selects the next match. In `replacement` for a regular
+  // expression, \1 to \9 stand for its groups. Returns whether there is a next match.
   bool Replace(TSourceEditor& editor, const QString& replacement) const;
-  // Replaces all matches as one step of undo. Returns their number, or 0 if the file cannot hold `replacement`.
+  // Replaces all matches as one step of undo. Returns their number, or 0 if the file cannot hold
+  // `replacement`.
   int ReplaceAll(TSourceEditor& editor, const QString& replacement) const;
 
  private:

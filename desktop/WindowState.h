@@ -6,12 +6,13 @@ class QIcon;
 
 namespace desktop {
 
-// Gives a window the size and the panes that it had at its last StoreWindow, or a size that fits its screen. Call
-// it after the panes were made; each must have an object name.
+// Gives a window the size and the panes that it had at its last StoreWindow, or a size that fits its screen.
+// Call it after the panes were made; each must have an object name.
 void RestoreWindow(QMainWindow& window);
 void StoreWindow(const QMainWindow& window);
 
-// Returns the program's icon: that of the desktop's icon theme if the program is installed, otherwise a drawn one.
+// Returns the program's icon: that of the desktop's icon theme if the program is installed, otherwise a drawn
+// one.
 QIcon WindowIcon();
 
 }  // namespace desktop

@@ -77,17 +77,21 @@ bool TFileBuffer::Save(bool overwriteChanged) {
 
 bool TFileBuffer::Reload() {
   if (!IsLoaded()) return true;
-  const std::optional<std::string> before = FOnDisk;
   try {
-    SetContents(ReadContents(FFileName));
+    Reload(ReadContents(FFileName));
   } catch (const rtl::EStreamError&) {
     return false;
   }
-  if (!Modified() && FOnDisk == before) return true;
+  return true;
+}
+
+void TFileBuffer::Reload(TContents contents) {
+  const bool isSame = !Modified() && FOnDisk == contents.Bytes;
+  SetContents(std::move(contents));
+  if (isSame) return;
   FMake = nullptr;
   FChanged.reset();
   BytesChanged();
-  return true;
 }
 
 }  // namespace host

@@ -48,6 +48,8 @@ class TFileBuffer {
   // Returns a number that grows with each change of the bytes in memory, and not when they are saved.
   uint64_t Version() const { return FVersion; }
 
+  // Returns the stamp of the file that was loaded or saved last; none before, and if the file system has none.
+  const std::optional<win::TFileStamp>& Stamp() const { return FLoaded; }
   // Returns whether the file exists and is not the one that was loaded or saved last: somebody has written or
   // replaced it since.
   bool ChangedOnDisk() const;
@@ -61,6 +63,8 @@ class TFileBuffer {
   // Reads the file again and discards the changes in memory. Returns false if the file cannot be read; the
   // buffer is then as before. A buffer that was not loaded yet is not loaded.
   [[nodiscard]] bool Reload();
+  // Discards the changes in memory and takes what ReadContents has returned for the file.
+  void Reload(TContents contents);
 
   // The code page in which people read the file, if it has no byte order mark; 0 for the source code page.
   uint32_t CodePage() const { return FCodePage; }

@@ -47,8 +47,7 @@ void Watch(mig::TComponentReplacer& replacer, const char* mode, const TIntf<IHos
   }
   replacer.OnProgress = [&replacer, runtime](const mig::TRunProgress& progress) {
     const std::string title = replacer.Options().GetTitle();
-    const bool isRestoring = progress.Phase == mig::TRunPhase::Restoring;
-    const std::string logFileName = isRestoring ? std::string() : replacer.LogFileName();
+    const std::string logFileName = replacer.LogFileName();
     runtime->RunAdvanced({.Title = title,
                           .FileName = progress.FileName,
                           .LogFileName = logFileName,

@@ -2,6 +2,8 @@
 // engine.
 #include <QLabel>
 #include <QListWidget>
+#include <QScreen>
+#include <QScrollArea>
 #include <map>
 
 #include "MigWizard/wizard/Wizard.h"
@@ -35,11 +37,7 @@ class DesktopTest : public tests::TWindowTest {
   }
   void BeforeAct(QWidget& window) override {
     TakePicture(window);
-    for (const QLabel* const label : window.findChildren<QLabel*>()) {
-      const QRect inside = label->contentsRect();
-      if (!label->isVisible() || !label->wordWrap()) continue;
-      EXPECT_GE(inside.height(), label->heightForWidth(inside.width())) << label->text().toStdString();
-    }
+    ExpectWholeTexts(window);
   }
   static TAct Check(std::function<void(mig::TWizardForm&)> check) {
     return [=](QWidget&) { check(*mig::WizardForm); };
@@ -149,6 +147,27 @@ TEST_F(DesktopTest, ARunCanBeStoppedBetweenTwoFiles) {
   };
   EXPECT_TRUE(QTest::qWaitFor(stops, 30000));
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+// A question with more than any screen holds: nothing is cut, and what does not fit scrolls.
+TEST_F(DesktopTest, LongQuestionsStayOnTheScreen) {
+  std::string path = "C:";
+  for (int i = 0; i < 40; ++i) path += "\\" + std::string(12, 'x');
+  rtl::TQuestion question{.Caption = "Test",
+                          .Text = "\"" + path + "\" cannot be read.",
+                          .Flags = rtl::MB_ICONERROR,
+                          .Reasons = std::vector<std::string>(30, "A reason with \"" + path + "\" in it."),
+                          .Rows = {{"Backups", path}, {"", path}, {"Objects", "20 converted"}},
+                          .Details = std::vector<std::string>(5000, path),
+                          .Buttons = {"&One", "Cancel"}};
+  Do([&] { FFrontEnd.Ask(question); }, {[&](QWidget& window) {
+       const QRect screen = window.screen()->availableGeometry();
+       EXPECT_LE(window.height(), screen.height());
+       EXPECT_LE(window.width(), screen.width());
+       const auto* texts = window.findChild<QScrollArea*>("Texts");
+       EXPECT_LE(texts->widget()->width(), texts->viewport()->width()) << "only down";
+       Click("One")(window);
+     }});
 }
 
 TEST(FilterTest, OfAPicker) {

@@ -153,7 +153,19 @@ TEST_F(EditorTest, TheCodePageIsGuessedAndChosen) {
       Find<QLabel>("CodePageText").text().toStdString(),
       "The sources of this project seem to be in code page 1251 (Cyrillic), and are read in 1252 (Western "
       "European).");
-  Find<QPushButton>("CodePageKeep").click();
+  // In a narrow window the buttons are below the text.
+  auto& text = Find<QLabel>("CodePageText");
+  auto& keep = Find<QPushButton>("CodePageKeep");
+  for (const bool isNarrow : {false, true}) {
+    FWindow.resize(isNarrow ? 700 : 1900, 600);
+    QCoreApplication::processEvents();
+    TakePicture(FWindow);
+    EXPECT_EQ(text.mapTo(&FWindow, QPoint()).x() < keep.mapTo(&FWindow, QPoint()).x() &&
+                  text.mapTo(&FWindow, QPoint()).y() < keep.mapTo(&FWindow, QPoint()).y(),
+              isNarrow);
+    ExpectWholeTexts(FWindow);
+  }
+  keep.click();
   EXPECT_TRUE(Find<QFrame>("CodePageBar").isHidden());
   FWindow.OpenFile("C:\\App\\Russian.pas");
   EXPECT_EQ(Find<QLabel>("CodePageText").text().toStdString(),

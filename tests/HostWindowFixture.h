@@ -19,6 +19,19 @@ class THostWindowTest : public TWindowTest {
     FWindow.show();
     ASSERT_TRUE(FWindow.LoadWizard(win::ToWindowsPath(KVA_EXPERT_MODULE)));
     ASSERT_TRUE(FWindow.OpenProject(project));
+    Settle();
+  }
+  // Waits for the tasks that read files.
+  void Settle() {
+    EXPECT_TRUE(QTest::qWaitFor([&] { return FWindow.IsIdle(); }, 30000));
+  }
+  void Do(const std::function<void()>& use, TActs acts) {
+    TWindowTest::Do(
+        [&] {
+          use();
+          Settle();
+        },
+        std::move(acts));
   }
   void Trigger(const char* item) {
     FWindow.Menu().ActionOf(*FWindow.Host().MainMenu().FindItem(item))->trigger();

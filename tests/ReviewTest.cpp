@@ -28,6 +28,7 @@ namespace {
 namespace fs = std::filesystem;
 using desktop::ToQt;
 using TKind = desktop::TPaneLine::TKind;
+using TTexts = std::vector<std::string>;
 
 // Returns the lines of a pane with their numbers and signs, and with changed words in brackets.
 std::string Shown(const desktop::TPaneText& pane) {
@@ -155,6 +156,15 @@ class ReviewTest : public tests::THostWindowTest {
            std::to_string(line.OldLine) + '/' + std::to_string(line.NewLine);
   }
 
+  // Chooses the undo file of the application in a file dialog.
+  TAct PickUndoFile() {
+    return [this](QWidget& window) {
+      auto& dialog = dynamic_cast<QFileDialog&>(window);
+      dialog.findChild<QLineEdit*>("fileNameEdit")
+          ->setText(ToQt(FScratch.HostPath("App/RBackup/RExpert.reu")));
+      static_cast<QDialog&>(dialog).accept();
+    };
+  }
   // Returns the line of the editor's cursor.
   QString CurrentLine() {
     int line = 0, column = 0;
@@ -291,7 +301,24 @@ TEST_F(ReviewTest, ListsWhatIsLeft) {
   table.setCurrentIndex(table.model()->index(table.model()->rowCount() - 1, 0));
   TakePicture(FWindow);
   QTest::keyClick(&table, Qt::Key_Return);
+  Settle();
   EXPECT_EQ(CurrentLine(), "DM.LendingDB.ApplyUpdates([QList]);");
+
+  // At a later time the kept findings are shown, with their ticks, until they are those of another run.
+  const std::string kept = FScratch.HostPath("App/RBackup/Findings.json");
+  EXPECT_EQ(fs::status(kept).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  const auto exported = [&](const char* name) {
+    EXPECT_EQ(page.Export(ToQt(FScratch.HostPath(name))), "");
+    return FScratch.Read(name);
+  };
+  const TTexts before = {exported("left.json"), exported("left.html")};
+  Choose("FileReview", {PickUndoFile()});
+  EXPECT_EQ((TTexts{exported("left.json"), exported("left.html")}), before);
+  EXPECT_EQ(page.findChild<QLabel*>("FindingsStatus")->text(), "48 left, 1 done");
+  const fs::path undoFile = FScratch.HostPath("App/RBackup/RExpert.reu");
+  fs::last_write_time(undoFile, fs::last_write_time(undoFile) + std::chrono::seconds(1));
+  Choose("FileReview", {PickUndoFile()});
+  EXPECT_EQ(page.Model().Count(), 0);
 }
 
 // An earlier run, from its undo file: what it changed as the files are now, and the ticks of its review.
@@ -305,23 +332,19 @@ TEST_F(ReviewTest, ShowsAnEarlierRun) {
   ASSERT_TRUE(migration.BDE().Replace());
   FScratch.Write("App/RBackup/Review.json", R"({"folder": "C:\\App", "reviewed": ["Loans/LoanDesk.pas"]})");
   fs::remove(FScratch.HostPath("App/Loans/LoanDesk.dfm"));
-  const TAct pick = [this](QWidget& window) {
-    auto& dialog = dynamic_cast<QFileDialog&>(window);
-    dialog.findChild<QLineEdit*>("fileNameEdit")->setText(ToQt(FScratch.HostPath("App/RBackup/RExpert.reu")));
-    static_cast<QDialog&>(dialog).accept();
-  };
-  Choose("FileReview", {pick});
-  EXPECT_TRUE(QTest::qWaitFor([&] { return Tab() == "Changes (2)"; }, 30000));
+  Choose("FileReview", {PickUndoFile()});
+  EXPECT_EQ(Tab(), "Changes (2)");
   Wait();
   EXPECT_EQ(Rows(Page().Model()), "- Loans +5 −157\n  . LoanDesk.DFM +0 −152\n  x LoanDesk.pas +5 −5\n");
 
+  Choose("WindowFindings");
+  EXPECT_EQ(
+      Find<QLabel>("Advice").text(),
+      "The findings of this run are not known: they are kept only for runs that are started in this window. "
+      "Preview the migration, or use \"kvamigrate check\", to see what is left now.");
+
   FScratch.Write("App/RBackup/RExpert.reu", "");
-  Do(
-      [&] {
-        Trigger("FileReview");
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !FMessages.empty(); }, 30000));
-      },
-      {pick, Answer(QMessageBox::Ok)});
+  Choose("FileReview", {PickUndoFile(), Answer(QMessageBox::Ok)});
   EXPECT_EQ(FMessages.back(), "The undo file \"C:\\App\\RBackup\\RExpert.reu\" lists nothing.");
 }
 
@@ -374,10 +397,16 @@ TEST_F(ReviewTest, ConvertsWhatIsTicked) {
   model.setData(rowOf("Branch"), Qt::Unchecked, Qt::CheckStateRole);
   model.setData(rowOf("14: TQuery"), Qt::Unchecked, Qt::CheckStateRole);
   EXPECT_EQ(Find<QLabel>("PreviewNote").text(), "Nothing is changed yet. 16 of 18 files are selected.");
-  const auto confirm = [](QWidget& box) { static_cast<QMessageBox&>(box).defaultButton()->click(); };
-  Do([&] { Find<QPushButton>("ConvertTicked").click(); }, {confirm, TWindowTest::Press(Qt::Key_Return)});
-  EXPECT_EQ(FMessages, (std::vector<std::string>{"Convert 16 files? Backups are made.",
-                                                 "Replace procedure was performed sucessfully."}));
+  const auto convert = [&](TActs acts) {
+    FMessages.clear();
+    acts.push_front(TWindowTest::Press(Qt::Key_Return));
+    Do([&] { Find<QPushButton>("ConvertTicked").click(); }, std::move(acts));
+  };
+  convert({TWindowTest::Press(Qt::Key_Return)});
+  const std::string replaced = "Replace procedure was performed sucessfully.";
+  EXPECT_EQ(Headlines(), (TTexts{"16 files are converted.", replaced}));
+  EXPECT_TRUE(FMessages[0].ends_with("Backups: C:\\App\\RBackup")) << FMessages[0];
+  EXPECT_TRUE(FMessages[1].ends_with("Way back: C:\\App\\RBackup\\RExpert.reu")) << FMessages[1];
   std::string kept, partial;
   for (const desktop::TReviewFile& file : set->Files()) {
     const std::string now = FScratch.Read("App/" + file.Path);
@@ -390,6 +419,18 @@ TEST_F(ReviewTest, ConvertsWhatIsTicked) {
   EXPECT_EQ(kept, "Common/Branch.dfm\nCommon/Branch.pas\n");
   EXPECT_EQ(partial, "Common/Period.pas\n");
   EXPECT_EQ(Tab(), "Changes (16)");
+
+  // The rest, into another backup folder, and taken back at once.
+  Choose("WindowMigration");
+  Do([&] { Find<QPushButton>("PreviewBDE").click(); }, {});
+  wait();
+  const desktop::TReviewSetPtr rest = model.Set();
+  convert({Click("UndoThisRun"), Click("OKBtn"), TWindowTest::Press(Qt::Key_Return)});
+  EXPECT_EQ(Headlines(), (TTexts{std::to_string(rest->Files().size()) + " files are converted.", replaced,
+                                 "Files were succefully restored."}));
+  EXPECT_TRUE(FMessages[0].ends_with("Backups: C:\\App\\RBackup.2")) << FMessages[0];
+  for (const desktop::TReviewFile& file : rest->Files())
+    EXPECT_EQ(FScratch.Read("App/" + file.Path), file.Before);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
@@ -68,13 +69,23 @@ class TWindowTest : public testing::Test {
   }
   virtual void BeforeAct(QWidget&) {}
 
-  // Waits within an act until `condition` holds, and performs no other act meanwhile. Returns whether it does.
+  // Waits within an act until `condition` holds, and performs no other act meanwhile. Returns whether it
+  // does.
   template <typename TCondition>
   bool WaitFor(TCondition condition) {
     FIsWaiting = true;
     const bool holds = QTest::qWaitFor(condition, 30000);
     FIsWaiting = false;
     return holds;
+  }
+
+  // Checks that no wrapped text is cut at its end.
+  static void ExpectWholeTexts(const QWidget& window) {
+    for (const QLabel* const label : window.findChildren<QLabel*>()) {
+      const QRect inside = label->contentsRect();
+      if (!label->isVisible() || !label->wordWrap()) continue;
+      EXPECT_GE(inside.height(), label->heightForWidth(inside.width())) << label->text().toStdString();
+    }
   }
 
   // Takes a picture for the manual: if KVA_PICTURES names a folder, saves the window's present state there,

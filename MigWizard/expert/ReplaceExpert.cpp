@@ -2,18 +2,16 @@
 
 #include <algorithm>
 
-#include "MigWizard/expert/RunOutcome.h"
+#include "MigWizard/expert/GuidedRun.h"
 #include "MigWizard/expert/RunQuestions.h"
 #include "MigWizard/passes/UnitNames.h"
 #include "MigWizard/run/IDEUtils.h"
 #include "MigWizard/run/RExpertRes.h"
-#include "MigWizard/run/WayBack.h"
 #include "MigWizard/wizard/SaveWarn.h"
 #include "rtl/forms/Application.h"
 #include "rtl/text/Registry.h"
 #include "rtl/text/StringList.h"
 #include "rtl/text/SysUtils.h"
-#include "win/FileApi.h"
 
 namespace mig {
 
@@ -79,15 +77,6 @@ std::vector<std::string> MissingFilesOf(const TReplaceOptions& options) {
   selected.SetText(options.UnitNames);
   if (options.Dest != sdProject || selected.Count() < CountUnits()) return {};
   return TIDEUtils::GetMissingFiles();
-}
-
-// Locks the backup folder, so that no run uses it. Raises ERunIsBusy if one does.
-std::unique_ptr<win::TFileLock> LockFolderOf(std::string_view undoFile) {
-  const std::string folder = rtl::ExtractFileDir(undoFile);
-  auto lock = win::LockFolder(folder);
-  if (!lock && win::GetLastError() == win::ERROR_SHARING_VIOLATION)
-    throw ERunIsBusy("Another run is at work in the folder \"" + folder + "\".");
-  return lock;
 }
 
 }  // namespace
@@ -158,15 +147,9 @@ void TCompReplaceExpert::DoReplace(TComponentReplacer& replacer) {
     }
     HideProjectForms();
   }
-  TOutcomeAnswer answer = TOutcomeAnswer::Nothing;
-  {
-    TRunObserver observer(replacer);
-    const bool replaced = Run(replacer, observer);
-    if (replaced && inProject) ReloadProjectUnits();
-    answer = ShowReplaced(replacer, observer, replaced);
-  }
-  if (answer == TOutcomeAnswer::ShowChanges) TIDEUtils::ShowChanges();
-  if (answer == TOutcomeAnswer::Undo) DoRestore(WayBackOf(options));
+  ReplaceAndTell(replacer, [inProject] {
+    if (inProject) ReloadProjectUnits();
+  });
 }
 
 // Asks whether the run may start, with the options as the user may have changed them here.
@@ -185,47 +168,8 @@ bool TCompReplaceExpert::PrepareRun(TReplaceOptions& options) {
   return answer == TBackupAnswer::Run;
 }
 
-// Runs the replacer, again without damaged files if the user wants that. Raises rtl::EAbort if the run ended and
-// the user has been told why.
-bool TCompReplaceExpert::Run(TComponentReplacer& replacer, TRunObserver& observer) {
-  TReplaceOptions& options = replacer.Options();
-  for (;;) {
-    try {
-      return replacer.Replace();
-    } catch (const EFileConversion& error) {
-      const std::optional<bool> leaveOut = AskToLeaveOut(error, options.GetTitle());
-      if (!leaveOut) throw;
-      if (!*leaveOut) throw rtl::EAbort(error.what());
-    } catch (const rtl::Exception& error) {
-      TOutcomeAnswer answer = TOutcomeAnswer::Nothing;
-      if (!ShowEnded(replacer, observer, error, answer)) throw;
-      if (answer == TOutcomeAnswer::Undo) DoRestore(WayBackOf(options));
-      throw rtl::EAbort(error.what());
-    }
-    options.Policy.KeepGoing = true;
-    observer.Clear();
-  }
-}
-
 void TCompReplaceExpert::DoRestore(std::string_view undoFile) {
-  const std::string title = Options().GetTitle();
-  if (!ShowSaveWarning(title, /*isProject=*/false, /*isRestore=*/true)) return;
-  const auto lock = LockFolderOf(undoFile);
-  TRestoreQuestion question(undoFile, title);
-  try {
-    if (!question.Ask()) return;
-  } catch (const rtl::EStreamError&) {  // raised again below
-  }
-  const std::string project = TIDEUtils::GetProjectFileName();
-  // If the host refuses to close, restores the files anyway.
-  TIDEUtils::CloseProjectGroup();
-  // Closing may have saved files, which are edited then.
-  if (question.Ask()) {
-    TRunObserver observer(GetFirstReplacer());
-    const bool restored = GetFirstReplacer().Restore(question.Plan());
-    ShowRestored(title, restored, question.Plan().Lines().size(), question.LeftOut(), observer.Warnings());
-  }
-  TIDEUtils::OpenProject(project);
+  RestoreAndTell(GetFirstReplacer(), undoFile);
 }
 
 void TCompReplaceExpert::HideProjectForms() {

@@ -23,8 +23,6 @@
 
 namespace mig {
 
-class TRunObserver;
-
 class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWizard> {
  public:
   // `formClass` creates the wizard's form. Replacers are not owned and must outlive the expert; all of them
@@ -64,7 +62,6 @@ class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWiza
 
  private:
   bool PrepareRun(TReplaceOptions& options);
-  bool Run(TComponentReplacer& replacer, TRunObserver& observer);
 
   TReplaceOptions& Options() const { return GetFirstReplacer().Options(); }
   std::string ProductName() const { return qrl::RemoveAmpersands(FProductName); }

@@ -43,7 +43,7 @@ std::string TComponentReplacer::GetReplacement(std::string_view, std::string_vie
 }
 
 std::string TComponentReplacer::LogFileName() const {
-  return FOptions.WriteLog ? JoinPath(RunFolder(FOptions), kLogName) : std::string();
+  return FOptions.WriteLog && !FIsRestoring ? JoinPath(RunFolder(FOptions), kLogName) : std::string();
 }
 
 bool TComponentReplacer::Replace() {
@@ -99,11 +99,13 @@ bool TComponentReplacer::Restore(std::string_view undoFile) {
 
 bool TComponentReplacer::Restore(const TRestorePlan& plan) {
   const int count = static_cast<int>(plan.Lines().size());
+  FIsRestoring = true;
+  const TFinally end([this] { FIsRestoring = false; });
   return plan.Execute(
       [&](int done, const TRestoreLine& line) {
         Report({done, count, line.Original, TRunPhase::Restoring, done, count});
       },
-      OnWarning);
+      OnWarning, [&] { ReportReplacing(TRunPhase::Flushing, count, count); });
 }
 
 }  // namespace mig

@@ -94,7 +94,7 @@ class TComponentReplacer : public TRunHooks {
 
   TReplaceOptions& Options() const { return FOptions; }
   // Returns the full name of the log of a run with the current options, or an empty string if WriteLog is
-  // False.
+  // False, and during a restore.
   std::string LogFileName() const;
 
  protected:
@@ -112,6 +112,7 @@ class TComponentReplacer : public TRunHooks {
   TReplaceOptions& FOptions;
   std::vector<TLeftOut> FLeftOut;
   const TRunSelection* FSelection = nullptr;
+  bool FIsRestoring = false;
 };
 
 }  // namespace mig

@@ -7,6 +7,7 @@
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/HeldFolders.h"
 #include "MigWizard/run/RExpertRes.h"
+#include "MigWizard/run/WorkQueue.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/StringList.h"
 #include "rtl/text/SysUtils.h"
@@ -133,6 +134,23 @@ bool TRestorePlan::CopyAll(const TProgress& onProgress, const TWarning& onWarnin
   return true;
 }
 
+// Flushes on a worker, because this can take long on a slow disk.
+bool TRestorePlan::Flush(const TWarning& onWarning, const std::function<void()>& onFlushing) {
+  std::string reason;
+  bool succeeded = false;
+  TWorkQueue().RunOnWorker(
+      [&] {
+        succeeded = win::FileSystem().FlushWritten();
+        if (!succeeded) reason = LastReason();
+      },
+      [&] {
+        if (onFlushing) onFlushing();
+      });
+  if (!succeeded)
+    onWarning(rtl::Format("The files are restored, but they may not all be on the disk. %s", {reason}));
+  return succeeded;
+}
+
 // Deletes a journal only after the files have been flushed to the disk.
 bool TRestorePlan::DeleteJournals(const TWarning& onWarning) const {
   bool succeeded = true;
@@ -145,7 +163,8 @@ bool TRestorePlan::DeleteJournals(const TWarning& onWarning) const {
   return succeeded;
 }
 
-bool TRestorePlan::Execute(const TProgress& onProgress, const TWarning& onWarning) const {
+bool TRestorePlan::Execute(const TProgress& onProgress, const TWarning& onWarning,
+                           const std::function<void()>& onFlushing) const {
   const TWarning warn = onWarning ? onWarning : [](std::string_view) {};
   if (FLines.empty()) {
     warn("The undo file lists nothing.");
@@ -158,12 +177,7 @@ bool TRestorePlan::Execute(const TProgress& onProgress, const TWarning& onWarnin
     return false;
   }
   const THeldFolders held;
-  if (!CopyAll(onProgress, warn)) return false;
-  if (!win::FileSystem().FlushWritten()) {
-    warn(rtl::Format("The files are restored, but they may not all be on the disk. %s", {LastReason()}));
-    return false;
-  }
-  return DeleteJournals(warn);
+  return CopyAll(onProgress, warn) && Flush(warn, onFlushing) && DeleteJournals(warn);
 }
 
 }  // namespace mig
