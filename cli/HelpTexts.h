@@ -9,17 +9,17 @@ inline constexpr char kAbout[] =
 
 inline constexpr char kGeneralFooter[] = R"(Examples:
   kvamigrate replace --mode bde --folder orders --subfolders
-      convert every unit below the folder, and the forms that they name
+      convert every unit below the folder, and the forms that the units name
   kvamigrate replace --mode ibx Orders.dproj
       convert the units of a project and their forms
   kvamigrate restore orders
-      put every file back as it was before the last run
+      undo the last run
   kvamigrate help replace
       all options of a command
 
 Exit status:
-  0    everything that was asked for was done
-  1    it was done in part: each file that was left out is named
+  0    everything requested was done
+  1    it was done in part; each file that was left out is named
   2    the command line is wrong; nothing was touched
   3    an error stopped the command; the originals are untouched unless the
        message says otherwise
@@ -27,12 +27,12 @@ Exit status:
   130  Ctrl-C stopped the command (128 and the number of the signal))";
 
 inline constexpr char kReplaceFooter[] = R"(What a run does:
-  Each file that changes is copied to the backup folder first, under an
-  extension with "~" (Unit1.~pas). After all files are converted, the changed
-  versions take the place of the originals, each in one step. The undo file
-  RExpert.reu in the backup folder is what "kvamigrate restore" needs.
-  Wiz_Log.txt, in the folder of the run, lists every file with its changes.
-  With --interactive, nothing is replaced before the last answer.
+  Each file that changes is first copied to the backup folder, with a "~" in its
+  extension (Unit1.~pas). After all files are converted, the changed versions
+  replace the originals, each in one step. "kvamigrate restore" needs the undo
+  file RExpert.reu in the backup folder. Wiz_Log.txt, in the folder of the run,
+  lists every file with the number of its changes. With --interactive, nothing
+  is replaced before the last answer.
 
 Examples:
   kvamigrate replace --mode bde src --subfolders --exclude "old/*"
@@ -43,12 +43,14 @@ Examples:
 inline constexpr char kReplaceDrives[] = R"(
   kvamigrate replace --mode bde "C:\Src" --drive C=/srv/checkout --codepage 1251)";
 
-inline constexpr char kCheckFooter[] = R"(Every finding is a line on standard output, as compilers write them:
+inline constexpr char kCheckFooter[] =
+    R"(Every finding is a line on standard output, in the format of compilers:
   Main.dfm(120,5): warning dropped-property: ...
 
-Before a migration, this is what it costs; after it, what is still to do. In a
-build, it keeps the old components out. The exit status is 0 if there is nothing
-to convert and no finding is an error or a warning; otherwise 4.
+Before a migration, the findings show how much work it will be; after it, how
+much is left. Use check in a build to keep the old components out: the exit
+status is 0 if there is nothing to convert and no finding is an error or a
+warning; otherwise 4.
 
 Examples:
   kvamigrate check --mode bde src --subfolders --report check.html
@@ -56,13 +58,13 @@ Examples:
   kvamigrate check --mode bde Orders.dproj --baseline before.json)";
 
 inline constexpr char kRestoreFooter[] =
-    R"(Nothing is touched unless every backup is there, no file was edited after the
-run, and every line of the undo file is one that a run can have written.
---force restores edited files, too.
+    R"(Nothing is touched unless every backup exists, no file was edited after the run,
+and every line of the undo file can come from a run. --force also restores
+edited files.
 
-With a folder, the undo file is looked for in it and in its RBackup, RBackup.2
-and so on: the last run is taken back, or with --all every run, the last one
-first.
+If PATH is a folder, the undo file is searched for in it and in its RBackup,
+RBackup.2 and so on: the last run is undone, or with --all every run, the last
+one first.
 
 Examples:
   kvamigrate restore --list src
@@ -73,9 +75,9 @@ inline constexpr char kRestoreDrives[] = R"(
       with the same --drive options as in the run)";
 
 inline constexpr char kToTextFooter[] =
-    R"(The texts of several forms are written one after the other. A file that is text
-already comes out as it is. Both kinds of binary input are taken: form files
-with their resource header, and bare object data.
+    R"(The texts of several forms are written one after the other. A form that is
+already text is copied. Binary input may be a form file with its resource
+header, or object data without one.
 
 Examples:
   kvamigrate form to-text Main.dfm
@@ -83,8 +85,8 @@ Examples:
   kvamigrate form to-text --in-place src    every form below a folder)";
 
 inline constexpr char kToBinaryFooter[] =
-    R"(A text holds neither a resource name nor how empty strings are stored: the
-resource is named after the class of the form.
+    R"(The text of a form contains neither its resource name nor the way in which empty
+strings are stored. The resource is named after the class of the form.
 
 Examples:
   kvamigrate form to-binary Main.txt -o Main.dfm

@@ -36,7 +36,7 @@ TOptions ParseCommandLine(const QApplication& application) {
   parser.addPositionalArgument("PROJECT", "The project or project group to open first.", "[PROJECT]");
   parser.addOptions({
       {"codepage", "Code page of sources without a mark (default: 1252).", "N"},
-      {"drive", "Let drive X: be a folder of this machine (repeatable; Z: is the root folder).", "X=DIR"},
+      {"drive", "Map drive X: to a folder of this machine (repeatable; Z: is the root folder).", "X=DIR"},
       {"wizard", "Only show the wizard's dialog."},
       {"catalogue", "With --wizard: what the target classes publish, instead of what is built in.", "FILE"},
   });

@@ -77,7 +77,7 @@ TEST_F(OptionTableTest, FishCompletesEveryOption) {
       Shell("fish", start + "complete -C 'kvamigrate replace --mode '; complete -C 'kvamigrate form to'\n"
                             "complete -C 'kvamigrate replace --complete uses,la'"),
       "bde\tThe components to replace\nibx\tThe components to replace\nto-binary\nto-text\n"
-      "uses,layout\tAlso do what the conversion leaves: uses (units in uses clauses), inherited (inherited "
+      "uses,layout\tAlso do a part of the remaining work: uses (units in uses clauses), inherited (inherited "
       "objects), "
       "transactions (one for each connection), layout (of forms), marks (of UTF-8), or all\n");
 }
