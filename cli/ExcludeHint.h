@@ -13,7 +13,7 @@ std::string PathBelow(std::string_view folder, std::string_view fileName);
 std::string ExcludeHint(const std::string& fileName, std::string_view folder);
 
 // Returns a sentence with the option that excludes one of two files and not the other. Returns an empty
-// string if there is no such option, for example because the names differ in case alone.
+// string if there is no such option, for example because the names differ only in case.
 std::string ExcludeOneHint(const std::string& one, const std::string& other, std::string_view folder);
 
 }  // namespace cli

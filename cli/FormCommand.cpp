@@ -33,7 +33,7 @@ std::string Convert(const std::string& input, TFormKind wanted) {
 void CheckOptions(const TCommandLine& line, const std::vector<std::string>& inputs) {
   if (line.InPlace && !line.Output.empty()) throw EUsage("--in-place takes no --output.");
   if (line.Command == TCommand::FormToBinary && !line.InPlace && inputs.size() > 1)
-    throw EUsage("Several forms are made binary with --in-place only.");
+    throw EUsage("Several forms can be converted to binary only with --in-place.");
   for (const std::string& input : inputs) {
     if (input == kStandardStream) {
       if (line.InPlace) throw EUsage("The standard input cannot be converted in place.");

@@ -63,7 +63,8 @@ std::string WayBackHint(const mig::EWayBack& error, const TCommandLine& line) {
       command.append(" --drive ").append(1, letter).append("=").append(quote).append(folder).append(quote);
     return command;
   }
-  return "Take another folder with --backup-dir, or give up the earlier backups with --overwrite-backups.";
+  return "Choose another folder with --backup-dir, or overwrite the earlier backups with "
+         "--overwrite-backups.";
 }
 
 // Prints the reason why a run stopped, and a hint.
@@ -119,7 +120,7 @@ int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TC
     if (isPreview) Preview(replacer, patches);
     const bool succeeded = isPreview || replacer.Replace();
     const size_t leftOut = replacer.LeftOut().size() + scope.MissingUnits;
-    if (leftOut > 0) Note("Left out, as said above: " + std::to_string(leftOut) + ".");
+    if (leftOut > 0) Note("Left out, as reported above: " + std::to_string(leftOut) + ".");
     const bool isReported = FinishReport(report, line.DryRun);
     if (!succeeded) return PrintOutcome(false, mig::SReplaceSuccess, mig::SReplaceFailed, line.Quiet);
     // A run that left files out is no success, even though each file that it converted is in place.
@@ -144,13 +145,12 @@ int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TC
 
 int RunReplace(const TCommandLine& line) {
   if (line.Mode.empty()) throw EUsage("Say which components to replace: --mode bde or --mode ibx.");
-  if (line.OverwriteBackups && !line.BackupDir) throw EUsage("--overwrite-backups is for --backup-dir.");
-  if (line.Interactive && line.DryRun)
-    throw EUsage("--interactive is for a run that writes, and not for --dry-run or --diff.");
+  if (line.OverwriteBackups && !line.BackupDir) throw EUsage("--overwrite-backups needs --backup-dir.");
+  if (line.Interactive && line.DryRun) throw EUsage("--interactive cannot be used with --dry-run or --diff.");
   if (line.Interactive && !CanAsk())
     throw EUsage("--interactive asks on a terminal, and standard input or output is none.");
   if (line.IgnoreSpace && !line.Diff && !line.Interactive)
-    throw EUsage("--ignore-space is for --diff and --interactive.");
+    throw EUsage("--ignore-space needs --diff or --interactive.");
   target::TKVAMigration migration(LoadCatalogue(line.Catalogue));
   target::TKVAComponentReplacer& replacer = line.Mode == "ibx" ? migration.IBX() : migration.BDE();
   if (line.Complete) migration.Complete(*line.Complete);

@@ -14,7 +14,7 @@
 #include "cli/Progress.h"
 #include "cli/TypedPath.h"
 #include "rtl/text/SysUtils.h"
-#include "win/FileApi.h"
+#include "win/FileSystem.h"
 #include "win/paths/Drives.h"
 
 namespace cli {
@@ -36,7 +36,7 @@ std::vector<std::string> UndoFiles(const TCommandLine& line) {
   if (files.empty())
     throw EUsage("There is no undo file in \"" + path + "\" or in a backup folder below it.");
   if (!line.All && files.size() > 1) {
-    Note("Taking back the last run, of \"" + files[0] + "\". With --all, earlier runs are taken back, too.");
+    Note("Undoing the last run, of \"" + files[0] + "\". With --all, earlier runs are undone, too.");
     files.resize(1);
   }
   return files;
@@ -50,15 +50,11 @@ TPathPatterns OnlyPatterns(const std::vector<std::string>& typed) {
   return TPathPatterns(patterns);
 }
 
-// Locks the backup folders, so that no run uses them. Raises mig::ERunIsBusy if one does.
+// Locks the backup folders. Raises mig::ERunIsBusy.
 std::vector<std::unique_ptr<win::TFileLock>> LockFolders(const std::vector<std::string>& undoFiles) {
   std::vector<std::unique_ptr<win::TFileLock>> locks;
-  for (const std::string& undoFile : undoFiles) {
-    const std::string folder = rtl::ExtractFileDir(undoFile);
-    locks.push_back(win::LockFolder(folder));
-    if (!locks.back() && win::GetLastError() == win::ERROR_SHARING_VIOLATION)
-      throw mig::ERunIsBusy("Another run is at work in the folder \"" + folder + "\".");
-  }
+  for (const std::string& undoFile : undoFiles)
+    locks.push_back(mig::LockRunFolder(rtl::ExtractFileDir(undoFile)));
   return locks;
 }
 

@@ -81,10 +81,11 @@ TScope SetScope(const TCommandLine& line, host::THost& host, mig::TReplaceOption
 
   if (line.Project.empty() && isFolder) {
     if (!line.Units.empty() || !line.ActiveProject.empty())
-      throw EUsage(std::string(line.Units.empty() ? "--active" : "--unit") + " is for the run of a project.");
+      throw EUsage(std::string(line.Units.empty() ? "--active" : "--unit") +
+                   " cannot be used with a folder.");
     return SetFolder(path, line.SubFolders, options);
   }
-  if (line.SubFolders) throw EUsage("--subfolders is for the run of a folder.");
+  if (line.SubFolders) throw EUsage("--subfolders cannot be used with a project.");
   return SetProject(line, isFolder ? ProjectIn(path) : path, host, options);
 }
 

@@ -46,7 +46,7 @@ class TGroupReader {
       const TProjectKind kind = ProjectKindOf(name);
       if (kind == TProjectKind::None) {
         FGroup.PassedOver.push_back(
-            At(fileName, reference.Line, Quoted(name) + " is no Delphi project and is passed over."));
+            At(fileName, reference.Line, Quoted(name) + " is not a Delphi project and is skipped."));
         continue;
       }
       CheckIsFile(fileName, reference.Line, name);

@@ -57,7 +57,7 @@ TProject& OpenProjectForRun(THost& host, std::string_view typed, std::string_vie
   const std::string fileName = win::ToWindowsPath(typed);
   if (fileName.empty()) throw EHostError(At(typed, 0, "this path has no drive."));
   if (!host.OpenProject(fileName, /*newGroup=*/true)) {
-    throw EHostError(At(fileName, 0, "what is open could not be closed."));
+    throw EHostError(At(fileName, 0, "the open project group could not be closed."));
   }
   const TProjectGroup& group = *host.Group();
   if (group.Count() == 0) throw EHostError(At(fileName, 0, "this group has no projects."));

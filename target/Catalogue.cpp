@@ -33,7 +33,7 @@ TCatalogue::TCatalogue(std::string_view text, std::string_view origin) : FOrigin
     } else if (line.front() > ' ' || !IsName(word)) {
       throw ECatalogue(place + "expected \"class NAME\", or an indented property.");
     } else if (FClasses.empty()) {
-      throw ECatalogue(place + "a property stands before the first class.");
+      throw ECatalogue(place + "a property before the first class.");
     } else {
       FClasses.back().Properties.emplace_back(word);
     }
@@ -47,7 +47,7 @@ void TCatalogue::AddClass(std::string_view declaration, const std::string& place
       colon == std::string_view::npos ? std::string_view() : rtl::Trim(declaration.substr(colon + 1));
   if (!IsName(name) || (colon != std::string_view::npos && !IsName(base)))
     throw ECatalogue(place + "expected \"class NAME\" or \"class NAME : BASE\".");
-  if (Find(name)) throw ECatalogue(place + rtl::Format("class \"%s\" stands there already.", {name}));
+  if (Find(name)) throw ECatalogue(place + rtl::Format("class \"%s\" is defined twice.", {name}));
   if (!base.empty() && !Find(base))
     throw ECatalogue(place + rtl::Format("class \"%s\" is not defined above.", {base}));
   FClasses.push_back({std::string(name), std::string(base), {}});

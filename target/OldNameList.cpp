@@ -76,7 +76,7 @@ TOldNames ReadOldNames(std::string_view text, const mig::TClassMap& classes) {
     const std::string_view content = rtl::Trim(line);
     if (content.empty() || content.starts_with('#')) continue;
     if (!ReadLine(content, classes, names))
-      throw rtl::Exception(rtl::Format("Line %d of the list of old names is not understood: %s",
+      throw rtl::Exception(rtl::Format("Line %d of the list of old names cannot be read: %s",
                                        {static_cast<int64_t>(number), content}));
   }
   return names;

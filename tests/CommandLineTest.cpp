@@ -95,11 +95,11 @@ TEST_F(CommandLineTest, TwoAtATimeAreRefused) {
   {
     const auto lock = win::LockFolder(FTree.WindowsPath("src/RBackup"));
     EXPECT_EQ(Run("restore src"),
-              "3||kvamigrate: Another run is at work in the folder \"<dir>\\src\\RBackup\".\n");
+              "3||kvamigrate: Another run is using the folder \"<dir>\\src\\RBackup\".\n");
   }
   const auto lock = win::LockFolder(FTree.WindowsPath("src"));
   EXPECT_EQ(Run("replace -q --mode bde src"),
-            "3||kvamigrate: Another run is at work in the folder \"<dir>\\src\".\n");
+            "3||kvamigrate: Another run is using the folder \"<dir>\\src\".\n");
 }
 
 TEST_F(CommandLineTest, WhatIsLeftOutIsNamedAndCounts) {
@@ -110,14 +110,14 @@ TEST_F(CommandLineTest, WhatIsLeftOutIsNamedAndCounts) {
   EXPECT_EQ(
       Run("replace --mode bde src --subfolders --keep-going"),
       "1||kvamigrate: Cannot open file \"<dir>\\src\\C.pas\". The system cannot find the file specified.\n" +
-          form + "Left out, as said above: 2.\n");
+          form + "Left out, as reported above: 2.\n");
   EXPECT_NE(FTree.Read("src/A.pas"), kUnit);
   EXPECT_EQ(Run("replace -q --mode bde src --exclude C.pas --skip-converted"), "0||");
 
   FTree.Write("src/P.dpr", "program P;\r\nuses A in 'A.pas', D in 'D.pas';\r\nend.\r\n");
   const std::string missing = "kvamigrate: <dir>\\src\\P.dpr(2): \"<dir>\\src\\D.pas\" does not exist.\n";
   EXPECT_EQ(Run("replace --mode bde src/P.dpr --no-backup"),
-            "1||" + missing + "Left out, as said above: 1.\n");
+            "1||" + missing + "Left out, as reported above: 1.\n");
   EXPECT_EQ(Run("replace -q --mode bde src/P.dpr --no-backup --unit A.pas"), "0||" + missing);
 }
 
@@ -194,7 +194,7 @@ TEST_F(CommandLineTest, ASkippedUnitGetsNoFieldAndItsFormNoObject) {
   FTree.Write("src/A.pas", unit);
   FTree.Write("src/A.dfm", "object A: TA\n  object D: TDatabase\n  end\nend\n");
   EXPECT_EQ(Run("replace -q --mode bde src --complete all --skip-converted"),
-            "0||kvamigrate: \"<dir>\\src\\A.pas\" names the new units already. Was it converted before? It "
+            "0||kvamigrate: \"<dir>\\src\\A.pas\" already names the new units. Was it converted before? It "
             "was left as it is.\n");
   EXPECT_EQ(FTree.Read("src/A.pas"), unit);
   EXPECT_EQ(FTree.Read("src/A.dfm"), "object A: TA\n  object D: TKVAConnection\n  end\nend\n");
@@ -247,19 +247,18 @@ TEST_F(CommandLineTest, WrongCommandLines) {
        "The code page \"koi8\" is not known. Known are 437, 850, 852, 866, 874, 932, 936, 949, 950, 1250, "
        "1251, "
        "1252, 1253, 1254, 1255, 1256, 1257, 1258, 65001.\nSee \"kvamigrate help replace\"."},
-      {"replace --mode bde src --overwrite-backups", "--overwrite-backups is for --backup-dir."},
+      {"replace --mode bde src --overwrite-backups", "--overwrite-backups needs --backup-dir."},
       {"replace -i --mode bde src",
        "--interactive asks on a terminal, and standard input or output is none."},
-      {"replace -i --diff --mode bde src",
-       "--interactive is for a run that writes, and not for --dry-run or --diff."},
-      {"replace --ignore-space --mode bde src", "--ignore-space is for --diff and --interactive."},
+      {"replace -i --diff --mode bde src", "--interactive cannot be used with --dry-run or --diff."},
+      {"replace --ignore-space --mode bde src", "--ignore-space needs --diff or --interactive."},
       {"replace --folder src", "Say which components to replace: --mode bde or --mode ibx."},
       {"replace --mode bde", "Give one folder or one project to convert: --folder DIR or --project FILE."},
       {"replace --mode bde --folder src --project src/P.dpr",
        "Give one folder or one project to convert: --folder DIR or --project FILE."},
-      {"replace --mode bde src --unit A.pas", "--unit is for the run of a project."},
-      {"replace --mode bde src --active P", "--active is for the run of a project."},
-      {"replace --mode bde src/P.dpr --subfolders", "--subfolders is for the run of a folder."},
+      {"replace --mode bde src --unit A.pas", "--unit cannot be used with a folder."},
+      {"replace --mode bde src --active P", "--active cannot be used with a folder."},
+      {"replace --mode bde src/P.dpr --subfolders", "--subfolders cannot be used with a project."},
       {"replace --mode bde --folder nowhere", "Target directory \"<dir>\\nowhere\" does not exist."},
       {"replace --mode bde --folder src/P.dpr", "Target directory \"<dir>\\src\\P.dpr\" does not exist."},
       {"replace --mode bde --project src/none.dpr", "The project \"<dir>\\src\\none.dpr\" does not exist."},

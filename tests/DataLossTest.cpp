@@ -194,7 +194,7 @@ TEST_F(DataLossTest, ASecondRunKeepsTheWayBackOfTheFirst) {
   EXPECT_EQ(Tree(), before);
   EXPECT_EQ(Tree("RBackup"), backups);
 
-  // One into a new folder, which is taken back from its outcome.
+  // One into a new folder, which is undone from its outcome.
   EXPECT_EQ(Choose(kWizardItem, RunWith({Click("NewFolder"), Press(Qt::Key_Return), Click("UndoThisRun"),
                                          Click("OKBtn"), Press(Qt::Key_Return)})),
             (TTexts{found, kReplaced, kRestored}));

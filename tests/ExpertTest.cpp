@@ -197,10 +197,10 @@ TEST_F(ExpertTest, ABackupFolderOfAnEarlierRun) {
       "Ask: The backup folder \"C:\\App\\RBackup\" holds the undo file of an earlier run, which this run "
       "would "
       "overwrite.\n"
-      "New Folder: the backups of this run go to \"C:\\App\\RBackup.2\". Both runs can be taken back, this "
+      "New Folder: the backups of this run go to \"C:\\App\\RBackup.2\". Both runs can be undone, this "
       "one "
       "first.\n"
-      "Overwrite: the earlier run can no longer be taken back after this run has ended.";
+      "Overwrite: the earlier run can no longer be undone after this run has ended.";
   FFrontEnd.Answers = {"Cancel"};
   EXPECT_EQ(Use(kAgain), (TLines{kWizard, question}));
   FFrontEnd.Answers = {"New Folder"};

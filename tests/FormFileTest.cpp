@@ -138,7 +138,7 @@ TEST_F(FormCommandTest, SeveralInputsAndAnOutputThatIsOneOfThem) {
   FTree.Write("b.dfm", FBare);
   EXPECT_EQ(Run("to-text a.dfm b.dfm"), std::string("0|") + kText + kText + "|");
   EXPECT_EQ(Run("to-binary a.dfm b.dfm"),
-            "2||kvamigrate: Several forms are made binary with --in-place only.\n");
+            "2||kvamigrate: Several forms can be converted to binary only with --in-place.\n");
   EXPECT_EQ(FTree.Read("b.dfm"), FBare);
   EXPECT_EQ(Run("to-text --in-place a.dfm b.dfm"), "0|Converted: 2, left as they are: 0, failed: 0\n|");
   EXPECT_EQ(Run("to-binary -q --in-place a.dfm b.dfm"), "0||");

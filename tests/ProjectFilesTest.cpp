@@ -341,8 +341,8 @@ TEST_F(ProjectFileTest, GroupsAndCycles) {
   Write("Folder.groupproj", Groupproj({"Bad.dpr"}));
   const TRow rows[] = {
       {"C:\\All.groupproj",
-       "C:\\A.dpr\nC:\\B.dproj\n? C:\\All.groupproj(4): \"C:\\x.cbproj\" is no Delphi project and is passed "
-       "over.\n"},
+       "C:\\A.dpr\nC:\\B.dproj\n? C:\\All.groupproj(4): \"C:\\x.cbproj\" is not a Delphi project and is "
+       "skipped.\n"},
       {"C:\\One.groupproj", "! C:\\Two.groupproj(4): the group \"C:\\ONE.groupproj\" leads back to itself."},
       {"C:\\Lost.groupproj", "! C:\\Lost.groupproj(3): the project \"C:\\sub\\Lost.dproj\" does not exist."},
       {"C:\\Folder.groupproj", "! C:\\Folder.groupproj(2): the project \"C:\\Bad.dpr\" is a folder."},

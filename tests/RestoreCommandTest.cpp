@@ -111,8 +111,8 @@ TEST_F(RestoreCommandTest, SeveralRunsAreTakenBackLastFirst) {
             "kvamigrate: This file was edited after the run: <dir>\\src\\A.pas\n"
             "Nothing was restored. --force restores these files, too; --only restores a part.\n");
   EXPECT_EQ(Run("restore src"),
-            "0|Files were succefully restored.\n|Taking back the last run, of "
-            "\"<dir>\\src\\RBackup.2\\RExpert.reu\". With --all, earlier runs are taken back, too.\n");
+            "0|Files were succefully restored.\n|Undoing the last run, of "
+            "\"<dir>\\src\\RBackup.2\\RExpert.reu\". With --all, earlier runs are undone, too.\n");
   EXPECT_EQ(FTree.Read("src/A.pas"), "unit A; { edited } var X: TTable;");
   EXPECT_EQ(Run("restore -q --all --force src"), "0||");
   EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
@@ -127,7 +127,8 @@ TEST_F(RestoreCommandTest, NoRunDestroysTheWayBackOfAnother) {
       Run(run),
       "3||kvamigrate: The backup folder \"<dir>\\src\\RBackup\" holds the undo file of an earlier run, which "
       "this run would overwrite.\n"
-      "Take another folder with --backup-dir, or give up the earlier backups with --overwrite-backups.\n");
+      "Choose another folder with --backup-dir, or overwrite the earlier backups with "
+      "--overwrite-backups.\n");
   EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
   EXPECT_EQ(Run(run + " -q --overwrite-backups"), "0||");
   EXPECT_NE(FTree.Read("src/A.pas"), kUnit);

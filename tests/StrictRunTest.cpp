@@ -129,7 +129,7 @@ TEST_F(StrictRunTest, AnEditIsNeverLost) {
         EXPECT_EQ(Read("src/A.pas"), edited);
         EXPECT_EQ(
             ShownWarnings(),
-            "\"<dir>\\src\\A.pas\" could not be replaced. It was changed while the run was at work.\n"
+            "\"<dir>\\src\\A.pas\" could not be replaced. It was changed during the run.\n"
             "\"<dir>\\src\\Sub\\B.pas\" was not replaced, because another file or folder before it failed.\n"
             "\"<dir>\\src\\Sub\\B.DFM\" was not replaced, because another file or folder before it "
             "failed.\n");
@@ -164,8 +164,7 @@ TEST_F(StrictRunTest, ASecondRunIsRefusedWhileTheFirstIsAtWork) {
     }
     SCOPED_TRACE(files.Calls()[n - 1]);
     if (outcome == "True") {
-      EXPECT_TRUE(second == "Another run is at work in the folder \"<dir>\\src\"." || second == "none")
-          << second;
+      EXPECT_TRUE(second == "Another run is using the folder \"<dir>\\src\"." || second == "none") << second;
       TakeBack();
       EXPECT_EQ(Sources(), before);
     } else {  // the second run was first, and changed nothing
@@ -295,8 +294,8 @@ TEST_F(StrictRunTest, AUnitThatWasConvertedBefore) {
   EXPECT_EQ(Read("src/A.pas"), once);
   EXPECT_EQ(
       ShownWarnings(),
-      "\"<dir>\\src\\A.pas\" names the new units already. Was it converted before? It was left as it is.\n"
-      "\"<dir>\\src\\Sub\\B.pas\" names the new units already. Was it converted before? It was left as it "
+      "\"<dir>\\src\\A.pas\" already names the new units. Was it converted before? It was left as it is.\n"
+      "\"<dir>\\src\\Sub\\B.pas\" already names the new units. Was it converted before? It was left as it "
       "is.\n");
   FWarnings.clear();
   Policy().SkipConverted = false;

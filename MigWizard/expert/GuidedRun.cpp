@@ -11,21 +11,12 @@
 #include "MigWizard/wizard/SaveWarn.h"
 #include "rtl/text/Exceptions.h"
 #include "rtl/text/SysUtils.h"
-#include "win/FileApi.h"
+#include "win/FileSystem.h"
 
 namespace mig {
 namespace {
 
-// Locks the backup folder, so that no run uses it. Raises ERunIsBusy if one does.
-std::unique_ptr<win::TFileLock> LockFolderOf(std::string_view undoFile) {
-  const std::string folder = rtl::ExtractFileDir(undoFile);
-  auto lock = win::LockFolder(folder);
-  if (!lock && win::GetLastError() == win::ERROR_SHARING_VIOLATION)
-    throw ERunIsBusy("Another run is at work in the folder \"" + folder + "\".");
-  return lock;
-}
-
-// Raises rtl::EAbort if the run ended and the user has been told why.
+// Raises rtl::EAbort if the run ended and the user has seen why.
 bool Replace(TComponentReplacer& replacer, TRunObserver& observer) {
   TReplaceOptions& options = replacer.Options();
   for (;;) {
@@ -63,7 +54,7 @@ void ReplaceAndTell(TComponentReplacer& replacer, const std::function<void()>& o
 void RestoreAndTell(TComponentReplacer& replacer, std::string_view undoFile) {
   const std::string title = replacer.Options().GetTitle();
   if (!ShowSaveWarning(title, /*isProject=*/false, /*isRestore=*/true)) return;
-  const auto lock = LockFolderOf(undoFile);
+  const auto lock = LockRunFolder(rtl::ExtractFileDir(undoFile));
   TRestoreQuestion question(undoFile, title);
   try {
     if (!question.Ask()) return;

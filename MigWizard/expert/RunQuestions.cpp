@@ -26,13 +26,13 @@ std::string FindInterruptedRun(const TReplaceOptions& options, const std::string
 
 TBackupAnswer AskAboutJournal(const std::string& folder, const std::string& title, std::string& journal) {
   const EWayBack reason(TWayBack::Journal, folder);
-  const std::optional<int> answer = rtl::Application().Ask(
-      {.Caption = title,
-       .Text = reason.what(),
-       .Flags = rtl::MB_ICONERROR,
-       .Reasons = {"Restore Now takes the interrupted run back. Cancel changes nothing."},
-       .Buttons = {"&Restore Now", "Cancel"},
-       .Cancel = 1});
+  const std::optional<int> answer =
+      rtl::Application().Ask({.Caption = title,
+                              .Text = reason.what(),
+                              .Flags = rtl::MB_ICONERROR,
+                              .Reasons = {"Restore Now undoes the interrupted run. Cancel changes nothing."},
+                              .Buttons = {"&Restore Now", "Cancel"},
+                              .Cancel = 1});
   if (!answer) rtl::Application().MessageBox(reason.what(), title, rtl::MB_ICONERROR);
   journal = JournalOf(folder);
   return answer == 0 ? TBackupAnswer::RestoreJournal : TBackupAnswer::Cancel;
@@ -72,8 +72,8 @@ TBackupAnswer AskAboutBackups(TReplaceOptions& options, const std::string& base,
        .Text = reason.what(),
        .Flags = rtl::MB_ICONWARNING,
        .Reasons = {"New Folder: the backups of this run go to \"" + free +
-                       "\". Both runs can be taken back, this one first.",
-                   "Overwrite: the earlier run can no longer be taken back after this run has ended."},
+                       "\". Both runs can be undone, this one first.",
+                   "Overwrite: the earlier run can no longer be undone after this run has ended."},
        .Buttons = {"&New Folder", "&Overwrite", "Cancel"},
        .Cancel = 2});
   if (!answer) rtl::Application().MessageBox(reason.what(), title, rtl::MB_ICONERROR);

@@ -10,7 +10,7 @@
 namespace mig {
 namespace {
 
-constexpr char kEdited[] = "It was changed while the run was at work.";
+constexpr char kEdited[] = "It was changed during the run.";
 
 // Returns why IsUnchanged or CopyOverUnchanged returned False.
 std::string ReasonOfChange() {

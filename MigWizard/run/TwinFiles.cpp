@@ -33,7 +33,7 @@ void TTwinFiles::AddFullName(const std::string& name) {
   if (parent != std::string::npos) AddFullName(name.substr(0, parent));
   const auto [place, isNew] = FFullNames.try_emplace(win::UpperFileName(name), name);
   if (isNew || IsSameFile(place->second, name)) return;
-  throw ETwinFiles(rtl::Format("\"%s\" and \"%s\" differ in case alone and cannot be converted in one run.",
+  throw ETwinFiles(rtl::Format("\"%s\" and \"%s\" differ only in case and cannot be converted in one run.",
                                {place->second, name}),
                    place->second, name);
 }

@@ -204,7 +204,7 @@ void TWalk::ProcessUnit(const TFileConversion& unit, const std::string& sourceFi
     isSkipped = FOptions.Policy.SkipConverted;
     // The finding second-conversion says the same.
     if (isSkipped || !unit.Findings)
-      FHooks.Warn(rtl::Format("\"%s\" names the new units already. Was it converted before?%s",
+      FHooks.Warn(rtl::Format("\"%s\" already names the new units. Was it converted before?%s",
                               {sourceFile, isSkipped ? " It was left as it is." : ""}));
   }
   if (unit.IsChanged && !isSkipped) WriteChanged(unit, sourceFile, targetFile);

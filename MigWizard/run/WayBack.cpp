@@ -70,7 +70,7 @@ EWayBack::EWayBack(TWayBack kind, std::string_view backupDir)
 
 TRunLock::TRunLock(const TReplaceOptions& options) : FOptions(options) {
   if (!FOptions.Policy.Strict) return;
-  FRunFolder = Lock(RunFolder(FOptions));
+  FRunFolder = LockRunFolder(RunFolder(FOptions));
   LockBackupFolder();
 }
 
@@ -78,17 +78,17 @@ TRunLock::~TRunLock() = default;
 
 void TRunLock::LockBackupFolder() {
   if (!FOptions.Policy.Strict || !FOptions.MakeBackup || FBackupFolder) return;
-  if (!IsSameFolder(FOptions.BackupDir, RunFolder(FOptions))) FBackupFolder = Lock(FOptions.BackupDir);
+  if (!IsSameFolder(FOptions.BackupDir, RunFolder(FOptions)))
+    FBackupFolder = LockRunFolder(FOptions.BackupDir);
   const TWayBack found = FindWayBack(FOptions.BackupDir);
   if (found == TWayBack::Journal || (found == TWayBack::UndoFile && !FOptions.Policy.OverwriteBackups))
     throw EWayBack(found, FOptions.BackupDir);
 }
 
-// Returns null if the folder does not exist, or if locking fails for a reason other than a second run.
-std::unique_ptr<win::TFileLock> TRunLock::Lock(const std::string& folder) const {
+std::unique_ptr<win::TFileLock> LockRunFolder(const std::string& folder) {
   auto lock = win::LockFolder(folder);
   if (!lock && win::GetLastError() == win::ERROR_SHARING_VIOLATION)
-    throw ERunIsBusy(rtl::Format("Another run is at work in the folder \"%s\".", {folder}));
+    throw ERunIsBusy(rtl::Format("Another run is using the folder \"%s\".", {folder}));
   return lock;
 }
 

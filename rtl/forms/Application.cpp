@@ -12,7 +12,7 @@ TApplication& Application() {
 }
 
 IFrontEnd& TApplication::FrontEnd() const {
-  Assert(FFrontEnd != nullptr, "No front end is in force");
+  Assert(FFrontEnd != nullptr, "No front end is set");
   return *FFrontEnd;
 }
 

@@ -93,7 +93,7 @@ void TForm::ReadControl(const TControlRow& row) {
   auto& siblings = parent != nullptr ? parent->FControls : FControls;
   if (control != nullptr) {
     Assert(control->Kind() == row.Kind && control->Parent() == parent,
-           "A derived row changes its control's nature");
+           "A derived row changes its control's kind");
     std::erase(siblings, control);
     siblings.push_back(control);
     control->Assign(row);

@@ -31,7 +31,7 @@ void TMenuItem::Insert(int index, TMenuItem& item) {
   Assert(!item.FParent && &item != &FOwner.FItems, "The menu item is inserted already.");
   Assert(index >= 0 && index <= Count(), "Menu index out of range.");
   for (const TMenuItem* above = this; above; above = above->FParent) {
-    Assert(above != &item, "A menu item cannot stand below itself.");
+    Assert(above != &item, "A menu item cannot be below itself.");
   }
   FItems.insert(FItems.begin() + index, &item);
   item.FParent = this;

@@ -1,4 +1,4 @@
-// Names that differ in case alone, on a file system that allows them.
+// Names that differ only in case, on a file system that allows them.
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ using CaseTwinsTest = tests::TRunTree;
 
 // Neither file is overwritten with the other.
 TEST_F(CaseTwinsTest, NeitherIsOverwritten) {
-  const std::string twins = "\"<dir>\\src\\Sub\" and \"<dir>\\src\\sub\" differ in case alone";
+  const std::string twins = "\"<dir>\\src\\Sub\" and \"<dir>\\src\\sub\" differ only in case";
   FTree.Write("src/sub/C.pas", "unit C;");
   EXPECT_NE(Failure<rtl::Exception>().find(twins), std::string::npos);
   fs::remove_all(FTree.HostPath("src/sub"));
@@ -29,7 +29,7 @@ TEST_F(CaseTwinsTest, NeitherIsOverwritten) {
   FTree.Write("src/Main.dfm", kForm);
   FTree.Write("src/MAIN.dfm", kForm);
   EXPECT_EQ(Failure<rtl::Exception>(),
-            "\"<dir>\\src\\Main.dfm\" and \"<dir>\\src\\MAIN.dfm\" differ in case alone and cannot be "
+            "\"<dir>\\src\\Main.dfm\" and \"<dir>\\src\\MAIN.dfm\" differ only in case and cannot be "
             "converted in one run.");
   EXPECT_EQ(Read("src/Main.dfm") + Read("src/MAIN.dfm"), std::string(kForm) + kForm);
 }

@@ -103,7 +103,7 @@ TEST_F(WinFoldersTest, WalksGoInNtfsOrderAndPassOverWhatHasNoWindowsName) {
   }
   SetDiagnosticsSink(previous);
   std::sort(lines.begin(), lines.end());
-  const std::string text = "Passed over, because no Windows path can name it: " + FTree.HostPath();
+  const std::string text = "Skipped, because no Windows path can name it: " + FTree.HostPath();
   EXPECT_EQ(lines, (TNames{text + "/\\xE4.pas", text + "/a:b.pas", text + "/a\\b.pas", text + "/a\\x0Ab"}));
   EXPECT_EQ(Walk("none"), TNames{"error 3"});
   EXPECT_EQ(Walk("a"), TNames{"error 267"});

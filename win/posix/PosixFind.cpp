@@ -40,7 +40,7 @@ bool PassesOver(const THostPath& folder, std::string_view name, std::unordered_s
   if (path.back() != '/') path += '/';
   path += name;
   if (reported.insert(path).second) {
-    Diagnose("Passed over, because no Windows path can name it: " + PrintableName(path));
+    Diagnose("Skipped, because no Windows path can name it: " + PrintableName(path));
   }
   return true;
 }

@@ -48,7 +48,7 @@ std::unique_ptr<TFindHandle> FindFirst(std::unordered_set<std::wstring>& reporte
     if (std::optional<std::string> utf8 = ToUtf8(name); !utf8) {
       const std::wstring path = folder + std::wstring(name);
       if (reported.insert(path).second)
-        Diagnose("Passed over, because no Windows path can name it: " +
+        Diagnose("Skipped, because no Windows path can name it: " +
                  PrintableName(ToUtf8OrReplaced(WithoutPrefix(path))));
     } else if (name != L"." && name != L"..") {
       entries.Add(*std::move(utf8), AttributesOf(found));
