@@ -1,4 +1,4 @@
-// What the shells of this host do with a command line.
+// The differences between the hosts' shells: quotation marks and wildcards.
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 
 namespace cli {
 
-// The quotation mark that keeps a word with blanks together: ' or, on Windows, ".
+// The quotation mark for a word with blanks: ' or, on Windows, ".
 extern const char kShellQuote;
 
 // Returns the files that a typed path with "*" or "?" in its name stands for, spelled with the folder as typed.

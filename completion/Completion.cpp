@@ -12,7 +12,7 @@
 namespace completion {
 namespace {
 
-// Returns `edits` with the line ends of `text` in what they insert.
+// Returns `edits` with the line ends of `text` in the inserted text.
 mig::TTextEdits WithLineEnds(const mig::TTextEdits& edits, std::string_view text) {
   const std::string_view lineEnd = LineEndOf(text);
   mig::TTextEdits result;
@@ -45,7 +45,7 @@ mig::TCompletedUnit TCompletion::CompleteUnit(const mig::TUnitToComplete& unit) 
   mig::TCompletedUnit completed;
   completed.Edits = EditsOf(unit, completed);
   completed.Text = completed.Edits.Apply(unit.Text);
-  // A unit that has nothing to do with the new classes is not touched, whatever it lists.
+  // A unit without new classes is not touched, whatever units it lists.
   if (FSteps.Uses && (!unit.Edits.Empty() || NamesNewClass(unit.Text, unit.Encoding, unit.Classes)))
     CompleteUses(unit, completed);
   return completed;

@@ -1,4 +1,4 @@
-// The opt-in steps after a conversion, put together.
+// The opt-in steps after a conversion, as one IFileCompletion.
 #pragma once
 
 #include <mutex>
@@ -12,19 +12,19 @@
 
 namespace completion {
 
-// Which steps are asked for.
+// The steps to do.
 struct TSteps {
   bool Uses = false;          // uses clauses get the new units and lose the old ones
   bool Inherited = false;     // inherited, inline and indexed objects are converted
   bool Transactions = false;  // each connection gets one transaction, in unit and form
   bool Layout = false;        // forms keep their indentation, all files their line ends
-  bool Marks = false;         // a UTF-8 mark stays
+  bool Marks = false;         // UTF-8 files keep their byte order mark
 };
 
-// What the target product says about them. Nothing is owned; all of it must outlive the completion.
+// The data of the target product for these steps. Nothing is owned; all of it must outlive the completion.
 struct TRules {
   std::string_view OldUnit;   // the unit that the conversion looks for, ignoring case
-  std::string_view NewUnits;  // what it inserts: ", First, Second"
+  std::string_view NewUnits;  // the text that it inserts: ", First, Second"
   const mig::TOldNames& OldNames;
   TTransactionRules Transaction;
 };

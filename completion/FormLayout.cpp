@@ -23,7 +23,7 @@ std::string_view Trim(std::string_view text) {
   return text;
 }
 
-// Returns a line without the white space that means nothing in a form: all that is outside of quotes.
+// Returns a line without the white space outside quotes, which has no meaning in a form.
 std::string Meaning(std::string_view line) {
   std::string meaning;
   bool inString = false;
@@ -98,7 +98,7 @@ class TObjectLayout {
     return Trim(old) == Trim(FNew.back()) ? std::string(old) : FIndent + "end";
   }
 
-  // For each printed line the line of the original that means the same, with its line end; empty for none. The first
+  // For each printed line the line of the original with the same meaning, with its line end; empty for none. The first
   // and the last line of both are left out.
   std::vector<std::string_view> KeptLines() const {
     std::string oldMeanings, newMeanings;

@@ -11,9 +11,9 @@ namespace completion {
 
 // Returns `text` with the edits, which are in the order of the text and do not overlap.
 //
-// With `layOutAll`, and for an edit that says so, objects are laid out like their originals: a line that means the same
-// as a line of the original keeps its bytes, all others are indented to the object's place and end as the lines of the
-// form do, and white space after an object stays. Without it they are put in as they were printed.
+// With `layOutAll`, and for an edit that asks for it, objects are laid out like their originals: a line with the same
+// meaning as a line of the original keeps its bytes, all other lines get the indentation of the object and the line
+// ends of the form, and white space after an object is kept. Otherwise objects are inserted as they were printed.
 std::string ApplyFormEdits(std::string_view text, const std::vector<mig::TFormEdit>& edits, bool layOutAll);
 
 }  // namespace completion

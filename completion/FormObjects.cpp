@@ -27,7 +27,7 @@ struct THeader {
   bool HasIndex = false;
 };
 
-// Returns False where the tokens from `at` on are no header with a name.
+// Returns False if the tokens from `at` on are no header with a name.
 bool ReadHeader(const TTokens& tokens, size_t at, THeader& header) {
   if (at + 3 >= tokens.size() || !OpensObject(tokens[at]) || tokens[at + 1].Code != qrl::kIdentifier ||
       !tokens[at + 2].IsSymbol(':') || tokens[at + 3].Code != qrl::kIdentifier)
@@ -61,8 +61,8 @@ class TInheritedPass {
   TInheritedPass(mig::TFormToComplete& form, mig::TFormParser& parser)
       : FForm(form), FText(form.Text), FParser(parser), FTokens(ReadUnitTokens(form.Text, form.Encoding)) {}
 
-  // Returns the edits of the objects outside of those that the conversion took, and completes those with what they
-  // hold.
+  // Returns the edits of the conversion, each completed with the objects inside it, and those for the objects outside
+  // of them.
   std::vector<mig::TFormEdit> Run() {
     std::vector<mig::TFormEdit> edits;
     size_t token = 0;
@@ -111,7 +111,7 @@ class TInheritedPass {
     return done;
   }
 
-  // Converts the object under the keyword `object` and without its index, as the parser takes it.
+  // Converts the object with the keyword `object` and without its index, because the parser accepts only that.
   bool Convert(const THeader& header, size_t end, const std::string& newClass, mig::TFormEdit& edit) {
     const std::string_view oldClass = FTokens[header.Class].Lexem;
     const size_t bodyStart = FTokens[header.Last].End();
@@ -141,7 +141,7 @@ class TInheritedPass {
     return true;
   }
 
-  // Overwrites the indices of the objects between the tokens `first` and `end` by blanks, because the parser takes no
+  // Overwrites the indices of the objects between the tokens `first` and `end` by blanks, because the parser accepts no
   // index. The text at an offset of `block` is `shift` bytes further in the form. Returns False if there is none.
   bool BlankIndices(size_t first, size_t end, std::string& block, size_t shift) const {
     bool isChanged = false;
@@ -169,7 +169,7 @@ class TInheritedPass {
     }
   }
 
-  // Lets what views the block view the form's text instead: the body of the block, from `headerSize` on, is there from
+  // Makes views of the block views of the form's text: the body of the block, from `headerSize` on, is there from
   // `bodyStart` on.
   void MoveViews(mig::TObjectAccount& account, const std::string& block, size_t headerSize,
                  size_t bodyStart) const {

@@ -7,15 +7,15 @@
 
 namespace completion {
 
-// Adds to `form.Edits`, in the order of the text, those that convert the objects of mapped classes that the conversion
-// leaves out: those under `inherited` and `inline`, those with an index, and those that hold an object with an index.
-// They keep their keyword and index, and their layout. Edits inside of such an object give way. An object that `parser`
-// cannot take stays as it is.
+// Adds edits to `form.Edits`, in the order of the text, for the objects of mapped classes that the conversion leaves
+// out: those under `inherited` and `inline`, those with an index, and those that contain an object with an index. They
+// keep their keyword, their index and their layout. Edits inside such an object are merged into its own. An object
+// that `parser` cannot parse stays as it is.
 void ConvertInherited(mig::TFormToComplete& form, mig::TFormParser& parser);
 
-// Adds to each edit that converts an `object` of the old connection class the object of its transaction, placed beside
-// it, if `names`, the transactions that the form's unit declares, has one for it: an object without a field could not
-// be loaded. An object of that name that the form has already stays the only one.
+// Adds the object of its transaction, placed next to it, to each edit that converts an `object` of the old connection
+// class. Only connections in `names`, the transactions that the form's unit declares, get one, because an object
+// without a field could not be loaded. Adds nothing if the form already has an object of that name.
 void AddTransactions(mig::TFormToComplete& form, const TTransactionNames& names,
                      const TTransactionRules& rules);
 

@@ -14,7 +14,7 @@ namespace completion {
 // How a connection gets its transaction.
 struct TTransactionRules {
   std::string_view OldClass;        // of the connection; compared ignoring case
-  std::string_view NewClass;        // what it became
+  std::string_view NewClass;        // of the connection after the conversion
   std::string_view Class;           // of the transaction
   std::string_view Name;            // of the transaction of the only connection
   std::string_view ConnectionName;  // the property of the transaction that names its connection
@@ -29,12 +29,13 @@ struct TTransactionFields {
   std::vector<size_t> Refused;  // connections without one: offsets of the name of their class, ascending
 };
 
-// Returns `edits`, those of the conversion of `text`, such that exactly the component fields of the old class bring a
-// transaction: fields in the published part of a class with an ancestor. It is named `rules.Name`, after the name of
-// the connection if the class has several. Every other mention of the old class becomes the new class and nothing
-// else. A field gets no transaction if its class has a member of that name already. Offsets are in bytes, 0-based.
+// Returns `edits`, the edits of the conversion of `text`, changed so that exactly the component fields of the old class
+// add a transaction. Component fields are those in the published part of a class with an ancestor. The transaction is
+// called `rules.Name`, prefixed by the name of the connection if the class has several. Every other mention of the old
+// class is replaced by the new class alone. A field gets no transaction if its class already has a member of that
+// name. Offsets are in bytes, 0-based.
 //
-// `hasForm` says whether the unit names a form; without one no class has component fields.
+// `hasForm` is whether the unit names a form; without one no class has component fields.
 TTransactionFields CompleteTransactionFields(std::string_view text, const qrl::TEncoding& encoding,
                                              const mig::TTextEdits& edits, bool hasForm,
                                              const TTransactionRules& rules);

@@ -31,7 +31,7 @@ struct TUsesClause {
 
 // One part of a source that can have a uses clause.
 struct TUsesSection {
-  // Where a uses clause can be put: after `interface`, `implementation` or the program's heading.
+  // Where a uses clause can be inserted: after `interface`, `implementation` or the program's heading.
   size_t Begin = 0;
   std::optional<TUsesClause> Clause;
 };
@@ -41,7 +41,7 @@ struct TUsesClauses {
   std::optional<TUsesSection> Implementation;  // none in a program
 };
 
-// Finds the sections and clauses. Returns nothing where the source is not certain to be understood: no heading, two
+// Finds the sections and clauses. Returns nothing if the source cannot be read with certainty: no heading, two
 // clauses in a section, a clause or a section's keyword between conditional directives, or a clause that never ends.
 std::optional<TUsesClauses> FindUsesClauses(const std::vector<TUnitToken>& tokens);
 

@@ -77,7 +77,7 @@ void TUsesEditor::InsertClause(const TUsesSection& section, const std::vector<st
 void TUsesEditor::Remove(const TUsesClause& clause, const TUsesItems& marked) {
   const auto isMarked = [&](const TUsesItem& item) { return marked.contains(&item); };
   if (std::all_of(clause.Items.begin(), clause.Items.end(), isMarked)) return RemoveClause(clause);
-  // Items at the end go with the comma before them, all others with the comma after them.
+  // Items at the end are removed with the comma before them, all others with the comma after them.
   size_t end = clause.Items.size();
   while (isMarked(clause.Items[end - 1])) --end;
   for (size_t i = 0; i < end; ++i) {

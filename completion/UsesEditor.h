@@ -21,13 +21,13 @@ class TUsesEditor {
 
   // Inserts units after an item, or before the first one if `item` is null.
   void InsertAfter(const TUsesClause& clause, const TUsesItem* item, const std::vector<std::string>& units);
-  // Puts units in the place of an item.
+  // Replaces an item by units.
   void Replace(const TUsesClause& clause, const TUsesItem& item, const std::vector<std::string>& units);
-  // Makes the clause of a section that has none.
+  // Inserts a clause into a section that has none.
   void InsertClause(const TUsesSection& section, const std::vector<std::string>& units);
 
   // Removes the marked items with their commas, or the whole clause if all of its items are marked. The comments of a
-  // clause that goes get lines of their own.
+  // removed clause get lines of their own.
   void Remove(const TUsesClause& clause, const TUsesItems& marked);
 
   // Returns whether a comment in the clause is a compiler directive.

@@ -69,7 +69,7 @@ class TUsesStep {
         FNewUnits(NamesOf(rules.InsertedText)),
         FEditor(text, encoding) {}
 
-  // Nothing where the clauses cannot be told for certain.
+  // Returns the completed text, or nullopt if the clauses cannot be read with certainty.
   std::optional<std::string> Run() {
     FClauses = FindUsesClauses(FTokens);
     if (!FClauses) return std::nullopt;
@@ -119,7 +119,7 @@ class TUsesStep {
                         [&](const std::string& name) { return FRules.Declares(name, item.Name); });
   }
 
-  // Whether an item can go without touching a conditional directive's comma.
+  // Whether an item can be removed without touching a comma between conditional directives.
   static bool CanGo(const TUsesClause& clause, const TUsesItem& item) {
     if (item.Conditional) return false;
     if (item.Comma) return !item.CommaConditional;
@@ -158,7 +158,7 @@ class TUsesStep {
   }
 
   // Marks the new units of the implementation's clause that the interface needs, and adds them to the missing ones.
-  // Returns False if one of them cannot go.
+  // Returns False if one of them cannot be removed.
   bool MoveToInterface() {
     if (!FNeedsInterface || !FClauses->Implementation || !FClauses->Implementation->Clause) return true;
     const TUsesClause& implementation = *FClauses->Implementation->Clause;
@@ -226,8 +226,8 @@ class TUsesStep {
     return isInImplementation ? *FClauses->Implementation : *FClauses->Interface;
   }
 
-  // The item after which new ones go, or in whose place: the first of the old families, else the last one. Null
-  // where there is none outside of conditional directives.
+  // Returns the item after which new ones are inserted, or which they replace: the first of the old families, else
+  // the last one. Null if there is none outside of conditional directives.
   const TUsesItem* PlaceIn(const TUsesClause& clause) const {
     for (const auto& [owner, item] : FOldItems) {
       if (owner == &clause && !item->Conditional) return item;
@@ -235,7 +235,7 @@ class TUsesStep {
     return clause.Items.back().Conditional ? nullptr : &clause.Items.back();
   }
 
-  // Keeps a clause that would go as a whole if it has a directive, because what the directive does is not known.
+  // Keeps a clause that would be removed as a whole if it contains a directive, whose effect is not known.
   // Returns False if units of it would move to the interface.
   bool KeepDirectives(const TUsesClause& clause) {
     if (!FEditor.HasDirective(clause) ||

@@ -13,7 +13,7 @@ namespace completion {
 
 struct TUsesRules {
   std::string_view OldUnit;       // the unit that the conversion looks for, ignoring case
-  std::string_view InsertedText;  // what the conversion inserted after it: ", First, Second"
+  std::string_view InsertedText;  // the text that the conversion inserted after it: ", First, Second"
   // Whether an identifier is a new class or exception.
   std::function<bool(std::string_view identifier)> IsNewClass;
   // Whether a unit of a uses clause, with or without its unit scope, is one of the old families whose identifiers are
@@ -23,26 +23,26 @@ struct TUsesRules {
 };
 
 enum class TUsesRefusal {
-  Source,      // the unit's clauses cannot be told for certain
+  Source,      // the unit's clauses cannot be read with certainty
   Conditional  // an old unit between conditional directives
 };
 
-// Who is told what the step did not do, and which units it took out. `offset` is in the text that was given, in bytes,
-// 0-based; `unit` is spelled as in the text.
+// Callbacks for the changes that the step refused, and for the units that it removed. `offset` is in the text that was
+// passed, in bytes, 0-based; `unit` is spelled as in the text.
 struct TUsesAccount {
   std::function<void(TUsesRefusal refusal, size_t offset, std::string_view unit)> OnRefused;
   std::function<void(std::string_view unit)> OnRemoved;
 };
 
 // Returns `text`, a converted unit or program in working text, with completed uses clauses:
-// - where the unit names a new class, or has the old unit, and lists none of the new units, they are listed in the
+// - if the unit names a new class, or lists the old unit, and lists none of the new units, they are added to the
 //   interface's clause if a new class is named there, else in the clause of the old unit, else in that of the
-//   implementation. A missing clause is made;
+//   implementation. A missing clause is added;
 // - new units that only the implementation lists move to the interface if a new class is named there;
-// - units of the old families of which no identifier is left in the unit are taken out;
+// - units of the old families are removed if the unit names none of their identifiers;
 // - no new unit is listed twice.
-// Clauses keep their layout, one a line or several, and their comments. The comments of a clause that goes get lines
-// of their own. A text that is complete comes back as it is.
+// Clauses keep their layout, one a line or several, and their comments. The comments of a removed clause get
+// lines of their own. A text that is complete is returned unchanged.
 std::string CompleteUses(std::string_view text, const qrl::TEncoding& encoding, const TUsesRules& rules,
                          const TUsesAccount& account);
 

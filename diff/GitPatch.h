@@ -14,19 +14,19 @@ namespace diff {
 struct TPatchFile {
   std::string_view Path;  // relative, with '/' between its components
   std::string_view OldBytes, NewBytes;
-  // For a file that a text patch cannot carry: its contents as UTF-8 text. Both empty: nothing readable is shown.
+  // For a file that needs a binary patch: its contents as UTF-8 text. Both empty: nothing readable is shown.
   std::string_view OldText, NewText;
 };
 
-// Whether a text patch cannot carry these bytes, because they hold a NUL.
+// Returns whether the file needs a binary patch, because its bytes contain a NUL.
 bool NeedsBinaryPatch(const TPatchFile& file);
 
-// Returns the patch of one file, or an empty string where nothing changed. Applied with `git apply` it gives
-// exactly NewBytes, whatever line ends, marks and encodings they hold; so `ignore` is then Nothing. With another
-// `ignore` the patch leaves the ignored differences out, is for reading only, and begins with a line that says so.
+// Returns the patch of one file, or an empty string if nothing changed. With `ignore` Nothing, `git apply` of the
+// patch gives exactly NewBytes, whatever line ends, byte order marks and encodings they contain. With another
+// `ignore` the patch leaves out the ignored differences, is for reading only, and begins with a line that says so.
 //
-// A file that needs a binary patch comes as one, after a diff of its texts on lines that begin with "# ", which
-// patch tools skip. For reading only, the binary part is left out.
+// A file that needs a binary patch gets one, after a diff of its texts on lines that begin with "# ", which patch
+// tools skip. A patch for reading only has no binary part.
 std::string GitPatch(const TPatchFile& file, TIgnore ignore = TIgnore::Nothing);
 
 }  // namespace diff

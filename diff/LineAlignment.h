@@ -18,7 +18,7 @@ struct TDiffRow {
 
 // Returns the rows of `lines`, as DiffLines gave them. In a run of changes, removed and added lines that are alike
 // come side by side and keep their order, such that the sum of their similarities is the largest. Runs of more
-// than about a million pairs are matched by what lines have in common without white space, and then in order.
+// than about a million pairs are matched by equal lines, ignoring white space, and then in order.
 // The rows point into `lines`.
 std::vector<TDiffRow> AlignLines(const std::vector<TDiffLine>& lines);
 

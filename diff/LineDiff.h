@@ -16,10 +16,9 @@ struct TDiffLine {
   enum class TKind { Same, Removed, Added };
   TKind Kind = TKind::Same;
   std::string_view Old;  // empty for an added line
-  std::string_view
-      New;          // empty for a removed line; of a line that is the same, it may differ in ignored bytes
-  int OldLine = 0;  // 1-based; 0 for an added line
-  int NewLine = 0;  // 1-based; 0 for a removed line
+  std::string_view New;  // empty for a removed line; for a Same line it may differ from Old in ignored bytes
+  int OldLine = 0;       // 1-based; 0 for an added line
+  int NewLine = 0;       // 1-based; 0 for a removed line
   bool operator==(const TDiffLine&) const = default;
 };
 

@@ -1,4 +1,4 @@
-// What the wizard's programs of all front ends have in common.
+// The title, exit statuses and errors that the wizard's programs of all front ends share.
 #pragma once
 
 #include "rtl/text/Exceptions.h"

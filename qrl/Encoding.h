@@ -1,6 +1,6 @@
 // The encoding of a source file, and the conversion between its bytes and the working text, a byte string
 // that can be converted back to the same bytes:
-//   Default  the file's bytes as they are, in the source code page (win/CodePage.h);
+//   Default  the file's bytes as they are, in the source code page (win/paths/CodePage.h);
 //   UTF8     the bytes after the byte order mark as they are, malformed ones too;
 //   Unicode  UTF-16LE on disk, UTF-8 in the working text. A lone surrogate becomes its three-byte form, as in
 //            generalised UTF-8 (Simon Sapin, "The WTF-8 encoding").

@@ -1,8 +1,8 @@
 // The file functions of Windows that the system uses, as one interface.
 //
 // Paths are Windows paths: UTF-8, with a backslash between components and an optional drive letter. The
-// host's implementation (win/posix) converts them to host names (win/paths/Drives.h) and follows Windows'
-// rules for case, attributes and overwriting. win/FileApi.h has the same operations as free functions on
+// host's implementation (win/posix, win/windows) converts them to host names (win/paths/Drives.h) and follows
+// Windows' rules for case, attributes and overwriting. win/FileApi.h has the same operations as free functions on
 // the current file system; a test sets another one with TFileSystemOverride.
 //
 // Every operation reports failure by its result and sets GetLastError (win/Errors.h) to the reason. If
@@ -153,7 +153,7 @@ class TFileSystem {
   //
   // The attributes of an entry distinguish folders (DIRECTORY), links to folders (DIRECTORY and
   // REPARSE_POINT) and everything else (NORMAL). Use GetFileAttributesA for READONLY. An entry that no
-  // Windows path can name is passed over, with one line for the user (win/Diagnostics.h).
+  // Windows path can name is skipped, with one line for the user (win/Diagnostics.h).
   [[nodiscard]] virtual std::unique_ptr<TFindHandle> FindFirstFileA(std::string_view pattern,
                                                                     TFindData& data) = 0;
 

@@ -1,3 +1,4 @@
+// The rule of the hosts' copiers for existing targets.
 #pragma once
 
 namespace win {

@@ -11,7 +11,7 @@ constexpr size_t kMostEntries = size_t{1} << 27;  // 2 GB
 
 }  // namespace
 
-// The time of one Run. Whatever way it ends, its entries are popped and the caller's frame is in force again.
+// The scope of one Run. However it ends, its entries are popped and the caller's frame is current again.
 class TLL1Machine::TOpenRun {
  public:
   explicit TOpenRun(TLL1Machine& machine)
@@ -165,7 +165,7 @@ int32_t TLL1Machine::PopAlternative() {
   }
 }
 
-// Returns what the memo holds of the rule at the present position.
+// Returns the memo's result for the rule at the present position.
 inline int32_t TLL1Machine::FindResult(int32_t rule) const {
   const bool mayBeKnown = FUsesMemo && FProgram.Rule(rule).IsRemembered;
   return mayBeKnown ? FMemo.Find(rule, FPosition) : TLL1Memo::kUnknown;

@@ -2,8 +2,7 @@
 //
 // The machine keeps a stack of its own, with an entry for each open rule (where to continue when it has
 // matched) and an entry for each alternative still to be tried (the position and the state to go back to). So
-// a list may be as long as it likes. Only a hook, which is a call of the client, takes a piece of the call
-// stack.
+// a list may have any length. Only a hook, which is a call of the client, uses the call stack.
 //
 //  - Once a rule is certain to match, its remaining alternatives are popped, and a reference that ends its
 //    rule pushes no entry. A list that is written as a right recursion therefore runs in constant space.
@@ -24,8 +23,8 @@
 
 namespace mig {
 
-// Whoever runs a machine: makes the calls of the hooks, from the live state's position. A hook may move the
-// position, run rules, and refuse or claim a match as it likes.
+// The client of a machine. The machine calls its hooks at the live state's position. A hook may move the position,
+// run rules, and report a match or a failure as it likes.
 class TLL1Client {
  public:
   // Parses the nonterminal `name`; `rule` is the index of its rule, or TLL1Node::kNone.

@@ -2,8 +2,8 @@
 //
 // An insurance, not a part of ordinary parsing. Ordered choice with backtracking takes exponential time for
 // some texts: a level of nesting that is read once for each of two alternatives doubles the work for all
-// levels inside it. The machine switches the memo on when a parse has read far more than its text is long
-// (TLL1Parser::SetRereadAllowance); from there on the work is in proportion to the text. In 15,572 objects of
+// levels inside it. The machine switches the memo on when a parse has read many times the length of its text
+// (TLL1Parser::SetRereadAllowance); from then on the work is in proportion to the text. In 15,572 objects of
 // real forms that never happened. The benchmark rows `Doubling` show what it prevents.
 //
 // The memo is a cache: a full window of slots loses an old result. A lost result costs the time to find it
@@ -23,7 +23,7 @@ class TLL1Memo {
 
   // Forgets all results, in constant time.
   void Clear();
-  // Returns the position after what the rule matched at `position`, or kFailed, or kUnknown.
+  // Returns the position after the rule's match at `position`, or kFailed, or kUnknown.
   int32_t Find(int32_t rule, int32_t position) const;
   // Stores a result of Find. An exception leaves the memo as it was.
   void Store(int32_t rule, int32_t position, int32_t result);

@@ -93,7 +93,7 @@ class TLL1Parser::TEngine final : private TLL1Client {
   TLL1Machine FMachine;
 };
 
-// The time of one Parse. Whatever way it ends, no copy of the state is left.
+// The scope of one Parse. However it ends, no copy of the state is left.
 class TLL1Parser::TParseGuard {
  public:
   explicit TParseGuard(TLL1Parser& parser) : FParser(parser) {

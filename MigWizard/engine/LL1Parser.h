@@ -1,5 +1,5 @@
 // A parser for grammars that are given at run time: ordered choice with full backtracking over the characters
-// of a text. The rule language is that of MigWizard/engine/LL1Grammar.h. A subclass adds what a parse means:
+// of a text. The rule language is that of MigWizard/engine/LL1Grammar.h. A subclass adds the actions:
 //
 //   class TNumberList : public TLL1Parser {
 //    public:
@@ -17,7 +17,7 @@
 //         TParseState::Assign(source);
 //         Count = static_cast<const TState&>(source).Count;
 //         auto& numbers = static_cast<TNumberList&>(Owner()).Numbers;
-//         if (numbers.size() > Count) numbers.resize(Count);  // taken back with its alternative
+//         if (numbers.size() > Count) numbers.resize(Count);  // undone with its alternative
 //       }
 //       size_t Count = 0;
 //     };
@@ -113,7 +113,7 @@ class TLL1Parser {
   virtual void BeforeParse() {}
   // Called with the outcome, which it may change.
   virtual void AfterParse(bool& success) { static_cast<void>(success); }
-  // Returns what is being parsed, as the beginning of a message.
+  // Returns the subject of the parse, as the beginning of a message.
   virtual std::string DescribeSubject() const { return "Text"; }
 
   // Adds to the nonterminals that go through ParseNonterminal, with their brackets and in lower case. From

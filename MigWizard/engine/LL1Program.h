@@ -3,8 +3,8 @@
 // Each rule becomes a tree of nodes, and each hook of the client becomes a node that calls the client. There
 // are two ways to build the trees:
 //
-//  - For a client that names its hooks, neighbouring alternatives share their common beginning. What has
-//    matched once is not read again for the next alternative, which starts after it. The outcome is that of
+//  - For a client that names its hooks, neighbouring alternatives share their common beginning. Text that
+//    has matched once is not read again for the next alternative, which starts after it. The outcome is that of
 //    ordered choice, because a step that starts in the same state ends in the same state. Small rules that
 //    leave no choice open, such as a name, are inlined where they are referred to.
 //  - For a client that names none, every reference is a hook and nothing is shared, so the client sees each
@@ -67,7 +67,7 @@ struct TLL1ProgramRule {
   bool IsRemembered = false;        // pure, and costly enough for the memo
 };
 
-// What a client sees of a parse.
+// The references of a parse that go through the client.
 struct TLL1Hooks {
   bool IsEverything = true;        // every nonterminal and every terminal
   std::vector<std::string> Names;  // otherwise: these nonterminals, with their brackets and in lower case

@@ -12,7 +12,7 @@
 namespace mig {
 namespace {
 
-// The buttons of the page, in their order, with what they stand for.
+// The buttons of the page, in their order, with their answers.
 class TPage {
  public:
   explicit TPage(const std::string& title, std::string_view text, bool succeeded) {
@@ -72,7 +72,7 @@ void ShowLeftOut(const std::vector<TLeftOut>& leftOut, const std::string& title)
   rtl::Application().MessageBox(text, title, rtl::MB_ICONINFORMATION);
 }
 
-// Returns True if the run changed something that a restore can take back.
+// Returns True if the run changed something that a restore can undo.
 bool CanUndo(const TRunObserver& observer, const TReplaceOptions& options) {
   return observer.HasReplaced() && !WayBackOf(options).empty();
 }

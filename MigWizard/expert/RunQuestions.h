@@ -1,5 +1,5 @@
 // The questions before a run or a restore. Each one is asked before any file is touched. Where the front end
-// cannot ask (rtl::IFrontEnd::Ask), the way that loses nothing is taken.
+// cannot ask (rtl::IFrontEnd::Ask), the answer is the one that loses nothing.
 #pragma once
 
 #include <functional>
@@ -26,26 +26,29 @@ enum class TBackupAnswer {
 // Options.Policy as the user wishes. For RestoreJournal, `journal` receives the full name of the journal.
 TBackupAnswer AskAboutBackups(TReplaceOptions& options, const std::string& base, std::string& journal);
 
-// Tells which files of the project are missing, one line each. Returns False if the user cancels the run.
+// Shows the missing files of the project, one line each, and asks whether to continue. Returns False if the user
+// cancels the run.
 bool AskAboutMissingFiles(const std::vector<std::string>& missing, const std::string& title);
 
 // Asks after a run that ended because the contents of a file cannot be converted. Returns True to run again
 // without such files, False to end, or nullopt if the front end cannot ask.
 std::optional<bool> AskToLeaveOut(const EFileConversion& error, const std::string& title);
 
-// Makes the plan of a restore, and asks about files that were edited since the run and lines that no run can
-// have written. `answered` holds the lines about which the user was asked before. Returns nullopt if the user
-// cancels.
+// Makes the plan of a restore, and asks about files that were edited since the run and about lines that no run can
+// have written.
+//
+//   TRestoreQuestion question(undoFile, title);
+//   if (question.Ask()) restored = replacer.Restore(question.Plan());
 class TRestoreQuestion {
  public:
   TRestoreQuestion(std::string_view undoFile, std::string_view title) : FUndoFile(undoFile), FTitle(title) {}
 
-  // Reads the undo file and checks its lines. Asks about those that a restore would lose data by, unless the
-  // user was asked about the same ones before. Returns False if the user cancels. Raises rtl::EStreamError if
+  // Reads the undo file and checks its lines. Asks about those with which a restore would lose data, unless the
+  // last call has asked about the same ones. Returns False if the user cancels. Raises rtl::EStreamError if
   // the undo file, or a file to be compared, cannot be read.
   [[nodiscard]] bool Ask();
 
-  // Returns what to restore. Valid after Ask has returned True.
+  // Returns the lines to restore. Valid after Ask has returned True.
   const TRestorePlan& Plan() const { return FPlan; }
   // Returns the lines that are not restored, as messages for the user.
   const std::vector<std::string>& LeftOut() const { return FLeftOut; }

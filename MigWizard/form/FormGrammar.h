@@ -1,4 +1,4 @@
-// The grammar of form text. What it accepts is a well-formed object block.
+// The grammar of form text. It accepts a well-formed object block.
 #pragma once
 
 #include <span>

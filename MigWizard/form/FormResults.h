@@ -44,7 +44,7 @@ class TFormProperty {
   size_t FIndent = 0;  // blanks before all lines but the first
 };
 
-// A property of the source, and what became of it. Views of the parsed text.
+// A property of the source, and the result of its conversion. Views of the parsed text.
 struct TSourceProperty {
   std::string_view Name, Value;
   size_t EntryCount = 0;                // properties of the output that it gave

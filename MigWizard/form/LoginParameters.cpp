@@ -83,11 +83,11 @@ void TLoginParameters::ReadLines(std::string_view lines) {
 }
 
 void TLoginParameters::AddEntry(std::string_view text, std::string_view content, std::string_view pieces) {
-  const size_t divider = content.find('=');
-  if (divider == std::string_view::npos) {
+  const size_t separator = content.find('=');
+  if (separator == std::string_view::npos) {
     FEntries.push_back({text, {}, {}, {}});
   } else {
-    FEntries.push_back({text, content.substr(0, divider), content.substr(divider + 1), pieces});
+    FEntries.push_back({text, content.substr(0, separator), content.substr(separator + 1), pieces});
   }
 }
 

@@ -1,4 +1,4 @@
-// What becomes of single properties, as rows of a table.
+// The conversion of single properties, as rows of a table.
 //
 //   constexpr TPropertyRule kRules[] = {
 //       {"DataSource", {"TQuery"}, TPropertyEffect::Rename, "MasterSource"},
@@ -28,8 +28,8 @@ enum class TPropertyEffect {
 
 struct TPropertyRule {
   std::string_view PropName;  // compared exactly
-  std::array<std::string_view, 4>
-      ObjTypes;  // compared exactly; the rule fits every class if the first is empty
+  // Compared exactly. If the first one is empty, the rule fits every class.
+  std::array<std::string_view, 4> ObjTypes;
   TPropertyEffect Effect;
   std::string_view NewName = {};
   std::span<const TLoginField> LoginFields = {};

@@ -6,7 +6,7 @@
 //   name, 00   the resource's name; or FF and two bytes, a number
 //   30 10      memory flags, ignored on reading
 //   size       of the data, 4 bytes
-//   data       rtl/ObjectValues.h
+//   data       rtl/objects/ObjectValues.h
 #pragma once
 
 #include <cstddef>

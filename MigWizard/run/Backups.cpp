@@ -27,7 +27,7 @@ std::string LastReason() {
 void TBackups::Prepare() {
   if (!FOptions.Policy.Strict || FindWayBack(FOptions.BackupDir) == TWayBack::None) return;
   FStagingDir = JoinPath(FOptions.BackupDir, kStagingFolder);
-  FFolders.Need(FStagingDir);
+  FFolders.Ensure(FStagingDir);
 }
 
 void TBackups::Add(const std::string& fileName, const std::string& relPath, const TFileVersion& version) {
@@ -38,7 +38,7 @@ void TBackups::Add(const std::string& fileName, const std::string& relPath, cons
   const std::string made = FStagingDir.empty() ? backupName : JoinPath(FStagingDir, place);
   if (!FUndoList.Add(fileName, backupName)) return;  // several units name this form
   FJournal.Add(fileName, made);
-  if (FOptions.Dest == sdFolder) FFolders.Need(rtl::ExtractFileDir(made));
+  if (FOptions.Dest == sdFolder) FFolders.Ensure(rtl::ExtractFileDir(made));
   TBackup& backup = FBackups.emplace_back(TBackup{fileName, version, made, backupName, false, {}});
   FQueue.Push([this, &backup] { Make(backup); });
   FQueue.WaitForRoom(kPendingBackups);
@@ -92,7 +92,7 @@ void TBackups::FinishJournal() {
   const std::string journal = JournalOf(FOptions.BackupDir);
   if (FStagingDir.empty()) return MoveToDisk(journal, undoFile);
   for (const TBackup& backup : FBackups) {
-    FFolders.Need(rtl::ExtractFileDir(backup.Place));
+    FFolders.Ensure(rtl::ExtractFileDir(backup.Place));
     if (!win::CopyToOwnFile(backup.Made, backup.Place))
       throw EBackupFailed(rtl::Format(kNoBackup, {backup.FileName, LastReason()}));
   }

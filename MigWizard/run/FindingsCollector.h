@@ -1,4 +1,4 @@
-// Collects what the runs of a replacer did and left.
+// Collects the results of a replacer's runs: conversions and findings, file by file.
 //
 //   TFindingsCollector collector(replacer, oldNames);
 //   replacer.Preview();
@@ -35,7 +35,7 @@ class TFindingsCollector {
   std::unordered_set<std::string> FKnown;  // names of files that were added, in upper case
 };
 
-// What a run did and left.
+// The results of a run.
 struct TRunAccount {
   std::string Mode;       // "bde" or "ibx"
   bool IsFolder = false;  // a run over a folder, not a project
@@ -44,7 +44,7 @@ struct TRunAccount {
   std::vector<TFileReport> Files;
 };
 
-// Implemented by the services of a host that shows what a run of a loaded module did and left.
+// Implemented by the services of a host that shows the results of a loaded module's run.
 class IRunAccounts : public toolsapi::IInterface {
  public:
   using TBase = IInterface;

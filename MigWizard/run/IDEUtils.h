@@ -23,8 +23,8 @@ class TIDEUtils {
   // --- The active project. ---
   static std::string GetProjectFileName();  // empty if there is no project
   static int GetModuleCount();              // 0 if there is no project
-  static std::string GetModuleFileName(
-      int index);  // from 0, in the project's order; modules of every kind, may be empty
+  // Returns the file of a module of any kind; may be empty. `index` counts from 0, in the project's order.
+  static std::string GetModuleFileName(int index);
   // Returns True if the host saved the project, so that the files on disk are up to date. False without a
   // project.
   [[nodiscard]] static bool SaveProject();
@@ -34,9 +34,10 @@ class TIDEUtils {
   // cannot tell.
   static std::vector<std::string> GetMissingFiles();
 
-  // --- The changes of a run. --- CanShowChanges returns True if the host can show them; ShowChanges shows them
-  // when the run has ended, or does nothing.
+  // --- The changes of a run. ---
+  // Returns True if the host can show them.
   static bool CanShowChanges();
+  // Shows them when the run has ended, or does nothing.
   static void ShowChanges();
 
   // --- Open files. The results of the first three may be ignored. ---

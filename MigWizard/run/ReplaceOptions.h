@@ -54,8 +54,8 @@ class TReplaceOptions {
   bool MakeBackup = true;       // make backups and write the undo file
   std::string BackupDir;        // full Windows path of this run's backup folder
   bool WriteLog = true;
-  std::string
-      UnitNames;  // with sdProject: bare file names of the selected units, one a line, as the Text of a list
+  // With sdProject: bare file names of the selected units, one a line, as the Text of a list.
+  std::string UnitNames;
   bool ViewLog = false;  // open the log after the run; no effect without WriteLog
   TRunPolicy Policy;
 };

@@ -1,4 +1,4 @@
-// What a replacer hands to a run.
+// The arguments of a run, which its replacer sets.
 #pragma once
 
 #include <vector>

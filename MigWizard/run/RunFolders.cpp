@@ -53,7 +53,7 @@ TTempFolder::~TTempFolder() {
   }
 }
 
-void TFolderMaker::Need(const std::string& folder) {
+void TFolderMaker::Ensure(const std::string& folder) {
   if (!FMade.contains(folder) && ForceFolders(folder)) FMade.insert(folder);
 }
 

@@ -46,7 +46,7 @@ class TTempFolder {
 class TFolderMaker {
  public:
   // Creates the folder and its parents. Failures are not reported, because writing to the folder fails then.
-  void Need(const std::string& folder);
+  void Ensure(const std::string& folder);
 
  private:
   std::unordered_set<std::string> FMade;

@@ -68,8 +68,8 @@ class TRunHooks {
   // mapped classes. Such forms are searched for only if this is set and findings are collected.
   std::function<void(const std::string& formName, size_t mappedObjects)> OnOtherForm;
 
-  // Called after the conversion, before originals are replaced, with what the run did and left. Only a run that is
-  // observed (expert/RunObserver.h) calls it. `files` is valid during the call.
+  // Called after the conversion, before originals are replaced, with the results. Only a run that is observed
+  // (MigWizard/expert/RunObserver.h) calls it. `files` is valid during the call.
   std::function<void(const std::vector<TFileReport>& files)> OnCollected;
 
   void Report(const TRunProgress& progress) const {

@@ -1,4 +1,4 @@
-// What a run would change, file by file, and a choice of it.
+// The plan of a run, with the changes to each file, and a selection from it.
 //
 //   TRunPlan plan;
 //   replacer.Preview(&plan);                  // writes nothing
@@ -56,8 +56,8 @@ class TRunSelection {
   void LeaveOutGroup(size_t group);
   void LeaveOut(const std::string& fileName, size_t place);
 
-  // --- For the run ---
-  // Returns what is left out of the file, or null if nothing is.
+  // --- For the run. ---
+  // Returns the edits of the file that are left out, or null if none are.
   const TEditSelection* Find(const std::string& fileName) const;
   // Raises EFileEdited if the run read a file, in the version `version`, that is not in the plan or was
   // changed after the preview.

@@ -150,7 +150,7 @@ void TWalk::ProcessEntry(const std::string& fileName, TFilesAhead& files, const 
   if (FOptions.Dest == sdFolder) {
     FTwins.AddFullName(rtl::ExtractFileDir(fileName));
     relPath = rtl::ExtractRelativePath(JoinPath(FOptions.Directory, ""), fileName);
-    if (!FIsPreview) FTempFolders.Need(JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
+    if (!FIsPreview) FTempFolders.Ensure(JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
   } else {
     FTwins.AddBareName(fileName);
   }

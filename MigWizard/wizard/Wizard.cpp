@@ -20,7 +20,6 @@ std::unique_ptr<TWizardForm> WizardForm;
 namespace {
 
 constexpr int kMaxHistory = 10;
-constexpr char kBackupFolder[] = "RBackup";
 constexpr char kUndoFilter[] = "Undo files (*.reu)|*.reu|All files (*.*)|*.*";
 
 bool PickFolder(std::string& folder) {
@@ -341,7 +340,7 @@ std::string TWizardForm::BaseFolder() const {
 }
 
 void TWizardForm::SetDefaultBackupDir() {
-  if (!FBackupDirChanged) cbBackupDir.SetText(JoinPath(BaseFolder(), kBackupFolder));
+  if (!FBackupDirChanged) cbBackupDir.SetText(JoinPath(BaseFolder(), SBackupFolderName));
 }
 
 std::string TWizardForm::GetBackupDir() const {

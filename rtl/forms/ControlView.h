@@ -1,4 +1,4 @@
-// What a front end shows of a control, one kind of state at a time.
+// Shows a control in a front end, one kind of its state at a time. The front end overrides the Show operations.
 #pragma once
 
 #include "rtl/forms/Controls.h"
@@ -20,7 +20,7 @@ class TControlView {
   virtual void ShowItems() {}
   virtual void ShowPicture() {}
   virtual void ShowActivePage() {}
-  // Returns whether one of these is at work, so a notification of the toolkit is no user input.
+  // Returns whether one of these operations is running. A notification of the toolkit is not user input then.
   bool IsShowing() const { return FShowing > 0; }
 
  private:

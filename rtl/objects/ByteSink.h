@@ -8,7 +8,7 @@
 //   sink.Take(end);
 //
 // Call Flush at the end. Destroying a sink without Flush discards the bytes that are still in the buffer,
-// as is right after a failed conversion.
+// as intended after a failed conversion.
 #pragma once
 
 #include <cstddef>

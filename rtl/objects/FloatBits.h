@@ -5,7 +5,7 @@
 // The text is a number of the form language that is too large for every format: the bits as one or two
 // integers, and an exponent that names the kind of value. The bytes 00 00 00 00 00 00 00 80 00 00 of a
 // vaExtended (a mantissa with its leading bit set, under the exponent 0) are "9223372036854775808.0E100005".
-// Only this program reads it; text for people never holds it.
+// Only this program reads such text; text for people never contains it.
 #pragma once
 
 #include <string>

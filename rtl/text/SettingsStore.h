@@ -1,4 +1,4 @@
-// Where TRegIniFile (rtl/text/Registry.h) keeps the settings of a root key. Each host has its own store.
+// The store in which TRegIniFile (rtl/text/Registry.h) keeps the settings of a root key. Each host has its own.
 #pragma once
 
 #include <memory>

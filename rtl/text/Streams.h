@@ -16,8 +16,8 @@ class TFileHandle;
 namespace rtl {
 
 inline constexpr uint16_t fmCreate = 0xFFFF;  // create, or empty an existing file; read and write
-inline constexpr uint16_t fmCreateOwn =
-    0xFFFE;  // the same for one of the program's own files: does not follow links, and locks the file
+// The same for one of the program's own files: does not follow links, and locks the file.
+inline constexpr uint16_t fmCreateOwn = 0xFFFE;
 inline constexpr uint16_t fmOpenRead = 0x0000;
 inline constexpr uint16_t fmShareDenyNone = 0x0040;
 

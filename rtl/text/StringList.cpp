@@ -83,8 +83,8 @@ void TStringList::SetText(std::string_view text) {
 
 std::string_view TStringList::Names(int index) const {
   const std::string_view line = (*this)[index];
-  const size_t divider = line.find('=');
-  return divider == std::string_view::npos ? std::string_view() : line.substr(0, divider);
+  const size_t separator = line.find('=');
+  return separator == std::string_view::npos ? std::string_view() : line.substr(0, separator);
 }
 
 std::string_view TStringList::Values(std::string_view name) const {
@@ -92,8 +92,8 @@ std::string_view TStringList::Values(std::string_view name) const {
   const auto found = FNameIndex.find(LowerCase(name));
   if (found == FNameIndex.end()) return {};
   const std::string_view line = FLines[found->second].Text;
-  const size_t divider = line.find('=');
-  return divider == std::string_view::npos ? std::string_view() : line.substr(divider + 1);
+  const size_t separator = line.find('=');
+  return separator == std::string_view::npos ? std::string_view() : line.substr(separator + 1);
 }
 
 void TStringList::SetValue(std::string_view name, std::string_view value) {
@@ -116,9 +116,9 @@ void TStringList::IndexNames() const {
 
 // A line without "=" has no name. A line that begins with "=" has the empty name.
 void TStringList::IndexName(size_t line) const {
-  const size_t divider = FLines[line].Text.find('=');
-  if (divider != std::string::npos)
-    FNameIndex.try_emplace(LowerCase(FLines[line].Text.substr(0, divider)), line);
+  const size_t separator = FLines[line].Text.find('=');
+  if (separator != std::string::npos)
+    FNameIndex.try_emplace(LowerCase(FLines[line].Text.substr(0, separator)), line);
 }
 
 void TStringList::SaveToFile(std::string_view fileName) const {

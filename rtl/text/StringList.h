@@ -1,7 +1,6 @@
 // TStringList: an ordered list of strings, each with an integer in its object slot.
 //
-// Search and comparison ignore the case of ASCII letters. Indices count from 0. Names and Values treat a
-// line
+// Search and comparison ignore the case of ASCII letters. Indices count from 0. Names and Values treat a line
 // "name=value" as a pair, split at the first "=".
 #pragma once
 

@@ -1,6 +1,5 @@
-// What the host knows about characters and code pages. Its folder defines these functions: by ICU and
-// tables that are generated when the program is built (win/posix), or by the system's own functions
-// (win/windows).
+// Properties of characters and code pages. Each host's folder defines these functions: by ICU and tables that
+// are generated when the program is built (win/posix), or by the system's own functions (win/windows).
 #pragma once
 
 #include <cstddef>

@@ -4,23 +4,23 @@
 
 namespace win {
 
-void AppendComponents(std::string& result, size_t root, std::string_view path, std::string_view dividers,
-                      char divider, TParents parents) {
+void AppendComponents(std::string& result, size_t root, std::string_view path, std::string_view separators,
+                      char separator, TParents parents) {
   while (!path.empty()) {
-    const size_t end = std::min(path.find_first_of(dividers), path.size());
+    const size_t end = std::min(path.find_first_of(separators), path.size());
     const std::string_view component = path.substr(0, end);
     path.remove_prefix(std::min(end + 1, path.size()));
     if (component.empty() || component == ".") continue;
     if (component == "..") {
       const std::string_view above = std::string_view(result).substr(root);
-      const size_t last = above.rfind(divider) + 1;  // npos + 1 is 0
+      const size_t last = above.rfind(separator) + 1;  // npos + 1 is 0
       if (!above.empty() && above.substr(last) != "..") {
         result.resize(root + last - (last > 0 ? 1 : 0));
         continue;
       }
       if (parents == TParents::Drop) continue;
     }
-    if (result.size() > root) result += divider;
+    if (result.size() > root) result += separator;
     result += component;
   }
 }

@@ -26,10 +26,10 @@ void KeepIdentity(const THostPath& target, const struct stat& existing, int fd, 
 // failure returns false, with errno.
 [[nodiscard]] bool SetPermissions(const THostPath& place, const struct stat& own, const struct stat& source);
 
-// Returns whether the file at `place` has an access list or other labels, or may have some.
-[[nodiscard]] bool HasLabels(const THostPath& place);
-
-// Sets the last-write time of `source`, likewise.
+// Sets the last-write time of `source`. On failure returns false, with errno.
 [[nodiscard]] bool SetWriteTime(int fd, const struct stat& source);
+
+// Returns whether the file at `place` has an access list or other labels, or whether that is unknown.
+[[nodiscard]] bool HasLabels(const THostPath& place);
 
 }  // namespace win

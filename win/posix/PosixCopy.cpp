@@ -34,7 +34,7 @@ int64_t CopyInSystem([[maybe_unused]] int from, [[maybe_unused]] int to, [[maybe
 // Replaces `place`, a link, by the target of the link, following further links. Sets `exists` to whether
 // the target exists.
 bool FollowLinks(THostPath& place, struct stat& info, bool& exists) {
-  place.Widen();
+  place.ResetBase();
   for (int i = 0; i < kMostLinks; ++i) {
     std::string text(256, '\0');
     ssize_t length = 0;

@@ -65,8 +65,8 @@ std::string CurrentFolder() {
 std::string FullHostPath(std::string_view hostPath, bool backslashes) {
   const bool full = !hostPath.empty() && (hostPath[0] == '/' || (backslashes && hostPath[0] == '\\'));
   std::string result = "/";
-  if (!full) AppendComponents(result, 1, CurrentFolder(), kHostDividers);
-  AppendComponents(result, 1, hostPath, backslashes ? kWindowsDividers : kHostDividers);
+  if (!full) AppendComponents(result, 1, CurrentFolder(), kHostSeparators);
+  AppendComponents(result, 1, hostPath, backslashes ? kWindowsSeparators : kHostSeparators);
   return result.size() == 1 ? std::string() : result;
 }
 
@@ -124,13 +124,13 @@ std::string ToHostName(std::string_view path) {
     result.reserve(folder->size() + path.size());
     result.append(*folder) += '/';
     const size_t root = result.size();
-    AppendComponents(result, root, path.substr(2), kWindowsDividers);
+    AppendComponents(result, root, path.substr(2), kWindowsSeparators);
     if (result.size() == root && root > 1) result.pop_back();
     return result;
   }
   const bool rooted = IsSeparator(path[0]);
   if (rooted) result = "/";
-  AppendComponents(result, result.size(), path, kWindowsDividers, '/',
+  AppendComponents(result, result.size(), path, kWindowsSeparators, '/',
                    rooted ? TParents::Drop : TParents::Keep);
   return result.empty() ? "." : result;
 }
@@ -150,7 +150,7 @@ std::string ToWindowsPath(std::string_view typed) {
   if (typed.empty()) return {};
   if (HasDrive(typed)) {
     std::string below;
-    AppendComponents(below, 0, typed.substr(2), kWindowsDividers);
+    AppendComponents(below, 0, typed.substr(2), kWindowsSeparators);
     if (!IsWindowsName(below) || !FolderOfDrive(typed)) return {};
     std::replace(below.begin(), below.end(), '/', '\\');
     return DriveRoot(DriveIndex(typed[0])) + below;

@@ -13,13 +13,13 @@
 //    valid as long as the times stay.
 //  - A listing that is not settled is used once and read again the next time.
 //  - A change that is made through this layer is entered in the listing, together with the folder's new
-//    times, so that creating n files in a folder takes no n readings. Such a listing is no longer settled. It
+//    times, so that creating n files in a folder does not read it n times. Such a listing is no longer settled. It
 //    is used for a limited time, in proportion to the time that reading the folder takes, so changes by
 //    others are seen after that time at the latest, and reading costs a few percent.
 //  - For 10 ms after each comparison of the times and after each own change, the folder is not asked again
 //    where a name is found or is about to be created, because a run does many things in one folder in a row.
-//    Of own changes that follow each other within that time only some read the folder's new times; if the
-//    last one did not, the folder is read again. Without this rule a run takes 5 to 10 % more processor time.
+//    Of several own changes within that time, only some read the folder's new times. If the last one did not,
+//    the folder is read again. Without this rule a run takes 5 to 10 % more processor time.
 //  - The exact name is always looked up on the disk first, unless the caller opens or creates it in one call.
 //    A name that was found here is verified by the operation for which it was looked up: see
 //    TPosixPlaces::AtPlace.

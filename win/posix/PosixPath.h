@@ -48,7 +48,7 @@ struct THostPath {
   TFolderListing* Listing = nullptr;
 
   // Makes the path relative to the process's folder again if `Base` is the folder that contains the name.
-  void Widen() {
+  void ResetBase() {
     if (FullPath.empty()) return;
     Base = AT_FDCWD;
     Path = std::exchange(FullPath, {});
