@@ -1,6 +1,6 @@
-// Opens the window with a project and files, and prints what it took, one line for each in seconds: the processor time
-// until it is painted, and the longest that the window did not answer meanwhile; for a file also the longest step of
-// scrolling through it.
+// Opens the window with a project and files, and prints what it took, one line for each in seconds: the
+// processor time until it is painted, and the longest that the window did not answer meanwhile; for a file
+// also the longest step of scrolling through it.
 //
 //   QT_QPA_PLATFORM=offscreen OpenWindowBench PROJECT [FILE]...
 #include <QApplication>
@@ -22,8 +22,8 @@ namespace {
 
 constexpr int kPages = 100;  // steps of scrolling
 
-// Runs `step` and everything that it leaves for later, paints the window, and returns the seconds of processor
-// time. Stores the longest that the window did not answer in `longest`.
+// Runs `step` and everything that it leaves for later, paints the window, and returns the seconds of
+// processor time. Stores the longest that the window did not answer in `longest`.
 template <class TStep>
 double Seconds(desktop::THostWindow& window, const TStep& step, double& longest) {
   using TClock = std::chrono::steady_clock;

@@ -56,7 +56,8 @@ bool PutForm(const std::string& temp, const std::string& target) {
     win::SetLastError(win::ERROR_ACCESS_DENIED);
     return false;
   }
-  // The copy alone leaves a file that only its owner can read where something of the access rights cannot be copied.
+  // The copy alone leaves a file that only its owner can read where something of the access rights cannot be
+  // copied.
   return win::CopyToOwnFile(temp, target) && win::FileSystem().CopyPermissions(temp, target);
 }
 

@@ -14,8 +14,8 @@ namespace cli {
 
 class TInteractiveChoice {
  public:
-  // `folder` is the full Windows path that shown names are relative to. `line` and `replacer` must outlive the
-  // object. Standard input and standard output must be terminals.
+  // `folder` is the full Windows path that shown names are relative to. `line` and `replacer` must outlive
+  // the object. Standard input and standard output must be terminals.
   TInteractiveChoice(const TCommandLine& line, mig::TComponentReplacer& replacer, const std::string& folder);
   // Ends the limitation of runs.
   ~TInteractiveChoice();
@@ -23,8 +23,8 @@ class TInteractiveChoice {
   TInteractiveChoice& operator=(const TInteractiveChoice&) = delete;
 
   // Previews the run, shows the changes of each unit and its forms, and asks whether to make them. Limits all
-  // following runs to what was accepted. Returns false if all was declined. Call once. Raises EOutput,
-  // rtl::EAbort if a signal was received, and what Preview raises.
+  // following runs to the accepted changes. Returns false if all were declined. Call once. Raises EOutput,
+  // rtl::EAbort if a signal was received, and the exceptions of Preview.
   bool Ask();
 
  private:

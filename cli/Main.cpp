@@ -20,8 +20,8 @@
 namespace cli {
 namespace {
 
-// Lets the C library keep the memory of one file for the next, up to 64 MB. Otherwise it returns the memory to
-// the system, which clears it when it is asked for again.
+// Lets the C library keep the memory of one file for the next, up to 64 MB. Otherwise it returns the memory
+// to the system, which clears it when it is asked for again.
 void KeepFreedMemory() {
 #ifdef __GLIBC__
   constexpr int kMegabyte = 1 << 20;

@@ -38,8 +38,9 @@ class TPatchPrinter {
   // Waits until the user has closed the pager, if there is one. Call it before anything else is printed.
   void Finish() { FPager.Finish(); }
 
-  // Returns how to apply the printed patch, or an empty string if `git apply` in the folder does it: git skips
-  // files below a folder that is not the top of its working tree, and refuses files outside of the folder.
+  // Returns how to apply the printed patch, or an empty string if `git apply` in the folder does it: git
+  // skips files below a folder that is not the top of its working tree, and refuses files outside of the
+  // folder.
   std::string ApplyHint() const;
 
  private:

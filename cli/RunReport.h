@@ -25,7 +25,7 @@ class TRunReport {
   TRunReport(const TRunReport&) = delete;
   TRunReport& operator=(const TRunReport&) = delete;
 
-  // Notes that the user was asked what to replace, and declined all of it.
+  // Notes that the user was asked about the changes and declined all of them.
   void SetDeclined() { FReport.Run.IsDeclined = true; }
   // Ends the collection, removes findings that the baseline has, writes the reports, and prints the summary
   // on standard error unless the command line is quiet. Returns false, after a message, if a report could

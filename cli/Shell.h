@@ -9,9 +9,9 @@ namespace cli {
 // The quotation mark for a word with blanks: ' or, on Windows, ".
 extern const char kShellQuote;
 
-// Returns the files that a typed path with "*" or "?" in its name stands for, spelled with the folder as typed.
-// Returns the path as it is if it has none of them, if no file matches, or if the shells of this host have expanded
-// it already.
+// Returns the files that a typed path with "*" or "?" in its name stands for, spelled with the folder as
+// typed. Returns the path as it is if it has none of them, if no file matches, or if the shells of this host
+// have expanded it already.
 std::vector<std::string> ExpandWildcards(const std::string& typed);
 
 }  // namespace cli

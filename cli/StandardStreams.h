@@ -18,8 +18,8 @@ std::vector<std::string> ProgramArguments(int argc, char** argv);
 // of a file, becomes an error instead of ending the process.
 void PrepareStreams();
 
-// Writes bytes to the stream exactly as they are; to a console, as UTF-8 text. Returns 0, or the host's number of
-// the error. Allocates no memory.
+// Writes bytes to the stream exactly as they are; to a console, as UTF-8 text. Returns 0, or the host's
+// number of the error. Allocates no memory.
 int WriteStream(TStream stream, std::string_view bytes) noexcept;
 // Returns the text of such a number, without a full stop: "No space left on device".
 std::string StreamError(int error);

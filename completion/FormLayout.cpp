@@ -98,8 +98,8 @@ class TObjectLayout {
     return Trim(old) == Trim(FNew.back()) ? std::string(old) : FIndent + "end";
   }
 
-  // For each printed line the line of the original with the same meaning, with its line end; empty for none. The first
-  // and the last line of both are left out.
+  // For each printed line the line of the original with the same meaning, with its line end; empty for none.
+  // The first and the last line of both are left out.
   std::vector<std::string_view> KeptLines() const {
     std::string oldMeanings, newMeanings;
     for (size_t i = 1; i + 1 < FOld.size(); ++i) oldMeanings.append(Meaning(FOld[i])).append("\n");
@@ -112,8 +112,8 @@ class TObjectLayout {
     return kept;
   }
 
-  // The printer puts properties at FInner blanks, and later lines of a value two further right than they were. What
-  // is further left is of another object, added after this one.
+  // The printer puts properties at FInner blanks, and later lines of a value two further right than they
+  // were. What is further left is of another object, added after this one.
   std::string IndentedLine(std::string_view line) const {
     line = TrimRight(line);
     size_t blanks = line.find_first_not_of(' ');
@@ -130,8 +130,8 @@ class TObjectLayout {
   const std::string_view FLineEnd;
 };
 
-// Returns the white space between the start of the line and `offset`, or as many blanks as the line has bytes before
-// it.
+// Returns the white space between the start of the line and `offset`, or as many blanks as the line has bytes
+// before it.
 std::string IndentAt(std::string_view text, size_t offset) {
   const size_t newline = offset == 0 ? std::string_view::npos : text.rfind('\n', offset - 1);
   const size_t start = newline == std::string_view::npos ? 0 : newline + 1;
@@ -140,7 +140,8 @@ std::string IndentAt(std::string_view text, size_t offset) {
   return std::string(before.substr(0, length));
 }
 
-// Returns what replaces the object of `edit`: laid out, or as it was printed; with the changes of nested objects.
+// Returns the replacement for the object of `edit`: laid out, or as it was printed; with the changes of
+// nested objects.
 std::string ObjectText(std::string_view text, const mig::TFormEdit& edit, bool laysOut) {
   const std::string_view original = TrimRight(text.substr(edit.Begin, edit.End - edit.Begin));
   std::string result =

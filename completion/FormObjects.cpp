@@ -41,8 +41,8 @@ bool ReadHeader(const TTokens& tokens, size_t at, THeader& header) {
   return true;
 }
 
-// Returns the index of the `end` of the object whose keyword is at `at`, or the count of the tokens. An `end` counts
-// where the grammar of forms has one: it is no name of a property and no part of one.
+// Returns the index of the `end` of the object whose keyword is at `at`, or the count of the tokens. An `end`
+// counts where the grammar of forms has one: it is no name of a property and no part of one.
 size_t FindEnd(const TTokens& tokens, size_t at) {
   int depth = 0;
   for (; at < tokens.size(); ++at) {
@@ -61,8 +61,8 @@ class TInheritedPass {
   TInheritedPass(mig::TFormToComplete& form, mig::TFormParser& parser)
       : FForm(form), FText(form.Text), FParser(parser), FTokens(ReadUnitTokens(form.Text, form.Encoding)) {}
 
-  // Returns the edits of the conversion, each completed with the objects inside it, and those for the objects outside
-  // of them.
+  // Returns the edits of the conversion, each completed with the objects inside it, and those for the objects
+  // outside of them.
   std::vector<mig::TFormEdit> Run() {
     std::vector<mig::TFormEdit> edits;
     size_t token = 0;
@@ -87,8 +87,8 @@ class TInheritedPass {
     return static_cast<size_t>(place - FTokens.begin());
   }
 
-  // Converts the outermost objects of mapped classes that begin with the tokens from `first` to before `end` and end
-  // before `limit`. Returns the index after the last token of the last one, or `first`.
+  // Converts the outermost objects of mapped classes that begin with the tokens from `first` to before `end`
+  // and end before `limit`. Returns the index after the last token of the last one, or `first`.
   size_t Collect(size_t first, size_t end, size_t limit, std::vector<mig::TFormEdit>& edits) {
     size_t done = first;
     for (size_t i = first; i < end; ++i) {
@@ -111,7 +111,8 @@ class TInheritedPass {
     return done;
   }
 
-  // Converts the object with the keyword `object` and without its index, because the parser accepts only that.
+  // Converts the object with the keyword `object` and without its index, because the parser accepts only
+  // that.
   bool Convert(const THeader& header, size_t end, const std::string& newClass, mig::TFormEdit& edit) {
     const std::string_view oldClass = FTokens[header.Class].Lexem;
     const size_t bodyStart = FTokens[header.Last].End();
@@ -141,8 +142,9 @@ class TInheritedPass {
     return true;
   }
 
-  // Overwrites the indices of the objects between the tokens `first` and `end` by blanks, because the parser accepts no
-  // index. The text at an offset of `block` is `shift` bytes further in the form. Returns False if there is none.
+  // Overwrites the indices of the objects between the tokens `first` and `end` by blanks, because the parser
+  // accepts no index. The text at an offset of `block` is `shift` bytes further in the form. Returns False if
+  // there is none.
   bool BlankIndices(size_t first, size_t end, std::string& block, size_t shift) const {
     bool isChanged = false;
     for (size_t i = first; i < end; ++i) {
@@ -156,8 +158,8 @@ class TInheritedPass {
     return isChanged;
   }
 
-  // Puts the form's text back into the nested objects of `printed`, which are views of `block`. They are its last
-  // lines but one, and as long as in the form.
+  // Puts the form's text back into the nested objects of `printed`, which are views of `block`. They are its
+  // last lines but one, and as long as in the form.
   void RestoreNested(const std::string& block, size_t shift, std::string& printed) const {
     size_t at = printed.size() - std::string_view("end\r\n").size();
     const std::vector<std::string_view>& objects = FParser.NestedObjects();
@@ -169,8 +171,8 @@ class TInheritedPass {
     }
   }
 
-  // Makes views of the block views of the form's text: the body of the block, from `headerSize` on, is there from
-  // `bodyStart` on.
+  // Makes views of the block views of the form's text: the body of the block, from `headerSize` on, is there
+  // from `bodyStart` on.
   void MoveViews(mig::TObjectAccount& account, const std::string& block, size_t headerSize,
                  size_t bodyStart) const {
     const auto move = [&](std::string_view& view) {

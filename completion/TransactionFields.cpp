@@ -109,8 +109,8 @@ class TClassReader {
   std::vector<TClassBody> FClasses;
 };
 
-// Returns where a new line goes after the statement that ends with the ";" before `end`: after a comment that ends on
-// the same line, else at once.
+// Returns where a new line goes after the statement that ends with the ";" before `end`: after a comment that
+// ends on the same line, else at once.
 size_t LineEndAfter(std::string_view text, size_t end) {
   const size_t newline = std::min(text.find_first_of("\r\n", end), text.size());
   const std::string_view rest = text.substr(end, newline - end);

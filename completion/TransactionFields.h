@@ -29,11 +29,11 @@ struct TTransactionFields {
   std::vector<size_t> Refused;  // connections without one: offsets of the name of their class, ascending
 };
 
-// Returns `edits`, the edits of the conversion of `text`, changed so that exactly the component fields of the old class
-// add a transaction. Component fields are those in the published part of a class with an ancestor. The transaction is
-// called `rules.Name`, prefixed by the name of the connection if the class has several. Every other mention of the old
-// class is replaced by the new class alone. A field gets no transaction if its class already has a member of that
-// name. Offsets are in bytes, 0-based.
+// Returns `edits`, the edits of the conversion of `text`, changed so that exactly the component fields of the
+// old class add a transaction. Component fields are those in the published part of a class with an ancestor.
+// The transaction is called `rules.Name`, prefixed by the name of the connection if the class has several.
+// Every other mention of the old class is replaced by the new class alone. A field gets no transaction if its
+// class already has a member of that name. Offsets are in bytes, 0-based.
 //
 // `hasForm` is whether the unit names a form; without one no class has component fields.
 TTransactionFields CompleteTransactionFields(std::string_view text, const qrl::TEncoding& encoding,

@@ -21,11 +21,12 @@ struct TUnitToken {
   bool IsSymbol(char symbol) const { return Lexem.size() == 1 && Lexem[0] == symbol; }
 };
 
-// Returns the tokens of `text`, working text in `encoding`, without white space and comments. The text must outlive
-// the tokens.
+// Returns the tokens of `text`, working text in `encoding`, without white space and comments. The text must
+// outlive the tokens.
 std::vector<TUnitToken> ReadUnitTokens(std::string_view text, const qrl::TEncoding& encoding);
 
-// Returns the first line end of `text`: CR LF, LF, CR CR LF, or CR if it has no LF at all. CR LF if it has none.
+// Returns the first line end of `text`: CR LF, LF, CR CR LF, or CR if it has no LF at all. CR LF if it has
+// none.
 std::string_view LineEndOf(std::string_view text);
 
 }  // namespace completion

@@ -16,8 +16,8 @@ size_t FindWord(const TTokens& tokens, size_t first, size_t end, std::string_vie
   return kNone;
 }
 
-// Reads the item that begins at `at` and moves `at` to the comma or semicolon after it. Returns False where none can
-// be read.
+// Reads the item that begins at `at` and moves `at` to the comma or semicolon after it. Returns False where
+// none can be read.
 bool ReadItem(const TTokens& tokens, size_t& at, TUsesItem& item) {
   item.Begin = at < tokens.size() ? tokens[at].Offset : 0;
   bool inName = true;

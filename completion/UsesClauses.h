@@ -41,8 +41,9 @@ struct TUsesClauses {
   std::optional<TUsesSection> Implementation;  // none in a program
 };
 
-// Finds the sections and clauses. Returns nothing if the source cannot be read with certainty: no heading, two
-// clauses in a section, a clause or a section's keyword between conditional directives, or a clause that never ends.
+// Finds the sections and clauses. Returns nothing if the source cannot be read with certainty: it is no unit,
+// program or library, a section has two clauses, a clause or a section's keyword is between conditional
+// directives, or a clause never ends. A program without a heading must begin with `uses`.
 std::optional<TUsesClauses> FindUsesClauses(const std::vector<TUnitToken>& tokens);
 
 }  // namespace completion

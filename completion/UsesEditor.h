@@ -1,4 +1,5 @@
-// Changes of the uses clauses of a unit. Clauses keep their layout, one item a line or several, and their comments.
+// Changes of the uses clauses of a unit. Clauses keep their layout, one item a line or several, and their
+// comments.
 #pragma once
 
 #include <string>
@@ -26,8 +27,8 @@ class TUsesEditor {
   // Inserts a clause into a section that has none.
   void InsertClause(const TUsesSection& section, const std::vector<std::string>& units);
 
-  // Removes the marked items with their commas, or the whole clause if all of its items are marked. The comments of a
-  // removed clause get lines of their own.
+  // Removes the marked items with their commas, or the whole clause if all of its items are marked. The
+  // comments of a removed clause get lines of their own.
   void Remove(const TUsesClause& clause, const TUsesItems& marked);
 
   // Returns whether a comment in the clause is a compiler directive.

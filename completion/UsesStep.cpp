@@ -14,7 +14,8 @@ namespace {
 
 using TTokens = std::vector<TUnitToken>;
 
-// Returns the tokens of a unit or program up to its last one, the full stop of "end."; more text may follow that.
+// Returns the tokens of a unit or program up to its last one, the full stop of "end."; more text may follow
+// that.
 TTokens ReadModule(std::string_view text, const qrl::TEncoding& encoding) {
   TTokens tokens = ReadUnitTokens(text, encoding);
   for (size_t i = 1; i < tokens.size(); ++i) {
@@ -38,8 +39,8 @@ std::vector<std::string> NamesOf(std::string_view insertedText) {
   return names;
 }
 
-// Returns `text` without what the conversion inserted after each old unit of its uses clauses. With `onlyDoubled` only
-// where the new units followed already.
+// Returns `text` without the text that the conversion inserted after each old unit of its uses clauses. With
+// `onlyDoubled` only where the new units followed already.
 std::string WithoutInsertions(std::string_view text, const qrl::TEncoding& encoding, const TUsesRules& rules,
                               bool onlyDoubled) {
   std::string inserted(rules.InsertedText);
@@ -157,8 +158,8 @@ class TUsesStep {
     return nullptr;
   }
 
-  // Marks the new units of the implementation's clause that the interface needs, and adds them to the missing ones.
-  // Returns False if one of them cannot be removed.
+  // Marks the new units of the implementation's clause that the interface needs, and adds them to the missing
+  // ones. Returns False if one of them cannot be removed.
   bool MoveToInterface() {
     if (!FNeedsInterface || !FClauses->Implementation || !FClauses->Implementation->Clause) return true;
     const TUsesClause& implementation = *FClauses->Implementation->Clause;
@@ -226,8 +227,8 @@ class TUsesStep {
     return isInImplementation ? *FClauses->Implementation : *FClauses->Interface;
   }
 
-  // Returns the item after which new ones are inserted, or which they replace: the first of the old families, else
-  // the last one. Null if there is none outside of conditional directives.
+  // Returns the item after which new ones are inserted, or which they replace: the first of the old families,
+  // else the last one. Null if there is none outside of conditional directives.
   const TUsesItem* PlaceIn(const TUsesClause& clause) const {
     for (const auto& [owner, item] : FOldItems) {
       if (owner == &clause && !item->Conditional) return item;

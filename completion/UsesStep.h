@@ -1,5 +1,5 @@
-// Completion of uses clauses: a converted unit gets the units of its new classes, and loses the old ones that it no
-// longer needs.
+// Completion of uses clauses: a converted unit gets the units of its new classes, and loses the old ones that
+// it no longer needs.
 #pragma once
 
 #include <functional>
@@ -16,8 +16,8 @@ struct TUsesRules {
   std::string_view InsertedText;  // the text that the conversion inserted after it: ", First, Second"
   // Whether an identifier is a new class or exception.
   std::function<bool(std::string_view identifier)> IsNewClass;
-  // Whether a unit of a uses clause, with or without its unit scope, is one of the old families whose identifiers are
-  // known, and whether it declares an identifier.
+  // Whether a unit of a uses clause, with or without its unit scope, is one of the old families whose
+  // identifiers are known, and whether it declares an identifier.
   std::function<bool(std::string_view unit)> IsOldUnit;
   std::function<bool(std::string_view identifier, std::string_view unit)> Declares;
 };
@@ -27,8 +27,8 @@ enum class TUsesRefusal {
   Conditional  // an old unit between conditional directives
 };
 
-// Callbacks for the changes that the step refused, and for the units that it removed. `offset` is in the text that was
-// passed, in bytes, 0-based; `unit` is spelled as in the text.
+// Callbacks for the changes that the step refused, and for the units that it removed. `offset` is in the text
+// that was passed, in bytes, 0-based; `unit` is spelled as in the text.
 struct TUsesAccount {
   std::function<void(TUsesRefusal refusal, size_t offset, std::string_view unit)> OnRefused;
   std::function<void(std::string_view unit)> OnRemoved;

@@ -6,8 +6,9 @@
 
 namespace diff {
 
-// Returns the lines from "GIT binary patch" to the empty line after the second literal: the new contents, then the
-// old ones, so that the patch can be applied in both directions. Raises std::bad_alloc when memory runs out.
+// Returns the lines from "GIT binary patch" to the empty line after the second literal: the new contents,
+// then the old ones, so that the patch can be applied in both directions. Raises std::bad_alloc when memory
+// runs out.
 std::string BinaryPatch(std::string_view oldBytes, std::string_view newBytes);
 
 }  // namespace diff

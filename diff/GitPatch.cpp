@@ -16,8 +16,8 @@ using TLines = std::vector<TDiffLine>;
 constexpr size_t kContext = 3;  // lines around a change
 constexpr char kForReading[] = "# For reading only: this patch leaves white space out.\n";
 
-// Returns `path` as git writes it: in double quotes, with escapes, where it holds a control character, a quote or a
-// backslash.
+// Returns `path` as git writes it: in double quotes, with escapes, where it holds a control character, a
+// quote or a backslash.
 std::string Quoted(const std::string& path) {
   const auto isSpecial = [](char c) {
     return static_cast<unsigned char>(c) < 32 || c == 127 || c == '"' || c == '\\';
@@ -42,7 +42,8 @@ std::string Quoted(const std::string& path) {
   return result + '"';
 }
 
-// The name in a "---" or "+++" line. A tab ends a name with blanks, for tools that would cut it at the first one.
+// The name in a "---" or "+++" line. A tab ends a name with blanks, for tools that would cut it at the first
+// one.
 std::string HeaderName(const std::string& path) {
   const std::string name = Quoted(path);
   return name.find(' ') != std::string::npos && name == path ? name + '\t' : name;
@@ -61,7 +62,8 @@ void AppendLine(std::string& out, const TDiffLine& line) {
   if (!text.ends_with('\n')) out += "\n\\ No newline at end of file\n";
 }
 
-// Appends the hunk of the lines from `first` to before `end`; `oldLine` and `newLine`, 1-based, are those of `first`.
+// Appends the hunk of the lines from `first` to before `end`; `oldLine` and `newLine`, 1-based, are those of
+// `first`.
 void AppendHunk(std::string& out, const TLines& lines, size_t first, size_t end, size_t oldLine,
                 size_t newLine) {
   size_t oldCount = 0;

@@ -21,12 +21,13 @@ struct TPatchFile {
 // Returns whether the file needs a binary patch, because its bytes contain a NUL.
 bool NeedsBinaryPatch(const TPatchFile& file);
 
-// Returns the patch of one file, or an empty string if nothing changed. With `ignore` Nothing, `git apply` of the
-// patch gives exactly NewBytes, whatever line ends, byte order marks and encodings they contain. With another
-// `ignore` the patch leaves out the ignored differences, is for reading only, and begins with a line that says so.
+// Returns the patch of one file, or an empty string if nothing changed. With `ignore` Nothing, `git apply` of
+// the patch gives exactly NewBytes, whatever line ends, byte order marks and encodings they contain. With
+// another `ignore` the patch leaves out the ignored differences, is for reading only, and begins with a line
+// that says so.
 //
-// A file that needs a binary patch gets one, after a diff of its texts on lines that begin with "# ", which patch
-// tools skip. A patch for reading only has no binary part.
+// A file that needs a binary patch gets one, after a diff of its texts on lines that begin with "# ", which
+// patch tools skip. A patch for reading only has no binary part.
 std::string GitPatch(const TPatchFile& file, TIgnore ignore = TIgnore::Nothing);
 
 }  // namespace diff

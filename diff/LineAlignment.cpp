@@ -37,7 +37,8 @@ std::vector<std::string_view> SplitWords(std::string_view line) {
   return words;
 }
 
-// A longest common subsequence by dynamic programming: Score(i, j) is the best sum for the first i and j items.
+// A longest common subsequence by dynamic programming: Score(i, j) is the best sum for the first i and j
+// items.
 template <typename TScore>
 std::vector<std::pair<size_t, size_t>> BestPairs(size_t oldCount, size_t newCount, TScore score) {
   const size_t width = newCount + 1;
@@ -65,7 +66,8 @@ std::vector<std::pair<size_t, size_t>> BestPairs(size_t oldCount, size_t newCoun
   return pairs;
 }
 
-// A line without its white space, and how often each two neighbouring bytes occur in it, hashed into few counters.
+// A line without its white space, and how often each two neighbouring bytes occur in it, hashed into few
+// counters.
 struct TProfile {
   explicit TProfile(std::string_view line) {
     unsigned previous = 0;
@@ -81,8 +83,8 @@ struct TProfile {
   uint32_t Length = 0;
 };
 
-// Returns how alike two lines are in per cent (S. Sørensen's and L. Dice's coefficient over pairs of bytes), plus 1;
-// 0 where they are not alike enough.
+// Returns how alike two lines are in per cent (S. Sørensen's and L. Dice's coefficient over pairs of bytes),
+// plus 1; 0 where they are not alike enough.
 uint32_t Similarity(const TProfile& left, const TProfile& right) {
   const uint32_t total = left.Length + right.Length;
   if (total == 0) return 1 + 100;

@@ -16,10 +16,10 @@ struct TDiffRow {
   bool operator==(const TDiffRow&) const = default;
 };
 
-// Returns the rows of `lines`, as DiffLines gave them. In a run of changes, removed and added lines that are alike
-// come side by side and keep their order, such that the sum of their similarities is the largest. Runs of more
-// than about a million pairs are matched by equal lines, ignoring white space, and then in order.
-// The rows point into `lines`.
+// Returns the rows of `lines`, as DiffLines gave them. In a run of changes, removed and added lines that are
+// alike come side by side and keep their order, such that the sum of their similarities is the largest. Runs
+// of more than about a million pairs are matched by equal lines, ignoring white space, and then in order. The
+// rows point into `lines`.
 std::vector<TDiffRow> AlignLines(const std::vector<TDiffLine>& lines);
 
 // A part of a line, in bytes.
@@ -29,8 +29,9 @@ struct TSpan {
   bool operator==(const TSpan&) const = default;
 };
 
-// Returns the parts of `oldLine` and of `newLine` that the other one lacks, in order. A part consists of whole
-// words: runs of letters, digits, underscores and bytes from 128 up, runs of white space, or single other bytes.
+// Returns the parts of `oldLine` and of `newLine` that the other one lacks, in order. A part consists of
+// whole words: runs of letters, digits, underscores and bytes from 128 up, runs of white space, or single
+// other bytes.
 struct TWordDiff {
   std::vector<TSpan> Old, New;
 };

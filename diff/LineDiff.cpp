@@ -71,8 +71,8 @@ std::vector<bool> Occurring(const std::vector<int>& numbers, size_t first, size_
   return result;
 }
 
-// The pairs of lines, 0-based, that a shortest script keeps, in order. The library runs the O(NP) algorithm of Wu,
-// Manber, Myers and Miller, "An O(NP) Sequence Comparison Algorithm" (1990).
+// The pairs of lines, 0-based, that a shortest script keeps, in order. The library runs the O(NP) algorithm
+// of Wu, Manber, Myers and Miller, "An O(NP) Sequence Comparison Algorithm" (1990).
 using TPairs = std::vector<std::pair<size_t, size_t>>;
 
 void AddCommonLines(const TCandidates& oldSide, const TCandidates& newSide, TPairs& pairs) {

@@ -6,7 +6,7 @@
 
 namespace fuzz {
 
-// Ends the process, so that the fuzzer keeps the input, and says what does not hold.
+// Prints the broken condition and ends the process, so that the fuzzer keeps the input.
 inline void Require(bool holds, const char* what) {
   if (holds) return;
   std::fprintf(stderr, "Does not hold: %s\n", what);

@@ -1,4 +1,4 @@
-// Any bytes as a unit: what no edit names comes out as it is.
+// Any bytes as a unit: bytes outside the edits are unchanged.
 #include <cstdlib>
 #include <string>
 

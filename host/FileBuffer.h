@@ -1,7 +1,7 @@
 // The host's copy of one file: loaded on the first access, changed in memory, saved or reloaded.
 //
-// An editor gives its text only when somebody needs the bytes, because converting a large text takes time, and
-// because a text may have no bytes while it is being typed, as half a form has none.
+// An editor gives its text only when somebody needs the bytes, because converting a large text takes time,
+// and because a text may have no bytes while it is being typed, as half a form has none.
 #pragma once
 
 #include <cstdint>
@@ -48,7 +48,8 @@ class TFileBuffer {
   // Returns a number that grows with each change of the bytes in memory, and not when they are saved.
   uint64_t Version() const { return FVersion; }
 
-  // Returns the stamp of the file that was loaded or saved last; none before, and if the file system has none.
+  // Returns the stamp of the file that was loaded or saved last; none before, and if the file system has
+  // none.
   const std::optional<win::TFileStamp>& Stamp() const { return FLoaded; }
   // Returns whether the file exists and is not the one that was loaded or saved last: somebody has written or
   // replaced it since.

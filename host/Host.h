@@ -31,8 +31,8 @@ class THostServices;
 
 // The user's answer for a modified buffer: save it, discard the changes, or cancel the operation.
 enum class TSaveAnswer { Yes, No, Cancel };
-// The user's answer before a buffer is saved over a newer file: save it, read the file and discard the changes of
-// the buffer, or leave both as they are.
+// The user's answer before a buffer is saved over a newer file: save it, read the file and discard the
+// changes of the buffer, or leave both as they are.
 enum class TOverwriteAnswer { Overwrite, Reload, Cancel };
 
 class THost {
@@ -49,8 +49,8 @@ class THost {
   // closed. Raises EHostError or rtl::EFOpenError for files that cannot be used; the open group then stays
   // open. Missing units are reported, one line each (win/Diagnostics.h), and listed in TProject::Missing.
   [[nodiscard]] bool OpenProject(std::string_view fileName, bool newGroup);
-  // The same for a client of the host that closed the group by its interface, as a restore does. If the project
-  // was one of that group's, the whole group is opened again, with the project active.
+  // The same for a client of the host that closed the group by its interface, as a restore does. If the
+  // project was one of that group's, the whole group is opened again, with the project active.
   [[nodiscard]] bool ReopenProject(std::string_view fileName, bool newGroup);
   TProjectGroup* Group() const { return FGroup.Get(); }  // null if nothing is open
   TProject* ActiveProject() const { return FGroup ? FGroup->ActiveProject() : nullptr; }
@@ -89,7 +89,7 @@ class THost {
   // Called before a buffer is saved over a file that another program has changed since it was loaded. Unset:
   // the file is not overwritten, and the reason is reported (win/Diagnostics.h).
   std::function<TOverwriteAnswer(TFileBuffer& buffer)> OnQueryOverwrite;
-  // Called when the user wants to see what the last run has changed. Unset: this front end cannot show it.
+  // Called when the user wants to see the changes of the last run. Unset: this front end cannot show them.
   std::function<void()> OnShowChanges;
 
   // --- For the host's modules and services. ---

@@ -54,11 +54,11 @@ class TModule {
   // Returns whether one of the module's own buffers is modified.
   bool Modified() const;
 
-  // Saves the modified buffers of the module and of the modules that are saved with it. Returns false if
-  // one was not saved; the reason is reported (win/Diagnostics.h). This host cannot save under another
-  // name: returns false if `changeName` is set. Unless `forceSave` is set, asks the user first
-  // (THost::OnQuerySave). If a file was changed on the disk, THost::OnQueryOverwrite decides. A buffer that is
-  // reloaded counts as saved; after Cancel nothing is reported.
+  // Saves the modified buffers of the module and of the modules that are saved with it. Returns false if one
+  // was not saved; the reason is reported (win/Diagnostics.h). This host cannot save under another name:
+  // returns false if `changeName` is set. Unless `forceSave` is set, asks the user first
+  // (THost::OnQuerySave). If a file was changed on the disk, THost::OnQueryOverwrite decides. A buffer that
+  // is reloaded counts as saved; after Cancel nothing is reported.
   [[nodiscard]] bool Save(bool changeName, bool forceSave);
   // Asks the user about each modified module, saves, then closes. Returns false if a file could not be
   // saved or the user cancels. Asks all questions before closing anything.

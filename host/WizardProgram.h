@@ -8,7 +8,7 @@ namespace host {
 inline constexpr char kWizardTitle[] = "Migration Wizard";
 
 // Exit statuses.
-inline constexpr int kExitFailed = 1;  // the run failed, and the user has been told why
+inline constexpr int kExitFailed = 1;  // the run failed, and the user has seen why
 inline constexpr int kExitUsage = 2;   // a mistake in the command line
 inline constexpr int kExitException = 3;
 inline constexpr int kExitStopped = 130;  // by the user

@@ -29,7 +29,7 @@ target::TKVAMigration& Migration() {
   return migration;
 }
 
-// Returns what a run of the replacer did and left.
+// Returns the results of a run of the replacer.
 mig::TRunAccount AccountOf(const mig::TComponentReplacer& replacer, const char* mode,
                            const std::vector<mig::TFileReport>& files) {
   const mig::TReplaceOptions& options = replacer.Options();

@@ -32,7 +32,8 @@ class TKVAComponentReplacer : public mig::TComponentReplacer {
 
 // The objects with the lifetime of the program: the options, and a replacer for each mode, which share them.
 // The constructor fills the class maps, and registers the published properties of the target classes, from
-// `catalogue`, in the registry (rtl/text/ClassRegistry.h). Raises rtl::Exception if the catalogue lacks a class.
+// `catalogue`, in the registry (rtl/text/ClassRegistry.h). Raises rtl::Exception if the catalogue lacks a
+// class.
 class TKVAMigration {
  public:
   explicit TKVAMigration(const TCatalogue& catalogue);

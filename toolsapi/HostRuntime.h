@@ -39,14 +39,14 @@ class IHostRuntime : public IInterface {
   virtual std::string GetDriveFolder(char letter) = 0;
   // Called with True when a long operation begins, and with False when it ends.
   virtual void ShowWaiting(bool waiting) = 0;
-  // Called before each step of a run. An exception, rtl::EAbort if the user wants to stop, ends the run. Must not
-  // raise in a phase in which a run cannot be stopped.
+  // Called before each step of a run. An exception, rtl::EAbort if the user wants to stop, ends the run. Must
+  // not raise in a phase in which a run cannot be stopped.
   virtual void RunAdvanced(const TRunStep& step) = 0;
   // Called with a line for the user about a problem that does not stop the run.
   virtual void RunWarning(std::string_view message) = 0;
   // Returns the files that the active project lists and that do not exist, each with the place that names it.
   virtual std::vector<std::string> GetMissingFiles() = 0;
-  // Returns True if the host can show what a run has changed. ShowChanges does so after the run.
+  // Returns True if the host can show the changes of a run. ShowChanges does so after the run.
   virtual bool CanShowChanges() = 0;
   virtual void ShowChanges() = 0;
 

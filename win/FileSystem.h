@@ -2,8 +2,8 @@
 //
 // Paths are Windows paths: UTF-8, with a backslash between components and an optional drive letter. The
 // host's implementation (win/posix, win/windows) converts them to host names (win/paths/Drives.h) and follows
-// Windows' rules for case, attributes and overwriting. win/FileApi.h has the same operations as free functions on
-// the current file system; a test sets another one with TFileSystemOverride.
+// Windows' rules for case, attributes and overwriting. win/FileApi.h has the same operations as free
+// functions on the current file system; a test sets another one with TFileSystemOverride.
 //
 // Every operation reports failure by its result and sets GetLastError (win/Errors.h) to the reason. If
 // memory runs out, operations raise std::bad_alloc.
@@ -127,9 +127,9 @@ class TFileSystem {
   // existing file keeps its permission bits, and that the last-write time is the present.
   [[nodiscard]] virtual bool ReplaceFileContents(std::string_view path, std::string_view bytes) = 0;
 
-  // As CopyFileA over an existing file, which keeps its permission bits. The source may be gone afterwards. If
-  // the file does not have the stamp `expected` when it is replaced, fails with ERROR_FILE_INVALID and leaves
-  // it unchanged. Hosts that cannot exchange two files in one step check the stamp just before.
+  // As CopyFileA over an existing file, which keeps its permission bits. The source may be gone afterwards.
+  // If the file does not have the stamp `expected` when it is replaced, fails with ERROR_FILE_INVALID and
+  // leaves it unchanged. Hosts that cannot exchange two files in one step check the stamp just before.
   [[nodiscard]] virtual bool CopyOverUnchanged(std::string_view source, std::string_view target,
                                                const TFileStamp& expected) = 0;
 

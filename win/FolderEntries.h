@@ -19,8 +19,8 @@ class TFolderEntries {
   // Adds an entry other than "." and "..", with the attributes that TFindData has. The name is in UTF-8.
   void Add(std::string name, uint32_t attributes);
 
-  // Returns a walk over the entries: "." and "..", and then those that were added, in NTFS' order, whatever the
-  // order in which they were added. Sets `data` to the first. The object is empty afterwards.
+  // Returns a walk over the entries: "." and "..", and then those that were added, in NTFS' order, whatever
+  // the order in which they were added. Sets `data` to the first. The object is empty afterwards.
   std::unique_ptr<TFindHandle> Walk(TFindData& data) &&;
 
  private:

@@ -71,7 +71,7 @@ bool TLL1Machine::RunFrom(int32_t node, size_t floor) {
     const TLL1Node* step = &FProgram.Node(choice.Node);
     if (choice.Alternative != TLL1Node::kNone) PushAlternative(choice.Alternative, step->IsPure);
 
-    // The node was chosen because it can start here, so the first byte of what it matches is known to fit.
+    // The node was chosen because it can start here, so the first byte is known to fit.
     bool matched = true;
     switch (step->Kind) {
       case TLL1NodeKind::Literal:

@@ -23,8 +23,8 @@
 
 namespace mig {
 
-// The client of a machine. The machine calls its hooks at the live state's position. A hook may move the position,
-// run rules, and report a match or a failure as it likes.
+// The client of a machine. The machine calls its hooks at the live state's position. A hook may move the
+// position, run rules, and report a match or a failure as it likes.
 class TLL1Client {
  public:
   // Parses the nonterminal `name`; `rule` is the index of its rule, or TLL1Node::kNone.

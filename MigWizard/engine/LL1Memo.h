@@ -4,7 +4,7 @@
 // some texts: a level of nesting that is read once for each of two alternatives doubles the work for all
 // levels inside it. The machine switches the memo on when a parse has read many times the length of its text
 // (TLL1Parser::SetRereadAllowance); from then on the work is in proportion to the text. In 15,572 objects of
-// real forms that never happened. The benchmark rows `Doubling` show what it prevents.
+// real forms that never happened. The benchmark rows `Doubling` show the difference.
 //
 // The memo is a cache: a full window of slots loses an old result. A lost result costs the time to find it
 // again, and changes nothing else.

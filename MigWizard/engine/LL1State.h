@@ -12,8 +12,8 @@ namespace mig {
 class TLL1Parser;
 
 // The position of a parse. A client derives from it and adds all data that must be undone when an alternative
-// fails. Lists of the parser are undone through a count in the state: an Assign that finds a list longer than the
-// count that it has just copied shortens the list.
+// fails. Lists of the parser are undone through a count in the state: an Assign that finds a list longer than
+// the count that it has just copied shortens the list.
 class TParseState {
  public:
   explicit TParseState(TLL1Parser& owner) : FOwner(owner) {}

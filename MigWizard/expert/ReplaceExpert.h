@@ -43,8 +43,8 @@ class TCompReplaceExpert : public toolsapi::TInterfacedObject<toolsapi::IOTAWiza
   void LoadSettings();
   void SaveSettings();
   // Do a replacement or a restore with the host's steps before and after it, and show its outcome. Show
-  // nothing if the user answers No to a question before the run. Runs are strict (TRunPolicy). An exception of
-  // the run is passed on; if the front end can show why it ended, rtl::EAbort is raised instead.
+  // nothing if the user answers No to a question before the run. Runs are strict (TRunPolicy). An exception
+  // of the run is passed on; if the front end can show why it ended, rtl::EAbort is raised instead.
   void DoReplace(TComponentReplacer& replacer);
   void DoRestore(std::string_view undoFile);
   // Shows the source editor of each unit with a form in the active project, which hides the form.

@@ -1,5 +1,5 @@
-// Observes one run of a replacer: its warnings, its findings, and how far it came. The replacer's own hooks are
-// called as before.
+// Observes one run of a replacer: its warnings, its findings, and how far it came. The replacer's own hooks
+// are called as before.
 //
 //   TRunObserver observer(replacer);
 //   const bool replaced = replacer.Replace();

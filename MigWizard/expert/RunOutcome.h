@@ -1,5 +1,6 @@
-// The page with the outcome of a run or a restore: a sentence, the reasons if something failed, counts, the files
-// that were left out, and buttons for the next steps. A front end that cannot ask shows only the sentence.
+// The page with the outcome of a run or a restore: a sentence, the reasons if something failed, counts, the
+// files that were left out, and buttons for the next steps. A front end that cannot ask shows only the
+// sentence.
 #pragma once
 
 #include <string>
@@ -15,8 +16,8 @@ enum class TOutcomeAnswer { Nothing, ShowChanges, Undo };
 // Shows the result of Replace.
 TOutcomeAnswer ShowReplaced(TComponentReplacer& replacer, TRunObserver& observer, bool succeeded);
 
-// Shows why a run ended with an exception, or that the user stopped it. Returns True and sets `answer`. If the
-// front end cannot ask, shows nothing and returns False.
+// Shows why a run ended with an exception, or that the user stopped it. Returns True and sets `answer`. If
+// the front end cannot ask, shows nothing and returns False.
 bool ShowEnded(const TComponentReplacer& replacer, const TRunObserver& observer, const std::exception& error,
                TOutcomeAnswer& answer);
 
@@ -24,8 +25,8 @@ bool ShowEnded(const TComponentReplacer& replacer, const TRunObserver& observer,
 void ShowRestored(const std::string& title, bool succeeded, size_t count,
                   const std::vector<std::string>& leftOut, const std::vector<std::string>& warnings);
 
-// Returns the full name of the undo file or the journal that undoes the last run with these options, or an empty
-// string.
+// Returns the full name of the undo file or the journal that undoes the last run with these options, or an
+// empty string.
 std::string WayBackOf(const TReplaceOptions& options);
 
 }  // namespace mig

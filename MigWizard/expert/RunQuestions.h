@@ -26,16 +26,16 @@ enum class TBackupAnswer {
 // Options.Policy as the user wishes. For RestoreJournal, `journal` receives the full name of the journal.
 TBackupAnswer AskAboutBackups(TReplaceOptions& options, const std::string& base, std::string& journal);
 
-// Shows the missing files of the project, one line each, and asks whether to continue. Returns False if the user
-// cancels the run.
+// Shows the missing files of the project, one line each, and asks whether to continue. Returns False if the
+// user cancels the run.
 bool AskAboutMissingFiles(const std::vector<std::string>& missing, const std::string& title);
 
 // Asks after a run that ended because the contents of a file cannot be converted. Returns True to run again
 // without such files, False to end, or nullopt if the front end cannot ask.
 std::optional<bool> AskToLeaveOut(const EFileConversion& error, const std::string& title);
 
-// Makes the plan of a restore, and asks about files that were edited since the run and about lines that no run can
-// have written.
+// Makes the plan of a restore, and asks about files that were edited since the run and about lines that no
+// run can have written.
 //
 //   TRestoreQuestion question(undoFile, title);
 //   if (question.Ask()) restored = replacer.Restore(question.Plan());
@@ -43,9 +43,9 @@ class TRestoreQuestion {
  public:
   TRestoreQuestion(std::string_view undoFile, std::string_view title) : FUndoFile(undoFile), FTitle(title) {}
 
-  // Reads the undo file and checks its lines. Asks about those with which a restore would lose data, unless the
-  // last call has asked about the same ones. Returns False if the user cancels. Raises rtl::EStreamError if
-  // the undo file, or a file to be compared, cannot be read.
+  // Reads the undo file and checks its lines. Asks about those with which a restore would lose data, unless
+  // the last call has asked about the same ones. Returns False if the user cancels. Raises rtl::EStreamError
+  // if the undo file, or a file to be compared, cannot be read.
   [[nodiscard]] bool Ask();
 
   // Returns the lines to restore. Valid after Ask has returned True.

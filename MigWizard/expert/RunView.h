@@ -21,7 +21,8 @@ class TRunView {
   TRunView(const TRunView&) = delete;
   TRunView& operator=(const TRunView&) = delete;
 
-  // Shows the progress of a run. Raises rtl::EAbort if the user has stopped the run, and it can still be stopped.
+  // Shows the progress of a run. Raises rtl::EAbort if the user has stopped the run, and it can still be
+  // stopped.
   void Report(const std::string& title, const TRunProgress& progress);
   // Hides the window, for example before a message with the outcome.
   void Close();
@@ -35,8 +36,8 @@ class TRunView {
   void Stop() { FIsStopped = true; }
 
   virtual void OpenWindow(const std::string& title, bool canStop) = 0;
-  // Shows the state: the phase, its files and the name of the next one. Handles the events that wait. Called when
-  // a phase begins, but not for every file. `canStop`: Stop has an effect now.
+  // Shows the state: the phase, its files and the name of the next one. Handles the events that wait. Called
+  // when a phase begins, but not for every file. `canStop`: Stop has an effect now.
   virtual void ShowState(const TRunProgress& progress, bool canStop) = 0;
   virtual void CloseWindow() = 0;
 

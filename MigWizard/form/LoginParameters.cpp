@@ -36,7 +36,8 @@ size_t PieceEnd(std::string_view text, size_t place) {
   }
 }
 
-// Returns the end of the string that begins at `place`, with all pieces that `+` joins, or npos if it is none.
+// Returns the end of the string that begins at `place`, with all pieces that `+` joins, or npos if it is
+// none.
 size_t StringEnd(std::string_view text, size_t place) {
   for (;;) {
     size_t end = PieceEnd(text, place);

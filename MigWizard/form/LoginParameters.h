@@ -14,14 +14,14 @@ namespace mig {
 
 class TLoginParameters {
  public:
-  // `propValue` is the property's value as in the form. An entry is one string of the list, with all pieces that
-  // `+` joins; its name is in its first quoted piece. A text that is no list of strings is read line by line, each
-  // line without its first and last character. The entries view `propValue`.
+  // `propValue` is the property's value as in the form. An entry is one string of the list, with all pieces
+  // that `+` joins; its name is in its first quoted piece. A text that is no list of strings is read line by
+  // line, each line without its first and last character. The entries view `propValue`.
   explicit TLoginParameters(std::string_view propValue);
 
-  // Returns the text after the "=" of the first entry of that name, ignoring case, as a form value: the rest of
-  // the entry's first piece in quotes, and its further pieces unchanged. Returns an empty string if there is no
-  // such entry, or nothing after its "=".
+  // Returns the text after the "=" of the first entry of that name, ignoring case, as a form value: the rest
+  // of the entry's first piece in quotes, and its further pieces unchanged. Returns an empty string if there
+  // is no such entry, or nothing after its "=".
   std::string Value(std::string_view name) const;
 
   struct TEntry {

@@ -31,9 +31,9 @@ class TChangedFiles {
 
   // Copies the changed versions from the folder `tempDir` over the originals, as tasks of a queue that has no
   // other tasks. In a folder run, a failure keeps the remaining files of the same folder from being replaced.
-  // With `options.Policy.Strict`, moves them where that is faster, replaces only contents, and fails for a file
-  // that was edited since it was read. Reports every file that was not replaced with OnWarning, and returns
-  // True if there is none.
+  // With `options.Policy.Strict`, moves them where that is faster, replaces only contents, and fails for a
+  // file that was edited since it was read. Reports every file that was not replaced with OnWarning, and
+  // returns True if there is none.
   bool Replace(const std::string& tempDir, const TReplaceOptions& options, const TRunHooks& hooks,
                TWorkQueue& queue);
 

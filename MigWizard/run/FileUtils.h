@@ -57,7 +57,8 @@ using TCopyFile = std::function<std::string(const std::string& source, const std
                                        const std::function<void()>& onIdle = {});
 
 // Copies pairs of source and target by `copy`, as tasks of a queue that has no other tasks. Continues after
-// failures. Calls `onIdle`, if set, as TWorkQueue::Wait does. Returns the targets that failed, sorted by name.
+// failures. Calls `onIdle`, if set, as TWorkQueue::Wait does. Returns the targets that failed, sorted by
+// name.
 [[nodiscard]] TCopyFailures CopyFiles(const std::vector<std::pair<std::string, std::string>>& files,
                                       const TCopyFile& copy, TWorkQueue& queue,
                                       const std::function<void()>& onIdle = {});

@@ -23,12 +23,12 @@ struct TFileVersion {
 // Returns the version of a file open for reading. `bytes` are its contents. Raises rtl::EReadError.
 TFileVersion VersionOf(rtl::TFileStream& file, std::string_view bytes);
 
-// Returns True if the file still is what it was when it was read. On failure returns False with the reason in
+// Returns True if the file is unchanged since it was read. On failure returns False with the reason in
 // win::GetLastError, which is ERROR_FILE_INVALID if the file can be read and differs.
 bool IsUnchanged(const std::string& fileName, const TFileVersion& version);
 
-// Returns True if `backupName` holds what was read from `fileName`: by size and time or, where these do not
-// decide, by the bytes. Otherwise False, as IsUnchanged.
+// Returns True if `backupName` holds the bytes that were read from `fileName`: by size and time or, where
+// these do not decide, by the bytes. Otherwise False, as IsUnchanged.
 bool IsTrueBackup(const std::string& fileName, const std::string& backupName, const TFileVersion& version);
 
 }  // namespace mig

@@ -5,7 +5,7 @@
 
 namespace mig {
 
-// The end of the scope discards what TFileSystem::FlushWritten has yet to flush to the disk: flush before.
+// Call TFileSystem::FlushWritten before the end of the scope, which discards the list of files to flush.
 class THeldFolders {
  public:
   THeldFolders() { win::FileSystem().HoldFolders(true); }

@@ -30,8 +30,8 @@ class TIDEUtils {
   [[nodiscard]] static bool SaveProject();
   static toolsapi::TIntf<toolsapi::IOTAProject> GetActiveProject();  // may be null
 
-  // Returns the files that the project lists and that do not exist, a line for the user each. Empty if the host
-  // cannot tell.
+  // Returns the files that the project lists and that do not exist, a line for the user each. Empty if the
+  // host cannot tell.
   static std::vector<std::string> GetMissingFiles();
 
   // --- The changes of a run. ---

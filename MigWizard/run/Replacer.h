@@ -69,10 +69,10 @@ class TComponentReplacer : public TRunHooks {
   // sources.
   void Preview(TRunPlan* plan = nullptr);
 
-  // Limits all following runs to a selection; null: to none. Files and edits that are left out keep every byte,
-  // and get neither backups nor findings about their conversion. `selection` must outlive the runs. A run with
-  // a selection raises EFileEdited, before the first original is replaced, if a file is not as it was when the
-  // selection's plan was made, or was not there.
+  // Limits all following runs to a selection; null: to none. Files and edits that are left out keep every
+  // byte, and get neither backups nor findings about their conversion. `selection` must outlive the runs. A
+  // run with a selection raises EFileEdited, before the first original is replaced, if a file is not as it
+  // was when the selection's plan was made, or was not there.
   void SetSelection(const TRunSelection* selection) { FSelection = selection; }
 
   // Collects findings in all following runs, for OnConverted. `names` must outlive the replacer.
@@ -85,8 +85,8 @@ class TComponentReplacer : public TRunHooks {
   // Restores the lines of a plan, and reports as the other Restore does.
   [[nodiscard]] bool Restore(const TRestorePlan& plan);
 
-  // Returns what the last run left out: folders that could not be read; in strict runs also files that could
-  // not be read or, with KeepGoing, not be converted. Each was reported with OnWarning.
+  // Returns the files and folders that the last run left out: folders that could not be read; in strict runs
+  // also files that could not be read or, with KeepGoing, not be converted. Each was reported with OnWarning.
   const std::vector<TLeftOut>& LeftOut() const { return FLeftOut; }
 
   // Returns the names to look for in findings, or null if there are none. Not owned.

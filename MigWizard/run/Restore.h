@@ -70,8 +70,8 @@ class TRestorePlan {
   // - if there are no lines or a backup is missing: no file was changed;
   // - if a copy failed: the lines before it are restored, and the others are not;
   // - if the files could not be flushed to the disk, or a journal could not be deleted.
-  // All functions may be empty. `onFlushing` is called about 20 times a second while the files are flushed, and
-  // must not raise.
+  // All functions may be empty. `onFlushing` is called about 20 times a second while the files are flushed,
+  // and must not raise.
   [[nodiscard]] bool Execute(const TProgress& onProgress, const TWarning& onWarning,
                              const std::function<void()>& onFlushing = {}) const;
 

@@ -20,7 +20,8 @@ class TRun {
   // Runs the replacement. Call once. Returns and raises what TComponentReplacer::Replace does.
   [[nodiscard]] bool Execute();
 
-  // Runs everything before the last step, and writes nothing. Call once. The hooks get what the run would do.
+  // Runs everything before the last step, and writes nothing. Call once. The hooks get the results of the
+  // conversion.
   void Preview();
 
  private:

@@ -20,7 +20,7 @@ struct TRunContext {
   TLogWriter& Log;
   TFileConverter& Converter;       // for the walk
   TFileConverter& OtherConverter;  // for the worker, at the same time
-  std::vector<TLeftOut>& LeftOut;  // receives what the run leaves out
+  std::vector<TLeftOut>& LeftOut;  // receives the files that the run leaves out
   const TRunSelection* Selection;  // null: everything
   TRunPlan* Plan = nullptr;        // unless null, receives the files and their edits
 };

@@ -50,8 +50,8 @@ class TRunHooks {
  public:
   // Called before each file of a run, and before the originals are replaced. An exception stops the run.
   std::function<void(const TRunProgress&)> OnProgress;
-  // Called before Flushing and Replacing, and about 20 times a second or more often while originals are replaced,
-  // with the number of files done. Must not raise.
+  // Called before Flushing and Replacing, and about 20 times a second or more often while originals are
+  // replaced, with the number of files done. Must not raise.
   std::function<void(TRunPhase phase, int done, int total)> OnReplacing;
   // Called with a line for the user about a problem that does not stop the run. An exception stops the run.
   std::function<void(std::string_view message)> OnWarning;

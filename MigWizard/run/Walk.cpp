@@ -103,7 +103,8 @@ void TWalk::WalkList(const std::string& tempDir) {
   }
 }
 
-// A form that cannot be read here is left out, even if it can be read later: the other forms do not know its databases.
+// A form that cannot be read here is left out, even if it can be read later: the other forms do not know its
+// databases.
 void TWalk::CollectDatabaseNames(int firstForm) {
   const TRunPolicy& policy = FOptions.Policy;
   for (int i = firstForm; i < FUnits.Count(); ++i) {

@@ -1,5 +1,6 @@
-// The walk of a run: everything with a visible effect before the last step, one file after the other. It writes
-// the log and the changed versions, and adds backups. Files are read and converted ahead of it (FilesAhead.h).
+// The walk of a run over its files, one after the other. It does all visible work before the last step:
+// writes the log and the changed versions, and adds backups. Files are read and converted ahead of it
+// (FilesAhead.h).
 #pragma once
 
 #include <map>
@@ -32,10 +33,10 @@ class TWalk {
   // Finds the units of the run. Call first.
   void FindUnits();
 
-  // Converts all files and writes the changed versions below `tempDir`, a full Windows path. Returns after all
-  // backups are made; this is also so if a file ends the walk by an exception. Call once.
+  // Converts all files and writes the changed versions below `tempDir`, a full Windows path. Returns, or
+  // passes on an exception of a file, after all pending backups are made. Call once.
   void Execute(const std::string& tempDir);
-  // Does the same and writes nothing. The hooks and the plan get what the run would do.
+  // Does the same and writes nothing. The hooks and the plan get the results of the conversion.
   void Preview();
 
   // Returns how often a changed version was made; in a preview, would have been made.

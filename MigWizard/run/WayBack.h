@@ -55,8 +55,8 @@ class ERunIsBusy : public rtl::Exception {
   using Exception::Exception;
 };
 
-// Locks a folder, a full Windows path, as a strict run locks its folders. Raises ERunIsBusy if a run, or a restore,
-// has locked it. Returns null if the folder does not exist, or if locking fails for another reason.
+// Locks a folder, a full Windows path, as a strict run locks its folders. Raises ERunIsBusy if a run, or a
+// restore, has locked it. Returns null if the folder does not exist, or if locking fails for another reason.
 [[nodiscard]] std::unique_ptr<win::TFileLock> LockRunFolder(const std::string& folder);
 
 // Locks the folders of a strict run, so that a second run in one of them is refused. Other runs lock nothing.

@@ -46,9 +46,9 @@ class TWorkQueue {
   // thread, and every 50 milliseconds while only the worker is busy. It must not raise.
   void Wait(const TTask& onIdle = {});
 
-  // Runs one long task on the worker, and calls `onIdle` every 50 milliseconds on this thread meanwhile. Runs it on
-  // this thread, without calls, if there is no worker or the worker is busy. Raises the exception of the task.
-  // There must be no other tasks. `onIdle` must not raise.
+  // Runs one long task on the worker, and calls `onIdle` every 50 milliseconds on this thread meanwhile. Runs
+  // it on this thread, without calls, if there is no worker or the worker is busy. Raises the exception of
+  // the task. There must be no other tasks. `onIdle` must not raise.
   void RunOnWorker(TTask task, const TTask& onIdle);
 
   // Drops all tasks that are not started, and waits for those that are. Their exceptions are kept for Wait.

@@ -1,4 +1,4 @@
-// The summaries on the wizard's last page: what a run or a restore with the chosen options will do.
+// The summaries of the chosen options on the wizard's last page, for a run and for a restore.
 #pragma once
 
 #include <string>

@@ -1,4 +1,5 @@
-// Shows a control in a front end, one kind of its state at a time. The front end overrides the Show operations.
+// Shows a control in a front end, one kind of its state at a time. The front end overrides the Show
+// operations.
 #pragma once
 
 #include "rtl/forms/Controls.h"

@@ -1,4 +1,5 @@
-// The store in which TRegIniFile (rtl/text/Registry.h) keeps the settings of a root key. Each host has its own.
+// The store in which TRegIniFile (rtl/text/Registry.h) keeps the settings of a root key. Each host has its
+// own.
 #pragma once
 
 #include <memory>

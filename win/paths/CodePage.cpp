@@ -53,8 +53,8 @@ class TCodePage {
   std::array<bool, 256> FAlpha{};
 };
 
-// Returns one of SupportedCodePages. It is never changed or deleted, so that threads may use it while another one
-// changes the setting.
+// Returns one of SupportedCodePages. It is never changed or deleted, so that threads may use it while another
+// one changes the setting.
 const TCodePage& PageOf(uint32_t number) {
   static const std::vector<TCodePage> pages = [] {
     std::vector<TCodePage> list;

@@ -28,14 +28,15 @@ void ResetDrives();
 [[nodiscard]] std::string RespelledPath(std::string_view path, std::string_view hostName);
 
 // Returns whether a Windows path can contain the name of a host's file or folder: it is UTF-8 and has no
-// backslash, no colon (which separates the drive) and no control character but tab (others would break the lines
-// of an undo file).
+// backslash, no colon (which separates the drive) and no control character but tab (others would break the
+// lines of an undo file).
 [[nodiscard]] bool IsWindowsName(std::string_view name);
 
-// Returns the full Windows path for what a user typed: a host path or a Windows path, relative or full, with
-// either separator. Resolves "." and ".." in the text. The drive is that of the deepest mapped folder that
-// contains the path. Returns an empty string if a component below that folder is no Windows name, or if the
-// drive is not mapped. If the host has a file of exactly the typed name, a backslash in it is no separator.
+// Returns the full Windows path for a path that a user typed: a host path or a Windows path, relative or
+// full, with either separator. Resolves "." and ".." in the text. The drive is that of the deepest mapped
+// folder that contains the path. Returns an empty string if a component below that folder is no Windows name,
+// or if the drive is not mapped. If the host has a file of exactly the typed name, a backslash in it is no
+// separator.
 [[nodiscard]] std::string ToWindowsPath(std::string_view typed);
 
 }  // namespace win

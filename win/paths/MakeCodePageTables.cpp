@@ -1,5 +1,5 @@
-// Writes the source of kCodePageTables, generated from ICU's converters, to the file that its argument names. Runs when
-// the program is built.
+// Writes the source of kCodePageTables, generated from ICU's converters, to the file that its argument names.
+// Runs when the program is built.
 #include <cstdio>
 #include <cstdlib>
 #include <initializer_list>

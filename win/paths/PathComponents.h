@@ -15,9 +15,9 @@ enum class TParents {
   Keep
 };
 
-// Appends the components of `path` to `result`, with `separator` between them. Skips empty components and ".";
-// ".." removes one component. The first `root` bytes of `result` are kept, and get no separator after them; if
-// there is no component after them to remove, ".." is dropped or kept.
+// Appends the components of `path` to `result`, with `separator` between them. Skips empty components and
+// "."; ".." removes one component. The first `root` bytes of `result` are kept, and get no separator after
+// them; if there is no component after them to remove, ".." is dropped or kept.
 void AppendComponents(std::string& result, size_t root, std::string_view path, std::string_view separators,
                       char separator = '/', TParents parents = TParents::Drop);
 

@@ -11,8 +11,8 @@
 
 namespace win {
 
-// TFileSystem::FindFirstFileA. Skips entries that no Windows path can name. Reports each of them to the user once:
-// `reported` holds the names that were reported.
+// TFileSystem::FindFirstFileA. Skips entries that no Windows path can name. Reports each of them to the user
+// once: `reported` holds the names that were reported.
 std::unique_ptr<TFindHandle> FindFirst(TPosixPlaces& places, std::unordered_set<std::string>& reported,
                                        std::string_view pattern, TFindData& data);
 

@@ -1,7 +1,7 @@
 // How an operation on files finds its place on the host.
 //
-// It first tries the path as given, in one system call where possible. Only if there is no such entry, it looks
-// for it without regard to case (win/posix/PosixFolders.h).
+// It first tries the path as given, in one system call where possible. Only if there is no such entry, it
+// looks for it without regard to case (win/posix/PosixFolders.h).
 //
 //   THostPath place;
 //   if (!places.Locate(path, TPathKind::File, place)) return false;
@@ -23,7 +23,8 @@ namespace win {
 // Whether a path may end in a separator.
 enum class TPathKind { File, Folder };
 
-// The behaviour of AtPlace if neither the exact name exists nor a recent listing has one that differs in case.
+// The behaviour of AtPlace if neither the exact name exists nor a recent listing has one that differs in
+// case.
 enum class TAbsence {
   Verified,  // looks for one that was created since
   Trusted,   // accepts the listing: the caller creates the name, and another can appear after any check
@@ -44,7 +45,8 @@ class TPosixPlaces {
   template <class TOperation>
   int AtPlace(THostPath& place, const TOperation& operation, TAbsence absence = TAbsence::Verified);
 
-  // Describes the entry at `place`; for a link, the link itself. Returns a negative number, with errno, on failure.
+  // Describes the entry at `place`; for a link, the link itself. Returns a negative number, with errno, on
+  // failure.
   int StatAt(THostPath& place, struct stat& info, TAbsence absence = TAbsence::Verified);
 
   // Opens a folder. On failure the result is not open and the last error is set.

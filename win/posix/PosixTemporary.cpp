@@ -18,8 +18,8 @@ namespace win {
 namespace {
 
 constexpr std::string_view kExtension = ".$$$";
-// Ends the name of a file that is exchanged for its target. Before the extension, the name then has the marks of
-// the file and of the target.
+// Ends the name of a file that is exchanged for its target. Before the extension, the name then has the marks
+// of the file and of the target.
 constexpr char kExchanged = '~';
 constexpr size_t kMarkLength = 17;
 
@@ -46,7 +46,7 @@ std::string NewName(std::string_view folder) {
   return std::string(folder).append(NamePrefix()).append(number).append(kExtension);
 }
 
-// Returns text that tells states of files apart.
+// Returns a text that differs for different states of files.
 std::string MarkOf(const TFileStamp& stamp) {
   uint64_t hash = 14695981039346656037u;  // FNV-1a
   for (const uint64_t part :

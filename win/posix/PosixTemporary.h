@@ -2,8 +2,8 @@
 //
 // The temporary file is locked until it has the target's name or is deleted. So a temporary file that can be
 // locked was left by a process that no longer runs, and may be deleted. Where the file is exchanged for its
-// target, the temporary name ends in '~' and tells what both files were. Such a file is deleted only if it is one
-// of them and the process of that name no longer runs: anything else is the edit of another writer.
+// target, the temporary name ends in '~' and records the states of both files. Such a file is deleted only if
+// it is one of them and the process of that name no longer runs: anything else is the edit of another writer.
 #pragma once
 
 #include <string>
