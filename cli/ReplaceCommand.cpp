@@ -128,7 +128,7 @@ int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TC
     if (line.DryRun) return kExitOk;
     return PrintOutcome(true, isPreview ? "Nothing was replaced." : mig::SReplaceSuccess, mig::SReplaceFailed,
                         line.Quiet);
-  } catch (const mig::ETwinFiles& error) {
+  } catch (const mig::ENameClash& error) {
     return Stopped(error.what(), ExcludeOneHint(error.First(), error.Second(), scope.Folder));
   } catch (const mig::EWayBack& error) {
     return Stopped(error.what(), WayBackHint(error, line));

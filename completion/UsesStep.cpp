@@ -62,10 +62,10 @@ std::string WithoutInsertions(std::string_view text, const qrl::TEncoding& encod
 class TUsesStep {
  public:
   TUsesStep(std::string_view text, const qrl::TEncoding& encoding, const TUsesRules& rules,
-            const TUsesAccount& account)
+            const TUsesCallbacks& callbacks)
       : FText(text),
         FRules(rules),
-        FAccount(account),
+        FCallbacks(callbacks),
         FTokens(ReadModule(text, encoding)),
         FNewUnits(NamesOf(rules.InsertedText)),
         FEditor(text, encoding) {}
@@ -85,7 +85,7 @@ class TUsesStep {
       const bool isTarget = target != nullptr && target->Clause && clause == &*target->Clause;
       if (!isTarget && !KeepDirectives(*clause)) return std::nullopt;
     }
-    for (const TUsesItem* const item : FMarked) FAccount.OnRemoved(item->Name);
+    for (const TUsesItem* const item : FMarked) FCallbacks.OnRemoved(item->Name);
     if (target != nullptr) InsertInto(*target);
     for (const TUsesClause* const clause : FSections) FEditor.Remove(*clause, FMarked);
     return FEditor.Result();
@@ -142,7 +142,7 @@ class TUsesStep {
         if (CanGo(*clause, item)) {
           FMarked.insert(&item);
         } else {
-          FAccount.OnRefused(TUsesRefusal::Conditional, item.Begin, item.Name);
+          FCallbacks.OnRefused(TUsesRefusal::Conditional, item.Begin, item.Name);
         }
       }
     }
@@ -250,7 +250,7 @@ class TUsesStep {
 
   const std::string_view FText;
   const TUsesRules& FRules;
-  const TUsesAccount& FAccount;
+  const TUsesCallbacks& FCallbacks;
   const TTokens FTokens;
   const std::vector<std::string> FNewUnits;
   std::optional<TUsesClauses> FClauses;
@@ -268,11 +268,11 @@ class TUsesStep {
 }  // namespace
 
 std::string CompleteUses(std::string_view text, const qrl::TEncoding& encoding, const TUsesRules& rules,
-                         const TUsesAccount& account) {
+                         const TUsesCallbacks& callbacks) {
   const std::string original = WithoutInsertions(text, encoding, rules, /*onlyDoubled=*/false);
-  if (std::optional<std::string> completed = TUsesStep(original, encoding, rules, account).Run())
+  if (std::optional<std::string> completed = TUsesStep(original, encoding, rules, callbacks).Run())
     return *completed;
-  account.OnRefused(TUsesRefusal::Source, 0, {});
+  callbacks.OnRefused(TUsesRefusal::Source, 0, {});
   return WithoutInsertions(text, encoding, rules, /*onlyDoubled=*/true);
 }
 

@@ -29,7 +29,7 @@ enum class TUsesRefusal {
 
 // Callbacks for the changes that the step refused, and for the units that it removed. `offset` is in the text
 // that was passed, in bytes, 0-based; `unit` is spelled as in the text.
-struct TUsesAccount {
+struct TUsesCallbacks {
   std::function<void(TUsesRefusal refusal, size_t offset, std::string_view unit)> OnRefused;
   std::function<void(std::string_view unit)> OnRemoved;
 };
@@ -44,6 +44,6 @@ struct TUsesAccount {
 // Clauses keep their layout, one a line or several, and their comments. The comments of a removed clause get
 // lines of their own. A text that is complete is returned unchanged.
 std::string CompleteUses(std::string_view text, const qrl::TEncoding& encoding, const TUsesRules& rules,
-                         const TUsesAccount& account);
+                         const TUsesCallbacks& callbacks);
 
 }  // namespace completion

@@ -75,7 +75,7 @@ THost::~THost() {
   FGroup = nullptr;
   FWizards.clear();
   if (BorlandIDEServices == FServices) BorlandIDEServices = nullptr;
-  FServicesObject->CutOff();
+  FServicesObject->Disconnect();
   CurrentHost = nullptr;
 }
 

@@ -17,7 +17,7 @@ class THostServices final
   explicit THostServices(THost& host) : FHost(&host) {}
   // Called when the host is destroyed while clients still hold its services. After that every operation
   // raises EHostError.
-  void CutOff() { FHost = nullptr; }
+  void Disconnect() { FHost = nullptr; }
 
   int GetModuleCount() override;
   toolsapi::TIntf<toolsapi::IOTAModule> GetModule(int index) override;

@@ -36,7 +36,7 @@ void TFormProperty::Print(std::string& text) const {
   }
 }
 
-size_t TFormProperty::MostPrinted(size_t blanks) const {
+size_t TFormProperty::MaxPrintedSize(size_t blanks) const {
   const std::string_view value = Value();
   const auto lineEnds =
       std::count(value.begin(), value.end(), '\r') + std::count(value.begin(), value.end(), '\n');

@@ -33,7 +33,7 @@ class TFormProperty {
   // Appends the lines to `text`, separated by CR LF.
   void Print(std::string& text) const;
   // Returns an upper bound of the bytes that Print appends after IndentLines(blanks).
-  size_t MostPrinted(size_t blanks) const;
+  size_t MaxPrintedSize(size_t blanks) const;
 
  private:
   std::string_view Value() const { return FMade.empty() ? FView : std::string_view(FMade); }

@@ -17,7 +17,7 @@ void WriteObject(const TObjectToPrint& object, int level, std::string& text) {
   size_t length = 3 * (indent + kLineEnd.size()) + object.Keyword.size() + object.Name.size() +
                   object.ClassName.size() + 6;
   for (const TFormProperty& property : object.Properties)
-    length += inner + property.Name().size() + 3 + property.MostPrinted(valueIndent) + kLineEnd.size();
+    length += inner + property.Name().size() + 3 + property.MaxPrintedSize(valueIndent) + kLineEnd.size();
   for (const std::string_view nested : object.NestedObjects) length += nested.size() + kLineEnd.size();
   text.reserve(length);
 

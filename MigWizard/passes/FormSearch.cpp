@@ -5,6 +5,7 @@
 
 #include "rtl/text/SysUtils.h"
 #include "rtl/text/Unicode.h"
+#include "win/paths/Characters.h"
 #include "win/paths/CodePage.h"
 #include "win/paths/FileNames.h"
 

@@ -14,7 +14,7 @@ void NamingFile(const std::string& fileName, const std::function<void()>& action
     throw;
   } catch (const rtl::EStreamError&) {
     throw;
-  } catch (const ETwinFiles&) {
+  } catch (const ENameClash&) {
     throw;
   } catch (const EFileConversion&) {
     throw;

@@ -20,9 +20,9 @@ class EFileConversion : public rtl::Exception {
 };
 
 // Two files, or two folders, would share a name in the temporary and the backup folder of a run.
-class ETwinFiles : public rtl::Exception {
+class ENameClash : public rtl::Exception {
  public:
-  ETwinFiles(const std::string& message, std::string_view first, std::string_view second)
+  ENameClash(const std::string& message, std::string_view first, std::string_view second)
       : Exception(message), FFirst(first), FSecond(second) {}
   const std::string& First() const { return FFirst; }
   const std::string& Second() const { return FSecond; }
@@ -38,7 +38,7 @@ class EFileEdited : public rtl::Exception {
 
 // Runs `action`, which works on the contents of `fileName`, and converts its exceptions to EFileConversion,
 // but std::bad_alloc to rtl::EOutOfMemory with the name of the file. Passes on EAbort, EOutOfMemory,
-// EFileConversion, EFileEdited, ETwinFiles, and stream exceptions, which already name their file.
+// EFileConversion, EFileEdited, ENameClash, and stream exceptions, which already name their file.
 void NamingFile(const std::string& fileName, const std::function<void()>& action);
 
 }  // namespace mig

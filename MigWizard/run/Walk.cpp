@@ -149,11 +149,11 @@ void TWalk::ReportOtherForms() {
 void TWalk::ProcessEntry(const std::string& fileName, TFilesAhead& files, const std::string& tempDir) {
   std::string relPath;
   if (FOptions.Dest == sdFolder) {
-    FTwins.AddFullName(rtl::ExtractFileDir(fileName));
+    FNameClashes.AddFullName(rtl::ExtractFileDir(fileName));
     relPath = rtl::ExtractRelativePath(JoinPath(FOptions.Directory, ""), fileName);
     if (!FIsPreview) FTempFolders.Ensure(JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
   } else {
-    FTwins.AddBareName(fileName);
+    FNameClashes.AddBareName(fileName);
   }
   const int changedBefore = FChangedFiles;
   ProcessFile(fileName, files, JoinPath(tempDir, rtl::ExtractFileDir(relPath)));
@@ -244,7 +244,7 @@ void TWalk::AddForm(const std::string& form) {
 
 void TWalk::WriteChanged(const TFileConversion& file, const std::string& sourceFile,
                          const std::string& targetFile) {
-  if (FOptions.Dest == sdFolder) FTwins.AddFullName(sourceFile);
+  if (FOptions.Dest == sdFolder) FNameClashes.AddFullName(sourceFile);
   if (FOptions.Policy.Strict && FOptions.MakeBackup && !CanBeListed(sourceFile, FOptions.BackupDir))
     throw rtl::Exception("The undo file cannot list a name with \"=\" or a line end in it.");
   if (file.WriteFailure) std::rethrow_exception(file.WriteFailure);

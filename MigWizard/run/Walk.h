@@ -13,9 +13,9 @@
 #include "MigWizard/run/ChangedFiles.h"
 #include "MigWizard/run/DatabaseNames.h"
 #include "MigWizard/run/FilesAhead.h"
+#include "MigWizard/run/NameClashes.h"
 #include "MigWizard/run/RunContext.h"
 #include "MigWizard/run/RunFolders.h"
-#include "MigWizard/run/TwinFiles.h"
 #include "MigWizard/run/WorkQueue.h"
 #include "rtl/text/StringList.h"
 
@@ -75,7 +75,7 @@ class TWalk {
   bool FIsPreview = false;
   TDatabaseNames FDatabases;
   std::map<std::string, std::string> FUnreadForms;  // whose databases are unknown, with the reason
-  TTwinFiles FTwins;
+  TNameClashes FNameClashes;
   TFolderMaker FTempFolders;
 };
 

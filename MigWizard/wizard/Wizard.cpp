@@ -226,7 +226,7 @@ void TWizardForm::Walk(std::span<const TStepRow> rows) {
   const TWizardPage page = ActivePage();
   for (const TStepRow& row : rows) {
     if (row.Page != page || !Holds(row.Condition)) continue;
-    Perform(row.DoneFirst);
+    Perform(row.Action);
     StepsPageControl.SetActivePageIndex(row.Next);
     UpdateCaption();
     return;

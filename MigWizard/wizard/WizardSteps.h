@@ -30,7 +30,7 @@ enum class TStepAction {
 struct TStepRow {
   TWizardPage Page;
   TStepCondition Condition;
-  TStepAction DoneFirst;
+  TStepAction Action;
   TWizardPage Next;
 };
 

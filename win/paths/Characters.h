@@ -33,4 +33,7 @@ constexpr uint32_t kCodePageNumbers[kCodePageTableCount] = {
 // Returns the character in upper case, by a mapping of one character to one; itself if it has none.
 [[nodiscard]] char32_t UpperCharacter(char32_t character);
 
+// Returns whether the character is alphabetic, as Windows' IsCharAlpha does.
+[[nodiscard]] bool IsCharAlphaU(char32_t character);
+
 }  // namespace win

@@ -33,7 +33,5 @@ namespace win {
 // Returns whether the single or double-byte character `bytes` of the source code page is alphabetic, as
 // Windows' IsCharAlphaA does.
 [[nodiscard]] bool IsCharAlphaA(std::string_view bytes);
-// The same for a Unicode character.
-[[nodiscard]] bool IsCharAlphaU(char32_t character);
 
 }  // namespace win

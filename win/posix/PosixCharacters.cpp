@@ -4,7 +4,6 @@
 #include <unicode/uchar.h>
 
 #include "win/paths/Characters.h"
-#include "win/paths/CodePage.h"
 #include "win/paths/CodePageTables.h"
 
 namespace win {

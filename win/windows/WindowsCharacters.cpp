@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "win/paths/Characters.h"
-#include "win/paths/CodePage.h"
 #include "win/windows/WindowsApi.h"
 
 namespace win {

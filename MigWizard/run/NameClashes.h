@@ -1,5 +1,5 @@
 // Finds files of a run that would share a name in its temporary folder, its backup folder and its undo file.
-// Both operations raise ETwinFiles, before the second file overwrites the first.
+// Both operations raise ENameClash, before the second file overwrites the first.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace mig {
 
-class TTwinFiles {
+class TNameClashes {
  public:
   // For a project run, whose folders are flat: checks that no other file with the same bare name was added.
   // The same file may be added again, in any spelling.

@@ -1,4 +1,4 @@
-#include "MigWizard/run/TwinFiles.h"
+#include "MigWizard/run/NameClashes.h"
 
 #include "MigWizard/run/RunErrors.h"
 #include "rtl/text/SysUtils.h"
@@ -17,23 +17,23 @@ bool IsSameFile(const std::string& left, const std::string& right) {
 
 }  // namespace
 
-void TTwinFiles::AddBareName(const std::string& fileName) {
+void TNameClashes::AddBareName(const std::string& fileName) {
   const std::string bareName = rtl::ExtractFileName(fileName);
   const auto [place, isNew] = FBareNames.try_emplace(win::UpperFileName(bareName), fileName);
   if (isNew || IsSameFile(place->second, fileName)) return;
-  throw ETwinFiles(
+  throw ENameClash(
       rtl::Format("Two files named \"%s\" cannot be converted in one project run: \"%s\" and \"%s\".",
                   {bareName, place->second, fileName}),
       place->second, fileName);
 }
 
-void TTwinFiles::AddFullName(const std::string& name) {
+void TNameClashes::AddFullName(const std::string& name) {
   if (!FCheckedNames.insert(name).second) return;
   const size_t parent = name.rfind('\\');
   if (parent != std::string::npos) AddFullName(name.substr(0, parent));
   const auto [place, isNew] = FFullNames.try_emplace(win::UpperFileName(name), name);
   if (isNew || IsSameFile(place->second, name)) return;
-  throw ETwinFiles(rtl::Format("\"%s\" and \"%s\" differ only in case and cannot be converted in one run.",
+  throw ENameClash(rtl::Format("\"%s\" and \"%s\" differ only in case and cannot be converted in one run.",
                                {place->second, name}),
                    place->second, name);
 }
