@@ -19,7 +19,7 @@ inline constexpr char kGeneralFooter[] = R"(Examples:
 
 Exit status:
   0    everything requested was done
-  1    it was done in part; each file that was left out is named
+  1    only a part was done; each file that was left out is named
   2    the command line is wrong; nothing was touched
   3    an error stopped the command; the originals are untouched unless the
        message says otherwise

@@ -139,10 +139,9 @@ const std::vector<TOption> kCheckOptions = WithScope({
 });
 
 const std::vector<TOption> kReplaceOptions = WithScope({
-    {"--dry-run", TValueKind::None, "", "Show only the summary of the run, and write nothing",
+    {"--dry-run", TValueKind::None, "", "Show only the summary of the run, and change no file",
      [](TCommandLine& line, const std::string&) { line.DryRun = true; }},
-    {"--diff", TValueKind::None, "",
-     "Print what the run would change as a patch for git apply, and write nothing",
+    {"--diff", TValueKind::None, "", "Print the changes as a patch for git apply, and change no file",
      [](TCommandLine& line, const std::string&) { line.DryRun = line.Diff = true; }},
     {"--interactive", TValueKind::None, "",
      "Show the changes of each unit and its forms, and ask whether to make them",
@@ -214,7 +213,7 @@ const std::vector<TCommandRow> kCommands = {
      kReplaceDrives},
     {TCommand::Check,
      "check",
-     "Show what a run would convert and leave; write nothing",
+     "Show what a run would convert and leave; change no file",
      "--mode bde|ibx [--folder] DIR|[--project] FILE [OPTIONS]",
      {"PATH", TValueKind::File, "The folder or the project; same as --folder or --project", 0, 1},
      kCheckOptions,
