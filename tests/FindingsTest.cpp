@@ -178,6 +178,12 @@ TEST_F(FindingsTest, Forms) {
        "21:3 warning inherited-object: F.Q is declared with \"inherited\" and keeps its class TQuery\n"},
   };
   for (const TRow& row : rows) EXPECT_EQ(FindInObject(row.Source), row.Findings) << row.Source;
+  // A later run does not know the alias.
+  FConverter->OnGetDatabase = [](std::string_view, const qrl::TEncoding&) { return std::string(); };
+  EXPECT_EQ(
+      FindInObject("object Q: TQuery DatabaseName = 'Far' end"),
+      "2:18 error lost-connection: F.Q has lost its connection: no database of the run declares the alias "
+      "\"Far\"\n");
 }
 
 TEST_F(FindingsTest, ValuesThatCouldBeSecretsAreWithheld) {

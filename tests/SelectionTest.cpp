@@ -44,7 +44,7 @@ class SelectionTest : public tests::TRunTree {
 
 TEST_F(SelectionTest, ListsWhatCanBeChosen) {
   FTree.Write("src/V.pas", "unit V; {$R U.dfm} {$R W.dfm}");
-  FTree.Write("src/W.dfm", "object W: TForm end");
+  FTree.Write("src/W.dfm", "object W: TForm object Q: TQuery Bad Value end end");
   FTree.Write("src/X.pas", "unit X; {$R *.dfm}");
   FTree.Write("src/X.dfm", FormToBinary("object X: TX\r\nobject Q: TQuery\r\nend\r\nend\r\n"));
   TRunPlan plan;

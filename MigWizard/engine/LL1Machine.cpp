@@ -52,6 +52,7 @@ void TLL1Machine::Start(std::string_view text, int64_t rereadAllowance) {
 bool TLL1Machine::Run(int32_t rule) {
   const TLL1ProgramRule& source = FProgram.Rule(rule);
   const TOpenRun run(*this);
+  ++FWork;
   FPosition = FState.Pos - 1;
   PushAlternative(TLL1Node::kNone, source.IsPure);  // the last one: to fail
   FFrame = FHeight;

@@ -43,14 +43,16 @@ class TLL1Machine {
   TLL1Machine(const TLL1Program& program, TLL1Client& client, TParseState& state, TStateStack& copies);
 
   // Starts on a text, at the live state's position. The text must not change up to the next Start.
-  // `rereadAllowance` is the work, in bytes read and rules tried, that the parse may waste before the memo is
-  // switched on.
+  // `rereadAllowance` is the work that the parse may waste before the memo is switched on.
   void Start(std::string_view text, int64_t rereadAllowance);
 
   // Runs the rule of that index from the live state's position. Returns True with the position after the
   // match, or False with the state as on entry. Hooks may call Run in turn. After an exception the machine is
   // as it was before the call; the live state stays where the exception was raised.
   [[nodiscard]] bool Run(int32_t rule);
+
+  // Returns the work since Start: rules tried, and bytes read by runs of characters.
+  int64_t Work() const { return FWork; }
 
  private:
   class TOpenRun;
@@ -93,7 +95,7 @@ class TLL1Machine {
   int32_t FPosition = 0;  // counted from 0
   TLL1Memo FMemo;
   bool FUsesMemo = false;
-  int64_t FWork = 0;       // bytes read and rules tried
+  int64_t FWork = 0;
   int64_t FWorkLimit = 0;  // the work at which to compare it with the progress
   int64_t FAllowance = 0;
   int32_t FFarthest = 0;

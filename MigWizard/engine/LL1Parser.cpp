@@ -162,6 +162,10 @@ bool TLL1Parser::Parse(std::string_view text, std::string_view startSymbol, int6
   return success;
 }
 
+int64_t TLL1Parser::Work() const {
+  return FEngine ? FEngine->Machine().Work() : 0;
+}
+
 void TLL1Parser::GetTerminalSet(std::string_view name, TCharSet& chars, bool& single) {
   const TBuiltInTerminal* terminal = FindTerminal(name);
   rtl::Assert(terminal != nullptr, "TLL1Parser.GetTerminalSet: unknown terminal");
