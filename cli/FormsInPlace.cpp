@@ -74,6 +74,8 @@ void TFormsInPlace::AddFolder(const TRoot& root) {
     if (!entries.IsComplete())
       Fail("The folder \"" + Shown(root, folder) + "\" could not be read. " +
            win::SysErrorMessage(entries.Error()));
+    for (const win::TUnnamedEntry& entry : entries.Unnamed())
+      if (entry.IsFolder || IsFormName(entry.Name)) ++FFailed;  // the user was told
     folders.insert(folders.end(), below.rbegin(), below.rend());
   }
 }

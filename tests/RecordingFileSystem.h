@@ -127,7 +127,10 @@ class TRecordingFileSystem : public win::TFileSystem {
   class TWalk : public win::TFindHandle {
    public:
     TWalk(TRecordingFileSystem& owner, std::unique_ptr<win::TFindHandle> inner, std::string pattern)
-        : FOwner(owner), FInner(std::move(inner)), FPattern(std::move(pattern)) {}
+        : TFindHandle(inner->Unnamed()),
+          FOwner(owner),
+          FInner(std::move(inner)),
+          FPattern(std::move(pattern)) {}
     bool Next(win::TFindData& data) override {
       return FOwner.Goes("FindNext", FPattern) && FInner->Next(data);
     }

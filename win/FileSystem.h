@@ -19,6 +19,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace win {
 
@@ -80,12 +82,25 @@ struct TFindData {
   uint32_t FileAttributes = 0;
 };
 
+// An entry of a folder that no Windows path can name.
+struct TUnnamedEntry {
+  std::string Name;       // as the host has it, in any bytes
+  bool IsFolder = false;  // false for a link to a folder
+  std::string Message;    // the line that the user got
+};
+
 // An open folder walk. The destructor closes it.
 class TFindHandle {
  public:
+  explicit TFindHandle(std::vector<TUnnamedEntry> unnamed = {}) : FUnnamed(std::move(unnamed)) {}
   virtual ~TFindHandle() = default;
   // Reads the next entry. Returns false after the last one, with ERROR_NO_MORE_FILES.
   [[nodiscard]] virtual bool Next(TFindData& data) = 0;
+  // Returns the entries that the walk skips.
+  const std::vector<TUnnamedEntry>& Unnamed() const { return FUnnamed; }
+
+ private:
+  std::vector<TUnnamedEntry> FUnnamed;
 };
 
 class TFileSystem {
@@ -153,7 +168,8 @@ class TFileSystem {
   //
   // The attributes of an entry distinguish folders (DIRECTORY), links to folders (DIRECTORY and
   // REPARSE_POINT) and everything else (NORMAL). Use GetFileAttributesA for READONLY. An entry that no
-  // Windows path can name is skipped, with one line for the user (win/Diagnostics.h).
+  // Windows path can name is skipped, with one line for the user (win/Diagnostics.h), and is in
+  // TFindHandle::Unnamed.
   [[nodiscard]] virtual std::unique_ptr<TFindHandle> FindFirstFileA(std::string_view pattern,
                                                                     TFindData& data) = 0;
 

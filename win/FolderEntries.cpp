@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "win/Diagnostics.h"
 #include "win/Errors.h"
 #include "win/paths/FileNames.h"
 
@@ -10,7 +11,8 @@ namespace win {
 
 class TFolderEntries::TWalk : public TFindHandle {
  public:
-  explicit TWalk(std::vector<TEntry> entries) : FEntries(std::move(entries)) {}
+  TWalk(std::vector<TEntry> entries, std::vector<TUnnamedEntry> unnamed)
+      : TFindHandle(std::move(unnamed)), FEntries(std::move(entries)) {}
 
   bool Next(TFindData& data) override {
     if (FNext < 2) {
@@ -40,9 +42,19 @@ void TFolderEntries::Add(std::string name, uint32_t attributes) {
   FEntries.push_back({std::move(upper), {std::move(name), attributes}});
 }
 
-std::unique_ptr<TFindHandle> TFolderEntries::Walk(TFindData& data) && {
+void TFolderEntries::AddUnnamed(std::string name, bool isFolder, const std::string& path) {
+  FUnnamed.push_back(
+      {std::move(name), isFolder, "Skipped, because no Windows path can name it: " + PrintableName(path)});
+}
+
+std::unique_ptr<TFindHandle> TFolderEntries::Walk(std::unordered_set<std::string>& reported,
+                                                  TFindData& data) && {
   std::sort(FEntries.begin(), FEntries.end(), Less);
-  auto walk = std::make_unique<TWalk>(std::exchange(FEntries, {}));
+  std::sort(FUnnamed.begin(), FUnnamed.end(),
+            [](const TUnnamedEntry& left, const TUnnamedEntry& right) { return left.Name < right.Name; });
+  for (const TUnnamedEntry& entry : FUnnamed)
+    if (reported.insert(entry.Message).second) Diagnose(entry.Message);
+  auto walk = std::make_unique<TWalk>(std::exchange(FEntries, {}), std::exchange(FUnnamed, {}));
   return walk->Next(data) ? std::move(walk) : nullptr;
 }
 

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "MigWizard/passes/UnitNames.h"
+#include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/IDEUtils.h"
 #include "rtl/text/Files.h"
 #include "rtl/text/SysUtils.h"
@@ -48,11 +49,21 @@ class TFolderScan {
         FUnits.Add(path);
       }
     }
-    if (!entries.IsComplete()) LeaveOut(dir, entries.Error());
+    if (!entries.IsComplete()) LeaveOutFolder(dir, entries.Error());
+    for (const win::TUnnamedEntry& entry : entries.Unnamed()) LeaveOut(dir, entry, includeSubDirs);
   }
 
  private:
-  void LeaveOut(const std::string& dir, uint32_t error) {
+  // The user knows of the entry already.
+  void LeaveOut(const std::string& dir, const win::TUnnamedEntry& entry, bool includeSubDirs) {
+    const bool isInRun = entry.IsFolder ? includeSubDirs : IsUnitSource(entry.Name);
+    // A folder is excluded by a pattern for all files in it.
+    const std::string path = JoinPath(dir, entry.Name);
+    if (isInRun && !FHooks.IsExcluded(entry.IsFolder ? JoinPath(path, ".pas") : path))
+      FLeftOut.push_back({entry.Name, entry.Message});
+  }
+
+  void LeaveOutFolder(const std::string& dir, uint32_t error) {
     const std::string message =
         rtl::Format("The folder \"%s\" could not be read. %s", {dir, win::SysErrorMessage(error)});
     FLeftOut.push_back({dir, message});

@@ -23,7 +23,11 @@ TFolderEntries::TFolderEntries(std::string_view folder) : FFolder(folder) {
   if (!FFolder.empty() && !FFolder.ends_with('\\')) FFolder += '\\';
   FWalk = win::FindFirstFileA(FFolder + "*.*", FData);
   FHasEntry = FWalk != nullptr;
-  if (!FWalk) FError = win::GetLastError();
+  if (FWalk) {
+    FUnnamed = FWalk->Unnamed();
+  } else {
+    FError = win::GetLastError();
+  }
 }
 
 bool TFolderEntries::Next() {

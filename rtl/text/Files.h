@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "win/FileSystem.h"
 
@@ -35,6 +36,8 @@ class TFolderEntries {
   // reason.
   bool IsComplete() const;
   uint32_t Error() const { return FError; }  // a number for win::SysErrorMessage
+  // Returns the entries that no Windows path can name. Next does not return them.
+  const std::vector<win::TUnnamedEntry>& Unnamed() const { return FUnnamed; }
 
   // The current entry.
   const std::string& Name() const { return FData.FileName; }
@@ -47,6 +50,7 @@ class TFolderEntries {
  private:
   std::string FFolder;  // with a backslash at its end
   std::unique_ptr<win::TFindHandle> FWalk;
+  std::vector<win::TUnnamedEntry> FUnnamed;
   win::TFindData FData;
   bool FHasEntry = false;  // the first entry, which FindFirstFileA read, was not returned yet
   uint32_t FError = 0;

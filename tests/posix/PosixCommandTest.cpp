@@ -1,6 +1,7 @@
 // The command line program with links that lead nowhere, streams that cannot be used, and a script as the wizard.
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sstream>
 
 #include "tests/RunCommand.h"
 
@@ -28,6 +29,30 @@ TEST_F(PosixCommandTest, ErrorsThatStopARun) {
   };
   for (const auto& [arguments, message] : rows)
     EXPECT_EQ(Run(arguments), std::string("3||kvamigrate: ") + message + "\n") << arguments;
+}
+
+// What no Windows path can name is skipped, and is missing where the run should have converted it.
+TEST_F(PosixCommandTest, ARunIsNotWholeWithoutWhatItSkips) {
+  FTree.Write("src/A.pas", "unit A;\r\nvar Q: TQuery;\r\n");
+  FTree.Write("src/a:b.dfm", "object A: TForm\nend\n");
+  FTree.Write("src/n:1.txt", "");
+  const auto told = [](const std::string& names, const std::string& rest) {
+    std::istringstream list(names);
+    std::string text;
+    for (std::string name; list >> name;)
+      text += "kvamigrate: Skipped, because no Windows path can name it: <dir>/src/" + name + "\n";
+    return text + rest;
+  };
+  const std::string run = "replace -q --no-backup --no-log --mode bde src ";
+  EXPECT_EQ(Run(run), "0||" + told("a:b.dfm n:1.txt", ""));
+  FTree.Write("src/c\xE4.pas", "");
+  FTree.Write("src/d\\e/U.pas", "");
+  const std::string all = "a:b.dfm c\\xE4.pas d\\e n:1.txt";
+  EXPECT_EQ(Run(run), "1||" + told(all, "Left out, as said above: 1.\n"));
+  EXPECT_EQ(Run(run + "--subfolders"), "1||" + told(all, "Left out, as said above: 2.\n"));
+  EXPECT_EQ(Run(run + "--subfolders --exclude 'c*.pas' --exclude 'd?e/*'"), "0||" + told(all, ""));
+  EXPECT_EQ(Run("form to-text --in-place src"),
+            "1|Converted: 0, left as they are: 0, failed: 2\n|" + told(all, ""));
 }
 
 // The desktop program is searched beside this one.

@@ -46,7 +46,7 @@ class TPosixFileSystem : public TFileSystem {
   TPosixPlaces FPlaces;
   TWrittenFiles& FWritten = TWrittenFiles::OfProcess();
   TPosixCopier FCopier{FPlaces, FWritten};
-  std::unordered_set<std::string> FPassedOver;  // names that were reported already
+  std::unordered_set<std::string> FPassedOver;  // messages that were reported already
 };
 
 }  // namespace win

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 
-#include "win/Diagnostics.h"
 #include "win/Errors.h"
 #include "win/FolderEntries.h"
 #include "win/paths/Drives.h"
@@ -33,18 +32,6 @@ uint32_t AttributesOf(int folder, const dirent& entry) {
   return toFolder ? FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT : FILE_ATTRIBUTE_NORMAL;
 }
 
-// Returns whether no Windows path can name the entry. Warns the user the first time.
-bool PassesOver(const THostPath& folder, std::string_view name, std::unordered_set<std::string>& reported) {
-  if (IsWindowsName(name)) return false;
-  std::string path = folder.Path;
-  if (path.back() != '/') path += '/';
-  path += name;
-  if (reported.insert(path).second) {
-    Diagnose("Skipped, because no Windows path can name it: " + PrintableName(path));
-  }
-  return true;
-}
-
 }  // namespace
 
 std::unique_ptr<TFindHandle> FindFirst(TPosixPlaces& places, std::unordered_set<std::string>& reported,
@@ -72,8 +59,12 @@ std::unique_ptr<TFindHandle> FindFirst(TPosixPlaces& places, std::unordered_set<
   TFolderEntries entries;
   int error = 0;
   while (const dirent* const entry = directory.Next()) {
-    if (PassesOver(place, entry->d_name, reported)) continue;
     const uint32_t attributes = AttributesOf(directory.Fd(), *entry);
+    if (!IsWindowsName(entry->d_name)) {
+      const std::string path = place.Path + (place.Path.back() == '/' ? "" : "/") + entry->d_name;
+      entries.AddUnnamed(entry->d_name, attributes == FILE_ATTRIBUTE_DIRECTORY, path);
+      continue;
+    }
     if (attributes == INVALID_FILE_ATTRIBUTES && error == 0) error = errno;
     entries.Add(entry->d_name, attributes);
   }
@@ -82,7 +73,7 @@ std::unique_ptr<TFindHandle> FindFirst(TPosixPlaces& places, std::unordered_set<
     FailErrno(error);
     return nullptr;
   }
-  return std::move(entries).Walk(data);
+  return std::move(entries).Walk(reported, data);
 }
 
 }  // namespace win

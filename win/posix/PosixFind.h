@@ -12,7 +12,7 @@
 namespace win {
 
 // TFileSystem::FindFirstFileA. Skips entries that no Windows path can name. Reports each of them to the user
-// once: `reported` holds the names that were reported.
+// once: `reported` holds the messages.
 std::unique_ptr<TFindHandle> FindFirst(TPosixPlaces& places, std::unordered_set<std::string>& reported,
                                        std::string_view pattern, TFindData& data);
 

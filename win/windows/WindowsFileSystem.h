@@ -42,7 +42,7 @@ class TWindowsFileSystem : public TFileSystem {
 
   TWrittenFiles& FWritten = TWrittenFiles::OfProcess();
   TWindowsCopier FCopier{FWritten};
-  std::unordered_set<std::wstring> FPassedOver;  // names that were reported already
+  std::unordered_set<std::string> FPassedOver;  // messages that were reported already
 };
 
 }  // namespace win

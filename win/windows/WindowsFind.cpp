@@ -2,7 +2,6 @@
 
 #include <optional>
 
-#include "win/Diagnostics.h"
 #include "win/Errors.h"
 #include "win/FolderEntries.h"
 #include "win/paths/CodePage.h"
@@ -19,7 +18,7 @@ uint32_t AttributesOf(const WIN32_FIND_DATAW& data) {
 
 }  // namespace
 
-std::unique_ptr<TFindHandle> FindFirst(std::unordered_set<std::wstring>& reported, std::string_view pattern,
+std::unique_ptr<TFindHandle> FindFirst(std::unordered_set<std::string>& reported, std::string_view pattern,
                                        TFindData& data) {
   const size_t end = pattern.find_last_of("\\/:") + 1;  // npos + 1 is 0
   if (pattern.substr(end) != "*.*") {
@@ -46,10 +45,8 @@ std::unique_ptr<TFindHandle> FindFirst(std::unordered_set<std::wstring>& reporte
   while (failure == ERROR_SUCCESS) {
     const std::wstring_view name = found.cFileName;
     if (std::optional<std::string> utf8 = ToUtf8(name); !utf8) {
-      const std::wstring path = folder + std::wstring(name);
-      if (reported.insert(path).second)
-        Diagnose("Skipped, because no Windows path can name it: " +
-                 PrintableName(ToUtf8OrReplaced(WithoutPrefix(path))));
+      entries.AddUnnamed(ToUtf8OrReplaced(name), AttributesOf(found) == FILE_ATTRIBUTE_DIRECTORY,
+                         ToUtf8OrReplaced(WithoutPrefix(folder + std::wstring(name))));
     } else if (name != L"." && name != L"..") {
       entries.Add(*std::move(utf8), AttributesOf(found));
     }
@@ -61,7 +58,7 @@ std::unique_ptr<TFindHandle> FindFirst(std::unordered_set<std::wstring>& reporte
     Fail(failure);
     return nullptr;
   }
-  return std::move(entries).Walk(data);
+  return std::move(entries).Walk(reported, data);
 }
 
 }  // namespace win

@@ -10,9 +10,9 @@
 
 namespace win {
 
-// TFileSystem::FindFirstFileA. Entries that no UTF-8 path can name are passed over; the user is told of those that are
-// not in `reported`, which receives them.
-std::unique_ptr<TFindHandle> FindFirst(std::unordered_set<std::wstring>& reported, std::string_view pattern,
+// TFileSystem::FindFirstFileA. Skips entries that no Windows path can name. Reports each of them to the user
+// once: `reported` holds the messages.
+std::unique_ptr<TFindHandle> FindFirst(std::unordered_set<std::string>& reported, std::string_view pattern,
                                        TFindData& data);
 
 }  // namespace win
