@@ -25,8 +25,7 @@ TEST_F(CheckTest, WritesNothingAndExitsWithFour) {
   EXPECT_EQ(tests::RunCommand(FTree, kCheck),
             "4|A.pas(3,6): warning old-unit: the unit uses DBTables, a unit of the old components\n"
             "A.dfm(3,5): warning dropped-property: the property AliasName of A.D is dropped, because "
-            "TKVAConnection does "
-            "not publish it\n|");
+            "TKVAConnection does not publish it\n|");
   EXPECT_EQ(FTree.Read("src/A.pas"), unit);
   EXPECT_EQ(FTree.Read("src/A.dfm"), form);
   EXPECT_EQ(FTree.Names("src"), (std::vector<std::string>{"A.dfm", "A.pas"}));
@@ -34,8 +33,7 @@ TEST_F(CheckTest, WritesNothingAndExitsWithFour) {
   FTree.Write("src/A.pas", "unit A;\r\ninterface\r\nimplementation\r\nend.\r\n");
   EXPECT_EQ(tests::RunCommand(FTree, kCheck),
             "4|A.dfm(1,1): warning form-not-in-run: the form has 1 object(s) to convert, but no unit of the "
-            "run names "
-            "it\n|");
+            "run names it\n|");
   std::filesystem::remove(FTree.HostPath("src/A.dfm"));
   EXPECT_EQ(tests::RunCommand(FTree, kCheck), "0||");
 }
@@ -63,8 +61,7 @@ TEST_F(CheckTest, TheBaselineOfABuild) {
               "'y'\r\n  end\r\nend\r\n");
   EXPECT_EQ(tests::RunCommand(FTree, std::string(kCheck) + " --baseline known.json"),
             "4|A.dfm(5,5): warning dropped-property: the property SessionName of A.D is dropped, because "
-            "TKVAConnection "
-            "does not publish it\n|");
+            "TKVAConnection does not publish it\n|");
 }
 
 }  // namespace

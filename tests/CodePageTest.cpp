@@ -36,6 +36,9 @@ TEST_F(CodePageTest, SourceToUtf8) {
       {932, "\x83\x20\x1A\x1C\x7F", "\xEF\xBF\xBD \x1A\x1C\x7F"},  // a lead byte alone; controls as in ASCII
       {936, "\xB4\xB0\xCC\xE5\x5C", "窗体\\"},
       {949, "\xC6\xFB\x5C\x8C\x63", "폼\\똠"},
+      {932, "\xFC\x4B", "黑"},  // the ends of the tables
+      {936, "\x81\x40", "丂"},
+      {949, "\xFD\xFE", "詰"},
       {950, "\xAA\xED\xB3\xE6\xA5\x5C", "表單功"},
       {65001, "\xD0\xA4z\xFFz", "Фz\xEF\xBF\xBDz"},
   };

@@ -22,8 +22,7 @@ TEST_F(CommandLineTest, ReplaceAndRestore) {
   EXPECT_EQ(FTree.Read("src/A.dfm"), kForm);
   fs::remove(FTree.HostPath("src/RBackup/A.~pas"));
   EXPECT_EQ(Run("restore src"),
-            "1|Failed to restore files.\n|"
-            "kvamigrate: There is no backup for this line of the undo file: "
+            "1|Failed to restore files.\n|kvamigrate: There is no backup for this line of the undo file: "
             "<dir>\\src\\A.pas=<dir>\\src\\RBackup\\A.~pas\n" +
                 NothingRestored());
 }
@@ -37,8 +36,7 @@ TEST_F(CommandLineTest, Summary) {
       "Report:    src/r.json\n"
       "Next:      1 error, 0 warnings to look at\n");
   EXPECT_EQ(tests::RunCommand(FTree, "replace --mode bde src --exclude 'old/*' --report src/r.json"),
-            "0|Replace procedure was performed sucessfully.\n|"
-            "Files:     2 read, 2 changed\n"
+            "0|Replace procedure was performed sucessfully.\n|Files:     2 read, 2 changed\n"
             "Objects:   1 converted: TQuery 1\n"
             "Left:      no-new-units 1\n"
             "Backups:   " +
@@ -47,21 +45,18 @@ TEST_F(CommandLineTest, Summary) {
                 "Report:    src/r.json\n"
                 "Next:      1 error, 0 warnings to look at\n");
   EXPECT_EQ(tests::RunCommand(FTree, "replace --mode ibx src --no-backup"),
-            "0|Replace procedure was performed sucessfully.\n|"
-            "Files:     2 read, 0 changed\n"
+            "0|Replace procedure was performed sucessfully.\n|Files:     2 read, 0 changed\n"
             "Nothing was converted. Is it --mode bde? Subfolders need --subfolders.\n"
             "Left:      no-new-units 1\n"
             "Next:      1 error, 0 warnings to look at: run again with --report FILE.html, or \"kvamigrate "
             "check\"\n");
   Edit("src/A.pas", "unit A;\r\nuses Quorel, KVA, Velmar, KVAError;\r\nvar Q: TKVAQuery;\r\n");
   EXPECT_EQ(tests::RunCommand(FTree, "replace --mode bde src --no-backup"),
-            "0|Replace procedure was performed sucessfully.\n|"
-            "Files:     1 read, 0 changed\n"
+            "0|Replace procedure was performed sucessfully.\n|Files:     1 read, 0 changed\n"
             "There is nothing to convert. 1 unit names the new units: the sources are converted already.\n");
   FTree.MakeFolder("empty");
   EXPECT_EQ(tests::RunCommand(FTree, "replace --mode ibx empty --no-backup"),
-            "0|Replace procedure was performed sucessfully.\n|"
-            "Files:     0 read, 0 changed\n"
+            "0|Replace procedure was performed sucessfully.\n|Files:     0 read, 0 changed\n"
             "There is nothing to convert. The folder has no units of its own. Does it need --subfolders?\n");
   EXPECT_EQ(tests::RunCommand(FTree, "replace --mode ibx empty --report x.txt"),
             "2||kvamigrate: A report ends in .json, .sarif or .html, and not as \"x.txt\" does.\n");
@@ -245,8 +240,7 @@ TEST_F(CommandLineTest, WrongCommandLines) {
        "An empty pattern matches no file.\nSee \"kvamigrate help replace\"."},
       {"replace --mode bde src --codepage koi8",
        "The code page \"koi8\" is not known. Known are 437, 850, 852, 866, 874, 932, 936, 949, 950, 1250, "
-       "1251, "
-       "1252, 1253, 1254, 1255, 1256, 1257, 1258, 65001.\nSee \"kvamigrate help replace\"."},
+       "1251, 1252, 1253, 1254, 1255, 1256, 1257, 1258, 65001.\nSee \"kvamigrate help replace\"."},
       {"replace --mode bde src --overwrite-backups", "--overwrite-backups needs --backup-dir."},
       {"replace -i --mode bde src",
        "--interactive asks on a terminal, and standard input or output is none."},

@@ -183,8 +183,7 @@ TEST(TransactionFieldsTest, OnlyComponentFieldsBringATransaction) {
        "  TR = class(TForm) R: record D: TDatabase; end; end; TC = class of TDatabase;\n"
        "  TN = class D: TDatabase; end; TF = class;\nvar D: TDatabase;\nbegin with TDatabase.Create(nil) do;",
        "type TX = class(TKVAConnection) procedure P(C: TKVAConnection; D: TKVAConnection; N: Integer); "
-       "property "
-       "D: TKVAConnection read F; end;\n"
+       "property D: TKVAConnection read F; end;\n"
        "  TR = class(TForm) R: record D: TKVAConnection; end; end; TC = class of TKVAConnection;\n"
        "  TN = class D: TKVAConnection; end; TF = class;\nvar D: TKVAConnection;\nbegin with "
        "TKVAConnection.Create(nil) do;"},
@@ -305,8 +304,7 @@ TEST(FormObjectsTest, WholeForms) {
        "object F: TF\n  inherited A: TTable\n    object B: TQuery\n    end\n  end\n  object C: TQuery\n  "
        "end\nend\n",
        "object F: TF\n  inherited A: TKVATable\n    AutoCommit = True\n    object B: TKVAQuery\n      "
-       "AutoCommit = "
-       "True\n    end\n  end\n  object C: TKVAQuery\n    AutoCommit = True\n  end\nend\n"},
+       "AutoCommit = True\n    end\n  end\n  object C: TKVAQuery\n    AutoCommit = True\n  end\nend\n"},
       {"an object that is no form text stays", "object F: TF\n  inherited Q: TQuery\n    = 3\n  end\nend\n",
        "object F: TF\n  inherited Q: TQuery\n    = 3\n  end\nend\n"},
       {"connections whose transactions the unit declares",

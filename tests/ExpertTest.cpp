@@ -140,8 +140,7 @@ TEST_F(ExpertTest, ARunThatEndsIsTold) {
       "Ask: C:\\App\\Data.pas: UTF-16 text with an odd number of bytes.\n"
       "No file was changed.\n"
       "The run can go on without this file and others that cannot be converted. They are left as they are, "
-      "and "
-      "everything else is converted, the unit of a damaged form too.";
+      "and everything else is converted, the unit of a damaged form too.";
   struct TRow {
     std::function<void()> Prepare;
     std::deque<std::string> Answers;
@@ -186,8 +185,7 @@ TEST_F(ExpertTest, AUnitThatCannotBeReadIsLeftOut) {
 TEST_F(ExpertTest, ABackupFolderOfAnEarlierRun) {
   const std::string refused =
       "Box 16 BDE/IBX Migration Wizard: The backup folder \"C:\\App\\RBackup\" holds the undo file of an "
-      "earlier "
-      "run, which this run would overwrite.";
+      "earlier run, which this run would overwrite.";
   constexpr char kAgain[] = "rbModeReplace; btNext; btNext; btNext; btNext; btFinish";
   FScratch.Write("App/RBackup/RExpert.reu", "a=b\r\n");
   EXPECT_EQ(Use(kProject), (TLines{kWizard, refused}));
@@ -195,10 +193,8 @@ TEST_F(ExpertTest, ABackupFolderOfAnEarlierRun) {
 
   const std::string question =
       "Ask: The backup folder \"C:\\App\\RBackup\" holds the undo file of an earlier run, which this run "
-      "would "
-      "overwrite.\n"
-      "New Folder: the backups of this run go to \"C:\\App\\RBackup.2\". Both runs can be undone, this "
-      "one "
+      "would overwrite.\n"
+      "New Folder: the backups of this run go to \"C:\\App\\RBackup.2\". Both runs can be undone, this one "
       "first.\n"
       "Overwrite: the earlier run can no longer be undone after this run has ended.";
   FFrontEnd.Answers = {"Cancel"};
@@ -248,8 +244,7 @@ TEST_F(ExpertTest, ARestoreOverEditedFiles) {
   const std::string question =
       "Ask: 1 of 2 files is not as the run left it.\n"
       "Nothing was restored yet. A restore overwrites these files too, and there is no copy of what they "
-      "hold "
-      "now.\n"
+      "hold now.\n"
       "This file was edited after the run: C:\\App\\Main.pas";
   struct TRow {
     std::deque<std::string> Answers;

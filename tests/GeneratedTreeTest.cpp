@@ -37,9 +37,9 @@ TEST(GeneratedTreeTest, APatchIsTheRun) {
     const std::string run = "replace -q src --subfolders " + options;
     EXPECT_EQ(tests::RunCommand(tree, run + " --diff >the.patch"), "0||") << options;
     EXPECT_EQ(Files(tree, "src"), before) << options;
-    const std::string apply = "cd " + tree.HostPath() +
-                              " && cp -r src patched && cd patched && "
-                              "git apply --unsafe-paths --whitespace=nowarn ../the.patch";
+    const std::string apply =
+        "cd " + tree.HostPath() +
+        " && cp -r src patched && cd patched && git apply --unsafe-paths --whitespace=nowarn ../the.patch";
     EXPECT_EQ(std::system(apply.c_str()), 0) << options;
     EXPECT_EQ(tests::RunCommand(tree, run + " --no-backup --no-log"), "0||") << options;
     const auto after = Files(tree, "src"), patched = Files(tree, "patched");

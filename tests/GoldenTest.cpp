@@ -142,36 +142,6 @@ size_t ChangedLines(const std::string& before, const std::string& after, diff::T
   }));
 }
 
-// Applying the patch of --diff gives the same tree as a run, byte for byte, and printing it changes
-// nothing.
-TEST_P(GoldenTest, APatchIsTheRun) {
-  if (!tests::HasGit()) GTEST_SKIP() << "there is no git";
-  if (!Setting(FName, "result").empty()) GTEST_SKIP() << "the run stops";
-  const auto before = ReadTree(FTree);
-  const auto project = Setting(FName, "project");
-  const fs::path scope = project.empty() ? FTree : FTree / project[0];
-  const fs::path base = project.empty() ? FTree : scope.parent_path();
-  std::string command = "cd " + FTemp.HostPath() + " && " + KVA_BINARY_DIR +
-                        "/cli/kvamigrate replace --diff -q --mode " + Setting(FName, "mode").at(0) + " " +
-                        scope.string();
-  if (project.empty()) command += " --subfolders";
-  for (const std::string& codePage : Setting(FName, "codepage")) command += " --codepage " + codePage;
-  (void)std::system((command + " > the.patch 2> errors.txt").c_str());
-  EXPECT_EQ(ReadTree(FTree), before);
-  const fs::path patched = FTemp.HostPath("patched");
-  fs::copy(FTree, patched, fs::copy_options::recursive);
-  if (!FTemp.Read("the.patch").empty()) {
-    // A unit of a project can be outside the project's folder.
-    const std::string apply = "cd " + (patched / fs::relative(base, FTree)).string() +
-                              " && git apply --unsafe-paths --whitespace=nowarn " +
-                              FTemp.HostPath("the.patch");
-    ASSERT_EQ(std::system(apply.c_str()), 0) << FTemp.Read("errors.txt");
-  }
-  target::TKVAMigration migration(target::TCatalogue::BuiltIn());
-  ASSERT_TRUE(Run(migration, "RBackup"));
-  EXPECT_EQ(ReadSources(patched), ReadSources(FTree));
-}
-
 // Returns the kinds of line ends that a text holds.
 std::set<std::string> LineEnds(const std::string& text) {
   const std::regex lineEnd("\r*\n|\r");

@@ -169,8 +169,8 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   FReports.clear();
   EXPECT_FALSE(TIDEUtils::SaveProject());
   EXPECT_EQ(FReports,
-            std::vector<std::string>{"C:\\App\\Main.pas: was changed on the disk since it was loaded, and "
-                                     "is not overwritten."});
+            std::vector<std::string>{
+                "C:\\App\\Main.pas: was changed on the disk since it was loaded, and is not overwritten."});
   EXPECT_EQ(FTree.Read("App/Main.pas"), "theirs again");
   FHost.OnQueryOverwrite = [&](const TFileBuffer& buffer) {
     return &buffer == &source ? host::TOverwriteAnswer::Overwrite : host::TOverwriteAnswer::Cancel;
@@ -338,9 +338,10 @@ TEST_F(HostTest, ChoicesOfACommandLine) {
   EXPECT_EQ(open("C:\\Twins.bpg", "App.dpr"), "C:\\App.dpr");
   EXPECT_EQ(open("C:\\None.bpg"), "C:\\None.bpg: this group has no projects.");
   EXPECT_EQ(open("C:\\Bare.dpr"), "C:\\Bare.dpr: this project has no units.");
-  EXPECT_EQ(open("Q:\\x.dpr"), win::CanMapDrives() ? "Q:\\x.dpr: this path has no drive."
-                                                   : "Cannot open file \"Q:\\x.dpr\". The system cannot find "
-                                                     "the file specified.");
+  EXPECT_EQ(open("Q:\\x.dpr"),
+            win::CanMapDrives()
+                ? "Q:\\x.dpr: this path has no drive."
+                : "Cannot open file \"Q:\\x.dpr\". The system cannot find the file specified.");
 
   const TProject& app = OpenProjectForRun(FHost, "C:\\App\\App.dpr");
   EXPECT_EQ(SelectUnits(app, {}), (std::vector<std::string>{"Main.pas", "Shared.pas"}));

@@ -1,6 +1,5 @@
 // Damaged binary forms, and text that is no form: refused with the place and the reason, never a crash.
 #include <gtest/gtest.h>
-#include <random>
 #include <string>
 
 #include "tests/ErrorOf.h"
@@ -16,7 +15,6 @@ using tests::TextWith;
 using tests::ToBinary;
 using tests::ToHex;
 using tests::ToText;
-using tests::TValueRow;
 
 TEST(ObjectDamageTest, DamagedBinaryIsRefused) {
   struct TRow {
@@ -104,57 +102,6 @@ TEST(ObjectDamageTest, TextThatIsNoFormIsRefused) {
   };
   for (const auto& [value, message] : values)
     expectRefused({TextWith(value), message}, "Form text, line 2: ", " (object A, property P).");
-}
-
-// Returns a form with every kind of value and of object, small enough to damage each of its bytes.
-std::string SmallForm() {
-  std::string form = FromHex("'TPF0' F3 02 05 02 'T1' 02 'Aa'");
-  for (const TValueRow& row : tests::kValues) {
-    const std::string_view text = row.Text;
-    const bool slowNumber = text.ends_with("E4932") || text.ends_with("E-4951");
-    if (!slowNumber) form += FromHex("02 'P1'") + FromHex(row.Hex);
-  }
-  return form + FromHex("00 01 'T' 00 00 00 F4 01 'T' 01 'B' 01 'p' 07 01 'x' 00 00 00");
-}
-
-// Expects an error, or a form that its text converts back to.
-void ExpectSoundOrRefused(const std::string& binary) {
-  std::string text;
-  try {
-    text = ToText(binary);
-  } catch (const rtl::EFilerError&) {
-    return;
-  }
-  try {
-    EXPECT_EQ(ToText(ToBinary(text)), text) << ToHex(binary);
-  } catch (const rtl::EParserError& error) {
-    ADD_FAILURE() << error.what() << " in\n" << text;
-  }
-}
-
-TEST(ObjectDamageTest, DamageGivesAnErrorOrAForm) {
-  const std::string form = SmallForm();
-  EXPECT_EQ(ToHex(ToBinary(ToText(form))), ToHex(form));
-  for (size_t at = 0; at < form.size(); ++at) {
-    ExpectSoundOrRefused(form.substr(0, at));
-    for (const int change : {0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80, 0xFF}) {
-      std::string damaged = form;
-      damaged[at] = static_cast<char>(damaged[at] ^ change);
-      ExpectSoundOrRefused(damaged);
-    }
-  }
-  std::mt19937 random(1);
-  for (const std::string& text : {ToText(form), ToText(form, true)}) {
-    for (size_t at = 0; at < text.size(); ++at) {
-      std::string damaged = text;
-      damaged[at] = static_cast<char>(random());
-      for (const std::string& candidate : {damaged, text.substr(0, at), damaged.erase(at, 1)}) try {
-          ToText(ToBinary(candidate));
-        } catch (const rtl::Exception&) {
-          // Refused by the first conversion, or by the second if the text contains a float that overflows.
-        }
-    }
-  }
 }
 
 TEST(ObjectDamageTest, DeepNestingEndsInAnErrorAndNotInTheCallStack) {

@@ -61,9 +61,9 @@ TEST(ObjectStreamsTest, SpellingsThatAreOnlyRead) {
 
 TEST(ObjectStreamsTest, ObjectsTheirFlagsAndTheirOrder) {
   const std::string binary = FromHex(
-      "'TPF0' F1 06 'TForm1' 05 'Form1' 09 'Font.Name' 06 05 'Arial' 03 'End' 02 01 06 'Object' 02 02 00"
-      "F4 06 'TFrame' 01 'F' 00 F3 02 00 05 'TEdit' 01 'E' 00 00 00 06 'TLabel' 00 00 00"
-      "F2 03 80 00 01 'T' 01 'X' 00 00 00");
+      "'TPF0' F1 06 'TForm1' 05 'Form1' 09 'Font.Name' 06 05 'Arial' 03 'End' 02 01 06 'Object' 02 02 00F4 "
+      "06 'TFrame' 01 'F' 00 F3 02 00 05 'TEdit' 01 'E' 00 00 00 06 'TLabel' 00 00 00F2 03 80 00 01 'T' 01 "
+      "'X' 00 00 00");
   const std::string text =
       "inherited Form1: TForm1\r\n  Font.Name = 'Arial'\r\n  End = 1\r\n  Object = 2\r\n"
       "  inline F: TFrame\r\n    inherited E: TEdit [0]\r\n    end\r\n  end\r\n"

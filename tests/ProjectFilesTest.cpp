@@ -117,14 +117,14 @@ TEST(ProjectXmlTest, Projects) {
        "<Project><ItemGroup Condition=\"'$(X)'==''\"><DelphiCompile Include='a.dpr'/></ItemGroup></Project>",
        "a.dpr@1 | "},
       {ReadDproj,
-       "<Project><PropertyGroup><Src>lib</Src><dir>$(SRC)\\x</dir></PropertyGroup><Choose><When><ItemGroup>"
-       "<DCCReference Include='$(Dir)\\A%20B.pas; ;$(MSBuildProjectName).pas;$(No)\\C.pas;100%.pas'/>"
-       "</ItemGroup></When></Choose></Project>",
+       "<Project><PropertyGroup><Src>lib</Src><dir>$(SRC)\\x</dir></"
+       "PropertyGroup><Choose><When><ItemGroup><DCCReference Include='$(Dir)\\A%20B.pas; "
+       ";$(MSBuildProjectName).pas;$(No)\\C.pas;100%.pas'/></ItemGroup></When></Choose></Project>",
        "@0 | lib\\x\\A B.pas@1 App.pas@1 $(No)\\C.pas@1 100%.pas@1"},
       {ReadBdsproj,
-       "<BorlandProject><Delphi.Personality><Source>\n<Source Name='MainSource'> App.dpr </Source></Source>"
-       "<FileList><File FileName='A.pas' FormName='F' DesignClass=''/></FileList></Delphi.Personality>"
-       "</BorlandProject>",
+       "<BorlandProject><Delphi.Personality><Source>\n<Source Name='MainSource'> App.dpr "
+       "</Source></Source><FileList><File FileName='A.pas' FormName='F' "
+       "DesignClass=''/></FileList></Delphi.Personality></BorlandProject>",
        "App.dpr@2 | A.pas{F:}@2"},
       {ReadDproj, "<Project>\n<ItemGroup>\n</Project>",
        "! C:\\p\\App.dproj(3): this is not well-formed XML: Start-end tags mismatch."},
@@ -151,15 +151,16 @@ TEST(ProjectXmlTest, Projects) {
 }
 
 TEST(ProjectXmlTest, Groups) {
-  EXPECT_EQ(
-      References(ReadGroupproj("<Project><PropertyGroup><D>x</D></PropertyGroup><ItemGroup>\n<Projects "
-                               "Include=\"$(D)\\A.dproj\"/>\n<Projects Include=\"..\\B.dproj\"/></ItemGroup>"
-                               "<Target Name='A'><MSBuild Projects='A.dproj'/></Target></Project>",
-                               "G")),
-      "x\\A.dproj@2 ..\\B.dproj@3");
-  EXPECT_EQ(References(ReadBdsgroup("<BorlandProject><Projects>\n<Projects Name='Targets'>A.exe</Projects>"
-                                    "<Projects Name='A.exe'>A.bdsproj</Projects></Projects></BorlandProject>",
-                                    "G")),
+  EXPECT_EQ(References(ReadGroupproj(
+                "<Project><PropertyGroup><D>x</D></PropertyGroup><ItemGroup>\n<Projects "
+                "Include=\"$(D)\\A.dproj\"/>\n<Projects Include=\"..\\B.dproj\"/></ItemGroup><Target "
+                "Name='A'><MSBuild Projects='A.dproj'/></Target></Project>",
+                "G")),
+            "x\\A.dproj@2 ..\\B.dproj@3");
+  EXPECT_EQ(References(
+                ReadBdsgroup("<BorlandProject><Projects>\n<Projects Name='Targets'>A.exe</Projects><Projects "
+                             "Name='A.exe'>A.bdsproj</Projects></Projects></BorlandProject>",
+                             "G")),
             "A.bdsproj@2");
   EXPECT_EQ(Outcome([] {
               return References(ReadBdsgroup(
@@ -240,12 +241,12 @@ TEST_F(ProjectFileTest, Units) {
         " Far in '..\\Lib\\deep\\Far.pas', Gone in 'Gone.pas',\n Unit1 in 'UNIT1.pas';\nbegin end.");
   Write("App/App.dproj",
         "<Project><PropertyGroup><MainSource>App.dpr</MainSource></PropertyGroup>\n"
-        "<DCCReference Include='vcl.dcp'/><DCCReference Include='Only.pas'/>"
-        "<DCCReference Include='Unit1.pas'/>\n<DCCReference Include='Lost.pas'/></Project>");
+        "<DCCReference Include='vcl.dcp'/><DCCReference Include='Only.pas'/><DCCReference "
+        "Include='Unit1.pas'/>\n<DCCReference Include='Lost.pas'/></Project>");
   Write("App/Old.bdsproj", "<BorlandProject><Source Name='MainSource'>app.DPR</Source></BorlandProject>");
   Write("App/Half.dproj",
-        "<Project>\n<PropertyGroup><MainSource>Half.dpr</MainSource></PropertyGroup>"
-        "<DCCReference Include='Only.pas'/></Project>");
+        "<Project>\n<PropertyGroup><MainSource>Half.dpr</MainSource></PropertyGroup><DCCReference "
+        "Include='Only.pas'/></Project>");
 
   const std::string source =
       "C:\\App\\Own.pas{}\nC:\\App\\unit1.PAS{Form1}\nC:\\App\\sub\\Unit2.pas{}\nC:\\Lib\\deep\\Far.pas{}\n";

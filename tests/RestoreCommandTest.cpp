@@ -23,13 +23,11 @@ TEST_F(RestoreCommandTest, RestoreNamesWhatWouldBeLost) {
             "restore    <dir>\\src\\old\\B.pas\n"
             "restore    <dir>\\src\\A.DFM\n|");
   EXPECT_EQ(Run("restore src"),
-            "1|Failed to restore files.\n|"
-            "kvamigrate: This file was edited after the run: <dir>\\src\\A.pas\n"
+            "1|Failed to restore files.\n|kvamigrate: This file was edited after the run: <dir>\\src\\A.pas\n"
             "Nothing was restored. --force restores these files, too; --only restores a part.\n");
   EXPECT_EQ(FTree.Read("src/A.dfm"), converted);
   EXPECT_EQ(Run("restore src --only '*.pas' --only none"),
-            "1|Failed to restore files.\n|"
-            "kvamigrate: This file was edited after the run: <dir>\\src\\A.pas\n"
+            "1|Failed to restore files.\n|kvamigrate: This file was edited after the run: <dir>\\src\\A.pas\n"
             "Nothing was restored. --force restores these files, too; --only restores a part.\n");
   EXPECT_EQ(Run("restore src --only src/a.dfm"), "0|Files were succefully restored.\n|");
   EXPECT_EQ(FTree.Read("src/A.dfm"), kForm);
@@ -53,8 +51,8 @@ TEST_F(RestoreCommandTest, RestoreRefusesLinesThatNoRunWrites) {
                                    line("b.dpr", "b\\b.~dpr"));
   EXPECT_EQ(
       Run("restore b/RExpert.reu"),
-      "1|Failed to restore files.\n|"
-      "kvamigrate: No run can have written this line of the undo file: <dir>\\.bashrc=<dir>\\b\\.~bashrc\n"
+      "1|Failed to restore files.\n|kvamigrate: No run can have written this line of the undo file: "
+      "<dir>\\.bashrc=<dir>\\b\\.~bashrc\n"
       "kvamigrate: No run can have written this line of the undo file: <dir>\\a.pas=<dir>\\c\\a.~pas\n"
       "kvamigrate: No run can have written this line of the undo file: <dir>\\a.pas=<dir>\\b\\..\\c\\a.~pas\n"
       "kvamigrate: No run can have written this line of the undo file: <dir>\\x.pas=<dir>\\b\\a.~pas\n"
@@ -67,8 +65,8 @@ TEST_F(RestoreCommandTest, RestoreRefusesLinesThatNoRunWrites) {
 TEST_F(RestoreCommandTest, RestoreHintsAtMovedBackupsAndMissingDrives) {
   if (!win::CanMapDrives()) GTEST_SKIP() << "drives are those of the machine";
   const std::string refused =
-      "1|Failed to restore files.\n|"
-      "kvamigrate: There is no backup for this line of the undo file: %\\src\\A.pas=%\\src\\RBackup\\A.~pas\n"
+      "1|Failed to restore files.\n|kvamigrate: There is no backup for this line of the undo file: "
+      "%\\src\\A.pas=%\\src\\RBackup\\A.~pas\n"
       "kvamigrate: There is no backup for this line of the undo file: %\\src\\A.DFM=%\\src\\RBackup\\A.~DFM\n"
       "Nothing was restored. Were the backups moved, or was the run given --drive options that are missing "
       "here?\n";
@@ -107,8 +105,7 @@ TEST_F(RestoreCommandTest, SeveralRunsAreTakenBackLastFirst) {
             "0|Replace procedure was performed sucessfully.\n|The backups go to \"<dir>\\src\\RBackup.2\", "
             "because the backups of earlier runs are kept.\n");
   EXPECT_EQ(Run("restore --all src"),
-            "1|Failed to restore files.\n|"
-            "kvamigrate: This file was edited after the run: <dir>\\src\\A.pas\n"
+            "1|Failed to restore files.\n|kvamigrate: This file was edited after the run: <dir>\\src\\A.pas\n"
             "Nothing was restored. --force restores these files, too; --only restores a part.\n");
   EXPECT_EQ(Run("restore src"),
             "0|Files were succefully restored.\n|Undoing the last run, of "

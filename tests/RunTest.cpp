@@ -18,51 +18,6 @@ using tests::kForm;
 using tests::kUnit;
 using RunTest = tests::TRunTree;
 
-TEST_F(RunTest, AnyOperationMayFail) {
-  const auto before = Sources();
-  size_t operations = 0;
-  for (size_t n = 0; n <= operations; ++n) {  // 0: none fails
-    SCOPED_TRACE(n);
-    FWarnings.clear();
-    tests::TRecordingFileSystem faulty(win::FileSystem());
-    faulty.FailAt(n, win::ERROR_DISK_FULL);
-    bool raised = false;
-    {
-      const win::TFileSystemOverride inForce(faulty);
-      try {
-        (void)Replacer().Replace();
-      } catch (const rtl::Exception&) {
-        raised = true;
-      }
-    }
-    operations = std::max(operations, faulty.Count());
-    const std::string call = faulty.HasFailed() ? faulty.Calls()[n - 1] : "";
-    SCOPED_TRACE(call);
-    if (Sources() != before) {
-      const bool undoFailed = raised;
-      const bool backupFailed = !FWarnings.empty() && FWarnings[0].starts_with("No backup of ");
-      if (undoFailed) {
-        EXPECT_NE(call.find("RExpert.reu"), std::string::npos);
-        for (const auto& [name, text] : before) {
-          const std::string backup = "src/RBackup/" + rtl::ChangeFileExt(name.substr(4), "") + ".~" +
-                                     (name.ends_with("pas") ? "pas" : "DFM");
-          EXPECT_EQ(Read(backup), text);
-        }
-      } else if (backupFailed) {
-        EXPECT_FALSE(Replacer().Restore(UndoFile()));
-      } else {
-        EXPECT_TRUE(Replacer().Restore(UndoFile()));
-        EXPECT_EQ(Sources(), before);
-      }
-    }
-    for (const auto& [name, text] : before) FTree.Write(name, text);
-    fs::remove_all(FTree.HostPath("src/RBackup"));
-    fs::remove_all(FTree.HostPath("tmp"));
-    fs::create_directory(FTree.HostPath("tmp"));
-  }
-  EXPECT_GT(operations, 60U);
-}
-
 TEST_F(RunTest, KilledBeforeTheLastStepLeavesAllOriginals) {
   const auto before = Sources();
   Replacer().OnProgress = [&](const TRunProgress& progress) {
@@ -95,9 +50,7 @@ TEST_F(RunTest, OnlyTheFilesBeforeTheOneThatFailsHaveBackups) {
   for (const int bad : {0, 1, 17, 60, kFiles - 1}) {
     const std::string file = "many/" + name(bad) + ".pas";
     const std::string text = FTree.Read(file);
-    FTree.Write(file,
-                "\xFF\xFE"
-                "odd");
+    FTree.Write(file, "\xFF\xFEodd");
     EXPECT_EQ(Failure<EFileConversion>(),
               "<dir>\\many\\" + name(bad) + ".pas: UTF-16 text with an odd number of bytes.");
     std::vector<std::string> backups;
@@ -312,8 +265,8 @@ TEST_F(RunTest, ARestoreEndsWithTheFirstFailure) {
   EXPECT_TRUE(Replacer().Replace());
   const auto converted = Sources();
   const std::string notRestored =
-      "\"<dir>\\src\\Sub\\B.pas\" could not be restored, nor were the files after it in the undo file. "
-      "There is not enough space on the disk.\n";
+      "\"<dir>\\src\\Sub\\B.pas\" could not be restored, nor were the files after it in the undo file. There "
+      "is not enough space on the disk.\n";
   const struct {
     const char* Failing;
     bool Restored;

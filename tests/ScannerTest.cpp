@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "MigWizard/engine/PasParser.h"
 #include "win/paths/CodePage.h"
@@ -10,70 +10,52 @@
 namespace mig {
 namespace {
 
-constexpr int kBlank = qrl::kWhiteSpace, kName = qrl::kIdentifier, kNum = qrl::kNumber, kStr = qrl::kString,
-              kRem = qrl::kComment, kOther = qrl::kOther;
-
-struct TRow {
-  std::string Text;
-  std::vector<std::pair<int, std::string>> Tokens;
-};
-
-std::vector<std::pair<int, std::string>> Scan(TPasParser scanner) {
-  std::vector<std::pair<int, std::string>> tokens;
+// Returns "KIND<LEXEM> " for each token; a single blank is "_ ".
+std::string Scan(TPasParser scanner) {
+  std::string tokens;
   std::string_view lexem;
-  while (const int code = scanner.GetNext(lexem)) tokens.emplace_back(code, lexem);
+  while (const int code = scanner.GetNext(lexem)) {
+    const std::string kind = code == qrl::kWhiteSpace   ? "blank"
+                             : code == qrl::kIdentifier ? "name"
+                             : code == qrl::kNumber     ? "number"
+                             : code == qrl::kString     ? "string"
+                             : code == qrl::kComment    ? "comment"
+                             : code == qrl::kOther      ? "other"
+                             : code == qrl::kNul        ? "nul"
+                                                        : std::to_string(code);
+    tokens += lexem == " " ? "_ " : kind + "<" + std::string(lexem) + "> ";
+  }
   EXPECT_EQ(lexem, "");
   return tokens;
 }
 
-const TRow kRows[] = {
-    {"", {}},
-    {" \t\r\n\x01x", {{kBlank, " \t\r\n\x01"}, {kName, "x"}}},
-    {std::string("a\0b", 3), {{kName, "a"}, {qrl::kNul, std::string(1, '\0')}, {kName, "b"}}},
+const std::pair<std::string, std::string> kRows[] = {
+    {"", ""},
+    {" \t\r\n\x01x", "blank< \t\r\n\x01> name<x> "},
+    {std::string("a\0b", 3), std::string("name<a> nul<\0> name<b> ", 23)},
     {"End INHERITED inline iTem object uses usesx EndDate",
-     {{28, "End"},
-      {kBlank, " "},
-      {29, "INHERITED"},
-      {kBlank, " "},
-      {30, "inline"},
-      {kBlank, " "},
-      {31, "iTem"},
-      {kBlank, " "},
-      {32, "object"},
-      {kBlank, " "},
-      {33, "uses"},
-      {kBlank, " "},
-      {kName, "usesx"},
-      {kBlank, " "},
-      {kName, "EndDate"}}},
-    {"DBTables.TQuery;", {{kName, "DBTables"}, {13, "."}, {kName, "TQuery"}, {16, ";"}}},
-    {"_a1\xE9", {{kName, "_a1\xE9"}}},
-    {"12FFx $0a 1.5e3",
-     {{kNum, "12FF"},
-      {kName, "x"},
-      {kBlank, " "},
-      {kNum, "$0a"},
-      {kBlank, " "},
-      {kNum, "1"},
-      {13, "."},
-      {kNum, "5e3"}}},
-    {"'It''s'x", {{kStr, "'It''s'"}, {kName, "x"}}},
-    {"''''+''", {{kStr, "''''"}, {10, "+"}, {kStr, "''"}}},
-    {"'open\r\nTQuery", {{kStr, "'open"}, {kBlank, "\r\n"}, {kName, "TQuery"}}},
-    {"'", {{kStr, "'"}}},
-    {"{a}b{c", {{kRem, "{a}"}, {kName, "b"}, {kRem, "{c"}}},
-    {"(*)a*)b(*", {{kRem, "(*)a*)"}, {kName, "b"}, {kRem, "(*"}}},
-    {"//x'\ny/z", {{kRem, "//x'"}, {kBlank, "\n"}, {kName, "y"}, {14, "/"}, {kName, "z"}}},
-    {"(a)", {{7, "("}, {kName, "a"}, {8, ")"}}},
-    {"|}~\x7F", {{kOther, "|"}, {kOther, "}"}, {kOther, "~"}, {kOther, "\x7F"}}},
+     "28<End> _ 29<INHERITED> _ 30<inline> _ 31<iTem> _ 32<object> _ 33<uses> _ name<usesx> _ "
+     "name<EndDate> "},
+    {"DBTables.TQuery;", "name<DBTables> 13<.> name<TQuery> 16<;> "},
+    {"_a1\xE9", "name<_a1\xE9> "},
+    {"12FFx $0a 1.5e3", "number<12FF> name<x> _ number<$0a> _ number<1> 13<.> number<5e3> "},
+    {"'It''s'x", "string<'It''s'> name<x> "},
+    {"''''+''", "string<''''> 10<+> string<''> "},
+    {"'open\r\nTQuery", "string<'open> blank<\r\n> name<TQuery> "},
+    {"'", "string<'> "},
+    {"{a}b{c", "comment<{a}> name<b> comment<{c> "},
+    {"(*)a*)b(*", "comment<(*)a*)> name<b> comment<(*> "},
+    {"//x'\ny/z", "comment<//x'> blank<\n> name<y> 14</> name<z> "},
+    {"(a)", "7<(> name<a> 8<)> "},
+    {"|}~\x7F", "other<|> other<}> other<~> other<\x7F> "},
     {"!\"#%&*+,-.:<=>?@[\\]^`",
-     {{1, "!"},  {2, "\""}, {3, "#"},  {4, "%"},   {5, "&"},  {9, "*"},  {10, "+"},
-      {11, ","}, {12, "-"}, {13, "."}, {15, ":"},  {17, "<"}, {18, "="}, {19, ">"},
-      {20, "?"}, {21, "@"}, {22, "["}, {23, "\\"}, {24, "]"}, {25, "^"}, {27, "`"}}},
+     "1<!> 2<\"> 3<#> 4<%> 5<&> 9<*> 10<+> 11<,> 12<-> 13<.> 15<:> 17<<> 18<=> 19<>> 20<?> 21<@> 22<[> "
+     "23<\\> "
+     "24<]> 25<^> 27<`> "},
 };
 
 TEST(ScannerTest, Tokens) {
-  for (const TRow& row : kRows) EXPECT_EQ(Scan(TPasParser(row.Text)), row.Tokens) << row.Text;
+  for (const auto& [text, tokens] : kRows) EXPECT_EQ(Scan(TPasParser(text)), tokens) << text;
 }
 
 TEST(ScannerTest, Words) {
@@ -92,7 +74,7 @@ TEST(ScannerTest, StringsWithoutQuotes) {
     TPasParser scanner(text);
     scanner.SetQuotedStrings(false);
     std::string_view found;
-    EXPECT_EQ(scanner.GetNext(found), kStr);
+    EXPECT_EQ(scanner.GetNext(found), qrl::kString);
     EXPECT_EQ(found, lexem) << text;
   }
 }
@@ -101,12 +83,10 @@ TEST(ScannerTest, StringsWithoutQuotes) {
 TEST(ScannerTest, DoubleByteCharactersStayWhole) {
   ASSERT_TRUE(win::SetACP(932));
   const qrl::TEncoding& source = qrl::TEncoding::Default();
-  using TTokens = std::vector<std::pair<int, std::string>>;
-  EXPECT_EQ(Scan(TPasParser("{\x83\x7D}x", source)), (TTokens{{kRem, "{\x83\x7D}"}, {kName, "x"}}));
-  EXPECT_EQ(Scan(TPasParser("a\x83\x7B\x83\x5B=", source)),
-            (TTokens{{kName, "a\x83\x7B\x83\x5B"}, {18, "="}}));
-  EXPECT_EQ(Scan(TPasParser("\x83'x'", source)), (TTokens{{kName, "\x83"}, {kStr, "'x'"}}));
-  EXPECT_EQ(Scan(TPasParser("\x83{x}", qrl::TEncoding::UTF8())), (TTokens{{kName, "\x83"}, {kRem, "{x}"}}));
+  EXPECT_EQ(Scan(TPasParser("{\x83\x7D}x", source)), "comment<{\x83\x7D}> name<x> ");
+  EXPECT_EQ(Scan(TPasParser("a\x83\x7B\x83\x5B=", source)), "name<a\x83\x7B\x83\x5B> 18<=> ");
+  EXPECT_EQ(Scan(TPasParser("\x83'x'", source)), "name<\x83> string<'x'> ");
+  EXPECT_EQ(Scan(TPasParser("\x83{x}", qrl::TEncoding::UTF8())), "name<\x83> comment<{x}> ");
   ASSERT_TRUE(win::SetACP(1252));
 }
 
@@ -126,7 +106,7 @@ TEST(ScannerTest, LexemsPutEndToEndAreTheText) {
         ASSERT_EQ(scanner.PrevPos(), together.size());
         ASSERT_FALSE(lexem.empty());
         together += lexem;
-        if (code != kName && code != kRem) continue;
+        if (code != qrl::kIdentifier && code != qrl::kComment) continue;
         ASSERT_EQ(words.GetNextWord(word), code) << text;
         ASSERT_EQ(word.data(), lexem.data());
         ASSERT_EQ(words.PrevPos(), scanner.PrevPos());

@@ -143,37 +143,6 @@ TEST_F(StrictRunTest, AnEditIsNeverLost) {
   }
 }
 
-// A second run starts before each operation of a first one.
-TEST_F(StrictRunTest, ASecondRunIsRefusedWhileTheFirstIsAtWork) {
-  const TFiles before = Sources();
-  size_t operations = 1;
-  for (size_t n = 1; n <= operations; ++n) {
-    SCOPED_TRACE(n);
-    tests::TRecordingFileSystem files(win::FileSystem());
-    std::string second = "not run";
-    files.OnCall = [&](const std::string&) {
-      if (files.Count() == n) second = Shown(tests::ErrorOf([&] { return FMigration.IBX().Replace(); }));
-      return win::ERROR_SUCCESS;
-    };
-    const std::string outcome = Outcome(files);
-    operations = std::max(operations, files.Count());
-    // The number of calls differs between runs: a backup is compared by its bytes if its times do not decide.
-    if (second == "not run") {
-      Reset(before);
-      continue;
-    }
-    SCOPED_TRACE(files.Calls()[n - 1]);
-    if (outcome == "True") {
-      EXPECT_TRUE(second == "Another run is using the folder \"<dir>\\src\"." || second == "none") << second;
-      TakeBack();
-      EXPECT_EQ(Sources(), before);
-    } else {  // the second run was first, and changed nothing
-      EXPECT_EQ(second, "none");
-    }
-    Reset(before);
-  }
-}
-
 TEST_F(StrictRunTest, WhatIsRefused) {
   bool isPrepared = true;
   const struct {
@@ -190,8 +159,7 @@ TEST_F(StrictRunTest, WhatIsRefused) {
        "Cannot open file \"<dir>\\src\\RBackup\\RExpert.reu\". Access is denied."},
       {"an earlier run", [this] { FTree.Write("src/RBackup/RExpert.reu", "a=b\r\n"); },
        "The backup folder \"<dir>\\src\\RBackup\" holds the undo file of an earlier run, which this run "
-       "would "
-       "overwrite."},
+       "would overwrite."},
       {"an interrupted run", [this] { FTree.Write("src/RBackup/RExpert.reu.journal", "a=b\r\n"); },
        "A run was interrupted while it replaced files; their backups are in \"<dir>\\src\\RBackup\". Restore "
        "them before the next run."},
@@ -263,10 +231,9 @@ TEST_F(StrictRunTest, AFormThatCannotBeWrittenStopsTheRun) {
        host::SelectUnits(host::OpenProjectForRun(host, FTree.HostPath("src/App.dpr")), {}))
     options.UnitNames += unit + "\r\n";
   const TFiles before = Sources();
-  EXPECT_EQ(
-      Failure<rtl::Exception>(),
-      "<dir>\\src\\Sub\\B.DFM: Form text, line 3: a value is longer than 255 bytes (object B.Q, property "
-      "Connection).");
+  EXPECT_EQ(Failure<rtl::Exception>(),
+            "<dir>\\src\\Sub\\B.DFM: Form text, line 3: a value is longer than 255 bytes (object B.Q, "
+            "property Connection).");
   EXPECT_EQ(Sources(), before);
 }
 
@@ -350,10 +317,9 @@ TEST_F(StrictRunTest, FoldersOfStoppedRunsAreNamedAndKept) {
   fs::last_write_time(FTree.HostPath("tmp/$DS1/A.pas"),
                       fs::file_time_type::clock::now() - std::chrono::hours(75));
   EXPECT_TRUE(Replacer().Replace());
-  EXPECT_EQ(
-      ShownWarnings(),
-      "Temporary folders of runs that were stopped, which you may delete: \"<dir>\\tmp\\$DS1\" (3 days old), "
-      "\"<dir>\\tmp\\$DS3\" (empty).\n");
+  EXPECT_EQ(ShownWarnings(),
+            "Temporary folders of runs that were stopped, which you may delete: \"<dir>\\tmp\\$DS1\" (3 days "
+            "old), \"<dir>\\tmp\\$DS3\" (empty).\n");
   EXPECT_EQ(FTree.Names("tmp"), (std::vector<std::string>{"$DS1", "$DS2", "$DS3"}));
   EXPECT_EQ(FTree.Names("tmp/$DS1"), std::vector<std::string>{"A.pas"});
 }
@@ -369,8 +335,8 @@ TEST_F(StrictRunTest, AnUntrueBackupStopsTheRun) {
     return win::ERROR_SUCCESS;
   };
   EXPECT_EQ(Outcome(files),
-            "No backup of \"<dir>\\src\\A.pas\" could be made. The copy differs from what was read. "
-            "No file was replaced.");
+            "No backup of \"<dir>\\src\\A.pas\" could be made. The copy differs from what was read. No file "
+            "was replaced.");
   EXPECT_EQ(Sources(), before);
 }
 

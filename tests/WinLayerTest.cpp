@@ -80,6 +80,8 @@ TEST_F(WinLayerTest, Errors) {
       {"walk a file", [&] { return Walk("File.pas", names); }, ERROR_DIRECTORY},
       {"lock nothing", [&] { return Outcome(files.LockFolder(Path("None")) != nullptr); },
        ERROR_PATH_NOT_FOUND},
+      {"lock a file", [&] { return Outcome(files.LockFolder(Path("File.pas")) != nullptr); },
+       ERROR_PATH_NOT_FOUND},
       {"flush nothing", [&] { return Outcome(files.FlushFolder(Path("None"))); }, ERROR_PATH_NOT_FOUND},
       {"not a name", [&] { return Open(std::string_view("a\0b", 3), TFileMode::OpenRead); },
        ERROR_INVALID_NAME},

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <pty.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -16,16 +17,6 @@
 namespace cli {
 namespace {
 
-TEST(ConsoleTest, WhatIsIgnoredStaysIgnored) {
-  std::signal(SIGHUP, SIG_IGN);
-  CatchInterrupts();
-  raise(SIGHUP);
-  EXPECT_EQ(PendingInterrupt(), 0);
-  raise(SIGTERM);
-  EXPECT_EQ(PendingInterrupt(), SIGTERM);
-  EXPECT_THROW(StopIfInterrupted("Stopped."), rtl::EAbort);
-}
-
 // Runs `action` in another process, after `prepare` has set up standard output. Returns its exit status.
 template <typename TPrepare, typename TAction>
 int InChild(TPrepare prepare, TAction action) {
@@ -38,6 +29,29 @@ int InChild(TPrepare prepare, TAction action) {
   int status = 0;
   waitpid(child, &status, 0);
   return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+TEST(ConsoleTest, AnInterruptIsRecordedWithoutAFileToSpare) {
+  const auto useUpFiles = [] {
+    const rlimit none{};
+    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  };
+  const auto interrupt = [] {
+    CatchInterrupts();
+    raise(SIGTERM);
+    return PendingInterrupt();
+  };
+  EXPECT_EQ(InChild(useUpFiles, interrupt), SIGTERM);
+}
+
+TEST(ConsoleTest, WhatIsIgnoredStaysIgnored) {
+  std::signal(SIGHUP, SIG_IGN);
+  CatchInterrupts();
+  raise(SIGHUP);
+  EXPECT_EQ(PendingInterrupt(), 0);
+  raise(SIGTERM);
+  EXPECT_EQ(PendingInterrupt(), SIGTERM);
+  EXPECT_THROW(StopIfInterrupted("Stopped."), rtl::EAbort);
 }
 
 TEST(ConsoleTest, AnInterruptBeforeTheWaitingIsNotLost) {

@@ -47,10 +47,9 @@ class OptionTableTest : public testing::Test {
 
 TEST_F(OptionTableTest, BashCompletesEveryOption) {
   FTree.MakeFolder("old forms");
-  const std::string start =
-      CompletionScript("bash") +
-      "compopt() { :; }; t() { COMP_WORDS=(kvamigrate \"$@\"); COMP_CWORD=$#; _kvamigrate; echo "
-      "${COMPREPLY[*]}; }\n";
+  const std::string start = CompletionScript("bash") +
+                            "compopt() { :; }; t() { COMP_WORDS=(kvamigrate \"$@\"); COMP_CWORD=$#; "
+                            "_kvamigrate; echo ${COMPREPLY[*]}; }\n";
   for (const TCommandRow& command : Commands()) {
     if (command.IsHidden) continue;
     EXPECT_EQ(LongOptions(Shell("bash", start + "t " + std::string(command.Name) + " --")),
@@ -78,8 +77,7 @@ TEST_F(OptionTableTest, FishCompletesEveryOption) {
                             "complete -C 'kvamigrate replace --complete uses,la'"),
       "bde\tThe components to replace\nibx\tThe components to replace\nto-binary\nto-text\n"
       "uses,layout\tAlso do a part of the remaining work: uses (units in uses clauses), inherited (inherited "
-      "objects), "
-      "transactions (one for each connection), layout (of forms), marks (of UTF-8), or all\n");
+      "objects), transactions (one for each connection), layout (of forms), marks (of UTF-8), or all\n");
 }
 
 // _arguments is replaced by a function that prints its arguments.

@@ -35,19 +35,10 @@ TEST_F(WinFilesTest, WhatCannotBeWrittenOrOpened) {
     EXPECT_EQ(Open(name), "error 5") << name;
     EXPECT_EQ(Copy(name, "x"), ERROR_ACCESS_DENIED) << name;
   }
-  EXPECT_EQ(Outcome(FFiles.DeleteFileA(FTree.WindowsPath("readonly"))), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(Outcome(FFiles.DeleteFileA(FTree.WindowsPath("folder"))), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(Outcome(FFiles.RemoveDirectoryA(FTree.WindowsPath("plain"))), ERROR_DIRECTORY);
   EXPECT_EQ(Open("loop"), "error 1921");
   EXPECT_EQ(Copy("plain", "loop"), ERROR_CANT_RESOLVE_FILENAME);
-  EXPECT_EQ(Copy("plain", "PLAIN"), ERROR_SHARING_VIOLATION);
-  EXPECT_EQ(Copy("plain", "READONLY", true), ERROR_FILE_EXISTS);
-  EXPECT_EQ(Copy("plain", "taken", true), ERROR_SUCCESS);
-  EXPECT_EQ(Copy("none", "x"), ERROR_FILE_NOT_FOUND);
-  EXPECT_EQ(Copy("plain", "none/x"), ERROR_PATH_NOT_FOUND);
-  EXPECT_EQ(Create("none/x"), ERROR_PATH_NOT_FOUND);
-  EXPECT_EQ(Outcome(FFiles.CreateDirectoryA(FTree.WindowsPath("none/x"))), ERROR_PATH_NOT_FOUND);
-  for (const char* const path : {"", "Q:\\x", "\\\\server\\x"}) {
+  for (const std::string& path :
+       {FTree.WindowsPath("none/x"), std::string(), std::string("Q:\\x"), std::string("\\\\server\\x")}) {
     EXPECT_EQ(Outcome(FFiles.CreateDirectoryA(path)), ERROR_PATH_NOT_FOUND) << path;
   }
   EXPECT_EQ(Outcome(FFiles.CopyFileA(FTree.WindowsPath("plain"),
@@ -56,7 +47,7 @@ TEST_F(WinFilesTest, WhatCannotBeWrittenOrOpened) {
   EXPECT_EQ(Outcome(FFiles.CopyFileA(FTree.WindowsPath("plain"), FTree.WindowsPath("a") + "\\", false)),
             ERROR_INVALID_NAME);
   EXPECT_EQ(FTree.Read("readonly"), "kept");
-  EXPECT_EQ(FTree.Names(), (TNames{"device", "folder", "loop", "pipe", "plain", "readonly", "taken"}));
+  EXPECT_EQ(FTree.Names(), (TNames{"device", "folder", "loop", "pipe", "plain", "readonly"}));
 }
 
 TEST_F(WinFilesTest, CopyTakesContentsTimeAndPermissions) {
@@ -89,46 +80,6 @@ TEST_F(WinFilesTest, CopyTakesContentsTimeAndPermissions) {
   struct stat info {};
   ASSERT_EQ(stat(FTree.HostPath("target").c_str(), &info), 0);
   EXPECT_EQ(info.st_mode & 0777, 0650u);
-}
-
-TEST_F(WinFilesTest, AReaderSeesTheOldFileOrTheNewOne) {
-  const std::string one(700000, '1'), two(700000, '2');
-  FTree.Write("one", one);
-  FTree.Write("two", two);
-  FTree.Write("Target", one);
-  std::atomic<bool> stop = false;
-  std::atomic<int> broken = 0;
-  std::thread reader([&] {
-    while (!stop) {
-      const std::string seen = FTree.Read("Target");
-      if (seen != one && seen != two) ++broken;
-    }
-  });
-  for (int i = 0; i < 200; ++i) EXPECT_EQ(Copy(i % 2 ? "one" : "two", "TARGET"), ERROR_SUCCESS);
-  stop = true;
-  reader.join();
-  EXPECT_EQ(broken, 0);
-}
-
-TEST_F(WinFilesTest, AFullDiskLeavesTheTargetAsItWas) {
-  FTree.Write("source", std::string(500000, 's'));
-  FTree.Write("target", "as it was");
-  // A limit to the size of files simulates a full disk.
-  rlimit limit{}, old{};
-  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &old), 0);
-  signal(SIGXFSZ, SIG_IGN);
-  limit = old;
-  limit.rlim_cur = 400000;
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-  const uint32_t overwriting = Copy("source", "target");
-  const uint32_t creating = Copy("source", "other");
-  const uint32_t writing = Create("written", std::string(500000, 'w'));
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &old), 0);
-  EXPECT_EQ(overwriting, ERROR_DISK_FULL);
-  EXPECT_EQ(creating, ERROR_DISK_FULL);
-  EXPECT_EQ(writing, ERROR_DISK_FULL);
-  EXPECT_EQ(FTree.Read("target"), "as it was");
-  EXPECT_EQ(FTree.Names(), (TNames{"source", "target", "written"}));
 }
 
 TEST_F(WinFilesTest, Drives) {

@@ -75,21 +75,6 @@ TEST_F(WinOwnFilesTest, OwnFilesAreHeldWhileOpenAndNotReachedThroughLinks) {
             (TNames{"Log.txt", "broken", "folder", "link", "new", "pipe", "precious", "readonly"}));
 }
 
-TEST_F(WinOwnFilesTest, AFolderIsLockedOnce) {
-  FTree.MakeFolder("Backup");
-  FTree.Write("file", "");
-  const std::string folder = FTree.WindowsPath("BACKUP");
-  auto lock = FFiles.LockFolder(folder);
-  ASSERT_TRUE(lock);
-  EXPECT_EQ(Outcome(FFiles.LockFolder(folder) != nullptr), ERROR_SHARING_VIOLATION);
-  lock.reset();
-  EXPECT_EQ(Outcome(FFiles.LockFolder(folder + "\\") != nullptr), ERROR_SUCCESS);
-  EXPECT_EQ(Outcome(FFiles.LockFolder(FTree.WindowsPath("none")) != nullptr), ERROR_PATH_NOT_FOUND);
-  EXPECT_EQ(Outcome(FFiles.LockFolder(FTree.WindowsPath("file")) != nullptr), ERROR_PATH_NOT_FOUND);
-  EXPECT_EQ(Outcome(FFiles.FlushFolder(folder)), ERROR_SUCCESS);
-  EXPECT_EQ(Outcome(FFiles.FlushFolder(FTree.WindowsPath("none"))), ERROR_PATH_NOT_FOUND);
-}
-
 TEST_F(WinOwnFilesTest, RenamingReplacesWhatHasTheName) {
   FTree.MakeFolder("folder");
   FTree.Write("precious", "kept");
