@@ -82,7 +82,9 @@ TRunReport::TRunReport(const TCommandLine& line, target::TKVAComponentReplacer& 
 
   if (line.Quiet && line.Reports.empty() && !isPreview) return;
   FOldNames = target::BuiltInOldNames(replacer.Classes());
-  FCollector = std::make_unique<mig::TFindingsCollector>(replacer, FOldNames);
+  const bool isSummaryEnough = !isPreview && line.Reports.empty() && line.Baseline.empty();
+  FCollector = std::make_unique<mig::TFindingsCollector>(
+      replacer, FOldNames, isSummaryEnough ? mig::TFindingDetail::Counts : mig::TFindingDetail::Whole);
 }
 
 bool TRunReport::Finish() {

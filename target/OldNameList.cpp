@@ -25,6 +25,7 @@ constexpr TKindRow kKinds[] = {
     {"prefix", TOldNames::Prefix},     {"object", TOldNames::Object},
     {"value", TOldNames::Value},       {"connection", TOldNames::Connection},
     {"declares", TOldNames::Declared}, {"declares-prefix", TOldNames::DeclaredPrefix},
+    {"base", TOldNames::Base},
 };
 constexpr std::string_view kMember = "member";
 

@@ -322,6 +322,12 @@ TEST_F(FindingsTest, NamesThatAreResolved) {
       {"  DM.T.SetRange([1], [2]);",
        "13:8 warning old-member: TKVATable has no member SetRange; T is declared in Data.pas(6,5) as "
        "TTable\n"},
+      {"  Data.DM.T.SetKey;",
+       "13:13 warning old-member: TKVATable has no member SetKey; T is declared in Data.pas(6,5) as "
+       "TTable\n"},
+      {"end;\r\nfunction Make: TTable;\r\nbegin\r\n  Result.SetKey;",
+       "16:10 warning old-member: TKVATable has no member SetKey; Result is declared in A.pas(14,10) as "
+       "TTable\n"},
       {"  Q.RequestLive := Self.Q.Local;",
        "13:5 warning old-member: TKVAQuery has no member RequestLive; Q is declared in A.pas(6,5) as TQuery\n"
        "13:27 warning old-member: TKVAQuery has no member Local; Q is declared in A.pas(6,5) as TQuery\n"},
@@ -356,6 +362,9 @@ TEST_F(FindingsTest, NamesThatAreNoFindings) {
       "procedure P(Session: TX); begin Session.Close; end;",
       "procedure P; var Session: TX; procedure Q; begin Session.Close; end; begin end;",
       "function DbiInit(P: Pointer): Integer; begin end; begin DbiInit(nil); end;",
+      // A class of another source may have such a member.
+      "type TF = class(TBase) procedure P; end; procedure TF.P; begin Session.Close; end;",
+      "procedure TF.P; begin Sessions.Close; end;",
       // A member of another object.
       "begin Server.Session.Close; Http.Session.Open; GetIt().Session.Close; end;",
       // Inside `with`, every name may be a member.

@@ -132,7 +132,8 @@ class ReportTest : public testing::Test {
   // Previews the run of a folder or a project below `tree`, and returns its files. Stores the changed files in
   // `files`.
   TReport Preview(const fs::path& tree, const std::string& mode, const std::string& project,
-                  std::map<std::string, std::string>* files = nullptr, bool isCompleted = false) {
+                  std::map<std::string, std::string>* files = nullptr, bool isCompleted = false,
+                  mig::TFindingDetail detail = mig::TFindingDetail::Whole) {
     target::TKVAMigration migration(target::TCatalogue::BuiltIn());
     if (isCompleted) migration.Complete({true, true, true, true, true});
     mig::TReplaceOptions& options = migration.Options();
@@ -155,7 +156,7 @@ class ReportTest : public testing::Test {
     FClasses = replacer.Classes();
     const mig::TOldNames names = target::BuiltInOldNames(FClasses);
     mig::TRunFindings findings(FClasses, names);
-    replacer.CollectFindings(names);
+    replacer.CollectFindings(names, detail);
     replacer.OnConverted = [&](const std::string& fileName, const mig::TFileConversion& file,
                                bool isChanged) {
       findings.AddFile(fileName, file, isChanged, {});
@@ -195,6 +196,10 @@ TEST_F(ReportTest, CountsAreThoseOfTheFormsBeforeAndAfter) {
   for (const auto& [tree, mode, project] : rows) {
     std::map<std::string, std::string> after;
     const TReport report = Preview(kSources / tree, mode, project, &after);
+    EXPECT_EQ(
+        SummaryRows(Preview(kSources / tree, mode, project, nullptr, false, mig::TFindingDetail::Counts)),
+        SummaryRows(report))
+        << tree;
     for (const mig::TFileReport& file : report.Files) {
       if (file.IsUnit || !file.IsChanged) continue;
       TCounts found;

@@ -59,7 +59,7 @@ std::vector<TListedEdit> ListUnitEdits(std::string_view text, const qrl::TEncodi
 
 std::vector<TListedEdit> ListFormEdits(std::string_view text, const qrl::TEncoding& encoding,
                                        const TClassMap& classes, const TFormOutline& outline,
-                                       const std::vector<TFormEdit>& edits, std::string_view binaryForm) {
+                                       const std::vector<TFormEdit>& edits, TPrintedFile& printed) {
   std::vector<TFinding> found;
   std::vector<size_t> places;
   for (const TFormEdit& edit : edits) {
@@ -67,10 +67,10 @@ std::vector<TListedEdit> ListFormEdits(std::string_view text, const qrl::TEncodi
     NameObject(outline, classes, found.emplace_back(At(edit.Place)));
   }
   if (found.empty()) return {};
-  if (binaryForm.empty()) {
-    PlaceFindings(found, TTextPlaces(text, encoding), encoding);
+  if (printed.IsBinary()) {
+    PlaceInPrintedForm(found, text, printed);
   } else {
-    PlaceInPrintedForm(found, text, binaryForm);
+    PlaceFindings(found, TTextPlaces(text, encoding), encoding);
   }
   return Listed(places, found);
 }

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "MigWizard/passes/ClassMap.h"
+#include "MigWizard/passes/FileFindings.h"
 #include "MigWizard/passes/FormPass.h"
 #include "MigWizard/passes/TextEdits.h"
 #include "qrl/Encoding.h"
@@ -28,13 +29,12 @@ struct TListedEdit {
   std::string Before, After;  // the old and the new class, or the replaced and the new text
 };
 
-// Lists the edits of a unit, and those of a form. `text` is working text. `binaryForm` is the file of a form
-// that is binary, and empty for one that is text; `outline` has its objects.
+// Lists the edits of a unit, and those of a form. `text` is working text, `outline` has the form's objects.
 std::vector<TListedEdit> ListUnitEdits(std::string_view text, const qrl::TEncoding& encoding,
                                        const TClassMap& classes, const TTextEdits& edits);
 std::vector<TListedEdit> ListFormEdits(std::string_view text, const qrl::TEncoding& encoding,
                                        const TClassMap& classes, const TFormOutline& outline,
-                                       const std::vector<TFormEdit>& edits, std::string_view binaryForm);
+                                       const std::vector<TFormEdit>& edits, TPrintedFile& printed);
 
 // Which edits of a file to leave out. By default none.
 class TEditSelection {

@@ -115,8 +115,9 @@ TFileConversion TFileConverter::Convert(const std::string& fileName, std::string
   return result;
 }
 
-void TFileConverter::CollectFindings(const TOldNames& names) {
+void TFileConverter::CollectFindings(const TOldNames& names, TFindingDetail detail) {
   FOldNames = &names;
+  FDetail = detail;
   FFormParser->KeepSources();
 }
 
@@ -183,7 +184,7 @@ void TFileConverter::FindInUnitFile(const TTextFile& unit, const TUnitResult& co
                                     const TCompletedUnit* completed, TFileConversion& result) {
   const TTextPlaces places(unit.Text, *unit.Encoding);
   TUnitFindings found = FindInUnit({unit.Text, *unit.Encoding, FUnitRules, converted, *FOldNames, *FUnitNames,
-                                    completed, FReadsInterfaces},
+                                    completed, FReadsInterfaces, FDetail},
                                    places);
   FReadsInterfaces = FReadsInterfaces || !found.Outline.Uses.empty();
   const std::vector<TTextEdits::TEdit>& edits = converted.Edits.Edits();
@@ -196,15 +197,17 @@ void TFileConverter::FindInUnitFile(const TTextFile& unit, const TUnitResult& co
       });
   if (result.IsChanged)
     AddTextFindings(unit.Text, *unit.Encoding, places, writesLines, keepsMark, found.Findings);
-  PlaceFindings(found.Findings, places, *unit.Encoding);
+  if (FDetail == TFindingDetail::Whole) PlaceFindings(found.Findings, places, *unit.Encoding);
   ConvertNames(found.Outline, *unit.Encoding);
   auto findings = std::make_shared<TFileFindings>();
   findings->Findings = std::move(found.Findings);
   findings->Outline = std::move(found.Outline);
   findings->Interface = unit.Text.substr(0, found.UnreadInterface);
   findings->InterfaceEncoding = unit.Encoding;
-  for (const std::string_view directive : directives)
-    findings->FormPlaces.push_back(places.At(static_cast<size_t>(directive.data() - unit.Text.data())));
+  for (const std::string_view directive : directives) {
+    const auto offset = static_cast<size_t>(directive.data() - unit.Text.data());
+    findings->FormPlaces.push_back(FDetail == TFindingDetail::Whole ? places.At(offset) : TTextPlace());
+  }
   findings->Encoding = EncodingName(*unit.Encoding);
   result.Findings = std::move(findings);
 }
@@ -225,7 +228,8 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
                                      TFileConversion& result) {
   const size_t size = bytes.size();
   const bool needsOutline = FOldNames != nullptr || FListsEdits;
-  const std::string original = needsOutline && IsBinaryForm(bytes) ? bytes : std::string();
+  const bool needsPlaces = FListsEdits || (FOldNames != nullptr && FDetail == TFindingDetail::Whole);
+  TPrintedFile printed(needsPlaces && IsBinaryForm(bytes) ? bytes : std::string());
   TFormFile form = DecodeFormFile(std::move(bytes));
   result.TrailingBytes = form.RCData.TrailingBytes;
   const std::string_view text = std::string_view(form.Text).substr(0, form.Text.find('\0'));
@@ -258,9 +262,9 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
     output = rtl::TMemoryStream();
     output.Write(form.Encoding->GetBytes(completed));
   }
-  if (FListsEdits) result.Edits = ListFormEdits(text, *form.Encoding, FClasses, outline, edits, original);
+  if (FListsEdits) result.Edits = ListFormEdits(text, *form.Encoding, FClasses, outline, edits, printed);
   result.UnwritableNames = std::move(FUnwritableNames);
-  if (FOldNames != nullptr) FindInFormFile(text, form, original, outline, accounts, replacesClasses, result);
+  if (FOldNames != nullptr) FindInFormFile(text, form, printed, outline, accounts, replacesClasses, result);
   if (!result.IsChanged) return;
   result.EndsAtNul = text.size() < form.Text.size();
   std::string().swap(form.Text);  // frees its memory, which an assignment would not do
@@ -272,8 +276,7 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
   }
 }
 
-// `original` is the file if it is binary.
-void TFileConverter::FindInFormFile(std::string_view text, const TFormFile& form, std::string_view original,
+void TFileConverter::FindInFormFile(std::string_view text, const TFormFile& form, TPrintedFile& printed,
                                     const TFormOutline& outline, const std::vector<TObjectAccount>& accounts,
                                     bool replacesClasses, TFileConversion& result) {
   const auto isUnwritable = [this](std::string_view alias) {
@@ -281,7 +284,7 @@ void TFileConverter::FindInFormFile(std::string_view text, const TFormFile& form
   };
   auto findings = std::make_shared<TFileFindings>();
   findings->Findings = FindInForm({text, *form.Encoding, FClasses, *FOldNames, FormWords(), outline, accounts,
-                                   isUnwritable, replacesClasses},
+                                   isUnwritable, replacesClasses, FDetail},
                                   *FFormParser);
   findings->Converted = CountConverted(accounts);
   findings->MappedObjects = accounts.size();
@@ -291,15 +294,18 @@ void TFileConverter::FindInFormFile(std::string_view text, const TFormFile& form
   }
   findings->IsBinary = form.IsBinary;
   findings->Encoding = EncodingName(*form.Encoding);
-  if (form.IsBinary) {
-    if (!findings->Findings.empty()) PlaceInPrintedForm(findings->Findings, text, original);
-  } else {
-    const TTextPlaces places(text, *form.Encoding);
+  const TTextPlaces places(text, *form.Encoding);
+  if (result.IsChanged && !form.IsBinary) {
     const bool keepsMark = FCompletion != nullptr && FCompletion->KeepsMarks();
     const bool keepsLineEnds = FCompletion != nullptr && FCompletion->KeepsLineEnds();
-    if (result.IsChanged)
-      AddTextFindings(text, *form.Encoding, places, !keepsLineEnds, keepsMark, findings->Findings);
+    AddTextFindings(text, *form.Encoding, places, !keepsLineEnds, keepsMark, findings->Findings);
+  }
+  if (FDetail == TFindingDetail::Counts) {
+    ConvertTexts(findings->Findings, *form.Encoding);
+  } else if (!form.IsBinary) {
     PlaceFindings(findings->Findings, places, *form.Encoding);
+  } else {
+    PlaceInPrintedForm(findings->Findings, text, printed);
   }
   result.Findings = std::move(findings);
 }

@@ -54,7 +54,7 @@ class TFileConverter {
                  std::unique_ptr<TFormParser> formParser);
 
   // Collects findings in all following conversions. `names` must outlive the converter.
-  void CollectFindings(const TOldNames& names);
+  void CollectFindings(const TOldNames& names, TFindingDetail detail = TFindingDetail::Whole);
   // Completes files in all following conversions. `completion` must outlive the converter; null disables it.
   void SetCompletion(const IFileCompletion* completion) { FCompletion = completion; }
 
@@ -85,7 +85,7 @@ class TFileConverter {
                       TFileConversion& result);
   void ConvertFormFile(const std::string& fileName, std::string bytes, TFileConversion& result);
   const TWordSearch& FormWords();
-  void FindInFormFile(std::string_view text, const TFormFile& form, std::string_view original,
+  void FindInFormFile(std::string_view text, const TFormFile& form, TPrintedFile& printed,
                       const TFormOutline& outline, const std::vector<TObjectAccount>& accounts,
                       bool replacesClasses, TFileConversion& result);
   std::string DatabaseReference(std::string_view alias);
@@ -101,7 +101,8 @@ class TFileConverter {
   // Made for the first unit, and for the first form, if findings are collected.
   std::optional<TNameTable> FUnitNames;
   std::optional<TWordSearch> FFormWords;  // old classes, those of the map among them
-  bool FReadsInterfaces = false;          // a unit has a name that other units may declare
+  TFindingDetail FDetail = TFindingDetail::Whole;
+  bool FReadsInterfaces = false;  // a unit has a name that other units may declare
   const qrl::TEncoding* FFormEncoding = &qrl::TEncoding::Default();  // of the form being converted
   std::vector<std::string> FUnwritableNames;                         // in that form
   std::vector<std::string> FUnwritableAliases;                       // their aliases, as spelled in that form

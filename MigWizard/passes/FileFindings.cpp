@@ -36,6 +36,14 @@ bool KeepsLine(TRuleId rule) {
 
 }  // namespace
 
+void ConvertTexts(std::vector<TFinding>& findings, const qrl::TEncoding& encoding) {
+  for (TFinding& finding : findings)
+    for (std::string* const text :
+         {&finding.Object, &finding.OldClass, &finding.NewClass, &finding.Subject, &finding.Value,
+          &finding.Detail, &finding.Advice, &finding.Before, &finding.After})
+      MakeUtf8(*text, encoding);
+}
+
 void PlaceFindings(std::vector<TFinding>& findings, const TTextPlaces& places,
                    const qrl::TEncoding& encoding) {
   for (TFinding& finding : findings) {
@@ -46,19 +54,23 @@ void PlaceFindings(std::vector<TFinding>& findings, const TTextPlaces& places,
       finding.Before = ShownValue({}, places.LineAt(finding.Offset));
       if (KeepsLine(finding.Rule) && finding.After.empty()) finding.After = finding.Before;
     }
-    for (std::string* const text :
-         {&finding.Object, &finding.OldClass, &finding.NewClass, &finding.Subject, &finding.Value,
-          &finding.Detail, &finding.Advice, &finding.Before, &finding.After})
-      MakeUtf8(*text, encoding);
   }
+  ConvertTexts(findings, encoding);
 }
 
-void PlaceInPrintedForm(std::vector<TFinding>& findings, std::string_view text, std::string_view file) {
+const std::string& TPrintedFile::Text() {
+  if (!FText.empty()) return FText;
   TRCData rcData;
   rtl::TBinaryTextOptions options;
   options.ForPeople = true;
   rtl::TBinaryInfo info;
-  const std::string printed = rtl::ObjectBinaryToText(ReadFormHeader(file, rcData), options, info);
+  FText = rtl::ObjectBinaryToText(ReadFormHeader(FBytes, rcData), options, info);
+  return FText;
+}
+
+void PlaceInPrintedForm(std::vector<TFinding>& findings, std::string_view text, TPrintedFile& file) {
+  if (findings.empty()) return;
+  const std::string& printed = file.Text();
   const qrl::TEncoding& encoding = qrl::TEncoding::Default();
   std::vector<size_t> offsets;
   offsets.reserve(findings.size());

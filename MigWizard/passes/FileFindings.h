@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "MigWizard/passes/Findings.h"
@@ -27,12 +28,30 @@ struct TFileFindings {
   std::string_view Encoding = "source code page";  // "UTF-8", "UTF-16"
 };
 
+// Converts the texts of `findings` to UTF-8.
+void ConvertTexts(std::vector<TFinding>& findings, const qrl::TEncoding& encoding);
 // Sets line and column of `findings` from their offsets in `text`, which is working text, and converts their
 // texts to UTF-8.
 void PlaceFindings(std::vector<TFinding>& findings, const TTextPlaces& places,
                    const qrl::TEncoding& encoding);
-// The same for places in the printed text of the binary form `file`. Raises what ObjectBinaryToText raises.
-void PlaceInPrintedForm(std::vector<TFinding>& findings, std::string_view text, std::string_view file);
+
+// The text of a binary form as `form to-text` prints it, which has other lines than the text in memory.
+class TPrintedFile {
+ public:
+  // `bytes` is the file of a binary form, or empty for any other form.
+  explicit TPrintedFile(std::string bytes) : FBytes(std::move(bytes)) {}
+
+  bool IsBinary() const { return !FBytes.empty(); }
+  // Prints the form at the first call. Raises what ObjectBinaryToText raises.
+  const std::string& Text();
+
+ private:
+  const std::string FBytes;
+  std::string FText;
+};
+
+// PlaceFindings for a binary form, in its printed text. `text` is the text in memory.
+void PlaceInPrintedForm(std::vector<TFinding>& findings, std::string_view text, TPrintedFile& file);
 
 // Converts the names in `outline` to UTF-8.
 void ConvertNames(TUnitOutline& outline, const qrl::TEncoding& encoding);

@@ -41,6 +41,12 @@ enum class TRuleId : uint8_t {
   ChangedText,
 };
 
+// How much of findings is collected.
+enum class TFindingDetail : uint8_t {
+  Counts,  // only what a summary counts: rule, level, kind of property, and the names by which it counts
+  Whole,
+};
+
 // A finding. Texts that do not apply are empty.
 struct TFinding {
   TRuleId Rule = TRuleId::DroppedProperty;

@@ -192,8 +192,8 @@ class TFormFindings : public TFormWalk {
         AddConverted(*account);
         if (IsOfOnePiece(*account)) SkipObject(account->End);
       } else if (!account->IsLeftOut) {
-        AddUnparsed(object, FStops.Find(object.Offset));
-        ShowClass(*account);
+        AddUnparsed(object, IsWhole() ? FStops.Find(object.Offset) : TStop{object.Offset, {}});
+        if (IsWhole()) ShowClass(*account);
       }
     } else {
       open.IsInherited = AddOther(object);
@@ -251,6 +251,8 @@ class TFormFindings : public TFormWalk {
                                                                                     : nullptr;
   }
 
+  bool IsWhole() const { return FInput.Detail == TFindingDetail::Whole; }
+
   // Returns the path of the object that is the innermost one of the walk, or is looked at without a walk.
   std::string Path() const {
     std::string path = FInput.Outline.PathOf(FObject);
@@ -263,7 +265,7 @@ class TFormFindings : public TFormWalk {
     finding.Rule = rule;
     finding.Level = RuleOf(rule).Level;
     finding.Offset = offset;
-    finding.Object = Path();
+    if (IsWhole()) finding.Object = Path();
     return finding;
   }
   TFinding& Add(TRuleId rule, size_t offset, const TObjectHeader& object, std::string_view newClass) {
@@ -357,6 +359,7 @@ class TFormFindings : public TFormWalk {
     finding.Subject = property.Name;
     finding.Value =
         alias.find('\'') == std::string_view::npos ? std::string(alias) : ShownValue({}, property.Value);
+    if (!IsWhole()) return;
     finding.Detail = FInput.IsUnwritable(alias)
                          ? "the form's encoding lacks the name of the database of the alias \""
                          : "no database of the run declares the alias \"";
@@ -367,8 +370,9 @@ class TFormFindings : public TFormWalk {
     TFinding& finding = Add(TRuleId::DroppedProperty, property.Name, account);
     const std::string_view value = TrimmedStart(property.Value);
     finding.Subject = property.Name;
-    finding.Value = ShownValue(property.Name, value);
     finding.IsEvent = IsEventHandler(property.Name, value);
+    if (!IsWhole()) return;
+    finding.Value = ShownValue(property.Name, value);
     finding.Detail = finding.IsEvent ? "event handler" : "property";
   }
 

@@ -26,6 +26,7 @@ struct TFormFindingInput {
   // Returns True if the run knows the alias, but the form's encoding lacks the connection's name.
   std::function<bool(std::string_view alias)> IsUnwritable;
   bool ReplacesClasses = false;  // also those of objects that are not converted
+  TFindingDetail Detail = TFindingDetail::Whole;
 };
 
 // Returns the findings in the order of the text, with offsets and in working text. Uses `parser` to find the

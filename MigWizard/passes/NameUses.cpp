@@ -118,8 +118,10 @@ void TNameUses::NoteUse(TNameUse::TKind kind, const TOldName& old, size_t back) 
   if (!Routines().empty()) use.Owner = Routines().back().Owner;
   FindLocal(use);
   if (kind != TNameUse::OldMember && !isQualified && use.IsLocal) return;
-  use.Place = FPlaces.At(kind == TNameUse::OldMember ? Token().Offset : Before(back).Offset);
-  ShowLine(Token().Offset, use.Before, use.After);
+  if (FInput.Detail == TFindingDetail::Whole) {
+    use.Place = FPlaces.At(kind == TNameUse::OldMember ? Token().Offset : Before(back).Offset);
+    ShowLine(Token().Offset, use.Before, use.After);
+  }
   Outline().Uses.push_back(std::move(use));
 }
 

@@ -21,7 +21,9 @@ class TNameUses : public TUnitReader {
  public:
   // The arguments must outlive the object.
   TNameUses(const TUnitFindingInput& input, const std::vector<TUnitToken>& code, const TTextPlaces& places)
-      : TUnitReader(code, places), FInput(input), FPlaces(places) {}
+      : TUnitReader(code, input.Detail == TFindingDetail::Whole ? &places : nullptr),
+        FInput(input),
+        FPlaces(places) {}
 
   // Adds a finding with the level of its rule. The result is valid until the next call.
   TFinding& Add(TRuleId rule, size_t offset);

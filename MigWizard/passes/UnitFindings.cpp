@@ -118,16 +118,18 @@ TUnitFindings FindInUnit(const TUnitFindingInput& input, const TTextPlaces& plac
   if (!outline.Uses.empty())
     for (const TUsedUnit& used : names.UsedUnits()) outline.UsedUnits.push_back(rtl::LowerCase(used.Name));
   std::vector<TFinding>& findings = names.Findings();
-  for (TFinding& finding : findings) names.ShowLine(finding.Offset, finding.Before, finding.After);
-  std::stable_sort(findings.begin(), findings.end(),
-                   [](const TFinding& left, const TFinding& right) { return left.Offset < right.Offset; });
+  if (input.Detail == TFindingDetail::Whole) {
+    for (TFinding& finding : findings) names.ShowLine(finding.Offset, finding.Before, finding.After);
+    std::stable_sort(findings.begin(), findings.end(),
+                     [](const TFinding& left, const TFinding& right) { return left.Offset < right.Offset; });
+  }
   return {std::move(findings), std::move(outline), parts.UnreadInterface};
 }
 
 TUnitOutline ReadInterface(std::string_view text, const qrl::TEncoding& encoding) {
   const std::vector<TUnitToken> code = ReadUnitTokens(text, encoding, TNameTable(), {{0, text.size()}});
   const TTextPlaces places(text, encoding);
-  TDeclarationReader reader(code, places);
+  TDeclarationReader reader(code, &places);
   reader.ReadUnit();
   return std::move(reader.Outline());
 }

@@ -22,6 +22,7 @@ struct TUnitFindingInput {
   const TNameTable& Names;                    // of MakeUnitNames
   const TCompletedUnit* Completed = nullptr;  // null without a completion
   bool ReadsInterface = false;                // also if nothing is said about it
+  TFindingDetail Detail = TFindingDetail::Whole;
 };
 
 struct TUnitFindings {

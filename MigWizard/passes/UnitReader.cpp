@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "rtl/text/SysUtils.h"
 
@@ -142,7 +143,8 @@ std::vector<TDeclaration>& TUnitReader::Declared() {
 }
 
 void TUnitReader::Declare(std::vector<TDeclaration>& list, std::string_view type, const TUnitToken& name) {
-  list.push_back({std::string(name.Lexem), std::string(type), FPlaces.At(name.Offset)});
+  list.push_back({std::string(name.Lexem), std::string(type),
+                  FPlaces != nullptr ? FPlaces->At(name.Offset) : TTextPlace()});
 }
 
 std::string TUnitReader::ReadDottedName() {
@@ -289,8 +291,7 @@ void TUnitReader::ReadMembers(TClassOutline& outline, int nesting, TNameSpot spo
       case Destructor:
       case Operator: {
         const TUnitToken member = Token(1);
-        std::vector<TDeclaration> parameters;
-        ReadHeading(parameters, nesting);
+        ReadHeading(nesting);
         Declare(outline.Members, {}, member);
         break;
       }
@@ -332,13 +333,13 @@ void TUnitReader::ReadProperty(TClassOutline& outline, int nesting) {
   SkipStatement(TNameSpot::Property, nesting);
 }
 
-// Reads a routine's heading with its directives; the current token is `procedure` or similar. Returns True
-// if a body may follow. Sets `owner` to the class of a method.
-bool TUnitReader::ReadHeading(std::vector<TDeclaration>& parameters, int nesting, std::string* owner) {
+// Reads a routine's heading with its directives; the current token is `procedure` or similar.
+TUnitReader::THeading TUnitReader::ReadHeading(int nesting) {
+  THeading heading;
   Next();
   std::string_view last;
   while (Token().IsName || Token().Word != None) {
-    if (owner != nullptr) *owner = last;
+    heading.Owner = last;
     last = Token().Lexem;
     Next();
     if (Is("<")) {
@@ -350,16 +351,20 @@ bool TUnitReader::ReadHeading(std::vector<TDeclaration>& parameters, int nesting
   }
   if (Is("=")) {  // a method that implements one of an interface
     SkipStatement(TNameSpot::Expression, nesting);
-    return false;
+    heading.HasBody = false;
+    return heading;
   }
-  if (Is("(")) ReadParameters(parameters);
+  if (Is("(")) ReadParameters(heading.Parameters);
+  if (Is(":")) {
+    Next();
+    heading.Result = PlainType();
+  }
   SkipStatement(TNameSpot::Result, nesting);
-  bool hasBody = true;
   while (IsDirective(Token()) && Token(1).Lexem != ":" && Token(1).Lexem != "," && Token(1).Lexem != "=") {
-    if (Word() == Forward || Word() == External) hasBody = false;
+    if (Word() == Forward || Word() == External) heading.HasBody = false;
     SkipStatement(TNameSpot::Expression, nesting);
   }
-  return hasBody;
+  return heading;
 }
 
 void TUnitReader::ReadParameters(std::vector<TDeclaration>& parameters) {
@@ -389,16 +394,20 @@ void TUnitReader::ReadParameters(std::vector<TDeclaration>& parameters) {
 void TUnitReader::ReadRoutine(int nesting) {
   TRoutine routine;
   if (!FRoutines.empty()) routine.Owner = FRoutines.back().Owner;
-  const TUnitToken name = Token(1);
-  std::string owner;
-  const bool hasBody = ReadHeading(routine.Locals, nesting, &owner);
-  if (owner.empty()) {
+  const bool hasResult = Word() == Function || Word() == Operator;
+  TUnitToken name = Token(1);
+  THeading heading = ReadHeading(nesting);
+  if (heading.Owner.empty()) {
     Declare(Declared(), {}, name);
   } else {
-    routine.Owner = owner;
+    routine.Owner = heading.Owner;
   }
-  if (!hasBody || (FIsInterface && FRoutines.empty()) || nesting >= kMostNesting) return;
-  routine.Locals.push_back({"Result", {}, {}});
+  if (!heading.HasBody || (FIsInterface && FRoutines.empty()) || nesting >= kMostNesting) return;
+  routine.Locals = std::move(heading.Parameters);
+  if (hasResult) {
+    name.Lexem = "Result";
+    Declare(routine.Locals, heading.Result, name);
+  }
   FRoutines.push_back(std::move(routine));
   ReadDeclarations(nesting + 1);
   FRoutines.pop_back();

@@ -27,8 +27,8 @@ struct TUsedUnit {
 
 class TUnitReader {
  public:
-  // The arguments must outlive the object.
-  TUnitReader(const std::vector<TUnitToken>& code, const TTextPlaces& places)
+  // The arguments must outlive the object. Without `places`, declarations have no places.
+  TUnitReader(const std::vector<TUnitToken>& code, const TTextPlaces* places)
       : FCode(code), FPlaces(places) {}
   virtual ~TUnitReader() = default;
   TUnitReader(const TUnitReader&) = delete;
@@ -91,7 +91,14 @@ class TUnitReader {
   void ReadRecord(int nesting);
   void ReadMembers(TClassOutline& outline, int nesting, TNameSpot spot);
   void ReadProperty(TClassOutline& outline, int nesting);
-  bool ReadHeading(std::vector<TDeclaration>& parameters, int nesting, std::string* owner = nullptr);
+  // The heading of a routine.
+  struct THeading {
+    std::vector<TDeclaration> Parameters;
+    std::string Owner;   // the class of a method in the implementation section
+    std::string Result;  // as TDeclaration::Type
+    bool HasBody = true;
+  };
+  THeading ReadHeading(int nesting);
   void ReadParameters(std::vector<TDeclaration>& parameters);
   void ReadRoutine(int nesting);
 
@@ -102,7 +109,7 @@ class TUnitReader {
   void AddInnerNames();
 
   const std::vector<TUnitToken>& FCode;
-  const TTextPlaces& FPlaces;
+  const TTextPlaces* FPlaces;
   size_t FAt = 0;  // index of the current token
   TUnitOutline FOutline;
   bool FIsInterface = false;

@@ -6,9 +6,10 @@
 
 namespace mig {
 
-TFindingsCollector::TFindingsCollector(TComponentReplacer& replacer, const TOldNames& names)
-    : FReplacer(replacer), FFindings(replacer.Classes(), names) {
-  replacer.CollectFindings(names);
+TFindingsCollector::TFindingsCollector(TComponentReplacer& replacer, const TOldNames& names,
+                                       TFindingDetail detail)
+    : FReplacer(replacer), FDetail(detail), FFindings(replacer.Classes(), names) {
+  replacer.CollectFindings(names, detail);
   replacer.OnConverted = [this](const std::string& fileName, const TFileConversion& conversion,
                                 bool isChanged) { AddFile(fileName, conversion, isChanged); };
   replacer.OnMissingForm = [this](const std::string& form) { FFindings.AddMissingForm(form); };
@@ -27,6 +28,7 @@ void TFindingsCollector::AddFile(const std::string& fileName, const TFileConvers
                                  bool isChanged) {
   // Two units can name the same form, whose findings are added only once.
   if (!FKnown.insert(win::UpperFileName(fileName)).second) return;
+  if (FDetail == TFindingDetail::Counts) return FFindings.AddFile(fileName, conversion, isChanged, {});
   const TReplaceOptions& options = FReplacer.Options();
   std::string backup;
   if (isChanged && options.MakeBackup) {

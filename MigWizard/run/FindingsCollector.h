@@ -18,8 +18,10 @@ namespace mig {
 class TFindingsCollector {
  public:
   // Observes the runs of `replacer` by its functions OnConverted, OnMissingForm and OnOtherForm, until the
-  // collector is destroyed. Both arguments must outlive it.
-  TFindingsCollector(TComponentReplacer& replacer, const TOldNames& names);
+  // collector is destroyed. Both must outlive it. With TFindingDetail::Counts, files have the names by which the run
+  // came to them, and no backups.
+  TFindingsCollector(TComponentReplacer& replacer, const TOldNames& names,
+                     TFindingDetail detail = TFindingDetail::Whole);
   ~TFindingsCollector();
   TFindingsCollector(const TFindingsCollector&) = delete;
   TFindingsCollector& operator=(const TFindingsCollector&) = delete;
@@ -31,6 +33,7 @@ class TFindingsCollector {
   void AddFile(const std::string& fileName, const TFileConversion& conversion, bool isChanged);
 
   TComponentReplacer& FReplacer;
+  const TFindingDetail FDetail;
   TRunFindings FFindings;
   std::unordered_set<std::string> FKnown;  // names of files that were added, in upper case
 };

@@ -86,9 +86,9 @@ void TComponentReplacer::Preview(TRunPlan* plan) {
   TRun({FOptions, *this, runLock, FLog, FConverter, FOtherConverter, FLeftOut, FSelection, plan}).Preview();
 }
 
-void TComponentReplacer::CollectFindings(const TOldNames& names) {
-  FConverter.CollectFindings(names);
-  FOtherConverter.CollectFindings(names);
+void TComponentReplacer::CollectFindings(const TOldNames& names, TFindingDetail detail) {
+  FConverter.CollectFindings(names, detail);
+  FOtherConverter.CollectFindings(names, detail);
 }
 
 bool TComponentReplacer::Restore(std::string_view undoFile) {

@@ -76,7 +76,7 @@ class TComponentReplacer : public TRunHooks {
   void SetSelection(const TRunSelection* selection) { FSelection = selection; }
 
   // Collects findings in all following runs, for OnConverted. `names` must outlive the replacer.
-  void CollectFindings(const TOldNames& names);
+  void CollectFindings(const TOldNames& names, TFindingDetail detail = TFindingDetail::Whole);
 
   // Copies every backup that the undo file lists over its original. Returns False if the list is empty or a
   // backup is missing; no file is changed then. Also returns False if a copy failed; the files before it are

@@ -178,7 +178,22 @@ bool TRunFindings::IsUsersOwn(const TUnit& unit, const TNameUse& use) const {
     for (const TFound& found : names->second)
       if (found.Unit == &unit || Sees(unit, found)) return true;
   }
-  return !use.Owner.empty() && FindMember(use.Owner, use.Name).Declaration != nullptr;
+  if (use.Owner.empty()) return false;
+  return FindMember(use.Owner, use.Name).Declaration != nullptr ||
+         (FOldNames.Find(TOldNames::Object, use.Name) != nullptr && MayInheritNames(use.Owner));
+}
+
+// Returns True if the class, or one from which it descends, has members that neither the run nor the list of names
+// tells.
+bool TRunFindings::MayInheritNames(const std::string& className) const {
+  std::string name = className;
+  for (int i = 0; i < kMostAncestors && !name.empty(); ++i) {
+    const auto outlines = FOutlines.find(rtl::LowerCase(name));
+    if (outlines == FOutlines.end()) return FOldNames.Find(TOldNames::Base, name) == nullptr;
+    if (outlines->second.size() != 1) return true;
+    name = outlines->second[0]->Ancestor;
+  }
+  return !name.empty();
 }
 
 // Returns True if `unit` uses the unit of the declaration, which is in the interface section there.
@@ -192,10 +207,12 @@ bool TRunFindings::Sees(const TUnit& unit, const TFound& found) const {
 
 // Returns the declaration of the last name before the member, or nothing if it is ambiguous.
 TRunFindings::TFound TRunFindings::Resolve(const TUnit& unit, const TNameUse& use) const {
+  size_t parts = 1;  // of the path, that found names
   TFound found = FindFirst(unit, use);
+  if (found.Declaration == nullptr) found = FindAfterUnit(unit, use, parts);
   std::string owner = rtl::SameText(use.Path[0], "Self") && !use.IsLocal ? use.Owner : std::string();
   if (owner.empty() && found.Declaration == nullptr) return {};
-  for (size_t i = 1; i < use.Path.size(); ++i) {
+  for (size_t i = parts; i < use.Path.size(); ++i) {
     const std::string& className = owner.empty() ? found.Declaration->Type : owner;
     found = FindMember(className, use.Path[i]);
     if (found.Declaration == nullptr) return {};
@@ -220,6 +237,26 @@ TRunFindings::TFound TRunFindings::FindFirst(const TUnit& unit, const TNameUse& 
     result = found;
   }
   return result;
+}
+
+// If the path begins with the name of the unit or of one that it uses, returns the declaration after it, and sets
+// `parts` to the number of names up to that.
+TRunFindings::TFound TRunFindings::FindAfterUnit(const TUnit& unit, const TNameUse& use,
+                                                 size_t& parts) const {
+  if (FNames.contains(rtl::LowerCase(use.Path[0]))) return {};
+  std::string unitName;
+  for (size_t i = 0; i + 1 < use.Path.size(); ++i) {
+    unitName.append(i == 0 ? "" : ".").append(use.Path[i]);
+    const auto names = FNames.find(rtl::LowerCase(use.Path[i + 1]));
+    if (names == FNames.end()) continue;
+    for (const TFound& found : names->second) {
+      if (!rtl::SameText(found.Unit->Outline->Name, unitName)) continue;
+      if (found.Unit != &unit && !Sees(unit, found)) continue;
+      parts = i + 2;
+      return found;
+    }
+  }
+  return {};
 }
 
 // Searches the class and its ancestors.

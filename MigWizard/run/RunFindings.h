@@ -70,7 +70,9 @@ class TRunFindings {
   void ResolveUses(const TUnit& unit);
   bool IsUsersOwn(const TUnit& unit, const TNameUse& use) const;
   TFound Resolve(const TUnit& unit, const TNameUse& use) const;
+  bool MayInheritNames(const std::string& className) const;
   TFound FindFirst(const TUnit& unit, const TNameUse& use) const;
+  TFound FindAfterUnit(const TUnit& unit, const TNameUse& use, size_t& parts) const;
   TFound FindMember(const std::string& className, const std::string& member) const;
   std::string ConvertedClassOf(const std::string& type, const std::string& member) const;
   void DropUsersOwn(TFileReport& file) const;
