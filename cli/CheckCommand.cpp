@@ -1,14 +1,13 @@
 // kvamigrate check.
-#include "MigWizard/run/FileUtils.h"
 #include "cli/CatalogueFile.h"
 #include "cli/Commands.h"
 #include "cli/Console.h"
+#include "cli/ExcludeHint.h"
 #include "cli/Interrupt.h"
 #include "cli/PathPattern.h"
 #include "cli/Progress.h"
 #include "cli/RunReport.h"
 #include "cli/Scope.h"
-#include "rtl/text/SysUtils.h"
 
 namespace cli {
 
@@ -26,9 +25,9 @@ int RunCheck(const TCommandLine& line) {
   options.MakeBackup = false;
   options.WriteLog = false;
   const TPathPatterns patterns(line.Exclude);
-  replacer.OnExclude = [&](std::string_view fileName) {
-    return patterns.Match(rtl::ExtractRelativePath(mig::JoinPath(base, ""), fileName));
-  };
+  if (!patterns.Empty()) {
+    replacer.OnExclude = [&](std::string_view fileName) { return patterns.Match(PathBelow(base, fileName)); };
+  }
   replacer.OnProgress = [&](const mig::TRunProgress& progress) {
     StopIfInterrupted("Stopped.");
     if (!line.Quiet) ShowProgress(progress.Done, progress.Known, progress.FileName);

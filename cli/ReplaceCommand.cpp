@@ -148,7 +148,7 @@ int RunReplace(const TCommandLine& line) {
   if (line.OverwriteBackups && !line.BackupDir) throw EUsage("--overwrite-backups needs --backup-dir.");
   if (line.Interactive && line.DryRun) throw EUsage("--interactive cannot be used with --dry-run or --diff.");
   if (line.Interactive && !CanAsk())
-    throw EUsage("--interactive asks on a terminal, and standard input or output is none.");
+    throw EUsage("--interactive needs terminals as standard input and output.");
   if (line.IgnoreSpace && !line.Diff && !line.Interactive)
     throw EUsage("--ignore-space needs --diff or --interactive.");
   target::TKVAMigration migration(LoadCatalogue(line.Catalogue));

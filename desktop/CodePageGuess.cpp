@@ -6,13 +6,13 @@
 #include <memory>
 #include <unicode/ucsdet.h>
 
+#include "win/paths/CodePage.h"
 #include "win/paths/FileNames.h"
 
 namespace desktop {
 
 namespace {
 
-constexpr uint32_t kUtf8 = 65001;
 constexpr size_t kMostBytes = 1 << 16;  // of words that are looked at
 constexpr size_t kLeastHighBytes = 20;  // fewer say nothing
 constexpr int kLeastConfidence = 25;    // of 100
@@ -41,7 +41,7 @@ constexpr TPage kPages[] = {
     {1256, "Arabic"},
     {1257, "Baltic"},
     {1258, "Vietnamese"},
-    {kUtf8, "UTF-8"},
+    {win::kUtf8CodePage, "UTF-8"},
 };
 
 // What the detector calls the pages. An ISO page stands for the Windows page of the same script.
@@ -108,7 +108,7 @@ uint32_t GuessCodePage(std::string_view bytes, uint32_t assumed) {
   if (bytes.starts_with("\xEF\xBB\xBF") || bytes.starts_with("\xFF\xFE")) return 0;
   const std::string words = ForeignWords(bytes);
   if (words.empty()) return 0;
-  if (win::IsValidUtf8(words)) return assumed == kUtf8 ? 0 : kUtf8;
+  if (win::IsValidUtf8(words)) return assumed == win::kUtf8CodePage ? 0 : win::kUtf8CodePage;
   const auto high = static_cast<size_t>(std::count_if(words.begin(), words.end(), IsHigh));
   if (high < kLeastHighBytes) return 0;
   std::map<uint32_t, int> confidences = Detect(words, /*isLatin=*/high < words.size() / 2);

@@ -17,8 +17,6 @@ namespace desktop {
 
 namespace {
 
-constexpr uint32_t kUtf8CodePage = 65001;
-
 // Converts characters to the bytes of a code page. Where two byte sequences mean one character, it
 // writes the first. A file with the second does not convert back to its bytes, and so is not editable.
 class TCodePageWriter {
@@ -187,7 +185,7 @@ std::optional<std::string> TSourceText::EncodeText(const QString& lines, QString
     }
     return bytes;
   }
-  if (FCodePage == kUtf8CodePage) return FromQt(lines);
+  if (FCodePage == win::kUtf8CodePage) return FromQt(lines);
   return CodePageWriter(FCodePage).Write(lines, missing);
 }
 

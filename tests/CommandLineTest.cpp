@@ -242,8 +242,7 @@ TEST_F(CommandLineTest, WrongCommandLines) {
        "The code page \"koi8\" is not known. Known are 437, 850, 852, 866, 874, 932, 936, 949, 950, 1250, "
        "1251, 1252, 1253, 1254, 1255, 1256, 1257, 1258, 65001.\nSee \"kvamigrate help replace\"."},
       {"replace --mode bde src --overwrite-backups", "--overwrite-backups needs --backup-dir."},
-      {"replace -i --mode bde src",
-       "--interactive asks on a terminal, and standard input or output is none."},
+      {"replace -i --mode bde src", "--interactive needs terminals as standard input and output."},
       {"replace -i --diff --mode bde src", "--interactive cannot be used with --dry-run or --diff."},
       {"replace --ignore-space --mode bde src", "--ignore-space needs --diff or --interactive."},
       {"replace --folder src", "Say which components to replace: --mode bde or --mode ibx."},

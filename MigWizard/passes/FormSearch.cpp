@@ -13,7 +13,6 @@ namespace mig {
 namespace {
 
 constexpr size_t kExtensionLength = 4;  // with its dot
-constexpr uint32_t kUtf8CodePage = 65001;
 
 // Splits working text into its characters, each a view of one to four bytes.
 std::vector<std::string_view> Characters(std::string_view text, bool isUtf8) {
@@ -45,7 +44,7 @@ bool IsAlphabetic(std::string_view character, bool isUtf8) {
 
 std::string FormFileOfDirective(std::string_view directive, std::string_view sourceFile,
                                 const qrl::TEncoding& encoding) {
-  const bool isUtf8 = !(encoding == qrl::TEncoding::Default()) || win::GetACP() == kUtf8CodePage;
+  const bool isUtf8 = !(encoding == qrl::TEncoding::Default()) || win::GetACP() == win::kUtf8CodePage;
 
   const size_t dot = directive.rfind('.');
   if (dot == std::string_view::npos || dot + kExtensionLength > directive.size()) return {};

@@ -8,8 +8,6 @@
 namespace mig {
 namespace {
 
-constexpr uint32_t kUtf8CodePage = 65001;
-
 // Iterates over the words of a form's text, and the strings after each of them.
 class TPieceWalk {
  public:
@@ -79,9 +77,9 @@ bool IsLineEnd(char c) {
 
 TTextPlaces::TTextPlaces(std::string_view text, const qrl::TEncoding& encoding) : FText(text) {
   const bool isDefault = encoding == qrl::TEncoding::Default();
-  FCharacters = !isDefault || win::GetACP() == kUtf8CodePage ? TCharacters::Utf8
-                : win::IsDoubleByteCodePage()                ? TCharacters::DoubleByte
-                                                             : TCharacters::Bytes;
+  FCharacters = !isDefault || win::GetACP() == win::kUtf8CodePage ? TCharacters::Utf8
+                : win::IsDoubleByteCodePage()                     ? TCharacters::DoubleByte
+                                                                  : TCharacters::Bytes;
 }
 
 // Returns the number of lines that end with a byte from `begin` to before `end`.

@@ -14,7 +14,6 @@ namespace {
 
 constexpr size_t kLineLength = 64;    // characters of a string on one line, before quotes are doubled
 constexpr size_t kBytesPerLine = 32;  // of binary data
-constexpr uint32_t kUtf8CodePage = 65001;
 
 // Whether a byte of a narrow string is written as itself between quotes. Those from 128 up are, the quote is
 // not.
@@ -51,7 +50,7 @@ size_t LineEndOf(std::u16string_view units) {
 size_t LineEndOf(std::string_view bytes) {
   if (bytes.size() <= kLineLength) return bytes.size();
   size_t at = kLineLength;
-  if (win::GetACP() == kUtf8CodePage) {
+  if (win::GetACP() == win::kUtf8CodePage) {
     while (at < bytes.size() && at < kLineLength + 3 && (bytes[at] & 0xC0) == 0x80) ++at;
   } else if (win::IsDoubleByteCodePage()) {
     for (at = 0; at < kLineLength;) {

@@ -11,7 +11,6 @@
 namespace win {
 namespace {
 
-constexpr uint32_t kUtf8 = 65001;
 constexpr char32_t kReplacement = 0xFFFD;
 
 void AppendUtf8(std::string& text, char32_t character) {
@@ -30,7 +29,7 @@ class TCodePage {
     for (size_t byte = 0; byte < 256; ++byte) FAlpha[byte] = IsCharAlphaU(Single(static_cast<uint8_t>(byte)));
   }
 
-  uint32_t Number() const { return FTable ? FTable->Number : kUtf8; }
+  uint32_t Number() const { return FTable ? FTable->Number : kUtf8CodePage; }
   bool IsDoubleByte() const { return FTable && FTable->Doubles; }
   bool IsLead(uint8_t byte) const {
     if (!IsDoubleByte()) return false;
@@ -77,7 +76,7 @@ const TCodePage& Setting() {
 std::string ToUtf8(const TCodePage& page, std::string_view text) {
   std::string result;
   result.reserve(text.size());
-  if (page.Number() == kUtf8) {
+  if (page.Number() == kUtf8CodePage) {
     for (int32_t i = 0, length = static_cast<int32_t>(text.size()); i < length;) {
       UChar32 character;
       U8_NEXT_OR_FFFD(reinterpret_cast<const uint8_t*>(text.data()), i, length, character);
@@ -100,7 +99,7 @@ std::string ToUtf8(const TCodePage& page, std::string_view text) {
 
 bool SetACP(uint32_t codePage) {
   const TCodePageTable* const table = FindCodePageTable(codePage);
-  if (!table && codePage != kUtf8) return false;
+  if (!table && codePage != kUtf8CodePage) return false;
   Current() = &PageOf(codePage);
   return true;
 }
@@ -112,7 +111,7 @@ uint32_t GetACP() {
 const std::vector<uint32_t>& SupportedCodePages() {
   static const std::vector<uint32_t> numbers = [] {
     std::vector<uint32_t> list(std::begin(kCodePageNumbers), std::end(kCodePageNumbers));
-    list.push_back(kUtf8);
+    list.push_back(kUtf8CodePage);
     return list;
   }();
   return numbers;
@@ -140,7 +139,7 @@ std::string CodePageToUtf8(uint32_t codePage, std::string_view text) {
 bool IsCharAlphaA(std::string_view bytes) {
   const TCodePage& page = Setting();
   if (bytes.size() == 1) return page.IsAlpha(static_cast<uint8_t>(bytes[0]));
-  if (page.Number() == kUtf8 && !bytes.empty()) {
+  if (page.Number() == kUtf8CodePage && !bytes.empty()) {
     int32_t i = 0;
     UChar32 character;
     const int32_t length = static_cast<int32_t>(bytes.size());

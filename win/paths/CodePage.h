@@ -9,6 +9,8 @@
 
 namespace win {
 
+inline constexpr uint32_t kUtf8CodePage = 65001;
+
 // Sets the source code page: 1250 to 1258, 437, 850, 852, 866, 874, 932, 936, 949, 950 or 65001. Returns
 // false for any other number, and the setting is unchanged.
 [[nodiscard]] bool SetACP(uint32_t codePage);

@@ -10,7 +10,6 @@
 namespace win {
 namespace {
 
-constexpr uint32_t kUtf8CodePage = 65001;
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 // The characters of a code page that are not ASCII, as UTF-8, and their bytes.
