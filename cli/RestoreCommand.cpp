@@ -53,6 +53,7 @@ TPathPatterns OnlyPatterns(const std::vector<std::string>& typed) {
 // Locks the backup folders. Raises mig::ERunIsBusy.
 std::vector<std::unique_ptr<win::TFileLock>> LockFolders(const std::vector<std::string>& undoFiles) {
   std::vector<std::unique_ptr<win::TFileLock>> locks;
+  locks.reserve(undoFiles.size());
   for (const std::string& undoFile : undoFiles)
     locks.push_back(mig::LockRunFolder(rtl::ExtractFileDir(undoFile)));
   return locks;
