@@ -48,8 +48,8 @@ TEST_F(PosixCommandTest, ARunIsNotWholeWithoutWhatItSkips) {
   FTree.Write("src/c\xE4.pas", "");
   FTree.Write("src/d\\e/U.pas", "");
   const std::string all = "a:b.dfm c\\xE4.pas d\\e n:1.txt";
-  EXPECT_EQ(Run(run), "1||" + told(all, "Left out, as said above: 1.\n"));
-  EXPECT_EQ(Run(run + "--subfolders"), "1||" + told(all, "Left out, as said above: 2.\n"));
+  EXPECT_EQ(Run(run), "1||" + told(all, "Left out, as reported above: 1.\n"));
+  EXPECT_EQ(Run(run + "--subfolders"), "1||" + told(all, "Left out, as reported above: 2.\n"));
   EXPECT_EQ(Run(run + "--subfolders --exclude 'c*.pas' --exclude 'd?e/*'"), "0||" + told(all, ""));
   EXPECT_EQ(Run("form to-text --in-place src"),
             "1|Converted: 0, left as they are: 0, failed: 2\n|" + told(all, ""));
