@@ -175,15 +175,16 @@ void TDiffPane::PaintMargin(QPaintEvent& event) {
     painter.setPen(isCurrent ? palette().color(QPalette::Text) : quiet);
     const auto drawNumber = [&](int column, int number) {
       if (number == 0) return;
+      // At the top, because the last line's place includes the margin of the text.
       painter.drawText(QRectF(column * width, place.top(), width, place.height()),
-                       Qt::AlignRight | Qt::AlignVCenter, QString::number(number));
+                       Qt::AlignRight | Qt::AlignTop, QString::number(number));
     };
     if (FNumbers != TNumbers::New) drawNumber(0, line.OldLine);
     if (FNumbers != TNumbers::Old) drawNumber(columns - 1, line.NewLine);
     painter.setPen(
         DiffColour(palette(), line.Kind == TKind::Added ? TDiffColour::AddedText : TDiffColour::RemovedText));
     painter.drawText(QRectF(FMargin->width() - signWidth, place.top(), signWidth, place.height()),
-                     Qt::AlignHCenter | Qt::AlignVCenter, SignOf(line.Kind));
+                     Qt::AlignHCenter | Qt::AlignTop, SignOf(line.Kind));
   });
 }
 

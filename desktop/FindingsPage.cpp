@@ -10,6 +10,7 @@
 #include <QScrollArea>
 #include <QSortFilterProxyModel>
 #include <QSplitter>
+#include <QStyledItemDelegate>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -51,6 +52,18 @@ class TFindingsFilter : public QSortFilterProxyModel {
 
 namespace {
 
+// Cuts a place in its middle, because the line is at its end.
+class TPlaceDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    option->textElideMode = Qt::ElideMiddle;
+  }
+};
+
 constexpr char kNotKept[] =
     "The findings of this run are not known: they are kept only for runs that are started in this window. "
     "Preview the "
@@ -81,9 +94,10 @@ TFindingsPage::TFindingsPage(QWidget* parent)
   FTable->setSortingEnabled(true);
   FTable->setAlternatingRowColors(true);
   FTable->setExpandsOnDoubleClick(false);
+  FTable->setItemDelegateForColumn(TFindingsModel::Place, new TPlaceDelegate(FTable));
   FTable->sortByColumn(-1, Qt::AscendingOrder);
   const int unit = fontMetrics().averageCharWidth();
-  const int widths[] = {38, 9, 28, 26};
+  const int widths[] = {32, 9, 36, 20};
   for (int i = 0; i < 4; ++i) FTable->header()->resizeSection(i, widths[i] * unit);
 
   FAdvice->setObjectName("Advice");
@@ -176,7 +190,7 @@ void TFindingsPage::ShowAdvice() {
   if (finding == nullptr) {
     FAdvice->setText(!FReport               ? QString(kNotKept)
                      : FModel->Count() == 0 ? QString("Nothing is left to do by hand.")
-                                            : QString());
+                                            : QString("Select a row to see what can be done about it."));
     return;
   }
   FAdvice->setText("<table>" + Row("What", mig::MessageOf(*finding), false) +

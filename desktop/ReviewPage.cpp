@@ -12,6 +12,7 @@
 #include <QSortFilterProxyModel>
 #include <QSplitter>
 #include <QToolBar>
+#include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
 #include <QtConcurrentRun>
@@ -63,7 +64,9 @@ TReviewPage::TReviewPage(TUse use, QWidget* parent)
   sides->setSizes({kTreeWidth, 3 * kTreeWidth});
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins({});
-  layout->addWidget(sides);
+  layout->setSpacing(0);
+  layout->addWidget(NewBar());
+  layout->addWidget(sides, 1);
 
   FModel->OnTicked = [this] {
     ShowStatus();
@@ -134,7 +137,7 @@ QAction* TReviewPage::AddAction(QToolBar& bar, const char* name, const QString& 
   return action;
 }
 
-QWidget* TReviewPage::NewDiffSide() {
+QToolBar* TReviewPage::NewBar() {
   auto* const bar = new QToolBar;
   bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
   const auto addSwitch = [&](const char* name, const char* text, const QKeySequence& keys, bool isOn) {
@@ -162,7 +165,14 @@ QWidget* TReviewPage::NewDiffSide() {
   bar->addSeparator();
   AddAction(*bar, "ReviewCopyPatch", "Copy Patch", Qt::CTRL | Qt::SHIFT | Qt::Key_C, [this] { CopyPatch(); });
   AddAction(*bar, "ReviewSavePatch", "Save Patch...", {}, [this] { SavePatch(); });
+  // The style's own picture is black in dark themes, too.
+  auto* const more = bar->findChild<QToolButton*>("qt_toolbar_ext_button");
+  more->setText(QChar(0x00BB));
+  more->setToolButtonStyle(Qt::ToolButtonTextOnly);
+  return bar;
+}
 
+QWidget* TReviewPage::NewDiffSide() {
   FTitle = new QLabel;
   FTitle->setContentsMargins(6, 2, 6, 2);
   FTitle->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -172,7 +182,6 @@ QWidget* TReviewPage::NewDiffSide() {
   auto* const layout = new QVBoxLayout(side);
   layout->setContentsMargins({});
   layout->setSpacing(0);
-  layout->addWidget(bar);
   layout->addWidget(FTitle);
   layout->addWidget(FView, 1);
   return side;

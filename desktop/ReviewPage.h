@@ -66,6 +66,7 @@ class TReviewPage : public QWidget {
   };
 
   QWidget* NewFileSide();
+  QToolBar* NewBar();
   QWidget* NewDiffSide();
   QAction* AddAction(QToolBar& bar, const char* name, const QString& text, const QKeySequence& keys,
                      const std::function<void()>& use);

@@ -278,6 +278,7 @@ TEST_F(RestartTest, PanesAreWhereTheyWere) {
   for (const bool isFirst : {true, false}) {
     desktop::THostWindow window(FFrontEnd);
     window.show();
+    TakePicture(window);
     auto* const tree = window.findChild<QDockWidget*>("TreePane");
     EXPECT_EQ(window.dockWidgetArea(tree), isFirst ? Qt::LeftDockWidgetArea : Qt::RightDockWidgetArea);
     EXPECT_EQ(window.size() == QSize(700, 500), !isFirst);
