@@ -75,6 +75,9 @@ void TEditorPages::ShowLinks() {
   QPalette colors;
   colors.setColor(QPalette::Link, LinkColor(palette()));
   FHint->setPalette(colors);
+  const QString html = FHint->text();
+  FHint->clear();  // a text that is set already keeps its colours
+  FHint->setText(html);
 }
 
 void TEditorPages::SetHint(const QString& html) {

@@ -8,6 +8,7 @@
 
 #include "MigWizard/expert/RunQuestions.h"
 #include "MigWizard/run/FileUtils.h"
+#include "MigWizard/run/Finally.h"
 #include "MigWizard/run/IDEUtils.h"
 #include "MigWizard/run/RExpertRes.h"
 #include "MigWizard/run/UndoFiles.h"
@@ -155,9 +156,17 @@ bool TMigrationPage::MaySave() const {
 void TMigrationPage::Preview(TFamily family) {
   if (!MaySave()) return;
   if (!mig::TIDEUtils::SaveProject()) throw rtl::Exception(mig::SProjectNotSaved);
-  FDryRun.Preview(family);
-  FMarks = TReviewMarks(MarksOf(FDryRun.Report()->Run.Folder));
-  ShowPreview();
+  bool isStopped = false;
+  {
+    const mig::TFinally show([this] { ShowPreview(); });  // of what there is, after an exception too
+    try {
+      FDryRun.Preview(family);
+      FMarks = TReviewMarks(MarksOf(FDryRun.Report()->Run.Folder));
+    } catch (const rtl::EAbort&) {
+      isStopped = true;
+    }
+  }
+  if (isStopped) FNote->setText("The preview was stopped. Nothing was changed.");
 }
 
 void TMigrationPage::ShowPreview() {

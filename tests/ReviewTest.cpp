@@ -362,6 +362,16 @@ TEST_F(ReviewTest, ConvertsWhatIsTicked) {
   EXPECT_EQ(Find<QLabel>("ProjectCounts").text().toStdString(),
             "BDE: 20 objects in 8 forms: TQuery 7, TTable 5, TStoredProc 2, TUpdateSQL 2, TBatchMove 1, "
             "TDatabase 1, ...\nIBX: no objects");
+  QTimer stop;
+  stop.callOnTimeout([] {
+    QWidget* const window = QApplication::activeModalWidget();
+    if (window != nullptr && window->objectName() == "ProgressWindow") Click("Stop")(*window);
+  });
+  stop.start(0);
+  Do([&] { Find<QPushButton>("PreviewBDE").click(); }, {});
+  stop.stop();
+  EXPECT_EQ(Find<QLabel>("PreviewNote").text(), "The preview was stopped. Nothing was changed.");
+
   Do([&] { Find<QPushButton>("PreviewBDE").click(); }, {});
   wait();
   auto& files = *static_cast<desktop::TReviewPage*>(page.findChild<QWidget*>("PreviewFiles"));
