@@ -41,7 +41,7 @@ void RequireNoJournal(const std::string& folder) {
 std::string TypedBackupDir(std::string typed, const std::string& folder) {
   if (typed.starts_with('/') || !rtl::ExtractFileDrive(typed).empty()) return WindowsPath(typed);
   std::replace(typed.begin(), typed.end(), '/', '\\');
-  return mig::JoinPath(folder, typed);
+  return mig::ResolveDots(mig::JoinPath(folder, typed));
 }
 
 std::string BackupDir(const TCommandLine& line, const std::string& folder) {

@@ -146,12 +146,18 @@ TEST_F(CommandLineTest, OneOfTwoFilesOfOneNameIsLeftOut) {
 }
 
 TEST_F(CommandLineTest, BackupFolders) {
-  EXPECT_EQ(Run("replace --mode bde --folder src --backup-dir sub/back --no-log")[0], '0');
-  EXPECT_EQ(FTree.Read("src/sub/back/A.~pas"), kUnit);
-  EXPECT_EQ(Run("restore src/sub/back/RExpert.reu")[0], '0');
-  EXPECT_EQ(Run("replace --mode bde --folder src --backup-dir " + FTree.HostPath("elsewhere"))[0], '0');
-  EXPECT_EQ(FTree.Read("elsewhere/A.~pas"), kUnit);
-  EXPECT_EQ(Run("restore elsewhere/RExpert.reu")[0], '0');
+  const std::pair<std::string, const char*> rows[] = {{"sub/back", "src/sub/back"},
+                                                      {FTree.HostPath("elsewhere"), "elsewhere"},
+                                                      {"../above", "above"},
+                                                      {"./x/../back/", "src/back"},
+                                                      {".", "src"}};
+  for (const auto& [typed, folder] : rows) {
+    EXPECT_EQ(Run("replace -q --mode bde --folder src --no-log --backup-dir " + typed), "0||") << typed;
+    EXPECT_EQ(FTree.Read(std::string(folder) + "/A.~pas"), kUnit) << typed;
+    EXPECT_EQ(Run(std::string("restore ") + folder), "0|Files were succefully restored.\n|") << typed;
+    EXPECT_EQ(FTree.Read("src/A.pas"), kUnit) << typed;
+  }
+  EXPECT_FALSE(FTree.Exists("src/x"));
   if (!win::CanMapDrives()) return;
   EXPECT_EQ(Run("replace --mode bde --folder 'Q:\\src' --drive q=. --no-backup")[0], '0');
   EXPECT_EQ(FTree.Read("src/Wiz_Log.txt").find("Q:\\src\\A.pas") != std::string::npos, true);

@@ -9,6 +9,7 @@
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
+#include "win/paths/PathComponents.h"
 
 namespace mig {
 namespace {
@@ -108,6 +109,14 @@ std::string JoinPath(std::string_view dir, std::string_view name) {
   if (!path.empty() && path.back() != '\\') path += '\\';
   if (name.size() >= 2 && name.front() == '\\') name.remove_prefix(1);
   return path.append(name);
+}
+
+std::string ResolveDots(std::string_view path) {
+  std::string resolved = JoinPath(rtl::ExtractFileDrive(path), "");
+  const size_t root = resolved.size();
+  path.remove_prefix(std::min(root, path.size()));
+  win::AppendComponents(resolved, root, path, win::kWindowsSeparators, '\\');
+  return resolved;
 }
 
 std::string BackupFileName(std::string_view fileName) {

@@ -22,6 +22,9 @@ class TWorkQueue;
 // Drops one leading backslash of a longer name. If `dir` is empty, returns `name` without a prefix.
 std::string JoinPath(std::string_view dir, std::string_view name);
 
+// Returns a full path without "." and "..", as the file functions understand it.
+std::string ResolveDots(std::string_view path);
+
 // Returns the file name with ".~" at the start of its extension: Unit1.~pas for Unit1.pas.
 std::string BackupFileName(std::string_view fileName);
 

@@ -37,17 +37,12 @@ bool IsMigrated(std::string_view fileName) {
                      });
 }
 
-bool HasDots(std::string_view path) {
-  const std::string marked = "\\" + std::string(path) + "\\";
-  return marked.find("\\..\\") != std::string::npos || marked.find("\\.\\") != std::string::npos;
-}
-
 // Returns True if the backup is at or below the folder of the undo file. The two may be spelled differently:
 // a folder is that of the undo file if it contains the undo file.
 bool IsBelowUndoFile(const std::string& backup, const std::string& undoFile) {
   const std::string name = rtl::ExtractFileName(undoFile);
   const auto undoStamp = win::GetFileStamp(undoFile);
-  std::string folder = rtl::ExtractFileDir(backup);
+  std::string folder = rtl::ExtractFileDir(ResolveDots(backup));
   while (undoStamp) {
     const auto stamp = win::GetFileStamp(JoinPath(folder, name));
     if (stamp && stamp->Volume == undoStamp->Volume && stamp->Identity == undoStamp->Identity) return true;
@@ -59,7 +54,7 @@ bool IsBelowUndoFile(const std::string& backup, const std::string& undoFile) {
 }
 
 bool HasNamesOfARun(const TRestoreLine& line) {
-  return IsMigrated(line.Original) && !HasDots(line.Backup) &&
+  return IsMigrated(line.Original) &&
          SameFileName(rtl::ExtractFileName(line.Backup), BackupFileName(rtl::ExtractFileName(line.Original)));
 }
 

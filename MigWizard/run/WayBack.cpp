@@ -27,7 +27,7 @@ constexpr char kUndoFileFound[] =
 
 bool IsSameFolder(const std::string& left, const std::string& right) {
   const auto spelled = [](const std::string& folder) {
-    return win::UpperFileName(JoinPath(win::FileSystem().GetLongPathNameA(folder), ""));
+    return win::UpperFileName(JoinPath(win::FileSystem().GetLongPathNameA(ResolveDots(folder)), ""));
   };
   return spelled(left) == spelled(right);
 }
