@@ -10,8 +10,8 @@ namespace cli {
 extern const char kShellQuote;
 
 // Returns the files that a typed path with "*" or "?" in its name stands for, spelled with the folder as
-// typed. Returns the path as it is if it has none of them, if no file matches, or if the shells of this host
-// have expanded it already.
+// typed. Returns the path as it is if it has none of them, or if the shells of this host have expanded it
+// already. Raises EUsage if no file matches.
 std::vector<std::string> ExpandWildcards(const std::string& typed);
 
 }  // namespace cli

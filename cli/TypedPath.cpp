@@ -11,7 +11,8 @@ namespace cli {
 std::string WindowsPath(const std::string& typed) {
   std::string path = win::ToWindowsPath(typed);
   if (path.empty())
-    throw EUsage("\"" + typed + "\" cannot be written as a Windows path; is its drive mapped?");
+    throw EUsage("\"" + typed + "\" cannot be written as a Windows path" +
+                 (win::CanMapDrives() ? "; is its drive mapped?" : "."));
   return path;
 }
 

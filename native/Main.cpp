@@ -94,11 +94,11 @@ target::TCatalogue LoadCatalogue(const std::string& fileName) {
   return {rtl::ReadFile(win::ToWindowsPath(fileName)), fileName};
 }
 
-// Opens the manual, which is in the program's folder.
+// Opens the manual, which is in a folder beside the program.
 void ShowManual() {
   wchar_t program[MAX_PATH] = {};
   GetModuleFileNameW(nullptr, program, MAX_PATH);
-  const std::string manual = rtl::ExtractFilePath(win::ToUtf8OrReplaced(program)) + "manual.md";
+  const std::string manual = rtl::ExtractFilePath(win::ToUtf8OrReplaced(program)) + R"(docs\manual.html)";
   if (win::ShellExecuteA("open", manual)) return;
   rtl::Application().MessageBox("The manual \"" + manual + "\" cannot be opened.", kWizardTitle,
                                 rtl::MB_ICONINFORMATION);

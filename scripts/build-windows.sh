@@ -46,7 +46,7 @@ gather_sources() {
   touch "$sources/complete"
 }
 
-install_packages "${PACKAGES_PROGRAM[@]}" "${PACKAGES_WINDOWS[@]}"
+install_packages "${PACKAGES_PROGRAM[@]}" "${PACKAGES_WINDOWS[@]}" "${PACKAGES_PACKAGE[@]}"
 gather_sources
 with_archive=yes
 [ "${1:-}" != --no-archive ] || { with_archive=no && shift; }
@@ -64,7 +64,9 @@ for preset in "$@"; do
   folder=$packages/$name
   rm -rf "$folder" "$folder.zip"
   mkdir -p "$folder/licences"
-  cp LICENSE CHANGELOG.md README.md docs/manual.md "$folder"
+  cp -r LICENSE examples "$folder"
+  rm "$folder/examples/README.md"  # which is there as HTML, like the other documents
+  scripts/html-documents.py "$folder"
   cp "build/$preset/cli/kvamigrate.exe" "build/$preset/cli/kvawizard.exe" "build/$preset/cli/kvaexpert.dll" "$folder"
   "$([ "$preset" = win64 ] && echo x86_64 || echo i686)-w64-mingw32-strip" "$folder"/*.exe "$folder"/*.dll
   for library in libpugixml-dev libz-mingw-w64-dev libdtl-dev nlohmann-json3-dev libicu-dev mingw-w64-common gcc-mingw-w64-base; do

@@ -14,8 +14,8 @@ max_static_bytes=$((5 * 1024 * 1024))
 install_packages "${PACKAGES_PROGRAM[@]}" "${PACKAGES_DESKTOP[@]}" "${PACKAGES_PACKAGE[@]}"
 [ -f "$build/build.ninja" ] || configure_quietly desktop
 build_quietly "$build" all kvamigrate_static
-rm -rf "$packages"
 mkdir -p "$packages"
+rm -rf "$packages"/*.deb "$packages"/*.tar.gz
 
 # The packages for Debian.
 (cd "$build" && cpack -B "$packages" >"$packages/cpack.log" 2>&1) || { cat "$packages/cpack.log" >&2; exit 1; }
@@ -31,7 +31,9 @@ name=kvamigrate-${version##* }-linux-x86_64
 folder=$packages/$name
 mkdir -p "$folder/licences" "$folder/completions"
 cp "$program" "$folder/kvamigrate"
-cp LICENSE CHANGELOG.md README.md docs/manual.md "$folder"
+cp -r LICENSE examples "$folder"
+rm "$folder/examples/README.md"  # which is there as HTML, like the other documents
+scripts/html-documents.py "$folder"
 cp "$build/cli/kvamigrate.1" "$folder"
 cp "$build"/cli/{kvamigrate.bash,_kvamigrate,kvamigrate.fish} "$folder/completions"
 for library in libicu-dev libpugixml-dev zlib1g-dev libdtl-dev libc6-dev libstdc++-12-dev; do

@@ -58,6 +58,6 @@ configure_quietly() {
   PACKAGES_DESKTOP=(qt6-base-dev libqscintilla2-qt6-dev libgl-dev)
   PACKAGES_TESTS=(clang libclang-rt-14-dev llvm libgtest-dev libbenchmark-dev fp-compiler fp-units-rtl fp-units-fcl binutils git python3 fish groff zsh)
   PACKAGES_LINT=(clang-format clang-tidy shellcheck pyflakes3)
-  PACKAGES_WINDOWS=(dpkg-dev g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix googletest icoutils librsvg2-bin libz-mingw-w64-dev wine wine64 xauth xvfb zip)
-  PACKAGES_PACKAGE=(dpkg-dev fakeroot file gzip lintian)
+  PACKAGES_WINDOWS=(dpkg-dev g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix googletest icoutils librsvg2-bin libz-mingw-w64-dev unzip wine wine64 xauth xvfb zip)
+  PACKAGES_PACKAGE=(cmark-gfm dpkg-dev fakeroot file gzip lintian python3)
 }

@@ -119,7 +119,7 @@ TEST_F(FormCommandTest, WhatIsDroppedAndWhatIsRefused) {
   FTree.Write("a.dfm", FBinary + "second");
   EXPECT_EQ(Run("to-text a.dfm -o to"), "0||kvamigrate: a.dfm: 6 bytes after the form are not part of it.\n");
   EXPECT_EQ(FTree.Read("to"), kText);
-  EXPECT_EQ(Run("to-binary - -o to <to"), "0||");
+  EXPECT_EQ(Run("to-binary - -o from <to"), "0||");
   FTree.Write("a.txt", "object T end end\r\n");
   EXPECT_EQ(Run("to-binary a.txt --output=to"),
             "0||kvamigrate: a.txt: 6 bytes after the form are not part of it.\n");

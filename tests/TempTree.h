@@ -43,31 +43,32 @@ class TTempTree {
 
   // Creates the file and its folders.
   void Write(std::string_view name, std::string_view bytes) const {
-    std::filesystem::create_directories(std::filesystem::path(HostPath(name)).parent_path());
-    std::ofstream file(std::filesystem::path(HostPath(name)), std::ios::binary | std::ios::trunc);
+    std::filesystem::create_directories(FilePath(name).parent_path());
+    std::ofstream file(FilePath(name), std::ios::binary | std::ios::trunc);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (!file.flush()) ADD_FAILURE() << "cannot write " << HostPath(name);
   }
-  void MakeFolder(std::string_view name) const { std::filesystem::create_directories(HostPath(name)); }
+  void MakeFolder(std::string_view name) const { std::filesystem::create_directories(FilePath(name)); }
   // Returns false if the host has no links.
   bool Link(std::string_view text, std::string_view name) const {
     return MakeLink(std::string(text), HostPath(name));
   }
 
   bool Exists(std::string_view name) const {
-    return std::filesystem::exists(std::filesystem::symlink_status(HostPath(name)));
+    return std::filesystem::exists(std::filesystem::symlink_status(FilePath(name)));
   }
   // Returns the contents, or "(missing)" if there is no such file.
   std::string Read(std::string_view name) const {
-    std::ifstream file(std::filesystem::path(HostPath(name)), std::ios::binary);
+    std::ifstream file(FilePath(name), std::ios::binary);
     if (!file) return "(missing)";
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   }
   // Returns the names in a folder, sorted by their bytes.
   std::vector<std::string> Names(std::string_view folder = {}) const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(HostPath(folder))) {
-      names.push_back(entry.path().filename().string());
+    for (const auto& entry : std::filesystem::directory_iterator(FilePath(folder))) {
+      const std::u8string leaf = entry.path().filename().u8string();
+      names.emplace_back(leaf.begin(), leaf.end());
     }
     std::sort(names.begin(), names.end());
     return names;
@@ -81,6 +82,12 @@ class TTempTree {
   explicit TTempTree(const TExisting& folder) : FRoot(folder.Root), FIsKept(true) {}
 
  private:
+  // A plain string would be in the code page of the C locale on Windows.
+  std::filesystem::path FilePath(std::string_view name) const {
+    const std::string path = HostPath(name);
+    return std::u8string(path.begin(), path.end());
+  }
+
   std::string FRoot;
   bool FIsKept = false;
 };

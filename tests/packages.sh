@@ -11,15 +11,18 @@ trap 'rm -rf "$scratch"' EXIT
 
 fail() { echo "packages.sh: $*" >&2; exit 1; }
 
-# run PROGRAM: converts an example application and takes it back; its tree has to be as before.
+# run ROOT COMMAND...: converts an example application and takes it back; its tree has to be as before. The command is the
+# program, for which ROOT is the root folder.
 run() {
-  rm -rf "$scratch/app"
-  cp -r "$project/examples/bde" "$scratch/app"
-  "$1" replace --mode bde --folder "$scratch/app" --subfolders >/dev/null 2>&1 || fail "$1 replace failed"
-  cmp -s "$project/examples/bde/DataMod.pas" "$scratch/app/DataMod.pas" && fail "$1 replace changed nothing"
-  "$1" restore "$scratch/app/RBackup/RExpert.reu" >/dev/null 2>&1 || fail "$1 restore failed"
-  rm -r "$scratch/app/RBackup" "$scratch/app/Wiz_Log.txt"
-  diff -r "$project/examples/bde" "$scratch/app" || fail "$1 restore left other files"
+  local app=$scratch/app name=${*: -1}
+  rm -rf "$1$app"
+  mkdir -p "$1$scratch"
+  cp -r "$project/examples/bde" "$1$app"
+  "${@:2}" replace --mode bde --folder "$app" --subfolders >/dev/null 2>&1 || fail "$name replace failed"
+  cmp -s "$project/examples/bde/DataMod.pas" "$1$app/DataMod.pas" && fail "$name replace changed nothing"
+  "${@:2}" restore "$app/RBackup/RExpert.reu" >/dev/null 2>&1 || fail "$name restore failed"
+  rm -r "$1$app/RBackup" "$1$app/Wiz_Log.txt"
+  diff -r "$project/examples/bde" "$1$app" || fail "$name restore left other files"
 }
 
 # An empty root with a package database, whose programs run with the libraries of this machine.
@@ -31,7 +34,7 @@ listing() { (cd "$root" && find . -path ./var -prune -o ! -type d -print | sort)
 
 in_root --install "$packages"/*.deb
 installed=$(listing)
-run "$root/usr/bin/kvamigrate"
+run "" "$root/usr/bin/kvamigrate"
 QT_QPA_PLATFORM=offscreen "$root/usr/bin/kvawizard" --help >/dev/null 2>&1 || fail "kvawizard --help failed"
 for file in usr/share/man/man1/kvamigrate.1.gz usr/share/man/man1/kvawizard.1.gz usr/share/applications/kvawizard.desktop \
   usr/share/icons/hicolor/scalable/apps/kvawizard.svg usr/share/bash-completion/completions/kvamigrate \
@@ -44,5 +47,13 @@ in_root --purge kvamigrate kvawizard
 tar -C "$scratch" -xzf "$packages"/kvamigrate-*-linux-x86_64.tar.gz
 program=$(echo "$scratch"/kvamigrate-*/kvamigrate)
 readelf -l "$program" | grep -q INTERP && fail "$program needs a loader"
-run "$program"
+# A root with the program, a folder for temporary files, and nothing else.
+bare=$scratch/bare
+mkdir -p "$bare/tmp"
+cp "$program" "$bare"
+if [ "$(id -u)" -eq 0 ]; then
+  TMPDIR=/tmp run "$bare" chroot "$bare" /kvamigrate
+else
+  TMPDIR=/tmp run "$bare" unshare --map-root-user --root="$bare" /kvamigrate
+fi
 echo "packages: installed, run and removed"

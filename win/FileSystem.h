@@ -184,7 +184,8 @@ class TFileSystem {
 
   // Locks a folder for as long as the returned object lives. Returns null on failure; ERROR_SHARING_VIOLATION
   // if somebody, in any process, holds the lock. The lock keeps out nothing but LockFolder. On a volume
-  // without locks it always succeeds.
+  // without locks it always succeeds. On Windows, the lock of a folder on a network drive holds for other
+  // computers, too, and is a file in the folder that goes with the lock.
   [[nodiscard]] virtual std::unique_ptr<TFileLock> LockFolder(std::string_view path) = 0;
 
   // Creates a folder. ERROR_ALREADY_EXISTS if there is a folder or a file of that name, in any case.

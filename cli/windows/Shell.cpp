@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cli/Commands.h"
 #include "cli/PathPattern.h"
 #include "cli/TypedPath.h"
 #include "rtl/text/Files.h"
@@ -22,7 +23,8 @@ std::vector<std::string> ExpandWildcards(const std::string& typed) {
   while (entries.Next()) {
     if (!entries.IsFolder() && patterns.Match(entries.Name())) files.push_back(folder + entries.Name());
   }
-  return files.empty() ? std::vector<std::string>{typed} : files;
+  if (files.empty()) throw EUsage("No file matches \"" + typed + "\".");
+  return files;
 }
 
 }  // namespace cli

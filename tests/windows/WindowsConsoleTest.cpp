@@ -14,17 +14,16 @@ namespace {
 
 constexpr DWORD kMostMilliseconds = 60'000;
 
-// A pseudo console of 200 columns.
 class TPseudoConsole {
  public:
-  TPseudoConsole() {
+  explicit TPseudoConsole(short columns) {
     HANDLE ends[4] = {};
     CreatePipe(&ends[0], &ends[1], nullptr, 0);
     CreatePipe(&ends[2], &ends[3], nullptr, 0);
     const win::THandle input(ends[0]), output(ends[3]);
     FInput = win::THandle(ends[1]);
     FOutput = win::THandle(ends[2]);
-    if (Create) Create({200, 50}, input.Get(), output.Get(), 0, &FConsole);
+    if (Create) Create({columns, 50}, input.Get(), output.Get(), 0, &FConsole);
   }
   ~TPseudoConsole() { End(); }
   TPseudoConsole(const TPseudoConsole&) = delete;
@@ -82,14 +81,14 @@ std::string Shown(const std::string& output) {
 class WindowsConsoleTest : public testing::Test {
  protected:
   void SetUp() override {
-    if (!TPseudoConsole().Exists()) GTEST_SKIP() << "this version of Windows has no pseudo console";
+    if (!TPseudoConsole(80).Exists()) GTEST_SKIP() << "this version of Windows has no pseudo console";
     FTree.Write("src/A.pas", "unit A;\r\nvar Q: TQuery;\r\n");
     FTree.Write("src/B.pas", "unit B;\r\nvar T: TTable;\r\n");
   }
 
   // Runs the program. Types the next of `answers` when it asks. Returns "STATUS|output", with <dir> for the tree.
-  std::string Run(const std::string& arguments, std::vector<std::string> answers = {}) {
-    TPseudoConsole console;
+  std::string Run(const std::string& arguments, std::vector<std::string> answers = {}, short columns = 200) {
+    TPseudoConsole console(columns);
     const std::wstring folder = win::ToWideOrReplaced(FTree.HostPath());
     const win::THandle process = console.Start(
         win::ToWideOrReplaced(KVA_BINARY_DIR "/cli/onconsole.exe " KVA_BINARY_DIR "/cli/kvamigrate.exe " +
@@ -136,6 +135,14 @@ TEST_F(WindowsConsoleTest, APatchInColours) {
             "0|\x1B[1mdiff --git a/B.pas b/B.pas\x1B[m\n\x1B[1m--- a/B.pas\x1B[m\n\x1B[1m+++ b/B.pas\x1B[m\n"
             "\x1B[36m@@ -1,2 +1,2 @@\x1B[m\n unit B;\n\x1B[31m-var T: TTable;\x1B[m\n\x1B[32m+var T: "
             "TKVATable;\x1B[m\n");
+}
+
+TEST_F(WindowsConsoleTest, ProgressIsAsWideAsTheConsole) {
+  const std::string shown = Run("replace --dry-run --mode bde src", {}, 30);
+  const std::regex line(R"(\[\d+/\d+\] [^\x1B\n]*\\src\\[AB]\.pas)");
+  const std::sregex_iterator first(shown.begin(), shown.end(), line), none;
+  EXPECT_NE(first, none) << shown;
+  for (auto it = first; it != none; ++it) EXPECT_EQ(it->length(), 29) << shown;
 }
 
 TEST_F(WindowsConsoleTest, AskingUnitByUnit) {

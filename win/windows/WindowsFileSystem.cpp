@@ -27,14 +27,29 @@ uint32_t AttributesBehindLink(const std::wstring& full) {
 
 // The folder's identity is the name of an object of the system, which lives as long as a process has it
 // open: so the lock of a process that was killed is free at once, and nobody else's access to the folder is
-// affected.
+// affected. Other computers do not see the object. A folder of a network drive has a file in it, too, that the
+// system deletes when the process closes it or ends.
 class TWindowsLock : public TFileLock {
  public:
-  explicit TWindowsLock(THandle object) : FObject(std::move(object)) {}
+  TWindowsLock(THandle object, THandle file) : FObject(std::move(object)), FFile(std::move(file)) {}
 
  private:
-  THandle FObject;
+  THandle FObject, FFile;
 };
+
+bool IsOnNetwork(const std::wstring& full) {
+  const std::wstring root = WithoutPrefix(std::wstring_view(full).substr(0, RootLength(full)));
+  return root.starts_with(LR"(\\)") || GetDriveTypeW(root.c_str()) == DRIVE_REMOTE;
+}
+
+// Opens the file that locks a folder among computers. Returns false if another one has it open. Where no file can
+// be created, `file` remains closed.
+bool OpenLockFile(const std::wstring& folder, THandle& file) {
+  constexpr DWORD kFlags = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE;
+  const std::wstring name = folder + (folder.ends_with(L'\\') ? L"" : L"\\") + L"~kvalock.$$$";
+  file = THandle(CreateFileW(name.c_str(), GENERIC_READ | DELETE, 0, nullptr, OPEN_ALWAYS, kFlags, nullptr));
+  return file.IsOpen() || ::GetLastError() != static_cast<DWORD>(ERROR_SHARING_VIOLATION);
+}
 
 }  // namespace
 
@@ -174,7 +189,12 @@ std::unique_ptr<TFileLock> TWindowsFileSystem::LockFolder(std::string_view path)
     Fail(object.IsOpen() || code == ERROR_ACCESS_DENIED ? ERROR_SHARING_VIOLATION : code);
     return nullptr;
   }
-  return std::make_unique<TWindowsLock>(std::move(object));
+  THandle file;
+  if (IsOnNetwork(full) && !OpenLockFile(full, file)) {
+    FailLast();
+    return nullptr;
+  }
+  return std::make_unique<TWindowsLock>(std::move(object), std::move(file));
 }
 
 bool TWindowsFileSystem::FlushFolder(std::string_view path) {

@@ -12,9 +12,15 @@ constexpr std::wstring_view kPrefix = LR"(\\?\)";
 constexpr std::wstring_view kNetworkPrefix = LR"(\\?\UNC\)";
 constexpr std::wstring_view kDevices = LR"(\\.\)";
 
-// Returns whether no file can have the name. A colon would name another stream of a file.
+// Returns whether no name of a file or folder has the character. A colon would name another stream of a file.
 bool IsForbidden(wchar_t c) {
   return c < 32 || std::wstring_view(LR"(<>:"|?*)").find(c) != std::wstring_view::npos;
+}
+
+// Returns the length of the part before the names: of "\\?\" and "C:", where the path begins with them.
+size_t DriveLength(std::wstring_view path) {
+  const size_t start = path.starts_with(kPrefix) ? kPrefix.size() : 0;
+  return path.substr(start).find(L':') == 1 ? start + 2 : start;
 }
 
 // Appends the system's full path of `folder` to `full`. On failure returns false, with the last error set.
@@ -49,15 +55,17 @@ bool FullPath(std::string_view path, TPathKind kind, std::wstring& full) {
   if (!wide || wide->find(L'\0') != std::wstring::npos) return Fail(ERROR_INVALID_NAME);
   std::replace(wide->begin(), wide->end(), L'/', L'\\');
   if (kind == TPathKind::File && wide->back() == L'\\') return Fail(ERROR_INVALID_NAME);
+  const size_t drive = DriveLength(*wide);
+  if (std::any_of(wide->begin() + static_cast<std::ptrdiff_t>(drive), wide->end(), IsForbidden))
+    return Fail(ERROR_INVALID_NAME);
   // The name itself is kept away from the system's full path, which makes "\\.\con" of "C:\con.pas".
-  const size_t start = wide->find_last_of(LR"(\:)") + 1;  // npos + 1 is 0
+  const size_t start = std::max(drive, wide->rfind(L'\\') + 1);  // npos + 1 is 0
   std::wstring leaf = wide->substr(start);
   std::wstring folder = wide->substr(0, start);
   if (leaf == L"." || leaf == L"..") {
     folder = *wide;
     leaf.clear();
   }
-  if (std::any_of(leaf.begin(), leaf.end(), IsForbidden)) return Fail(ERROR_INVALID_NAME);
   if (!AppendFullFolder(folder.empty() ? L"." : folder, full)) return false;
   full += leaf;
   if (leaf.empty() && full.size() > RootLength(full)) full.pop_back();
