@@ -69,14 +69,16 @@ TEST_F(CommandLineTest, APatchBelowTheTopOfAWorkingTree) {
   FTree.Write("src/P.dpr", "program P;\r\nuses A in 'A.pas', B in '..\\" + outside + "';\r\nend.\r\n");
   FTree.Write(outside, "unit B;\nvar Q: TQuery;\n");
   FTree.MakeFolder(".git");
-  EXPECT_EQ(tests::RunCommand(FTree, "replace --mode bde src/P.dpr --diff >the.patch"),
-            "0||Files:     3 read, 3 to change\n"
-            "Objects:   1 to convert: TQuery 1\n"
-            "Leaves:    no-new-units 2\n"
-            "Next:      2 errors, 0 warnings to look at\n"
-            "Apply the patch in the folder \"" +
-                fs::path("<dir>/src").make_preferred().string() +
-                "\" with: git --git-dir=. apply --unsafe-paths\n");
+  const std::string shown = tests::RunCommand(FTree, "replace --mode bde src/P.dpr --diff");
+  FTree.Write("the.patch", FTree.Read("out.txt"));
+  EXPECT_EQ(shown, "0|" + FTree.Read("the.patch") +
+                       "|Files:     3 read, 3 to change\n"
+                       "Objects:   1 to convert: TQuery 1\n"
+                       "Leaves:    no-new-units 2\n"
+                       "Next:      2 errors, 0 warnings to look at\n"
+                       "Apply the patch in the folder \"" +
+                       fs::path("<dir>/src").make_preferred().string() +
+                       "\" with: git --git-dir=. apply --unsafe-paths\n");
   if (!hasGit) GTEST_SKIP() << "there is no git to apply the patch";
   ASSERT_EQ(std::system(("git init -q " + FTree.HostPath()).c_str()), 0);
   const std::string apply =

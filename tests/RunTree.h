@@ -37,10 +37,7 @@ class TRunTree : public testing::Test {
 
   target::TKVAComponentReplacer& Replacer() { return FMigration.BDE(); }
   std::string UndoFile() { return mig::JoinPath(FMigration.Options().BackupDir, "RExpert.reu"); }
-  std::string Read(const std::string& name) {
-    std::ifstream file(std::filesystem::path(FTree.HostPath(name)), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string Read(const std::string& name) { return FTree.Exists(name) ? FTree.Read(name) : std::string(); }
   std::map<std::string, std::string> Sources() {
     std::map<std::string, std::string> files;
     for (const char* name : {"src/A.pas", "src/A.dfm", "src/Sub/B.pas", "src/Sub/B.dfm"})

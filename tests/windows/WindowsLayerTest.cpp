@@ -155,9 +155,9 @@ TEST_F(WindowsLayerTest, NamesThatDifferInNormalisationAreTwoFiles) {
 
 // A share of this machine, which tests/windows.sh has made, serves as a network drive.
 TEST_F(WindowsLayerTest, NetworkDrives) {
-  const char* const share = std::getenv("KVA_TEST_SHARE");
-  if (!share) GTEST_SKIP() << "KVA_TEST_SHARE is not set";
-  const std::string folder = share + std::string(R"(\Folder)"), unit = folder + R"(\Unit1.pas)";
+  const char* const drive = std::getenv("KVA_TEST_SHARE");
+  if (!drive) GTEST_SKIP() << "KVA_TEST_SHARE is not set";
+  const std::string folder = drive + std::string(R"(\Folder)"), unit = folder + R"(\Unit1.pas)";
   ASSERT_TRUE(FFiles->CreateDirectoryA(folder)) << GetLastError();
   const std::wstring lockFile = ToWideOrReplaced(folder + R"(\~kvalock.$$$)");
   const auto open = [&](DWORD share, DWORD how) {
@@ -168,13 +168,12 @@ TEST_F(WindowsLayerTest, NetworkDrives) {
     const auto lock = FFiles->LockFolder(folder);
     EXPECT_TRUE(lock);
     EXPECT_FALSE(open(FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING).IsOpen());
-    EXPECT_EQ(GetLastError(), ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(::GetLastError(), static_cast<DWORD>(ERROR_SHARING_VIOLATION));
     EXPECT_TRUE(FFiles->ReplaceFileContents(unit, "one"));
     EXPECT_TRUE(FFiles->CopyToOwnFile(unit, folder + R"(\Unit1.~pas)"));
     EXPECT_TRUE(FFiles->ReplaceFileContents(unit, "two"));
     EXPECT_TRUE(FFiles->MoveFileReplacing(folder + R"(\Unit1.~pas)", folder + R"(\UNIT1.PAS)"));
-    EXPECT_EQ(FFiles->GetLongPathNameA(share + std::string(R"(\FOLDER\unit1.PAS)")),
-              folder + R"(\UNIT1.PAS)");
+    EXPECT_EQ(FFiles->GetLongPathNameA(drive + std::string(R"(\FOLDER\unit1.PAS)")), unit);
     EXPECT_TRUE(FFiles->FlushWritten());
   }
   {
@@ -190,11 +189,12 @@ TEST_F(WindowsLayerTest, NetworkDrives) {
 TEST_F(WindowsLayerTest, AFileIsOpenedByItsProgram) {
   if (!std::getenv("KVA_TEST_MACHINE")) GTEST_SKIP() << "KVA_TEST_MACHINE is not set";
   const std::wstring opened = Wide("opened.txt");
-  const std::wstring keys = LR"(Software\Classes\.kvatest)";
-  const std::wstring command = LR"(cmd.exe /c copy "%1" ")" + opened + L"\"";
-  ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, (keys + LR"(\shell\open\command)").c_str(), nullptr, REG_SZ,
-                            command.c_str(), static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t))),
-            0);
+  const auto set = [](const wchar_t* key, const std::wstring& value) {
+    return RegSetKeyValueW(HKEY_CLASSES_ROOT, key, nullptr, REG_SZ, value.c_str(),
+                           static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
+  };
+  ASSERT_EQ(set(L".kvatest", L"kvatest"), 0);
+  ASSERT_EQ(set(LR"(kvatest\shell\open\command)", LR"(cmd.exe /c copy "%1" ")" + opened + L"\""), 0);
   FTree.Write("A log \u00E9.kvatest", "read me");
   EXPECT_TRUE(ShellExecuteA("open", Path("A log \u00E9.kvatest"))) << GetLastError();
   for (int i = 0; i < 600 && FTree.Read("opened.txt") != "read me"; ++i) Sleep(100);
@@ -202,7 +202,8 @@ TEST_F(WindowsLayerTest, AFileIsOpenedByItsProgram) {
   EXPECT_EQ(Outcome(ShellExecuteA("open", Path("None.kvatest"))), ERROR_FILE_NOT_FOUND);
   FTree.Write("A.noprogram", "");
   EXPECT_EQ(Outcome(ShellExecuteA("open", Path("A.noprogram"))), ERROR_FILE_NOT_FOUND);
-  RegDeleteTreeW(HKEY_CURRENT_USER, keys.c_str());
+  RegDeleteTreeW(HKEY_CLASSES_ROOT, L".kvatest");
+  RegDeleteTreeW(HKEY_CLASSES_ROOT, L"kvatest");
 }
 
 TEST(WindowsPathTest, FullPaths) {

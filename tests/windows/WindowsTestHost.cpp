@@ -56,7 +56,7 @@ int RunProgram(const std::string& folder, const std::string& temporary, const st
   std::replace(words.begin(), words.end(), '\'', '"');
   const std::string program =
       std::filesystem::path(KVA_BINARY_DIR "/cli/kvamigrate.exe").make_preferred().string();
-  return Run(L"cmd.exe /s /c \">out.txt 2>err.txt " + win::ToWideOrReplaced(program + " " + words) + L"\"",
+  return Run(L"cmd.exe /s /c \"" + win::ToWideOrReplaced(program + " " + words) + L" >out.txt 2>err.txt\"",
              win::ToWideOrReplaced(folder));
 }
 
