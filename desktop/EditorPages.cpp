@@ -71,17 +71,15 @@ std::vector<std::string> TEditorPages::FileNames() const {
   return names;
 }
 
+// A label takes the colour of links from the application, where it may be dark on dark.
 void TEditorPages::ShowLinks() {
-  QPalette colors;
-  colors.setColor(QPalette::Link, LinkColor(palette()));
-  FHint->setPalette(colors);
-  const QString html = FHint->text();
-  FHint->clear();  // a text that is set already keeps its colours
-  FHint->setText(html);
+  const QString style = QString("<style>a { color: %1 }</style>").arg(LinkColor(palette()).name());
+  if (FHint->text() != style + FHtml) FHint->setText(style + FHtml);
 }
 
 void TEditorPages::SetHint(const QString& html) {
-  if (FHint->text() != html) FHint->setText(html);
+  FHtml = html;
+  ShowLinks();
 }
 
 void TEditorPages::resizeEvent(QResizeEvent* event) {

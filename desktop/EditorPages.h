@@ -71,6 +71,7 @@ class TEditorPages : public QTabWidget {
   void ShowLinks();
 
   QLabel* FHint;
+  QString FHtml;  // of the hint
 };
 
 }  // namespace desktop

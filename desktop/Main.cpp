@@ -9,6 +9,7 @@
 #include "desktop/HostWindow.h"
 #include "desktop/ProgressWindow.h"
 #include "desktop/QtText.h"
+#include "desktop/TickStyle.h"
 #include "host/WizardProgram.h"
 #include "host/WizardRun.h"
 #include "rtl/text/Files.h"
@@ -120,6 +121,7 @@ int Main(int argc, char** argv) {
   }
 #endif
   QApplication application(argc, argv);
+  QApplication::setStyle(new desktop::TTickStyle);
   TFrontEnd frontEnd(host::kWizardTitle);
   try {
     const TOptions options = ParseCommandLine(application);

@@ -8,6 +8,7 @@
 
 #include "MigWizard/wizard/Wizard.h"
 #include "desktop/ProgressWindow.h"
+#include "desktop/TickStyle.h"
 #include "host/Host.h"
 #include "target/KVAExpert.h"
 #include "tests/WindowTest.h"
@@ -181,6 +182,7 @@ TEST(FilterTest, OfAPicker) {
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
+  QApplication::setStyle(new desktop::TTickStyle);
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }
