@@ -20,6 +20,14 @@ bool MakeFolder(std::string_view path) {
   return rtl::CreateDir(path) || win::GetLastError() == win::ERROR_ALREADY_EXISTS;
 }
 
+// Returns the length of "\\server\share\" at the start of a network path; 0 for other paths.
+size_t ShareLength(std::string_view path) {
+  if (!path.starts_with(R"(\\)")) return 0;
+  const size_t server = path.find('\\', 2);
+  const size_t share = server == std::string_view::npos ? server : path.find('\\', server + 1);
+  return share == std::string_view::npos ? path.size() : share + 1;
+}
+
 void EmptyFolder(std::string_view dir) {
   rtl::TFolderEntries entries(dir);
   while (entries.Next()) {
@@ -125,7 +133,9 @@ std::string BackupFileName(std::string_view fileName) {
 }
 
 bool ForceFolders(std::string_view path) {
-  for (size_t i = path.find('\\'); i != std::string_view::npos; i = path.find('\\', i + 1)) {
+  const size_t share = ShareLength(path);
+  if (share > 0 && share == path.size()) return true;
+  for (size_t i = path.find('\\', share); i != std::string_view::npos; i = path.find('\\', i + 1)) {
     if (i == 2 && path[1] == ':') continue;
     if (!MakeFolder(path.substr(0, i))) return false;
     if (i + 1 == path.size()) return true;
