@@ -397,11 +397,8 @@ void TUnitReader::ReadRoutine(int nesting) {
   const bool hasResult = Word() == Function || Word() == Operator;
   TUnitToken name = Token(1);
   THeading heading = ReadHeading(nesting);
-  if (heading.Owner.empty()) {
-    Declare(Declared(), {}, name);
-  } else {
-    routine.Owner = heading.Owner;
-  }
+  if (heading.Owner.empty()) Declare(Declared(), {}, name);
+  if (!heading.Owner.empty()) routine.Owner = heading.Owner;
   if (!heading.HasBody || (FIsInterface && FRoutines.empty()) || nesting >= kMostNesting) return;
   routine.Locals = std::move(heading.Parameters);
   if (hasResult) {
