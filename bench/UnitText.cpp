@@ -5,10 +5,10 @@ namespace {
 
 constexpr const char* kVerbs[] = {"Load", "Store", "Check", "Print", "Count",
                                   "Find", "Close", "Merge", "Split", "Send"};
-constexpr const char* kNouns[] = {"Members",  "Loans",   "Invoices", "Prices",
-                                  "Articles", "Batches", "Growers",  "Ledger"};
-constexpr const char* kBde[] = {"TQuery", "TTable", "TDatabase", "TStoredProc", "TUpdateSQL"};
-constexpr const char* kIbx[] = {"TIBQuery", "TIBTable", "TIBDatabase", "TIBStoredProc", "TIBSQL"};
+constexpr const char* kTopics[] = {"Members",  "Loans",   "Invoices", "Prices",
+                                   "Articles", "Batches", "Growers",  "Ledger"};
+constexpr const char* kBdeClasses[] = {"TQuery", "TTable", "TDatabase", "TStoredProc", "TUpdateSQL"};
+constexpr const char* kIbxClasses[] = {"TIBQuery", "TIBTable", "TIBDatabase", "TIBStoredProc", "TIBSQL"};
 constexpr const char* kOther[] = {"TStringList", "TMemoryStream", "TDataSource", "TQueryHelper",
                                   "TFileStream"};
 // "@" is replaced by a class, "#" by a number.
@@ -63,7 +63,7 @@ class TUnitWriter {
 
   std::string ClassName() {
     if (!FPlan.Changing || FRandom.Percent(50)) return FRandom.Pick(kOther);
-    return FPlan.Ibx ? FRandom.Pick(kIbx) : FRandom.Pick(kBde);
+    return FPlan.Ibx ? FRandom.Pick(kIbxClasses) : FRandom.Pick(kBdeClasses);
   }
 
   std::string Filled(std::string_view pattern) {
@@ -81,7 +81,8 @@ class TUnitWriter {
   }
 
   void Procedure(const std::string& unitName) {
-    Line("procedure T" + unitName + "." + FRandom.Pick(kVerbs) + FRandom.Pick(kNouns) + "(Sender: TObject);");
+    Line("procedure T" + unitName + "." + FRandom.Pick(kVerbs) + FRandom.Pick(kTopics) +
+         "(Sender: TObject);");
     Line("var");
     Line("  S: string;");
     Line("  Total: Integer;");

@@ -13,6 +13,7 @@
 #include "desktop/CodePageGuess.h"
 #include "desktop/EditorPages.h"
 #include "desktop/HostMenu.h"
+#include "desktop/HostTexts.h"
 #include "desktop/QtText.h"
 #include "desktop/SourceEditor.h"
 #include "host/Project.h"
@@ -26,11 +27,10 @@ namespace desktop {
 
 namespace {
 
-constexpr char kSection[] = "Host Window";
 constexpr char kFileMenu[] = "EditFileCodePage";
 constexpr char kProjectMenu[] = "EditProjectCodePage";
-constexpr size_t kMostUnits = 40;       // of a project, for the guess
-constexpr size_t kMostBytes = 1 << 20;  // the same
+constexpr size_t kMostUnits = 40;             // of a project, for the guess
+constexpr size_t kMostSampleBytes = 1 << 20;  // the same
 
 std::string KeyOf(const std::string& project) {
   return "CodePage " + rtl::UpperCase(project);
@@ -46,7 +46,7 @@ uint32_t GuessOf(const std::vector<std::string>& units, uint32_t codePage) {
   const std::unique_ptr<win::TFileSystem> files = win::AnotherHostFileSystem();
   const win::TFileSystemOverride inForce(*files);
   std::string sample;
-  for (size_t i = 0; i < units.size() && sample.size() < kMostBytes; ++i) {
+  for (size_t i = 0; i < units.size() && sample.size() < kMostSampleBytes; ++i) {
     try {
       const std::string bytes = rtl::ReadFile(units[i]);
       if (!bytes.starts_with("\xEF\xBB\xBF") && !bytes.starts_with("\xFF\xFE")) sample += bytes;
@@ -127,7 +127,7 @@ void TCodePageChoice::SetProject(const host::TProject* project) {
   FProject = project != nullptr ? project->FileName() : std::string();
   FProjectSuggested = 0;
   const rtl::TRegIniFile reg(mig::SRegistryRoot, rtl::KEY_READ_WRITE);
-  const int chosen = FProject.empty() ? 0 : reg.ReadInteger(kSection, KeyOf(FProject), 0);
+  const int chosen = FProject.empty() ? 0 : reg.ReadInteger(kHostSection, KeyOf(FProject), 0);
   ReadInto(chosen > 0 ? static_cast<uint32_t>(chosen) : FAtStart);
   std::vector<std::string> units;
   for (size_t i = 0; project != nullptr && chosen == 0 && i < std::min(kMostUnits, project->Units().size());
@@ -159,7 +159,7 @@ void TCodePageChoice::ChooseForProject(uint32_t codePage) {
   FProjectSuggested = 0;
   ReadInto(codePage);
   rtl::TRegIniFile reg(mig::SRegistryRoot, rtl::KEY_READ_WRITE);
-  if (!FProject.empty()) reg.WriteInteger(kSection, KeyOf(FProject), static_cast<int>(codePage));
+  if (!FProject.empty()) reg.WriteInteger(kHostSection, KeyOf(FProject), static_cast<int>(codePage));
   ShowState();
   if (OnChange) OnChange();
 }

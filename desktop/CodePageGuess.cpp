@@ -13,10 +13,10 @@ namespace desktop {
 
 namespace {
 
-constexpr size_t kMostBytes = 1 << 16;  // of words that are looked at
-constexpr size_t kLeastHighBytes = 20;  // fewer say nothing
-constexpr int kLeastConfidence = 25;    // of 100
-constexpr int kLead = 10;               // by how much a guess must be more likely than the assumed page
+constexpr size_t kMostWordBytes = 1 << 16;  // of words that are looked at
+constexpr size_t kLeastHighBytes = 20;      // fewer say nothing
+constexpr int kLeastConfidence = 25;        // of 100
+constexpr int kLead = 10;                   // by how much a guess must be more likely than the assumed page
 
 struct TPage {
   uint32_t Number;
@@ -70,7 +70,7 @@ bool IsWordByte(char c) {
 // Returns the words that are not all ASCII. The keywords of a source would make every text look English.
 std::string ForeignWords(std::string_view bytes) {
   std::string words;
-  for (size_t i = 0; i < bytes.size() && words.size() < kMostBytes;) {
+  for (size_t i = 0; i < bytes.size() && words.size() < kMostWordBytes;) {
     const size_t start = i;
     while (i < bytes.size() && IsWordByte(bytes[i])) ++i;
     const std::string_view word = bytes.substr(start, i - start);

@@ -17,7 +17,7 @@ namespace desktop {
 namespace {
 
 constexpr qsizetype kMostLines = 10;  // of a message box
-constexpr size_t kMostBytes = 1000;
+constexpr size_t kMostMessageBytes = 1000;
 
 void ShowWaitCursor(bool waiting) {
   if (waiting) {
@@ -71,8 +71,8 @@ void TFrontEnd::ShowModal(rtl::TForm& form) {
 void TFrontEnd::ShowMessage(int icon, const QString& title, std::string_view text) {
   BeforeModal();
   const size_t firstEnd = text.find('\n');
-  if (firstEnd < kMostBytes &&
-      (text.size() > kMostBytes || std::count(text.begin(), text.end(), '\n') > kMostLines)) {
+  if (firstEnd < kMostMessageBytes &&
+      (text.size() > kMostMessageBytes || std::count(text.begin(), text.end(), '\n') > kMostLines)) {
     const unsigned flags = icon == QMessageBox::Critical ? rtl::MB_ICONERROR : rtl::MB_ICONINFORMATION;
     TQuestionWindow({.Caption = FromQt(title),
                      .Text = std::string(text.substr(0, firstEnd)),

@@ -18,6 +18,7 @@
 #include "desktop/FileCommands.h"
 #include "desktop/FindBar.h"
 #include "desktop/FrontEnd.h"
+#include "desktop/HostTexts.h"
 #include "desktop/ProjectTree.h"
 #include "desktop/QtText.h"
 #include "desktop/RunReview.h"
@@ -33,7 +34,6 @@ namespace desktop {
 
 namespace {
 
-constexpr char kTitle[] = "Migration Wizard";
 constexpr int kMessageTime = 10000;  // milliseconds
 constexpr int kTreeWidth = 330;      // pixels at first
 
@@ -163,7 +163,7 @@ void THostWindow::ShowOpenPages() {
 void THostWindow::ShowState() {
   const host::TProject* const project = FHost.ActiveProject();
   const QString name = project ? ToQt(rtl::ExtractFileName(project->FileName())) + " - " : QString();
-  setWindowTitle(name + kTitle);
+  setWindowTitle(name + kHostTitle);
   FPages->ShowTitles();
   TSourceEditor* const page = CurrentEditor();
   FEditorState->setText(page ? page->State() : QString());
@@ -187,7 +187,7 @@ void THostWindow::ShowPosition() {
 }
 
 void THostWindow::ShowAbout() {
-  QMessageBox::about(this, kTitle,
+  QMessageBox::about(this, kHostTitle,
                      "Opens Delphi projects without the IDE, and runs the migration wizard over them.");
 }
 
@@ -239,7 +239,7 @@ bool THostWindow::LoadWizard(std::string_view fileName) {
     return true;
   } catch (const std::exception& error) {
     rtl::Application().MessageBox("The migration wizard is not available.\n" + std::string(error.what()),
-                                  kTitle, rtl::MB_ICONERROR);
+                                  kHostTitle, rtl::MB_ICONERROR);
     return false;
   }
 }
@@ -255,7 +255,7 @@ void THostWindow::OpenFile(const std::string& fileName) {
 bool THostWindow::Save(host::TModule& module) {
   FLastDiagnostic.clear();
   if (module.Save(/*changeName=*/false, /*forceSave=*/true)) return true;
-  if (!FLastDiagnostic.empty()) rtl::Application().MessageBox(FLastDiagnostic, kTitle, rtl::MB_ICONERROR);
+  if (!FLastDiagnostic.empty()) rtl::Application().MessageBox(FLastDiagnostic, kHostTitle, rtl::MB_ICONERROR);
   return false;
 }
 

@@ -13,6 +13,7 @@
 #include "MigWizard/run/RExpertRes.h"
 #include "MigWizard/run/UndoFiles.h"
 #include "desktop/FindingsPage.h"
+#include "desktop/HostTexts.h"
 #include "desktop/QtText.h"
 #include "desktop/ReviewPage.h"
 #include "rtl/forms/Application.h"
@@ -21,8 +22,6 @@
 namespace desktop {
 
 namespace {
-
-constexpr char kTitle[] = "Migration Wizard";
 
 // Returns the file with the marks of the project's last run, or an empty string if there was no run.
 std::string MarksOf(const std::string& folder) {
@@ -144,7 +143,7 @@ bool TMigrationPage::MaySave() const {
   for (int i = 0; i < FHost.ModuleCount(); ++i) modified += FHost.Module(i).Modified() ? 1 : 0;
   if (modified == 0) return true;
   return rtl::Application().Ask(
-             {.Caption = kTitle,
+             {.Caption = kHostTitle,
               .Text = modified == 1 ? "One file with changes is saved first."
                                     : std::to_string(modified) + " files with changes are saved first.",
               .Flags = rtl::MB_ICONINFORMATION,
@@ -203,7 +202,7 @@ void TMigrationPage::ShowOffer() {
 bool TMigrationPage::Confirm(int files) {
   const std::string backupDir = FDryRun.BackupDir();
   return rtl::Application().Ask(
-             {.Caption = kTitle,
+             {.Caption = kHostTitle,
               .Text = std::to_string(files) + (files == 1 ? " file is converted." : " files are converted."),
               .Flags = rtl::MB_ICONINFORMATION,
               .Reasons = {"Everything without a tick stays as it is. Modified files are saved first."},
@@ -214,7 +213,7 @@ bool TMigrationPage::Confirm(int files) {
 
 void TMigrationPage::Convert() {
   if (!FDryRun.HasPreview()) return;
-  if (!mig::AskAboutMissingFiles(mig::TIDEUtils::GetMissingFiles(), kTitle)) return;
+  if (!mig::AskAboutMissingFiles(mig::TIDEUtils::GetMissingFiles(), kHostTitle)) return;
   if (!Confirm(FFiles->Model().TickedFiles())) return;
   if (!mig::TIDEUtils::SaveProject()) throw rtl::Exception(mig::SProjectNotSaved);
   FDryRun.Convert(FFiles->Model(), [this] {

@@ -8,24 +8,24 @@ namespace desktop {
 
 namespace {
 
-QPointF ToQt(rtl::TPoint point) {
+QPointF ToPoint(rtl::TPoint point) {
   return {point.X, point.Y};
 }
 
 QPainterPath PathOf(const rtl::TOutline& outline) {
-  QPainterPath path(ToQt(outline.back().End));
+  QPainterPath path(ToPoint(outline.back().End));
   for (const rtl::TOutlineStep& step : outline) {
     if (step.IsCurve) {
-      path.cubicTo(ToQt(step.Control1), ToQt(step.Control2), ToQt(step.End));
+      path.cubicTo(ToPoint(step.Control1), ToPoint(step.Control2), ToPoint(step.End));
     } else {
-      path.lineTo(ToQt(step.End));
+      path.lineTo(ToPoint(step.End));
     }
   }
   return path;
 }
 
 QLinearGradient GradientOf(const rtl::TFill& fill) {
-  QLinearGradient gradient(ToQt(fill.Start), ToQt(fill.End));
+  QLinearGradient gradient(ToPoint(fill.Start), ToPoint(fill.End));
   for (const auto& [offset, color] : fill.Stops)
     gradient.setColorAt(offset, QColor(color.Red, color.Green, color.Blue, color.Opacity));
   return gradient;

@@ -3,14 +3,13 @@
 #include <algorithm>
 
 #include "MigWizard/run/RExpertRes.h"
+#include "desktop/HostTexts.h"
 #include "rtl/text/Registry.h"
 #include "rtl/text/SysUtils.h"
 
 namespace desktop {
 
 namespace {
-
-constexpr char kSection[] = "Host Window";  // the window's own section
 
 std::string Key(int index) {
   return "RecentProject" + std::to_string(index);
@@ -21,7 +20,7 @@ std::string Key(int index) {
 TRecentFiles::TRecentFiles() {
   const rtl::TRegIniFile reg(mig::SRegistryRoot, rtl::KEY_READ_WRITE);
   for (int i = 0; i < kMost; ++i) {
-    std::string name = reg.ReadString(kSection, Key(i), "");
+    std::string name = reg.ReadString(kHostSection, Key(i), "");
     if (!name.empty()) FNames.push_back(std::move(name));
   }
 }
@@ -47,7 +46,7 @@ void TRecentFiles::Store() const {
   rtl::TRegIniFile reg(mig::SRegistryRoot, rtl::KEY_READ_WRITE);
   for (int i = 0; i < kMost; ++i) {
     const size_t index = static_cast<size_t>(i);
-    reg.WriteString(kSection, Key(i), index < FNames.size() ? FNames[index] : "");
+    reg.WriteString(kHostSection, Key(i), index < FNames.size() ? FNames[index] : "");
   }
 }
 

@@ -20,6 +20,7 @@
 #include "MigWizard/run/RExpertRes.h"
 #include "desktop/CountColumns.h"
 #include "desktop/DiffView.h"
+#include "desktop/HostTexts.h"
 #include "desktop/QtText.h"
 #include "rtl/forms/Application.h"
 #include "rtl/text/Registry.h"
@@ -30,7 +31,6 @@ namespace desktop {
 
 namespace {
 
-constexpr char kSection[] = "Host Window";
 constexpr char kSideBySide[] = "ReviewSideBySide";
 constexpr char kIgnoreSpace[] = "ReviewIgnoreSpace";
 constexpr int kTreeWidth = 320;  // pixels at first
@@ -157,10 +157,10 @@ QToolBar* TReviewPage::NewBar() {
   bar->addSeparator();
   const rtl::TRegIniFile reg(mig::SRegistryRoot, rtl::KEY_READ_WRITE);
   FSideBySide = addSwitch("ReviewSideBySide", "Side by Side", Qt::CTRL | Qt::Key_B,
-                          reg.ReadBool(kSection, kSideBySide, true));
+                          reg.ReadBool(kHostSection, kSideBySide, true));
   FWholeFile = addSwitch("ReviewWholeFile", "Whole File", {}, false);
-  FIgnoreSpace =
-      addSwitch("ReviewIgnoreSpace", "Ignore Space in Forms", {}, reg.ReadBool(kSection, kIgnoreSpace, true));
+  FIgnoreSpace = addSwitch("ReviewIgnoreSpace", "Ignore Space in Forms", {},
+                           reg.ReadBool(kHostSection, kIgnoreSpace, true));
   connect(FIgnoreSpace, &QAction::triggered, this, [this] { Count(); });
   bar->addSeparator();
   AddAction(*bar, "ReviewCopyPatch", "Copy Patch", Qt::CTRL | Qt::SHIFT | Qt::Key_C, [this] { CopyPatch(); });
@@ -334,8 +334,8 @@ void TReviewPage::ShowStatus() {
 
 void TReviewPage::SaveSettings() const {
   rtl::TRegIniFile reg(mig::SRegistryRoot, rtl::KEY_READ_WRITE);
-  reg.WriteBool(kSection, kSideBySide, FSideBySide->isChecked());
-  reg.WriteBool(kSection, kIgnoreSpace, FIgnoreSpace->isChecked());
+  reg.WriteBool(kHostSection, kSideBySide, FSideBySide->isChecked());
+  reg.WriteBool(kHostSection, kIgnoreSpace, FIgnoreSpace->isChecked());
 }
 
 // --- Patches ---

@@ -7,20 +7,20 @@
 #include <QScreen>
 
 #include "MigWizard/run/RExpertRes.h"
+#include "desktop/HostTexts.h"
 #include "rtl/text/Registry.h"
 
 namespace desktop {
 
 namespace {
 
-constexpr char kSection[] = "Host Window";
 constexpr char kGeometry[] = "Geometry";
 constexpr char kPanes[] = "Panes";
 constexpr QSize kSize(1180, 780);
 constexpr int kVersion = 1;  // of the set of panes
 
 QByteArray Read(const rtl::TRegIniFile& reg, const char* key) {
-  return QByteArray::fromBase64(QByteArray::fromStdString(reg.ReadString(kSection, key, "")));
+  return QByteArray::fromBase64(QByteArray::fromStdString(reg.ReadString(kHostSection, key, "")));
 }
 
 // A database as a drum with its centre line at `x`, of an icon that is 128 units wide.
@@ -61,8 +61,8 @@ void RestoreWindow(QMainWindow& window) {
 
 void StoreWindow(const QMainWindow& window) {
   rtl::TRegIniFile reg(mig::SRegistryRoot, rtl::KEY_READ_WRITE);
-  reg.WriteString(kSection, kGeometry, window.saveGeometry().toBase64().toStdString());
-  reg.WriteString(kSection, kPanes, window.saveState(kVersion).toBase64().toStdString());
+  reg.WriteString(kHostSection, kGeometry, window.saveGeometry().toBase64().toStdString());
+  reg.WriteString(kHostSection, kPanes, window.saveState(kVersion).toBase64().toStdString());
 }
 
 QIcon WindowIcon() {

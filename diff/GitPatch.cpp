@@ -11,7 +11,7 @@ namespace diff {
 namespace {
 
 using TKind = TDiffLine::TKind;
-using TLines = std::vector<TDiffLine>;
+using TDiffLines = std::vector<TDiffLine>;
 
 constexpr size_t kContext = 3;  // lines around a change
 constexpr char kForReading[] = "# For reading only: this patch leaves white space out.\n";
@@ -64,7 +64,7 @@ void AppendLine(std::string& out, const TDiffLine& line) {
 
 // Appends the hunk of the lines from `first` to before `end`; `oldLine` and `newLine`, 1-based, are those of
 // `first`.
-void AppendHunk(std::string& out, const TLines& lines, size_t first, size_t end, size_t oldLine,
+void AppendHunk(std::string& out, const TDiffLines& lines, size_t first, size_t end, size_t oldLine,
                 size_t newLine) {
   size_t oldCount = 0;
   size_t newCount = 0;
@@ -77,7 +77,7 @@ void AppendHunk(std::string& out, const TLines& lines, size_t first, size_t end,
   for (size_t i = first; i < end; ++i) AppendLine(out, lines[i]);
 }
 
-std::string Hunks(const TLines& lines) {
+std::string Hunks(const TDiffLines& lines) {
   std::string out;
   size_t oldLine = 1;
   size_t newLine = 1;

@@ -12,7 +12,7 @@ using TKind = TDiffLine::TKind;
 constexpr size_t kMostPairs = 1'000'000;
 constexpr int kAlike = 40;  // per cent; less similar lines are not put side by side
 
-bool IsSpace(char c) {
+bool IsBlank(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
@@ -28,8 +28,8 @@ std::vector<std::string_view> SplitWords(std::string_view line) {
     size_t end = at + 1;
     if (IsWordByte(line[at])) {
       while (end < line.size() && IsWordByte(line[end])) ++end;
-    } else if (IsSpace(line[at])) {
-      while (end < line.size() && IsSpace(line[end])) ++end;
+    } else if (IsBlank(line[at])) {
+      while (end < line.size() && IsBlank(line[end])) ++end;
     }
     words.push_back(line.substr(at, end - at));
     at = end;
@@ -72,7 +72,7 @@ struct TProfile {
   explicit TProfile(std::string_view line) {
     unsigned previous = 0;
     for (const char c : line) {
-      if (IsSpace(c)) continue;
+      if (IsBlank(c)) continue;
       const auto byte = static_cast<unsigned char>(c);
       ++Counts[(previous * 31 + byte) % std::size(Counts)];
       previous = byte;

@@ -62,10 +62,10 @@ std::string Sha1Hex(std::string_view bytes) {
   for (size_t at = 0; at + kBlock <= bytes.size(); at += kBlock) AddBlock(state, bytes.data() + at);
   const std::string tail = PaddedTail(bytes);
   for (size_t at = 0; at < tail.size(); at += kBlock) AddBlock(state, tail.data() + at);
-  constexpr char kDigits[] = "0123456789abcdef";
+  constexpr char kHexDigits[] = "0123456789abcdef";
   std::string hex;
   for (const uint32_t word : state) {
-    for (int shift = 28; shift >= 0; shift -= 4) hex += kDigits[word >> shift & 0xF];
+    for (int shift = 28; shift >= 0; shift -= 4) hex += kHexDigits[word >> shift & 0xF];
   }
   return hex;
 }

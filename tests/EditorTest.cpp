@@ -15,8 +15,6 @@ namespace {
 namespace fs = std::filesystem;
 using TTexts = std::vector<std::string>;
 
-constexpr char kGroup[] = "C:\\App\\LendDesk.groupproj";
-
 class EditorTest : public tests::THostWindowTest {};
 
 TEST_F(EditorTest, EditsAreMarkedSavedAndAskedFor) {
@@ -182,7 +180,7 @@ TEST_F(EditorTest, TheCodePageIsGuessedAndChosen) {
   EXPECT_EQ(win::GetACP(), 1251u);
   ASSERT_TRUE(FWindow.OpenProject("C:\\App\\Night.dproj"));
   EXPECT_EQ(win::GetACP(), 1252u);
-  ASSERT_TRUE(FWindow.OpenProject("C:\\App\\LendDesk.groupproj"));
+  ASSERT_TRUE(FWindow.OpenProject(kGroup));
   EXPECT_EQ(win::GetACP(), 1251u) << "it is kept for the project";
   ASSERT_TRUE(win::SetACP(1252));
 }

@@ -24,8 +24,6 @@ namespace fs = std::filesystem;
 using TTexts = std::vector<std::string>;
 using desktop::ToQt;
 
-constexpr char kGroup[] = "C:\\App\\LendDesk.groupproj";
-
 class HostWindowTest : public tests::THostWindowTest {
  protected:
   // Returns the expanded rows of the project tree, indented, missing units in parentheses.
@@ -74,7 +72,7 @@ TEST_F(HostWindowTest, ReplacesTheProjectAndRestoresIt) {
   EXPECT_EQ(FMessages, TTexts{"Files were succefully restored.\nFiles: 18 restored"});
   EXPECT_EQ(Text("DataMod.pas"), before);
   EXPECT_EQ(FWindow.Host().ActiveProject()->FileName(), "C:\\App\\LendDesk.dproj") << "it is open again";
-  EXPECT_EQ(FWindow.Host().Group()->FileName(), "C:\\App\\LendDesk.groupproj") << "with its group";
+  EXPECT_EQ(FWindow.Host().Group()->FileName(), kGroup) << "with its group";
   EXPECT_EQ(Find<desktop::TEditorPages>("Editors").FileNames(),
             (TTexts{"C:\\App\\DataMod.dfm", "C:\\App\\DataMod.pas"}));
 }

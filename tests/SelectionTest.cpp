@@ -10,10 +10,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr char kUnit[] =
+constexpr char kSelectionUnit[] =
     "unit U;\r\nuses DBTables;\r\ntype\r\n  TDM = class(TForm)\r\n    D: TDatabase; // a TQuery\r\n"
     "    Q: TQuery;\r\n  end;\r\n{$R *.dfm}\r\n";
-constexpr char kForm[] =
+constexpr char kSelectionForm[] =
     "object DM: TDM\r\n  object D: TDatabase\r\n    DatabaseName = 'X'\r\n  end\r\n"
     "  object P: TPanel\r\n    object Q: TQuery\r\n      Left = 1\r\n      object F: TTable\r\n      end\r\n "
     "   end\r\n"
@@ -37,8 +37,8 @@ class SelectionTest : public tests::TRunTree {
  protected:
   SelectionTest() {
     fs::remove_all(FTree.HostPath("src"));
-    FTree.Write("src/U.pas", kUnit);
-    FTree.Write("src/U.dfm", kForm);
+    FTree.Write("src/U.pas", kSelectionUnit);
+    FTree.Write("src/U.dfm", kSelectionForm);
   }
 };
 
@@ -185,7 +185,7 @@ end
     const bool isUnit = row.File == std::string("U.pas");
     for (const char* const text : row.LeftOut)
       selection.LeaveOut(plan.Files()[isUnit ? 0 : 1].FileName,
-                         std::string(isUnit ? kUnit : kForm).find(text));
+                         std::string(isUnit ? kSelectionUnit : kSelectionForm).find(text));
     replacer.SetSelection(&selection);
     std::string result = "same";
     replacer.OnConverted = [&](const std::string& name, const TFileConversion& conversion, bool isChanged) {
@@ -206,8 +206,8 @@ TEST_F(SelectionTest, ARunTellsWhatItReplaced) {
   selection.LeaveOutGroup(plan.Files()[0].Group);
   Replacer().SetSelection(&selection);
   EXPECT_TRUE(Replacer().Replace());
-  EXPECT_EQ(Read("src/U.pas"), kUnit);
-  EXPECT_EQ(Read("src/U.dfm"), kForm);
+  EXPECT_EQ(Read("src/U.pas"), kSelectionUnit);
+  EXPECT_EQ(Read("src/U.dfm"), kSelectionForm);
   EXPECT_EQ(WithoutReturns(Shown(Read("src/RBackup/RExpert.reu"))),
             "<dir>\\src\\Z.pas=<dir>\\src\\RBackup\\Z.~pas\n"
             "<dir>\\src\\Z.DFM=<dir>\\src\\RBackup\\Z.~DFM\n");
@@ -245,8 +245,8 @@ TEST_F(SelectionTest, OnlyWhatWasShownIsReplaced) {
        "\"<dir>\\src\\New.pas\" was added after the preview. No file was replaced."},
   };
   for (const auto& row : rows) {
-    FTree.Write("src/U.pas", kUnit);
-    FTree.Write("src/U.dfm", kForm);
+    FTree.Write("src/U.pas", kSelectionUnit);
+    FTree.Write("src/U.dfm", kSelectionForm);
     TRunPlan plan;
     Replacer().SetSelection(nullptr);
     Replacer().Preview(&plan);

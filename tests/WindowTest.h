@@ -18,6 +18,8 @@
 
 namespace tests {
 
+inline constexpr char kGroup[] = "C:\\App\\LendDesk.groupproj";  // of the copied examples
+
 // Drive C: with a copy of the example project as C:\App.
 class TWindowTest : public testing::Test {
  protected:

@@ -11,7 +11,7 @@ namespace {
 using enum rtl::TControlKind;
 
 // clang-format off
-constexpr rtl::TControlRow kControls[] = {
+constexpr rtl::TControlRow kSaveWarnControls[] = {
     {.Parent = "", .Kind = Image, .Name = "Image1"},
     {.Parent = "", .Kind = Label, .Name = "lblWarn", .Text = "All modified files will be saved. Continue?"},
     {.Parent = "", .Kind = Label, .Name = "Label2", .Text = "Note:"},
@@ -39,8 +39,10 @@ constexpr TQuestion kQuestions[] = {
 };
 // clang-format on
 
-constexpr rtl::TFormResource kResource = {
-    .Name = "SaveWarnForm", .Caption = "BDE Migration Wizard", .MinimumWidth = 62, .Controls = kControls};
+constexpr rtl::TFormResource kResource = {.Name = "SaveWarnForm",
+                                          .Caption = "BDE Migration Wizard",
+                                          .MinimumWidth = 62,
+                                          .Controls = kSaveWarnControls};
 
 const TQuestion& Question(bool isProject, bool isRestore) {
   const TQuestion* question = kQuestions;

@@ -10,7 +10,7 @@
 namespace win {
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+constexpr std::string_view kReplacementText = "\xEF\xBF\xBD";
 
 // The characters of a code page that are not ASCII, as UTF-8, and their bytes.
 using TBytesOfCharacter = std::unordered_map<std::string, std::string>;
@@ -19,7 +19,7 @@ TBytesOfCharacter ListCharacters() {
   TBytesOfCharacter list;
   const auto add = [&list](const std::string& bytes) {
     std::string character = SourceToUtf8(bytes);
-    if (character != kReplacement) list.emplace(std::move(character), bytes);
+    if (character != kReplacementText) list.emplace(std::move(character), bytes);
   };
   for (int first = 0x80; first < 0x100; ++first) {
     const auto lead = static_cast<uint8_t>(first);

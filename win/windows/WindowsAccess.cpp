@@ -50,9 +50,8 @@ bool SetAttributesAndTime(const std::wstring& full, uint32_t attributes, const F
   if (modified && CompareFileTime(modified, &now.ftLastWriteTime) != 0) {
     THandle file;
     if (!Retry([&] {
-          file = THandle(CreateFileW(full.c_str(), FILE_WRITE_ATTRIBUTES,
-                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                     OPEN_EXISTING, 0, nullptr));
+          file = THandle(CreateFileW(full.c_str(), FILE_WRITE_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,
+                                     0, nullptr));
           return file.IsOpen();
         }))
       return false;

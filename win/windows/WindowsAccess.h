@@ -13,6 +13,9 @@ namespace win {
 constexpr uint32_t kCopiedAttributes = 0x01 /* read-only */ | 0x02 /* hidden */ | 0x04 /* system */ |
                                        0x20 /* archive */ | 0x2000 /* not indexed */;
 
+// Opening a file in a way that keeps nobody else from reading, writing, renaming or deleting it.
+inline constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
 // What a copy takes over from its source.
 struct TFileFacts {
   TFileStamp Stamp;

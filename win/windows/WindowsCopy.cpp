@@ -8,15 +8,13 @@ namespace win {
 namespace {
 
 constexpr size_t kBufferSize = size_t{256} * 1024;
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
 // Failures of the system's ReplaceFile that mean that the volume cannot do it, not that the file may not be
 // replaced.
 bool IsUnsupported(uint32_t code) {
   constexpr uint32_t kInvalidFunction = 1;
-  constexpr uint32_t kNotSupported = 50;
+  constexpr uint32_t kRequestNotSupported = 50;
   constexpr uint32_t kCallNotImplemented = 120;
-  return code == kInvalidFunction || code == kNotSupported || code == kCallNotImplemented ||
+  return code == kInvalidFunction || code == kRequestNotSupported || code == kCallNotImplemented ||
          code == ERROR_INVALID_PARAMETER;
 }
 

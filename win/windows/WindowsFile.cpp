@@ -7,7 +7,6 @@
 namespace win {
 namespace {
 
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr size_t kMostBytes = size_t{1} << 30;  // in one call of the system
 
 class TWindowsFileHandle : public TFileHandle {

@@ -10,8 +10,6 @@
 namespace win {
 namespace {
 
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
 // Returns the attributes of the file or folder that a link leads to, or INVALID_FILE_ATTRIBUTES with the
 // last error set.
 uint32_t AttributesBehindLink(const std::wstring& full) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "win/windows/WindowsAccess.h"
 #include "win/windows/WindowsText.h"
 
 namespace win {
@@ -132,9 +133,8 @@ std::wstring SpelledPath(const std::wstring& full) {
 }
 
 bool FollowLink(std::wstring& full) {
-  const THandle file(CreateFileW(full.c_str(), FILE_READ_ATTRIBUTES,
-                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                 OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  const THandle file(CreateFileW(full.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,
+                                 FILE_FLAG_BACKUP_SEMANTICS, nullptr));
   if (!file.IsOpen()) return FailLast();
   std::wstring buffer(MAX_PATH, L'\0');
   for (;;) {

@@ -3,11 +3,11 @@
 #include <utility>
 
 #include "win/FileSystem.h"
+#include "win/windows/WindowsAccess.h"
 
 namespace win {
 namespace {
 
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr uint32_t kInvalidFunction = 1;
 constexpr uint32_t kNotSupported = 50;
 
