@@ -73,7 +73,7 @@ class TObjectLayout {
       if (indent.size() > FIndent.size() && indent.starts_with(FIndent)) return std::string(indent);
       break;
     }
-    return FIndent + "  ";
+    return FIndent + (FIndent.ends_with('\t') ? "\t" : "  ");
   }
 
   // The first line, with the author's spacing where only the class is different.

@@ -264,17 +264,23 @@ void AddTransactions(mig::TFormToComplete& form, const TTransactionNames& names,
   const TTokens tokens = ReadUnitTokens(form.Text, form.Encoding);
   std::unordered_set<std::string> taken;
   std::vector<THeader> connections;
+  std::string_view formClass;
+  size_t frameEnd = 0;  // index of the token that ends the frame that was met last
   for (size_t i = 0; i < tokens.size(); ++i) {
     THeader header;
     if (!ReadHeader(tokens, i, header)) continue;
-    taken.insert(rtl::LowerCase(tokens[header.Name].Lexem));
+    if (formClass.empty()) formClass = tokens[header.Class].Lexem;
+    // The objects of a frame have their names in the frame.
+    if (i > frameEnd || tokens[i].Code != mig::kInherited)
+      taken.insert(rtl::LowerCase(tokens[header.Name].Lexem));
+    if (i > frameEnd && tokens[i].Code == mig::kInline) frameEnd = FindEnd(tokens, i);
     if (tokens[i].Code == mig::kObject && tokens[header.Class].Is(rules.OldClass))
       connections.push_back(header);
   }
   for (const THeader& header : connections) {
     const std::string_view connection = tokens[header.Name].Lexem;
     mig::TFormEdit* const edit = FindObjectEdit(form.Edits, tokens[header.Keyword].Offset);
-    const auto name = names.find(rtl::LowerCase(connection));
+    const auto name = names.find(TransactionKey(formClass, connection));
     if (edit != nullptr && name != names.end() && !taken.contains(rtl::LowerCase(name->second)))
       edit->Text += PrintTransaction(rules, name->second, connection, *edit);
   }

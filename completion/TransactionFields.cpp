@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <span>
 #include <unordered_set>
 
 #include "MigWizard/engine/PasParser.h"
@@ -22,6 +23,8 @@ struct TField {
 };
 
 struct TClassBody {
+  std::string_view Name;
+  std::string_view Ancestor;  // without its unit
   std::vector<TField> Fields;
   std::unordered_set<std::string> Members;  // names that begin a statement, in lower case
 };
@@ -37,6 +40,20 @@ bool IsVisibility(const TUnitToken& token) {
          token.Is("strict") || token.Is("automated");
 }
 
+// The ancestors of forms that bring no component of their own.
+constexpr std::string_view kRoots[] = {"TForm",          "TDataModule",    "TFrame",
+                                       "TService",       "TWebModule",     "TRemoteDataModule",
+                                       "TMTSDataModule", "TSoapDataModule"};
+// The ancestors of classes that no form belongs to.
+constexpr std::string_view kNoForms[] = {"TObject",     "TPersistent",       "TComponent",
+                                         "TThread",     "TInterfacedObject", "TInterfacedPersistent",
+                                         "TCollection", "TCollectionItem"};
+
+bool Lists(std::span<const std::string_view> names, std::string_view name) {
+  return std::any_of(names.begin(), names.end(),
+                     [&](std::string_view each) { return rtl::SameText(each, name); });
+}
+
 // Reads the published fields of the classes of a unit.
 class TClassReader {
  public:
@@ -46,18 +63,24 @@ class TClassReader {
     for (size_t i = 0; i + 2 < FTokens.size(); ++i) {
       if (!FTokens[i].IsSymbol('=') || !FTokens[i + 1].Is("class")) continue;
       const size_t ancestors = FTokens[i + 2].Is("abstract") || FTokens[i + 2].Is("sealed") ? i + 3 : i + 2;
-      if (ancestors < FTokens.size() && FTokens[ancestors].IsSymbol('(')) i = ReadClass(ancestors);
+      if (ancestors < FTokens.size() && FTokens[ancestors].IsSymbol('('))
+        i = ReadClass(i == 0 ? std::string_view() : FTokens[i - 1].Lexem, ancestors);
     }
     return std::move(FClasses);
   }
 
  private:
   // Reads the class whose list of ancestors opens at `at`; returns the index of its last token.
-  size_t ReadClass(size_t at) {
-    while (at < FTokens.size() && !FTokens[at].IsSymbol(')')) ++at;
+  size_t ReadClass(std::string_view name, size_t at) {
+    TClassBody body;
+    body.Name = name;
+    bool isFirst = true;  // in the name of the first ancestor
+    for (; at < FTokens.size() && !FTokens[at].IsSymbol(')'); ++at) {
+      if (FTokens[at].IsSymbol(',')) isFirst = false;
+      if (isFirst && FTokens[at].Code == qrl::kIdentifier) body.Ancestor = FTokens[at].Lexem;
+    }
     ++at;
     if (at >= FTokens.size() || FTokens[at].IsSymbol(';')) return at;
-    TClassBody body;
     bool isPublished = true;
     bool isStatement = true;  // a statement begins here
     int depth = 1;
@@ -128,12 +151,19 @@ std::string IndentOf(std::string_view text, size_t offset) {
   return std::string(before.substr(0, std::min(before.find_first_not_of(" \t"), before.size())));
 }
 
-// Returns the name of the transaction of `connection`, one of `count` connections of a class.
-std::string TransactionName(const TTransactionRules& rules, std::string_view connection, size_t count) {
-  return count == 1 ? std::string(rules.Name) : std::string(connection).append(rules.Name);
+// Returns the name of the transaction of `connection`, one of `count` connections of a class. An ancestor may have a
+// connection, too, unless it is known to have none.
+std::string TransactionName(const TTransactionRules& rules, const TClassBody& body,
+                            std::string_view connection, size_t count) {
+  const bool isOnly = count == 1 && Lists(kRoots, body.Ancestor);
+  return isOnly ? std::string(rules.Name) : std::string(connection).append(rules.Name);
 }
 
 }  // namespace
+
+std::string TransactionKey(std::string_view className, std::string_view connection) {
+  return rtl::LowerCase(std::string(className).append(".").append(connection));
+}
 
 TTransactionFields CompleteTransactionFields(std::string_view text, const qrl::TEncoding& encoding,
                                              const mig::TTextEdits& edits, bool hasForm,
@@ -144,18 +174,19 @@ TTransactionFields CompleteTransactionFields(std::string_view text, const qrl::T
   const std::vector<TClassBody> classes =
       hasForm ? TClassReader(tokens, rules.OldClass).Run() : std::vector<TClassBody>();
   for (const TClassBody& body : classes) {
+    if (Lists(kNoForms, body.Ancestor) || rtl::SameText(body.Ancestor, rules.OldClass)) continue;
     size_t count = 0;
     for (const TField& field : body.Fields) count += field.Names.size();
     for (const TField& field : body.Fields) {
       const size_t className = tokens[field.ClassName].Offset;
       if (!edits.HasAt(className)) continue;
       for (const std::string_view connection : field.Names) {
-        const std::string name = TransactionName(rules, connection, count);
+        const std::string name = TransactionName(rules, body, connection, count);
         if (body.Members.contains(rtl::LowerCase(name))) {
           result.Refused.push_back(className);
           continue;
         }
-        result.Names[rtl::LowerCase(connection)] = name;
+        result.Names[TransactionKey(body.Name, connection)] = name;
         std::string& lines = insertions[LineEndAfter(text, tokens[field.Semicolon].End())];
         lines.append(LineEndOf(text))
             .append(IndentOf(text, tokens[field.First].Offset))

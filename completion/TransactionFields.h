@@ -20,8 +20,10 @@ struct TTransactionRules {
   std::string_view ConnectionName;  // the property of the transaction that names its connection
 };
 
-// The names of transactions by the name of their connection in lower case.
+// The names of transactions by the class of the form and the name of the connection: see TransactionKey.
 using TTransactionNames = std::unordered_map<std::string, std::string>;
+
+std::string TransactionKey(std::string_view className, std::string_view connection);
 
 struct TTransactionFields {
   mig::TTextEdits Edits;        // of the text that was given
@@ -31,7 +33,9 @@ struct TTransactionFields {
 
 // Returns `edits`, the edits of the conversion of `text`, changed so that exactly the component fields of the
 // old class add a transaction. Component fields are those in the published part of a class with an ancestor.
-// The transaction is called `rules.Name`, prefixed by the name of the connection if the class has several.
+// The transaction is called `rules.Name`, prefixed by the name of the connection if the class has several, or may
+// have: if its ancestor is no class of the run-time library, it may have one. Classes that no form belongs to, such as
+// those of TComponent, add none.
 // Every other mention of the old class is replaced by the new class alone. A field gets no transaction if its
 // class already has a member of that name. Offsets are in bytes, 0-based.
 //

@@ -53,12 +53,12 @@ struct TClauseLayout {
 
 void TUsesEditor::InsertAfter(const TUsesClause& clause, const TUsesItem* item,
                               const std::vector<std::string>& units) {
-  const std::string separator = TClauseLayout(FText, clause).Separator;
-  const std::string names = Joined(units, separator);
   if (item == nullptr) {
-    FEdits.push_back({clause.Items[0].Begin, 0, names + separator});
+    constexpr size_t kKeywordLength = 4;
+    FEdits.push_back({clause.Keyword + kKeywordLength, 0, " " + Joined(units, ", ") + ","});
   } else {
-    FEdits.push_back({item->End, 0, separator + names});
+    const std::string separator = TClauseLayout(FText, clause).Separator;
+    FEdits.push_back({item->End, 0, separator + Joined(units, separator)});
   }
 }
 
@@ -88,7 +88,7 @@ void TUsesEditor::Remove(const TUsesClause& clause, const TUsesItems& marked) {
 }
 
 size_t TUsesEditor::LineStart(size_t offset) const {
-  return FText.rfind('\n', offset - 1) + 1;
+  return offset == 0 ? 0 : FText.rfind('\n', offset - 1) + 1;
 }
 bool TUsesEditor::IsBlankBetween(size_t begin, size_t end) const {
   return std::all_of(FText.begin() + static_cast<std::ptrdiff_t>(begin),
@@ -99,7 +99,7 @@ bool TUsesEditor::IsBlankBetween(size_t begin, size_t end) const {
 void TUsesEditor::RemoveRange(size_t begin, size_t end) {
   size_t after = end;
   while (after < FText.size() && IsBlank(FText[after])) ++after;
-  const size_t lineStart = begin == 0 ? 0 : LineStart(begin);
+  const size_t lineStart = LineStart(begin);
   const bool endsLine = after == FText.size() || FText[after] == '\r' || FText[after] == '\n';
   if (endsLine && IsBlankBetween(lineStart, begin)) {
     const size_t lineEnd = std::min(FText.find_first_not_of('\r', after), FText.size());
@@ -149,14 +149,24 @@ void TUsesEditor::RemoveClause(const TUsesClause& clause) {
   if (comments.empty()) return RemoveRange(clause.Keyword, clause.Semicolon + 1);
   const std::string lineEnd(LineEndOf(FText));
   std::string kept;
-  for (const std::string_view comment : comments) kept.append(kept.empty() ? "" : lineEnd).append(comment);
+  const size_t keywordLine = LineStart(clause.Keyword);
+  size_t begin = clause.Keyword;
+  for (const std::string_view comment : comments) {
+    const auto at = static_cast<size_t>(comment.data() - FText.data());
+    const size_t line = LineStart(at);
+    const bool hasOwnLine = line > keywordLine && IsBlankBetween(line, at);
+    if (kept.empty() && hasOwnLine && IsBlankBetween(keywordLine, begin)) begin = keywordLine;
+    kept.append(kept.empty() ? "" : lineEnd)
+        .append(FText.substr(hasOwnLine ? line : at, hasOwnLine ? at - line : 0));
+    kept.append(comment);
+  }
   size_t after = std::min(FText.find_first_not_of(" \t", clause.Semicolon + 1), FText.size());
   if (after == FText.size() || FText[after] == '\r' || FText[after] == '\n') {
     after = clause.Semicolon + 1;
   } else {
     kept += lineEnd;
   }
-  FEdits.push_back({clause.Keyword, after - clause.Keyword, kept});
+  FEdits.push_back({begin, after - begin, kept});
 }
 
 bool TUsesEditor::HasDirective(const TUsesClause& clause) const {

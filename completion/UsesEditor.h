@@ -20,7 +20,7 @@ class TUsesEditor {
   // Both arguments must outlive the object.
   TUsesEditor(std::string_view text, const qrl::TEncoding& encoding) : FText(text), FEncoding(encoding) {}
 
-  // Inserts units after an item, or before the first one if `item` is null.
+  // Inserts units after an item, or after the word `uses` if `item` is null.
   void InsertAfter(const TUsesClause& clause, const TUsesItem* item, const std::vector<std::string>& units);
   // Replaces an item by units.
   void Replace(const TUsesClause& clause, const TUsesItem& item, const std::vector<std::string>& units);

@@ -81,12 +81,17 @@ class TUsesStep {
     MarkItems();
     if (!MoveToInterface()) return std::nullopt;
     TUsesSection* const target = FindTarget();
+    const TUsesItem* const place = target != nullptr && target->Clause ? PlaceIn(*target->Clause) : nullptr;
     for (const TUsesClause* const clause : FSections) {
       const bool isTarget = target != nullptr && target->Clause && clause == &*target->Clause;
-      if (!isTarget && !KeepDirectives(*clause)) return std::nullopt;
+      if (!KeepStuck(*clause, place) || (!isTarget && !KeepDirectives(*clause))) return std::nullopt;
     }
-    for (const TUsesItem* const item : FMarked) FCallbacks.OnRemoved(item->Name);
-    if (target != nullptr) InsertInto(*target);
+    for (const TUsesClause* const clause : FSections) {
+      for (const TUsesItem& item : clause->Items) {
+        if (FMarked.contains(&item)) FCallbacks.OnRemoved(item.Name);
+      }
+    }
+    if (target != nullptr) InsertInto(*target, place);
     for (const TUsesClause* const clause : FSections) FEditor.Remove(*clause, FMarked);
     return FEditor.Result();
   }
@@ -120,29 +125,22 @@ class TUsesStep {
                         [&](const std::string& name) { return FRules.Declares(name, item.Name); });
   }
 
-  // Whether an item can be removed without touching a comma between conditional directives.
-  static bool CanGo(const TUsesClause& clause, const TUsesItem& item) {
-    if (item.Conditional) return false;
-    if (item.Comma) return !item.CommaConditional;
-    return clause.Items.size() == 1 || !clause.Items[clause.Items.size() - 2].CommaConditional;
-  }
-
   void MarkItems() {
     std::set<std::string> met;
     for (const TUsesClause* const clause : FSections) {
       for (const TUsesItem& item : clause->Items) {
         if (IsNewUnit(item)) {
           const bool isFirst = met.insert(rtl::LowerCase(item.Name)).second;
-          if (!isFirst && CanGo(*clause, item)) FMarked.insert(&item);
+          if (!isFirst && !item.Conditional) FMarked.insert(&item);
           continue;
         }
         if (!FRules.IsOldUnit(item.Name)) continue;
         FOldItems.emplace_back(clause, &item);
         if (!IsFree(item)) continue;
-        if (CanGo(*clause, item)) {
-          FMarked.insert(&item);
-        } else {
+        if (item.Conditional) {
           FCallbacks.OnRefused(TUsesRefusal::Conditional, item.Begin, item.Name);
+        } else {
+          FMarked.insert(&item);
         }
       }
     }
@@ -175,7 +173,7 @@ class TUsesStep {
     for (const TUsesItem& item : implementation.Items) {
       const std::string name = rtl::LowerCase(item.Name);
       if (!IsNewUnit(item) || listed.contains(name)) continue;
-      if (!CanGo(implementation, item)) return false;
+      if (item.Conditional) return false;
       FMoved.insert(&item);
       wanted.insert(name);
     }
@@ -201,9 +199,8 @@ class TUsesStep {
     return &SectionFor(oldUnit);
   }
 
-  void InsertInto(const TUsesSection& section) {
+  void InsertInto(const TUsesSection& section, const TUsesItem* place) {
     if (!section.Clause) return FEditor.InsertClause(section, FMissing);
-    const TUsesItem* const place = PlaceIn(*section.Clause);
     if (place != nullptr && FMarked.erase(place) > 0) {
       FEditor.Replace(*section.Clause, *place, FMissing);
     } else {
@@ -233,7 +230,34 @@ class TUsesStep {
     for (const auto& [owner, item] : FOldItems) {
       if (owner == &clause && !item->Conditional) return item;
     }
-    return clause.Items.back().Conditional ? nullptr : &clause.Items.back();
+    const auto last = std::find_if(clause.Items.rbegin(), clause.Items.rend(),
+                                   [](const TUsesItem& item) { return !item.Conditional; });
+    return last == clause.Items.rend() ? nullptr : &*last;
+  }
+
+  // Unmarks the items whose comma is between conditional directives: at the end of the clause the comma before the
+  // first of them, else the one after the item. `place`, which the new units replace, needs no comma. Returns False if
+  // one of them would move to the interface.
+  bool KeepStuck(const TUsesClause& clause, const TUsesItem* place) {
+    const auto goes = [&](const TUsesItem& item) { return &item != place && FMarked.contains(&item); };
+    if (std::all_of(clause.Items.begin(), clause.Items.end(), goes)) return true;  // with all commas
+    while (const TUsesItem* const item = FindStuck(clause, goes)) {
+      if (FMoved.contains(item)) return false;
+      FMarked.erase(item);
+      if (!IsNewUnit(*item)) FCallbacks.OnRefused(TUsesRefusal::Conditional, item->Begin, item->Name);
+    }
+    return true;
+  }
+
+  // Returns an item that goes although its comma cannot, or null.
+  template <class TGoes>
+  static const TUsesItem* FindStuck(const TUsesClause& clause, const TGoes& goes) {
+    size_t end = clause.Items.size();
+    while (goes(clause.Items[end - 1])) --end;
+    for (size_t i = 0; i < end; ++i) {
+      if (goes(clause.Items[i]) && clause.Items[i].CommaConditional) return &clause.Items[i];
+    }
+    return end < clause.Items.size() && clause.Items[end - 1].CommaConditional ? &clause.Items[end] : nullptr;
   }
 
   // Keeps a clause that would be removed as a whole if it contains a directive, whose effect is not known.

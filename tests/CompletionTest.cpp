@@ -1,5 +1,7 @@
 // The opt-in steps after a conversion.
+#include <functional>
 #include <gtest/gtest.h>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -109,6 +111,9 @@ TEST(UsesStepTest, Table) {
       {"lines that end with CR CR LF",
        Unit("uses\r\r\n  A,\r\r\n  Bde,\r\r\n  DBTables, New1, New2,\r\r\n  B;\r\r\nvar x: TNew;", ""),
        Unit("uses\r\r\n  A,\r\r\n  New1,\r\r\n  New2,\r\r\n  B;\r\r\nvar x: TNew;", "")},
+      {"a clause that goes leaves its comments where they are",
+       Unit("uses New1, New2;\r\nvar x: TNew;", "uses\r\n  // first\r\n  Bde {second};"),
+       Unit("uses New1, New2;\r\nvar x: TNew;", "  // first\r\n{second}")},
       {"text after the end",
        Unit("uses DBTables, New1, New2;\r\nvar x: TNew;", "") + "uses DBTables; TSession",
        Unit("uses New1, New2;\r\nvar x: TNew;", "") + "uses DBTables; TSession"},
@@ -122,6 +127,62 @@ TEST(UsesStepTest, Table) {
     EXPECT_EQ(after, row.After) << row.What;
     EXPECT_EQ(told, "") << row.What;
     EXPECT_EQ(CompleteUses(after), row.After) << row.What << ", once more";
+  }
+}
+
+// Returns the units of the first uses clause as the compiler sees them if S and T are defined or not; an empty name
+// where one is missing.
+std::vector<std::string> UnitsOf(const std::string& text, bool hasS, bool hasT) {
+  std::vector<std::string> units = {""};
+  bool isActive = true;
+  for (size_t i = text.find("uses") + 4; text[i] != ';'; ++i) {
+    if (text[i] == '{') {
+      const std::string directive = text.substr(i, text.find('}', i) - i);
+      isActive = directive == "{$ENDIF" || (directive == "{$IFDEF S" && hasS) ||
+                 (directive == "{$IFDEF T" && hasT) || (directive == "{$ELSE" && !isActive);
+      i += directive.size();
+    } else if (isActive && text[i] == ',') {
+      units.emplace_back();
+    } else if (isActive && text[i] > ' ') {
+      units.back() += text[i];
+    }
+  }
+  return units;
+}
+
+// Clauses with conditional items, in every configuration: they stay clauses, lose nothing that is no old unit, and list
+// the new units once. A second run changes nothing.
+TEST(UsesStepTest, ClausesWithDirectives) {
+  std::mt19937 random(1);
+  const char* const names[] = {"A", "B", "C", "DBTables", "Bde", "DBTables", "Bde"};
+  const auto name = [&] { return std::string(names[random() % std::size(names)]); };
+  const auto conditional = [&](const std::string& inner) {
+    return std::string(random() % 2 == 0 ? "{$IFDEF S} " : "{$IFDEF T} ") + inner + " {$ENDIF} ";
+  };
+  const auto item = [&] {
+    return random() % 4 == 0 ? conditional(name() + " {$ELSE} " + name()) : name() + " ";
+  };
+  const auto isKept = [](const std::string& unit) {
+    return unit != "DBTables" && unit != "Bde" && unit != "New1" && unit != "New2";
+  };
+  for (int i = 0; i < 3000; ++i) {
+    std::string items;
+    while (random() % 3 == 0) items += conditional(name() + ",");
+    items += item();
+    for (size_t more = random() % 4; more > 0; --more)
+      items += random() % 3 == 0 ? conditional(", " + name()) : ", " + item();
+    const std::string before = Unit("uses " + items + ";\r\nvar x: TNew;", "");
+    const std::string after = CompleteUses(before);
+    EXPECT_EQ(CompleteUses(after), after) << "once more: " << before;
+    for (const auto& [hasS, hasT] : {std::pair(false, false), {false, true}, {true, false}, {true, true}}) {
+      std::vector<std::string> expected = UnitsOf(before, hasS, hasT), units = UnitsOf(after, hasS, hasT);
+      EXPECT_EQ(
+          std::count(units.begin(), units.end(), "New1") + std::count(units.begin(), units.end(), "New2"), 2)
+          << before << after;
+      std::erase_if(expected, std::not_fn(isKept));
+      std::erase_if(units, std::not_fn(isKept));
+      EXPECT_EQ(units, expected) << before << after;
+    }
   }
 }
 
@@ -177,6 +238,13 @@ TEST(TransactionFieldsTest, OnlyComponentFieldsBringATransaction) {
        "  Transaction: TKVATransaction;\nend;"},
       {"after an attribute", "type TM = class sealed(TForm) [Weak] A: TDatabase; end;",
        "type TM = class sealed(TForm) [Weak] A: TKVAConnection;\r\nTransaction: TKVATransaction; end;"},
+      {"an ancestor may have a transaction", "type TM = class(Base.TBase, I)\r\n    DB: TDatabase;\r\n  end;",
+       "type TM = class(Base.TBase, I)\r\n    DB: TKVAConnection;\r\n    DBTransaction: TKVATransaction;\r\n "
+       " end;"},
+      {"classes without a form",
+       "type TX = class(TDatabase) A: TDatabase; end; TC = class(TComponent) A: TDatabase; end;",
+       "type TX = class(TKVAConnection) A: TKVAConnection; end; TC = class(TComponent) A: TKVAConnection; "
+       "end;"},
       {"everything else",
        "type TX = class(TDatabase) procedure P(C: TDatabase; D: TDatabase; N: Integer); property D: "
        "TDatabase read F; end;\n"
@@ -338,6 +406,16 @@ TEST(FormObjectsTest, WholeForms) {
        "    end\n    inherited T: TKVATable [0]\n      AutoCommit = True\n    end\n  end\n"
        "  object A: TKVAConnection\n    object P: TPanel [14]\n    end\n  end\n"
        "  object ATransaction: TKVATransaction\n    DefaultConnection = A\n  end\nend\n"},
+      {"a name in a frame is not taken",
+       "object F: TF\n  inline Fr: TFr\n    inherited ATransaction: TX\n    end\n  end\n  object A: "
+       "TDatabase\n"
+       "  end\nend\n",
+       "object F: TF\n  inline Fr: TFr\n    inherited ATransaction: TX\n    end\n  end\n"
+       "  object A: TKVAConnection\n  end\n  object ATransaction: TKVATransaction\n    DefaultConnection = "
+       "A\n"
+       "  end\nend\n"},
+      {"a form of another class", "object F: TG\n  object A: TDatabase\n  end\nend\n",
+       "object F: TG\n  object A: TKVAConnection\n  end\nend\n"},
       {"a name that is taken",
        "object F: TF\n  object A: TDatabase\n  end\n  object atransaction: TX\n  end\nend\n",
        "object F: TF\n  object A: TKVAConnection\n  end\n  object atransaction: TX\n  end\nend\n"},

@@ -142,7 +142,9 @@ TEST(FreePascalTest, TakesWhatIsCompleted) {
     const std::vector<std::string> before = Parsed(tree, units);
     std::vector<std::string> made;
     for (const std::string& form : forms) made.push_back(MadeBinary(tree, form));
-    (void)tests::RunCommand(tree, "replace -q --no-backup --no-log --keep-going --complete all " + row.Run);
+    const std::string outcome =
+        tests::RunCommand(tree, "replace -q --no-backup --no-log --keep-going --complete all " + row.Run);
+    EXPECT_TRUE(outcome.starts_with("0|") || outcome.starts_with("1|")) << row.From << outcome;
     const std::vector<std::string> after = Parsed(tree, units);
     for (size_t i = 0; i < units.size(); ++i) {
       if (before[i] != "ok") continue;
