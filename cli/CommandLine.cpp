@@ -23,12 +23,6 @@ std::string Quoted(std::string_view text) {
   return "\"" + std::string(text) + "\"";
 }
 
-// Returns ". Did you mean NAME?" if one of `names` is similar to `typed`, else an empty string.
-std::string DidYouMean(std::string_view typed, const std::vector<std::string_view>& names) {
-  const std::string_view nearest = Nearest(typed, names);
-  return nearest.empty() ? std::string(".") : ". Did you mean " + std::string(nearest) + "?";
-}
-
 // Raises EUsage for an option where the command is expected.
 [[noreturn]] void RefuseOptionBeforeCommand(const std::string& word) {
   const std::string name = word.substr(0, word.find('='));
@@ -44,7 +38,7 @@ std::string DidYouMean(std::string_view typed, const std::vector<std::string_vie
 const TCommandRow* TakeCommand(TWords& words) {
   if (words.empty()) return nullptr;
   if (words[0].starts_with('-')) RefuseOptionBeforeCommand(words[0]);
-  std::vector<std::string_view> names = {kVersionOption}, secondWords;
+  std::vector<std::string_view> names = {kVersionOption}, secondWords, ofTwoWords;
   for (const TCommandRow& command : Commands()) {
     const std::array<std::string, 2> typed = {words[0], words.size() > 1 ? words[0] + " " + words[1] : ""};
     for (size_t count = 1; count <= typed.size(); ++count) {
@@ -55,11 +49,18 @@ const TCommandRow* TakeCommand(TWords& words) {
     if (command.IsHidden) continue;
     const size_t blank = command.Name.find(' ');
     names.push_back(command.Name.substr(0, blank));
-    if (blank != std::string_view::npos && names.back() == words[0])
-      secondWords.push_back(command.Name.substr(blank + 1));
+    if (blank == std::string_view::npos) continue;
+    ofTwoWords.push_back(command.Name);
+    if (names.back() == words[0]) secondWords.push_back(command.Name.substr(blank + 1));
   }
-  if (secondWords.empty())
+  if (secondWords.empty()) {
+    for (const std::string_view name : ofTwoWords) {
+      if (name.ends_with(" " + words[0]))
+        throw EUsage("There is no command " + Quoted(words[0]) + DidYouMean(name, {name}));
+    }
+    names.insert(names.end(), ofTwoWords.begin(), ofTwoWords.end());
     throw EUsage("There is no command " + Quoted(words[0]) + DidYouMean(words[0], names));
+  }
   if (words.size() == 1 || words[1].starts_with('-')) {
     std::string list;
     for (const std::string_view word : secondWords) list.append(list.empty() ? "" : " or ").append(word);
@@ -110,7 +111,9 @@ class TParser {
     if (!option->IsRepeatable && !FGiven.insert(option).second)
       throw EUsage("The option " + name + " is given twice.");
     if (option->Kind == TValueKind::None) {
-      if (value) throw EUsage("The option " + name + " takes no value.");
+      if (value)
+        throw EUsage("The option " + name + " takes no value" +
+                     (isShort ? "; short options are given one by one." : "."));
       option->Store(FLine, {});
       return;
     }
@@ -133,7 +136,8 @@ class TParser {
       if (rtl::SameText(choice, value)) return std::string(choice);
       list.append(list.empty() ? "" : " or ").append(choice);
     }
-    throw EUsage(std::string(name) + " takes " + list + ", not " + Quoted(value) + ".");
+    throw EUsage(std::string(name) + " takes " + list + ", not " + Quoted(value) +
+                 DidYouMean(value, ChoicesOf(valueName)));
   }
 
   void CheckArguments() const {
@@ -154,18 +158,25 @@ class TParser {
   TCommandLine FLine;
 };
 
-// Returns whether the words ask for help. If so, mistakes in other options are ignored.
-bool AsksForHelp(const TWords& words) {
+// Returns whether one of the words is the option. If it is that for the help or the version, mistakes in other options
+// are ignored.
+bool HasOption(const TWords& words, std::string_view name) {
   const auto end = std::find(words.begin(), words.end(), "--");
-  return std::any_of(words.begin(), end,
-                     [](const std::string& word) { return word == "--help" || word == "-h"; });
+  return std::find(words.begin(), end, name) != end;
 }
 
-void PrintHelp(TWords words) {
-  words.erase(
-      std::remove_if(words.begin(), words.end(), [](const std::string& word) { return word[0] == '-'; }),
-      words.end());
-  const TCommandRow* const command = words == TWords{"form"} ? nullptr : TakeCommand(words);
+// Prints the help of the command that `words` begin with, of all commands with that first word, or the general help.
+// With `isStrict`, more words are refused.
+void PrintHelp(TWords words, bool isStrict) {
+  std::erase_if(words, [](const std::string& word) { return word.starts_with('-'); });
+  std::string help;
+  for (const TCommandRow& command : Commands()) {
+    if (words.size() != 1 || !command.Name.starts_with(words[0] + " ")) continue;
+    help.append(help.empty() ? "" : "\n").append(CommandHelp(command));
+  }
+  if (!help.empty()) return PrintText(help);
+  const TCommandRow* const command = TakeCommand(words);
+  if (isStrict && !words.empty()) throw EUsage("The argument " + Quoted(words[0]) + " is one too many.");
   PrintText(command ? CommandHelp(*command) : GeneralHelp());
 }
 
@@ -174,19 +185,19 @@ void PrintHelp(TWords words) {
 std::variant<TCommandLine, int> ParseCommandLine(std::vector<std::string> words) {
   const TCommandRow* command = nullptr;
   try {
-    if (!words.empty() && words[0] == kVersionOption) {
+    if (HasOption(words, kVersionOption)) {
       PrintText(VersionText() + "\n");
       return kExitOk;
     }
-    if (AsksForHelp(words)) {
-      PrintHelp(words);
+    if (HasOption(words, "--help") || HasOption(words, "-h")) {
+      PrintHelp(words, /*isStrict=*/false);
       return kExitOk;
     }
     command = TakeCommand(words);
     if (!command) throw EUsage("A command is missing.");
     TCommandLine line = TParser(*command, words).Parse();
     if (line.Command != TCommand::Help) return line;
-    PrintHelp(line.Arguments);
+    PrintHelp(line.Arguments, /*isStrict=*/true);
     return kExitOk;
   } catch (const EUsage& error) {
     Complain(error.what());

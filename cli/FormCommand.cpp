@@ -30,6 +30,27 @@ std::string Convert(const std::string& input, TFormKind wanted) {
   return ConvertForm(ReadFormFile(WindowsPath(input), input), wanted, input).Bytes;
 }
 
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view kUtf16Mark = "\xFF\xFE";
+
+std::string_view MarkOf(std::string_view bytes) {
+  return bytes.starts_with(kUtf8Mark)    ? kUtf8Mark
+         : bytes.starts_with(kUtf16Mark) ? kUtf16Mark
+                                         : std::string_view();
+}
+
+// Appends the text of another form, on a line of its own and without its mark. Raises rtl::Exception if its encoding is
+// not that of the text so far.
+void AppendText(std::string& text, std::string_view form, const std::string& input) {
+  using namespace std::string_view_literals;
+  const std::string_view mark = MarkOf(text);
+  if (MarkOf(form) != mark)
+    throw rtl::Exception("\"" + input + "\" is in another encoding than the form before it; use --in-place.");
+  const bool isWide = mark == kUtf16Mark;
+  if (!std::string_view(text).ends_with(isWide ? "\n\0"sv : "\n"sv)) text += isWide ? "\r\0\n\0"sv : "\r\n"sv;
+  text += form.substr(mark.size());
+}
+
 void CheckOptions(const TCommandLine& line, const std::vector<std::string>& inputs) {
   if (line.InPlace && !line.Output.empty()) throw EUsage("--in-place takes no --output.");
   if (line.Command == TCommand::FormToBinary && !line.InPlace && inputs.size() > 1)
@@ -63,8 +84,8 @@ int RunForm(const TCommandLine& line) {
     return forms.Finish(line.Quiet);
   }
   // Read and convert everything before writing, because the output may be one of the inputs.
-  std::string bytes;
-  for (const std::string& input : inputs) bytes += Convert(input, wanted);
+  std::string bytes = Convert(inputs[0], wanted);
+  for (size_t i = 1; i < inputs.size(); ++i) AppendText(bytes, Convert(inputs[i], wanted), inputs[i]);
   if (line.Output.empty() || line.Output == kStandardStream) {
     WriteOutput(bytes);
   } else {

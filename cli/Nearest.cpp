@@ -38,4 +38,9 @@ std::string_view Nearest(std::string_view typed, const std::vector<std::string_v
   return nearest;
 }
 
+std::string DidYouMean(std::string_view typed, const std::vector<std::string_view>& names) {
+  const std::string_view nearest = Nearest(typed, names);
+  return nearest.empty() ? std::string(".") : ". Did you mean " + std::string(nearest) + "?";
+}
+
 }  // namespace cli

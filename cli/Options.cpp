@@ -5,6 +5,7 @@
 
 #include "cli/Commands.h"
 #include "cli/HelpTexts.h"
+#include "cli/Nearest.h"
 #include "rtl/text/SysUtils.h"
 #include "win/paths/CodePage.h"
 #include "win/paths/Drives.h"
@@ -69,7 +70,10 @@ void StoreSteps(TCommandLine& line, const std::string& value) {
     if (isKnown) continue;
     std::string message = "--complete takes ";
     for (const TStepRow& row : kSteps) message.append(row.Name).append(", ");
-    throw EUsage(message.append("or all, with commas between them, and not \"").append(name).append("\"."));
+    std::vector<std::string_view> names = {"all"};
+    for (const TStepRow& row : kSteps) names.push_back(row.Name);
+    throw EUsage(message.append("or all, with commas between them, and not \"").append(name).append("\"") +
+                 DidYouMean(name, names));
   }
 }
 

@@ -151,6 +151,9 @@ int RunReplace(const TCommandLine& line) {
     throw EUsage("--interactive needs terminals as standard input and output.");
   if (line.IgnoreSpace && !line.Diff && !line.Interactive)
     throw EUsage("--ignore-space needs --diff or --interactive.");
+  if (line.Colour != "auto" && !line.Diff && !line.Interactive)
+    throw EUsage("--color needs --diff or --interactive.");
+  RequireReportNames(line);
   target::TKVAMigration migration(LoadCatalogue(line.Catalogue));
   target::TKVAComponentReplacer& replacer = line.Mode == "ibx" ? migration.IBX() : migration.BDE();
   if (line.Complete) migration.Complete(*line.Complete);

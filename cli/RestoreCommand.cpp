@@ -1,4 +1,5 @@
 // kvamigrate restore.
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -36,7 +37,8 @@ std::vector<std::string> UndoFiles(const TCommandLine& line) {
   if (files.empty())
     throw EUsage("There is no undo file in \"" + path + "\" or in a backup folder below it.");
   if (!line.All && files.size() > 1) {
-    Note("Undoing the last run, of \"" + files[0] + "\". With --all, earlier runs are undone, too.");
+    Note(std::string(line.List ? "The last run is" : "Undoing the last run,") + " of \"" + files[0] +
+         "\". With --all, earlier runs are " + (line.List ? "listed" : "undone") + ", too.");
     files.resize(1);
   }
   return files;
@@ -68,6 +70,11 @@ mig::TRestorePlan MakePlan(const TCommandLine& line, const std::vector<std::stri
     if (plan.Lines().empty()) throw EUsage("No file of the undo file matches --only.");
   }
   plan.Check();
+  const bool isForeign = std::all_of(plan.Lines().begin(), plan.Lines().end(), [](const TRestoreLine& each) {
+    return each.Verdict == TRestoreVerdict::Foreign;
+  });
+  if (isForeign && !plan.Lines().empty() && !line.Force)
+    throw EUsage("\"" + undoFiles[0] + "\" is no undo file: no run can have written any of its lines.");
   return plan;
 }
 

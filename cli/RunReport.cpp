@@ -63,12 +63,15 @@ std::string ReadBaseline(const std::string& fileName) {
 
 }  // namespace
 
-TRunReport::TRunReport(const TCommandLine& line, target::TKVAComponentReplacer& replacer,
-                       const mig::TReplaceOptions& options, const std::string& base, bool isPreview)
-    : FLine(line), FBaseline(ReadBaseline(line.Baseline)) {
+void RequireReportNames(const TCommandLine& line) {
   for (const std::string& name : line.Reports)
     if (!report::IsReportName(name))
       throw EUsage("A report ends in .json, .sarif or .html, and not as \"" + name + "\" does.");
+}
+
+TRunReport::TRunReport(const TCommandLine& line, target::TKVAComponentReplacer& replacer,
+                       const mig::TReplaceOptions& options, const std::string& base, bool isPreview)
+    : FLine(line), FBaseline(ReadBaseline(line.Baseline)) {
   report::TRunInfo& run = FReport.Run;
   run.Version = KVA_VERSION;
   run.Mode = line.Mode;

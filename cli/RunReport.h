@@ -15,6 +15,9 @@
 
 namespace cli {
 
+// Raises EUsage if a report of the command line has no extension of a report.
+void RequireReportNames(const TCommandLine& line);
+
 class TRunReport {
  public:
   // Collects the findings of `replacer` in the next run. Everything but `line` must outlive the object.

@@ -74,10 +74,15 @@ TScope SetScope(const TCommandLine& line, host::THost& host, mig::TReplaceOption
   const std::string path = WindowsPath(typed);
   RequireReachable(path);
   const bool isFolder = rtl::DirectoryExists(path);
+  const bool isFile = !isFolder && rtl::FileExists(path);
+  if (!line.Folder.empty() && isFile)
+    throw EUsage("\"" + path + "\" is a file. Give its folder, or a project with --project.");
   if (!line.Folder.empty() && !isFolder) throw EUsage(rtl::Format(mig::STargetDirNotExist, {path}));
-  if (!line.Project.empty() && !isFolder && !rtl::FileExists(path))
+  if (!line.Project.empty() && !isFolder && !isFile)
     throw EUsage("The project \"" + path + "\" does not exist.");
-  if (!isFolder && !rtl::FileExists(path)) throw EUsage("There is no folder or project \"" + path + "\".");
+  if (!isFolder && !isFile) throw EUsage("There is no folder or project \"" + path + "\".");
+  if (isFile && host::ProjectKindOf(path) == host::TProjectKind::None)
+    throw EUsage("\"" + path + "\" is no project. Give a folder, or a project file such as Orders.dproj.");
 
   if (line.Project.empty() && isFolder) {
     if (!line.Units.empty() || !line.ActiveProject.empty())

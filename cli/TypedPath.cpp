@@ -9,6 +9,7 @@
 namespace cli {
 
 std::string WindowsPath(const std::string& typed) {
+  if (typed.empty()) throw EUsage("A path is empty.");
   std::string path = win::ToWindowsPath(typed);
   if (path.empty())
     throw EUsage("\"" + typed + "\" cannot be written as a Windows path" +

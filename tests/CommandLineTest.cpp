@@ -228,7 +228,17 @@ TEST_F(CommandLineTest, WrongCommandLines) {
       {"form", "The command \"form\" needs a second word: to-text or to-binary.\nSee \"kvamigrate help\"."},
       {"form totext a",
        "There is no command \"form totext\". Did you mean to-text?\nSee \"kvamigrate help\"."},
+      {"to-text a", "There is no command \"to-text\". Did you mean form to-text?\nSee \"kvamigrate help\"."},
+      {"help replace more", "The argument \"more\" is one too many.\nSee \"kvamigrate help\"."},
       {"replace --mode odbc src", "--mode takes bde or ibx, not \"odbc\".\nSee \"kvamigrate help replace\"."},
+      {"replace --mode dbe",
+       "--mode takes bde or ibx, not \"dbe\". Did you mean bde?\nSee \"kvamigrate help replace\"."},
+      {"replace -qi",
+       "The option -q takes no value; short options are given one by one.\nSee \"kvamigrate help replace\"."},
+      {"replace --complete use",
+       "--complete takes uses, inherited, transactions, layout, marks, or all, with commas between them, and "
+       "not "
+       "\"use\". Did you mean uses?\nSee \"kvamigrate help replace\"."},
       {"replace --mode", "The option --mode needs a value: bde|ibx.\nSee \"kvamigrate help replace\"."},
       {"replace --folder --no-log",
        "The option --folder needs a value: DIR.\nSee \"kvamigrate help replace\"."},
@@ -267,7 +277,16 @@ TEST_F(CommandLineTest, WrongCommandLines) {
       {"replace --mode bde src --active P", "--active cannot be used with a folder."},
       {"replace --mode bde src/P.dpr --subfolders", "--subfolders cannot be used with a project."},
       {"replace --mode bde --folder nowhere", "Target directory \"<dir>\\nowhere\" does not exist."},
-      {"replace --mode bde --folder src/P.dpr", "Target directory \"<dir>\\src\\P.dpr\" does not exist."},
+      {"replace --mode bde --folder src/P.dpr",
+       "\"<dir>\\src\\P.dpr\" is a file. Give its folder, or a project with --project."},
+      {"replace --mode bde src/A.pas",
+       "\"<dir>\\src\\A.pas\" is no project. Give a folder, or a project file such as Orders.dproj."},
+      {"replace --mode bde ''", "A path is empty."},
+      {"replace --mode bde --color always src", "--color needs --diff or --interactive."},
+      {"replace --mode bde --report r.txt src",
+       "A report ends in .json, .sarif or .html, and not as \"r.txt\" does."},
+      {"restore src/A.pas",
+       "\"<dir>\\src\\A.pas\" is no undo file: no run can have written any of its lines."},
       {"replace --mode bde --project src/none.dpr", "The project \"<dir>\\src\\none.dpr\" does not exist."},
       {"replace --mode bde nowhere", "There is no folder or project \"<dir>\\nowhere\"."},
       {"replace --mode bde --project none", "There is no project in the folder \"<dir>\\none\"."},
@@ -348,6 +367,9 @@ TEST_F(CommandLineTest, HelpIsTheSameWhereverItIsAskedFor) {
   EXPECT_EQ(Run("replace --help"), replace);
   EXPECT_EQ(Run("replace --mode odbc -h --nonsense"), replace);
   EXPECT_EQ(Run("form to-text --help"), Run("help form to-text"));
+  EXPECT_EQ(Run("help form"), Run("help form to-text").substr(0, Run("help form to-text").size() - 1) + "\n" +
+                                  Run("help form to-binary").substr(2));
+  EXPECT_EQ(Run("replace --version"), Run("--version"));
 }
 
 TEST_F(CommandLineTest, TheCatalogueReadsWhatItPrints) {

@@ -137,6 +137,12 @@ TEST_F(FormCommandTest, SeveralInputsAndAnOutputThatIsOneOfThem) {
   FTree.Write("a.dfm", FBinary);
   FTree.Write("b.dfm", FBare);
   EXPECT_EQ(Run("to-text a.dfm b.dfm"), std::string("0|") + kText + kText + "|");
+  FTree.Write("c.dfm", "object C: TC\nend");
+  FTree.Write("d.dfm", "\xEF\xBB\xBFobject D: TD\nend\n");
+  EXPECT_EQ(Run("to-text c.dfm b.dfm"), std::string("0|object C: TC\nend\r\n") + kText + "|");
+  EXPECT_EQ(Run("to-text d.dfm d.dfm"), "0|\xEF\xBB\xBFobject D: TD\nend\nobject D: TD\nend\n|");
+  EXPECT_EQ(Run("to-text c.dfm d.dfm"),
+            "3||kvamigrate: \"d.dfm\" is in another encoding than the form before it; use --in-place.\n");
   EXPECT_EQ(Run("to-binary a.dfm b.dfm"),
             "2||kvamigrate: Several forms can be converted to binary only with --in-place.\n");
   EXPECT_EQ(FTree.Read("b.dfm"), FBare);
