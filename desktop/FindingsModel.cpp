@@ -98,14 +98,14 @@ void TFindingsModel::SetDone(int entry, bool isDone) {
   FMarks->Set(TReviewMarks::TKind::Done, FEntries[static_cast<size_t>(entry)].Fingerprint, isDone);
 }
 
-void TFindingsModel::SetTick(const QModelIndex& index, bool isDone) {
+void TFindingsModel::SetTick(const QModelIndex& index, bool isTicked) {
   if (EntryAt(index) != nullptr) {
-    SetDone(static_cast<int>(index.internalId()), isDone);
+    SetDone(static_cast<int>(index.internalId()), isTicked);
     emit dataChanged(index, index.siblingAtColumn(Message));
     if (index.parent().isValid()) emit dataChanged(index.parent(), index.parent());
   } else {
     const std::vector<int>& entries = FGroups[static_cast<size_t>(index.row())].Entries;
-    for (const int entry : entries) SetDone(entry, isDone);
+    for (const int entry : entries) SetDone(entry, isTicked);
     emit dataChanged(index, index);
     emit dataChanged(this->index(0, 0, index),
                      this->index(static_cast<int>(entries.size()) - 1, Message, index));

@@ -156,6 +156,7 @@ void THostWindow::MakeMenu() {
 
 void THostWindow::ShowOpenPages() {
   std::vector<std::string> captions;
+  captions.reserve(static_cast<size_t>(FPages->count()));
   for (int i = 0; i < FPages->count(); ++i) captions.push_back(FromQt(FPages->tabText(i)));
   FPageItems.Show(captions);
 }

@@ -91,7 +91,7 @@ void RunWizard(const TOptions& options, TFrontEnd& frontEnd) {
 // Returns the module with the wizard: the one named by KVA_EXPERT_MODULE, or the one beside this program,
 // or the one in the library folder of an installation.
 QString ModuleName() {
-  const QString name = qEnvironmentVariable("KVA_EXPERT_MODULE");
+  QString name = qEnvironmentVariable("KVA_EXPERT_MODULE");
   if (!name.isEmpty()) return name;
   const QString beside = QApplication::applicationDirPath() + "/kvaexpert.so";
   return QFile::exists(beside)

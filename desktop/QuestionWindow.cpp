@@ -142,7 +142,8 @@ void TQuestionWindow::AddTexts(const rtl::TQuestion& question, QVBoxLayout* colu
   }
   if (!question.Rows.empty()) texts->addLayout(NewTable(question.Rows));
   column->addWidget(new TTextArea(texts));
-  for (const auto& [name, value] : question.Rows) lines << ToQt(name.empty() ? value : name + ": " + value);
+  for (const auto& [name, value] : question.Rows)
+    lines << (name.empty() ? QString() : ToQt(name) + ": ") + ToQt(value);
   if (!question.Details.empty()) column->addWidget(NewList(question.Details), 1);
   for (const std::string& line : question.Details) lines << ToQt(line);
   column->addStretch();

@@ -30,7 +30,7 @@ TReviewMarks::TReviewMarks(std::string_view fileName) : FFileName(fileName) {
   FFolder = FromQt(root[kFolder].toString());
   for (size_t i = 0; i < kKeys.size(); ++i) {
     const QJsonArray keys = root[kKeys[i]].toArray();
-    for (const QJsonValue& key : keys) FMarks[i].insert(FromQt(key.toString()));
+    for (const auto& key : keys) FMarks[i].insert(FromQt(key.toString()));
   }
 }
 

@@ -141,11 +141,11 @@ mig::TFileReport FileOf(const QJsonObject& json) {
   for (const TFlag& flag : kFileFlags) file.*flag.Flag = json[flag.Name].toBool();
   file.Changes = json[kChanges].toInt();
   const QJsonArray converted = json[kConverted].toArray(), findings = json[kFindings].toArray();
-  for (const QJsonValue& each : converted) {
+  for (const auto& each : converted) {
     file.Converted.push_back(RecordOf(each.toObject(), kConvertedFields));
     file.Converted.back().Count = static_cast<size_t>(each.toObject()[kCount].toInt());
   }
-  for (const QJsonValue& each : findings) ReadFinding(each.toObject(), file);
+  for (const auto& each : findings) ReadFinding(each.toObject(), file);
   return file;
 }
 
@@ -206,7 +206,7 @@ TReportPtr ReadKeptReport(const std::string& undoFile) {
   auto report = std::make_shared<report::TReport>();
   report->Run = RecordOf(json[kRun].toObject(), kRunFields);
   const QJsonArray files = json[kFiles].toArray();
-  for (const QJsonValue& file : files) report->Files.push_back(FileOf(file.toObject()));
+  for (const auto& file : files) report->Files.push_back(FileOf(file.toObject()));
   return report;
 }
 

@@ -61,7 +61,7 @@ void TRunReview::NoteAccount(const mig::TRunAccount& account) {
 }
 
 // A task that has not ended is no longer of interest.
-void TRunReview::Read(QFuture<TReviewedRun> run) {
+void TRunReview::Read(const QFuture<TReviewedRun>& run) {
   FIsReading = true;
   FReading.setFuture(run);
 }

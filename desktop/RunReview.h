@@ -72,7 +72,7 @@ class TRunReview {
     std::string FileName;
     int Line = 1, Column = 1;
   };
-  void Read(QFuture<TReviewedRun> run);
+  void Read(const QFuture<TReviewedRun>& run);
   void ShowRead(const TReviewedRun& run);
   void ShowReport();
   void AddMigrationPage();

@@ -25,7 +25,7 @@ struct TLoadedSource {
 class TSourceLoading {
  public:
   // Files of fewer bytes are decoded at once.
-  static constexpr size_t kLarge = 256 * 1024;
+  static constexpr size_t kLarge = size_t{256} * 1024;
 
   TSourceLoading() = default;  // the destructor cancels
   TSourceLoading(const TSourceLoading&) = delete;

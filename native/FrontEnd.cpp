@@ -93,15 +93,17 @@ void TFrontEnd::MessageDlg(std::string_view text, rtl::TMsgDlgType type, rtl::TM
 bool TFrontEnd::SelectDirectory(std::string_view caption, std::string_view root, std::string& directory) {
   BeforeModal();
   auto picked = PickFolder(Owner(), caption, directory.empty() ? root : std::string_view(directory));
-  if (picked) directory = *std::move(picked);
-  return picked.has_value();
+  if (!picked) return false;
+  directory = *std::move(picked);
+  return true;
 }
 
 bool TFrontEnd::OpenFile(rtl::TOpenDialog& dialog) {
   BeforeModal();
   auto picked = PickFile(Owner(), dialog);
-  if (picked) dialog.FileName = *std::move(picked);
-  return picked.has_value();
+  if (!picked) return false;
+  dialog.FileName = *std::move(picked);
+  return true;
 }
 
 std::optional<int> TFrontEnd::Ask(const rtl::TQuestion& question) {

@@ -17,6 +17,6 @@ namespace native {
 //
 // `start` is the folder to start from; empty for the one of the last time.
 std::optional<std::string> PickFolder(HWND owner, std::string_view caption, std::string_view start);
-std::optional<std::string> PickFile(HWND owner, const rtl::TOpenDialog& dialog);
+std::optional<std::string> PickFile(HWND owner, const rtl::TOpenDialog& open);
 
 }  // namespace native

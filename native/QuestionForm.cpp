@@ -8,7 +8,7 @@ namespace native {
 
 namespace {
 
-constexpr int kWidth = 68;  // average characters
+constexpr int kQuestionWidth = 68;  // average characters
 
 struct TIcon {
   unsigned Flag;
@@ -28,7 +28,7 @@ class TQuestionRows {
                      .Name = "Text",
                      .Text = question.Text,
                      .Bold = true,
-                     .Place = {.Width = kWidth}});
+                     .Place = {.Width = kQuestionWidth}});
     for (const std::string& reason : question.Reasons) AddLabel(reason);
     if (!question.Rows.empty()) AddLabel(TextOf(question.Rows));
     if (!question.Details.empty()) AddDetails(question.Details);
@@ -51,7 +51,7 @@ class TQuestionRows {
   static std::string TextOf(const std::vector<std::pair<std::string, std::string>>& rows) {
     std::string text;
     for (const auto& [name, value] : rows)
-      text += (text.empty() ? "" : "\n") + (name.empty() ? "        " : name + ": ") + value;
+      text.append(text.empty() ? "" : "\n").append(name.empty() ? "        " : name + ": ").append(value);
     return text;
   }
 

@@ -43,13 +43,13 @@ constexpr rtl::TFormResource kResource = {
 
 TStartForm::TStartForm()
     : TForm(kResource),
-      rbProject(Control<rtl::TRadioButton>("rbProject")),
-      edProject(Control<rtl::TEdit>("edProject")) {
+      FProject(Control<rtl::TRadioButton>("rbProject")),
+      FProjectFile(Control<rtl::TEdit>("edProject")) {
   Publish("Browse", [this] { Browse(); });
   Publish("Accept", [this] { Accept(); });
   Publish("UpdateContinue", [this] {
-    edProject.SetEnabled(rbProject.Checked());
-    Action("actContinue").SetEnabled(!rbProject.Checked() || !edProject.Text().empty());
+    FProjectFile.SetEnabled(FProject.Checked());
+    Action("actContinue").SetEnabled(!FProject.Checked() || !FProjectFile.Text().empty());
   });
 }
 
@@ -58,22 +58,22 @@ void TStartForm::Browse() {
   dialog.Filter = kFilter;
   dialog.PathMustExist = true;
   dialog.FileMustExist = true;
-  dialog.InitialDir = rtl::ExtractFileDir(edProject.Text());
+  dialog.InitialDir = rtl::ExtractFileDir(FProjectFile.Text());
   if (!dialog.Execute()) return;
-  rbProject.SetChecked(true);
-  edProject.SetText(dialog.FileName);
+  FProject.SetChecked(true);
+  FProjectFile.SetText(dialog.FileName);
 }
 
 void TStartForm::Accept() {
-  if (!rbProject.Checked() || rtl::FileExists(edProject.Text())) return SetModalResult(rtl::mrOk);
-  rtl::Application().MessageBox(rtl::Format("Project \"%s\" does not exist.", {edProject.Text()}), Caption(),
-                                rtl::MB_ICONINFORMATION);
-  edProject.SetFocus();
+  if (!FProject.Checked() || rtl::FileExists(FProjectFile.Text())) return SetModalResult(rtl::mrOk);
+  rtl::Application().MessageBox(rtl::Format("Project \"%s\" does not exist.", {FProjectFile.Text()}),
+                                Caption(), rtl::MB_ICONINFORMATION);
+  FProjectFile.SetFocus();
 }
 
 std::optional<std::string> TStartForm::Ask() {
   if (ShowModal() != rtl::mrOk) return std::nullopt;
-  return rbProject.Checked() ? edProject.Text() : std::string();
+  return FProject.Checked() ? FProjectFile.Text() : std::string();
 }
 
 }  // namespace native

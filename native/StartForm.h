@@ -20,8 +20,8 @@ class TStartForm : public rtl::TForm {
   void Browse();
   void Accept();
 
-  rtl::TRadioButton& rbProject;
-  rtl::TEdit& edProject;
+  rtl::TRadioButton& FProject;
+  rtl::TEdit& FProjectFile;
 };
 
 }  // namespace native

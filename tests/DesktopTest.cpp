@@ -40,7 +40,7 @@ class DesktopTest : public tests::TWindowTest {
     TakePicture(window);
     ExpectWholeTexts(window);
   }
-  static TAct Check(std::function<void(mig::TWizardForm&)> check) {
+  static TAct Check(const std::function<void(mig::TWizardForm&)>& check) {
     return [=](QWidget&) { check(*mig::WizardForm); };
   }
 

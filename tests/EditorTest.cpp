@@ -13,6 +13,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using tests::kGroup;
 using TTexts = std::vector<std::string>;
 
 class EditorTest : public tests::THostWindowTest {};

@@ -21,6 +21,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using tests::kGroup;
 using TTexts = std::vector<std::string>;
 using desktop::ToQt;
 

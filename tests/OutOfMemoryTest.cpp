@@ -9,10 +9,10 @@
 
 namespace {
 
-long allocationsLeft = -1;  // until one fails; negative: none fails
+long AllocationsLeft = -1;  // until one fails; negative: none fails
 
 void* Allocate(size_t size) {
-  if (allocationsLeft >= 0 && allocationsLeft-- == 0) throw std::bad_alloc();
+  if (AllocationsLeft >= 0 && AllocationsLeft-- == 0) throw std::bad_alloc();
   void* memory = std::malloc(size > 0 ? size : 1);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
@@ -85,15 +85,15 @@ std::string ParseAndPrint(TFormParser& parser, const std::string& text = kText) 
 template <class TCall, class TCheck>
 long FailEach(TCall call, TCheck check) {
   for (long failing = 0;; ++failing) {
-    allocationsLeft = failing;
+    AllocationsLeft = failing;
     try {
       call();
-      const bool isDone = allocationsLeft >= 0;
-      allocationsLeft = -1;
+      const bool isDone = AllocationsLeft >= 0;
+      AllocationsLeft = -1;
       if (isDone) return failing;
       ADD_FAILURE() << "allocation " << failing << " failed unnoticed";
     } catch (const std::bad_alloc&) {
-      allocationsLeft = -1;
+      AllocationsLeft = -1;
       check();
     }
   }
@@ -108,15 +108,15 @@ TEST(OutOfMemoryTest, AParserWorksAfterIt) {
   long tried = 0;
   for (long failing = 0;; failing += 97, ++tried) {
     parser = std::make_unique<TParser>();
-    allocationsLeft = failing;
+    AllocationsLeft = failing;
     try {
       const std::string printed = ParseAndPrint(*parser, kDeepText);
-      const bool isDone = allocationsLeft >= 0;
-      allocationsLeft = -1;
+      const bool isDone = AllocationsLeft >= 0;
+      AllocationsLeft = -1;
       if (isDone) break;
       ADD_FAILURE() << "allocation " << failing << " failed unnoticed: " << printed;
     } catch (const std::bad_alloc&) {
-      allocationsLeft = -1;
+      AllocationsLeft = -1;
       ASSERT_EQ(ParseAndPrint(*parser), expected) << failing;
     }
   }
@@ -139,12 +139,12 @@ TEST(OutOfMemoryTest, PrintingCanBeTriedAgain) {
 
 TEST(OutOfMemoryTest, AScannerAllocatesNothing) {
   TPasParser(kText).SetText("");  // builds the tables
-  allocationsLeft = 0;
+  AllocationsLeft = 0;
   TPasParser scanner(kText);
   std::string_view lexem;
   size_t length = 0;
   while (scanner.GetNext(lexem) != qrl::kEndOfText) length += lexem.size();
-  allocationsLeft = -1;
+  AllocationsLeft = -1;
   EXPECT_EQ(length, kText.size());
 }
 

@@ -61,7 +61,7 @@ TEST(WorkQueueTest, AFailureIsKeptForTheEndAndTheOthersAreDone) {
 // Reads and converts `names` with two converters. Calls `onWalk` and `onWorker` for each class that they
 // replace.
 struct TTwoConverters {
-  explicit TTwoConverters(std::function<void()> onWalk, std::function<void()> onWorker) {
+  TTwoConverters(const std::function<void()>& onWalk, const std::function<void()>& onWorker) {
     Classes.AddClass("TQuery", "TKVAQuery");
     const auto call = [](const std::function<void()>& action) {
       return [action](std::string_view, std::string_view newClass) {
@@ -69,8 +69,8 @@ struct TTwoConverters {
         return std::string(newClass);
       };
     };
-    Walk.OnGetReplacement = call(std::move(onWalk));
-    Worker.OnGetReplacement = call(std::move(onWorker));
+    Walk.OnGetReplacement = call(onWalk);
+    Worker.OnGetReplacement = call(onWorker);
   }
   TClassMap Classes;
   TFileConverter Walk{Classes, "DBTABLES", ", KVA",

@@ -142,7 +142,7 @@ size_t TerminalWidth(TStream stream) {
   CONSOLE_SCREEN_BUFFER_INFO info;
   if (!GetConsoleScreenBufferInfo(Handle(stream), &info) || info.srWindow.Right <= info.srWindow.Left)
     return 80;
-  return static_cast<size_t>(info.srWindow.Right - info.srWindow.Left + 1);
+  return static_cast<size_t>(info.srWindow.Right - info.srWindow.Left) + 1;
 }
 
 }  // namespace cli

@@ -57,7 +57,7 @@ TEST(FreePascalTest, GeneratedForms) {
   for (uint32_t seed = 0; seed <= 20; ++seed) {
     bench::TRandom random(seed);
     const std::string form =
-        seed == 0 ? kRareForm : bench::MakeFormText(random, {"Form1", 2000 * seed, 4 * seed});
+        seed == 0 ? kRareForm : bench::MakeFormText(random, {"Form1", size_t{2000} * seed, size_t{4} * seed});
     rtl::TTextInfo textInfo;
     const std::string binary = rtl::ObjectTextToBinary(form, {}, textInfo);
     rtl::TBinaryInfo info;

@@ -57,9 +57,11 @@ std::string HostErrorMessage(uint32_t code) {
       FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;
   DWORD length = 0;
   // English, like all other texts of the program, where the system has it.
-  for (const DWORD language :
+  for (const int language :
        {MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT)}) {
-    if (length == 0) length = FormatMessageW(flags, nullptr, code, language, text, std::size(text), nullptr);
+    if (length == 0)
+      length =
+          FormatMessageW(flags, nullptr, code, static_cast<DWORD>(language), text, std::size(text), nullptr);
   }
   while (length > 0 && text[length - 1] <= L' ') --length;
   return ToUtf8OrReplaced({text, length});
