@@ -86,7 +86,7 @@ TArguments Read(int argc, char** argv) {
 size_t FileSize(TRandom& random, bool dense) {
   if (dense) return 1024 * random.Between(10, random.Between(20, 60));
   const size_t base = size_t{2048} << std::min(random.Below(5), random.Below(5));
-  return std::min<size_t>(base + random.Below(base), 60 * 1024);
+  return std::min<size_t>(base + random.Below(base), size_t{60} * 1024);
 }
 
 // Converts text to UTF-16. The generated text is ASCII, so every byte is a unit.

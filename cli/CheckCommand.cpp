@@ -8,6 +8,7 @@
 #include "cli/Progress.h"
 #include "cli/RunReport.h"
 #include "cli/Scope.h"
+#include "report/RuleBook.h"
 
 namespace cli {
 

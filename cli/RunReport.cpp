@@ -9,6 +9,8 @@
 #include "cli/Help.h"
 #include "cli/Options.h"
 #include "cli/TypedPath.h"
+#include "report/Baseline.h"
+#include "report/Summary.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 #include "target/OldNameList.h"

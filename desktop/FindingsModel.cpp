@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <map>
 
+#include "MigWizard/passes/FindingRules.h"
 #include "desktop/QtText.h"
 #include "desktop/SourceLexer.h"
 #include "report/Fingerprints.h"

@@ -14,6 +14,7 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include "MigWizard/passes/FindingRules.h"
 #include "desktop/QtText.h"
 #include "rtl/forms/Application.h"
 #include "win/FileApi.h"

@@ -57,7 +57,7 @@ TMigrationPage::TMigrationPage(host::THost& host, QWidget* parent)
   FDryRun.OnPreviewing = [this](const mig::TRunProgress& progress) {
     if (OnPreviewing) OnPreviewing(progress);
   };
-  FFiles->OnTicked = [this] { ShowOffer(); };
+  FFiles->OnTicked = [this] { UpdateSelection(); };
   FFiles->OnOpen = [this](const std::string& fileName, int) {
     if (OnOpen) OnOpen(fileName, FFiles->OldLine(), 1);
   };
@@ -179,10 +179,10 @@ void TMigrationPage::ShowPreview() {
     FResult->setTabText(0, QString("Files (%1)").arg(FDryRun.Files()->Files().size()));
     FResult->setTabText(1, QString("What would be left (%1)").arg(FFindings->Model().Count()));
   }
-  ShowOffer();
+  UpdateSelection();
 }
 
-void TMigrationPage::ShowOffer() {
+void TMigrationPage::UpdateSelection() {
   FConvert->setVisible(FDryRun.HasPreview());
   if (!FDryRun.HasPreview()) {
     FNote->setText(FProject.empty() ? QString() : "A preview changes nothing.");

@@ -44,7 +44,7 @@ class TMigrationPage : public QWidget {
   QPushButton* NewButton(const char* name, const char* text, const std::function<void()>& click);
   void ShowCounts(const TCensus::TCounts& counts);
   void ShowPreview();
-  void ShowOffer();
+  void UpdateSelection();
   void ReloadFiles();
   bool MaySave() const;
   bool Confirm(int files);

@@ -67,7 +67,6 @@ class TReviewModel : public TTickModel {
     std::vector<int> Children = {};
   };
   int AddNode(int parent, TNode node);
-  int FolderNode(const QString& path);
   const TNode& NodeOf(const QModelIndex& index) const;
   QModelIndex IndexOfNode(int node, int column = 0) const;
   void Tick(int node, Qt::CheckState state);

@@ -9,6 +9,7 @@
 #include <optional>
 #include <utility>
 
+#include "MigWizard/passes/FindingRules.h"
 #include "MigWizard/run/FileUtils.h"
 #include "desktop/QtText.h"
 #include "rtl/text/Exceptions.h"

@@ -1,6 +1,7 @@
 // Converts any bytes as a whole file, a unit or a form by the first byte. The result does not depend on the
 // files that were converted before.
 #include "MigWizard/passes/FileConversion.h"
+#include "MigWizard/passes/FindingRules.h"
 #include "MigWizard/passes/FormFile.h"
 #include "fuzz/Require.h"
 #include "rtl/text/Exceptions.h"

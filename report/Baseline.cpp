@@ -1,9 +1,10 @@
-// The baseline: the findings of an earlier report.
+#include "report/Baseline.h"
+
 #include <map>
 #include <nlohmann/json.hpp>
 #include <tuple>
 
-#include "report/Report.h"
+#include "MigWizard/passes/FindingRules.h"
 #include "rtl/text/SysUtils.h"
 
 namespace report {

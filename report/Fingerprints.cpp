@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "MigWizard/passes/FindingRules.h"
+
 namespace report {
 
 std::string TFingerprints::Next(const mig::TFinding& finding) {

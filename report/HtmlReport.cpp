@@ -1,8 +1,9 @@
-// The report as one self-contained page: ReportPage.html with the findings inserted.
+#include "report/HtmlReport.h"
+
 #include <nlohmann/json.hpp>
 
+#include "MigWizard/passes/FindingRules.h"
 #include "report/JsonText.h"
-#include "report/Report.h"
 #include "report/ReportPageText.h"
 
 namespace report {

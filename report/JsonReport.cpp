@@ -1,8 +1,9 @@
-// The report as JSON. docs/report.md describes it field by field.
+#include "report/JsonReport.h"
+
 #include <nlohmann/json.hpp>
 
+#include "MigWizard/passes/FindingRules.h"
 #include "report/JsonText.h"
-#include "report/Report.h"
 
 namespace report {
 namespace {

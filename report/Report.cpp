@@ -2,6 +2,10 @@
 
 #include <algorithm>
 
+#include "MigWizard/passes/FindingRules.h"
+#include "report/HtmlReport.h"
+#include "report/JsonReport.h"
+#include "report/SarifReport.h"
 #include "rtl/text/SysUtils.h"
 
 namespace report {

@@ -66,26 +66,7 @@ bool IsReportName(std::string_view fileName);
 // Returns the report in the format of the extension of `fileName`. Raises EReport for any other extension.
 std::string MakeReport(const TReport& report, std::string_view fileName);
 
-std::string JsonReport(const TReport& report);
-std::string SarifReport(const TReport& report);
-std::string HtmlReport(const TReport& report);
-
-// Returns the numbers of a run as labels and values, for people. A row with an empty label continues the one
-// before it.
-using TSummaryRows = std::vector<std::pair<std::string, std::string>>;
-TSummaryRows SummaryRows(const TReport& report);
-// Returns at most 15 lines for people. `reports` are the names of the written reports.
-std::vector<std::string> SummaryLines(const TReport& report, const std::vector<std::string>& reports);
-
 // Returns a finding in the format of compilers: "Main.dfm(120,5): warning dropped-property: ...".
 std::string FindingLine(const std::string& path, const mig::TFinding& finding);
-
-// Removes the findings that the report `json` of an earlier run contains. Ignores lines and columns; of
-// findings that are equal otherwise, removes as many as `json` contains. Raises EReport if `json` is not a
-// report.
-void RemoveKnown(TReport& report, std::string_view json);
-
-// Returns the text of docs/rules.md.
-std::string RuleBook();
 
 }  // namespace report

@@ -1,7 +1,8 @@
-// Generates docs/rules.md from the table of rules.
+#include "report/RuleBook.h"
+
 #include <algorithm>
 
-#include "report/Report.h"
+#include "MigWizard/passes/FindingRules.h"
 
 namespace report {
 

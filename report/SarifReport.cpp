@@ -1,11 +1,12 @@
-// The report as SARIF 2.1.0, the format of editors and code review services.
+#include "report/SarifReport.h"
+
 #include <cstdint>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "MigWizard/passes/FindingRules.h"
 #include "report/Fingerprints.h"
 #include "report/JsonText.h"
-#include "report/Report.h"
 
 namespace report {
 namespace {

@@ -1,7 +1,8 @@
-// The summary of a run for people, on a terminal.
+#include "report/Summary.h"
+
 #include <algorithm>
 
-#include "report/Report.h"
+#include "MigWizard/passes/FindingRules.h"
 
 namespace report {
 namespace {
@@ -135,8 +136,9 @@ std::vector<std::string> SummaryLines(const TReport& report, const std::vector<s
   }
   const std::string counts = Counted(CountOf(summary, mig::TLevel::Error), "error", "errors") + ", " +
                              Counted(CountOf(summary, mig::TLevel::Warning), "warning", "warnings");
+  if (report.Run.IsDeclined) return lines;
   if (summary.Rules.empty()) {
-    if (!report.Run.IsDeclined) lines.push_back(LineOf("Next", "compile the project"));
+    lines.push_back(LineOf("Next", "compile the project"));
   } else if (reports.empty() && !report.Run.IsPreview) {
     lines.push_back(
         LineOf("Next", counts + " to look at: run again with --report FILE.html, or \"kvamigrate check\""));

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "MigWizard/passes/FileConversion.h"
+#include "MigWizard/passes/FindingRules.h"
 #include "MigWizard/run/RunFindings.h"
 #include "rtl/text/ClassRegistry.h"
 #include "target/KVAFormParser.h"

@@ -96,7 +96,7 @@ class TTracer : public TLL1Parser {
       follow = follow && (hook == THook::Watch || hook == THook::Refuse || hook == THook::SkipAfter ||
                           hook == THook::LookAhead);
     }
-    if (follow) LetHooksFollowTheirRules();
+    if (follow) RestrictHooksToRules();
   }
   using TLL1Parser::DeclareWords;
   using TLL1Parser::SetMostNestedCalls;

@@ -10,10 +10,15 @@
 #include <sstream>
 #include <tuple>
 
+#include "MigWizard/passes/FindingRules.h"
 #include "MigWizard/passes/FormFile.h"
 #include "MigWizard/passes/TextFile.h"
 #include "host/ProjectChoice.h"
+#include "report/Baseline.h"
+#include "report/JsonReport.h"
 #include "report/Report.h"
+#include "report/RuleBook.h"
+#include "report/Summary.h"
 #include "rtl/text/StringList.h"
 #include "target/KVAReplacer.h"
 #include "target/OldNameList.h"

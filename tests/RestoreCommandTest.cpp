@@ -44,17 +44,18 @@ TEST_F(RestoreCommandTest, RestoreRefusesLinesThatNoRunWrites) {
   FTree.Write("b/a.~pas", "evil");
   FTree.Write("b/.~bashrc", "evil");
   FTree.Write("c/a.~pas", "evil");
+  FTree.Write("c/d.~pas", "evil");
   FTree.Write(".bashrc", "mine");
   FTree.Write("b/RExpert.reu", line(".bashrc", "b\\.~bashrc") + line("a.pas", "c\\a.~pas") +
-                                   FTree.WindowsPath("a.pas") + "=" + FTree.WindowsPath("b") +
-                                   "\\..\\c\\a.~pas\r\n" + line("x.pas", "b\\a.~pas") + "\x1B[2Jno\r\n" +
+                                   FTree.WindowsPath("d.pas") + "=" + FTree.WindowsPath("b") +
+                                   "\\..\\c\\d.~pas\r\n" + line("x.pas", "b\\a.~pas") + "\x1B[2Jno\r\n" +
                                    line("b.dpr", "b\\b.~dpr"));
   EXPECT_EQ(
       Run("restore b/RExpert.reu"),
       "1|Failed to restore files.\n|kvamigrate: No run can have written this line of the undo file: "
       "<dir>\\.bashrc=<dir>\\b\\.~bashrc\n"
       "kvamigrate: No run can have written this line of the undo file: <dir>\\a.pas=<dir>\\c\\a.~pas\n"
-      "kvamigrate: No run can have written this line of the undo file: <dir>\\a.pas=<dir>\\b\\..\\c\\a.~pas\n"
+      "kvamigrate: No run can have written this line of the undo file: <dir>\\d.pas=<dir>\\b\\..\\c\\d.~pas\n"
       "kvamigrate: No run can have written this line of the undo file: <dir>\\x.pas=<dir>\\b\\a.~pas\n"
       "kvamigrate: No run can have written this line of the undo file: \\x1B[2Jno\n"
       "kvamigrate: There is no backup for this line of the undo file: <dir>\\b.dpr=<dir>\\b\\b.~dpr\n" +

@@ -129,9 +129,9 @@ void TLL1Parser::DeclareHooks(std::initializer_list<std::string_view> names) {
   FHooks->Names.insert(FHooks->Names.end(), names.begin(), names.end());
 }
 
-void TLL1Parser::LetHooksFollowTheirRules() {
-  rtl::Assert(!FGrammar.Prepared(), "TLL1Parser.LetHooksFollowTheirRules: the grammar is compiled");
-  FHooks->FollowTheirRules = true;
+void TLL1Parser::RestrictHooksToRules() {
+  rtl::Assert(!FGrammar.Prepared(), "TLL1Parser.RestrictHooksToRules: the grammar is compiled");
+  FHooks->AreRestrictedToRules = true;
 }
 
 void TLL1Parser::DeclareWords(std::initializer_list<std::string_view> literals) {

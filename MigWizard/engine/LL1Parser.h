@@ -126,7 +126,7 @@ class TLL1Parser {
   void DeclareHooks(std::initializer_list<std::string_view> names);
   // Promises that a declared hook matches only where its rule matches. It is then called only where its rule
   // can begin. Raises EAssertionFailed after the first Parse.
-  void LetHooksFollowTheirRules();
+  void RestrictHooksToRules();
   // Declares literals to be words; see TLL1Grammar::AddWord. Raises EAssertionFailed after the first Parse.
   void DeclareWords(std::initializer_list<std::string_view> literals);
   // Sets how much work a parse may waste before its results are remembered (65,536 initially; see Work).

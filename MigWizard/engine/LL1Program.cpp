@@ -342,7 +342,7 @@ std::vector<TFirstSet> TLL1Program::TBuilder::FindFirstSets() const {
 // Returns whether the node can begin only where its rule can.
 bool TLL1Program::TBuilder::BeginsAsItsRule(const TLL1Node& node) const {
   return node.Kind == TLL1NodeKind::Rule ||
-         (node.Kind == TLL1NodeKind::HookedRule && FHooks.FollowTheirRules && node.Argument >= 0);
+         (node.Kind == TLL1NodeKind::HookedRule && FHooks.AreRestrictedToRules && node.Argument >= 0);
 }
 
 // Returns the first set of the node as far as it depends on nothing else.

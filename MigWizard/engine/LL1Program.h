@@ -69,9 +69,9 @@ struct TLL1ProgramRule {
 
 // The references of a parse that go through the client.
 struct TLL1Hooks {
-  bool IsEverything = true;        // every nonterminal and every terminal
-  std::vector<std::string> Names;  // otherwise: these nonterminals, with their brackets and in lower case
-  bool FollowTheirRules = false;   // each of these matches only where its rule matches
+  bool IsEverything = true;           // every nonterminal and every terminal
+  std::vector<std::string> Names;     // otherwise: these nonterminals, with their brackets and in lower case
+  bool AreRestrictedToRules = false;  // each of these matches only where its rule matches
 };
 
 class TLL1Program {

@@ -3,6 +3,8 @@
 #include <iterator>
 #include <utility>
 
+#include "report/Summary.h"
+
 namespace mig {
 
 TRunObserver::TRunObserver(TComponentReplacer& replacer) : FReplacer(replacer), FHooks(replacer) {

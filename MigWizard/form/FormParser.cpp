@@ -79,7 +79,7 @@ TFormParser::TFormParser(TParseStateClass stateClass) : TLL1Parser(std::move(sta
   DeclareWords({"end"});
   DeclareHooks({kNestedObject, kPropValue});
   for (const TMarkedNonterminal& marked : kMarked) DeclareHooks({marked.Name});
-  LetHooksFollowTheirRules();
+  RestrictHooksToRules();
 }
 
 void TFormParser::SetNewType(std::string_view value) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "MigWizard/passes/ComponentNames.h"
+#include "MigWizard/passes/FindingRules.h"
 #include "MigWizard/passes/FormFindings.h"
 #include "MigWizard/passes/FormSearch.h"
 #include "MigWizard/passes/UnitFindings.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "MigWizard/passes/FindingRules.h"
 #include "MigWizard/passes/FormFile.h"
 #include "rtl/objects/ObjectBinaryToText.h"
 #include "win/paths/CodePage.h"

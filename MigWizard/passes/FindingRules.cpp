@@ -1,8 +1,8 @@
-// The table of rules.
+#include "MigWizard/passes/FindingRules.h"
+
 #include <algorithm>
 #include <iterator>
 
-#include "MigWizard/passes/Findings.h"
 #include "MigWizard/passes/WordSearch.h"
 
 namespace mig {
@@ -51,7 +51,7 @@ constexpr TRule kRules[] = {
     {UnparsedObject, "unparsed-object", Error,
      "{object} is not converted, because its {detail} cannot be read",
      "Mend the form text there, or convert the object by hand.",
-     "An object of a class of the map whose text is not what form text has to be. Its properties stay as they are.",
+     "An object of a class of the map whose text does not follow the grammar of forms. Its properties stay as they are.",
      "object Query1: TQuery\n  Tag = $FF"},
     {InheritedObject, "inherited-object", Warning,
      "{object} is declared with \"{subject}\" and keeps its class {oldClass}{detail}",
@@ -141,6 +141,11 @@ constexpr TRule kRules[] = {
      "Read the comment again. In a compiler directive, change the name back.",
      "A class name that was replaced in a comment. In a compiler directive it is a warning.",
      "{ fills the TQuery }"},
+    {Deselected, "deselected", Note,
+     "{subject} is left as it was, because it was deselected",
+     "Convert it in a later run, or by hand.",
+     "An object or a name that the user took out of the run in a preview.",
+     "object Query1: TQuery"},
 };
 // clang-format on
 

@@ -7,6 +7,7 @@
 
 #include "MigWizard/form/LoginParameters.h"
 #include "MigWizard/form/PropertyRules.h"
+#include "MigWizard/passes/FindingRules.h"
 #include "MigWizard/passes/FormWalk.h"
 #include "rtl/text/ClassRegistry.h"
 #include "rtl/text/SysUtils.h"
@@ -85,9 +86,9 @@ class TStopFinder {
  private:
   bool Parse(std::string_view rule, size_t& place) {
     auto position = static_cast<int64_t>(place) + 1;
-    if (FHopeless.contains(static_cast<int32_t>(position)) && rule == "<object>") return false;
+    if (FUnparsable.contains(static_cast<int32_t>(position)) && rule == "<object>") return false;
     if (!FParser.Parse(FText, rule, position)) {
-      FHopeless.insert(FParser.FailedObjects().begin(), FParser.FailedObjects().end());
+      FUnparsable.insert(FParser.FailedObjects().begin(), FParser.FailedObjects().end());
       return false;
     }
     place = static_cast<size_t>(position) - 1;
@@ -131,7 +132,7 @@ class TStopFinder {
   const std::string_view FText;
   TFormParser& FParser;
   std::unordered_map<size_t, TStop> FStops;
-  std::unordered_set<int32_t> FHopeless;  // positions from 1 where no object can be parsed
+  std::unordered_set<int32_t> FUnparsable;  // positions from 1 where no object can be parsed
 };
 
 // Adds the findings object by object. Most objects have none, and most converted ones are known from their account;
@@ -191,7 +192,11 @@ class TFormFindings : public TFormWalk {
       if (account->IsConverted) {
         AddConverted(*account);
         if (IsOfOnePiece(*account)) SkipObject(account->End);
-      } else if (!account->IsLeftOut) {
+      } else if (account->IsLeftOut) {
+        TFinding& finding = Add(TRuleId::Deselected, object.Offset);
+        finding.Subject = finding.Object;
+        finding.OldClass = object.ClassName;
+      } else {
         AddUnparsed(object, IsWhole() ? FStops.Find(object.Offset) : TStop{object.Offset, {}});
         if (IsWhole()) ShowClass(*account);
       }

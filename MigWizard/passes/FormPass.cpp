@@ -134,10 +134,10 @@ class TFormPass {
   // Does not parse again an object that could not be parsed as part of the enclosing one. Otherwise a chain
   // of objects without their ends would take quadratic time.
   bool ParseObject(const std::string& newClass, int64_t& position) {
-    if (FHopeless.contains(static_cast<int32_t>(position))) return false;
+    if (FUnparsable.contains(static_cast<int32_t>(position))) return false;
     FParser.SetNewType(newClass);
     if (FParser.Parse(FText, "<object>", position)) return true;
-    FHopeless.insert(FParser.FailedObjects().begin(), FParser.FailedObjects().end());
+    FUnparsable.insert(FParser.FailedObjects().begin(), FParser.FailedObjects().end());
     return false;
   }
 
@@ -182,13 +182,13 @@ class TFormPass {
   std::string FPrinted;
   TFormObject FObject;
   int FChanges = 0;
-  int FLevel = -1;                        // of the object being read; the root object has level 0
-  int FLeftOutLevel = kNoLevel;           // of an open object that is left out with all objects in it
-  size_t FStart = 0;                      // start of the last keyword `object`
-  size_t FCopied = 0;                     // the text before it is in the output, or was replaced there
-  std::vector<TFailedClass> FFailed;      // in the order of the text
-  std::unordered_set<int32_t> FHopeless;  // positions, counted from 1, where no object can be parsed
-  size_t FNextFailed = 0;                 // the first one not yet in the output
+  int FLevel = -1;                          // of the object being read; the root object has level 0
+  int FLeftOutLevel = kNoLevel;             // of an open object that is left out with all objects in it
+  size_t FStart = 0;                        // start of the last keyword `object`
+  size_t FCopied = 0;                       // the text before it is in the output, or was replaced there
+  std::vector<TFailedClass> FFailed;        // in the order of the text
+  std::unordered_set<int32_t> FUnparsable;  // positions, counted from 1, where no object can be parsed
+  size_t FNextFailed = 0;                   // the first one not yet in the output
 };
 
 }  // namespace

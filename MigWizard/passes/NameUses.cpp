@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "MigWizard/engine/PasParser.h"
+#include "MigWizard/passes/FindingRules.h"
 #include "rtl/text/SysUtils.h"
 
 namespace mig {
@@ -48,7 +49,7 @@ std::vector<std::string> NamesOf(std::string_view list) {
 
 void TNameUses::OnName(TNameSpot spot) {
   const TUnitToken& token = Token();
-  if ((token.Flags & kBringsLine) != 0 && !IsLeftOut(token.Offset)) AddTransaction(spot);
+  if ((token.Flags & kAddsLine) != 0 && !IsLeftOut(token.Offset)) AddTransaction(spot);
   if ((token.Flags & (kOldName | kOldMember)) == 0 || (token.Flags & kMappedClass) != 0) return;
   if (const TOldName* old = FInput.OldNames.Find(TOldNames::Class, token.Lexem)) {
     NoteUse(TNameUse::OldClass, *old, 0);
@@ -159,13 +160,13 @@ bool TNameUses::UsesUnitOf(const TOldName& old) const {
 }
 
 // Returns True if the class, as it is spelled, is replaced by more than one line.
-bool TNameUses::BringsLine(std::string_view name) const {
+bool TNameUses::AddsLine(std::string_view name) const {
   const std::string* const newClass = FInput.Rules.Classes.Find(name);
   return newClass != nullptr && FInput.Rules.GetReplacement(name, *newClass).find('\n') != std::string::npos;
 }
 
 void TNameUses::AddTransaction(TNameSpot spot) {
-  if (!BringsLine(Token().Lexem)) return;
+  if (!AddsLine(Token().Lexem)) return;
   const bool isName =
       spot == TNameSpot::Field || spot == TNameSpot::RecordField || spot == TNameSpot::Variable;
   if (isName && Before(1).Lexem != ":" && Before(1).Lexem != ".") spot = TNameSpot::Expression;
@@ -183,7 +184,7 @@ void TNameUses::AddLineInBody(size_t offset) {
     for (int code = qrl::kWhiteSpace; code == qrl::kWhiteSpace || code == qrl::kComment;)
       code = scanner.GetNext(lexem);
   }
-  if (!BringsLine(lexems[0])) return;
+  if (!AddsLine(lexems[0])) return;
   const bool isCall = lexems[1] == "." && rtl::SameText(lexems[2], "Create");
   AddTransaction(TNameSpot::Expression, lexems[0], offset, isCall);
 }

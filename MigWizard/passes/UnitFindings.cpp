@@ -31,6 +31,17 @@ void AddComments(const TUnitFindingInput& input, TNameUses& names) {
   }
 }
 
+// Adds the edits that were removed by choice.
+void AddDeselected(const TUnitFindingInput& input, TNameUses& names) {
+  for (const size_t offset : input.Result.LeftOut) {
+    TPasParser scanner(input.Text, input.Encoding);
+    scanner.SetPosition(offset);
+    std::string_view name;
+    (void)scanner.GetNext(name);
+    names.Add(TRuleId::Deselected, offset).Subject = name;
+  }
+}
+
 // Returns the first place where the unit names a new class after the run, or null.
 const TUnitMark* FirstNewClass(const TUnitFindingInput& input, const TNameUses& names) {
   const std::vector<TUnitMark>& marks = input.Result.Marks;
@@ -113,6 +124,7 @@ TUnitFindings FindInUnit(const TUnitFindingInput& input, const TTextPlaces& plac
   names.ReadUnit();
   for (const size_t offset : parts.LinesInBodies) names.AddLineInBody(offset);
   AddComments(input, names);
+  AddDeselected(input, names);
   AddUnits(input, names);
   TUnitOutline& outline = names.Outline();
   if (!outline.Uses.empty())

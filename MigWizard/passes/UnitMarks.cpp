@@ -41,11 +41,11 @@ class TPartFinder {
       FKeepsAll = true;
     } else {
       FKeepsAll = Any({mark, marks.end()}, kUse);
-      readsInterface = readsInterface || FKeepsAll || Any({marks.begin(), mark}, kUse | kBringsLine);
+      readsInterface = readsInterface || FKeepsAll || Any({marks.begin(), mark}, kUse | kAddsLine);
       FSection = mark->Offset + kImplementation.size();
       if (readsInterface || !KeepHead(mark->Offset)) Keep(0, FSection);
       ++mark;
-      if (!FKeepsAll && !Any({mark, marks.end()}, kBringsLine)) mark = marks.end();
+      if (!FKeepsAll && !Any({mark, marks.end()}, kAddsLine)) mark = marks.end();
     }
     ReadBodies({mark, marks.end()});
     return std::move(FParts);
@@ -98,7 +98,7 @@ class TPartFinder {
   }
 
   void EndDeclarations(TMarks marks, size_t end) {
-    if (FKeepsAll || Any(marks, kBringsLine)) {
+    if (FKeepsAll || Any(marks, kAddsLine)) {
       Keep(FSection, end);
     } else {
       if (FIsAfterBody) Keep(FSection, FSection + kEndWord.size());
@@ -114,7 +114,7 @@ class TPartFinder {
     if (FKeepsAll && Any(marks, kUse)) return Keep(FSection, end);
     Keep(FSection, FSection + (WordOf(marks[0]) == Asm ? kAsm : kBegin).size());
     for (const TUnitMark& mark : marks)
-      if ((mark.Flags & kBringsLine) != 0) FParts.LinesInBodies.push_back(mark.Offset);
+      if ((mark.Flags & kAddsLine) != 0) FParts.LinesInBodies.push_back(mark.Offset);
   }
 
   void Keep(size_t begin, size_t end) {
@@ -145,8 +145,8 @@ TNameTable MakeUnitNames(const TUnitRules& rules, const TOldNames& oldNames) {
   const rtl::TStringList& classes = rules.Classes.MappedClasses();
   for (int i = 0; i < classes.Count(); ++i) {
     const std::string& newClass = *rules.Classes.Find(classes[i]);
-    const bool bringsLine = rules.GetReplacement(classes[i], newClass).find('\n') != std::string::npos;
-    names.Add(classes[i], kMappedClass | (bringsLine ? kBringsLine : 0));
+    const bool addsLine = rules.GetReplacement(classes[i], newClass).find('\n') != std::string::npos;
+    names.Add(classes[i], kMappedClass | (addsLine ? kAddsLine : 0));
     names.Add(newClass, kNewClass);
   }
   oldNames.ForEach([&](TOldNames::TKind kind, const std::string& name) {

@@ -64,7 +64,7 @@ enum class TWord : uint8_t {
 // The flags of a name in the table of a unit's names. The lowest bits are the TWord.
 inline constexpr uint32_t kWordFlags = 0xFF;
 inline constexpr uint32_t kMappedClass = 0x100;
-inline constexpr uint32_t kBringsLine = 0x200;  // a mapped class that is replaced by more than one line
+inline constexpr uint32_t kAddsLine = 0x200;  // a mapped class that is replaced by more than one line
 inline constexpr uint32_t kNewClass = 0x400;
 inline constexpr uint32_t kOldName = 0x800;     // a class, a function or an object of the old components
 inline constexpr uint32_t kOldMember = 0x1000;  // a member that a new class lacks

@@ -33,16 +33,16 @@ void TWithStatements::Pass(const TUnitToken& token, const TUnitToken& next) {
     case Except:
     case Finally:
     case Until:
-      EndThoseWithoutBlock();
+      CloseStatementsWithoutBlock();
       break;
     default:
-      if (token.Lexem == ";") EndThoseWithoutBlock();
+      if (token.Lexem == ";") CloseStatementsWithoutBlock();
       break;
   }
 }
 
 // Ends the statements at this depth that are not blocks.
-void TWithStatements::EndThoseWithoutBlock() {
+void TWithStatements::CloseStatementsWithoutBlock() {
   while (!FOpen.empty() && !FOpen.back().IsBlock && FOpen.back().Depth >= FDepth) FOpen.pop_back();
 }
 

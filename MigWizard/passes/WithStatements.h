@@ -22,7 +22,7 @@ class TWithStatements {
     int Depth;
     bool IsBlock;
   };
-  void EndThoseWithoutBlock();
+  void CloseStatementsWithoutBlock();
 
   std::vector<TWith> FOpen;
   int FDepth = 0;

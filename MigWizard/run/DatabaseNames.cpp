@@ -18,7 +18,7 @@ std::string AliasKey(std::string_view alias, const qrl::TEncoding& encoding) {
 
 void TDatabaseNames::Collect(const std::string& fileName) {
   rtl::TFileStream file(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
-  NamingFile(fileName, [&] {
+  WithFileInErrors(fileName, [&] {
     const TFormFile form = ReadFormFile(file);
     const std::string_view text = form.Text;
     FindDatabaseNames(text.substr(0, text.find('\0')), *form.Encoding,

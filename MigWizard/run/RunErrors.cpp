@@ -7,7 +7,7 @@ namespace mig {
 EFileConversion::EFileConversion(std::string_view fileName, std::string_view reason)
     : Exception(std::string(fileName).append(": ").append(reason)), FFileName(fileName) {}
 
-void NamingFile(const std::string& fileName, const std::function<void()>& action) {
+void WithFileInErrors(const std::string& fileName, const std::function<void()>& action) {
   try {
     action();
   } catch (const rtl::EAbort&) {

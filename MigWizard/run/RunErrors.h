@@ -39,6 +39,6 @@ class EFileEdited : public rtl::Exception {
 // Runs `action`, which works on the contents of `fileName`, and converts its exceptions to EFileConversion,
 // but std::bad_alloc to rtl::EOutOfMemory with the name of the file. Passes on EAbort, EOutOfMemory,
 // EFileConversion, EFileEdited, ENameClash, and stream exceptions, which already name their file.
-void NamingFile(const std::string& fileName, const std::function<void()>& action);
+void WithFileInErrors(const std::string& fileName, const std::function<void()>& action);
 
 }  // namespace mig

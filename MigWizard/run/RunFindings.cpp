@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "MigWizard/passes/FindingRules.h"
 #include "MigWizard/passes/UnitFindings.h"
 #include "MigWizard/passes/UnitNames.h"
 #include "rtl/text/SysUtils.h"
@@ -78,7 +79,7 @@ std::vector<TFileReport> TRunFindings::Finish() {
     for (const TUnit& unit : FUnits) ResolveUses(unit);
   }
   for (TFileReport& file : FFiles) {
-    DropUsersOwn(file);
+    RemoveFindingsOfOwnNames(file);
     if (!std::is_sorted(file.Findings.begin(), file.Findings.end(), ComesBefore))
       std::stable_sort(file.Findings.begin(), file.Findings.end(), ComesBefore);
   }
@@ -296,7 +297,7 @@ std::string TRunFindings::ConvertedClassOf(const std::string& type, const std::s
 }
 
 // Removes findings about units and classes that the run's own units declare under old names.
-void TRunFindings::DropUsersOwn(TFileReport& file) const {
+void TRunFindings::RemoveFindingsOfOwnNames(TFileReport& file) const {
   const auto isOwn = [this](const TFinding& finding) {
     if (finding.Rule == TRuleId::UnmappedClass) return FOutlines.contains(rtl::LowerCase(finding.OldClass));
     if (finding.Rule != TRuleId::OldUnit) return false;

@@ -75,7 +75,7 @@ class TRunFindings {
   TFound FindAfterUnit(const TUnit& unit, const TNameUse& use, size_t& parts) const;
   TFound FindMember(const std::string& className, const std::string& member) const;
   std::string ConvertedClassOf(const std::string& type, const std::string& member) const;
-  void DropUsersOwn(TFileReport& file) const;
+  void RemoveFindingsOfOwnNames(TFileReport& file) const;
 
   const TClassMap& FClasses;
   const TOldNames& FOldNames;

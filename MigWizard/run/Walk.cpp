@@ -99,7 +99,7 @@ void TWalk::WalkList(const std::string& tempDir) {
     }
     ReportProgress(i, FUnits[i]);
     const std::string fileName = FUnits[i];  // a copy: the list grows meanwhile
-    NamingFile(fileName, [&] { ProcessEntry(fileName, files, tempDir); });
+    WithFileInErrors(fileName, [&] { ProcessEntry(fileName, files, tempDir); });
   }
 }
 
@@ -178,7 +178,7 @@ void TWalk::ProcessFile(const std::string& fileName, TFilesAhead& files, const s
   if (const auto unread = FUnreadForms.find(fileName); unread != FUnreadForms.end())
     return LeaveOut(fileName, unread->second);
   try {
-    NamingFile(fileName, [&] {
+    WithFileInErrors(fileName, [&] {
       if (IsUnitSource(fileName)) {
         ProcessUnit(*conversion, fileName, target);
       } else {

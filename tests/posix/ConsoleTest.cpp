@@ -233,7 +233,8 @@ TEST(ConsoleTest, APatchOnATerminal) {
 TEST(ConsoleTest, AskingUnitByUnit) {
   const std::string a = kPatchA, b = std::string(kPatchB) + kAskB;
   const std::string summary =
-      "Files:     4 read, 2 changed\nObjects:   1 converted: TQuery 1\nLeft:      no-new-units 1\n"
+      "Files:     4 read, 2 changed\nObjects:   1 converted: TQuery 1\nLeft:      no-new-units 1\n           "
+      "deselected 1\n"
       "Backups:   <dir>/src/RBackup\nNext:      1 error, 0 warnings to look at: run again with --report "
       "FILE.html, or \"kvamigrate check\"\nReplace procedure was performed sucessfully.\n";
   const std::string help =
@@ -255,7 +256,7 @@ TEST(ConsoleTest, AskingUnitByUnit) {
       {"-q", {"a\n"}, a, "A.~DFM A.~pas B.~pas RExpert.reu "},
       {"-q", {"y\n", "d\n"}, a + b, "A.~DFM A.~pas RExpert.reu "},
       {"-q", {"y\n"}, a + b, "A.~DFM A.~pas RExpert.reu "},  // the end of the input
-      {"", {"q\n"}, a + "Files:     4 read, 0 changed\nNothing was replaced.\n", ""},
+      {"", {"q\n"}, a + "Files:     4 read, 0 changed\nLeft:      deselected 3\nNothing was replaced.\n", ""},
       {"-q", {"y\n", "\x03"}, a + b + "kvamigrate: Stopped: no file was replaced.\n", ""},
       {"-q --no-backup",
        {"y\n", "!echo >>src/C.pas", "y\n"},

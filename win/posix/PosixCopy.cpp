@@ -103,7 +103,7 @@ bool TPosixCopier::Replace(const TTarget& target, mode_t mode, bool onlyIfFree, 
   if (!file.Create(mode, own)) return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
   FWritten.Note(file.Fd(), own.st_dev, target.Place);
   if (!fill(file.Fd(), own) || !file.Finish()) return FailErrno(errno);
-  if (!(expected ? file.TakeNameOf(*expected) : file.TakeName(onlyIfFree))) {
+  if (!(expected ? file.RenameToUnchanged(*expected) : file.RenameToTarget(onlyIfFree))) {
     return onlyIfFree && errno == EEXIST ? Fail(ERROR_FILE_EXISTS) : FailErrno(errno);
   }
   change.Commit(target.Place.Leaf());
@@ -165,7 +165,7 @@ bool TPosixCopier::CopyOverUnchanged(std::string_view source, std::string_view t
     SweepOnce(to.Place);
     if (FWritten.NoteName(info.st_dev, to.Place) && file.Adopt(from, FileStampOf(info), expected)) {
       removal.Commit({}, from.Leaf());
-      if (!file.TakeNameOf(expected)) return FailErrno(errno);
+      if (!file.RenameToUnchanged(expected)) return FailErrno(errno);
       change.Commit(to.Place.Leaf());
       return true;
     }

@@ -150,7 +150,7 @@ bool TTemporaryFile::Finish() {
   return duplicate.IsOpen() && duplicate.Close();
 }
 
-bool TTemporaryFile::TakeName(bool onlyIfFree) {
+bool TTemporaryFile::RenameToTarget(bool onlyIfFree) {
   const char* const name = FTarget.Path.c_str();
   if (onlyIfFree) {
     // Create a second name, which cannot replace another file. The destructor deletes the first one.
@@ -162,7 +162,7 @@ bool TTemporaryFile::TakeName(bool onlyIfFree) {
   return true;
 }
 
-bool TTemporaryFile::TakeNameOf(const TFileStamp& expected) {
+bool TTemporaryFile::RenameToUnchanged(const TFileStamp& expected) {
   const char* const name = FTarget.Path.c_str();
   const auto check = [&](const char* path) {
     struct stat info {};
@@ -198,7 +198,7 @@ bool TTemporaryFile::TakeNameOf(const TFileStamp& expected) {
     errno = failure;
     return false;
   }
-  return TakeName(false);
+  return RenameToTarget(false);
 }
 
 void SweepTemporaryFiles(const THostPath& target) {

@@ -28,7 +28,7 @@ class TTemporaryFile {
   // an extension that no run looks for.
   bool Create(mode_t mode, struct stat& info);
 
-  // Renames the file `source`, on the same volume and with the stamp `own`, so that TakeNameOf, with the same
+  // Renames the file `source`, on the same volume and with the stamp `own`, so that RenameToUnchanged, with the same
   // `expected`, gives it the target's name. On failure returns false, with errno, and `source` is unchanged.
   // Always fails on hosts that cannot rename without replacing another file.
   bool Adopt(const THostPath& source, const TFileStamp& own, const TFileStamp& expected);
@@ -41,10 +41,10 @@ class TTemporaryFile {
 
   // Renames the file to the target, in one step. With `onlyIfFree`, fails with EEXIST where there is a file
   // of that name. On failure returns false, with errno, and the target is unchanged.
-  bool TakeName(bool onlyIfFree);
+  bool RenameToTarget(bool onlyIfFree);
 
-  // As TakeName, but only if the target has the stamp `expected`. Otherwise fails with ESTALE.
-  bool TakeNameOf(const TFileStamp& expected);
+  // As RenameToTarget, but only if the target has the stamp `expected`. Otherwise fails with ESTALE.
+  bool RenameToUnchanged(const TFileStamp& expected);
 
  private:
   const THostPath& FTarget;
