@@ -2,18 +2,17 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace cli {
 namespace {
 
-// Replaces this process by the pager, which reads from `input`.
-[[noreturn]] void BecomePager(int input) {
+// Replaces this process by a shell that runs `command`, which reads from `input`.
+[[noreturn]] void BecomeShell(int input, const char* command) {
   dup2(input, STDIN_FILENO);
-  setenv("LESS", "FRX", /*overwrite=*/0);
-  const char* const pager = std::getenv("PAGER");
-  execl("/bin/sh", "sh", "-c", pager != nullptr ? pager : "less || cat", nullptr);
+  execl("/bin/sh", "sh", "-c", command, nullptr);
   _exit(127);
 }
 
@@ -30,12 +29,15 @@ void TPager::Finish() {
 bool TPager::Start() {
   const char* const pager = std::getenv("PAGER");
   if (pager != nullptr && *pager == '\0') return false;
+  // 127 is the status of the shell if there is no such program.
+  const std::string command = std::string("export LESS=\"${LESS-FRX}\"\n") +
+                              (pager != nullptr ? pager : "less") + "\n[ $? -ne 127 ] || exec cat";
   int ends[2];
   if (FPipe < 0 && pipe(ends) == 0) {
     FProcess = fork();
     if (FProcess == 0) {
       close(ends[1]);
-      BecomePager(ends[0]);
+      BecomeShell(ends[0], command.c_str());
     }
     close(ends[0]);
     FPipe = ends[1];

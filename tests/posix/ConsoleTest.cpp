@@ -218,6 +218,7 @@ TEST(ConsoleTest, APatchOnATerminal) {
       {"TERM=xterm PAGER='cat; echo end' NO_COLOR=1", "auto", std::string(kPatchB) + "end\n"},
       {"TERM=dumb PAGER=false", "auto", kPatchB},
       {"TERM=xterm PAGER=", "auto", coloured},
+      {"TERM=xterm PAGER='nosuch 2>/dev/null'", "auto", coloured},
       {"TERM=dumb", "always", coloured},
   };
   const char* const summary =
