@@ -20,6 +20,8 @@ void WithFileInErrors(const std::string& fileName, const std::function<void()>& 
     throw;
   } catch (const EFileEdited&) {
     throw;
+  } catch (const EBackupFailed&) {
+    throw;
   } catch (const rtl::EOutOfMemory&) {
     throw;
   } catch (const std::bad_alloc&) {
