@@ -172,20 +172,6 @@ TEST_F(CommandLineTest, BackupFolders) {
   EXPECT_FALSE(FTree.Exists("src/RBackup"));
 }
 
-TEST_F(CommandLineTest, FilesOfABackupFolderAreKept) {
-  const std::string run = "replace -q --mode bde --folder src --no-log --backup-dir back";
-  FTree.Write("src/back/A.~dfm", "another");
-  EXPECT_EQ(Run(run),
-            "3||kvamigrate: \"<dir>\\src\\back\\A.~DFM\" is there already, and no undo file lists it. Move "
-            "it away, or "
-            "choose another backup folder. No file was replaced.\n");
-  EXPECT_EQ(FTree.Names("src/back"), std::vector<std::string>{"A.~dfm"});
-  EXPECT_EQ(FTree.Read("src/back/A.~dfm"), "another");
-  EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
-  FTree.Write("src/back/A.~dfm", FTree.Read("src/A.dfm"));  // as a run that was killed leaves it
-  EXPECT_EQ(Run(run), "0||");
-}
-
 TEST_F(CommandLineTest, AProjectWithTwoSelectedUnits) {
   FTree.Write("src/P.dpr",
               "program P;\r\nuses A in 'A.pas' {A}, B in 'old\\B.pas' {B}, C in 'C.pas';\r\nend.\r\n");

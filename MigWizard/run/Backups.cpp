@@ -13,10 +13,6 @@ namespace {
 
 constexpr char kStagingFolder[] = "RExpert.new";
 constexpr char kNoBackup[] = "No backup of \"%s\" could be made. %s";
-constexpr char kForeign[] =
-    "\"%s\" is there already, and no undo file lists it. Move it away, or choose another backup folder. No "
-    "file was "
-    "replaced.";
 constexpr char kNotTrue[] = "The copy differs from what was read.";
 
 // The limit for pending backups while the walk continues.
@@ -41,13 +37,9 @@ void TBackups::Add(const std::string& fileName, const std::string& relPath, cons
   const std::string backupName = JoinPath(FOptions.BackupDir, place);
   const std::string made = FStagingDir.empty() ? backupName : JoinPath(FStagingDir, place);
   if (!FUndoList.Add(fileName, backupName)) return;  // several units name this form
-  const bool wasThere = made == backupName && rtl::FileExists(made);
-  if (wasThere && FOptions.Policy.Strict && !FOptions.Policy.OverwriteBackups &&
-      !IsTrueBackup(fileName, made, version))
-    throw EBackupFailed(rtl::Format(kForeign, {made}));
   FJournal.Add(fileName, made);
   if (FOptions.Dest == sdFolder) FFolders.Ensure(rtl::ExtractFileDir(made));
-  TBackup& backup = FBackups.emplace_back(TBackup{fileName, version, made, backupName, wasThere, false, {}});
+  TBackup& backup = FBackups.emplace_back(TBackup{fileName, version, made, backupName, false, {}});
   FQueue.Push([this, &backup] { Make(backup); });
   FQueue.WaitForRoom(kPendingBackups);
 }
@@ -109,14 +101,11 @@ void TBackups::FinishJournal() {
   FUndoList.SaveToDisk(undoFile);
   rtl::DeleteFile(journal);
   (void)win::FlushFolder(FOptions.BackupDir);
-  DeleteFolder(FStagingDir);
+  DeleteStaged();
 }
 
-void TBackups::Discard() {
-  if (!FStagingDir.empty()) return static_cast<void>(DeleteFolder(FStagingDir));
-  for (const TBackup& backup : FBackups) {
-    if (!backup.WasThere && !backup.Failed) rtl::DeleteFile(backup.Made);
-  }
+void TBackups::DeleteStaged() {
+  if (!FStagingDir.empty()) DeleteFolder(FStagingDir);
 }
 
 }  // namespace mig

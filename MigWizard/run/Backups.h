@@ -2,8 +2,7 @@
 //
 // A strict run into a folder that holds the undo file of an earlier run makes its backups in a staging
 // folder, so that nothing is lost if the run fails. They are moved to their places after the originals have
-// been replaced. In any other folder it overwrites no file that is not the same already, unless the options
-// allow that, and a run that fails deletes the backups that it made.
+// been replaced.
 #pragma once
 
 #include <deque>
@@ -11,13 +10,18 @@
 
 #include "MigWizard/run/FileVersion.h"
 #include "MigWizard/run/ReplaceOptions.h"
-#include "MigWizard/run/RunErrors.h"
 #include "MigWizard/run/RunFolders.h"
 #include "MigWizard/run/RunHooks.h"
 #include "MigWizard/run/UndoList.h"
 #include "MigWizard/run/WorkQueue.h"
+#include "rtl/text/Exceptions.h"
 
 namespace mig {
+
+// Raised if a strict run ends before it replaces the first file because a backup is missing or not true.
+class EBackupFailed : public rtl::Exception {
+  using Exception::Exception;
+};
 
 class TBackups {
  public:
@@ -29,7 +33,7 @@ class TBackups {
   void Prepare();
 
   // Adds a changed file to the undo list and pushes its backup to the queue, unless the file already has a
-  // backup. Raises EBackupFailed if a strict run would overwrite a file of another. `relPath` is the file's path below the scanned folder; empty in a project run, whose backup
+  // backup. `relPath` is the file's path below the scanned folder; empty in a project run, whose backup
   // folder is flat. `version` is the version of the file that was read.
   void Add(const std::string& fileName, const std::string& relPath, const TFileVersion& version);
 
@@ -48,16 +52,15 @@ class TBackups {
   void WriteJournal() const;
   // Renames the journal to the undo file. On failure raises rtl::Exception and keeps the journal.
   void FinishJournal();
-  // Deletes the backups that the run has made, for a run that replaced nothing, and the staging folder.
-  void Discard();
+  // Deletes the backups that are still in the staging folder.
+  void DeleteStaged();
 
  private:
   struct TBackup {
     std::string FileName;
     TFileVersion Version;
-    std::string Made;       // full name of the copy
-    std::string Place;      // full name of its final place
-    bool WasThere = false;  // before the run, with the same bytes
+    std::string Made;   // full name of the copy
+    std::string Place;  // full name of its final place
     bool Failed = false;
     std::string Reason;
   };

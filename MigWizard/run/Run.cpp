@@ -22,8 +22,8 @@ bool TRun::Execute() {
   try {
     return ConvertAndReplace();
   } catch (...) {
-    // The journal refers to the backups.
-    if (!FHasJournal && FOptions.Policy.Strict) FBackups.Discard();
+    // The journal refers to the staged backups.
+    if (!FHasJournal) FBackups.DeleteStaged();
     throw;
   }
 }

@@ -20,8 +20,6 @@ void WithFileInErrors(const std::string& fileName, const std::function<void()>& 
     throw;
   } catch (const EFileEdited&) {
     throw;
-  } catch (const EBackupFailed&) {
-    throw;
   } catch (const rtl::EOutOfMemory&) {
     throw;
   } catch (const std::bad_alloc&) {

@@ -36,14 +36,9 @@ class EFileEdited : public rtl::Exception {
   using Exception::Exception;
 };
 
-// Raised if a strict run ends before it replaces the first file because a backup is missing or not true.
-class EBackupFailed : public rtl::Exception {
-  using Exception::Exception;
-};
-
 // Runs `action`, which works on the contents of `fileName`, and converts its exceptions to EFileConversion,
 // but std::bad_alloc to rtl::EOutOfMemory with the name of the file. Passes on EAbort, EOutOfMemory,
-// EFileConversion, EFileEdited, EBackupFailed, ENameClash, and stream exceptions, which already name their file.
+// EFileConversion, EFileEdited, ENameClash, and stream exceptions, which already name their file.
 void WithFileInErrors(const std::string& fileName, const std::function<void()>& action);
 
 }  // namespace mig
