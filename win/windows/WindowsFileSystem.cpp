@@ -173,7 +173,7 @@ std::unique_ptr<TFileLock> TWindowsFileSystem::LockFolder(std::string_view path)
   }
   if (!ReadFacts(folder.Get(), facts)) return nullptr;
   if ((facts.Attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
-    Fail(ERROR_DIRECTORY);
+    Fail(ERROR_PATH_NOT_FOUND);
     return nullptr;
   }
   wchar_t name[80];
