@@ -73,7 +73,7 @@ mig::TRestorePlan MakePlan(const TCommandLine& line, const std::vector<std::stri
   const bool isForeign = std::all_of(plan.Lines().begin(), plan.Lines().end(), [](const TRestoreLine& each) {
     return each.Verdict == TRestoreVerdict::Foreign;
   });
-  if (isForeign && !plan.Lines().empty() && !line.Force)
+  if (isForeign && !plan.Lines().empty() && line.Only.empty() && !line.Force)
     throw EUsage("\"" + undoFiles[0] + "\" is no undo file: no run can have written any of its lines.");
   return plan;
 }
