@@ -7,7 +7,7 @@
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/RExpertRes.h"
 #include "MigWizard/run/UndoFiles.h"
-#include "MigWizard/run/WayBack.h"
+#include "MigWizard/run/UndoState.h"
 #include "cli/CatalogueFile.h"
 #include "cli/Commands.h"
 #include "cli/Console.h"
@@ -28,12 +28,12 @@
 namespace cli {
 namespace {
 
-// Raises mig::EWayBack if a run in the default backup folders of `folder` was not completed.
+// Raises mig::EBackupsExist if a run in the default backup folders of `folder` was not completed.
 void RequireNoJournal(const std::string& folder) {
   for (const std::string& undoFile : mig::FindUndoFiles(folder)) {
     const std::string backupDir = rtl::ExtractFileDir(undoFile);
-    if (mig::FindWayBack(backupDir) == mig::TWayBack::Journal)
-      throw mig::EWayBack(mig::TWayBack::Journal, backupDir);
+    if (mig::FindUndoState(backupDir) == mig::TUndoState::Journal)
+      throw mig::EBackupsExist(mig::TUndoState::Journal, backupDir);
   }
 }
 
@@ -55,8 +55,8 @@ std::string BackupDir(const TCommandLine& line, const std::string& folder) {
 }
 
 // Returns a hint about a backup folder that cannot be used.
-std::string WayBackHint(const mig::EWayBack& error, const TCommandLine& line) {
-  if (error.Kind() == mig::TWayBack::Journal) {
+std::string BackupsExistHint(const mig::EBackupsExist& error, const TCommandLine& line) {
+  if (error.State() == mig::TUndoState::Journal) {
     const std::string quote(1, kShellQuote);
     std::string command = "Type: kvamigrate restore " + quote + mig::JournalOf(error.BackupDir()) + quote;
     for (const auto& [letter, folder] : line.Drives)
@@ -130,8 +130,8 @@ int RunReplacer(mig::TComponentReplacer& replacer, const TScope& scope, const TC
                         line.Quiet);
   } catch (const mig::ENameClash& error) {
     return Stopped(error.what(), ExcludeOneHint(error.First(), error.Second(), scope.Folder));
-  } catch (const mig::EWayBack& error) {
-    return Stopped(error.what(), WayBackHint(error, line));
+  } catch (const mig::EBackupsExist& error) {
+    return Stopped(error.what(), BackupsExistHint(error, line));
   } catch (const mig::EFileConversion& error) {
     return Stopped(error.what(), hint());
   } catch (const rtl::EFOpenError& error) {
@@ -169,8 +169,8 @@ int RunReplace(const TCommandLine& line) {
   options.Policy.KeepGoing = line.KeepGoing;
   try {
     if (!line.DryRun) options.BackupDir = BackupDir(line, scope.Folder);
-  } catch (const mig::EWayBack& error) {
-    return Stopped(error.what(), WayBackHint(error, line));
+  } catch (const mig::EBackupsExist& error) {
+    return Stopped(error.what(), BackupsExistHint(error, line));
   }
 
   const TPathPatterns patterns(line.Exclude);

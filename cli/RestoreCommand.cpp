@@ -7,7 +7,7 @@
 #include "MigWizard/run/RExpertRes.h"
 #include "MigWizard/run/Restore.h"
 #include "MigWizard/run/UndoFiles.h"
-#include "MigWizard/run/WayBack.h"
+#include "MigWizard/run/UndoState.h"
 #include "cli/Commands.h"
 #include "cli/Console.h"
 #include "cli/Interrupt.h"

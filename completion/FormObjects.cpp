@@ -129,10 +129,10 @@ class TInheritedPass {
     FParser.PrintObject(0, printed);
     if (hasIndices) RestoreNested(block, bodyStart - headerSize, printed);
     const size_t begin = FTokens[header.Keyword].Offset;
-    if (FForm.Accounts != nullptr) {
-      mig::TObjectAccount account = mig::AccountOf(FParser, begin, oldClass, newClass);
-      MoveViews(account, block, headerSize, bodyStart);
-      AddAccount(std::move(account));
+    if (FForm.Conversions != nullptr) {
+      mig::TObjectConversion conversion = mig::ConversionOf(FParser, begin, oldClass, newClass);
+      MoveViews(conversion, block, headerSize, bodyStart);
+      AddConversion(std::move(conversion));
     }
     const size_t headerEnd = printed.find('\r');
     std::string text = std::string(FTokens[header.Keyword].Lexem).append(printed.substr(6, headerEnd - 6));
@@ -173,7 +173,7 @@ class TInheritedPass {
 
   // Makes views of the block views of the form's text: the body of the block, from `headerSize` on, is there
   // from `bodyStart` on.
-  void MoveViews(mig::TObjectAccount& account, const std::string& block, size_t headerSize,
+  void MoveViews(mig::TObjectConversion& conversion, const std::string& block, size_t headerSize,
                  size_t bodyStart) const {
     const auto move = [&](std::string_view& view) {
       const std::less<> isBefore;
@@ -181,23 +181,23 @@ class TInheritedPass {
       view =
           FText.substr(bodyStart + static_cast<size_t>(view.data() - block.data()) - headerSize, view.size());
     };
-    for (mig::TSourceProperty& property : account.Properties) {
+    for (mig::TSourceProperty& property : conversion.Properties) {
       move(property.Name);
       move(property.Value);
     }
-    for (std::string_view& name : account.NewNames) move(name);
+    for (std::string_view& name : conversion.NewNames) move(name);
   }
 
-  // Accounts are in the order of the text, one an object.
-  void AddAccount(mig::TObjectAccount account) {
-    std::vector<mig::TObjectAccount>& accounts = *FForm.Accounts;
+  // Conversions are in the order of the text, one an object.
+  void AddConversion(mig::TObjectConversion conversion) {
+    std::vector<mig::TObjectConversion>& conversions = *FForm.Conversions;
     const auto place =
-        std::lower_bound(accounts.begin(), accounts.end(), account.Start,
-                         [](const mig::TObjectAccount& each, size_t start) { return each.Start < start; });
-    if (place != accounts.end() && place->Start == account.Start) {
-      *place = std::move(account);
+        std::lower_bound(conversions.begin(), conversions.end(), conversion.Start,
+                         [](const mig::TObjectConversion& each, size_t start) { return each.Start < start; });
+    if (place != conversions.end() && place->Start == conversion.Start) {
+      *place = std::move(conversion);
     } else {
-      accounts.insert(place, std::move(account));
+      conversions.insert(place, std::move(conversion));
     }
   }
 

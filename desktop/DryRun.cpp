@@ -5,7 +5,7 @@
 
 #include "MigWizard/expert/GuidedRun.h"
 #include "MigWizard/run/Finally.h"
-#include "MigWizard/run/WayBack.h"
+#include "MigWizard/run/UndoState.h"
 #include "desktop/QtText.h"
 #include "host/ProjectChoice.h"
 #include "rtl/text/Files.h"
@@ -142,7 +142,7 @@ void TDryRun::Convert(const TReviewModel& ticks, const std::function<void()>& on
     replacer.SetSelection(nullptr);
     static_cast<mig::TRunHooks&>(replacer) = {};
   });
-  mig::ReplaceAndTell(replacer, onReplaced);
+  mig::ReplaceInteractively(replacer, onReplaced);
 }
 
 }  // namespace desktop

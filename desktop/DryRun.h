@@ -39,12 +39,11 @@ class TDryRun {
   const TReportPtr& Report() const { return FReport; }
   const std::vector<mig::TLeftOut>& LeftOut() const { return Replacer().LeftOut(); }
 
-  // Returns where the backups of Convert go: the first default backup folder without the way back of an
-  // earlier run.
+  // Returns where the backups of Convert go: the first default backup folder that undoes no earlier run.
   std::string BackupDir() const;
   // Runs the replacement of the files and edits that have a tick in `ticks`, a model that shows Files and
   // Rows. Everything else keeps every byte. Calls `onReplaced` if the run succeeded, and tells the outcome.
-  // Raises what mig::ReplaceAndTell does.
+  // Raises what mig::ReplaceInteractively does.
   void Convert(const TReviewModel& ticks, const std::function<void()>& onReplaced);
 
   // Called before each file of a preview. An exception stops it.

@@ -328,8 +328,8 @@ void THostWindow::RunWarning(std::string_view message) {
   FRecord.NoteWarning(message);
 }
 
-void THostWindow::RunConverted(const mig::TRunAccount& account) {
-  FReview->NoteAccount(account);
+void THostWindow::RunConverted(const mig::TRunResult& result) {
+  FReview->NoteResult(result);
 }
 
 }  // namespace desktop

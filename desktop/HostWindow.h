@@ -85,7 +85,7 @@ class THostWindow : public QMainWindow, private host::THostObserver {
   void MenuChanged() override;
   void RunAdvanced(const toolsapi::TRunStep& step) override;
   void RunWarning(std::string_view message) override;
-  void RunConverted(const mig::TRunAccount& account) override;
+  void RunConverted(const mig::TRunResult& result) override;
 
   TFrontEnd& FFrontEnd;
   host::THost FHost;

@@ -7,7 +7,7 @@
 
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/Restore.h"
-#include "MigWizard/run/WayBack.h"
+#include "MigWizard/run/UndoState.h"
 #include "rtl/text/Exceptions.h"
 #include "rtl/text/Files.h"
 #include "rtl/text/SysUtils.h"

@@ -170,17 +170,17 @@ bool WritePrivate(const std::string& fileName, const QByteArray& bytes) {
 
 }  // namespace
 
-TReportPtr ReportOf(mig::TRunAccount account, bool isPreview) {
+TReportPtr ReportOf(mig::TRunResult result, bool isPreview) {
   auto report = std::make_shared<report::TReport>();
   report->Run.Version = KVA_VERSION;
-  report->Run.Mode = std::move(account.Mode);
-  report->Run.Scope = account.IsFolder ? "folder" : "project";
-  report->Run.Path = win::ToHostName(account.Folder);
-  report->Run.Folder = std::move(account.Folder);
+  report->Run.Mode = std::move(result.Mode);
+  report->Run.Scope = result.IsFolder ? "folder" : "project";
+  report->Run.Path = win::ToHostName(result.Folder);
+  report->Run.Folder = std::move(result.Folder);
   report->Run.Time = FromQt(QDateTime::currentDateTimeUtc().toString("yyyy-MM-ddTHH:mm:ssZ"));
   report->Run.IsPreview = isPreview;
-  if (!account.BackupDir.empty()) report->Run.BackupFolder = win::ToHostName(account.BackupDir);
-  report->Files = std::move(account.Files);
+  if (!result.BackupDir.empty()) report->Run.BackupFolder = win::ToHostName(result.BackupDir);
+  report->Files = std::move(result.Files);
   return report;
 }
 

@@ -1,7 +1,7 @@
 // The report of a run, as the pages show it. It is kept in a file beside the run's undo file, so that it is
 // there again when the run is looked at later.
 //
-//   const TReportPtr report = ReportOf(account, /*isPreview=*/false);
+//   const TReportPtr report = ReportOf(result, /*isPreview=*/false);
 //   KeepReport(*report, undoFile);
 //   ... ReadKeptReport(undoFile) ...
 //
@@ -19,7 +19,7 @@ namespace desktop {
 // Shared by the pages that show it.
 using TReportPtr = std::shared_ptr<const report::TReport>;
 
-TReportPtr ReportOf(mig::TRunAccount account, bool isPreview);
+TReportPtr ReportOf(mig::TRunResult result, bool isPreview);
 
 inline constexpr char kKeptReportName[] = "Findings.json";
 

@@ -55,9 +55,9 @@ void TRunReview::ShowMigration() {
 
 // --- The last run ---
 
-void TRunReview::NoteAccount(const mig::TRunAccount& account) {
-  FNoted = ReportOf(account, /*isPreview=*/false);
-  FNotedBackupDir = account.BackupDir;
+void TRunReview::NoteResult(const mig::TRunResult& result) {
+  FNoted = ReportOf(result, /*isPreview=*/false);
+  FNotedBackupDir = result.BackupDir;
 }
 
 // A task that has not ended is no longer of interest.

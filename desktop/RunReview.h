@@ -3,7 +3,7 @@
 //
 //   TRunReview review(host, pages);
 //   review.OnOpen = [](const std::string& fileName, int line, int column) { ... };
-//   review.NoteAccount(account);         // during a run
+//   review.NoteResult(result);          // during a run
 //   review.ShowRun(std::move(record));   // after it
 //
 // Tasks read and compare the files, so that the window never waits for them.
@@ -36,10 +36,10 @@ class TRunReview {
   TRunReview(const TRunReview&) = delete;
   TRunReview& operator=(const TRunReview&) = delete;
 
-  // Takes the account of the current run.
-  void NoteAccount(const mig::TRunAccount& account);
-  // Shows the changes of the run that has ended and, if there is an account of it, its findings, as soon as a
-  // task has read the files.
+  // Takes the result of the current run.
+  void NoteResult(const mig::TRunResult& result);
+  // Shows the changes of the run that has ended and, if its result is known, its findings, as soon as a task
+  // has read the files.
   void ShowRun(TRunRecord record);
 
   // The same for the run with this undo file, a full Windows path. The findings and the ticks are those that

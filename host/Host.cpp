@@ -292,8 +292,8 @@ void THost::NotifyRunWarning(std::string_view message) {
   Notify([&](THostObserver& observer) { observer.RunWarning(message); });
 }
 
-void THost::NotifyRunConverted(const mig::TRunAccount& account) {
-  Notify([&](THostObserver& observer) { observer.RunConverted(account); });
+void THost::NotifyRunConverted(const mig::TRunResult& result) {
+  Notify([&](THostObserver& observer) { observer.RunConverted(result); });
 }
 
 void THost::Notify(const std::function<void(THostObserver&)>& call) {

@@ -98,7 +98,7 @@ class THost {
   void NotifyEditorShown(TFileEditor& editor);
   void NotifyRun(const toolsapi::TRunStep& step);
   void NotifyRunWarning(std::string_view message);
-  void NotifyRunConverted(const mig::TRunAccount& account);
+  void NotifyRunConverted(const mig::TRunResult& result);
   void RemoveUnits(const std::vector<TUnitModule*>& units);
   void RemoveProject(TProject& project);
   void RemoveGroup();

@@ -9,7 +9,7 @@ struct TRunStep;
 }
 
 namespace mig {
-struct TRunAccount;
+struct TRunResult;
 }
 
 namespace host {
@@ -40,7 +40,7 @@ class THostObserver {
   virtual void RunAdvanced(const toolsapi::TRunStep& step) { static_cast<void>(step); }
   virtual void RunWarning(std::string_view message) { static_cast<void>(message); }
   // The run has converted its files, and will replace them next.
-  virtual void RunConverted(const mig::TRunAccount& account) { static_cast<void>(account); }
+  virtual void RunConverted(const mig::TRunResult& result) { static_cast<void>(result); }
 };
 
 }  // namespace host

@@ -77,8 +77,8 @@ void THostServices::RunWarning(std::string_view message) {
   Host().NotifyRunWarning(message);
 }
 
-void THostServices::RunConverted(const mig::TRunAccount& account) {
-  Host().NotifyRunConverted(account);
+void THostServices::RunConverted(const mig::TRunResult& result) {
+  Host().NotifyRunConverted(result);
 }
 
 std::vector<std::string> THostServices::GetMissingFiles() {

@@ -12,7 +12,7 @@ class THost;
 
 class THostServices final
     : public toolsapi::TInterfacedObject<toolsapi::IOTAModuleServices, toolsapi::IOTAActionServices,
-                                         toolsapi::INTAServices, toolsapi::IHostRuntime, mig::IRunAccounts> {
+                                         toolsapi::INTAServices, toolsapi::IHostRuntime, mig::IRunResults> {
  public:
   explicit THostServices(THost& host) : FHost(&host) {}
   // Called when the host is destroyed while clients still hold its services. After that every operation
@@ -41,7 +41,7 @@ class THostServices final
   bool CanShowChanges() override;
   void ShowChanges() override;
 
-  void RunConverted(const mig::TRunAccount& account) override;
+  void RunConverted(const mig::TRunResult& result) override;
 
  private:
   THost& Host() const;

@@ -20,7 +20,7 @@
 
 namespace {
 
-using mig::IRunAccounts;
+using mig::IRunResults;
 using toolsapi::IHostRuntime;
 using toolsapi::TIntf;
 
@@ -30,8 +30,8 @@ target::TKVAMigration& Migration() {
 }
 
 // Returns the results of a run of the replacer.
-mig::TRunAccount AccountOf(const mig::TComponentReplacer& replacer, const char* mode,
-                           const std::vector<mig::TFileReport>& files) {
+mig::TRunResult ResultOf(const mig::TComponentReplacer& replacer, const char* mode,
+                         const std::vector<mig::TFileReport>& files) {
   const mig::TReplaceOptions& options = replacer.Options();
   const bool isFolder = options.Dest == mig::sdFolder;
   const std::string folder =
@@ -40,9 +40,9 @@ mig::TRunAccount AccountOf(const mig::TComponentReplacer& replacer, const char* 
 }
 
 void Watch(mig::TComponentReplacer& replacer, const char* mode, const TIntf<IHostRuntime>& runtime) {
-  if (auto accounts = toolsapi::Supports<IRunAccounts>(runtime)) {
-    replacer.OnCollected = [&replacer, mode, accounts](const std::vector<mig::TFileReport>& files) {
-      accounts->RunConverted(AccountOf(replacer, mode, files));
+  if (auto results = toolsapi::Supports<IRunResults>(runtime)) {
+    replacer.OnCollected = [&replacer, mode, results](const std::vector<mig::TFileReport>& files) {
+      results->RunConverted(ResultOf(replacer, mode, files));
     };
   }
   replacer.OnProgress = [&replacer, runtime](const mig::TRunProgress& progress) {

@@ -158,7 +158,7 @@ TEST_F(DataLossTest, AfterARunOverTheFolderEditorsShowWhatIsOnTheDisk) {
   EXPECT_EQ(Tree(), FOriginal);
 }
 
-TEST_F(DataLossTest, ASecondRunKeepsTheWayBackOfTheFirst) {
+TEST_F(DataLossTest, ASecondRunKeepsTheUndoFileOfTheFirst) {
   const std::string found =
       "The backup folder \"C:\\App\\RBackup\" holds the undo file of an earlier run, which this run would "
       "overwrite.";

@@ -117,7 +117,7 @@ TEST_F(RestoreCommandTest, SeveralRunsAreTakenBackLastFirst) {
   EXPECT_EQ(FTree.Read("src/A.dfm"), kForm);
 }
 
-TEST_F(RestoreCommandTest, NoRunDestroysTheWayBackOfAnother) {
+TEST_F(RestoreCommandTest, NoRunDestroysTheUndoFileOfAnother) {
   const std::string run = "replace --mode bde --folder src --backup-dir RBackup";
   EXPECT_EQ(Run(run + " -q"), "0||");
   FTree.Write("src/A.pas", kUnit);

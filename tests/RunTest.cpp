@@ -210,7 +210,7 @@ TEST_F(RunTest, ReadOnlyFiles) {
   EXPECT_EQ(Read("src/A.pas"), "{ TQuery, edited }");
 }
 
-TEST_F(RunTest, RunWithoutChangesKeepsTheWayBack) {
+TEST_F(RunTest, RunWithoutChangesKeepsTheUndoFile) {
   EXPECT_TRUE(Replacer().Replace());
   const std::string undo = Read("src/RBackup/RExpert.reu");
   EXPECT_FALSE(undo.empty());

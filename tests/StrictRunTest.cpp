@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <optional>
 
-#include "MigWizard/run/WayBack.h"
+#include "MigWizard/run/UndoState.h"
 #include "host/ProjectChoice.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
@@ -47,9 +47,9 @@ class StrictRunTest : public tests::TRunTree {
   }
   // Restores the files as a user would, from the contents of the folder.
   void TakeBack() {
-    const TWayBack found = FindWayBack(BackupDir());
-    if (found == TWayBack::None) return;
-    EXPECT_TRUE(Replacer().Restore(found == TWayBack::Journal ? JournalOf(BackupDir()) : UndoFile()));
+    const TUndoState found = FindUndoState(BackupDir());
+    if (found == TUndoState::None) return;
+    EXPECT_TRUE(Replacer().Restore(found == TUndoState::Journal ? JournalOf(BackupDir()) : UndoFile()));
   }
 };
 
@@ -75,13 +75,14 @@ TEST_F(StrictRunTest, WhateverFailsEveryByteComesBack) {
         EXPECT_EQ(Read("src/Sub/B.dfm").find("TQuery"), std::string::npos);
       }
       const TFiles after = Sources();
-      if (FindWayBack(BackupDir()) != TWayBack::None) {  // a second attempt is refused and changes nothing
-        EXPECT_THROW((void)Replacer().Replace(), EWayBack);
+      if (FindUndoState(BackupDir()) != TUndoState::None) {
+        // A second attempt is refused and changes nothing.
+        EXPECT_THROW((void)Replacer().Replace(), EBackupsExist);
         EXPECT_EQ(Sources(), after);
       }
       TakeBack();
       EXPECT_EQ(Sources(), before);
-      EXPECT_NE(FindWayBack(BackupDir()), TWayBack::Journal);
+      EXPECT_NE(FindUndoState(BackupDir()), TUndoState::Journal);
       Reset(before);
     }
     EXPECT_GT(operations, 60U);
@@ -288,7 +289,7 @@ TEST_F(StrictRunTest, OverwritingBackupsMayFailAtAnyMoment) {
     SCOPED_TRACE(Outcome(faulty));
     operations = std::max(operations, faulty.Count());
     if (Sources() == converted) {  // the second run replaced nothing, so the first can still be restored
-      if (FindWayBack(BackupDir()) == TWayBack::Journal) TakeBack();
+      if (FindUndoState(BackupDir()) == TUndoState::Journal) TakeBack();
       EXPECT_EQ(Sources(), converted);
       TakeBack();
       EXPECT_EQ(Sources(), first);
@@ -300,7 +301,7 @@ TEST_F(StrictRunTest, OverwritingBackupsMayFailAtAnyMoment) {
   EXPECT_TRUE(fs::exists(FTree.HostPath("src")));
 }
 
-TEST_F(StrictRunTest, ChoosesTheFirstFolderWithoutAWayBack) {
+TEST_F(StrictRunTest, ChoosesTheFirstFreeBackupFolder) {
   const std::string base = FMigration.Options().Directory;
   const char* const makes[] = {"src/RBackup/RExpert.reu", "src/RBackup.2/RExpert.reu.journal"};
   EXPECT_EQ(ChooseBackupDir(base), JoinPath(base, "RBackup"));

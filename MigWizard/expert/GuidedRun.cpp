@@ -7,7 +7,7 @@
 #include "MigWizard/expert/RunOutcome.h"
 #include "MigWizard/expert/RunQuestions.h"
 #include "MigWizard/run/IDEUtils.h"
-#include "MigWizard/run/WayBack.h"
+#include "MigWizard/run/UndoState.h"
 #include "MigWizard/wizard/SaveWarn.h"
 #include "rtl/text/Exceptions.h"
 #include "rtl/text/SysUtils.h"
@@ -29,7 +29,7 @@ bool Replace(TComponentReplacer& replacer, TRunObserver& observer) {
     } catch (const rtl::Exception& error) {
       TOutcomeAnswer answer = TOutcomeAnswer::Nothing;
       if (!ShowEnded(replacer, observer, error, answer)) throw;
-      if (answer == TOutcomeAnswer::Undo) RestoreAndTell(replacer, WayBackOf(options));
+      if (answer == TOutcomeAnswer::Undo) RestoreInteractively(replacer, LastUndoFile(options));
       throw rtl::EAbort(error.what());
     }
     options.Policy.KeepGoing = true;
@@ -39,7 +39,7 @@ bool Replace(TComponentReplacer& replacer, TRunObserver& observer) {
 
 }  // namespace
 
-void ReplaceAndTell(TComponentReplacer& replacer, const std::function<void()>& onReplaced) {
+void ReplaceInteractively(TComponentReplacer& replacer, const std::function<void()>& onReplaced) {
   TOutcomeAnswer answer = TOutcomeAnswer::Nothing;
   {
     TRunObserver observer(replacer);
@@ -48,10 +48,10 @@ void ReplaceAndTell(TComponentReplacer& replacer, const std::function<void()>& o
     answer = ShowReplaced(replacer, observer, replaced);
   }
   if (answer == TOutcomeAnswer::ShowChanges) TIDEUtils::ShowChanges();
-  if (answer == TOutcomeAnswer::Undo) RestoreAndTell(replacer, WayBackOf(replacer.Options()));
+  if (answer == TOutcomeAnswer::Undo) RestoreInteractively(replacer, LastUndoFile(replacer.Options()));
 }
 
-void RestoreAndTell(TComponentReplacer& replacer, std::string_view undoFile) {
+void RestoreInteractively(TComponentReplacer& replacer, std::string_view undoFile) {
   const std::string title = replacer.Options().GetTitle();
   if (!ShowSaveWarning(title, /*isProject=*/false, /*isRestore=*/true)) return;
   const auto lock = LockRunFolder(rtl::ExtractFileDir(undoFile));

@@ -1,7 +1,7 @@
 // A replacement or a restore with its questions to the user and the page with the outcome. The wizard does it
 // after Finish, and so does a host that has its own preview.
 //
-//   ReplaceAndTell(replacer, [] { ReloadEditors(); });
+//   ReplaceInteractively(replacer, [] { ReloadEditors(); });
 #pragma once
 
 #include <functional>
@@ -15,11 +15,11 @@ namespace mig {
 // `onReplaced` if it succeeded, and shows the outcome. Then shows the changes or undoes the run if the user
 // asks for it. An exception of the run is passed on; if the front end can show why the run ended, rtl::EAbort
 // is raised instead.
-void ReplaceAndTell(TComponentReplacer& replacer, const std::function<void()>& onReplaced);
+void ReplaceInteractively(TComponentReplacer& replacer, const std::function<void()>& onReplaced);
 
 // Restores the files of an undo file or a journal, a full Windows path: asks first, closes the host's project
 // meanwhile, and shows the outcome. Does nothing if the user answers No. Passes on the exceptions of the
 // restore.
-void RestoreAndTell(TComponentReplacer& replacer, std::string_view undoFile);
+void RestoreInteractively(TComponentReplacer& replacer, std::string_view undoFile);
 
 }  // namespace mig

@@ -147,7 +147,7 @@ void TCompReplaceExpert::DoReplace(TComponentReplacer& replacer) {
     }
     HideProjectForms();
   }
-  ReplaceAndTell(replacer, [inProject] {
+  ReplaceInteractively(replacer, [inProject] {
     if (inProject) ReloadProjectUnits();
   });
 }
@@ -169,7 +169,7 @@ bool TCompReplaceExpert::PrepareRun(TReplaceOptions& options) {
 }
 
 void TCompReplaceExpert::DoRestore(std::string_view undoFile) {
-  RestoreAndTell(GetFirstReplacer(), undoFile);
+  RestoreInteractively(GetFirstReplacer(), undoFile);
 }
 
 void TCompReplaceExpert::HideProjectForms() {

@@ -4,7 +4,7 @@
 
 #include "MigWizard/run/IDEUtils.h"
 #include "MigWizard/run/RExpertRes.h"
-#include "MigWizard/run/WayBack.h"
+#include "MigWizard/run/UndoState.h"
 #include "rtl/forms/Application.h"
 #include "rtl/text/SysUtils.h"
 #include "win/Shell.h"
@@ -74,19 +74,19 @@ void ShowLeftOut(const std::vector<TLeftOut>& leftOut, const std::string& title)
 
 // Returns True if the run changed something that a restore can undo.
 bool CanUndo(const TRunObserver& observer, const TReplaceOptions& options) {
-  return observer.HasReplaced() && !WayBackOf(options).empty();
+  return observer.HasReplaced() && !LastUndoFile(options).empty();
 }
 
 }  // namespace
 
-std::string WayBackOf(const TReplaceOptions& options) {
+std::string LastUndoFile(const TReplaceOptions& options) {
   if (!options.MakeBackup) return {};
-  switch (FindWayBack(options.BackupDir)) {
-    case TWayBack::UndoFile:
+  switch (FindUndoState(options.BackupDir)) {
+    case TUndoState::UndoFile:
       return UndoFileOf(options.BackupDir);
-    case TWayBack::Journal:
+    case TUndoState::Journal:
       return JournalOf(options.BackupDir);
-    case TWayBack::None:
+    case TUndoState::None:
       break;
   }
   return {};
@@ -106,7 +106,7 @@ TOutcomeAnswer ShowReplaced(TComponentReplacer& replacer, TRunObserver& observer
   question.Details = observer.Warnings();
   page.AddLog(replacer.LogFileName());
   if (observer.HasReplaced()) page.AddChanges();
-  if (CanUndo(observer, options)) page.AddUndo(WayBackOf(options));
+  if (CanUndo(observer, options)) page.AddUndo(LastUndoFile(options));
   if (const auto answer = page.Show()) return *answer;
   rtl::Application().MessageBox(question.Text, title, question.Flags);
   if (!leftOut.empty()) ShowLeftOut(leftOut, title);
@@ -125,7 +125,7 @@ bool ShowEnded(const TComponentReplacer& replacer, const TRunObserver& observer,
   for (const std::string& warning : observer.Warnings())
     if (warning != error.what()) question.Details.push_back(warning);
   page.AddLog(replacer.LogFileName());
-  if (CanUndo(observer, options)) page.AddUndo(WayBackOf(options));
+  if (CanUndo(observer, options)) page.AddUndo(LastUndoFile(options));
   const auto shown = page.Show();
   if (shown) answer = *shown;
   return shown.has_value();

@@ -27,6 +27,6 @@ void ShowRestored(const std::string& title, bool succeeded, size_t count,
 
 // Returns the full name of the undo file or the journal that undoes the last run with these options, or an
 // empty string.
-std::string WayBackOf(const TReplaceOptions& options);
+std::string LastUndoFile(const TReplaceOptions& options);
 
 }  // namespace mig

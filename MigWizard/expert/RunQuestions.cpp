@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "MigWizard/run/UndoFiles.h"
-#include "MigWizard/run/WayBack.h"
+#include "MigWizard/run/UndoState.h"
 #include "rtl/forms/Application.h"
 #include "rtl/text/SysUtils.h"
 
@@ -16,16 +16,16 @@ std::string Counted(size_t count, const char* one, const char* many) {
 
 // Returns the backup folder of a run that did not end, or an empty string.
 std::string FindInterruptedRun(const TReplaceOptions& options, const std::string& base) {
-  if (options.MakeBackup && FindWayBack(options.BackupDir) == TWayBack::Journal) return options.BackupDir;
+  if (options.MakeBackup && FindUndoState(options.BackupDir) == TUndoState::Journal) return options.BackupDir;
   for (const std::string& undoFile : FindUndoFiles(base)) {
     std::string folder = rtl::ExtractFileDir(undoFile);
-    if (FindWayBack(folder) == TWayBack::Journal) return folder;
+    if (FindUndoState(folder) == TUndoState::Journal) return folder;
   }
   return {};
 }
 
 TBackupAnswer AskAboutJournal(const std::string& folder, const std::string& title, std::string& journal) {
-  const EWayBack reason(TWayBack::Journal, folder);
+  const EBackupsExist reason(TUndoState::Journal, folder);
   const std::optional<int> answer =
       rtl::Application().Ask({.Caption = title,
                               .Text = reason.what(),
@@ -64,8 +64,8 @@ TBackupAnswer AskAboutBackups(TReplaceOptions& options, const std::string& base,
   const std::string title = options.GetTitle();
   const std::string interrupted = FindInterruptedRun(options, base);
   if (!interrupted.empty()) return AskAboutJournal(interrupted, title, journal);
-  if (!options.MakeBackup || FindWayBack(options.BackupDir) == TWayBack::None) return TBackupAnswer::Run;
-  const EWayBack reason(TWayBack::UndoFile, options.BackupDir);
+  if (!options.MakeBackup || FindUndoState(options.BackupDir) == TUndoState::None) return TBackupAnswer::Run;
+  const EBackupsExist reason(TUndoState::UndoFile, options.BackupDir);
   const std::string free = FreeBackupDir(options.BackupDir);
   const std::optional<int> answer = rtl::Application().Ask(
       {.Caption = title,

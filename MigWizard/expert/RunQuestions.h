@@ -21,9 +21,10 @@ enum class TBackupAnswer {
   RestoreJournal,  // instead of running
 };
 
-// Looks for the way back of earlier runs in the backup folder of the options, and for journals in the default
-// backup folders under `base`, the folder of the run. Asks if there is one. Changes Options.BackupDir or
-// Options.Policy as the user wishes. For RestoreJournal, `journal` receives the full name of the journal.
+// Looks for the undo file or the journal of an earlier run in the backup folder of the options, and for
+// journals in the default backup folders under `base`, the folder of the run. Asks if there is one. Changes
+// Options.BackupDir or Options.Policy as the user wishes. For RestoreJournal, `journal` receives the full
+// name of the journal.
 TBackupAnswer AskAboutBackups(TReplaceOptions& options, const std::string& base, std::string& journal);
 
 // Shows the missing files of the project, one line each, and asks whether to continue. Returns False if the

@@ -39,9 +39,8 @@ struct TFormToComplete {
   std::string_view Text;      // before the conversion, working text
   const qrl::TEncoding& Encoding;
   const TClassMap& Classes;
-  std::vector<TFormEdit> Edits;  // of the conversion
-  std::vector<TObjectAccount>*
-      Accounts;  // null if they are not collected; objects converted by a step are added
+  std::vector<TFormEdit> Edits;                 // of the conversion
+  std::vector<TObjectConversion>* Conversions;  // or null; a step adds the objects that it converts
   // Returns True if the object, given by the offset of its keyword, has to be kept as it is, with everything
   // in it. May be empty.
   std::function<bool(size_t)> LeavesOut = nullptr;

@@ -239,17 +239,17 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
   FUnwritableNames.clear();
   FUnwritableAliases.clear();
   rtl::TMemoryStream output;
-  std::vector<TObjectAccount> accounts;
+  std::vector<TObjectConversion> conversions;
   TFormOutline outline;
-  std::vector<TObjectAccount>* const accountList = FOldNames != nullptr ? &accounts : nullptr;
-  TFormToComplete toComplete = {fileName, text, *form.Encoding, FClasses, {}, accountList};
+  std::vector<TObjectConversion>* const conversionList = FOldNames != nullptr ? &conversions : nullptr;
+  TFormToComplete toComplete = {fileName, text, *form.Encoding, FClasses, {}, conversionList};
   const TEditSelection* const selection = OnGetSelection ? OnGetSelection(fileName) : nullptr;
   if (selection != nullptr)
     toComplete.LeavesOut = [selection](size_t place) { return selection->LeavesOut(place); };
   const bool isLeftOut = selection != nullptr && selection->LeavesOutAll();
   const IFileCompletion* const completion = isLeftOut ? nullptr : FCompletion;
   std::vector<TFormEdit>& edits = toComplete.Edits;
-  result.Changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output, accountList,
+  result.Changes = ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output, conversionList,
                                completion != nullptr || FListsEdits ? &edits : nullptr, toComplete.LeavesOut,
                                needsOutline ? &outline : nullptr);
   const bool replacesClasses = result.Changes > 0;
@@ -265,7 +265,8 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
   }
   if (FListsEdits) result.Edits = ListFormEdits(text, *form.Encoding, FClasses, outline, edits, printed);
   result.UnwritableNames = std::move(FUnwritableNames);
-  if (FOldNames != nullptr) FindInFormFile(text, form, printed, outline, accounts, replacesClasses, result);
+  if (FOldNames != nullptr)
+    FindInFormFile(text, form, printed, outline, conversions, replacesClasses, result);
   if (!result.IsChanged) return;
   result.EndsAtNul = text.size() < form.Text.size();
   std::string().swap(form.Text);  // frees its memory, which an assignment would not do
@@ -278,17 +279,18 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
 }
 
 void TFileConverter::FindInFormFile(std::string_view text, const TFormFile& form, TPrintedFile& printed,
-                                    const TFormOutline& outline, const std::vector<TObjectAccount>& accounts,
-                                    bool replacesClasses, TFileConversion& result) {
+                                    const TFormOutline& outline,
+                                    const std::vector<TObjectConversion>& conversions, bool replacesClasses,
+                                    TFileConversion& result) {
   const auto isUnwritable = [this](std::string_view alias) {
     return std::find(FUnwritableAliases.begin(), FUnwritableAliases.end(), alias) != FUnwritableAliases.end();
   };
   auto findings = std::make_shared<TFileFindings>();
-  findings->Findings = FindInForm({text, *form.Encoding, FClasses, *FOldNames, FormWords(), outline, accounts,
-                                   isUnwritable, replacesClasses, FDetail},
+  findings->Findings = FindInForm({text, *form.Encoding, FClasses, *FOldNames, FormWords(), outline,
+                                   conversions, isUnwritable, replacesClasses, FDetail},
                                   *FFormParser);
-  findings->Converted = CountConverted(accounts);
-  findings->MappedObjects = accounts.size();
+  findings->Converted = CountConverted(conversions);
+  findings->MappedObjects = conversions.size();
   for (const TFinding& finding : findings->Findings) {
     const bool isOther = finding.Rule == TRuleId::InheritedObject || finding.Rule == TRuleId::NestedObject;
     findings->MappedObjects += isOther ? 1 : 0;

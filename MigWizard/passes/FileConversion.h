@@ -86,7 +86,7 @@ class TFileConverter {
   void ConvertFormFile(const std::string& fileName, std::string bytes, TFileConversion& result);
   const TWordSearch& FormWords();
   void FindInFormFile(std::string_view text, const TFormFile& form, TPrintedFile& printed,
-                      const TFormOutline& outline, const std::vector<TObjectAccount>& accounts,
+                      const TFormOutline& outline, const std::vector<TObjectConversion>& conversions,
                       bool replacesClasses, TFileConversion& result);
   std::string DatabaseReference(std::string_view alias);
 

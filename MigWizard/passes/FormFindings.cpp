@@ -135,9 +135,9 @@ class TStopFinder {
   std::unordered_set<int32_t> FUnparsable;  // positions from 1 where no object can be parsed
 };
 
-// Adds the findings object by object. Most objects have none, and most converted ones are known from their account;
-// the text is walked again only where an inherited object has properties to look at, or where a converted object
-// may have objects of old classes in it.
+// Adds the findings object by object. Most objects have none, and most converted ones are known without a
+// walk; the text is walked again only where an inherited object has properties to look at, or where a
+// converted object may have objects of old classes in it.
 class TFormFindings : public TFormWalk {
  public:
   TFormFindings(const TFormFindingInput& input, TFormParser& parser)
@@ -149,12 +149,12 @@ class TFormFindings : public TFormWalk {
     for (FObject = 0; FObject < static_cast<int32_t>(objects.size()); ++FObject) {
       const TFormOutline::TObject& object = objects[static_cast<size_t>(FObject)];
       if (object.Offset < walked) continue;
-      const TObjectAccount* const account = AccountAt(object.Offset);
-      if (account == nullptr ? !object.IsObject && FInput.Classes.Find(object.ClassName) != nullptr
-                             : !IsOfOnePiece(*account)) {
+      const TObjectConversion* const conversion = ConversionAt(object.Offset);
+      if (conversion == nullptr ? !object.IsObject && FInput.Classes.Find(object.ClassName) != nullptr
+                                : !IsOfOnePiece(*conversion)) {
         walked = Run(object.Offset);
-      } else if (account != nullptr) {
-        AddConverted(*account);
+      } else if (conversion != nullptr) {
+        AddConverted(*conversion);
       } else {
         (void)AddOther(object);
       }
@@ -178,27 +178,27 @@ class TFormFindings : public TFormWalk {
   };
 
   // Returns True for a converted object in which there is no other object of the map or of an old class.
-  bool IsOfOnePiece(const TObjectAccount& account) const {
-    return account.IsConverted && account.End != 0 &&
-           (account.Nested.empty() || !FInput.Words.FindAny(account.Nested));
+  bool IsOfOnePiece(const TObjectConversion& conversion) const {
+    return conversion.IsConverted && conversion.End != 0 &&
+           (conversion.Nested.empty() || !FInput.Words.FindAny(conversion.Nested));
   }
 
   void OnObject(const TObjectHeader& object) override {
     TOpen open;
     open.NewClass = FInput.Classes.Find(object.ClassName);
-    if (const TObjectAccount* account = AccountAt(object.Offset)) {
-      open.IsConverted = account->IsConverted;
-      open.IsLeftOut = account->IsLeftOut;
-      if (account->IsConverted) {
-        AddConverted(*account);
-        if (IsOfOnePiece(*account)) SkipObject(account->End);
-      } else if (account->IsLeftOut) {
+    if (const TObjectConversion* conversion = ConversionAt(object.Offset)) {
+      open.IsConverted = conversion->IsConverted;
+      open.IsLeftOut = conversion->IsLeftOut;
+      if (conversion->IsConverted) {
+        AddConverted(*conversion);
+        if (IsOfOnePiece(*conversion)) SkipObject(conversion->End);
+      } else if (conversion->IsLeftOut) {
         TFinding& finding = Add(TRuleId::Deselected, object.Offset);
         finding.Subject = finding.Object;
         finding.OldClass = object.ClassName;
       } else {
         AddUnparsed(object, IsWhole() ? FStops.Find(object.Offset) : TStop{object.Offset, {}});
-        if (IsWhole()) ShowClass(*account);
+        if (IsWhole()) ShowClass(*conversion);
       }
     } else {
       open.IsInherited = AddOther(object);
@@ -206,8 +206,8 @@ class TFormFindings : public TFormWalk {
     FOpen.push_back(std::move(open));
   }
 
-  // Adds what is to be said of an object without an account. Returns True for an inherited one of the map, whose
-  // properties matter.
+  // Adds what is to be said of an object without a conversion. Returns True for an inherited one of the map,
+  // whose properties matter.
   bool AddOther(const TObjectHeader& object) {
     const std::string* const newClass = FInput.Classes.Find(object.ClassName);
     const auto isIn = [this](bool TOpen::*kind) {
@@ -249,11 +249,13 @@ class TFormFindings : public TFormWalk {
     if (open.IsInherited) AddInherited(Objects().back(), open);
   }
 
-  const TObjectAccount* AccountAt(size_t offset) {
-    const std::vector<TObjectAccount>& accounts = FInput.Accounts;
-    while (FNextAccount < accounts.size() && accounts[FNextAccount].Start < offset) ++FNextAccount;
-    return FNextAccount < accounts.size() && accounts[FNextAccount].Start == offset ? &accounts[FNextAccount]
-                                                                                    : nullptr;
+  const TObjectConversion* ConversionAt(size_t offset) {
+    const std::vector<TObjectConversion>& conversions = FInput.Conversions;
+    while (FNextConversion < conversions.size() && conversions[FNextConversion].Start < offset)
+      ++FNextConversion;
+    return FNextConversion < conversions.size() && conversions[FNextConversion].Start == offset
+               ? &conversions[FNextConversion]
+               : nullptr;
   }
 
   bool IsWhole() const { return FInput.Detail == TFindingDetail::Whole; }
@@ -279,10 +281,10 @@ class TFormFindings : public TFormWalk {
     finding.NewClass = newClass;
     return finding;
   }
-  TFinding& Add(TRuleId rule, std::string_view place, const TObjectAccount& account) {
+  TFinding& Add(TRuleId rule, std::string_view place, const TObjectConversion& conversion) {
     TFinding& finding = Add(rule, static_cast<size_t>(place.data() - Text().data()));
-    finding.OldClass = account.OldClass;
-    finding.NewClass = *account.NewClass;
+    finding.OldClass = conversion.OldClass;
+    finding.NewClass = *conversion.NewClass;
     return finding;
   }
 
@@ -304,52 +306,54 @@ class TFormFindings : public TFormWalk {
   }
 
   // If the last finding is on the line of the object's class, shows the line with the new class.
-  void ShowClass(const TObjectAccount& account) {
+  void ShowClass(const TObjectConversion& conversion) {
     TFinding& finding = FFindings.back();
-    const auto at = static_cast<size_t>(account.OldClass.data() - Text().data());
+    const auto at = static_cast<size_t>(conversion.OldClass.data() - Text().data());
     const size_t start = Text().find_last_of("\r\n", at) + 1;  // 0 in the first line
     const size_t end = std::min(Text().find_first_of("\r\n", at), Text().size());
     if (!FInput.ReplacesClasses || finding.Offset < start || finding.Offset > end) return;
     std::string line(Text().substr(start, end - start));
-    finding.After = ShownValue({}, line.replace(at - start, account.OldClass.size(), *account.NewClass));
+    finding.After =
+        ShownValue({}, line.replace(at - start, conversion.OldClass.size(), *conversion.NewClass));
   }
 
-  void AddConverted(const TObjectAccount& account) {
+  void AddConverted(const TObjectConversion& conversion) {
     std::vector<std::string_view> newRoots;
-    for (const std::string_view name : account.NewNames) newRoots.push_back(RootOf(name));
-    const bool isConnection = FInput.OldNames.Find(TOldNames::Connection, account.OldClass) != nullptr;
+    for (const std::string_view name : conversion.NewNames) newRoots.push_back(RootOf(name));
+    const bool isConnection = FInput.OldNames.Find(TOldNames::Connection, conversion.OldClass) != nullptr;
     bool hasLost = false;
-    for (const TSourceProperty& property : account.Properties) {
+    for (const TSourceProperty& property : conversion.Properties) {
       const std::string_view root = RootOf(property.Name);
       if (isConnection && root == "Params") {
-        AddLoginEntries(property, account);
+        AddLoginEntries(property, conversion);
       } else if (property.EntryCount > 0) {
-        AddKept(property, account, newRoots);
+        AddKept(property, conversion, newRoots);
       } else if (!isConnection && property.Name == "DatabaseName") {
-        if (!std::exchange(hasLost, true)) AddLost(property, account);
+        if (!std::exchange(hasLost, true)) AddLost(property, conversion);
       } else if (!Holds(newRoots, root)) {
-        AddDropped(property, account);
+        AddDropped(property, conversion);
       }
     }
-    if (rtl::GetClass(*account.NewClass) == nullptr) {
-      TFinding& finding = Add(TRuleId::NoPublishedList, Text().substr(account.Start), account);
-      finding.Subject = *account.NewClass;
-      const std::string_view header = Text().substr(
-          account.Start, static_cast<size_t>(account.OldClass.data() - Text().data()) - account.Start);
-      finding.After = ShownValue({}, std::string(header) + *account.NewClass);
+    if (rtl::GetClass(*conversion.NewClass) == nullptr) {
+      TFinding& finding = Add(TRuleId::NoPublishedList, Text().substr(conversion.Start), conversion);
+      finding.Subject = *conversion.NewClass;
+      const std::string_view header =
+          Text().substr(conversion.Start,
+                        static_cast<size_t>(conversion.OldClass.data() - Text().data()) - conversion.Start);
+      finding.After = ShownValue({}, std::string(header) + *conversion.NewClass);
     }
   }
 
-  void AddKept(const TSourceProperty& property, const TObjectAccount& account,
+  void AddKept(const TSourceProperty& property, const TObjectConversion& conversion,
                const std::vector<std::string_view>& newRoots) {
     if (property.Rule != nullptr && property.Name == "IndexFieldNames" && !Holds(newRoots, "MasterSource")) {
-      TFinding& finding = Add(TRuleId::OrderBecameDetail, property.Name, account);
+      TFinding& finding = Add(TRuleId::OrderBecameDetail, property.Name, conversion);
       finding.Subject = property.Name;
       finding.Value = ShownValue(property.Name, property.Value);
       finding.After = "DetailFields = " + finding.Value;
     }
     if (const TOldName* old = FInput.OldNames.Find(TOldNames::Value, property.Value)) {
-      TFinding& finding = Add(TRuleId::OldValue, property.Name, account);
+      TFinding& finding = Add(TRuleId::OldValue, property.Name, conversion);
       finding.Subject = property.Name;
       finding.Value = property.Value;
       finding.Advice = old->Advice;
@@ -358,8 +362,8 @@ class TFormFindings : public TFormWalk {
     }
   }
 
-  void AddLost(const TSourceProperty& property, const TObjectAccount& account) {
-    TFinding& finding = Add(TRuleId::LostConnection, property.Name, account);
+  void AddLost(const TSourceProperty& property, const TObjectConversion& conversion) {
+    TFinding& finding = Add(TRuleId::LostConnection, property.Name, conversion);
     const std::string_view alias = Unquoted(property.Value);
     finding.Subject = property.Name;
     finding.Value =
@@ -371,8 +375,8 @@ class TFormFindings : public TFormWalk {
     finding.Detail += finding.Value + '"';
   }
 
-  void AddDropped(const TSourceProperty& property, const TObjectAccount& account) {
-    TFinding& finding = Add(TRuleId::DroppedProperty, property.Name, account);
+  void AddDropped(const TSourceProperty& property, const TObjectConversion& conversion) {
+    TFinding& finding = Add(TRuleId::DroppedProperty, property.Name, conversion);
     const std::string_view value = TrimmedStart(property.Value);
     finding.Subject = property.Name;
     finding.IsEvent = IsEventHandler(property.Name, value);
@@ -382,7 +386,7 @@ class TFormFindings : public TFormWalk {
   }
 
   // Adds a finding for each entry, except for the first one of each name that the rule looks up.
-  void AddLoginEntries(const TSourceProperty& property, const TObjectAccount& account) {
+  void AddLoginEntries(const TSourceProperty& property, const TObjectConversion& conversion) {
     const TLoginParameters list(property.Value);
     std::vector<std::string_view> kept;
     for (const TLoginParameters::TEntry& entry : list.Entries()) {
@@ -395,7 +399,7 @@ class TFormFindings : public TFormWalk {
         kept.push_back(entry.Name);
         continue;
       }
-      TFinding& finding = Add(TRuleId::DroppedLoginEntry, entry.Text, account);
+      TFinding& finding = Add(TRuleId::DroppedLoginEntry, entry.Text, conversion);
       finding.Subject = entry.Name.empty() ? std::string("(no name)") : ShownValue({}, entry.Name);
       if (CouldBeSecret(entry.Name, {})) finding.Subject = entry.Name;
       finding.Before = "'" + finding.Subject + "=...'";
@@ -405,7 +409,7 @@ class TFormFindings : public TFormWalk {
   const TFormFindingInput& FInput;
   TStopFinder FStops;
   int32_t FObject = 0;  // the index of the object in the outline
-  size_t FNextAccount = 0;
+  size_t FNextConversion = 0;
   std::vector<TOpen> FOpen;  // the objects of a walk
   std::vector<TFinding> FFindings;
 };
@@ -416,17 +420,18 @@ std::vector<TFinding> FindInForm(const TFormFindingInput& input, TFormParser& pa
   return TFormFindings(input, parser).Find();
 }
 
-std::vector<TConvertedClass> CountConverted(const std::vector<TObjectAccount>& accounts) {
+std::vector<TConvertedClass> CountConverted(const std::vector<TObjectConversion>& conversions) {
   std::vector<TConvertedClass> classes;
-  for (const TObjectAccount& account : accounts) {
-    if (!account.IsConverted) continue;
-    const auto place = std::find_if(classes.begin(), classes.end(), [&account](const TConvertedClass& each) {
-      return rtl::SameText(each.OldClass, account.OldClass);
-    });
+  for (const TObjectConversion& conversion : conversions) {
+    if (!conversion.IsConverted) continue;
+    const auto place =
+        std::find_if(classes.begin(), classes.end(), [&conversion](const TConvertedClass& each) {
+          return rtl::SameText(each.OldClass, conversion.OldClass);
+        });
     if (place != classes.end()) {
       ++place->Count;
     } else {
-      classes.push_back({std::string(account.OldClass), *account.NewClass, 1});
+      classes.push_back({std::string(conversion.OldClass), *conversion.NewClass, 1});
     }
   }
   return classes;

@@ -20,9 +20,9 @@ struct TFormFindingInput {
   const qrl::TEncoding& Encoding;
   const TClassMap& Classes;
   const TOldNames& OldNames;
-  const TWordSearch& Words;                     // the classes of the map and the old classes
-  const TFormOutline& Outline;                  // of the conversion of that text
-  const std::vector<TObjectAccount>& Accounts;  // of the conversion, and of its completion
+  const TWordSearch& Words;                           // the classes of the map and the old classes
+  const TFormOutline& Outline;                        // of the conversion of that text
+  const std::vector<TObjectConversion>& Conversions;  // of the conversion, and of its completion
   // Returns True if the run knows the alias, but the form's encoding lacks the connection's name.
   std::function<bool(std::string_view alias)> IsUnwritable;
   bool ReplacesClasses = false;  // also those of objects that are not converted
@@ -34,6 +34,6 @@ struct TFormFindingInput {
 std::vector<TFinding> FindInForm(const TFormFindingInput& input, TFormParser& parser);
 
 // Returns the number of converted objects by class, in the order of their first appearance.
-std::vector<TConvertedClass> CountConverted(const std::vector<TObjectAccount>& accounts);
+std::vector<TConvertedClass> CountConverted(const std::vector<TObjectConversion>& conversions);
 
 }  // namespace mig

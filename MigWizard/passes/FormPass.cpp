@@ -15,7 +15,7 @@ namespace {
 class TFormPass {
  public:
   TFormPass(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
-            TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectAccount>* accounts,
+            TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectConversion>* conversions,
             std::vector<TFormEdit>* edits, const std::function<bool(size_t)>& leavesOut,
             TFormOutline* outline)
       : FText(text),
@@ -23,7 +23,7 @@ class TFormPass {
         FClasses(classes),
         FParser(parser),
         FOutput(output),
-        FAccounts(accounts),
+        FConversions(conversions),
         FEdits(edits),
         FLeavesOut(leavesOut),
         FOutline(outline),
@@ -84,7 +84,8 @@ class TFormPass {
     auto position = static_cast<int64_t>(FStart) + 1;
     const bool isParsed = ParseObject(newClass, position);
     if (FLevel > FLeftOutLevel || (FLeavesOut && FLeavesOut(FStart))) {
-      if (FAccounts != nullptr) FAccounts->push_back({FStart, false, true, FLexem, &newClass, {}, {}, 0, {}});
+      if (FConversions != nullptr)
+        FConversions->push_back({FStart, false, true, FLexem, &newClass, {}, {}, 0, {}});
       if (isParsed) {
         SkipObject(position);
       } else {
@@ -93,8 +94,8 @@ class TFormPass {
       return;
     }
     if (!isParsed) {
-      if (FAccounts != nullptr)
-        FAccounts->push_back({FStart, false, false, FLexem, &newClass, {}, {}, 0, {}});
+      if (FConversions != nullptr)
+        FConversions->push_back({FStart, false, false, FLexem, &newClass, {}, {}, 0, {}});
       FFailed.push_back({FScanner.PrevPos(), FLexem.size(), &newClass});
       if (FEdits != nullptr)
         FEdits->push_back(
@@ -109,12 +110,13 @@ class TFormPass {
     CopyUpTo(FScanner.PrevPos());
     FOutput.SetPosition(mark);
     FParser.PrintObject(FLevel, FPrinted);
-    if (FAccounts != nullptr) {
-      TObjectAccount& account = FAccounts->emplace_back(AccountOf(FParser, FStart, FLexem, newClass));
-      account.End = static_cast<size_t>(position) - 1;
+    if (FConversions != nullptr) {
+      TObjectConversion& conversion =
+          FConversions->emplace_back(ConversionOf(FParser, FStart, FLexem, newClass));
+      conversion.End = static_cast<size_t>(position) - 1;
       if (!FParser.NestedObjects().empty()) {
         const auto nested = static_cast<size_t>(FParser.NestedObjects().front().data() - FText.data());
-        account.Nested = FText.substr(nested, account.End - nested);
+        conversion.Nested = FText.substr(nested, conversion.End - nested);
       }
     }
     if (FEdits != nullptr)
@@ -173,7 +175,7 @@ class TFormPass {
   const TClassMap& FClasses;
   TFormParser& FParser;
   rtl::TMemoryStream& FOutput;
-  std::vector<TObjectAccount>* const FAccounts;
+  std::vector<TObjectConversion>* const FConversions;
   std::vector<TFormEdit>* const FEdits;
   const std::function<bool(size_t)>& FLeavesOut;  // may be empty
   TFormOutline* const FOutline;
@@ -194,17 +196,17 @@ class TFormPass {
 }  // namespace
 
 int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
-                TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectAccount>* accounts,
+                TFormParser& parser, rtl::TMemoryStream& output, std::vector<TObjectConversion>* conversions,
                 std::vector<TFormEdit>* edits, const std::function<bool(size_t)>& leavesOut,
                 TFormOutline* outline) {
-  return TFormPass(text, encoding, classes, parser, output, accounts, edits, leavesOut, outline).Run();
+  return TFormPass(text, encoding, classes, parser, output, conversions, edits, leavesOut, outline).Run();
 }
 
-TObjectAccount AccountOf(const TFormParser& parser, size_t start, std::string_view oldClass,
-                         const std::string& newClass) {
-  TObjectAccount account{start, true, false, oldClass, &newClass, parser.Sources(), {}, 0, {}};
-  for (const TFormProperty& property : parser.Properties()) account.NewNames.push_back(property.Name());
-  return account;
+TObjectConversion ConversionOf(const TFormParser& parser, size_t start, std::string_view oldClass,
+                               const std::string& newClass) {
+  TObjectConversion conversion{start, true, false, oldClass, &newClass, parser.Sources(), {}, 0, {}};
+  for (const TFormProperty& property : parser.Properties()) conversion.NewNames.push_back(property.Name());
+  return conversion;
 }
 
 void FindDatabaseNames(std::string_view text, const qrl::TEncoding& encoding,

@@ -27,7 +27,7 @@ struct TFormObject {
 };
 
 // The outcome of the conversion of an object of the map. Views are of the form's text and of constants.
-struct TObjectAccount {
+struct TObjectConversion {
   size_t Start = 0;  // offset of its keyword
   bool IsConverted = false;
   bool IsLeftOut = false;                 // by choice
@@ -55,22 +55,23 @@ struct TFormEdit {
 // whole changed form in `encoding`, without a mark; otherwise `output` is unchanged. `text` must outlive the
 // call.
 //
-// `accounts`, unless null, gets an entry for each object of the map, converted or not, and `outline`, unless null,
-// each object that is not within a converted one; `parser` must keep its sources then. `edits`, unless null, gets
-// the changes as values, in the order of the text.
+// `conversions`, unless null, gets an entry for each object of the map, converted or not, and `outline`,
+// unless null, each object that is not within a converted one; `parser` must keep its sources then. `edits`,
+// unless null, gets the changes as values, in the order of the text.
 //
 // An object of a mapped class that `parser` cannot parse keeps its properties: only its class is replaced,
 // and the object is not counted. An object for which leavesOut(offset of its keyword) is True is kept as it
 // is, with everything in it.
 int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TClassMap& classes,
                 TFormParser& parser, rtl::TMemoryStream& output,
-                std::vector<TObjectAccount>* accounts = nullptr, std::vector<TFormEdit>* edits = nullptr,
+                std::vector<TObjectConversion>* conversions = nullptr,
+                std::vector<TFormEdit>* edits = nullptr,
                 const std::function<bool(size_t)>& leavesOut = nullptr, TFormOutline* outline = nullptr);
 
-// Returns the account of the last object that `parser` converted and printed. `start` is the offset of its
+// Returns the conversion of the last object that `parser` converted and printed. `start` is the offset of its
 // keyword.
-TObjectAccount AccountOf(const TFormParser& parser, size_t start, std::string_view oldClass,
-                         const std::string& newClass);
+TObjectConversion ConversionOf(const TFormParser& parser, size_t start, std::string_view oldClass,
+                               const std::string& newClass);
 
 // Calls found(alias, "Root.Component") for each database alias that a TDatabase of the form declares, in the
 // order of the text. The alias is working text, the component a name of the run (ComponentNames.h).

@@ -4,7 +4,7 @@
 
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/RExpertRes.h"
-#include "MigWizard/run/WayBack.h"
+#include "MigWizard/run/UndoState.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
 
@@ -25,7 +25,7 @@ std::string LastReason() {
 }  // namespace
 
 void TBackups::Prepare() {
-  if (!FOptions.Policy.Strict || FindWayBack(FOptions.BackupDir) == TWayBack::None) return;
+  if (!FOptions.Policy.Strict || FindUndoState(FOptions.BackupDir) == TUndoState::None) return;
   FStagingDir = JoinPath(FOptions.BackupDir, kStagingFolder);
   FFolders.Ensure(FStagingDir);
 }

@@ -39,7 +39,7 @@ class TFindingsCollector {
 };
 
 // The results of a run.
-struct TRunAccount {
+struct TRunResult {
   std::string Mode;       // "bde" or "ibx"
   bool IsFolder = false;  // a run over a folder, not a project
   std::string Folder;     // full Windows path of the folder of the run
@@ -48,14 +48,14 @@ struct TRunAccount {
 };
 
 // Implemented by the services of a host that shows the results of a loaded module's run.
-class IRunAccounts : public toolsapi::IInterface {
+class IRunResults : public toolsapi::IInterface {
  public:
   using TBase = IInterface;
-  // Called when a run has converted its files, before it replaces them. `account` is valid during the call.
-  virtual void RunConverted(const TRunAccount& account) = 0;
+  // Called when a run has converted its files, before it replaces them. `result` is valid during the call.
+  virtual void RunConverted(const TRunResult& result) = 0;
 
  protected:
-  ~IRunAccounts() = default;
+  ~IRunResults() = default;
 };
 
 }  // namespace mig
@@ -63,7 +63,7 @@ class IRunAccounts : public toolsapi::IInterface {
 namespace toolsapi {
 
 template <>
-inline constexpr TInterfaceId kIdOf<mig::IRunAccounts>{"IRunAccounts",
-                                                       TGuid("{0B7F4C52-91D6-4B1E-8E0B-7C1B7A5E3D94}")};
+inline constexpr TInterfaceId kIdOf<mig::IRunResults>{"IRunResults",
+                                                      TGuid("{0B7F4C52-91D6-4B1E-8E0B-7C1B7A5E3D94}")};
 
 }  // namespace toolsapi

@@ -22,7 +22,7 @@ enum TScanDest : uint8_t {
 struct TRunPolicy {
   // Stops the run before it replaces the first original if a changed file has no true backup or was edited
   // since it was read. Keeps a journal on the disk during the replacement. Refuses, before anything is made,
-  // a second run at the same time, and a backup folder with the way back of an earlier run (WayBack.h).
+  // a second run at the same time, and a backup folder that undoes an earlier run (UndoState.h).
   // Leaves out and reports files and folders that cannot be read (TComponentReplacer::LeftOut), where the run
   // would otherwise end. Without Strict, none of this applies.
   bool Strict = false;

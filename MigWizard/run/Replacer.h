@@ -58,9 +58,9 @@ class TComponentReplacer : public TRunHooks {
   // failure. All originals are unchanged then, unless writing the undo file failed, which comes last. The
   // temporary folder is deleted in every case.
   //
-  // With Options().Policy.Strict a run may be refused before it makes anything (EWayBack, ERunIsBusy), or end
-  // before the first original is replaced (EBackupFailed, EFileEdited). If it fails later, a journal remains
-  // in the backup folder, from which Restore can restore.
+  // With Options().Policy.Strict a run may be refused before it makes anything (EBackupsExist, ERunIsBusy),
+  // or end before the first original is replaced (EBackupFailed, EFileEdited). If it fails later, a journal
+  // remains in the backup folder, from which Restore can restore.
   [[nodiscard]] bool Replace();
 
   // Does everything that Replace does before it replaces the first original, in memory, without creating or

@@ -1,7 +1,7 @@
 #include "MigWizard/run/Run.h"
 
 #include "MigWizard/run/RExpertRes.h"
-#include "MigWizard/run/WayBack.h"
+#include "MigWizard/run/UndoState.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"

@@ -8,7 +8,7 @@
 #include "MigWizard/run/ReplaceOptions.h"
 #include "MigWizard/run/RunHooks.h"
 #include "MigWizard/run/RunSelection.h"
-#include "MigWizard/run/WayBack.h"
+#include "MigWizard/run/UndoState.h"
 
 namespace mig {
 

@@ -1,9 +1,9 @@
-// Finds the way back of earlier runs in a backup folder, and keeps strict runs from destroying it.
+// Finds out whether a backup folder undoes an earlier run, and keeps strict runs from destroying that.
 //
 //   options.BackupDir = ChooseBackupDir("C:\\App");  // C:\App\RBackup, or RBackup.2, ...
-//   if (FindWayBack(userChoice) == TWayBack::UndoFile) AskTheUser();
+//   if (FindUndoState(userChoice) == TUndoState::UndoFile) AskTheUser();
 //
-// The way back from a run is its undo file with the backups that it lists. While a strict run replaces the
+// A run is undone with its undo file and the backups that it lists. While a strict run replaces the
 // originals, it has a journal instead: a file with the same lines, which can be restored in the same way, and
 // which is renamed to the undo file when the run ends. So a journal belongs to a run that did not end.
 #pragma once
@@ -21,32 +21,33 @@ class TFileLock;
 
 namespace mig {
 
-enum class TWayBack { None, UndoFile, Journal };
+enum class TUndoState { None, UndoFile, Journal };
 
-// Returns the contents of the backup folder, a full Windows path. A journal takes precedence over an undo
-// file; an empty undo file is ignored. Raises rtl::EFOpenError if one of them cannot be inspected.
-TWayBack FindWayBack(std::string_view backupDir);
+// Returns what the backup folder, a full Windows path, holds. A journal takes precedence over an undo file;
+// an empty undo file is ignored. Raises rtl::EFOpenError if one of them cannot be inspected.
+TUndoState FindUndoState(std::string_view backupDir);
 
 // Returns the full name of the undo file or the journal of a backup folder.
 std::string UndoFileOf(std::string_view backupDir);
 std::string JournalOf(std::string_view backupDir);
 
-// Returns the first of RBackup, RBackup.2, RBackup.3, ... under `base`, a full Windows path, that holds no
-// way back, so that repeated runs can be undone one by one, the last one first.
+// Returns the first of RBackup, RBackup.2, RBackup.3, ... under `base`, a full Windows path, that holds
+// neither undo file nor journal, so that repeated runs can be undone one by one, the last one first.
 std::string ChooseBackupDir(std::string_view base);
-// Returns the first of `folder`, `folder`.2, `folder`.3, ... that holds no way back. Both raise what
-// FindWayBack raises.
+// Returns the first of `folder`, `folder`.2, `folder`.3, ... that holds neither. Both raise what
+// FindUndoState raises.
 std::string FreeBackupDir(const std::string& folder);
 
-// Raised if a strict run is refused, before it makes anything, because its backup folder holds a way back.
-class EWayBack : public rtl::Exception {
+// Raised if a strict run is refused, before it makes anything, because its backup folder holds the undo file
+// or the journal of an earlier run.
+class EBackupsExist : public rtl::Exception {
  public:
-  EWayBack(TWayBack kind, std::string_view backupDir);
-  TWayBack Kind() const { return FKind; }
+  EBackupsExist(TUndoState state, std::string_view backupDir);
+  TUndoState State() const { return FState; }
   const std::string& BackupDir() const { return FBackupDir; }
 
  private:
-  TWayBack FKind;
+  TUndoState FState;
   std::string FBackupDir;
 };
 
@@ -63,7 +64,7 @@ class ERunIsBusy : public rtl::Exception {
 class TRunLock {
  public:
   // Locks the run's folder, and the backup folder if it exists. Raises ERunIsBusy if another run has locked
-  // one of them, and EWayBack if the backup folder must not be used.
+  // one of them, and EBackupsExist if the backup folder must not be used.
   explicit TRunLock(const TReplaceOptions& options);
   ~TRunLock();
   TRunLock(const TRunLock&) = delete;

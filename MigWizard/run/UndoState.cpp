@@ -1,4 +1,4 @@
-#include "MigWizard/run/WayBack.h"
+#include "MigWizard/run/UndoState.h"
 
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/RExpertRes.h"
@@ -11,7 +11,7 @@ namespace mig {
 namespace {
 
 // Returns True if the file that could not be inspected does not exist. Raises for every other reason, because
-// the run must not guess whether there is a way back.
+// the run must not guess whether an earlier run can be undone.
 bool IsMissing(const std::string& fileName) {
   const uint32_t error = win::GetLastError();
   if (error == win::ERROR_FILE_NOT_FOUND || error == win::ERROR_PATH_NOT_FOUND) return true;
@@ -34,14 +34,14 @@ bool IsSameFolder(const std::string& left, const std::string& right) {
 
 }  // namespace
 
-TWayBack FindWayBack(std::string_view backupDir) {
+TUndoState FindUndoState(std::string_view backupDir) {
   const std::string journal = JournalOf(backupDir);
   if (win::FileSystem().GetFileAttributesA(journal) != win::INVALID_FILE_ATTRIBUTES || !IsMissing(journal))
-    return TWayBack::Journal;
+    return TUndoState::Journal;
   const std::string undoFile = UndoFileOf(backupDir);
   const auto stamp = win::GetFileStamp(undoFile);
   const bool counts = stamp ? stamp->Size > 0 : !IsMissing(undoFile);
-  return counts ? TWayBack::UndoFile : TWayBack::None;
+  return counts ? TUndoState::UndoFile : TUndoState::None;
 }
 
 std::string UndoFileOf(std::string_view backupDir) {
@@ -58,14 +58,14 @@ std::string ChooseBackupDir(std::string_view base) {
 
 std::string FreeBackupDir(const std::string& folder) {
   std::string free = folder;
-  for (int number = 2; FindWayBack(free) != TWayBack::None; ++number)
+  for (int number = 2; FindUndoState(free) != TUndoState::None; ++number)
     free = folder + "." + std::to_string(number);
   return free;
 }
 
-EWayBack::EWayBack(TWayBack kind, std::string_view backupDir)
-    : Exception(rtl::Format(kind == TWayBack::Journal ? kJournalFound : kUndoFileFound, {backupDir})),
-      FKind(kind),
+EBackupsExist::EBackupsExist(TUndoState state, std::string_view backupDir)
+    : Exception(rtl::Format(state == TUndoState::Journal ? kJournalFound : kUndoFileFound, {backupDir})),
+      FState(state),
       FBackupDir(backupDir) {}
 
 TRunLock::TRunLock(const TReplaceOptions& options) : FOptions(options) {
@@ -80,9 +80,9 @@ void TRunLock::LockBackupFolder() {
   if (!FOptions.Policy.Strict || !FOptions.MakeBackup || FBackupFolder) return;
   if (!IsSameFolder(FOptions.BackupDir, RunFolder(FOptions)))
     FBackupFolder = LockRunFolder(FOptions.BackupDir);
-  const TWayBack found = FindWayBack(FOptions.BackupDir);
-  if (found == TWayBack::Journal || (found == TWayBack::UndoFile && !FOptions.Policy.OverwriteBackups))
-    throw EWayBack(found, FOptions.BackupDir);
+  const TUndoState found = FindUndoState(FOptions.BackupDir);
+  if (found == TUndoState::Journal || (found == TUndoState::UndoFile && !FOptions.Policy.OverwriteBackups))
+    throw EBackupsExist(found, FOptions.BackupDir);
 }
 
 std::unique_ptr<win::TFileLock> LockRunFolder(const std::string& folder) {
