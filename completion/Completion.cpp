@@ -1,6 +1,7 @@
 #include "completion/Completion.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "MigWizard/engine/PasParser.h"
 #include "completion/FormLayout.h"
@@ -28,6 +29,19 @@ mig::TTextEdits WithLineEnds(const mig::TTextEdits& edits, std::string_view text
     result.Replace(edit.Position, edit.Length, std::move(replacement));
   }
   return result;
+}
+
+// A class can have several forms, a DFM and an NFM: each of them needs a place.
+TTransactionPlace FindPlace(const std::vector<TFormConnections>& forms, std::string_view className,
+                            std::string_view connection, std::string_view transaction) {
+  auto place = TTransactionPlace::NoConnection;
+  for (const TFormConnections& form : forms) {
+    if (!rtl::SameText(form.Class, className)) continue;
+    if (!form.Connections.contains(rtl::LowerCase(connection))) return TTransactionPlace::NoConnection;
+    if (form.Names.contains(rtl::LowerCase(transaction))) return TTransactionPlace::Taken;
+    place = TTransactionPlace::Free;
+  }
+  return place;
 }
 
 bool NamesNewClass(std::string_view text, const qrl::TEncoding& encoding, const mig::TClassMap& classes) {
@@ -58,13 +72,31 @@ mig::TTextEdits TCompletion::EditsOf(const mig::TUnitToComplete& unit, mig::TCom
 
 mig::TTextEdits TCompletion::CompleteFields(const mig::TUnitToComplete& unit,
                                             mig::TCompletedUnit& completed) const {
-  TTransactionFields fields = CompleteTransactionFields(unit.Text, unit.Encoding, unit.Edits,
-                                                        !unit.FormFiles.empty(), FRules.Transaction);
+  std::optional<std::vector<TFormConnections>> forms;
+  const auto findPlace = [&](std::string_view className, std::string_view connection,
+                             std::string_view transaction) {
+    if (!forms) forms = FindConnectionsOf(unit);
+    return FindPlace(*forms, className, connection, transaction);
+  };
+  TTransactionFields fields = CompleteTransactionFields(
+      unit.Text, unit.Encoding, unit.Edits,
+      unit.FormFiles.empty() ? TFindTransactionPlace() : TFindTransactionPlace(findPlace),
+      FRules.Transaction);
   completed.SettlesTransactions = true;
-  completed.RefusedTransactions = std::move(fields.Refused);
+  completed.Refusals = std::move(fields.Refusals);
   const std::lock_guard<std::mutex> guard(FTransactionsLock);
   for (const std::string& form : unit.FormFiles) FTransactions[rtl::LowerCase(form)] = fields.Names;
   return std::move(fields.Edits);
+}
+
+// Returns the connections of the unit's forms as they are after the completion.
+std::vector<TFormConnections> TCompletion::FindConnectionsOf(const mig::TUnitToComplete& unit) const {
+  std::vector<TFormConnections> forms;
+  unit.LookAtForms([&](mig::TFormToComplete& form, mig::TFormParser& parser) {
+    if (FSteps.Inherited) ConvertInherited(form, parser);
+    forms.push_back(FindConnections(form, FRules.Transaction));
+  });
+  return forms;
 }
 
 void TCompletion::OnUnitKept(const std::vector<std::string>& formFiles) const {
@@ -88,12 +120,16 @@ void TCompletion::CompleteUses(const mig::TUnitToComplete& unit, mig::TCompleted
                             [&](std::string_view identifier, std::string_view name) {
                               return FRules.OldNames.Declares(name, identifier);
                             }};
-  completed.Text =
-      completion::CompleteUses(completed.Text, unit.Encoding, rules,
-                               {[&](TUsesRefusal refusal, size_t, std::string_view) {
-                                  if (refusal == TUsesRefusal::Source) completed.SettlesUses = false;
-                                },
-                                [&](std::string_view name) { completed.RemovedUnits.emplace_back(name); }});
+  completed.Text = completion::CompleteUses(
+      completed.Text, unit.Encoding, rules,
+      {[&](TUsesRefusal refusal, size_t, std::string_view name) {
+         if (refusal == TUsesRefusal::Source) completed.SettlesUses = false;
+         if (refusal == TUsesRefusal::Stuck)
+           completed.Refusals.push_back(
+               {std::nullopt, mig::TLevel::Error, "the interface's uses clause",
+                "the implementation's lists " + std::string(name) + " next to a compiler directive"});
+       },
+       [&](std::string_view name) { completed.RemovedUnits.emplace_back(name); }});
 }
 
 std::string TCompletion::CompleteForm(mig::TFormToComplete& form, mig::TFormParser& parser) const {

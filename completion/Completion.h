@@ -5,9 +5,11 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "MigWizard/passes/FileCompletion.h"
 #include "MigWizard/passes/OldNames.h"
+#include "completion/FormObjects.h"
 #include "completion/TransactionFields.h"
 
 namespace completion {
@@ -42,6 +44,7 @@ class TCompletion : public mig::IFileCompletion {
  private:
   mig::TTextEdits EditsOf(const mig::TUnitToComplete& unit, mig::TCompletedUnit& completed) const;
   mig::TTextEdits CompleteFields(const mig::TUnitToComplete& unit, mig::TCompletedUnit& completed) const;
+  std::vector<TFormConnections> FindConnectionsOf(const mig::TUnitToComplete& unit) const;
   TTransactionNames TransactionsOf(std::string_view formFile) const;
   void CompleteUses(const mig::TUnitToComplete& unit, mig::TCompletedUnit& completed) const;
 

@@ -258,31 +258,34 @@ void ConvertInherited(mig::TFormToComplete& form, mig::TFormParser& parser) {
   form.Edits = std::move(merged);
 }
 
-void AddTransactions(mig::TFormToComplete& form, const TTransactionNames& names,
-                     const TTransactionRules& rules) {
-  if (names.empty()) return;
+TFormConnections FindConnections(mig::TFormToComplete& form, const TTransactionRules& rules) {
+  TFormConnections found;
   const TTokens tokens = ReadUnitTokens(form.Text, form.Encoding);
-  std::unordered_set<std::string> taken;
-  std::vector<THeader> connections;
-  std::string_view formClass;
   size_t frameEnd = 0;  // index of the token that ends the frame that was met last
   for (size_t i = 0; i < tokens.size(); ++i) {
     THeader header;
     if (!ReadHeader(tokens, i, header)) continue;
-    if (formClass.empty()) formClass = tokens[header.Class].Lexem;
+    const std::string name = rtl::LowerCase(tokens[header.Name].Lexem);
+    if (found.Class.empty()) found.Class = rtl::LowerCase(tokens[header.Class].Lexem);
     // The objects of a frame have their names in the frame.
-    if (i > frameEnd || tokens[i].Code != mig::kInherited)
-      taken.insert(rtl::LowerCase(tokens[header.Name].Lexem));
+    if (i > frameEnd || tokens[i].Code != mig::kInherited) found.Names.insert(name);
     if (i > frameEnd && tokens[i].Code == mig::kInline) frameEnd = FindEnd(tokens, i);
-    if (tokens[i].Code == mig::kObject && tokens[header.Class].Is(rules.OldClass))
-      connections.push_back(header);
+    if (tokens[i].Code == mig::kObject && tokens[header.Class].Is(rules.OldClass) &&
+        FindObjectEdit(form.Edits, tokens[i].Offset) != nullptr)
+      found.Connections[name] = {tokens[i].Offset, tokens[header.Name].Lexem};
   }
-  for (const THeader& header : connections) {
-    const std::string_view connection = tokens[header.Name].Lexem;
-    mig::TFormEdit* const edit = FindObjectEdit(form.Edits, tokens[header.Keyword].Offset);
-    const auto name = names.find(TransactionKey(formClass, connection));
-    if (edit != nullptr && name != names.end() && !taken.contains(rtl::LowerCase(name->second)))
-      edit->Text += PrintTransaction(rules, name->second, connection, *edit);
+  return found;
+}
+
+void AddTransactions(mig::TFormToComplete& form, const TTransactionNames& names,
+                     const TTransactionRules& rules) {
+  if (names.empty()) return;
+  const TFormConnections found = FindConnections(form, rules);
+  for (const auto& [key, connection] : found.Connections) {
+    const auto name = names.find(TransactionKey(found.Class, key));
+    if (name == names.end() || found.Names.contains(rtl::LowerCase(name->second))) continue;
+    mig::TFormEdit* const edit = FindObjectEdit(form.Edits, connection.Offset);
+    edit->Text += PrintTransaction(rules, name->second, connection.Name, *edit);
   }
 }
 

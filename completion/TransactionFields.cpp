@@ -159,6 +159,21 @@ std::string TransactionName(const TTransactionRules& rules, const TClassBody& bo
   return isOnly ? std::string(rules.Name) : std::string(connection).append(rules.Name);
 }
 
+// Returns why a field cannot have a transaction of that name, or an empty string.
+std::string ReasonAgainst(const TClassBody& body, std::string_view connection, const std::string& name,
+                          const TFindTransactionPlace& findPlace) {
+  if (body.Members.contains(rtl::LowerCase(name))) return "its class already has a member " + name;
+  switch (findPlace(body.Name, connection, name)) {
+    case TTransactionPlace::NoConnection:
+      return "no form of its class has an object " + std::string(connection) + " that is converted";
+    case TTransactionPlace::Taken:
+      return "its form already has an object " + name;
+    case TTransactionPlace::Free:
+      break;
+  }
+  return {};
+}
+
 }  // namespace
 
 std::string TransactionKey(std::string_view className, std::string_view connection) {
@@ -166,13 +181,14 @@ std::string TransactionKey(std::string_view className, std::string_view connecti
 }
 
 TTransactionFields CompleteTransactionFields(std::string_view text, const qrl::TEncoding& encoding,
-                                             const mig::TTextEdits& edits, bool hasForm,
+                                             const mig::TTextEdits& edits,
+                                             const TFindTransactionPlace& findPlace,
                                              const TTransactionRules& rules) {
   TTransactionFields result;
   std::map<size_t, std::string> insertions;  // by offset
   const TTokens tokens = ReadUnitTokens(text, encoding);
   const std::vector<TClassBody> classes =
-      hasForm ? TClassReader(tokens, rules.OldClass).Run() : std::vector<TClassBody>();
+      findPlace ? TClassReader(tokens, rules.OldClass).Run() : std::vector<TClassBody>();
   for (const TClassBody& body : classes) {
     if (Lists(kNoForms, body.Ancestor) || rtl::SameText(body.Ancestor, rules.OldClass)) continue;
     size_t count = 0;
@@ -182,8 +198,8 @@ TTransactionFields CompleteTransactionFields(std::string_view text, const qrl::T
       if (!edits.HasAt(className)) continue;
       for (const std::string_view connection : field.Names) {
         const std::string name = TransactionName(rules, body, connection, count);
-        if (body.Members.contains(rtl::LowerCase(name))) {
-          result.Refused.push_back(className);
+        if (const std::string reason = ReasonAgainst(body, connection, name, findPlace); !reason.empty()) {
+          result.Refusals.push_back({className, mig::TLevel::Warning, std::string(connection), reason});
           continue;
         }
         result.Names[TransactionKey(body.Name, connection)] = name;

@@ -1,11 +1,13 @@
 // Completion of units: the fields of the transactions that the connections of a form need.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "MigWizard/passes/FileCompletion.h"
 #include "MigWizard/passes/TextEdits.h"
 #include "qrl/Encoding.h"
 
@@ -25,10 +27,19 @@ using TTransactionNames = std::unordered_map<std::string, std::string>;
 
 std::string TransactionKey(std::string_view className, std::string_view connection);
 
+// Whether the form of a class has a place for the transaction of a connection.
+enum class TTransactionPlace {
+  Free,
+  NoConnection,  // no form of that class has an object of that name which is converted
+  Taken          // the form has another object with the name of the transaction
+};
+using TFindTransactionPlace = std::function<TTransactionPlace(
+    std::string_view className, std::string_view connection, std::string_view transaction)>;
+
 struct TTransactionFields {
-  mig::TTextEdits Edits;        // of the text that was given
-  TTransactionNames Names;      // of the fields that were added
-  std::vector<size_t> Refused;  // connections without one: offsets of the name of their class, ascending
+  mig::TTextEdits Edits;                // of the text that was given
+  TTransactionNames Names;              // of the fields that were added
+  std::vector<mig::TRefusal> Refusals;  // connections without one, in the order of the text
 };
 
 // Returns `edits`, the edits of the conversion of `text`, changed so that exactly the component fields of the
@@ -37,11 +48,12 @@ struct TTransactionFields {
 // have: if its ancestor is no class of the run-time library, it may have one. Classes that no form belongs to, such as
 // those of TComponent, add none.
 // Every other mention of the old class is replaced by the new class alone. A field gets no transaction if its
-// class already has a member of that name. Offsets are in bytes, 0-based.
+// class already has a member of that name, or if its form has no place for one. Offsets are in bytes, 0-based.
 //
-// `hasForm` is whether the unit names a form; without one no class has component fields.
+// `findPlace` is empty if the unit names no form; no class has component fields then.
 TTransactionFields CompleteTransactionFields(std::string_view text, const qrl::TEncoding& encoding,
-                                             const mig::TTextEdits& edits, bool hasForm,
+                                             const mig::TTextEdits& edits,
+                                             const TFindTransactionPlace& findPlace,
                                              const TTransactionRules& rules);
 
 }  // namespace completion

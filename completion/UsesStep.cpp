@@ -173,7 +173,7 @@ class TUsesStep {
     for (const TUsesItem& item : implementation.Items) {
       const std::string name = rtl::LowerCase(item.Name);
       if (!IsNewUnit(item) || listed.contains(name)) continue;
-      if (item.Conditional) return false;
+      if (item.Conditional) return RefuseToMove(item);
       FMoved.insert(&item);
       wanted.insert(name);
     }
@@ -242,7 +242,7 @@ class TUsesStep {
     const auto goes = [&](const TUsesItem& item) { return &item != place && FMarked.contains(&item); };
     if (std::all_of(clause.Items.begin(), clause.Items.end(), goes)) return true;  // with all commas
     while (const TUsesItem* const item = FindStuck(clause, goes)) {
-      if (FMoved.contains(item)) return false;
+      if (FMoved.contains(item)) return RefuseToMove(*item);
       FMarked.erase(item);
       if (!IsNewUnit(*item)) FCallbacks.OnRefused(TUsesRefusal::Conditional, item->Begin, item->Name);
     }
@@ -268,8 +268,15 @@ class TUsesStep {
                      [&](const TUsesItem& item) { return FMarked.contains(&item); }))
       return true;
     for (const TUsesItem& item : clause.Items) FMarked.erase(&item);
-    return std::none_of(clause.Items.begin(), clause.Items.end(),
-                        [&](const TUsesItem& item) { return FMoved.contains(&item); });
+    const auto moved = std::find_if(clause.Items.begin(), clause.Items.end(),
+                                    [&](const TUsesItem& item) { return FMoved.contains(&item); });
+    return moved == clause.Items.end() || RefuseToMove(*moved);
+  }
+
+  // Returns False.
+  bool RefuseToMove(const TUsesItem& item) const {
+    FCallbacks.OnRefused(TUsesRefusal::Stuck, item.Begin, item.Name);
+    return false;
   }
 
   const std::string_view FText;

@@ -23,8 +23,9 @@ struct TUsesRules {
 };
 
 enum class TUsesRefusal {
-  Source,      // the unit's clauses cannot be read with certainty
-  Conditional  // an old unit between conditional directives
+  Source,       // the unit's clauses cannot be completed with certainty
+  Conditional,  // an old unit between conditional directives
+  Stuck         // a new unit of the implementation's clause that the interface needs; Source follows
 };
 
 // Callbacks for the changes that the step refused, and for the units that it removed. `offset` is in the text

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "MigWizard/passes/FileConversion.h"
+#include "MigWizard/passes/FindingRules.h"
 #include "completion/Completion.h"
 #include "completion/FormLayout.h"
 #include "completion/TransactionFields.h"
@@ -13,6 +14,7 @@
 #include "target/KVAFormParser.h"
 #include "target/KVAReplacer.h"
 #include "target/OldNameList.h"
+#include "tests/TempTree.h"
 
 namespace {
 
@@ -28,8 +30,10 @@ std::string CompleteUses(const std::string& text, std::string* told = nullptr) {
       }};
   const auto tell = [&](TUsesRefusal refusal, size_t offset, std::string_view unit) {
     if (told != nullptr)
-      *told += (refusal == TUsesRefusal::Source ? "source" : "conditional ") + std::string(unit) + "@" +
-               std::to_string(offset) + " ";
+      *told += (refusal == TUsesRefusal::Source  ? "source"
+                : refusal == TUsesRefusal::Stuck ? "stuck "
+                                                 : "conditional ") +
+               std::string(unit) + "@" + std::to_string(offset) + " ";
   };
   return completion::CompleteUses(text, qrl::TEncoding::Default(), rules, {tell, [](std::string_view) {}});
 }
@@ -197,9 +201,11 @@ TEST(UsesStepTest, Refusals) {
       {Unit("{$IFDEF X} uses A; {$ELSE} uses DBTables, New1, New2; {$ENDIF}", ""),
        Unit("{$IFDEF X} uses A; {$ELSE} uses DBTables, New1, New2; {$ENDIF}", ""), "source@0 "},
       {Unit("uses A;\r\nvar x: TNew;", "uses {$IFDEF X} New1, {$ENDIF} B;"),
-       Unit("uses A;\r\nvar x: TNew;", "uses {$IFDEF X} New1, {$ENDIF} B;"), "source@0 "},
+       Unit("uses A;\r\nvar x: TNew;", "uses {$IFDEF X} New1, {$ENDIF} B;"), "stuck New1@75 source@0 "},
       {Unit("uses A;\r\nvar x: TNew;", "uses {$I b.inc} New1;"),
-       Unit("uses A;\r\nvar x: TNew;", "uses {$I b.inc} New1;"), "source@0 "},
+       Unit("uses A;\r\nvar x: TNew;", "uses {$I b.inc} New1;"), "stuck New1@75 source@0 "},
+      {Unit("uses A;\r\nvar x: TNew;", "uses New1{$IFDEF X},{$ENDIF} B;"),
+       Unit("uses A;\r\nvar x: TNew;", "uses New1{$IFDEF X},{$ENDIF} B;"), "stuck New1@64 source@0 "},
       {"uses DBTables, New1, New2;", "uses DBTables, New1, New2;", "source@0 "},
       {"", "", "source@0 "},
   };
@@ -214,11 +220,15 @@ constexpr completion::TTransactionRules kTransactions = {"TDatabase", "TKVAConne
                                                          "Transaction", "DefaultConnection"};
 
 // Converts every TDatabase as the conversion does, then completes the fields.
-completion::TTransactionFields CompleteFields(const std::string& text, bool hasForm = true) {
+completion::TTransactionFields CompleteFields(
+    const std::string& text, const completion::TFindTransactionPlace& findPlace =
+                                 [](std::string_view, std::string_view, std::string_view) {
+                                   return completion::TTransactionPlace::Free;
+                                 }) {
   mig::TTextEdits edits;
   for (size_t at = text.find("TDatabase"); at != std::string::npos; at = text.find("TDatabase", at + 1))
     edits.Replace(at, 9, "TKVAConnection;\r\n    Transaction: TKVATransaction");
-  return completion::CompleteTransactionFields(text, qrl::TEncoding::Default(), edits, hasForm,
+  return completion::CompleteTransactionFields(text, qrl::TEncoding::Default(), edits, findPlace,
                                                kTransactions);
 }
 
@@ -259,7 +269,7 @@ TEST(TransactionFieldsTest, OnlyComponentFieldsBringATransaction) {
   for (const TUsesRow& row : rows) {
     const completion::TTransactionFields fields = CompleteFields(row.Before);
     EXPECT_EQ(fields.Edits.Apply(row.Before), row.After) << row.What;
-    EXPECT_EQ(fields.Refused, std::vector<size_t>()) << row.What;
+    EXPECT_TRUE(fields.Refusals.empty()) << row.What;
   }
   for (const char* const member :
        {"transaction: TX;", "private Transaction: TX;", "procedure Transaction(A: TX; B: TX);",
@@ -268,11 +278,13 @@ TEST(TransactionFieldsTest, OnlyComponentFieldsBringATransaction) {
     const completion::TTransactionFields fields = CompleteFields(text);
     EXPECT_EQ(fields.Edits.Apply(text),
               std::string("type TM = class(TForm) D: TKVAConnection; ") + member + " end;");
-    EXPECT_EQ(fields.Refused, std::vector<size_t>{26}) << member;
+    ASSERT_EQ(fields.Refusals.size(), 1U) << member;
+    EXPECT_EQ(fields.Refusals[0].Offset, 26U) << member;
     EXPECT_TRUE(fields.Names.empty()) << member;
   }
   const std::string text = "type TM = class(TForm) D: TDatabase; end;";
-  EXPECT_EQ(CompleteFields(text, false).Edits.Apply(text), "type TM = class(TForm) D: TKVAConnection; end;");
+  EXPECT_EQ(CompleteFields(text, nullptr).Edits.Apply(text),
+            "type TM = class(TForm) D: TKVAConnection; end;");
 }
 
 TEST(FormLayoutTest, KeepsThePlaceOfAnObject) {
@@ -338,17 +350,41 @@ TEST(FormLayoutTest, KeepsTabsAndLineEnds) {
   }
 }
 
-// Inherited, inline and indexed objects, and the contents of a converted object. The form belongs to a unit with two
-// connections, of which one can have a transaction.
-TEST(FormObjectsTest, WholeForms) {
-  target::TKVAMigration migration(target::TCatalogue::BuiltIn());
-  mig::TFileConverter converter(
-      migration.BDE().Classes(), "DBTABLES", ", New",
-      std::make_unique<target::TKVAFormParser>(mig::ParseStateClass<mig::TFormParseState>()));
-  const mig::TOldNames names = target::BuiltInOldNames(migration.BDE().Classes());
-  const completion::TCompletion completion({false, true, true, true, false},
-                                           {"DBTables", ", New", names, kTransactions});
-  converter.SetCompletion(&completion);
+// A unit with two connections, of which one can have a transaction, and its form.
+class FormObjectsTest : public testing::Test {
+ protected:
+  FormObjectsTest() {
+    FConverter.SetCompletion(&FCompletion);
+    FConverter.CollectFindings(FNames);
+  }
+
+  // Returns the form after the conversion, or "" if it is not changed; `told` gets the unit's refusals.
+  std::string Convert(const std::string& form, std::string* told = nullptr) {
+    FTree.Write("F.dfm", form);
+    const mig::TFileConversion unit = FConverter.Convert(
+        FTree.WindowsPath("F.pas"),
+        "unit F; type TF = class(TForm) A, B: TDatabase; BTransaction: TX; end; {$R *.dfm}");
+    for (const mig::TFinding& finding : unit.Findings->Findings) {
+      if (told != nullptr && finding.Rule == mig::TRuleId::NotCompleted)
+        *told += mig::MessageOf(finding) + "\n";
+    }
+    const mig::TFileConversion converted = FConverter.Convert(FTree.WindowsPath("F.DFM"), form);
+    return converted.IsChanged ? converted.Bytes : form;
+  }
+
+ private:
+  const tests::TTempTree FTree;
+  target::TKVAMigration FMigration{target::TCatalogue::BuiltIn()};
+  const mig::TOldNames FNames = target::BuiltInOldNames(FMigration.BDE().Classes());
+  const completion::TCompletion FCompletion{{false, true, true, true, false},
+                                            {"DBTables", ", New", FNames, kTransactions}};
+  mig::TFileConverter FConverter{
+      FMigration.BDE().Classes(), "DBTABLES", ", New",
+      std::make_unique<target::TKVAFormParser>(mig::ParseStateClass<mig::TFormParseState>())};
+};
+
+// Inherited, inline and indexed objects, and the contents of a converted object.
+TEST_F(FormObjectsTest, WholeForms) {
   const TUsesRow rows[] = {
       {"inherited and indexed objects",
        "inherited F: TF\n  inherited Q: TQuery [3]\n    RequestLive = True\n    Left = 4\n  end\n"
@@ -416,17 +452,33 @@ TEST(FormObjectsTest, WholeForms) {
        "  end\nend\n"},
       {"a form of another class", "object F: TG\n  object A: TDatabase\n  end\nend\n",
        "object F: TG\n  object A: TKVAConnection\n  end\nend\n"},
+  };
+  for (const TUsesRow& row : rows) {
+    EXPECT_EQ(Convert(row.Before), row.After) << row.What;
+    EXPECT_EQ(Convert(row.After), row.After) << row.What << ", once more";
+  }
+}
+
+// A connection has a transaction in its unit if and only if its form has one.
+TEST_F(FormObjectsTest, RefusedTransactions) {
+  const std::string hasOne = "B is not completed, because its class already has a member BTransaction\n";
+  const TUsesRow rows[] = {
+      {"a place", "object F: TF\n  object A: TDatabase\n  end\nend\n", hasOne},
+      {"no connection", "object F: TF\n  object C: TDatabase\n  end\nend\n",
+       "A is not completed, because no form of its class has an object A that is converted\n" + hasOne},
       {"a name that is taken",
        "object F: TF\n  object A: TDatabase\n  end\n  object atransaction: TX\n  end\nend\n",
-       "object F: TF\n  object A: TKVAConnection\n  end\n  object atransaction: TX\n  end\nend\n"},
+       "A is not completed, because its form already has an object ATransaction\n" + hasOne},
+      {"a connection that is no form text", "object F: TF\n  object A: TDatabase\n    = 3\n  end\nend\n",
+       "A is not completed, because no form of its class has an object A that is converted\n" + hasOne},
+      {"a form that cannot be read", std::string("\xFF\xFE\x20", 3),
+       "A is not completed, because no form of its class has an object A that is converted\n" + hasOne},
   };
-  (void)converter.Convert(
-      "Z:\\F.pas", "unit F; type TF = class(TForm) A, B: TDatabase; BTransaction: TX; end; {$R *.dfm}");
   for (const TUsesRow& row : rows) {
-    mig::TFileConversion converted = converter.Convert("Z:\\F.dfm", row.Before);
-    EXPECT_EQ(converted.IsChanged ? converted.Bytes : row.Before, row.After) << row.What;
-    converted = converter.Convert("Z:\\F.dfm", row.After);
-    EXPECT_FALSE(converted.IsChanged) << row.What << ", once more: " << converted.Bytes;
+    std::string told;
+    const std::string form = Convert(row.Before, &told);
+    EXPECT_EQ(told, row.After) << row.What;
+    EXPECT_EQ(form.find("ATransaction: TKVATransaction") != std::string::npos, told == hasOne) << form;
   }
 }
 

@@ -269,12 +269,20 @@ TEST_F(ReportTest, FindingsOfACompletedUnit) {
              "unit A;\ninterface\ntype T = class(TForm)\n  D: TDatabase;\n  procedure Transaction;\nend;\n"
              "TD = class(TDatabase) end;\nimplementation\nvar D: TDatabase;\n{$R *.dfm}\nend.\n");
   tree.Write("A.dfm", "object A: T\n  object D: TDatabase\n  end\nend\n");
+  tree.Write(
+      "B.pas",
+      "unit B;\ninterface\nvar Q: TKVAQuery;\nimplementation\nuses {$IFDEF X} KVA, {$ENDIF} DB;\nend.\n");
   std::map<std::string, std::string> after;
   std::string found;
   for (const mig::TFileReport& file : Preview(tree.HostPath(), "bde", "", &after, true).Files)
     for (const mig::TFinding& finding : file.Findings)
-      found += std::string(mig::RuleOf(finding.Rule).Name) + " " + std::to_string(finding.Line) + "\n";
-  EXPECT_EQ(found, "transaction-line 4\n");
+      found += std::string(mig::LevelName(finding.Level)) + " " + std::to_string(finding.Line) + ": " +
+               mig::MessageOf(finding) + "\n";
+  EXPECT_EQ(
+      found,
+      "warning 4: D is not completed, because its class already has a member Transaction\n"
+      "error 3: the interface's uses clause is not completed, because the implementation's lists KVA next "
+      "to a compiler directive\n");
   for (const auto& [name, text] : after) EXPECT_EQ(text.find("TKVATransaction"), std::string::npos) << text;
 }
 

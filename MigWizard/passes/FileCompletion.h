@@ -4,35 +4,19 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "MigWizard/form/FormParser.h"
 #include "MigWizard/passes/ClassMap.h"
+#include "MigWizard/passes/Findings.h"
 #include "MigWizard/passes/FormPass.h"
 #include "MigWizard/passes/TextEdits.h"
 #include "qrl/Encoding.h"
 
 namespace mig {
-
-struct TUnitToComplete {
-  std::string_view Text;  // before the conversion, working text
-  const qrl::TEncoding& Encoding;
-  const TClassMap& Classes;
-  const TTextEdits& Edits;                    // of the conversion
-  const std::vector<std::string>& FormFiles;  // full names of the forms that it names
-};
-
-struct TCompletedUnit {
-  std::string Text;
-  TTextEdits Edits;  // of the text before the conversion; without those in uses clauses, which come after
-  // Completed work, for which no findings are needed.
-  bool SettlesUses = false;          // the uses clauses name the units that the unit needs, each once
-  bool SettlesTransactions = false;  // each transaction is declared where it belongs, with these exceptions:
-  std::vector<size_t> RefusedTransactions;  // offsets of names of old classes, ascending
-  std::vector<std::string> RemovedUnits;    // old units, as spelled in the source
-};
 
 struct TFormToComplete {
   std::string_view FileName;  // in full
@@ -44,6 +28,37 @@ struct TFormToComplete {
   // Returns True if the object, given by the offset of its keyword, has to be kept as it is, with everything
   // in it. May be empty.
   std::function<bool(size_t)> LeavesOut = nullptr;
+};
+
+using TFormLook = std::function<void(TFormToComplete& form, TFormParser& parser)>;
+
+struct TUnitToComplete {
+  std::string_view Text;  // before the conversion, working text
+  const qrl::TEncoding& Encoding;
+  const TClassMap& Classes;
+  const TTextEdits& Edits;                    // of the conversion
+  const std::vector<std::string>& FormFiles;  // full names of the forms that it names
+  // Reads and converts those forms, and passes each to `look`, without accounts and without references to
+  // connections. Forms that cannot be read are left out.
+  std::function<void(const TFormLook& look)> LookAtForms;
+};
+
+// Something that the completion leaves as it is, because it is not certain. Working text.
+struct TRefusal {
+  std::optional<size_t> Offset;  // in the text before the conversion; without one, the first new class
+  TLevel Level = TLevel::Warning;
+  std::string Subject;
+  std::string Detail;  // the reason
+};
+
+struct TCompletedUnit {
+  std::string Text;
+  TTextEdits Edits;  // of the text before the conversion; without those in uses clauses, which come after
+  // Completed work, for which no findings are needed.
+  bool SettlesUses = false;               // the uses clauses name the units that the unit needs, each once
+  bool SettlesTransactions = false;       // each transaction is declared where it belongs, or is refused
+  std::vector<std::string> RemovedUnits;  // old units, as spelled in the source
+  std::vector<TRefusal> Refusals;
 };
 
 // Operations may be called by several threads at a time.

@@ -11,6 +11,7 @@
 #include "MigWizard/passes/UnitFindings.h"
 #include "MigWizard/passes/UnitMarks.h"
 #include "MigWizard/passes/UnitNames.h"
+#include "rtl/text/Exceptions.h"
 #include "rtl/text/Streams.h"
 #include "win/paths/CodePage.h"
 #include "win/paths/FileNames.h"
@@ -67,9 +68,7 @@ void RemoveSettled(std::vector<TFinding>& findings, const TCompletedUnit& comple
       case TRuleId::SecondConversion:
         return completed.SettlesUses;
       case TRuleId::TransactionLine:
-        return completed.SettlesTransactions &&
-               !std::binary_search(completed.RefusedTransactions.begin(), completed.RefusedTransactions.end(),
-                                   finding.Offset);
+        return completed.SettlesTransactions;
       case TRuleId::OldUnit:
         return std::find(completed.RemovedUnits.begin(), completed.RemovedUnits.end(), finding.Subject) !=
                completed.RemovedUnits.end();
@@ -125,7 +124,7 @@ void TFileConverter::CollectFindings(const TOldNames& names, TFindingDetail deta
 // Returns the reference in the encoding of the form, or an empty string if there is none. The parser may ask
 // several times for the same property.
 std::string TFileConverter::DatabaseReference(std::string_view alias) {
-  if (!OnGetDatabase) return {};
+  if (!OnGetDatabase || !FRefersToDatabases) return {};
   const std::string name = OnGetDatabase(alias, *FFormEncoding);
   if (std::optional<std::string> reference = NameForForm(name, *FFormEncoding)) return *std::move(reference);
   std::string shown = win::IsValidUtf8(name) ? name : win::SourceToUtf8(name);
@@ -165,7 +164,8 @@ void TFileConverter::ConvertUnitFile(const std::string& fileName, std::string by
   TCompletedUnit completed;
   if (completion != nullptr) {
     completed =
-        completion->CompleteUnit({unit.Text, *unit.Encoding, FClasses, converted.Edits, result.FormFiles});
+        completion->CompleteUnit({unit.Text, *unit.Encoding, FClasses, converted.Edits, result.FormFiles,
+                                  [&](const TFormLook& look) { LookAtForms(result.FormFiles, look); }});
     const bool isChanged = completed.Text != unit.Text;
     if (isChanged && !result.IsChanged) result.Changes = 1;
     result.IsChanged = isChanged;
@@ -225,6 +225,36 @@ const TWordSearch& TFileConverter::FormWords() {
   return *FFormWords;
 }
 
+// Returns the selection of the form's edits, and sets what it leaves out.
+const TEditSelection* TFileConverter::SelectIn(TFormToComplete& form) const {
+  const TEditSelection* const selection =
+      OnGetSelection ? OnGetSelection(std::string(form.FileName)) : nullptr;
+  if (selection != nullptr)
+    form.LeavesOut = [selection](size_t place) { return selection->LeavesOut(place); };
+  return selection;
+}
+
+void TFileConverter::LookAtForms(const std::vector<std::string>& formFiles, const TFormLook& look) {
+  FRefersToDatabases = false;
+  for (const std::string& fileName : formFiles) {
+    try {
+      rtl::TFileStream stream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
+      const TFormFile form = DecodeFormFile(stream.ReadToEnd());
+      const std::string_view text = std::string_view(form.Text).substr(0, form.Text.find('\0'));
+      TFormToComplete toLookAt = {fileName, text, *form.Encoding, FClasses, {}, nullptr};
+      (void)SelectIn(toLookAt);
+      rtl::TMemoryStream output;
+      if (ConvertForm(text, *form.Encoding, FClasses, *FFormParser, output, nullptr, &toLookAt.Edits,
+                      toLookAt.LeavesOut) == 0)
+        toLookAt.Edits.clear();
+      look(toLookAt, *FFormParser);
+    } catch (const rtl::EOutOfMemory&) {
+      throw;
+    } catch (const rtl::Exception&) {  // is reported when the form is converted
+    }
+  }
+}
+
 void TFileConverter::ConvertFormFile(const std::string& fileName, std::string bytes,
                                      TFileConversion& result) {
   const size_t size = bytes.size();
@@ -236,6 +266,7 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
   const std::string_view text = std::string_view(form.Text).substr(0, form.Text.find('\0'));
   if (!FormWords().FindAny(text)) return;
   FFormEncoding = form.Encoding;
+  FRefersToDatabases = true;
   FUnwritableNames.clear();
   FUnwritableAliases.clear();
   rtl::TMemoryStream output;
@@ -243,9 +274,7 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
   TFormOutline outline;
   std::vector<TObjectConversion>* const conversionList = FOldNames != nullptr ? &conversions : nullptr;
   TFormToComplete toComplete = {fileName, text, *form.Encoding, FClasses, {}, conversionList};
-  const TEditSelection* const selection = OnGetSelection ? OnGetSelection(fileName) : nullptr;
-  if (selection != nullptr)
-    toComplete.LeavesOut = [selection](size_t place) { return selection->LeavesOut(place); };
+  const TEditSelection* const selection = SelectIn(toComplete);
   const bool isLeftOut = selection != nullptr && selection->LeavesOutAll();
   const IFileCompletion* const completion = isLeftOut ? nullptr : FCompletion;
   std::vector<TFormEdit>& edits = toComplete.Edits;

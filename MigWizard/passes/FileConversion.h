@@ -88,6 +88,8 @@ class TFileConverter {
   void FindInFormFile(std::string_view text, const TFormFile& form, TPrintedFile& printed,
                       const TFormOutline& outline, const std::vector<TObjectConversion>& conversions,
                       bool replacesClasses, TFileConversion& result);
+  const TEditSelection* SelectIn(TFormToComplete& form) const;
+  void LookAtForms(const std::vector<std::string>& formFiles, const TFormLook& look);
   std::string DatabaseReference(std::string_view alias);
 
   const TUnitRules FUnitRules;
@@ -102,7 +104,8 @@ class TFileConverter {
   std::optional<TNameTable> FUnitNames;
   std::optional<TWordSearch> FFormWords;  // old classes, those of the map among them
   TFindingDetail FDetail = TFindingDetail::Whole;
-  bool FReadsInterfaces = false;  // a unit has a name that other units may declare
+  bool FReadsInterfaces = false;   // a unit has a name that other units may declare
+  bool FRefersToDatabases = true;  // not in a form that is looked at for its unit
   const qrl::TEncoding* FFormEncoding = &qrl::TEncoding::Default();  // of the form being converted
   std::vector<std::string> FUnwritableNames;                         // in that form
   std::vector<std::string> FUnwritableAliases;                       // their aliases, as spelled in that form

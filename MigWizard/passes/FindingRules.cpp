@@ -146,6 +146,12 @@ constexpr TRule kRules[] = {
      "Convert it in a later run, or by hand.",
      "An object or a name that the user took out of the run in a preview.",
      "object Query1: TQuery"},
+    {NotCompleted, "not-completed", Warning,
+     "{subject} is not completed, because {detail}",
+     "Add what is missing by hand.",
+     "Something that --complete leaves as it is, because it is not certain: a connection that gets no transaction, or "
+     "a unit whose interface needs a new unit that stays in the implementation's uses clause. The second is an error.",
+     "DB: TDatabase;\nTransaction: TIBTransaction;"},
 };
 // clang-format on
 

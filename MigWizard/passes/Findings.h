@@ -38,6 +38,7 @@ enum class TRuleId : uint8_t {
   OldMember,
   ChangedText,
   Deselected,
+  NotCompleted,
 };
 
 // How much of findings is collected.

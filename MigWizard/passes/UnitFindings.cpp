@@ -52,6 +52,19 @@ const TUnitMark* FirstNewClass(const TUnitFindingInput& input, const TNameUses& 
   return mark == marks.end() ? nullptr : &*mark;
 }
 
+// Adds what the completion left as it is.
+void AddRefusals(const TUnitFindingInput& input, TNameUses& names) {
+  if (input.Completed == nullptr) return;
+  for (const TRefusal& refusal : input.Completed->Refusals) {
+    const TUnitMark* const mark = refusal.Offset ? nullptr : FirstNewClass(input, names);
+    TFinding& finding =
+        names.Add(TRuleId::NotCompleted, mark != nullptr ? mark->Offset : refusal.Offset.value_or(0));
+    finding.Level = refusal.Level;
+    finding.Subject = refusal.Subject;
+    finding.Detail = refusal.Detail;
+  }
+}
+
 // Returns the new class that is named at `offset` after the run.
 std::string NewClassAt(const TUnitFindingInput& input, size_t offset) {
   TPasParser scanner(input.Text, input.Encoding);
@@ -126,6 +139,7 @@ TUnitFindings FindInUnit(const TUnitFindingInput& input, const TTextPlaces& plac
   AddComments(input, names);
   AddDeselected(input, names);
   AddUnits(input, names);
+  AddRefusals(input, names);
   TUnitOutline& outline = names.Outline();
   if (!outline.Uses.empty())
     for (const TUsedUnit& used : names.UsedUnits()) outline.UsedUnits.push_back(rtl::LowerCase(used.Name));
