@@ -59,8 +59,7 @@ std::string BashValues(TValueKind kind, std::string_view valueName) {
 
 std::string BashOptionValues(const TOption& option) {
   if (option.Parts.empty()) return BashValues(option.Kind, option.ValueName);
-  return "COMPREPLY=($(compgen -P \"${word%\"${word##*,}\"}\" -W '" + Joined(option.Parts, " ") +
-         "' -- \"${word##*,}\"))";
+  return "_kvamigrate_parts " + Joined(option.Parts, " ");
 }
 
 std::string BashNames(const TOption& option, std::string_view separator) {
@@ -82,7 +81,7 @@ std::string BashCommand(const TCommandRow& command) {
       .append(names);
   text.append("' -- \"$word\"))\n      else\n        ");
   const std::string arguments = command.Command == TCommand::Help
-                                    ? "COMPREPLY=($(compgen -W '" + FirstWords(" ") + "' -- \"$word\"))"
+                                    ? "_kvamigrate_command 2"
                                     : BashValues(command.Argument.Kind, command.Argument.Name);
   return text.append(arguments).append("\n      fi ;;\n");
 }
@@ -93,6 +92,22 @@ _kvamigrate_files() {
   compopt -o filenames
   mapfile -t COMPREPLY < <(compgen "$1" -- "$word")
 }
+_kvamigrate_parts() {  # words with commas between them, each once
+  local before=${word%"${word##*,}"} part left=()
+  for part; do
+    [[ ,$before == *",$part,"* ]] || left+=("$part")
+  done
+  COMPREPLY=($(compgen -P "$before" -W "${left[*]}" -- "${word##*,}"))
+}
+_kvamigrate_command() {  # the name of a command that begins at the word $1
+  if ((COMP_CWORD == $1)); then
+    COMPREPLY=($(compgen -W ')" +
+                     FirstWords(" ") + R"(' -- "$word"))
+  elif ((COMP_CWORD == $1 + 1)) && [[ ${COMP_WORDS[$1]} == form ]]; then
+    COMPREPLY=($(compgen -W ')" +
+                     SecondWords("form", " ") + R"(' -- "$word"))
+  fi
+}
 _kvamigrate() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} command=${COMP_WORDS[1]}
   if [[ $word == = ]]; then  # bash splits --option=value into three words
@@ -101,19 +116,13 @@ _kvamigrate() {
     previous=${COMP_WORDS[COMP_CWORD-2]}
   fi
   COMPREPLY=()
-  if ((COMP_CWORD == 1)); then
-    COMPREPLY=($(compgen -W ')" +
-                     FirstWords(" ") + R"( --help --version' -- "$word"))
+  if ((COMP_CWORD == 1)) && [[ $word == -* ]]; then
+    COMPREPLY=($(compgen -W '--help --version' -- "$word"))
     return
   fi
-  if [[ $command == form ]]; then
-    if ((COMP_CWORD == 2)); then
-      COMPREPLY=($(compgen -W ')" +
-                     SecondWords("form", " ") + R"(' -- "$word"))
-      return
-    fi
-    command="form ${COMP_WORDS[2]}"
-  fi
+  _kvamigrate_command 1
+  ((COMP_CWORD > 1)) && [[ ! ${COMPREPLY[*]} ]] || return
+  [[ $command != form ]] || command="form ${COMP_WORDS[2]}"
   case "$command" in
 )";
   ForEachCommand([&](const TCommandRow& command) { text.append(BashCommand(command)); });
@@ -167,10 +176,17 @@ std::string ZshOption(const TOption& option) {
 }
 
 std::string ZshCommand(const TCommandRow& command) {
-  std::string text = "    '" + std::string(command.Name) + "')\n      _arguments \\\n";
+  const bool isHelp = command.Command == TCommand::Help;
+  std::string text = "    '" + std::string(command.Name) + "')\n";
+  if (isHelp)
+    text.append("      [[ $words[2] == form ]] && name='")
+        .append(SecondWords("form", " "))
+        .append("' || name=\n");
+  text.append("      _arguments \\\n");
   for (const TOption& option : command.Options) text.append(ZshOption(option));
-  if (command.Command == TCommand::Help) {
-    text.append("        ':COMMAND:(").append(FirstWords(" ")).append(")' \\\n");
+  if (isHelp) {
+    text.append("        '1:COMMAND:(").append(FirstWords(" ")).append(")' \\\n");
+    text.append("        \"2:COMMAND:($name)\" \\\n");
   } else if (command.Argument.Kind != TValueKind::None) {
     text.append(command.Argument.Most > 1 ? "        '*" : "        '");
     text.append(ZshValue(command.Argument.Kind, command.Argument.Name)).append("' \\\n");
@@ -219,11 +235,7 @@ std::string FishText(std::string_view text) {
 }
 
 std::string FishCondition(const TCommandRow& command) {
-  const size_t blank = command.Name.find(' ');
-  std::string text = "'__fish_seen_subcommand_from " + std::string(command.Name.substr(0, blank));
-  if (blank != std::string_view::npos)
-    text.append("; and __fish_seen_subcommand_from ").append(command.Name.substr(blank + 1));
-  return text + "'";
+  return "'__kvamigrate_in " + std::string(command.Name) + "'";
 }
 
 std::string FishValue(TValueKind kind, std::string_view valueName) {
@@ -244,7 +256,7 @@ std::string FishValue(TValueKind kind, std::string_view valueName) {
 
 std::string FishOptionValue(const TOption& option) {
   if (option.Parts.empty()) return FishValue(option.Kind, option.ValueName);
-  return " -x -a '(__fish_append , " + Joined(option.Parts, " ") + ")'";
+  return " -x -a '(__kvamigrate_parts " + Joined(option.Parts, " ") + ")'";
 }
 
 std::string FishCommand(const TCommandRow& command) {
@@ -256,9 +268,7 @@ std::string FishCommand(const TCommandRow& command) {
     text.append(" -l ").append(option.Name.substr(2)).append(FishOptionValue(option));
     text.append(" -d ").append(FishText(option.About)).append("\n");
   }
-  if (command.Command == TCommand::Help) {
-    text.append(start).append(" -a '").append(FirstWords(" ")).append("'\n");
-  } else if (command.Argument.Kind == TValueKind::Choice) {
+  if (command.Argument.Kind == TValueKind::Choice) {
     text.append(start).append(" -a '").append(Joined(command.Argument.Name, " ")).append("'\n");
   } else if (command.Argument.Kind == TValueKind::File) {
     text.append(start).append(" -F\n");
@@ -269,14 +279,38 @@ std::string FishCommand(const TCommandRow& command) {
 std::string FishScript() {
   const std::string first = FirstWords(" ");
   const std::string second = SecondWords("form", " ");
-  std::string text = "# Completion of kvamigrate for fish.\ncomplete -c kvamigrate -f\n";
-  const std::string start = "complete -c kvamigrate -n 'not __fish_seen_subcommand_from " + first + "'";
-  text.append(start).append(" -a '").append(first).append("'\n");
-  text.append(start).append(" -l version -d 'Show the version of the program'\n");
+  std::string text = R"(# Completion of kvamigrate for fish.
+function __kvamigrate_at  # whether exactly these words are before the one to complete
+    set -l words (commandline -opc)
+    set -e words[1]
+    test "$words" = "$argv"
+end
+function __kvamigrate_in  # whether the words begin with these
+    set -l words (commandline -opc)
+    set -e words[1]
+    string match -q -- "$argv *" "$words "
+end
+function __kvamigrate_parts  # words with commas between them, each once
+    set -l before (commandline -ct | string replace -r '^--[^=]*=' '' | string match -r '.*,')
+    for part in $argv
+        contains -- $part (string split , -- $before); or echo "$before$part"
+    end
+end
+complete -c kvamigrate -f
+)";
+  const auto add = [&text](std::string_view words, std::string_view what) {
+    text.append("complete -c kvamigrate -n '__kvamigrate_at")
+        .append(words)
+        .append("' ")
+        .append(what)
+        .append("\n");
+  };
+  add("", "-l version -d 'Show the version of the program'");
   text.append("complete -c kvamigrate -l help -d '").append(HelpOption().About).append("'\n");
-  text.append(
-      "complete -c kvamigrate -n '__fish_seen_subcommand_from form; and not __fish_seen_subcommand_from ");
-  text.append(second).append("' -a '").append(second).append("'\n");
+  for (const std::string before : {"", " help"}) {
+    add(before, "-a '" + first + "'");
+    add(before + " form", "-a '" + second + "'");
+  }
   ForEachCommand([&](const TCommandRow& command) { text.append(FishCommand(command)); });
   return text;
 }

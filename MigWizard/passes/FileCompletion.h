@@ -38,7 +38,7 @@ struct TUnitToComplete {
   const TClassMap& Classes;
   const TTextEdits& Edits;                    // of the conversion
   const std::vector<std::string>& FormFiles;  // full names of the forms that it names
-  // Reads and converts those forms, and passes each to `look`, without accounts and without references to
+  // Reads and converts those forms, and passes each to `look`, without a list of its conversions and without references to
   // connections. Forms that cannot be read are left out.
   std::function<void(const TFormLook& look)> LookAtForms;
 };

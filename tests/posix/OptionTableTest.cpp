@@ -56,11 +56,14 @@ TEST_F(OptionTableTest, BashCompletesEveryOption) {
               OptionsOf(command))
         << command.Name;
   }
-  EXPECT_EQ(Shell("bash", start + "t replace --mode ''; t replace --mode =; t replace --mode = i; t form ''\n"
-                                  "t replace --complete ''; t replace --complete uses,la\n"
-                                  "t completion b; t re; t replace --folder o; echo ${#COMPREPLY[*]}"),
-            "bde ibx\nbde ibx\nibx\nto-text to-binary\nuses inherited transactions layout marks "
-            "all\nuses,layout\nbash\nreplace restore\nold forms\n1\n");
+  EXPECT_EQ(
+      Shell("bash", start + "t replace --mode ''; t replace --mode =; t replace --mode = i; t form ''\n"
+                            "t replace --complete ''; t replace --complete uses,la\n"
+                            "t replace --complete layout,uses,; t help form ''; t help re; t help re x\n"
+                            "t completion b; t re; t replace --folder o; echo ${#COMPREPLY[*]}"),
+      "bde ibx\nbde ibx\nibx\nto-text to-binary\nuses inherited transactions layout marks "
+      "all\nuses,layout\nlayout,uses,inherited layout,uses,transactions layout,uses,marks layout,uses,all\n"
+      "to-text to-binary\nreplace restore\n\nbash\nreplace restore\nold forms\n1\n");
 }
 
 TEST_F(OptionTableTest, FishCompletesEveryOption) {
@@ -73,9 +76,14 @@ TEST_F(OptionTableTest, FishCompletesEveryOption) {
         << command.Name;
   }
   EXPECT_EQ(
-      Shell("fish", start + "complete -C 'kvamigrate replace --mode '; complete -C 'kvamigrate form to'\n"
-                            "complete -C 'kvamigrate replace --complete uses,la'"),
-      "bde\tThe components to replace\nibx\tThe components to replace\nto-binary\nto-text\n"
+      Shell("fish",
+            start + "complete -C 'kvamigrate replace --mode '; complete -C 'kvamigrate form to'\n"
+                    "complete -C 'kvamigrate help form '; complete -C 'kvamigrate help replace '\n"
+                    "complete -C 'kvamigrate help re'; complete -C 'kvamigrate replace --complete=uses,us'\n"
+                    "complete -C 'kvamigrate replace --complete uses,la'"),
+      "bde\tThe components to replace\nibx\tThe components to "
+      "replace\nto-binary\nto-text\nto-binary\nto-text\n"
+      "replace\nrestore\n"
       "uses,layout\tAlso do a part of the remaining work: uses (units in uses clauses), inherited (inherited "
       "objects), transactions (one for each connection), layout (of forms), marks (of UTF-8), or all\n");
 }
