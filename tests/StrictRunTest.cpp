@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <optional>
 
+#include "MigWizard/run/Restore.h"
 #include "MigWizard/run/UndoState.h"
 #include "host/ProjectChoice.h"
 #include "rtl/text/Streams.h"
@@ -309,6 +310,24 @@ TEST_F(StrictRunTest, ChoosesTheFirstFreeBackupFolder) {
   EXPECT_EQ(ChooseBackupDir(base), JoinPath(base, "RBackup"));
   for (const char* name : makes) FTree.Write(name, "a=b\r\n");
   EXPECT_EQ(ChooseBackupDir(base), JoinPath(base, "RBackup.3"));
+}
+
+// The backup folder as the user may type it in the wizard. The folder of the run must not be locked twice.
+TEST_F(StrictRunTest, BackupsInTheFolderOfTheRun) {
+  const TFiles before = Sources();
+  for (const char* backupDir :
+       {"src", "src\\", "SRC\\.", "src\\Sub\\..", ".\\other\\..\\src", "src\\Sub\\.\\"}) {
+    SCOPED_TRACE(backupDir);
+    FMigration.Options().BackupDir = JoinPath(FTree.WindowsPath(), backupDir);
+    EXPECT_TRUE(Replacer().Replace());
+    TRestorePlan plan;
+    plan.Add(UndoFile());
+    plan.Check();
+    for (const TRestoreLine& line : plan.Lines()) EXPECT_EQ(line.Verdict, TRestoreVerdict::Restorable);
+    EXPECT_TRUE(Replacer().Restore(plan));
+    EXPECT_EQ(Sources(), before);
+    Reset(before);
+  }
 }
 
 TEST_F(StrictRunTest, FoldersOfStoppedRunsAreNamedAndKept) {
