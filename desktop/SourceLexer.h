@@ -11,8 +11,6 @@ class TSourceLexer : public QsciLexerPascal {
 
   // Takes the colours for a page of that palette, light or dark.
   void SetPalette(const QPalette& palette);
-  // The number of styles, which are numbered from 0.
-  static constexpr int kStyles = Asm + 1;
 
   const char* keywords(int set) const override;
 

@@ -262,7 +262,7 @@ TEST_F(HostWindowTest, ColoursStandOutFromTheirPage) {
       return page.lexer()->paper(desktop::TSourceLexer::Default) == palette.color(QPalette::Base);
     };
     EXPECT_TRUE(QTest::qWaitFor(isShown, 30000));
-    for (int style = 0; style < desktop::TSourceLexer::kStyles; ++style) {
+    for (int style = 0; style <= desktop::TSourceLexer::Asm; ++style) {
       EXPECT_GE(contrast(page.lexer()->color(style), page.lexer()->paper(style)), 4.5) << style;
     }
     EXPECT_GE(contrast(desktop::LinkColor(palette), palette.color(QPalette::Base)), 4.5);

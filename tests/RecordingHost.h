@@ -155,7 +155,7 @@ class THostInForce {
 };
 
 // Performs the next step of the script on each form; records every form and message in `shown`.
-class TScriptedFrontEnd : public rtl::IFrontEnd {
+class TScriptedFrontEnd : public rtl::IFrontEnd, private rtl::IFormView {
  public:
   explicit TScriptedFrontEnd(std::vector<std::string>& shown) : Shown(shown) {
     rtl::Application().SetFrontEnd(this);
@@ -166,13 +166,16 @@ class TScriptedFrontEnd : public rtl::IFrontEnd {
   std::vector<std::string>& Shown;
   std::string Picked;     // the user's choice; empty: the user cancels
   std::string AskedWith;  // the arguments of the last picker
+  std::string Focused;    // the name of the control that a form focused last
 
   void ShowModal(rtl::TForm& form) override {
     Shown.push_back("Form " + form.Name());
     rtl::Assert(!Script.empty(), "A form that the script does not expect");
     const auto step = std::move(Script.front());
     Script.pop_front();
+    form.SetView(this);
     step(form);
+    form.SetView(nullptr);
     rtl::Assert(form.ModalResult() != rtl::mrNone, "The script leaves the form open");
   }
   void MessageBox(std::string_view text, std::string_view caption, unsigned flags) override {
@@ -212,6 +215,12 @@ class TScriptedFrontEnd : public rtl::IFrontEnd {
   void ShowException(std::string_view message) override {
     Shown.push_back("Exception " + std::string(message));
   }
+
+ private:
+  void ControlChanged(const rtl::TControl&, rtl::TChange) override {}
+  void FocusChanged(const rtl::TControl& control) override { Focused = control.Name(); }
+  void CaptionChanged() override {}
+  void ModalResultChanged() override {}
 };
 
 // Returns all options: "DEST|FOLDER|SUBFOLDERS|BACKUP|BACKUP FOLDER|LOG|VIEW|UNITS".

@@ -29,7 +29,7 @@ void TControl::SetEnabled(bool enabled) {
 }
 
 void TControl::SetFocus() {
-  FForm.SetActiveControl(this);
+  if (FForm.View() != nullptr) FForm.View()->FocusChanged(*this);
 }
 
 void TControl::Changed(TChange what) const {

@@ -93,7 +93,7 @@ class TControl {
   void SetEnabled(bool enabled);
   const TPlace& Place() const { return FPlace; }
 
-  // Makes this control the form's active control.
+  // Gives the control the keyboard focus, if the form is shown.
   void SetFocus();
   // Sets the design-time properties in `row`. A derived form calls it again to change an inherited control.
   virtual void Assign(const TControlRow& row);

@@ -127,11 +127,6 @@ void TForm::UpdateActions() {
   for (const auto& action : FActions) action->Update();
 }
 
-void TForm::SetActiveControl(TControl* control) {
-  FActiveControl = control;
-  if (FView != nullptr && control != nullptr) FView->FocusChanged(*control);
-}
-
 TButton* TForm::FindButton(bool (TButton::*role)() const) const {
   for (const auto& control : FOwned) {
     if (control->Kind() != TControlKind::Button || !control->Enabled()) continue;

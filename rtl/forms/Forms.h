@@ -82,9 +82,6 @@ class TForm {
   // Calls Update of all actions. The front end calls it whenever it is idle.
   void UpdateActions();
 
-  // Returns the control that has, or will get, the keyboard focus; null until one was chosen.
-  TControl* ActiveControl() const { return FActiveControl; }
-  void SetActiveControl(TControl* control);
   // Return the button for the Enter or the Cancel key: the first enabled one with that property, or null.
   TButton* DefaultButton() const { return FindButton(&TButton::Default); }
   TButton* CancelButton() const { return FindButton(&TButton::Cancel); }
@@ -129,7 +126,6 @@ class TForm {
   std::vector<std::unique_ptr<TControl>> FOwned;
   std::vector<TControl*> FControls;
   std::map<std::string, std::function<void()>, std::less<>> FHandlers;
-  TControl* FActiveControl = nullptr;
   IFormView* FView = nullptr;
   int FModalResult = mrNone;
   int FLeft = 0;
