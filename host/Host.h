@@ -79,7 +79,6 @@ class THost {
   // --- Wizards. --- Loads a module with a wizard's entry point and calls it. Raises EHostError if that fails
   // or the module refuses; none of its wizards is registered then.
   void LoadWizardModule(std::string_view fileName);
-  const std::vector<toolsapi::TIntf<toolsapi::IOTAWizard>>& Wizards() const { return FWizards; }
 
   // --- The front end. ---
   void AddObserver(THostObserver& observer);  // not owned

@@ -1,5 +1,5 @@
 // A loadable module with a wizard, for tests of the host's loader. It refuses to be loaded if KVA_PROBE is
-// "refuse".
+// "refuse". KVA_WIZARD says whether the host holds the wizard.
 #include <cstdlib>
 #include <string_view>
 
@@ -12,18 +12,16 @@ namespace {
 
 class TProbe final : public toolsapi::TInterfacedObject<toolsapi::IOTAWizard> {
  public:
-  explicit TProbe(std::string name) : FName(std::move(name)) {}
+  TProbe() { tests::SetVariable("KVA_WIZARD", "held"); }
+  ~TProbe() { tests::SetVariable("KVA_WIZARD", "released"); }
   void AfterSave() override {}
   void BeforeSave() override {}
   void Destroyed() override {}
   void Modified() override {}
   std::string GetIDString() override { return "Probe"; }
-  std::string GetName() override { return FName; }
+  std::string GetName() override { return "Probe"; }
   toolsapi::TWizardState GetState() override { return {}; }
   void Execute() override {}
-
- private:
-  std::string FName;
 };
 
 }  // namespace
@@ -37,9 +35,11 @@ extern "C" KVA_EXPORTED bool INITWIZARD0001(const toolsapi::TIntf<toolsapi::IInt
   const auto menus = toolsapi::CastTo<toolsapi::INTAServices>(toolsapi::BorlandIDEServices);
   rtl::TMenuItem& item = menus->GetMainMenu()->NewItem();
   item.SetName("Probe");
-  item.SetOnClick([](rtl::TMenuItem& sender) { sender.SetCaption("clicked"); });
+  item.SetOnClick([isOwn](rtl::TMenuItem& sender) {
+    sender.SetCaption(isOwn ? "a variable of its own" : "the program's variable");
+  });
   menus->AddActionMenu("HelpMenu", nullptr, &item, true, true);
-  registerProc(toolsapi::MakeIntf<TProbe>(isOwn ? "a variable of its own" : "the program's variable"));
+  registerProc(toolsapi::MakeIntf<TProbe>());
   *terminate = [] { tests::SetVariable("KVA_PROBE", "ended"); };
   return !word || word != std::string_view("refuse");
 }
