@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <string>
+#include <utility>
 
 #include "cli/Console.h"
 #include "cli/StandardStreams.h"
@@ -12,7 +13,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kInterval{50};
 
-bool IsShown = false;
+std::string Shown;  // the line on the terminal, or empty
 
 // Returns the end of a UTF-8 text: at most `count` bytes that start at a character boundary.
 std::string_view Tail(std::string_view text, size_t count) {
@@ -29,19 +30,20 @@ void ShowProgress(int done, int known, std::string_view fileName) {
   static std::chrono::steady_clock::time_point lastShown;
   if (!canShow) return;
   const auto now = std::chrono::steady_clock::now();
-  if (IsShown && now - lastShown < kInterval) return;
+  if (!Shown.empty() && now - lastShown < kInterval) return;
   std::string line = "[" + std::to_string(done) + "/" + std::to_string(known) + "] ";
   const size_t width = TerminalWidth(TStream::Error);
   if (width > line.size() + 1) line.append(Tail(win::PrintableName(fileName), width - line.size() - 1));
+  if (line == Shown) return;
   (void)WriteStream(TStream::Error, "\r" + line + "\x1b[K");
-  IsShown = true;
+  Shown = std::move(line);
   lastShown = now;
 }
 
 void ClearProgress() {
-  if (!IsShown) return;
+  if (Shown.empty()) return;
   (void)WriteStream(TStream::Error, "\r\x1b[K");
-  IsShown = false;
+  Shown.clear();
 }
 
 }  // namespace cli

@@ -6,7 +6,7 @@
 
 namespace cli {
 
-// Updates the line, at most twenty times a second.
+// Updates the line if it changes, at most twenty times a second.
 void ShowProgress(int done, int known, std::string_view fileName);
 // Removes the line, before other text is written.
 void ClearProgress();

@@ -1,12 +1,15 @@
 // Text on a terminal, signals, and closed streams.
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <pty.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
+#include <utmp.h>
 
 #include "cli/Console.h"
 #include "cli/Interrupt.h"
@@ -113,37 +116,50 @@ TEST(ConsoleTest, AFileBeyondTheLimitIsAnError) {
   EXPECT_FALSE(tree.Exists("b.dfm"));
 }
 
+// Becomes the program, with `terminal` as its standard streams and controlling terminal.
+[[noreturn]] void RunOn(int terminal, const std::string& command) {
+  termios settings{};
+  tcgetattr(terminal, &settings);
+  settings.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+  tcsetattr(terminal, TCSANOW, &settings);
+  std::signal(SIGINT, SIG_DFL);  // a job in the background of a script inherits that it is ignored
+  if (login_tty(terminal) == 0) execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+  _exit(127);
+}
+
 // Runs the program on a terminal. Types the next of `answers` whenever it asks; one that begins with "!" is a
 // command for the shell, to run before that. After the last answer the input ends. Returns the terminal's
 // output, with "\n" as line ends and <dir> in place of the tree's path.
 std::string OnTerminal(const tests::TTempTree& tree, const std::string& environment,
                        const std::string& arguments, std::vector<std::string> answers = {}) {
-  int terminal = -1;
-  const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-  if (child == 0) {
-    termios settings{};
-    tcgetattr(STDIN_FILENO, &settings);
-    settings.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-    std::signal(SIGINT, SIG_DFL);  // a job in the background of a script inherits that it is ignored
-    tcsetattr(STDIN_FILENO, TCSANOW, &settings);
-    const std::string command = "cd " + tree.HostPath() + " && TMPDIR=. " + environment + " exec " +
-                                KVA_BINARY_DIR + "/cli/kvamigrate " + arguments;
-    execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
-    _exit(127);
-  }
+  // The program's end of the terminal stays open here, too: closing the last one can drop unread output.
+  int terminal = -1, programsEnd = -1;
+  EXPECT_EQ(openpty(&terminal, &programsEnd, nullptr, nullptr, nullptr), 0);
+  fcntl(terminal, F_SETFL, O_NONBLOCK);
+  int ended[2];  // a pipe that hangs up when the program and its pager have ended
+  EXPECT_EQ(pipe(ended), 0);
+  const pid_t child = fork();
+  if (child == 0)
+    RunOn(programsEnd, "cd " + tree.HostPath() + " && TMPDIR=. " + environment + " exec " + KVA_BINARY_DIR +
+                           "/cli/kvamigrate " + arguments);
+  close(ended[1]);
   std::string shown;
   char buffer[4096];
   auto answer = answers.begin();
-  for (ssize_t count = 0; (count = read(terminal, buffer, sizeof buffer)) > 0;) {
-    shown.append(buffer, static_cast<size_t>(count));
-    if (!shown.ends_with("]? ")) continue;
+  for (bool hasEnded = false; !hasEnded;) {
+    pollfd waited[] = {{terminal, POLLIN, 0}, {ended[0], POLLIN, 0}};
+    poll(waited, 2, -1);
+    hasEnded = waited[1].revents != 0;
+    for (ssize_t count = 0; (count = read(terminal, buffer, sizeof buffer)) > 0;)
+      shown.append(buffer, static_cast<size_t>(count));
+    if (hasEnded || waited[0].revents == 0 || !shown.ends_with("]? ")) continue;
     if (answer != answers.end() && answer->starts_with('!')) {
       EXPECT_EQ(std::system(("cd " + tree.HostPath() + " && " + answer++->substr(1)).c_str()), 0);
     }
     const std::string typed = answer != answers.end() ? *answer++ : "\x04";
     EXPECT_EQ(write(terminal, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
   }
-  close(terminal);
+  for (const int file : {ended[0], terminal, programsEnd}) close(file);
   waitpid(child, nullptr, 0);
   std::erase(shown, '\r');
   for (const std::string& path : {tree.WindowsPath(), tree.HostPath()})
