@@ -6,6 +6,7 @@
 #include <map>
 
 #include "desktop/QtText.h"
+#include "host/Modules.h"
 #include "rtl/text/Exceptions.h"
 #include "rtl/text/Files.h"
 #include "target/KVAFormParser.h"
@@ -60,22 +61,25 @@ TCensus::~TCensus() {
   FThread.waitForDone();
 }
 
-void TCensus::Start(std::vector<std::string> forms) {
+void TCensus::Start(std::vector<std::string> units) {
   FWatcher.cancel();
   FWatcher.setFuture(
-      QtConcurrent::run(&FThread, [this, forms = std::move(forms)](QPromise<TCounts>& promise) {
+      QtConcurrent::run(&FThread, [this, units = std::move(units)](QPromise<TCounts>& promise) {
         const std::unique_ptr<win::TFileSystem> files = win::AnotherHostFileSystem();
         const win::TFileSystemOverride inForce(*files);
         TCounts counts;
         std::array<TClassCounts, 2> classes;
-        for (const std::string& form : forms) {
+        for (const std::string& unit : units) {
           if (promise.isCanceled()) return;
-          try {
-            const std::string bytes = rtl::ReadFile(form);
-            for (size_t i = 0; i < counts.size(); ++i)
-              Count(*FConverters[i], *FMaps[i], form, bytes, counts[i], classes[i]);
-          } catch (const rtl::EStreamError&) {
-            continue;
+          const std::vector<std::string> forms = host::FormFilesOf(unit);
+          for (const std::string& form : forms) {
+            try {
+              const std::string bytes = rtl::ReadFile(form);
+              for (size_t i = 0; i < counts.size(); ++i)
+                Count(*FConverters[i], *FMaps[i], form, bytes, counts[i], classes[i]);
+            } catch (const rtl::EStreamError&) {
+              continue;
+            }
           }
         }
         for (size_t i = 0; i < counts.size(); ++i) {

@@ -3,7 +3,7 @@
 //
 //   TCensus census;
 //   census.OnCounted = [&](const TCensus::TCounts& counts) { ... };
-//   census.Start(forms);
+//   census.Start(units);
 #pragma once
 
 #include <QFutureWatcher>
@@ -38,9 +38,10 @@ class TCensus {
   TCensus(const TCensus&) = delete;
   TCensus& operator=(const TCensus&) = delete;
 
-  // Counts the objects in these forms, full Windows paths, in place of an earlier count that has not ended.
+  // Counts the objects in the forms of these units, full Windows paths, in place of an earlier count that has
+  // not ended.
   // Forms that cannot be read or converted do not count.
-  void Start(std::vector<std::string> forms);
+  void Start(std::vector<std::string> units);
   bool IsIdle() const { return FWatcher.isFinished(); }
 
   // Called when the count has ended.

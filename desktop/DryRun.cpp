@@ -64,8 +64,8 @@ void TDryRun::Preview(TFamily family) {
                                                                   bool isChanged) {
     collect(fileName, conversion, isChanged);
     if (!isChanged) return;
-    files.push_back({win::FileSystem().GetLongPathNameA(fileName), rtl::ReadFile(fileName),
-                     std::string(conversion.Mark).append(conversion.Bytes)});
+    files.push_back(
+        {fileName, rtl::ReadFile(fileName), std::string(conversion.Mark).append(conversion.Bytes)});
   };
   replacer.OnProgress = OnPreviewing;
   replacer.OnWarning = nullptr;

@@ -113,13 +113,11 @@ void TMigrationPage::ShowProject() {
   FProject = fileName;
   FTitle->setText(project == nullptr ? "No project is open" : ToQt(rtl::ExtractFileName(fileName)));
   FCounts->setText(project == nullptr ? QString() : "Counting its components...");
-  std::vector<std::string> forms;
+  std::vector<std::string> units;
   if (project != nullptr) {
-    for (const host::TFileReference& unit : project->Units()) {
-      for (std::string& form : host::FormFilesOf(unit.Name)) forms.push_back(std::move(form));
-    }
+    for (const host::TFileReference& unit : project->Units()) units.push_back(unit.Name);
   }
-  FCensus.Start(std::move(forms));
+  FCensus.Start(std::move(units));
   ShowPreview();
 }
 
@@ -224,7 +222,9 @@ void TMigrationPage::Convert() {
 
 // Makes the editors show the new files.
 void TMigrationPage::ReloadFiles() {
-  for (const TReviewFile& file : FDryRun.Files()->Files()) static_cast<void>(FHost.ReloadFile(file.FileName));
+  for (const TReviewFile& file : FDryRun.Files()->Files()) {
+    if (FHost.FindModule(file.FileName) != nullptr) static_cast<void>(FHost.ReloadFile(file.FileName));
+  }
 }
 
 }  // namespace desktop

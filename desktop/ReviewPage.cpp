@@ -16,6 +16,7 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 #include <QtConcurrentRun>
+#include <utility>
 
 #include "MigWizard/run/RExpertRes.h"
 #include "desktop/CountColumns.h"
@@ -33,7 +34,8 @@ namespace {
 
 constexpr char kSideBySide[] = "ReviewSideBySide";
 constexpr char kIgnoreSpace[] = "ReviewIgnoreSpace";
-constexpr int kTreeWidth = 320;  // pixels at first
+constexpr int kTreeWidth = 320;       // pixels at first
+constexpr size_t kCountsAtOnce = 32;  // files that are counted before the tree shows their counts
 
 // Returns the files of the rows below `parent`, in the order of display.
 void ListFiles(const QAbstractItemModel& model, const QModelIndex& parent, std::vector<int>& files) {
@@ -76,14 +78,14 @@ TReviewPage::TReviewPage(TUse use, QWidget* parent)
   connect(FFilterField, &QLineEdit::textChanged, this, [this](const QString& text) {
     FFilter->setFilterFixedString(text);
     FTree->expandAll();
+    ListShown();
     ShowStatus();
   });
   connect(&FCounting, &QFutureWatcherBase::resultsReadyAt, this, [this](int begin, int end) {
     for (int i = begin; i < end; ++i) {
-      const TCounts counts = FCounting.resultAt(i);
-      FModel->SetCounts(counts.File, counts.Added, counts.Removed);
+      const std::vector<TCounts> files = FCounting.resultAt(i);
+      for (const TCounts& counts : files) FModel->SetCounts(counts.File, counts.Added, counts.Removed);
     }
-    ShowStatus();
   });
   connect(&FComparing, &QFutureWatcherBase::finished, this, [this] {
     if (FFile >= 0) ShowDiff(FComparing.result());  // otherwise of files that are no longer shown
@@ -194,14 +196,13 @@ void TReviewPage::Show(TReviewSetPtr set, const std::vector<TReviewRows>& rows) 
   FModel->Show(std::move(set), rows, FUse == TUse::Preview);
   FTree->expandToDepth(FUse == TUse::Preview ? 1 : 0);
   Count();
+  ListShown();
   ShowStatus();
-  std::vector<int> files;
-  ListFiles(*FFilter, {}, files);
-  if (files.empty()) {
+  if (FShown.empty()) {
     FTitle->clear();
     FView->ShowNote("No file was changed.");
   } else {
-    SelectFile(files.front());
+    SelectFile(FShown.front());
   }
 }
 
@@ -214,15 +215,18 @@ bool TReviewPage::IgnoresSpace(const TReviewFile& file) const {
 void TReviewPage::Count() {
   FCounting.cancel();
   FModel->ForgetCounts();
-  FCounting.setFuture(QtConcurrent::run(
-      [set = FModel->Set(), ignoreSpace = FIgnoreSpace->isChecked()](QPromise<TCounts>& promise) {
-        const std::vector<TReviewFile>& files = set->Files();
-        for (size_t i = 0; i < files.size() && !promise.isCanceled(); ++i) {
-          const TFileDiff diff(files[i].Before, files[i].After, ignoreSpace && files[i].IsForm);
-          promise.addResult(
-              TCounts{static_cast<int>(i), static_cast<int>(diff.Added()), static_cast<int>(diff.Removed())});
-        }
-      }));
+  FCounting.setFuture(QtConcurrent::run([set = FModel->Set(), ignoreSpace = FIgnoreSpace->isChecked()](
+                                            QPromise<std::vector<TCounts>>& promise) {
+    const std::vector<TReviewFile>& files = set->Files();
+    std::vector<TCounts> counted;
+    for (size_t i = 0; i < files.size() && !promise.isCanceled(); ++i) {
+      const TFileDiff diff(files[i].Before, files[i].After, ignoreSpace && files[i].IsForm);
+      counted.push_back(
+          {static_cast<int>(i), static_cast<int>(diff.Added()), static_cast<int>(diff.Removed())});
+      if (counted.size() == kCountsAtOnce || i + 1 == files.size())
+        promise.addResult(std::exchange(counted, {}));
+    }
+  }));
 }
 
 void TReviewPage::ShowSelected() {
@@ -279,15 +283,13 @@ void TReviewPage::SelectFile(int file) {
 
 // Returns the file with changes that the tree shows after (1) or before (-1) the selected one, or -1.
 int TReviewPage::NextFile(int step) const {
-  std::vector<int> files;
-  ListFiles(*FFilter, {}, files);
-  const auto count = static_cast<int>(files.size());
+  const auto count = static_cast<int>(FShown.size());
   int place = step > 0 ? -1 : count;
   for (int i = 0; i < count; ++i) {
-    if (files[static_cast<size_t>(i)] == FFile) place = i;
+    if (FShown[static_cast<size_t>(i)] == FFile) place = i;
   }
   for (place += step; place >= 0 && place < count; place += step) {
-    if (FModel->HasChanges(files[static_cast<size_t>(place)])) return files[static_cast<size_t>(place)];
+    if (FModel->HasChanges(FShown[static_cast<size_t>(place)])) return FShown[static_cast<size_t>(place)];
   }
   return -1;
 }
@@ -321,14 +323,17 @@ bool TReviewPage::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
+void TReviewPage::ListShown() {
+  FShown.clear();
+  ListFiles(*FFilter, {}, FShown);
+}
+
 void TReviewPage::ShowStatus() {
   if (!FModel->Set()) return;
-  std::vector<int> shown;
-  ListFiles(*FFilter, {}, shown);
   const size_t count = FModel->Set()->Files().size();
   QString text = QString("%1 of %2 %3").arg(FModel->TickedFiles()).arg(count);
   text = text.arg(FUse == TUse::Review ? "reviewed" : "to convert");
-  if (shown.size() != count) text += QString(", %1 shown").arg(shown.size());
+  if (FShown.size() != count) text += QString(", %1 shown").arg(FShown.size());
   FStatus->setText(text);
 }
 

@@ -74,6 +74,7 @@ class TReviewPage : public QWidget {
   void Count();
   void ShowSelected();
   void ShowDiff(TResult result);
+  void ListShown();
   void ShowStatus();
   void SetReviewedAndGoOn();
   int NextFile(int step) const;
@@ -93,7 +94,8 @@ class TReviewPage : public QWidget {
   QAction* FSideBySide = nullptr;
   QAction* FWholeFile = nullptr;
   QAction* FIgnoreSpace = nullptr;
-  QFutureWatcher<TCounts> FCounting;
+  std::vector<int> FShown;  // the files that the filter shows, in the order of the tree
+  QFutureWatcher<std::vector<TCounts>> FCounting;
   QFutureWatcher<TResult> FComparing;  // the selected file
   int FFile = -1;                      // the selected one
   int FEdit = -1;                      // of the file, or -1
