@@ -105,9 +105,4 @@ int TDiffView::NearestLine(int TPaneLine::*number, const TDiffPane* side) const 
   return 1;
 }
 
-QString TDiffView::SelectedText() const {
-  const QTextCursor cursor = CurrentPane().textCursor();
-  return cursor.hasSelection() ? cursor.selectedText() : QString();
-}
-
 }  // namespace desktop

@@ -29,8 +29,6 @@ class TDiffView : public QStackedWidget {
   // Return the line of the new or the old version at the cursor, or the nearest one above it; at least 1.
   int NewLine() const { return NearestLine(&TPaneLine::NewLine, FNew); }
   int OldLine() const { return NearestLine(&TPaneLine::OldLine, FOld); }
-  // Returns the selected lines of the pane with the cursor, without line numbers.
-  QString SelectedText() const;
   TDiffPane& CurrentPane() const;
 
   // Called when the user opens the line at the cursor.

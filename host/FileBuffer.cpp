@@ -29,20 +29,6 @@ const std::string& TFileBuffer::Bytes() {
   return *FOnDisk;
 }
 
-void TFileBuffer::SetBytes(std::string bytes) {
-  if (!FMake && FChanged == bytes) return;
-  const bool wasModified = Modified();
-  FMake = nullptr;
-  FChanged.reset();
-  if (FOnDisk == bytes) {
-    if (wasModified) BytesChanged();
-    return;
-  }
-  if (!FOnDisk) FLoaded = win::GetFileStamp(FFileName);
-  FChanged = std::move(bytes);
-  BytesChanged();
-}
-
 void TFileBuffer::SetBytesLater(std::function<std::string()> make) {
   if (!FOnDisk && !FLoaded) FLoaded = win::GetFileStamp(FFileName);
   FMake = std::move(make);

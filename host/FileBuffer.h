@@ -31,14 +31,12 @@ class TFileBuffer {
 
   const std::string& FileName() const { return FFileName; }
   // Returns the bytes, byte order mark included, and loads the file if that was not done yet. Raises
-  // rtl::EFOpenError or rtl::EReadError if it cannot be loaded, and the exceptions of SetBytesLater.
+  // rtl::EFOpenError or rtl::EReadError if it cannot be loaded, and those of `make` (SetBytesLater).
   const std::string& Bytes();
   // Returns whether Bytes needs no access to the disk.
   bool IsLoaded() const { return FOnDisk || FChanged || FMake; }
   // Loads the buffer with what ReadContents has returned. It must not have been loaded yet.
   void SetContents(TContents contents);
-  // Replaces the bytes in memory. The buffer is modified then, unless they are those of the file.
-  void SetBytes(std::string bytes);
   // Marks the buffer as modified. `make` returns its bytes; it is called when they are needed, once unless it
   // raises an exception. It must stay callable until the buffer changes in another way.
   void SetBytesLater(std::function<std::string()> make);
@@ -59,7 +57,7 @@ class TFileBuffer {
   // true if the file now holds the bytes of the buffer. Returns false otherwise, with the reason in
   // win::GetLastError; the buffer stays modified. A file that was changed on the disk is
   // ERROR_SHARING_VIOLATION and is not written, unless `overwriteChanged` is set. Raises the exceptions of
-  // SetBytesLater; the file and the buffer are as before then.
+  // `make`; the file and the buffer are as before then.
   [[nodiscard]] bool Save(bool overwriteChanged = false);
   // Reads the file again and discards the changes in memory. Returns false if the file cannot be read; the
   // buffer is then as before. A buffer that was not loaded yet is not loaded.

@@ -62,7 +62,7 @@ class DataLossTest : public tests::THostWindowTest {
         [&] {
           QEvent activate(QEvent::WindowActivate);
           QApplication::sendEvent(&FWindow, &activate);
-          QTest::qWait(50);
+          QCoreApplication::processEvents();
         },
         std::move(acts));
     return Headlines();

@@ -110,11 +110,6 @@ void TRestorePlan::Check() {
   }
 }
 
-bool TRestorePlan::IsSafe() const {
-  return std::all_of(FLines.begin(), FLines.end(),
-                     [](const TRestoreLine& line) { return line.Verdict == TRestoreVerdict::Restorable; });
-}
-
 bool TRestorePlan::CopyAll(const TProgress& onProgress, const TWarning& onWarning) const {
   int done = 0;
   for (const TRestoreLine& line : FLines) {

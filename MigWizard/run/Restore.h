@@ -4,7 +4,7 @@
 //   TRestorePlan plan;
 //   plan.Add("C:\\App\\RBackup\\RExpert.reu");
 //   plan.Check();
-//   if (plan.IsSafe()) restored = plan.Execute(onProgress, onWarning);
+//   if (ShowVerdicts(plan.Lines())) restored = plan.Execute(onProgress, onWarning);
 //
 // A plan can be inspected before it is executed: its lines tell which backup overwrites which file, and Check
 // finds lines that would lose data. Executing a plan changes neither backups nor undo files, so a restore can
@@ -59,8 +59,6 @@ class TRestorePlan {
   // file will equal by then. Changes no file. Raises rtl::EStreamError if a file to be compared cannot be
   // read.
   void Check();
-  // Returns True if every line is restorable. Before Check, all lines are.
-  bool IsSafe() const;
 
   // Returns the lines in the order of execution.
   const std::vector<TRestoreLine>& Lines() const { return FLines; }

@@ -59,7 +59,7 @@ TEST(ConsoleTest, WhatIsIgnoredStaysIgnored) {
 
 TEST(ConsoleTest, AnInterruptBeforeTheWaitingIsNotLost) {
   const auto await = [] {
-    alarm(20);  // ends a process that waits for ever
+    alarm(300);  // ends a process that waits for ever
     CatchInterrupts();
     raise(SIGINT);
     char byte = 0;

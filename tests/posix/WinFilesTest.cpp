@@ -145,7 +145,7 @@ TEST_F(WinFilesTest, ADocumentIsOpenedByTheUsersViewer) {
   const std::string path = getenv("PATH");
   setenv("PATH", (FTree.HostPath("bin") + ":" + path).c_str(), 1);
   EXPECT_TRUE(ShellExecuteA("open", FTree.WindowsPath("LOG -x.txt")));
-  for (int i = 0; i < 500 && !FTree.Exists("seen"); ++i)
+  for (int i = 0; i < 6000 && !FTree.Exists("seen"); ++i)
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   EXPECT_EQ(FTree.Read("seen"), "1" + FTree.HostPath("Log -x.txt"));
   setenv("PATH", FTree.HostPath("none").c_str(), 1);
