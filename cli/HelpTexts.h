@@ -21,8 +21,8 @@ Exit status:
   0    everything requested was done
   1    only a part was done; each file that was left out is named
   2    the command line is wrong; nothing was touched
-  3    an error stopped the command; the originals are untouched unless the
-       message says otherwise
+  3    an error stopped the command, or its output could not be written; the
+       originals are untouched unless a message says otherwise
   4    a check found something to convert, an error or a warning
   130  Ctrl-C stopped the command (128 and the number of the signal))";
 

@@ -102,7 +102,10 @@ class TInheritedPass {
       if (newClass == nullptr) continue;
       const size_t last = FindEnd(FTokens, i);
       mig::TFormEdit edit;
-      if (last >= limit || !Convert(header, last, *newClass, edit)) continue;
+      if (last >= limit || !Convert(header, last, *newClass, edit)) {
+        FForm.Unread.push_back(FTokens[i].Offset);
+        continue;
+      }
       Collect(i + 1, last, last, edit.Nested);
       edits.push_back(std::move(edit));
       i = last;

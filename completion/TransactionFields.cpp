@@ -132,20 +132,29 @@ class TClassReader {
   std::vector<TClassBody> FClasses;
 };
 
-// Returns where a new line goes after the statement that ends with the ";" before `end`: after a comment that
-// ends on the same line, else at once.
-size_t LineEndAfter(std::string_view text, size_t end) {
-  const size_t newline = std::min(text.find_first_of("\r\n", end), text.size());
-  const std::string_view rest = text.substr(end, newline - end);
-  const size_t first = rest.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return end;
-  if (rest.substr(first).starts_with("//")) return newline;
-  const bool isWholeComment = rest[first] == '{' && rest.find('}', first) == rest.find_last_not_of(" \t");
-  return isWholeComment ? newline : end;
+// Returns where a new line goes after the statement that ends with the ";" before `end`: after the comments that
+// follow on its line if nothing else does, else at once. A comment may go on over several lines.
+size_t LineEndAfter(std::string_view text, size_t end, const qrl::TEncoding& encoding) {
+  mig::TPasParser scanner(text, encoding);
+  scanner.SetPosition(end);
+  bool hasComment = false;
+  std::string_view lexem;
+  while (const int code = scanner.GetNext(lexem)) {
+    const size_t at = scanner.PrevPos();
+    if (code == qrl::kWhiteSpace) {
+      const size_t newline = lexem.find_first_of("\r\n");
+      if (newline != std::string_view::npos) return hasComment ? at + newline : end;
+    } else if (code != qrl::kComment || lexem.starts_with("{$") || lexem.starts_with("(*$")) {
+      return end;
+    } else {
+      hasComment = true;
+    }
+  }
+  return hasComment ? text.size() : end;
 }
 
 std::string IndentOf(std::string_view text, size_t offset) {
-  const size_t newline = offset == 0 ? std::string_view::npos : text.rfind('\n', offset - 1);
+  const size_t newline = offset == 0 ? std::string_view::npos : text.find_last_of("\r\n", offset - 1);
   const size_t start = newline == std::string_view::npos ? 0 : newline + 1;
   const std::string_view before = text.substr(start, offset - start);
   return std::string(before.substr(0, std::min(before.find_first_not_of(" \t"), before.size())));
@@ -203,7 +212,7 @@ TTransactionFields CompleteTransactionFields(std::string_view text, const qrl::T
           continue;
         }
         result.Names[TransactionKey(body.Name, connection)] = name;
-        std::string& lines = insertions[LineEndAfter(text, tokens[field.Semicolon].End())];
+        std::string& lines = insertions[LineEndAfter(text, tokens[field.Semicolon].End(), encoding)];
         lines.append(LineEndOf(text))
             .append(IndentOf(text, tokens[field.First].Offset))
             .append(name)

@@ -29,7 +29,7 @@ struct TClauseLayout {
   TClauseLayout(std::string_view text, const TUsesClause& clause) {
     if (clause.Items.size() < 2) return;
     for (size_t i = 1; i < clause.Items.size(); ++i) {
-      const size_t lineStart = text.rfind('\n', clause.Items[i].Begin) + 1;
+      const size_t lineStart = text.find_last_of("\r\n", clause.Items[i].Begin) + 1;
       if (lineStart >= clause.Items[i - 1].End) continue;
       // Two items on one line. Where the first such items have no blank between them, no item has one.
       const size_t comma = *clause.Items[i - 1].Comma;
@@ -38,7 +38,7 @@ struct TClauseLayout {
     }
     // One a line: either "  Name" with commas at the line ends, or "  , Name".
     const TUsesItem& last = clause.Items.back();
-    const size_t lineStart = text.rfind('\n', last.Begin) + 1;
+    const size_t lineStart = text.find_last_of("\r\n", last.Begin) + 1;
     const bool isCommaFirst = *clause.Items[clause.Items.size() - 2].Comma >= lineStart;
     const std::string_view lead = text.substr(lineStart, last.Begin - lineStart);
     if (!std::all_of(lead.begin(), lead.end(),
@@ -88,7 +88,7 @@ void TUsesEditor::Remove(const TUsesClause& clause, const TUsesItems& marked) {
 }
 
 size_t TUsesEditor::LineStart(size_t offset) const {
-  return offset == 0 ? 0 : FText.rfind('\n', offset - 1) + 1;
+  return offset == 0 ? 0 : FText.find_last_of("\r\n", offset - 1) + 1;
 }
 bool TUsesEditor::IsBlankBetween(size_t begin, size_t end) const {
   return std::all_of(FText.begin() + static_cast<std::ptrdiff_t>(begin),

@@ -28,6 +28,8 @@ struct TFormToComplete {
   // Returns True if the object, given by the offset of its keyword, has to be kept as it is, with everything
   // in it. May be empty.
   std::function<bool(size_t)> LeavesOut = nullptr;
+  // The objects of mapped classes that a step cannot read: offsets of their keywords.
+  std::vector<size_t> Unread = {};
 };
 
 using TFormLook = std::function<void(TFormToComplete& form, TFormParser& parser)>;

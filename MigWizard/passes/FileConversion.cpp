@@ -295,7 +295,7 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
   if (FListsEdits) result.Edits = ListFormEdits(text, *form.Encoding, FClasses, outline, edits, printed);
   result.UnwritableNames = std::move(FUnwritableNames);
   if (FOldNames != nullptr)
-    FindInFormFile(text, form, printed, outline, conversions, replacesClasses, result);
+    FindInFormFile(text, form, printed, outline, conversions, toComplete.Unread, replacesClasses, result);
   if (!result.IsChanged) return;
   result.EndsAtNul = text.size() < form.Text.size();
   std::string().swap(form.Text);  // frees its memory, which an assignment would not do
@@ -309,14 +309,15 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
 
 void TFileConverter::FindInFormFile(std::string_view text, const TFormFile& form, TPrintedFile& printed,
                                     const TFormOutline& outline,
-                                    const std::vector<TObjectConversion>& conversions, bool replacesClasses,
+                                    const std::vector<TObjectConversion>& conversions,
+                                    const std::vector<size_t>& unread, bool replacesClasses,
                                     TFileConversion& result) {
   const auto isUnwritable = [this](std::string_view alias) {
     return std::find(FUnwritableAliases.begin(), FUnwritableAliases.end(), alias) != FUnwritableAliases.end();
   };
   auto findings = std::make_shared<TFileFindings>();
   findings->Findings = FindInForm({text, *form.Encoding, FClasses, *FOldNames, FormWords(), outline,
-                                   conversions, isUnwritable, replacesClasses, FDetail},
+                                   conversions, isUnwritable, unread, replacesClasses, FDetail},
                                   *FFormParser);
   findings->Converted = CountConverted(conversions);
   findings->MappedObjects = conversions.size();

@@ -87,7 +87,7 @@ class TFileConverter {
   const TWordSearch& FormWords();
   void FindInFormFile(std::string_view text, const TFormFile& form, TPrintedFile& printed,
                       const TFormOutline& outline, const std::vector<TObjectConversion>& conversions,
-                      bool replacesClasses, TFileConversion& result);
+                      const std::vector<size_t>& unread, bool replacesClasses, TFileConversion& result);
   const TEditSelection* SelectIn(TFormToComplete& form) const;
   void LookAtForms(const std::vector<std::string>& formFiles, const TFormLook& look);
   std::string DatabaseReference(std::string_view alias);

@@ -293,9 +293,12 @@ class TFormFindings : public TFormWalk {
     finding.Subject = rtl::LowerCase(object.Keyword);
     for (const std::string& name : open.Lacking)
       finding.Value.append(finding.Value.empty() ? "" : ", ").append(name);
+    const std::vector<size_t>& unread = FInput.Unread;
+    if (std::find(unread.begin(), unread.end(), object.Offset) != unread.end())
+      finding.Detail = ", because its text cannot be read";
     if (open.Lacking.empty()) return;
     finding.Level = TLevel::Error;
-    finding.Detail = "; " + finding.NewClass + " does not publish " + finding.Value;
+    finding.Detail += "; " + finding.NewClass + " does not publish " + finding.Value;
   }
 
   void AddUnparsed(const TObjectHeader& object, const TStop& stop) {

@@ -25,7 +25,8 @@ struct TFormFindingInput {
   const std::vector<TObjectConversion>& Conversions;  // of the conversion, and of its completion
   // Returns True if the run knows the alias, but the form's encoding lacks the connection's name.
   std::function<bool(std::string_view alias)> IsUnwritable;
-  bool ReplacesClasses = false;  // also those of objects that are not converted
+  const std::vector<size_t>& Unread;  // objects that the completion cannot read: offsets of their keywords
+  bool ReplacesClasses = false;       // also those of objects that are not converted
   TFindingDetail Detail = TFindingDetail::Whole;
 };
 
