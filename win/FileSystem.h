@@ -116,7 +116,7 @@ class TFileSystem {
   // `CreateOwn` differs in two ways. A link of that name is ERROR_ACCESS_DENIED, wherever it leads. And the
   // file is held: ERROR_SHARING_VIOLATION if another CreateOwn handle, of any process, holds it. Nothing is
   // emptied before it is held. Hosts with advisory locks keep out only CreateOwn, and on a volume without
-  // locks the file is opened all the same.
+  // locks the file is opened anyway.
   //
   // A file that was created or emptied remains when a later write fails.
   [[nodiscard]] virtual std::unique_ptr<TFileHandle> CreateFileA(std::string_view path, TFileMode mode) = 0;
@@ -184,8 +184,8 @@ class TFileSystem {
 
   // Locks a folder for as long as the returned object lives. Returns null on failure; ERROR_SHARING_VIOLATION
   // if somebody, in any process, holds the lock. The lock keeps out nothing but LockFolder. On a volume
-  // without locks it always succeeds. On Windows, the lock of a folder on a network drive holds for other
-  // computers, too, and is a file in the folder that goes with the lock.
+  // without locks it always succeeds. On Windows, the lock of a folder on a network drive also keeps out
+  // other computers. It is a file in the folder, which is deleted when the lock is released.
   [[nodiscard]] virtual std::unique_ptr<TFileLock> LockFolder(std::string_view path) = 0;
 
   // Creates a folder. ERROR_ALREADY_EXISTS if there is a folder or a file of that name, in any case.

@@ -23,9 +23,9 @@ class TFolderEntries {
   // Adds an entry that no Windows path can name: its name and its path as the host has them, in any bytes.
   void AddUnnamed(std::string name, bool isFolder, const std::string& path);
 
-  // Returns a walk over the entries: "." and "..", and then those that Add has added, in NTFS' order, whatever
-  // the order in which they were added. Sets `data` to the first. Warns the user of the others, in the order of
-  // their names, unless `reported` holds their message, and adds it. The object is empty afterwards.
+  // Returns a walk over the entries: "." and "..", and then those that Add has added, in NTFS' order. Sets
+  // `data` to the first. Warns the user of the others, in the order of their names, unless `reported` holds
+  // their message, and adds it. The object is empty afterwards.
   std::unique_ptr<TFindHandle> Walk(std::unordered_set<std::string>& reported, TFindData& data) &&;
 
  private:

@@ -49,9 +49,9 @@ class TClaimedConversion {
 
 class TFilesAhead {
  public:
-  // Reads the files of `names` from the first on; names may be appended to the list meanwhile. The converters
-  // must have the same settings: Take uses `converter`, the worker `other`. No argument is owned; the
-  // converters must outlive the queue.
+  // Reads the files of `names` in order; names may be appended to the list later. The converters must have
+  // the same settings: Take uses `converter`, the worker `other`. No argument is owned; the converters must
+  // outlive the queue.
   TFilesAhead(const rtl::TStringList& names, TWorkQueue& queue, TFileConverter& converter,
               TFileConverter& other);
 

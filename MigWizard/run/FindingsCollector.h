@@ -18,8 +18,8 @@ namespace mig {
 class TFindingsCollector {
  public:
   // Observes the runs of `replacer` by its functions OnConverted, OnMissingForm and OnOtherForm, until the
-  // collector is destroyed. Both must outlive it. With TFindingDetail::Counts, files have the names by which the run
-  // came to them, and no backups.
+  // collector is destroyed. Both must outlive it. With TFindingDetail::Counts, files are named as the run
+  // found them, and have no backups.
   TFindingsCollector(TComponentReplacer& replacer, const TOldNames& names,
                      TFindingDetail detail = TFindingDetail::Whole);
   ~TFindingsCollector();

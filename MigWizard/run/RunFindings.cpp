@@ -90,7 +90,7 @@ std::vector<TFileReport> TRunFindings::Finish() {
   return std::exchange(FFiles, {});
 }
 
-// Moves the findings of the files to their reports, or copies them if someone else has them too.
+// Moves the findings of the files to their reports, or copies them if they are shared.
 void TRunFindings::TakeFindings() {
   for (const auto& [found, index] : FKept) {
     std::vector<TFinding> findings =
@@ -184,8 +184,8 @@ bool TRunFindings::IsUsersOwn(const TUnit& unit, const TNameUse& use) const {
          (FOldNames.Find(TOldNames::Object, use.Name) != nullptr && MayInheritNames(use.Owner));
 }
 
-// Returns True if the class, or one from which it descends, has members that neither the run nor the list of names
-// tells.
+// Returns True if the class, or one from which it descends, has members that neither the run nor the list of
+// names knows.
 bool TRunFindings::MayInheritNames(const std::string& className) const {
   std::string name = className;
   for (int i = 0; i < kMostAncestors && !name.empty(); ++i) {
@@ -240,8 +240,8 @@ TRunFindings::TFound TRunFindings::FindFirst(const TUnit& unit, const TNameUse& 
   return result;
 }
 
-// If the path begins with the name of the unit or of one that it uses, returns the declaration after it, and sets
-// `parts` to the number of names up to that.
+// If the path begins with the name of the unit or of one that it uses, returns the declaration after it, and
+// sets `parts` to the number of names up to that.
 TRunFindings::TFound TRunFindings::FindAfterUnit(const TUnit& unit, const TNameUse& use,
                                                  size_t& parts) const {
   if (FNames.contains(rtl::LowerCase(use.Path[0]))) return {};

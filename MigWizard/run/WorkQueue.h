@@ -38,11 +38,11 @@ class TWorkQueue {
   // raises the task's exception; without a worker, Push raises it.
   void Push(TTask task);
 
-  // Works on the tasks until at most `limit` of them are not started.
+  // Runs tasks until at most `limit` are not started.
   void WaitForRoom(size_t limit);
 
-  // Drops the speculative tasks, and works on the others until all are done. Raises the first exception of a
-  // task since the last call; all tasks are done in any case. Calls `onIdle`, if set, after each task of this
+  // Drops the speculative tasks, and runs the others until all are done. Raises the first exception of a task
+  // since the last call; all tasks are done in any case. Calls `onIdle`, if set, after each task of this
   // thread, and every 50 milliseconds while only the worker is busy. It must not raise.
   void Wait(const TTask& onIdle = {});
 

@@ -26,7 +26,7 @@ struct TFloatFormat {
   int MinExponent;
   int MaxExponent;
 
-  // The bytes that a number of this format takes.
+  // Returns the number of bytes of a number in this format.
   constexpr int Size() const { return Precision == 24 ? 4 : Precision == 53 ? 8 : 10; }
 };
 inline constexpr TFloatFormat kSingleFormat{24, -149, 104};

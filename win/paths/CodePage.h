@@ -28,7 +28,7 @@ inline constexpr uint32_t kUtf8CodePage = 65001;
 // Converts text of the source code page to UTF-8. Bytes that the code page lacks become U+FFFD.
 [[nodiscard]] std::string SourceToUtf8(std::string_view text);
 
-// The same for a code page of SupportedCodePages, whatever the source code page is.
+// The same for any code page of SupportedCodePages.
 [[nodiscard]] bool IsDBCSLeadByteEx(uint32_t codePage, uint8_t byte);
 [[nodiscard]] std::string CodePageToUtf8(uint32_t codePage, std::string_view text);
 

@@ -158,7 +158,7 @@ bool TPosixCopier::CopyOverUnchanged(std::string_view source, std::string_view t
   // Checked here too, so that a refused source stays where it is.
   if (FileStampOf(to.Info) != expected) return Fail(ERROR_FILE_INVALID);
   if (isFound && !to.IsRefused && CanTakePlaceOf(from, info, to)) {
-    from.Listing = nullptr;  // it may have gone with the second look-up
+    from.Listing = nullptr;  // the second look-up may have deleted it
     TFolderChange removal(FPlaces.Folders(), from);
     TFolderChange change(FPlaces.Folders(), to.Place);
     TTemporaryFile file(to.Place);
@@ -192,7 +192,7 @@ bool TPosixCopier::Move(std::string_view source, std::string_view target) {
   if (to.IsRefused) return Fail(ERROR_ACCESS_DENIED);
   if (!FWritten.NoteName(info.st_dev, to.Place))
     return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailErrno(errno);
-  from.Listing = nullptr;  // it may have gone with the second look-up
+  from.Listing = nullptr;  // the second look-up may have deleted it
   TFolderChange removal(FPlaces.Folders(), from);
   TFolderChange addition(FPlaces.Folders(), to.Place);
   if (Retry<renameat>(from.Base, from.Path.c_str(), to.Place.Base, to.Place.Path.c_str()) != 0)

@@ -13,9 +13,9 @@
 //    valid as long as the times stay.
 //  - A listing that is not settled is used once and read again the next time.
 //  - A change that is made through this layer is entered in the listing, together with the folder's new
-//    times, so that creating n files in a folder does not read it n times. Such a listing is no longer settled. It
-//    is used for a limited time, in proportion to the time that reading the folder takes, so changes by
-//    others are seen after that time at the latest, and reading costs a few percent.
+//    times, so that creating n files in a folder does not read it n times. Such a listing is no longer
+//    settled. It is used for a limited time, in proportion to the time that reading the folder takes, so
+//    changes by others are seen after that time at the latest, and reading costs a few percent.
 //  - For 10 ms after each comparison of the times and after each own change, the folder is not asked again
 //    where a name is found or is about to be created, because a run does many things in one folder in a row.
 //    Of several own changes within that time, only some read the folder's new times. If the last one did not,
@@ -103,7 +103,7 @@ class TFolderCache {
   };
 
   // Spells `place` by a listing that was valid within the last 10 ms, without a call of the system. Makes it
-  // relative to the open folder if that is held open, which saves the system the way there.
+  // relative to the open folder if that is held open, which saves the system the walk to it.
   TRecent LookUpRecent(THostPath& place);
 
   // Spells `place`, which exists, as on disk, on a host that itself ignores case. Components that cannot be

@@ -1,6 +1,6 @@
-// How an operation on files finds its place on the host.
+// Finds the host path for an operation on files.
 //
-// It first tries the path as given, in one system call where possible. Only if there is no such entry, it
+// First tries the path as given, in one system call where possible. Only if there is no such entry, it
 // looks for it without regard to case (win/posix/PosixFolders.h).
 //
 //   THostPath place;

@@ -122,7 +122,7 @@ bool TTemporaryFile::Create(mode_t mode, struct stat& info) {
     const TLocking locking = TryLock(FFd.Get());
     if (locking == TLocking::Failed || Retry<fstat>(FFd.Get(), &info) != 0) return false;
     if (locking != TLocking::HeldByOther && info.st_nlink > 0) return true;
-    // Before this process locked the file, another one took it for abandoned, and deletes it.
+    // Another process found the file before this one had locked it, and deletes it.
     FPath.clear();
   }
 }

@@ -26,7 +26,7 @@ class TTemporaryFile {
 
   // Closes the file, which keeps its name.
   void Close() { FFile.Close(); }
-  // Tells that the file has another name now.
+  // Records that the file has another name now.
   void Release() { FPath.clear(); }
 
  private:

@@ -28,7 +28,7 @@ class TWrittenFiles {
   // The same for a file at a full path that is open for writing, until Closed is called before the handle is closed. While
   // others may not write to it, the file can be flushed through this handle only.
   void NoteOpen(HANDLE file, const std::wstring& full);
-  // Tells that the handle is about to be closed, and notes its file if NoteOpen was called since the last
+  // Records that the handle is about to be closed, and notes its file if NoteOpen was called since the last
   // Flush.
   void Closed(HANDLE file, const std::wstring& full);
 
