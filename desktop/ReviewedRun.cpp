@@ -1,5 +1,6 @@
 #include "desktop/ReviewedRun.h"
 
+#include <algorithm>
 #include <exception>
 #include <set>
 #include <utility>
@@ -7,6 +8,7 @@
 
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/Restore.h"
+#include "MigWizard/run/UndoFiles.h"
 #include "MigWizard/run/UndoState.h"
 #include "rtl/text/Exceptions.h"
 #include "rtl/text/Files.h"
@@ -50,6 +52,13 @@ std::vector<TReviewSet::TVersions> ChangesOf(const mig::TRestorePlan& plan) {
   return files;
 }
 
+// Returns True if not all files are as their backups, as they are after a restore.
+bool IsInForce(const mig::TRestorePlan& plan) {
+  return std::any_of(plan.Lines().begin(), plan.Lines().end(), [](const mig::TRestoreLine& line) {
+    return !rtl::FileExists(line.Original) || rtl::ReadFile(line.Original) != rtl::ReadFile(line.Backup);
+  });
+}
+
 }  // namespace
 
 TReviewedRun ReadRun(TRunRecord record, const std::string& backupDir, const TReportPtr& report) {
@@ -79,6 +88,33 @@ TReviewedRun ReadEarlierRun(const std::string& undoFile) {
     run.Report = ReadKeptReport(undoFile);
     run.IsEarlier = true;
   });
+}
+
+TReviewedRun ReadLastFindings(const std::string& folder) {
+  return Read([&](TReviewedRun& run) {
+    const std::vector<std::string> undoFiles = mig::FindUndoFiles(folder);
+    const TReportPtr report = undoFiles.empty() ? nullptr : ReadKeptReport(undoFiles.front());
+    if (!report) return;
+    mig::TRestorePlan plan;
+    plan.Add(undoFiles.front());
+    if (!IsInForce(plan)) return;
+    run.Report = report;
+    run.Marks = MarksIn(rtl::ExtractFileDir(undoFiles.front()));
+    run.IsEarlier = true;
+    run.UndoFile = undoFiles.front();
+  });
+}
+
+TReviewSetPtr ReadChange(const std::string& undoFile, const std::string& fileName) {
+  return Read([&](TReviewedRun& run) {
+           mig::TRestorePlan plan;
+           plan.Add(undoFile);
+           plan.KeepOnly([&](std::string_view original) {
+             return win::UpperFileName(original) == win::UpperFileName(fileName);
+           });
+           run.Set = std::make_shared<TReviewSet>(ChangesOf(plan), std::string_view());
+         })
+      .Set;
 }
 
 }  // namespace desktop

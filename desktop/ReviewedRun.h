@@ -17,13 +17,14 @@
 namespace desktop {
 
 struct TReviewedRun {
-  TReviewSetPtr Set;
+  TReviewSetPtr Set;  // null if only the findings were read
   std::shared_ptr<TReviewMarks> Marks;
   TReportPtr Report;  // null if it is not known what the run left
   bool IsEarlier = false;
-  std::string Log;      // UTF-8
-  std::string Warning;  // for the user; empty if there is none
-  std::string Failure;  // why the run cannot be shown; if it is not empty, nothing else is set
+  std::string UndoFile;  // full Windows path; set if only the findings were read
+  std::string Log;       // UTF-8
+  std::string Warning;   // for the user; empty if there is none
+  std::string Failure;   // why the run cannot be shown; if it is not empty, nothing else is set
 };
 
 // Reads the files and the log of a run that has just ended. `report` is null for a restore, and `backupDir`,
@@ -34,5 +35,13 @@ TReviewedRun ReadRun(TRunRecord record, const std::string& backupDir, const TRep
 // Reads the files of an undo file or a journal, a full Windows path, that are not as their backups, and the
 // report and the marks beside it. A file that no longer exists is empty in the new version.
 TReviewedRun ReadEarlierRun(const std::string& undoFile);
+
+// Reads the report and the marks of the last run in this folder, a full Windows path. Sets nothing but perhaps
+// Failure if no report of it was kept, or all of its files are as before it.
+TReviewedRun ReadLastFindings(const std::string& folder);
+
+// Reads a single file of an undo file; both are full Windows paths. The set is empty if the file is as its
+// backup or is not listed, and null if it cannot be read.
+TReviewSetPtr ReadChange(const std::string& undoFile, const std::string& fileName);
 
 }  // namespace desktop

@@ -10,6 +10,7 @@
 #include "desktop/QtText.h"
 #include "desktop/ReviewPage.h"
 #include "rtl/forms/Application.h"
+#include "rtl/text/SysUtils.h"
 #include "win/Diagnostics.h"
 #include "win/FileApi.h"
 
@@ -19,6 +20,10 @@ TRunReview::TRunReview(host::THost& host, QTabWidget& pages) : FHost(host), FPag
   QObject::connect(&FReading, &QFutureWatcherBase::finished, &FReading, [this] {
     FIsReading = false;
     ShowRead(FReading.result());
+  });
+  QObject::connect(&FLooking, &QFutureWatcherBase::finished, &FLooking, [this] {
+    FIsLooking = false;
+    ShowFound(FLooking.result());
   });
   QObject::connect(&FOpening, &QFutureWatcherBase::finished, &FOpening, [this] {
     FIsOpening = false;
@@ -36,6 +41,26 @@ void TRunReview::ShowProject() {
     AddMigrationPage();
   }
   if (FMigration) FMigration->ShowProject();
+  LookForFindings();
+}
+
+void TRunReview::LookForFindings() {
+  const host::TProject* const project = FHost.ActiveProject();
+  const std::string fileName = project == nullptr ? std::string() : project->FileName();
+  if (fileName == FLookedFor) return;
+  FLookedFor = fileName;
+  if (FRun.Set) return;
+  delete FFindings.data();  // of the project before
+  FRun = {};
+  if (fileName.empty()) return;
+  FIsLooking = true;
+  FLooking.setFuture(QtConcurrent::run(ReadLastFindings, rtl::ExtractFileDir(fileName)));
+}
+
+void TRunReview::ShowFound(const TReviewedRun& run) {
+  if (FRun.Set || FIsReading || !run.Report || FHost.ActiveProject() == nullptr) return;
+  FRun = run;
+  ShowReport();
 }
 
 void TRunReview::AddMigrationPage() {
@@ -135,7 +160,9 @@ void TRunReview::AddFindingsPage() {
 }
 
 void TRunReview::ShowChanges() {
-  if (!FRun.Set || FIsReading) return;  // what is being read is shown as soon as it is there
+  if (FIsReading) return;  // what is being read is shown as soon as it is there
+  if (!FRun.Set && !FRun.UndoFile.empty()) ShowEarlierRun(FRun.UndoFile);
+  if (!FRun.Set) return;
   if (!FChanges) AddChangesPage();
   FPages.setCurrentWidget(FChanges);
   FChanges->setFocus();
@@ -150,9 +177,11 @@ void TRunReview::ShowFindings() {
 
 // Findings have the lines of the file before the run.
 void TRunReview::OpenFinding(const std::string& fileName, int line, int column) {
-  const int index = FRun.Set ? FRun.Set->IndexOf(fileName) : -1;
   FIsOpening = true;
-  FOpening.setFuture(QtConcurrent::run([set = FRun.Set, index, place = TPlace{fileName, line, column}] {
+  FOpening.setFuture(QtConcurrent::run([shown = FRun.Set, undoFile = FRun.UndoFile,
+                                        place = TPlace{fileName, line, column}] {
+    const TReviewSetPtr set = shown ? shown : ReadChange(undoFile, place.FileName);
+    const int index = set ? set->IndexOf(place.FileName) : -1;
     if (index < 0) return place;
     const TReviewFile& file = set->Files()[static_cast<size_t>(index)];
     return TPlace{place.FileName, TFileDiff(file.Before, file.After, file.IsForm).NewLineOf(place.Line), 1};

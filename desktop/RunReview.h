@@ -46,9 +46,10 @@ class TRunReview {
   // were saved beside it.
   void ShowEarlierRun(const std::string& undoFile);
   // Returns whether no such task runs, and no finding is being opened.
-  bool IsIdle() const { return !FIsReading && !FIsOpening; }
+  bool IsIdle() const { return !FIsReading && !FIsLooking && !FIsOpening; }
 
-  // Shows the host's active project on the page for its migration, or removes the page if none is open.
+  // Shows the host's active project on the page for its migration, or removes the page if none is open. Unless
+  // a run is shown, also shows what the project's last run left, as soon as a task has read it.
   void ShowProject();
 
   // Bring the page to the front, and open it if the user has closed it.
@@ -72,6 +73,8 @@ class TRunReview {
     std::string FileName;
     int Line = 1, Column = 1;
   };
+  void LookForFindings();
+  void ShowFound(const TReviewedRun& run);
   void Read(const QFuture<TReviewedRun>& run);
   void ShowRead(const TReviewedRun& run);
   void ShowReport();
@@ -92,6 +95,9 @@ class TRunReview {
   QPointer<TFindingsPage> FFindings;
   QFutureWatcher<TReviewedRun> FReading;
   bool FIsReading = false;
+  QFutureWatcher<TReviewedRun> FLooking;  // for the findings of the last run
+  bool FIsLooking = false;
+  std::string FLookedFor;  // the project whose last run was looked for
   QFutureWatcher<TPlace> FOpening;
   bool FIsOpening = false;
 };

@@ -1,13 +1,23 @@
 // Drives the windows with keys and clicks on the offscreen platform, with the stand-alone host and the real
 // engine.
+#include <QAction>
+#include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
+#include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
+#include <QTabWidget>
+#include <QTreeView>
 #include <map>
 
 #include "MigWizard/wizard/Wizard.h"
+#include "desktop/FindingsModel.h"
+#include "desktop/HostWindow.h"
+#include "desktop/MenuBinding.h"
 #include "desktop/ProgressWindow.h"
+#include "desktop/SourceEditor.h"
 #include "desktop/TickStyle.h"
 #include "host/Host.h"
 #include "target/KVAExpert.h"
@@ -169,6 +179,55 @@ TEST_F(DesktopTest, LongQuestionsStayOnTheScreen) {
        EXPECT_LE(texts->widget()->width(), texts->viewport()->width()) << "only down";
        Click("One")(window);
      }});
+}
+
+class TSessionTest : public tests::TWindowTest {};
+
+// A later session shows what the project's last run has left, unless that was undone.
+TEST_F(TSessionTest, ALaterSessionShowsWhatTheLastRunLeft) {
+  const auto use = [&](const std::function<void(desktop::THostWindow&, QTabWidget&)>& session) {
+    desktop::THostWindow window(FFrontEnd);
+    window.show();
+    ASSERT_TRUE(window.OpenProject("C:\\App\\LendDesk.groupproj"));
+    EXPECT_TRUE(WaitFor([&] { return window.IsIdle(); }));
+    session(window, *window.findChild<QTabWidget*>("Editors"));
+  };
+  const auto tabs = [](const QTabWidget& pages) {
+    std::string texts;
+    for (int i = 0; i < pages.count(); ++i) texts += pages.tabText(i).toStdString() + '\n';
+    return texts;
+  };
+  use([&](desktop::THostWindow& window, QTabWidget& pages) {
+    Do(
+        [&] {
+          pages.findChild<QPushButton*>("PreviewBDE")->click();
+          pages.findChild<QPushButton*>("ConvertTicked")->click();
+        },
+        TActs(2, Press(Qt::Key_Return)));
+    EXPECT_TRUE(WaitFor([&] { return window.IsIdle(); }));
+    EXPECT_EQ(tabs(pages), "Migration\nChanges (18)\nWhat is left (49)\n");
+  });
+  use([&](desktop::THostWindow& window, QTabWidget& pages) {
+    EXPECT_EQ(tabs(pages), "Migration\nWhat is left (49)\n");
+    EXPECT_EQ(pages.currentIndex(), 0);
+    auto& page = *pages.widget(1);
+    page.findChild<QComboBox*>("FindingsGroups")->setCurrentIndex(0);
+    page.findChild<QLineEdit*>("FindingsFilter")->setText("DataMod.pas");
+    auto& table = *page.findChild<QTreeView*>("Findings");
+    table.sortByColumn(desktop::TFindingsModel::Place, Qt::AscendingOrder);
+    table.setCurrentIndex(table.model()->index(table.model()->rowCount() - 1, 0));
+    QTest::keyClick(&table, Qt::Key_Return);
+    EXPECT_TRUE(WaitFor([&] { return window.IsIdle() && window.CurrentEditor() != nullptr; }));
+    int line = 0, column = 0;
+    window.CurrentEditor()->getCursorPosition(&line, &column);
+    EXPECT_EQ(window.CurrentEditor()->text(line).trimmed(), "DM.LendingDB.ApplyUpdates([QList]);");
+    window.Menu().ActionOf(*window.Host().MainMenu().FindItem("WindowReview"))->trigger();
+    EXPECT_TRUE(WaitFor([&] { return window.IsIdle(); }));
+    EXPECT_EQ(tabs(pages), "Migration\nWhat is left (49)\nMemberList.pas\nChanges (18)\n");
+  });
+  fs::copy(fs::path(KVA_SOURCE_DIR) / "examples/bde", FScratch.HostPath("App"),
+           fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+  use([&](desktop::THostWindow&, QTabWidget& pages) { EXPECT_EQ(tabs(pages), "Migration\n"); });
 }
 
 TEST(FilterTest, OfAPicker) {
