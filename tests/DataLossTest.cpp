@@ -202,46 +202,6 @@ TEST_F(DataLossTest, ASecondRunKeepsTheUndoFileOfTheFirst) {
   EXPECT_EQ(Tree("RBackup"), backups);
 }
 
-TEST_F(DataLossTest, ARestoreOverEditedFilesAsks) {
-  EXPECT_EQ(Choose(kWizardItem, RunWith({Press(Qt::Key_Return), Press(Qt::Key_Return)})), TTexts{kReplaced});
-  const TTree edited = With(Tree(), "edited later");
-  EXPECT_EQ(EditOutside("edited later"), TTexts{});
-  const std::string question = "1 of 18 files is not as the run left it.";
-  EXPECT_EQ(Choose(kWizardItem, RestoreWith({Click("OKBtn"), Click("Cancel")})), TTexts{question});
-  EXPECT_EQ(Tree(), edited);
-  EXPECT_EQ(
-      FMessages[0],
-      question +
-          "\nNothing was restored yet. A restore overwrites these files too, and there is no copy of what "
-          "they hold now.\nThis file was edited after the run: C:\\App\\About.pas");
-  EXPECT_EQ(
-      Choose(kWizardItem, RestoreWith({Click("OKBtn"), Click("RestoretheRest"), Press(Qt::Key_Return)})),
-      (TTexts{question, kRestored}));
-  EXPECT_EQ(Tree(), With(FOriginal, "edited later"));
-  EXPECT_EQ(Choose(kWizardItem, RestoreWith({Click("OKBtn"), Click("RestoreAll"), Press(Qt::Key_Return)})),
-            (TTexts{question, kRestored}));
-  EXPECT_EQ(Tree(), FOriginal);
-}
-
-TEST_F(DataLossTest, ADamagedFormCanBeLeftOut) {
-  const std::string damaged("\xFF\x0A\0Broken", 9);
-  FScratch.Write("App/DataMod.dfm", damaged);
-  Choose(kWizardItem, RunWith({Press(Qt::Key_Return), Click("LeaveOutandGoOn"), Press(Qt::Key_Return)}));
-  const std::string reason = "C:\\App\\DataMod.DFM: Form data at offset 9: the signature TPF0 is missing.";
-  ASSERT_EQ(FMessages.size(), 2U);
-  EXPECT_EQ(
-      FMessages[0],
-      reason +
-          "\nNo file was changed.\nThe run can go on without this file and others that cannot be "
-          "converted. They are left as they are, and everything else is converted, the unit of a damaged "
-          "form too.");
-  EXPECT_EQ(FMessages[1].substr(0, FMessages[1].find("\nFiles")),
-            std::string(kReplaced) + "\nOne file or folder was left as it is.");
-  EXPECT_TRUE(FMessages[1].ends_with("\n" + reason)) << FMessages[1];
-  EXPECT_EQ(FScratch.Read("App/DataMod.dfm"), damaged);
-  EXPECT_NE(FScratch.Read(kUnit), FOriginal.at(kUnit));
-}
-
 TEST_F(DataLossTest, MissingFilesAreToldBeforeTheRun) {
   fs::remove(FScratch.HostPath("App/Loans/LoanDesk.pas"));
   ASSERT_TRUE(FWindow.OpenProject("C:\\App\\LendDesk.dproj"));

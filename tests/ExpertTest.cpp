@@ -181,6 +181,21 @@ TEST_F(ExpertTest, AUnitThatCannotBeReadIsLeftOut) {
   EXPECT_NE(Unit("App"), kUnit);
 }
 
+TEST_F(ExpertTest, ADamagedUnitCanBeLeftOut) {
+  std::filesystem::create_directory(FScratch.HostPath("tmp"));
+  const tests::TVariable temporary(tests::kTemporaryVariable, FScratch.HostPath("tmp"));
+  const std::string damaged = "\xFF\xFEodd";
+  FScratch.Write("App/Data.pas", damaged);
+  FFrontEnd.Answers = {"Leave Out and Go On", "Close"};
+  EXPECT_EQ(Use(kProject, "OKBtn").back(),
+            "Ask: Replace procedure was performed sucessfully.\nOne file or folder was left as it is.\n"
+            "Files: 1 read, 1 changed\nLeft: no-new-units 1\nBackups: C:\\App\\RBackup\n"
+            "Way back: C:\\App\\RBackup\\RExpert.reu\n"
+            "C:\\App\\Data.pas: UTF-16 text with an odd number of bytes.");
+  EXPECT_EQ(FScratch.Read("App/Data.pas"), damaged);
+  EXPECT_NE(Unit("App"), kUnit);
+}
+
 // The backups of an earlier run are not overwritten unless the user agrees.
 TEST_F(ExpertTest, ABackupFolderOfAnEarlierRun) {
   const std::string refused =
