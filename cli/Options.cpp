@@ -143,14 +143,14 @@ const std::vector<TOption> kCheckOptions = WithScope({
 });
 
 const std::vector<TOption> kReplaceOptions = WithScope({
-    {"--dry-run", TValueKind::None, "", "Show only the summary of the run, and change no file",
+    {"--dry-run", TValueKind::None, "", "Show the summary of the run, and change no file",
      [](TCommandLine& line, const std::string&) { line.DryRun = true; }},
     {"--diff", TValueKind::None, "", "Print the changes as a patch for git apply, and change no file",
      [](TCommandLine& line, const std::string&) { line.DryRun = line.Diff = true; }},
     {"--interactive", TValueKind::None, "",
      "Show the changes of each unit and its forms, and ask whether to make them",
      [](TCommandLine& line, const std::string&) { line.Interactive = true; }, !kRepeatable, 'i'},
-    {"--ignore-space", TValueKind::None, "", "Ignore white space in the diff, which git cannot apply then",
+    {"--ignore-space", TValueKind::None, "", "Ignore white space in the diff; git cannot apply such a diff",
      [](TCommandLine& line, const std::string&) { line.IgnoreSpace = true; }},
     {"--color", TValueKind::Choice, "auto|always|never",
      "Show the diff in colours (default: auto, on a terminal)",
@@ -162,8 +162,8 @@ const std::vector<TOption> kReplaceOptions = WithScope({
      "RBackup.2 and so on if that holds an earlier run)",
      [](TCommandLine& line, const std::string& value) { line.BackupDir = value; }},
     {"--overwrite-backups", TValueKind::None, "",
-     "Use the folder of --backup-dir even if it holds the backups of an earlier run, which cannot be "
-     "undone then",
+     "Use the folder of --backup-dir even if it holds the backups of an earlier run, which can no longer "
+     "be undone",
      [](TCommandLine& line, const std::string&) { line.OverwriteBackups = true; }},
     {"--no-backup", TValueKind::None, "", "Make no backups and no undo file",
      [](TCommandLine& line, const std::string&) { line.NoBackup = true; }},
@@ -198,7 +198,7 @@ const TOption kOutput = {"--output",
                          false,
                          'o'};
 const TOption kInPlace = {"--in-place", TValueKind::None, "",
-                          "Replace the files, and every form below the folders, by the results",
+                          "Convert the files, and every form below the folders, where they are",
                           [](TCommandLine& line, const std::string&) { line.InPlace = true; }};
 const TOption kBare = {"--bare", TValueKind::None, "", "Write the object data without a resource header",
                        [](TCommandLine& line, const std::string&) { line.Bare = true; }};
@@ -217,7 +217,7 @@ const std::vector<TCommandRow> kCommands = {
      kReplaceDrives},
     {TCommand::Check,
      "check",
-     "Show what a run would convert and leave; change no file",
+     "Show what a run would convert and what it would leave; change no file",
      "--mode bde|ibx [--folder] DIR|[--project] FILE [OPTIONS]",
      {"PATH", TValueKind::File, "The folder or the project; same as --folder or --project", 0, 1},
      kCheckOptions,
@@ -270,7 +270,7 @@ const std::vector<TCommandRow> kCommands = {
      "help",
      "Show the help of a command",
      "[COMMAND]",
-     {"COMMAND", TValueKind::Text, "The command (default: list the commands)", 0, 2},
+     {"COMMAND", TValueKind::Text, "The command; without one, the commands are listed", 0, 2},
      {},
      ""},
     {TCommand::Rules, "rules", "Print the rules of findings", "", {}, {}, "", {}, /*IsHidden=*/true},
