@@ -13,7 +13,7 @@ namespace {
 class TProbe final : public toolsapi::TInterfacedObject<toolsapi::IOTAWizard> {
  public:
   TProbe() { tests::SetVariable("KVA_WIZARD", "held"); }
-  ~TProbe() { tests::SetVariable("KVA_WIZARD", "released"); }
+  ~TProbe() override { tests::SetVariable("KVA_WIZARD", "released"); }
   void AfterSave() override {}
   void BeforeSave() override {}
   void Destroyed() override {}
