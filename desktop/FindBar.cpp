@@ -14,10 +14,13 @@ namespace desktop {
 
 namespace {
 
+constexpr int kLeastWidth = 14;  // of a field, in average characters
+
 QLineEdit* NewField(const char* name, const char* hint) {
   auto* const field = new QLineEdit;
   field->setObjectName(name);
   field->setPlaceholderText(hint);
+  field->setMinimumWidth(field->fontMetrics().averageCharWidth() * kLeastWidth);
   return field;
 }
 
