@@ -30,6 +30,7 @@ std::string ReadLine() {
   for (;;) {
     char c = '\0';
     const TInput input = ReadInput(c);
+    if (input == TInput::Interrupted) PrintLine("");  // ends the line of the question
     StopIfInterrupted("Stopped: no file was replaced.");
     if (input == TInput::End) return text.empty() ? "q" : text;
     if (c == '\n') return text;

@@ -3,8 +3,8 @@
 #include <atomic>
 #include <csignal>
 
+#include "cli/windows/InterruptEvent.h"
 #include "rtl/text/Exceptions.h"
-#include "win/windows/WindowsApi.h"
 
 namespace cli {
 namespace {
@@ -15,6 +15,7 @@ std::atomic<int> PendingEvent = 0;
 BOOL WINAPI Remember(DWORD event) {
   const bool isKey = event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
   PendingEvent = isKey ? SIGINT : SIGTERM;
+  SetEvent(InterruptEvent());
   // The system ends the process when this function returns from the closing of the window, the end of the
   // session or of the machine, and after some seconds in any case. Until then the run is brought to its end.
   if (!isKey) Sleep(INFINITE);
@@ -23,7 +24,13 @@ BOOL WINAPI Remember(DWORD event) {
 
 }  // namespace
 
+HANDLE InterruptEvent() {
+  static const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  return event;
+}
+
 void CatchInterrupts() {
+  (void)InterruptEvent();  // created before its handler can run
   SetConsoleCtrlHandler(Remember, TRUE);
 }
 

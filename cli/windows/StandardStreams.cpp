@@ -6,9 +6,9 @@
 #include <fcntl.h>
 #include <io.h>
 
-#include "cli/Interrupt.h"
+#include "cli/windows/InterruptEvent.h"
 #include "win/Errors.h"
-#include "win/windows/WindowsApi.h"
+#include "win/windows/WindowsErrors.h"
 #include "win/windows/WindowsText.h"
 
 namespace cli {
@@ -76,6 +76,13 @@ int WriteConsoleText(HANDLE console, std::string_view bytes) noexcept {
   return 0;
 }
 
+// Reads a byte of standard input, on a thread of its own: not every console ends the reading at Ctrl-C. Returns
+// whether there was one.
+DWORD WINAPI ReadByte(void* byte) {
+  DWORD count = 0;
+  return ReadFile(GetStdHandle(STD_INPUT_HANDLE), byte, 1, &count, nullptr) && count == 1;
+}
+
 }  // namespace
 
 std::vector<std::string> ProgramArguments(int /*argc*/, char** /*argv*/) {
@@ -121,15 +128,18 @@ bool CanAsk() {
 }
 
 TInput ReadInput(char& byte) {
-  DWORD count = 0;
+  static char read;  // outlives a reading that has not ended when this function returns
   do {
-    if (PendingInterrupt() != 0) return TInput::Interrupted;
-    if (!ReadFile(GetStdHandle(STD_INPUT_HANDLE), &byte, 1, &count, nullptr) || count == 0) {
-      // Ctrl-C ends the reading, too, and its handler runs at the same time.
-      for (int i = 0; i < 20 && PendingInterrupt() == 0; ++i) Sleep(10);
-      return PendingInterrupt() != 0 ? TInput::Interrupted : TInput::End;
-    }
-  } while (byte == '\r');
+    const win::THandle reading(CreateThread(nullptr, 0, ReadByte, &read, 0, nullptr));
+    if (!reading.IsOpen()) return TInput::End;
+    const HANDLE waited[] = {InterruptEvent(), reading.Get()};
+    if (WaitForMultipleObjects(2, waited, FALSE, INFINITE) == WAIT_OBJECT_0) return TInput::Interrupted;
+    DWORD isRead = FALSE;
+    GetExitCodeThread(reading.Get(), &isRead);
+    if (!isRead)  // a console that does end the reading at Ctrl-C can do so before the handler has run
+      return WaitForSingleObject(InterruptEvent(), 200) == WAIT_OBJECT_0 ? TInput::Interrupted : TInput::End;
+  } while (read == '\r');
+  byte = read;
   return TInput::Byte;
 }
 

@@ -280,7 +280,7 @@ TEST(ConsoleTest, AskingUnitByUnit) {
       {"-q", {"y\n", "d\n"}, a + b, "A.~DFM A.~pas RExpert.reu "},
       {"-q", {"y\n"}, a + b, "A.~DFM A.~pas RExpert.reu "},  // the end of the input
       {"", {"q\n"}, a + "Files:     4 read, 0 changed\nLeft:      deselected 3\nNothing was replaced.\n", ""},
-      {"-q", {"y\n", "\x03"}, a + b + "kvamigrate: Stopped: no file was replaced.\n", ""},
+      {"-q", {"y\n", "\x03"}, a + b + "\nkvamigrate: Stopped: no file was replaced.\n", ""},
       {"-q --no-backup",
        {"y\n", "!echo >>src/C.pas", "y\n"},
        a + b + "kvamigrate: \"<dir>\\src\\C.pas\" was changed after the preview. No file was replaced.\n",

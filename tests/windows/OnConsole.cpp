@@ -1,5 +1,6 @@
-// Runs a program with the console as its standard streams, for tests: onconsole PROGRAM [ARGUMENT]... Returns its exit
-// status. The system gives these streams to a program whose starter has others only where it starts the console.
+// Runs a program with the console as its standard streams, for tests: onconsole EVENT PROGRAM [ARGUMENT]... Presses
+// Ctrl-C when the event of that name is set. Returns the program's exit status. The system gives these streams to a
+// program whose starter has others only where it starts the console.
 #include <string>
 #include <windows.h>
 
@@ -11,14 +12,14 @@ HANDLE OpenConsole(const wchar_t* name) {
                      OPEN_EXISTING, 0, nullptr);
 }
 
-// Returns the command line after this program's own name.
-std::wstring CommandLine() {
-  const wchar_t* line = GetCommandLineW();
-  const wchar_t end = *line == L'"' ? L'"' : L' ';
-  for (++line; *line && *line != end; ++line) {
-  }
-  while (*line == L'"' || *line == L' ') ++line;
-  return line;
+// Returns the word at the start of a command line, and removes it.
+std::wstring TakeWord(std::wstring& line) {
+  const bool isQuoted = line.starts_with(L'"');
+  const size_t end = line.find(isQuoted ? L'"' : L' ', 1);
+  const std::wstring word = line.substr(isQuoted ? 1 : 0, isQuoted ? end - 1 : end);
+  line.erase(0, end);
+  line.erase(0, line.find_first_not_of(L"\" "));
+  return word;
 }
 
 }  // namespace
@@ -32,11 +33,15 @@ int main() {
   start.hStdError = start.hStdOutput;
   SetConsoleCtrlHandler(nullptr, FALSE);
   PROCESS_INFORMATION process{};
-  std::wstring line = CommandLine();
+  std::wstring line = GetCommandLineW();
+  TakeWord(line);
+  const HANDLE press = OpenEventW(SYNCHRONIZE, FALSE, TakeWord(line).c_str());
   if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process))
     return -1;
   SetConsoleCtrlHandler([](DWORD) -> BOOL { return TRUE; }, TRUE);  // Ctrl-C is for the program
-  WaitForSingleObject(process.hProcess, INFINITE);
+  const HANDLE waited[] = {process.hProcess, press};
+  while (WaitForMultipleObjects(2, waited, FALSE, INFINITE) == WAIT_OBJECT_0 + 1)
+    GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
   DWORD status = 0;
   GetExitCodeProcess(process.hProcess, &status);
   return static_cast<int>(status);

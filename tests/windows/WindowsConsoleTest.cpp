@@ -86,14 +86,17 @@ class WindowsConsoleTest : public testing::Test {
     FTree.Write("src/B.pas", "unit B;\r\nvar T: TTable;\r\n");
   }
 
-  // Runs the program. Types the next of `answers` when it asks. Returns "STATUS|output", with <dir> for the tree.
+  // Runs the program. Types the next of `answers` when it asks, or presses Ctrl-C for "\x03", which Wine does not
+  // take from a terminal. Returns "STATUS|output", with <dir> for the tree.
   std::string Run(const std::string& arguments, std::vector<std::string> answers = {}, short columns = 200) {
     TPseudoConsole console(columns);
     const std::wstring folder = win::ToWideOrReplaced(FTree.HostPath());
-    const win::THandle process = console.Start(
-        win::ToWideOrReplaced(KVA_BINARY_DIR "/cli/onconsole.exe " KVA_BINARY_DIR "/cli/kvamigrate.exe " +
-                              arguments),
-        folder);
+    const std::string event = "kvatests." + std::to_string(GetCurrentProcessId());
+    const win::THandle press(CreateEventA(nullptr, FALSE, FALSE, event.c_str()));
+    const win::THandle process =
+        console.Start(win::ToWideOrReplaced(KVA_BINARY_DIR "/cli/onconsole.exe " + event +
+                                            " " KVA_BINARY_DIR "/cli/kvamigrate.exe " + arguments),
+                      folder);
     std::string output;
     std::thread reader([&] {
       char buffer[4096];
@@ -104,7 +107,11 @@ class WindowsConsoleTest : public testing::Test {
         if (!Shown(output).ends_with("]?") && !Shown(output).ends_with("]? ")) continue;
         if (answer == answers.end()) continue;
         DWORD done = 0;
-        WriteFile(console.Input(), answer->data(), static_cast<DWORD>(answer->size()), &done, nullptr);
+        if (*answer == "\x03") {
+          SetEvent(press.Get());
+        } else {
+          WriteFile(console.Input(), answer->data(), static_cast<DWORD>(answer->size()), &done, nullptr);
+        }
         output += "<" + std::to_string(answer - answers.begin()) + ">";
         ++answer;
       }
