@@ -38,6 +38,7 @@ class TCompletion : public mig::IFileCompletion {
   mig::TCompletedUnit CompleteUnit(const mig::TUnitToComplete& unit) const override;
   void OnUnitKept(const std::vector<std::string>& formFiles) const override;
   std::string CompleteForm(mig::TFormToComplete& form, mig::TFormParser& parser) const override;
+  bool ConvertsInherited() const override { return FSteps.Inherited; }
   bool KeepsMarks() const override { return FSteps.Marks; }
   bool KeepsLineEnds() const override { return FSteps.Layout; }
 

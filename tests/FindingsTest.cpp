@@ -47,6 +47,9 @@ class FindingsTest : public testing::Test {
     FConverter->OnGetDatabase = [](std::string_view alias, const qrl::TEncoding&) {
       return std::string(alias == "Known" ? "DM.Db" : alias == "Far" ? "DM.Форма" : "");
     };
+    FConverter->OnGetInheritedDatabase = [](std::string_view alias, const qrl::TEncoding&) {
+      return std::string(alias == "Above" ? "Base.D" : "");
+    };
     FConverter->OnGetReplacement = [](std::string_view oldClass, std::string_view newClass) {
       return std::string(newClass).append(oldClass == "TDatabase" ? ";\r\n    Transaction: TKVATransaction"
                                                                   : "");
@@ -135,6 +138,10 @@ TEST_F(FindingsTest, Forms) {
        "3:5 error lost-connection: F.Q has lost its connection: the form's encoding lacks the name of the "
        "database of "
        "the alias \"Far\"\n"},
+      {"  object Q: TQuery\r\n    DatabaseName = 'Above'\r\n  end",
+       "3:5 error lost-connection: F.Q has lost its connection: Base.D, which declares the alias \"Above\", "
+       "is "
+       "inherited and keeps its class\n"},
       {"  object T: TTable\r\n    IndexFieldNames = 'A;B'\r\n  end\r\n  object U: TTable\r\n    "
        "IndexFieldNames = "
        "'A'\r\n    MasterSource = S\r\n  end",

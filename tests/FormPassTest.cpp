@@ -25,10 +25,11 @@ class FormPassTest : public testing::Test {
     rtl::UnregisterClasses();
   }
 
-  static std::string Databases(std::string_view text) {
+  static std::string Databases(std::string_view text, bool takesInherited) {
     std::string list;
-    FindDatabaseNames(text, Ansi, [&list](std::string_view alias, std::string_view component) {
-      list.append(alias).append("=").append(component).append(" ");
+    FindDatabaseNames(text, Ansi, takesInherited, [&list](const TDeclaredDatabase& database) {
+      list.append(database.IsInherited ? "inherited " : "").append(database.Alias).append("=");
+      list.append(database.Component).append(" ");
     });
     return list;
   }
@@ -96,7 +97,12 @@ TEST_F(FormPassTest, DatabaseNames) {
       {"object DM: TDataModule object D: TDatabase end DatabaseName = 'A' end", ""},
       {"inherited A: TA object B: TB object D: TDatabase DatabaseName = 'A' end end end", "A=B.D "},
   };
-  for (const auto& [text, databases] : rows) EXPECT_EQ(Databases(text), databases) << text;
+  for (const auto& [text, databases] : rows) EXPECT_EQ(Databases(text, false), databases) << text;
+  const char* const inherited =
+      "inherited A: TA inherited D: TDatabase DatabaseName = 'A' object E: TDatabase "
+      "DatabaseName = 'B' end DatabaseName = 'C' end end";
+  EXPECT_EQ(Databases(inherited, false), "inherited A=A.D B=E.E ");
+  EXPECT_EQ(Databases(inherited, true), "inherited A=A.D B=A.E ");
 }
 
 // Names declared in one form, used in forms with other encodings.

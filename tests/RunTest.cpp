@@ -4,6 +4,7 @@
 
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/OtherForms.h"
+#include "MigWizard/run/UnitList.h"
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 #include "target/KVAReplacer.h"
@@ -120,7 +121,12 @@ TEST_F(RunTest, LinksToFoldersAreNotFollowed) {
   EXPECT_TRUE(Replacer().Replace());
   EXPECT_EQ(Read("elsewhere/C.pas"), kUnit);
   EXPECT_FALSE(fs::exists(FTree.HostPath("src/RBackup/Link")));
-  EXPECT_EQ(FindOtherForms(FMigration.Options(), {}, {}).size(), 3u);  // A, B and Other, not that of the link
+  rtl::TStringList units;
+  std::vector<TLeftOut> leftOut;
+  std::vector<std::string> forms;
+  InitUnitList(FMigration.Options(), {}, units, leftOut, &forms);
+  // A, B and Other, not that of the link.
+  EXPECT_EQ(FindOtherForms(FMigration.Options(), {}, {}, forms).size(), 3u);
 }
 
 TEST_F(RunTest, ProgressCountsFiles) {

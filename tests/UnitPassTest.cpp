@@ -117,13 +117,13 @@ TEST(WordSearchTest, FindsWhatIsThere) {
   for (int round = 0; round < 20000; ++round) {
     TWordSearch search;
     std::vector<std::string> words;
-    for (auto count = random() % 4; count > 0; --count) search.Add(words.emplace_back(text(6)));
+    for (auto count = random() % 4; count > 0; --count) search.Add(words.emplace_back(text(8)));
     const std::string where = text(30);
     const bool isThere = std::any_of(words.begin(), words.end(), [&where](const std::string& word) {
       return rtl::LowerCase(where).find(rtl::LowerCase(word)) != std::string::npos;
     });
     const bool isShort =
-        std::any_of(words.begin(), words.end(), [](const std::string& word) { return word.size() < 2; });
+        std::any_of(words.begin(), words.end(), [](const std::string& word) { return word.size() < 3; });
     EXPECT_EQ(search.FindAny(where), isThere || isShort) << where;
     found += isThere;
   }

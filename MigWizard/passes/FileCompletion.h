@@ -74,6 +74,8 @@ class IFileCompletion {
   // a changed unit.
   virtual void OnUnitKept(const std::vector<std::string>& formFiles) const = 0;
   virtual std::string CompleteForm(TFormToComplete& form, TFormParser& parser) const = 0;
+  // Returns True if objects under `inherited` and `inline` are converted.
+  virtual bool ConvertsInherited() const = 0;
   // Returns True if a changed file keeps its UTF-8 mark and every written line ends as the file's lines do.
   virtual bool KeepsMarks() const = 0;
   virtual bool KeepsLineEnds() const = 0;

@@ -213,16 +213,19 @@ void TFileConverter::FindInUnitFile(const TTextFile& unit, const TUnitResult& co
   result.Findings = std::move(findings);
 }
 
-// Returns the words of which a form has to have one if anything is to be done in it or said about it.
-const TWordSearch& TFileConverter::FormWords() {
-  if (FOldNames == nullptr) return FClasses.OldClasses();
-  if (!FFormWords) {
-    FFormWords.emplace(FClasses.OldClasses());
-    FOldNames->ForEach([this](TOldNames::TKind kind, const std::string& name) {
-      if (kind == TOldNames::Class && FClasses.Find(name) == nullptr) FFormWords->Add(name);
-    });
-  }
-  return *FFormWords;
+// Returns the classes of which a form has to name one if anything is to be said about it.
+const TFormClasses& TFileConverter::ReportedClasses() {
+  if (FReportedClasses) return *FReportedClasses;
+  TFormClasses& reported = FReportedClasses.emplace();
+  reported.Words = FClasses.OldClasses();
+  const rtl::TStringList& mapped = FClasses.MappedClasses();
+  for (int i = 0; i < mapped.Count(); ++i) reported.Names.Add(mapped[i], 1);
+  FOldNames->ForEach([&](TOldNames::TKind kind, const std::string& name) {
+    if (kind != TOldNames::Class || FClasses.Find(name) != nullptr) return;
+    reported.Words.Add(name);
+    reported.Names.Add(name, 1);
+  });
+  return reported;
 }
 
 // Returns the selection of the form's edits, and sets what it leaves out.
@@ -264,14 +267,15 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
   TFormFile form = DecodeFormFile(std::move(bytes));
   result.TrailingBytes = form.RCData.TrailingBytes;
   const std::string_view text = std::string_view(form.Text).substr(0, form.Text.find('\0'));
-  if (!FormWords().FindAny(text)) return;
+  const TFormClasses* const reported = FOldNames != nullptr ? &ReportedClasses() : nullptr;
+  if (!(reported != nullptr ? reported->Words : FClasses.OldClasses()).FindAny(text)) return;
   FFormEncoding = form.Encoding;
   FRefersToDatabases = true;
   FUnwritableNames.clear();
   FUnwritableAliases.clear();
   rtl::TMemoryStream output;
   std::vector<TObjectConversion> conversions;
-  TFormOutline outline;
+  TFormOutline outline(needsPlaces || reported == nullptr ? nullptr : &reported->Names);
   std::vector<TObjectConversion>* const conversionList = FOldNames != nullptr ? &conversions : nullptr;
   TFormToComplete toComplete = {fileName, text, *form.Encoding, FClasses, {}, conversionList};
   const TEditSelection* const selection = SelectIn(toComplete);
@@ -298,7 +302,9 @@ void TFileConverter::ConvertFormFile(const std::string& fileName, std::string by
     FindInFormFile(text, form, printed, outline, conversions, toComplete.Unread, replacesClasses, result);
   if (!result.IsChanged) return;
   result.EndsAtNul = text.size() < form.Text.size();
-  std::string().swap(form.Text);  // frees its memory, which an assignment would not do
+  // Frees memory, which assignments would not do.
+  std::string().swap(form.Text);
+  std::vector<TObjectConversion>().swap(conversions);
   try {
     if (!form.IsBinary) result.Mark = MarkOf(*form.Encoding, FCompletion);
     result.Bytes = FileBytes(output, form, size);
@@ -315,10 +321,15 @@ void TFileConverter::FindInFormFile(std::string_view text, const TFormFile& form
   const auto isUnwritable = [this](std::string_view alias) {
     return std::find(FUnwritableAliases.begin(), FUnwritableAliases.end(), alias) != FUnwritableAliases.end();
   };
+  const auto inheritedDatabase = [this](std::string_view alias) {
+    if (!OnGetInheritedDatabase) return std::string();
+    return NameForForm(OnGetInheritedDatabase(alias, *FFormEncoding), *FFormEncoding).value_or("");
+  };
   auto findings = std::make_shared<TFileFindings>();
-  findings->Findings = FindInForm({text, *form.Encoding, FClasses, *FOldNames, FormWords(), outline,
-                                   conversions, isUnwritable, unread, replacesClasses, FDetail},
-                                  *FFormParser);
+  findings->Findings =
+      FindInForm({text, *form.Encoding, FClasses, *FOldNames, ReportedClasses(), outline, conversions,
+                  isUnwritable, unread, inheritedDatabase, replacesClasses, FDetail},
+                 *FFormParser);
   findings->Converted = CountConverted(conversions);
   findings->MappedObjects = conversions.size();
   for (const TFinding& finding : findings->Findings) {

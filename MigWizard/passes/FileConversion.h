@@ -17,6 +17,7 @@
 #include "MigWizard/passes/FileCompletion.h"
 #include "MigWizard/passes/FileFindings.h"
 #include "MigWizard/passes/FormFile.h"
+#include "MigWizard/passes/FormFindings.h"
 #include "MigWizard/passes/FormPass.h"
 #include "MigWizard/passes/NameTable.h"
 #include "MigWizard/passes/OldNames.h"
@@ -57,6 +58,8 @@ class TFileConverter {
   void CollectFindings(const TOldNames& names, TFindingDetail detail = TFindingDetail::Whole);
   // Completes files in all following conversions. `completion` must outlive the converter; null disables it.
   void SetCompletion(const IFileCompletion* completion) { FCompletion = completion; }
+  // Returns True if objects under `inherited` and `inline` are converted.
+  bool ConvertsInherited() const { return FCompletion != nullptr && FCompletion->ConvertsInherited(); }
 
   // Says whether a unit that names the new units already is not written. Its forms are completed accordingly.
   void SkipConverted(bool isSkipped) { FSkipsConverted = isSkipped; }
@@ -73,6 +76,9 @@ class TFileConverter {
   // Returns the reference that replaces a form's database alias, as a name of the run (ComponentNames.h), or
   // an empty string if there is none. `alias` is working text in `encoding`.
   std::function<std::string(std::string_view alias, const qrl::TEncoding& encoding)> OnGetDatabase;
+  // The same for the component that declares the alias and is not converted because it is inherited. Only findings
+  // ask for it. May be unset.
+  std::function<std::string(std::string_view alias, const qrl::TEncoding& encoding)> OnGetInheritedDatabase;
   // Returns the edits of a file to leave out, or null if there are none. A file without any other edit is not
   // changed, not even by its completion.
   std::function<const TEditSelection*(const std::string& fileName)> OnGetSelection;
@@ -84,7 +90,7 @@ class TFileConverter {
                       const std::vector<std::string_view>& directives, const TCompletedUnit* completed,
                       TFileConversion& result);
   void ConvertFormFile(const std::string& fileName, std::string bytes, TFileConversion& result);
-  const TWordSearch& FormWords();
+  const TFormClasses& ReportedClasses();
   void FindInFormFile(std::string_view text, const TFormFile& form, TPrintedFile& printed,
                       const TFormOutline& outline, const std::vector<TObjectConversion>& conversions,
                       const std::vector<size_t>& unread, bool replacesClasses, TFileConversion& result);
@@ -102,7 +108,7 @@ class TFileConverter {
   const TOldNames* FOldNames = nullptr;  // null: no findings are collected
   // Made for the first unit, and for the first form, if findings are collected.
   std::optional<TNameTable> FUnitNames;
-  std::optional<TWordSearch> FFormWords;  // old classes, those of the map among them
+  std::optional<TFormClasses> FReportedClasses;
   TFindingDetail FDetail = TFindingDetail::Whole;
   bool FReadsInterfaces = false;   // a unit has a name that other units may declare
   bool FRefersToDatabases = true;  // not in a form that is looked at for its unit

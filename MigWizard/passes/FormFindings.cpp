@@ -145,11 +145,14 @@ class TFormFindings : public TFormWalk {
 
   std::vector<TFinding> Find() {
     size_t walked = 0;
+    FFindings.reserve(2 * FInput.Conversions.size() +
+                      4);  // so many are rare, and unused memory costs nothing
     const std::vector<TFormOutline::TObject>& objects = FInput.Outline.Objects();
     for (FObject = 0; FObject < static_cast<int32_t>(objects.size()); ++FObject) {
       const TFormOutline::TObject& object = objects[static_cast<size_t>(FObject)];
       if (object.Offset < walked) continue;
       const TObjectConversion* const conversion = ConversionAt(object.Offset);
+      if (conversion == nullptr && FInput.Reported.Names.Find(object.ClassName) == 0) continue;
       if (conversion == nullptr ? !object.IsObject && FInput.Classes.Find(object.ClassName) != nullptr
                                 : !IsOfOnePiece(*conversion)) {
         walked = Run(object.Offset);
@@ -180,7 +183,7 @@ class TFormFindings : public TFormWalk {
   // Returns True for a converted object in which there is no other object of the map or of an old class.
   bool IsOfOnePiece(const TObjectConversion& conversion) const {
     return conversion.IsConverted && conversion.End != 0 &&
-           (conversion.Nested.empty() || !FInput.Words.FindAny(conversion.Nested));
+           (conversion.Nested.empty() || !FInput.Reported.Words.FindAny(conversion.Nested));
   }
 
   void OnObject(const TObjectHeader& object) override {
@@ -322,6 +325,7 @@ class TFormFindings : public TFormWalk {
 
   void AddConverted(const TObjectConversion& conversion) {
     std::vector<std::string_view> newRoots;
+    newRoots.reserve(conversion.NewNames.size());
     for (const std::string_view name : conversion.NewNames) newRoots.push_back(RootOf(name));
     const bool isConnection = FInput.OldNames.Find(TOldNames::Connection, conversion.OldClass) != nullptr;
     bool hasLost = false;
@@ -372,10 +376,18 @@ class TFormFindings : public TFormWalk {
     finding.Value =
         alias.find('\'') == std::string_view::npos ? std::string(alias) : ShownValue({}, property.Value);
     if (!IsWhole()) return;
-    finding.Detail = FInput.IsUnwritable(alias)
-                         ? "the form's encoding lacks the name of the database of the alias \""
-                         : "no database of the run declares the alias \"";
-    finding.Detail += finding.Value + '"';
+    const std::string quoted = '"' + finding.Value + '"';
+    const std::string inherited = FInput.InheritedDatabase(alias);
+    if (FInput.IsUnwritable(alias)) {
+      finding.Detail = "the form's encoding lacks the name of the database of the alias " + quoted;
+    } else if (!inherited.empty()) {
+      finding.Detail =
+          inherited + ", which declares the alias " + quoted + ", is inherited and keeps its class";
+      finding.Advice =
+          "Convert " + inherited + " by hand or with --complete inherited, and set the Connection property.";
+    } else {
+      finding.Detail = "no database of the run declares the alias " + quoted;
+    }
   }
 
   void AddDropped(const TSourceProperty& property, const TObjectConversion& conversion) {

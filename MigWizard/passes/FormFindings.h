@@ -9,24 +9,33 @@
 #include "MigWizard/passes/Findings.h"
 #include "MigWizard/passes/FormOutline.h"
 #include "MigWizard/passes/FormPass.h"
+#include "MigWizard/passes/NameTable.h"
 #include "MigWizard/passes/OldNames.h"
 #include "MigWizard/passes/WordSearch.h"
 #include "qrl/Encoding.h"
 
 namespace mig {
 
+// The classes of which objects may have findings: those of the map and the old ones.
+struct TFormClasses {
+  TWordSearch Words;
+  TNameTable Names;
+};
+
 struct TFormFindingInput {
   std::string_view Text;
   const qrl::TEncoding& Encoding;
   const TClassMap& Classes;
   const TOldNames& OldNames;
-  const TWordSearch& Words;                           // the classes of the map and the old classes
+  const TFormClasses& Reported;
   const TFormOutline& Outline;                        // of the conversion of that text
   const std::vector<TObjectConversion>& Conversions;  // of the conversion, and of its completion
   // Returns True if the run knows the alias, but the form's encoding lacks the connection's name.
   std::function<bool(std::string_view alias)> IsUnwritable;
   const std::vector<size_t>& Unread;  // objects that the completion cannot read: offsets of their keywords
-  bool ReplacesClasses = false;       // also those of objects that are not converted
+  // Returns the inherited connection that declares the alias and is not converted, or an empty string.
+  std::function<std::string(std::string_view alias)> InheritedDatabase;
+  bool ReplacesClasses = false;  // also those of objects that are not converted
   TFindingDetail Detail = TFindingDetail::Whole;
 };
 

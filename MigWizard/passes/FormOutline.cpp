@@ -26,7 +26,9 @@ bool IsBlank(char c) {
 bool IsKeyword(std::string_view word) {
   constexpr std::string_view kKeywords[] = {"end", "inherited", "inline", "item", "object", "uses"};
   constexpr size_t kShortest = 3, kLongest = 9;
+  constexpr std::string_view kFirst = "eiouEIOU";
   return word.size() >= kShortest && word.size() <= kLongest &&
+         kFirst.find(word[0]) != std::string_view::npos &&
          std::any_of(std::begin(kKeywords), std::end(kKeywords),
                      [word](std::string_view each) { return rtl::SameText(each, word); });
 }
@@ -110,15 +112,25 @@ void AppendName(std::string& path, std::string_view name) {
 void TFormOutline::OpenObject(std::string_view text, const qrl::TEncoding& encoding, std::string_view keyword,
                               bool isObject) {
   TObject object;
-  if (!ReadObjectHeader(text, encoding, keyword, object) || IsValue(text, object.Offset)) return;
+  if (!ReadObjectHeader(text, encoding, keyword, object)) return;
+  if (IsValue(text, object.Offset)) return;
   object.IsObject = isObject;
+  if (FClasses != nullptr) return AddReported(object);
   object.Parent = FInnermost;
   FInnermost = static_cast<int32_t>(FObjects.size());
   FOpen.push_back(FInnermost);
   FObjects.push_back(object);
 }
 
+void TFormOutline::AddReported(const TObject& object) {
+  const auto place =
+      std::lower_bound(FObjects.begin(), FObjects.end(), object.Offset,
+                       [](const TObject& each, size_t offset) { return each.Offset < offset; });
+  if (place == FObjects.end() || place->Offset != object.Offset) FObjects.insert(place, object);
+}
+
 void TFormOutline::OpenItem(std::string_view text, std::string_view keyword) {
+  if (FClasses != nullptr) return;
   const auto place = static_cast<size_t>(keyword.data() - text.data());
   const char after = ByteAfter(text, place + keyword.size());
   if (after != '=' && after != '.' && !IsValue(text, place)) FOpen.push_back(-1);

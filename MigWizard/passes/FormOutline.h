@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "MigWizard/passes/NameTable.h"
 #include "qrl/Encoding.h"
 
 namespace mig {
@@ -36,6 +37,17 @@ class TFormOutline {
     int32_t Parent = -1;  // index of the object around it, or -1
   };
 
+  // With `classes`, unless null, takes the objects without their nesting, and the caller leaves out most of those
+  // of other classes. `classes` must outlive the outline.
+  explicit TFormOutline(const TNameTable* classes = nullptr) : FClasses(classes) {}
+
+  // Returns True if the outline takes all objects.
+  bool TakesAll() const { return FClasses == nullptr; }
+  // Returns True if `className` is one of the classes, or if the outline takes all objects.
+  bool Takes(std::string_view className) const {
+    return FClasses == nullptr || FClasses->Find(className) != 0;
+  }
+
   // Call these in the order of the text for each word. `keyword` is a view into `text`, the form's text. They ignore
   // a word that is the name or the value of a property.
   void OpenObject(std::string_view text, const qrl::TEncoding& encoding, std::string_view keyword,
@@ -47,10 +59,14 @@ class TFormOutline {
 
   // Returns the objects in the order of the text, without those in skipped text.
   const std::vector<TObject>& Objects() const { return FObjects; }
-  // Returns the names of an object and of those around it, the outermost first: "DM.QMembers".
+  // Returns the names of an object and of those around it, the outermost first: "DM.QMembers". Not for an outline
+  // of classes.
   std::string PathOf(int32_t object) const;
 
  private:
+  void AddReported(const TObject& object);
+
+  const TNameTable* FClasses;
   std::vector<TObject> FObjects;
   std::vector<int32_t> FOpen;  // indices of open objects; -1 for an item of a collection
   int32_t FInnermost = -1;     // of them, the last object

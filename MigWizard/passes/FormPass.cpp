@@ -4,10 +4,12 @@
 #include <limits>
 #include <string>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "MigWizard/engine/PasParser.h"
 #include "MigWizard/passes/ComponentNames.h"
+#include "rtl/text/SysUtils.h"
 
 namespace mig {
 namespace {
@@ -59,7 +61,7 @@ class TFormPass {
 
  private:
   void AddToOutline(int keyword) {
-    if (keyword == kObject || keyword == kInherited || keyword == kInline) {
+    if (keyword == kInherited || keyword == kInline || (keyword == kObject && FOutline->TakesAll())) {
       FOutline->OpenObject(FText, FEncoding, FLexem, keyword == kObject);
     } else if (keyword == kItem) {
       FOutline->OpenItem(FText, FLexem);
@@ -68,7 +70,16 @@ class TFormPass {
     }
   }
 
+  // Adds the current object to an outline of certain classes if its name or its class, which is the current token, is
+  // one of them. An object without a name has its class there.
+  void AddReported() {
+    constexpr size_t kKeywordSize = 6;
+    if (FOutline != nullptr && !FOutline->TakesAll() && FOutline->Takes(FLexem))
+      FOutline->OpenObject(FText, FEncoding, FText.substr(FStart, kKeywordSize), true);
+  }
+
   void ProcessIdentifier() {
+    if (FObject.ExpectName || FObject.ExpectClass) AddReported();
     if (FObject.ExpectName) {
       FObject.Name = FLexem;
       FObject.ExpectName = false;
@@ -205,41 +216,68 @@ int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TCl
 TObjectConversion ConversionOf(const TFormParser& parser, size_t start, std::string_view oldClass,
                                const std::string& newClass) {
   TObjectConversion conversion{start, true, false, oldClass, &newClass, parser.Sources(), {}, 0, {}};
-  for (const TFormProperty& property : parser.Properties()) conversion.NewNames.push_back(property.Name());
+  const auto rootOf = [](std::string_view name) { return name.substr(0, name.find('.')); };
+  for (const TFormProperty& property : parser.Properties()) {
+    const std::string_view root = rootOf(property.Name());
+    const auto isAsked = [&](const TSourceProperty& source) {
+      return source.EntryCount == 0 && rtl::SameText(rootOf(source.Name), root);
+    };
+    if (rtl::SameText(root, "MasterSource") ||
+        std::any_of(conversion.Properties.begin(), conversion.Properties.end(), isAsked))
+      conversion.NewNames.push_back(property.Name());
+  }
   return conversion;
 }
 
-void FindDatabaseNames(std::string_view text, const qrl::TEncoding& encoding,
-                       const std::function<void(std::string_view alias, std::string_view component)>& found) {
+void FindDatabaseNames(std::string_view text, const qrl::TEncoding& encoding, bool takesInherited,
+                       const std::function<void(const TDeclaredDatabase&)>& found) {
   TPasParser scanner(text, encoding);
   scanner.SetQuotedStrings(false);
-  TFormObject object;
-  std::string_view rootName;
+  TFormObject object, inherited;         // the last objects under `object` and under another keyword
+  std::string_view rootName, firstName;  // of the first object under `object`, and of the first one at all
   std::string_view lexem;
+  const auto name = [](TFormObject& each, std::string_view identifier) {
+    if (each.ExpectName) {
+      each.Name = identifier;
+    } else if (each.ExpectClass) {
+      each.ClassName = identifier;
+    }
+    each.ExpectClass = std::exchange(each.ExpectName, false);
+  };
+  const auto declare = [&](const TFormObject& each, std::string_view root, bool isInherited) {
+    const std::string component = std::string(root).append(".").append(each.Name);
+    found({lexem, NameForRun(component, encoding), isInherited});
+  };
   while (const int code = scanner.GetNext(lexem)) {
     switch (code) {
       case kObject:
         object.ExpectName = true;
+        inherited = {};
+        break;
+      case kInherited:
+      case kInline:
+        inherited = {};
+        inherited.ExpectName = true;
         break;
       case qrl::kIdentifier:
-        if (object.ExpectName) {
-          object.Name = lexem;
-          object.ExpectName = false;
-          object.ExpectClass = true;
-          if (rootName.empty()) rootName = lexem;
-        } else if (object.ExpectClass) {
-          object.ClassName = lexem;
-          object.ExpectClass = false;
-        }
+        if (object.ExpectName && rootName.empty()) rootName = lexem;
+        if ((object.ExpectName || inherited.ExpectName) && firstName.empty()) firstName = lexem;
+        name(object, lexem);
+        name(inherited, lexem);
         object.LastIdent = lexem;
         break;
       case qrl::kString:
-        if (object.ClassName == "TDatabase" && object.LastIdent == "DatabaseName")
-          found(lexem, NameForRun(std::string(rootName).append(".").append(object.Name), encoding));
+        if (object.LastIdent != "DatabaseName") break;
+        if (object.ClassName == "TDatabase") {
+          declare(object, takesInherited ? firstName : rootName, false);
+        } else if (inherited.ClassName == "TDatabase") {
+          declare(inherited, firstName, true);
+        }
         break;
       case kEnd:
         object.Name = {};
         object.ClassName = {};
+        inherited = {};
         break;
       default:
         break;

@@ -34,9 +34,10 @@ struct TObjectConversion {
   std::string_view OldClass;              // as spelled
   const std::string* NewClass = nullptr;  // of the class map
   std::vector<TSourceProperty> Properties;
-  std::vector<std::string_view> NewNames;  // of the printed properties
-  size_t End = 0;                          // the offset after the object, or 0 if it is not known
-  std::string_view Nested;                 // if End is known: the text from the first nested object on
+  // Of the printed properties: MasterSource, and those with the root of a property that was not printed itself.
+  std::vector<std::string_view> NewNames;
+  size_t End = 0;           // the offset after the object, or 0 if it is not known
+  std::string_view Nested;  // if End is known: the text from the first nested object on
 };
 
 // A change to a form's text. Offsets are in bytes, from 0.
@@ -73,9 +74,16 @@ int ConvertForm(std::string_view text, const qrl::TEncoding& encoding, const TCl
 TObjectConversion ConversionOf(const TFormParser& parser, size_t start, std::string_view oldClass,
                                const std::string& newClass);
 
-// Calls found(alias, "Root.Component") for each database alias that a TDatabase of the form declares, in the
-// order of the text. The alias is working text, the component a name of the run (ComponentNames.h).
-void FindDatabaseNames(std::string_view text, const qrl::TEncoding& encoding,
-                       const std::function<void(std::string_view alias, std::string_view component)>& found);
+// A database alias that a TDatabase of a form declares.
+struct TDeclaredDatabase {
+  std::string_view Alias;    // working text
+  std::string Component;     // "Root.Component", a name of the run (ComponentNames.h)
+  bool IsInherited = false;  // the TDatabase is under `inherited` or `inline`
+};
+
+// Calls found for each alias that the form declares, in the order of the text. The root is the first object under
+// `object`. It is the form's first object for an inherited TDatabase, and for all of them if `takesInherited` is True.
+void FindDatabaseNames(std::string_view text, const qrl::TEncoding& encoding, bool takesInherited,
+                       const std::function<void(const TDeclaredDatabase&)>& found);
 
 }  // namespace mig

@@ -35,6 +35,7 @@ void TNameTable::Add(std::string_view name, uint32_t flags) {
 void TNameTable::AddPrefix(std::string_view prefix, uint32_t flags) {
   FPrefixes.push_back({rtl::LowerCase(prefix), flags});
   FPrefixStarts.set(StartOf(prefix));
+  FPrefixLetters |= 1U << Fold(prefix[0]);
 }
 
 void TNameTable::Grow() {

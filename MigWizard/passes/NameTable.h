@@ -23,7 +23,8 @@ class TNameTable {
   // Returns the flags of a name, or 0 if it is empty or not in the table.
   uint32_t Find(std::string_view name) const {
     if (name.empty()) return 0;
-    uint32_t flags = FPrefixStarts[StartOf(name)] ? FindPrefix(name) : 0;
+    const bool mayHavePrefix = (FPrefixLetters >> Fold(name[0]) & 1U) != 0 && FPrefixStarts[StartOf(name)];
+    uint32_t flags = mayHavePrefix ? FindPrefix(name) : 0;
     if (FShapes[ShapeOf(name)]) flags |= Search(name);
     return flags;
   }
@@ -48,8 +49,9 @@ class TNameTable {
   uint32_t FindPrefix(std::string_view name) const;
   void Grow();
 
-  std::bitset<32768> FShapes;  // of the names
-  std::bitset<1024> FPrefixStarts;
+  std::bitset<32768> FShapes;       // of the names
+  std::bitset<1024> FPrefixStarts;  // the first two bytes of the prefixes
+  uint32_t FPrefixLetters = 0;      // a bit for each of their first bytes
   std::vector<TEntry> FEntries, FPrefixes;
   std::vector<uint16_t> FSlots;  // by hash: index of an entry plus 1, or 0; open addressing
 };

@@ -159,20 +159,23 @@ bool TNameUses::UsesUnitOf(const TOldName& old) const {
   });
 }
 
-// Returns True if the class, as it is spelled, is replaced by more than one line.
-bool TNameUses::AddsLine(std::string_view name) const {
+// Returns the new class if the class, as it is spelled, is replaced by more than one line, and otherwise null.
+const std::string* TNameUses::ClassWithLine(std::string_view name) const {
   const std::string* const newClass = FInput.Rules.Classes.Find(name);
-  return newClass != nullptr && FInput.Rules.GetReplacement(name, *newClass).find('\n') != std::string::npos;
+  const bool addsLine =
+      newClass != nullptr && FInput.Rules.GetReplacement(name, *newClass).find('\n') != std::string::npos;
+  return addsLine ? newClass : nullptr;
 }
 
 void TNameUses::AddTransaction(TNameSpot spot) {
-  if (!AddsLine(Token().Lexem)) return;
+  const std::string* const newClass = ClassWithLine(Token().Lexem);
+  if (newClass == nullptr) return;
   const bool isName =
       spot == TNameSpot::Field || spot == TNameSpot::RecordField || spot == TNameSpot::Variable;
   if (isName && Before(1).Lexem != ":" && Before(1).Lexem != ".") spot = TNameSpot::Expression;
   const bool isCall = Token(1).Lexem == "." && rtl::SameText(Token(2).Lexem, "Create");
   if (spot == TNameSpot::Field && !FClasses.empty()) FClasses.back().push_back(FFindings.size());
-  AddTransaction(spot, Token().Lexem, Token().Offset, isCall);
+  AddTransaction(spot, Token().Lexem, *newClass, Token().Offset, isCall);
 }
 
 void TNameUses::AddLineInBody(size_t offset) {
@@ -184,20 +187,22 @@ void TNameUses::AddLineInBody(size_t offset) {
     for (int code = qrl::kWhiteSpace; code == qrl::kWhiteSpace || code == qrl::kComment;)
       code = scanner.GetNext(lexem);
   }
-  if (!AddsLine(lexems[0])) return;
+  const std::string* const newClass = ClassWithLine(lexems[0]);
+  if (newClass == nullptr) return;
   const bool isCall = lexems[1] == "." && rtl::SameText(lexems[2], "Create");
-  AddTransaction(TNameSpot::Expression, lexems[0], offset, isCall);
+  AddTransaction(TNameSpot::Expression, lexems[0], *newClass, offset, isCall);
 }
 
-void TNameUses::AddTransaction(TNameSpot spot, std::string_view name, size_t offset, bool isCall) {
+void TNameUses::AddTransaction(TNameSpot spot, std::string_view name, const std::string& newClass,
+                               size_t offset, bool isCall) {
   const TSpotRow& row = *std::find_if(std::begin(kSpots), std::end(kSpots),
                                       [spot](const TSpotRow& each) { return each.Spot == spot; });
   TFinding& finding = Add(TRuleId::TransactionLine, offset);
   finding.Level = row.Level;
   finding.OldClass = name;
-  finding.NewClass = *FInput.Rules.Classes.Find(name);
-  finding.Subject = finding.Detail =
-      spot == TNameSpot::Expression && isCall ? "a constructor call" : row.Text;
+  finding.NewClass = newClass;
+  finding.Subject = spot == TNameSpot::Expression && isCall ? "a constructor call" : row.Text;
+  if (FInput.Detail == TFindingDetail::Whole) finding.Detail = finding.Subject;
 }
 
 // A class cannot have two members with the same name: only the first field is correct, and none is if the

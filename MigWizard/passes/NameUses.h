@@ -50,9 +50,10 @@ class TNameUses : public TUnitReader {
   void FindLocal(TNameUse& use) const;
   bool IsUnitOf(const TOldName& old, const std::vector<std::string>& path) const;
   bool UsesUnitOf(const TOldName& old) const;
-  bool AddsLine(std::string_view name) const;
+  const std::string* ClassWithLine(std::string_view name) const;
   void AddTransaction(TNameSpot spot);
-  void AddTransaction(TNameSpot spot, std::string_view name, size_t offset, bool isCall);
+  void AddTransaction(TNameSpot spot, std::string_view name, const std::string& newClass, size_t offset,
+                      bool isCall);
   void AddTransactions(const std::vector<size_t>& fields, const TClassOutline& outline);
 
   const TUnitFindingInput& FInput;

@@ -137,12 +137,14 @@ std::string_view TTextPlaces::LineAt(size_t offset) const {
 }
 
 size_t TTextPlaces::OtherLineEnds() const {
-  const auto isOther = [](char before, char byte, char after) {
-    return static_cast<uint8_t>(((byte == '\n') & (before != '\r')) | ((byte == '\r') & (after != '\n')));
+  // A bare LF is counted at its place, and a bare CR at the byte after it.
+  const auto isOther = [](char before, char byte, char /*after*/) {
+    return static_cast<uint8_t>((byte == '\n') ^ (before == '\r'));
   };
   const size_t size = FText.size();
   if (size == 0) return 0;
-  size_t count = isOther('\0', FText[0], size > 1 ? FText[1] : '\0');
+  size_t count = isOther('\0', FText[0], '\0');
+  count += isOther(FText[size - 1], '\0', '\0');
   if (size > 1) count += isOther(FText[size - 2], FText[size - 1], '\0');
   return size > 2 ? count + CountBytes(FText, 1, size - 1, isOther) : count;
 }

@@ -1,7 +1,7 @@
 #include "MigWizard/passes/UnitFindings.h"
 
 #include <algorithm>
-#include <map>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -78,19 +78,20 @@ std::string NewClassAt(const TUnitFindingInput& input, size_t offset) {
 // Adds what is to be said of the units in the uses clauses.
 void AddUnits(const TUnitFindingInput& input, TNameUses& names) {
   const std::vector<std::string> newUnits = NamesOf(input.Rules.NewUnits);
-  std::map<std::string, int> counts;  // of the new units after the run
+  std::vector<int> counts(newUnits.size());  // of the new units after the run
   size_t firstDoubled = 0;
-  bool isDoubled = false, hasNew = false;
+  bool isDoubled = false, hasNew = false, hasAny = false;
   for (const TUsedUnit& used : names.UsedUnits()) {
     const size_t lastPart = used.Name.rfind('.') + 1;
     const bool isReplaced = rtl::SameText(used.Name.substr(lastPart), input.Rules.OldUnit) &&
                             !names.IsLeftOut(used.Offset + lastPart);
-    for (const std::string& name : newUnits) {
-      const bool isNew = rtl::SameText(used.Name, name);
+    for (size_t i = 0; i < newUnits.size(); ++i) {
+      const bool isNew = rtl::SameText(used.Name, newUnits[i]);
       if (!isNew && !isReplaced) continue;
+      hasAny = true;
       if (isNew && !std::exchange(hasNew, true) && !input.Result.Edits.Empty())
-        names.Add(TRuleId::SecondConversion, used.Offset).Subject = name;
-      if (++counts[name] == 2 && !std::exchange(isDoubled, true)) firstDoubled = used.Offset;
+        names.Add(TRuleId::SecondConversion, used.Offset).Subject = newUnits[i];
+      if (++counts[i] == 2 && !std::exchange(isDoubled, true)) firstDoubled = used.Offset;
     }
     const TOldName* old = used.HasPath ? nullptr : input.OldNames.FindUnit(used.Name);
     if (old == nullptr) continue;
@@ -100,14 +101,14 @@ void AddUnits(const TUnitFindingInput& input, TNameUses& names) {
   }
   if (isDoubled) {
     TFinding& finding = names.Add(TRuleId::DoubledUnits, firstDoubled);
-    int most = 0;
-    for (const auto& [name, count] : counts) {
-      most = std::max(most, count);
-      if (count > 1) finding.Subject.append(finding.Subject.empty() ? "" : ", ").append(name);
-    }
-    finding.Value = std::to_string(most);
+    std::set<std::string> doubled;  // in alphabetical order
+    for (size_t i = 0; i < newUnits.size(); ++i)
+      if (counts[i] > 1) doubled.insert(newUnits[i]);
+    for (const std::string& name : doubled)
+      finding.Subject.append(finding.Subject.empty() ? "" : ", ").append(name);
+    finding.Value = std::to_string(*std::max_element(counts.begin(), counts.end()));
   }
-  const TUnitMark* const mark = counts.empty() ? FirstNewClass(input, names) : nullptr;
+  const TUnitMark* const mark = !hasAny ? FirstNewClass(input, names) : nullptr;
   if (mark != nullptr) {
     TFinding& finding = names.Add(TRuleId::NoNewUnits, mark->Offset);
     finding.Subject = finding.NewClass = NewClassAt(input, mark->Offset);

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <utility>
 
+#include "MigWizard/passes/NameUses.h"
+
 namespace mig {
 namespace {
 
@@ -59,12 +61,12 @@ class TPartFinder {
                        [flags](const TUnitMark& mark) { return (mark.Flags & flags) != 0; });
   }
 
-  // Keeps the unit's name, its uses clause and the word `implementation`, which is at `end`. Returns False if the
-  // interface section has no uses clause.
+  // Keeps the unit's name, its uses clause if something may be said about it, and the word `implementation`,
+  // which is at `end`. Returns False if the interface section has no uses clause.
   bool KeepHead(size_t end) {
     const std::vector<TTextRange>& clauses = FUnit.UsesClauses;
     if (clauses.empty() || clauses[0].End > end || !FUnit.LeftOut.empty()) return false;
-    Keep(0, clauses[0].End);
+    Keep(0, FUnit.NamesUnits ? clauses[0].End : clauses[0].Begin);
     Keep(end, FSection);
     FParts.UnreadInterface = FSection;
     return true;
@@ -103,7 +105,7 @@ class TPartFinder {
     } else {
       if (FIsAfterBody) Keep(FSection, FSection + kEndWord.size());
       for (const TTextRange& uses : FUnit.UsesClauses)
-        if (uses.Begin >= FSection && uses.End <= end) Keep(uses.Begin, uses.End);
+        if (FUnit.NamesUnits && uses.Begin >= FSection && uses.End <= end) Keep(uses.Begin, uses.End);
     }
     FSection = end;
   }
@@ -154,6 +156,11 @@ TNameTable MakeUnitNames(const TUnitRules& rules, const TOldNames& oldNames) {
     const bool isReported = kind == TOldNames::Class || kind == TOldNames::Call || kind == TOldNames::Object;
     if (isReported && rules.Classes.Find(name) == nullptr) names.Add(name, kOldName);
   });
+  oldNames.ForEach([&names](TOldNames::TKind kind, const std::string& name) {
+    if (kind == TOldNames::Unit) names.Add(name, kUnit);
+  });
+  names.Add(rules.OldUnit, kUnit);
+  for (const std::string& name : NamesOf(rules.NewUnits)) names.Add(name.substr(name.rfind('.') + 1), kUnit);
   oldNames.ForEachMember([&names](const std::string& name) { names.Add(name, kOldMember); });
   return names;
 }

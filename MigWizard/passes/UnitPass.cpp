@@ -21,6 +21,8 @@ class TUnitPass {
       : FText(text), FEncoding(encoding), FRules(rules), FNames(names) {}
 
   TUnitResult Run() {
+    constexpr size_t kBytesPerMark = 256;
+    if (FNames != nullptr) FResult.Marks.reserve(FText.size() / kBytesPerMark);
     TPasParser scanner(FText, FEncoding);
     std::string_view lexem;
     bool inUses = false;
@@ -54,7 +56,8 @@ class TUnitPass {
   void ProcessIdentifier(std::string_view name, bool inUses) {
     if (FNames != nullptr) {
       const uint32_t flags = FNames->Find(name);
-      if (flags != 0 && !inUses) AddMark(name, flags);
+      if (inUses) FResult.NamesUnits = FResult.NamesUnits || (flags & kUnit) != 0;
+      if ((flags & ~kUnit) != 0 && !inUses) AddMark(name, flags & ~kUnit);
       // All classes of the map are in the table.
       if ((flags & kMappedClass) == 0 && !inUses) return;
     }

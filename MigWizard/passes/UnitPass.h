@@ -39,6 +39,7 @@ struct TUnitResult {
   int Changes = 0;
   std::vector<size_t> LeftOut;  // positions of edits that were removed by choice, in ascending order
   bool NamesNewUnits = false;   // a uses clause names one of the new units
+  bool NamesUnits = false;      // a uses clause may name an old or a new unit of the table of names
   std::vector<std::string_view> ResourceDirectives;  // views into the text, in its order: "{$R *.dfm}"
   std::vector<std::string_view> ChangedComments;     // views into the text: those with edits, in its order
   std::vector<TTextRange> UsesClauses;               // from `uses` to the semicolon

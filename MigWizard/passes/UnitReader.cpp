@@ -159,6 +159,8 @@ std::string TUnitReader::ReadDottedName() {
 }
 
 void TUnitReader::ReadUses() {
+  constexpr size_t kUsual = 16;  // units in a clause
+  FUsedUnits.reserve(FUsedUnits.size() + kUsual);
   Next();
   while (!AtEnd() && !Is(";")) {
     if (Token().IsName) {

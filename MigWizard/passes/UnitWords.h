@@ -68,6 +68,7 @@ inline constexpr uint32_t kAddsLine = 0x200;  // a mapped class that is replaced
 inline constexpr uint32_t kNewClass = 0x400;
 inline constexpr uint32_t kOldName = 0x800;     // a class, a function or an object of the old components
 inline constexpr uint32_t kOldMember = 0x1000;  // a member that a new class lacks
+inline constexpr uint32_t kUnit = 0x2000;       // the last part of the name of an old or a new unit
 
 struct TUnitToken {
   std::string_view Lexem;

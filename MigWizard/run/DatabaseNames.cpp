@@ -16,14 +16,16 @@ std::string AliasKey(std::string_view alias, const qrl::TEncoding& encoding) {
 
 }  // namespace
 
-void TDatabaseNames::Collect(const std::string& fileName) {
+void TDatabaseNames::Collect(const std::string& fileName, bool takesInherited) {
   rtl::TFileStream file(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
   WithFileInErrors(fileName, [&] {
     const TFormFile form = ReadFormFile(file);
     const std::string_view text = form.Text;
-    FindDatabaseNames(text.substr(0, text.find('\0')), *form.Encoding,
-                      [&](std::string_view alias, std::string_view component) {
-                        FDatabases.SetValue(AliasKey(alias, *form.Encoding), component);
+    FindDatabaseNames(text.substr(0, text.find('\0')), *form.Encoding, takesInherited,
+                      [&](const TDeclaredDatabase& database) {
+                        rtl::TStringList& list =
+                            database.IsInherited && !takesInherited ? FInherited : FDatabases;
+                        list.SetValue(AliasKey(database.Alias, *form.Encoding), database.Component);
                       });
   });
 }
@@ -31,6 +33,11 @@ void TDatabaseNames::Collect(const std::string& fileName) {
 std::string TDatabaseNames::Find(std::string_view alias, const qrl::TEncoding& encoding) {
   const std::lock_guard lock(FMutex);
   return std::string(FDatabases.Values(AliasKey(alias, encoding)));
+}
+
+std::string TDatabaseNames::FindInherited(std::string_view alias, const qrl::TEncoding& encoding) {
+  const std::lock_guard lock(FMutex);
+  return std::string(FInherited.Values(AliasKey(alias, encoding)));
 }
 
 }  // namespace mig

@@ -12,15 +12,19 @@ namespace mig {
 
 class TDatabaseNames {
  public:
-  // Reads a form file and adds its databases. Passes on exceptions of opening, reading and decoding it.
-  void Collect(const std::string& fileName);
+  // Reads a form file and adds its databases; those under `inherited` or `inline` only if `takesInherited` is True.
+  // Passes on exceptions of opening, reading and decoding it.
+  void Collect(const std::string& fileName, bool takesInherited);
 
   // Returns the component of an alias, "Root.Component", or an empty string. `encoding` is that of the form
-  // that refers to the alias. Several threads may call Find at a time, but not together with Collect.
+  // that refers to the alias. Several threads may call Find and FindInherited at a time, but not together with Collect.
   std::string Find(std::string_view alias, const qrl::TEncoding& encoding);
+  // The same for the databases that Collect did not add because they are inherited.
+  std::string FindInherited(std::string_view alias, const qrl::TEncoding& encoding);
 
  private:
   rtl::TStringList FDatabases;  // alias=Root.Component, the alias in UTF-8
+  rtl::TStringList FInherited;  // the same
   std::mutex FMutex;            // for look-ups: the first one builds the list's index
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "MigWizard/run/ReplaceOptions.h"
@@ -10,11 +11,14 @@
 
 namespace mig {
 
-// Returns the full names of these form files, in the order of a walk: the forms in the folder to scan, with
-// its subfolders if `options` include them, or the forms next to the units of a project with the units'
-// names. Leaves out `files`, the full names of the files of a run, and files that `hooks` exclude. Skips
-// folders that cannot be read.
+// Returns True if the extension is that of a form, in any case.
+bool IsFormFile(std::string_view fileName);
+
+// Returns the full names of these form files: those of `listed`, the form files in the folders of the run, in their
+// order, or the forms next to the units of a project with the units' names. Leaves out `files`, the full names of
+// the files of a run, and files that `hooks` exclude.
 std::vector<std::string> FindOtherForms(const TReplaceOptions& options, const TRunHooks& hooks,
-                                        const rtl::TStringList& files);
+                                        const rtl::TStringList& files,
+                                        const std::vector<std::string>& listed);
 
 }  // namespace mig

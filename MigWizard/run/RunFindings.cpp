@@ -78,8 +78,10 @@ std::vector<TFileReport> TRunFindings::Finish() {
     Index();
     for (const TUnit& unit : FUnits) ResolveUses(unit);
   }
+  std::unordered_set<std::string> ownUnits;
+  for (const TUnit& unit : FUnits) ownUnits.insert(rtl::LowerCase(unit.Outline->Name));
   for (TFileReport& file : FFiles) {
-    RemoveFindingsOfOwnNames(file);
+    RemoveFindingsOfOwnNames(file, ownUnits);
     if (!std::is_sorted(file.Findings.begin(), file.Findings.end(), ComesBefore))
       std::stable_sort(file.Findings.begin(), file.Findings.end(), ComesBefore);
   }
@@ -296,14 +298,13 @@ std::string TRunFindings::ConvertedClassOf(const std::string& type, const std::s
   return {};
 }
 
-// Removes findings about units and classes that the run's own units declare under old names.
-void TRunFindings::RemoveFindingsOfOwnNames(TFileReport& file) const {
-  const auto isOwn = [this](const TFinding& finding) {
+// Removes findings about units and classes that the run's own units declare under old names. `ownUnits` are the
+// names of these units in lower case.
+void TRunFindings::RemoveFindingsOfOwnNames(TFileReport& file,
+                                            const std::unordered_set<std::string>& ownUnits) const {
+  const auto isOwn = [&](const TFinding& finding) {
     if (finding.Rule == TRuleId::UnmappedClass) return FOutlines.contains(rtl::LowerCase(finding.OldClass));
-    if (finding.Rule != TRuleId::OldUnit) return false;
-    return std::any_of(FUnits.begin(), FUnits.end(), [&finding](const TUnit& unit) {
-      return rtl::SameText(unit.Outline->Name, finding.Subject);
-    });
+    return finding.Rule == TRuleId::OldUnit && ownUnits.contains(rtl::LowerCase(finding.Subject));
   };
   file.Findings.erase(std::remove_if(file.Findings.begin(), file.Findings.end(), isOwn), file.Findings.end());
 }

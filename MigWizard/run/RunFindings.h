@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -75,7 +76,7 @@ class TRunFindings {
   TFound FindAfterUnit(const TUnit& unit, const TNameUse& use, size_t& parts) const;
   TFound FindMember(const std::string& className, const std::string& member) const;
   std::string ConvertedClassOf(const std::string& type, const std::string& member) const;
-  void RemoveFindingsOfOwnNames(TFileReport& file) const;
+  void RemoveFindingsOfOwnNames(TFileReport& file, const std::unordered_set<std::string>& ownUnits) const;
 
   const TClassMap& FClasses;
   const TOldNames& FOldNames;

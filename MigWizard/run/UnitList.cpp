@@ -6,6 +6,7 @@
 #include "MigWizard/passes/UnitNames.h"
 #include "MigWizard/run/FileUtils.h"
 #include "MigWizard/run/IDEUtils.h"
+#include "MigWizard/run/OtherForms.h"
 #include "rtl/text/Files.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
@@ -35,8 +36,9 @@ void InitProjectUnits(const TReplaceOptions& options, const TRunHooks& hooks, rt
 
 class TFolderScan {
  public:
-  TFolderScan(const TRunHooks& hooks, rtl::TStringList& units, std::vector<TLeftOut>& leftOut)
-      : FHooks(hooks), FUnits(units), FLeftOut(leftOut) {}
+  TFolderScan(const TRunHooks& hooks, rtl::TStringList& units, std::vector<TLeftOut>& leftOut,
+              std::vector<std::string>* forms)
+      : FHooks(hooks), FUnits(units), FLeftOut(leftOut), FForms(forms) {}
 
   // Does not follow links to folders.
   void ScanFolder(const std::string& dir, bool includeSubDirs) {
@@ -47,6 +49,8 @@ class TFolderScan {
         if (!entries.IsLink()) ScanFolder(path, includeSubDirs);
       } else if (IsUnitSource(entries.Name()) && !FHooks.IsExcluded(path)) {
         FUnits.Add(path);
+      } else if (FForms != nullptr && !entries.IsFolder() && IsFormFile(entries.Name())) {
+        FForms->push_back(path);
       }
     }
     if (!entries.IsComplete()) LeaveOutFolder(dir, entries.Error());
@@ -73,16 +77,17 @@ class TFolderScan {
   const TRunHooks& FHooks;
   rtl::TStringList& FUnits;
   std::vector<TLeftOut>& FLeftOut;
+  std::vector<std::string>* const FForms;  // null: not listed
 };
 
 }  // namespace
 
 void InitUnitList(const TReplaceOptions& options, const TRunHooks& hooks, rtl::TStringList& units,
-                  std::vector<TLeftOut>& leftOut) {
+                  std::vector<TLeftOut>& leftOut, std::vector<std::string>* forms) {
   if (options.Dest == sdProject) {
     InitProjectUnits(options, hooks, units);
   } else {
-    TFolderScan(hooks, units, leftOut).ScanFolder(options.Directory, options.IncludeSubDirs);
+    TFolderScan(hooks, units, leftOut, forms).ScanFolder(options.Directory, options.IncludeSubDirs);
   }
 }
 

@@ -41,6 +41,9 @@ TWalk::TWalk(const TRunContext& context, TChangedFiles& changed, TBackups& backu
     converter->OnGetDatabase = [this](std::string_view alias, const qrl::TEncoding& encoding) {
       return FDatabases.Find(alias, encoding);
     };
+    converter->OnGetInheritedDatabase = [this](std::string_view alias, const qrl::TEncoding& encoding) {
+      return FDatabases.FindInherited(alias, encoding);
+    };
     if (FSelection != nullptr)
       converter->OnGetSelection = [this](const std::string& fileName) { return FSelection->Find(fileName); };
     converter->ListEdits(FPlan != nullptr);
@@ -51,6 +54,7 @@ TWalk::TWalk(const TRunContext& context, TChangedFiles& changed, TBackups& backu
 TWalk::~TWalk() {
   for (TFileConverter* const converter : {&FConverter, &FOtherConverter}) {
     converter->OnGetDatabase = nullptr;
+    converter->OnGetInheritedDatabase = nullptr;
     converter->OnGetSelection = nullptr;
     converter->ListEdits(false);
     converter->SkipConverted(false);
@@ -58,7 +62,7 @@ TWalk::~TWalk() {
 }
 
 void TWalk::FindUnits() {
-  InitUnitList(FOptions, FHooks, FUnits, FLeftOut);
+  InitUnitList(FOptions, FHooks, FUnits, FLeftOut, FHooks.OnOtherForm ? &FListedForms : nullptr);
 }
 
 void TWalk::Preview() {
@@ -111,7 +115,7 @@ void TWalk::CollectDatabaseNames(int firstForm) {
     FHooks.Report({firstForm, FUnits.Count(), FUnits[i], TRunPhase::Reading, i - firstForm,
                    FUnits.Count() - firstForm});
     try {
-      FDatabases.Collect(FUnits[i]);
+      FDatabases.Collect(FUnits[i], FConverter.ConvertsInherited());
     } catch (const rtl::EStreamError& error) {
       if (!policy.Strict) throw;
       FUnreadForms.emplace(FUnits[i], error.what());
@@ -132,7 +136,7 @@ void TWalk::ReportProgress(int done, std::string_view fileName) const {
 }
 
 void TWalk::ReportOtherForms() {
-  for (const std::string& form : FindOtherForms(FOptions, FHooks, FUnits)) {
+  for (const std::string& form : FindOtherForms(FOptions, FHooks, FUnits, FListedForms)) {
     std::string bytes;
     try {
       rtl::TFileStream file(form, rtl::fmOpenRead | rtl::fmShareDenyNone);

@@ -69,8 +69,9 @@ class TWalk {
   TChangedFiles& FChanged;
   TBackups& FBackups;
   TWorkQueue& FQueue;
-  rtl::TStringList FUnits;  // work list: full names in processing order; grows during the walk
-  int FFirstForm = 0;       // number of units in FUnits
+  rtl::TStringList FUnits;                // work list: full names in processing order; grows during the walk
+  int FFirstForm = 0;                     // number of units in FUnits
+  std::vector<std::string> FListedForms;  // form files in the folders of the run, if OnOtherForm is set
   int FChangedFiles = 0;
   bool FIsPreview = false;
   TDatabaseNames FDatabases;
