@@ -238,11 +238,11 @@ const TEditSelection* TFileConverter::SelectIn(TFormToComplete& form) const {
 }
 
 void TFileConverter::LookAtForms(const std::vector<std::string>& formFiles, const TFormLook& look) {
+  if (!OnReadForm) return;
   FRefersToDatabases = false;
   for (const std::string& fileName : formFiles) {
     try {
-      rtl::TFileStream stream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
-      const TFormFile form = DecodeFormFile(stream.ReadToEnd());
+      const TFormFile form = DecodeFormFile(OnReadForm(fileName));
       const std::string_view text = std::string_view(form.Text).substr(0, form.Text.find('\0'));
       TFormToComplete toLookAt = {fileName, text, *form.Encoding, FClasses, {}, nullptr};
       (void)SelectIn(toLookAt);

@@ -79,6 +79,9 @@ class TFileConverter {
   // The same for the component that declares the alias and is not converted because it is inherited. Only findings
   // ask for it. May be unset.
   std::function<std::string(std::string_view alias, const qrl::TEncoding& encoding)> OnGetInheritedDatabase;
+  // Returns the bytes of a form that a unit names, for the completion of the unit. Raises an exception if it
+  // cannot be read. Unset if no form can be read.
+  std::function<std::string(const std::string& fileName)> OnReadForm;
   // Returns the edits of a file to leave out, or null if there are none. A file without any other edit is not
   // changed, not even by its completion.
   std::function<const TEditSelection*(const std::string& fileName)> OnGetSelection;

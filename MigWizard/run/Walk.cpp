@@ -44,6 +44,9 @@ TWalk::TWalk(const TRunContext& context, TChangedFiles& changed, TBackups& backu
     converter->OnGetInheritedDatabase = [this](std::string_view alias, const qrl::TEncoding& encoding) {
       return FDatabases.FindInherited(alias, encoding);
     };
+    converter->OnReadForm = [](const std::string& fileName) {
+      return rtl::TFileStream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone).ReadToEnd();
+    };
     if (FSelection != nullptr)
       converter->OnGetSelection = [this](const std::string& fileName) { return FSelection->Find(fileName); };
     converter->ListEdits(FPlan != nullptr);
@@ -55,6 +58,7 @@ TWalk::~TWalk() {
   for (TFileConverter* const converter : {&FConverter, &FOtherConverter}) {
     converter->OnGetDatabase = nullptr;
     converter->OnGetInheritedDatabase = nullptr;
+    converter->OnReadForm = nullptr;
     converter->OnGetSelection = nullptr;
     converter->ListEdits(false);
     converter->SkipConverted(false);
