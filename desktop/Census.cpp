@@ -50,6 +50,7 @@ TCensus::TCensus()
   }
   FThread.setMaxThreadCount(1);
   QObject::connect(&FWatcher, &QFutureWatcherBase::finished, &FWatcher, [this] {
+    FIsCounting = false;
     if (!FWatcher.isCanceled() && FWatcher.future().resultCount() > 0 && OnCounted)
       OnCounted(FWatcher.result());
   });
@@ -63,6 +64,7 @@ TCensus::~TCensus() {
 
 void TCensus::Start(std::vector<std::string> units) {
   FWatcher.cancel();
+  FIsCounting = true;
   FWatcher.setFuture(
       QtConcurrent::run(&FThread, [this, units = std::move(units)](QPromise<TCounts>& promise) {
         const std::unique_ptr<win::TFileSystem> files = win::AnotherHostFileSystem();

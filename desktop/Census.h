@@ -42,7 +42,7 @@ class TCensus {
   // not ended.
   // Forms that cannot be read or converted do not count.
   void Start(std::vector<std::string> units);
-  bool IsIdle() const { return FWatcher.isFinished(); }
+  bool IsIdle() const { return !FIsCounting; }
 
   // Called when the count has ended.
   std::function<void(const TCounts& counts)> OnCounted;
@@ -55,6 +55,7 @@ class TCensus {
   std::array<std::unique_ptr<mig::TFileConverter>, 2> FConverters;
   QThreadPool FThread;
   QFutureWatcher<TCounts> FWatcher;
+  bool FIsCounting = false;  // until OnCounted was called, which is after the task has finished
 };
 
 // Returns a sentence: "24 objects in 5 forms: TQuery 12, TTable 8, ...".

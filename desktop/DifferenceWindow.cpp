@@ -37,7 +37,10 @@ TDifferenceWindow::TDifferenceWindow(const QString& fileName, const QString& lef
   rows->addWidget(close, 0, Qt::AlignRight);
   resize(kSize.boundedTo(screen()->availableSize() * 9 / 10));
   FView->ShowNote("Comparing...");
-  connect(&FTask, &QFutureWatcherBase::finished, this, [this] { ShowResult(FTask.result()); });
+  connect(&FTask, &QFutureWatcherBase::finished, this, [this] {
+    FIsComparing = false;
+    ShowResult(FTask.result());
+  });
   FTask.setFuture(QtConcurrent::run(Compare, compare));
 }
 

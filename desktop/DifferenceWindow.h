@@ -23,8 +23,8 @@ class TDifferenceWindow : public QDialog {
   TDifferenceWindow(const QString& fileName, const QString& left, const QString& right,
                     const std::function<std::shared_ptr<const TFileDiff>()>& compare, QWidget* parent);
 
-  // Returns whether the comparison has ended.
-  bool IsIdle() const { return FTask.isFinished(); }
+  // Returns whether the result of the comparison is shown.
+  bool IsIdle() const { return !FIsComparing; }
 
  private:
   struct TResult {
@@ -36,6 +36,7 @@ class TDifferenceWindow : public QDialog {
 
   TDiffView* FView;
   QFutureWatcher<TResult> FTask;
+  bool FIsComparing = true;  // until the result is shown, which is after the task has finished
 };
 
 }  // namespace desktop

@@ -87,7 +87,9 @@ TReviewPage::TReviewPage(TUse use, QWidget* parent)
       for (const TCounts& counts : files) FModel->SetCounts(counts.File, counts.Added, counts.Removed);
     }
   });
+  connect(&FCounting, &QFutureWatcherBase::finished, this, [this] { FIsCounting = false; });
   connect(&FComparing, &QFutureWatcherBase::finished, this, [this] {
+    FIsComparing = false;
     if (FFile >= 0) ShowDiff(FComparing.result());  // otherwise of files that are no longer shown
   });
 }
@@ -215,6 +217,7 @@ bool TReviewPage::IgnoresSpace(const TReviewFile& file) const {
 void TReviewPage::Count() {
   FCounting.cancel();
   FModel->ForgetCounts();
+  FIsCounting = true;
   FCounting.setFuture(QtConcurrent::run([set = FModel->Set(), ignoreSpace = FIgnoreSpace->isChecked()](
                                             QPromise<std::vector<TCounts>>& promise) {
     const std::vector<TReviewFile>& files = set->Files();
@@ -237,6 +240,7 @@ void TReviewPage::ShowSelected() {
   FEdit = index.data(TReviewModel::EditIndexRole).toInt();
   const TDiffLayout layout = {.SideBySide = FSideBySide->isChecked(), .WholeFile = FWholeFile->isChecked()};
   const bool ignoreSpace = IgnoresSpace(FModel->Set()->Files()[static_cast<size_t>(file)]);
+  FIsComparing = true;
   FComparing.setFuture(QtConcurrent::run([set = FModel->Set(), file, ignoreSpace, layout] {
     const TReviewFile& each = set->Files()[static_cast<size_t>(file)];
     TResult result;
@@ -268,7 +272,7 @@ int TReviewPage::OldLine() const {
 }
 
 bool TReviewPage::IsIdle() const {
-  return FComparing.isFinished() && FCounting.isFinished();
+  return !FIsComparing && !FIsCounting;
 }
 
 // --- Moving around ---

@@ -97,9 +97,11 @@ class TReviewPage : public QWidget {
   std::vector<int> FShown;  // the files that the filter shows, in the order of the tree
   QFutureWatcher<std::vector<TCounts>> FCounting;
   QFutureWatcher<TResult> FComparing;  // the selected file
-  int FFile = -1;                      // the selected one
-  int FEdit = -1;                      // of the file, or -1
-  bool FAtLast = false;                // whether the next page is shown from its last change
+  // Until the results are shown, which is after the tasks have finished.
+  bool FIsCounting = false, FIsComparing = false;
+  int FFile = -1;        // the selected one
+  int FEdit = -1;        // of the file, or -1
+  bool FAtLast = false;  // whether the next page is shown from its last change
   std::vector<TReviewRows> FRows;
 };
 

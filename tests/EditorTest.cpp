@@ -157,11 +157,12 @@ TEST_F(EditorTest, TheCodePageIsGuessedAndChosen) {
   auto& keep = Find<QPushButton>("CodePageKeep");
   for (const bool isNarrow : {false, true}) {
     FWindow.resize(isNarrow ? 700 : 1900, 600);
-    QCoreApplication::processEvents();
+    const auto isLaidOut = [&] {
+      const QPoint textAt = text.mapTo(&FWindow, QPoint()), keepAt = keep.mapTo(&FWindow, QPoint());
+      return (textAt.x() < keepAt.x() && textAt.y() < keepAt.y()) == isNarrow;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isLaidOut, 30000)) << isNarrow;
     TakePicture(FWindow);
-    EXPECT_EQ(text.mapTo(&FWindow, QPoint()).x() < keep.mapTo(&FWindow, QPoint()).x() &&
-                  text.mapTo(&FWindow, QPoint()).y() < keep.mapTo(&FWindow, QPoint()).y(),
-              isNarrow);
     ExpectWholeTexts(FWindow);
   }
   keep.click();
