@@ -14,7 +14,6 @@
 #include "target/KVAFormParser.h"
 #include "target/KVAReplacer.h"
 #include "target/OldNameList.h"
-#include "tests/TempTree.h"
 
 namespace {
 
@@ -373,11 +372,10 @@ class FormObjectsTest : public testing::Test {
 
   // Returns the form after the conversion; `told` gets what is not completed, in the unit and in the form.
   std::string Convert(const std::string& form, std::string* told = nullptr) {
-    FTree.Write("F.dfm", form);
+    FConverter.OnReadForm = [&form](const std::string&) { return form; };
     const mig::TFileConversion unit = FConverter.Convert(
-        FTree.WindowsPath("F.pas"),
-        "unit F; type TF = class(TForm) A, B: TDatabase; BTransaction: TX; end; {$R *.dfm}");
-    const mig::TFileConversion converted = FConverter.Convert(FTree.WindowsPath("F.DFM"), form);
+        "C:\\F.pas", "unit F; type TF = class(TForm) A, B: TDatabase; BTransaction: TX; end; {$R *.dfm}");
+    const mig::TFileConversion converted = FConverter.Convert("C:\\F.DFM", form);
     for (const mig::TFileConversion* const file : {&unit, &converted}) {
       if (told == nullptr || !file->Findings) continue;
       for (const mig::TFinding& finding : file->Findings->Findings) {
@@ -389,7 +387,6 @@ class FormObjectsTest : public testing::Test {
   }
 
  private:
-  const tests::TTempTree FTree;
   target::TKVAMigration FMigration{target::TCatalogue::BuiltIn()};
   const mig::TOldNames FNames = target::BuiltInOldNames(FMigration.BDE().Classes());
   const completion::TCompletion FCompletion{{false, true, true, true, false},
