@@ -1,6 +1,6 @@
 // Opens a project in the window, previews its migration, converts it and undoes that, then does so again and
-// keeps the result. Prints a line for each step, in seconds: the longest time that an event of the window waited
-// for its turn, and the time until the step had ended.
+// keeps the result. Prints a line for each step, in seconds: the longest time that an event of the window
+// waited for its turn, and the time until the step had ended.
 //
 //   QT_QPA_PLATFORM=offscreen RunWindowBench PROJECT
 #include <QApplication>

@@ -158,15 +158,15 @@ class TParser {
   TCommandLine FLine;
 };
 
-// Returns whether one of the words is the option. If it is that for the help or the version, mistakes in other options
-// are ignored.
+// Returns whether one of the words is the option. If it is that for the help or the version, mistakes in
+// other options are ignored.
 bool HasOption(const TWords& words, std::string_view name) {
   const auto end = std::find(words.begin(), words.end(), "--");
   return std::find(words.begin(), end, name) != end;
 }
 
-// Prints the help of the command that `words` begin with, of all commands with that first word, or the general help.
-// With `isStrict`, more words are refused.
+// Prints the help of the command that `words` begin with, of all commands with that first word, or the
+// general help. With `isStrict`, more words are refused.
 void PrintHelp(TWords words, bool isStrict) {
   std::erase_if(words, [](const std::string& word) { return word.starts_with('-'); });
   std::string help;

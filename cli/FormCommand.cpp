@@ -39,8 +39,8 @@ std::string_view MarkOf(std::string_view bytes) {
                                          : std::string_view();
 }
 
-// Appends the text of another form, on a line of its own and without its mark. Raises rtl::Exception if its encoding is
-// not that of the text so far.
+// Appends the text of another form, on a line of its own and without its mark. Raises rtl::Exception if its
+// encoding is not that of the text so far.
 void AppendText(std::string& text, std::string_view form, const std::string& input) {
   using namespace std::string_view_literals;
   const std::string_view mark = MarkOf(text);

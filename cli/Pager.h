@@ -5,7 +5,8 @@
 
 namespace cli {
 
-// $PAGER, or `less`, or `cat` if there is no such program; none if $PAGER is empty. On Windows there is none: consoles scroll.
+// $PAGER, or `less`, or `cat` if there is no such program; none if $PAGER is empty. On Windows there is none:
+// consoles scroll.
 class TPager {
  public:
   TPager() = default;

@@ -33,8 +33,8 @@ struct TFormConnections {
 TFormConnections FindConnections(mig::TFormToComplete& form, const TTransactionRules& rules);
 
 // Adds the object of its transaction, placed next to it, to each edit that converts a connection. Only
-// connections in `names`, the transactions that the form's unit declares, get one, because an object without a
-// field could not be loaded. Adds nothing if the form already has an object of that name.
+// connections in `names`, the transactions that the form's unit declares, get one, because an object without
+// a field could not be loaded. Adds nothing if the form already has an object of that name.
 void AddTransactions(mig::TFormToComplete& form, const TTransactionNames& names,
                      const TTransactionRules& rules);
 

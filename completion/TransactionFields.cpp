@@ -132,8 +132,8 @@ class TClassReader {
   std::vector<TClassBody> FClasses;
 };
 
-// Returns where a new line goes after the statement that ends with the ";" before `end`: after the comments that
-// follow on its line if nothing else does, else at once. A comment may go on over several lines.
+// Returns where a new line goes after the statement that ends with the ";" before `end`: after the comments
+// that follow on its line if nothing else does, else at once. A comment may go on over several lines.
 size_t LineEndAfter(std::string_view text, size_t end, const qrl::TEncoding& encoding) {
   mig::TPasParser scanner(text, encoding);
   scanner.SetPosition(end);
@@ -160,8 +160,8 @@ std::string IndentOf(std::string_view text, size_t offset) {
   return std::string(before.substr(0, std::min(before.find_first_not_of(" \t"), before.size())));
 }
 
-// Returns the name of the transaction of `connection`, one of `count` connections of a class. An ancestor may have a
-// connection, too, unless it is known to have none.
+// Returns the name of the transaction of `connection`, one of `count` connections of a class. An ancestor may
+// have a connection, too, unless it is known to have none.
 std::string TransactionName(const TTransactionRules& rules, const TClassBody& body,
                             std::string_view connection, size_t count) {
   const bool isOnly = count == 1 && Lists(kRoots, body.Ancestor);

@@ -44,11 +44,11 @@ struct TTransactionFields {
 
 // Returns `edits`, the edits of the conversion of `text`, changed so that exactly the component fields of the
 // old class add a transaction. Component fields are those in the published part of a class with an ancestor.
-// The transaction is called `rules.Name`, prefixed by the name of the connection if the class has several, or may
-// have: if its ancestor is no class of the run-time library, it may have one. Classes that no form belongs to, such as
-// those of TComponent, add none.
-// Every other mention of the old class is replaced by the new class alone. A field gets no transaction if its
-// class already has a member of that name, or if its form has no place for one. Offsets are in bytes, 0-based.
+// The transaction is called `rules.Name`, prefixed by the name of the connection if the class has several, or
+// may have: if its ancestor is no class of the run-time library, it may have one. Classes that no form
+// belongs to, such as those of TComponent, add none. Every other mention of the old class is replaced by the
+// new class alone. A field gets no transaction if its class already has a member of that name, or if its form
+// has no place for one. Offsets are in bytes, 0-based.
 //
 // `findPlace` is empty if the unit names no form; no class has component fields then.
 TTransactionFields CompleteTransactionFields(std::string_view text, const qrl::TEncoding& encoding,

@@ -235,9 +235,9 @@ class TUsesStep {
     return last == clause.Items.rend() ? nullptr : &*last;
   }
 
-  // Unmarks the items whose comma is between conditional directives: at the end of the clause the comma before the
-  // first of them, else the one after the item. `place`, which the new units replace, needs no comma. Returns False if
-  // one of them would move to the interface.
+  // Unmarks the items whose comma is between conditional directives: at the end of the clause the comma
+  // before the first of them, else the one after the item. `place`, which the new units replace, needs no
+  // comma. Returns False if one of them would move to the interface.
   bool KeepStuck(const TUsesClause& clause, const TUsesItem* place) {
     const auto goes = [&](const TUsesItem& item) { return &item != place && FMarked.contains(&item); };
     if (std::all_of(clause.Items.begin(), clause.Items.end(), goes)) return true;  // with all commas

@@ -36,8 +36,8 @@ TReviewedRun ReadRun(TRunRecord record, const std::string& backupDir, const TRep
 // report and the marks beside it. A file that no longer exists is empty in the new version.
 TReviewedRun ReadEarlierRun(const std::string& undoFile);
 
-// Reads the report and the marks of the last run in this folder, a full Windows path. Sets nothing but perhaps
-// Failure if no report of it was kept, or all of its files are as before it.
+// Reads the report and the marks of the last run in this folder, a full Windows path. Sets nothing but
+// perhaps Failure if no report of it was kept, or all of its files are as before it.
 TReviewedRun ReadLastFindings(const std::string& folder);
 
 // Reads a single file of an undo file; both are full Windows paths. The set is empty if the file is as its

@@ -48,8 +48,8 @@ class TRunReview {
   // Returns whether no such task runs, and no finding is being opened.
   bool IsIdle() const { return !FIsReading && !FIsLooking && !FIsOpening; }
 
-  // Shows the host's active project on the page for its migration, or removes the page if none is open. Unless
-  // a run is shown, also shows what the project's last run left, as soon as a task has read it.
+  // Shows the host's active project on the page for its migration, or removes the page if none is open.
+  // Unless a run is shown, also shows what the project's last run left, as soon as a task has read it.
   void ShowProject();
 
   // Bring the page to the front, and open it if the user has closed it.

@@ -1,5 +1,5 @@
-// The style of the application, with an outline around ticks in dark themes: Fusion draws it darker than the page, so
-// that an empty box cannot be seen.
+// The style of the application, with an outline around ticks in dark themes: Fusion draws it darker than the
+// page, so that an empty box cannot be seen.
 //
 //   QApplication::setStyle(new TTickStyle);
 #pragma once

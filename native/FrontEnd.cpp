@@ -32,8 +32,8 @@ constexpr TMessageType kMessageTypes[] = {
     {rtl::TMsgDlgType::Information, rtl::MB_ICONINFORMATION, "Information"},
 };
 
-// Returns a question with the lines after the first one in an area that scrolls, for a text that a message box may
-// not show in full; nullopt for any other text.
+// Returns a question with the lines after the first one in an area that scrolls, for a text that a message
+// box may not show in full; nullopt for any other text.
 std::optional<rtl::TQuestion> AsQuestion(std::string_view text, std::string_view caption, unsigned flags) {
   rtl::TQuestion question{.Caption = std::string(caption), .Text = {}, .Flags = flags, .Buttons = {"OK"}};
   size_t height = 0;

@@ -1,5 +1,5 @@
-// Identifies the findings of a file independently of their places, so that they stay the same after lines have
-// moved.
+// Identifies the findings of a file independently of their places, so that they stay the same after lines
+// have moved.
 //
 //   TFingerprints fingerprints(PathOf(report, file));
 //   for (const mig::TFinding& finding : file.Findings) Use(fingerprints.Next(finding));

@@ -139,8 +139,8 @@ TEST(UsesStepTest, Table) {
   }
 }
 
-// Returns the units of the first uses clause as the compiler sees them if S and T are defined or not; an empty name
-// where one is missing.
+// Returns the units of the first uses clause as the compiler sees them if S and T are defined or not; an
+// empty name where one is missing.
 std::vector<std::string> UnitsOf(const std::string& text, bool hasS, bool hasT) {
   std::vector<std::string> units = {""};
   bool isActive = true;
@@ -159,8 +159,8 @@ std::vector<std::string> UnitsOf(const std::string& text, bool hasS, bool hasT) 
   return units;
 }
 
-// Clauses with conditional items, in every configuration: they stay clauses, lose nothing that is no old unit, and list
-// the new units once. A second run changes nothing.
+// Clauses with conditional items, in every configuration: they stay clauses, lose nothing that is no old
+// unit, and list the new units once. A second run changes nothing.
 TEST(UsesStepTest, ClausesWithDirectives) {
   std::mt19937 random(1);
   const char* const names[] = {"A", "B", "C", "DBTables", "Bde", "DBTables", "Bde"};

@@ -42,7 +42,8 @@ TEST_F(EditorTest, EditsAreMarkedSavedAndAskedFor) {
   EXPECT_EQ(Text("About.pas"), "// \xE9\r\n" + before);
 }
 
-// What the user can undo: typing, and a run as one step. After all is undone the file is not marked as changed.
+// What the user can undo: typing, and a run as one step. After all is undone the file is not marked as
+// changed.
 TEST_F(EditorTest, EverythingCanBeUndone) {
   Open(kGroup);
   FWindow.OpenFile("C:\\App\\DataMod.pas");

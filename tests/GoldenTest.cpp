@@ -151,8 +151,8 @@ std::set<std::string> LineEnds(const std::string& text) {
   return kinds;
 }
 
-// No line of a completed tree differs from the original by white space alone, no line ends are mixed, and a second
-// run changes nothing.
+// No line of a completed tree differs from the original by white space alone, no line ends are mixed, and a
+// second run changes nothing.
 TEST_P(GoldenTest, CompletedTwice) {
   if (!Setting(FName, "result").empty()) GTEST_SKIP() << "the run stops";
   const auto before = ReadSources(FTree);

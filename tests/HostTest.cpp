@@ -196,7 +196,8 @@ TEST_F(HostTest, BuffersAreSavedReloadedAndNeverLost) {
   EXPECT_TRUE(main.IsOpen() && main.Modified());
 }
 
-// The bytes of an editor's text are made when they are needed; a text that has none is not saved, and not lost.
+// The bytes of an editor's text are made when they are needed; a text that has none is not saved, and not
+// lost.
 TEST_F(HostTest, BytesAreMadeLater) {
   ASSERT_TRUE(FHost.OpenProject("C:\\App\\App.dpr", true));
   TModule& main = FHost.OpenModule("C:\\App\\Main.pas");

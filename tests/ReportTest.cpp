@@ -134,8 +134,8 @@ TCounts Count(const std::string& before, const std::string& after, const mig::TC
 
 class ReportTest : public testing::Test {
  protected:
-  // Previews the run of a folder or a project below `tree`, and returns its files. Stores the changed files in
-  // `files`.
+  // Previews the run of a folder or a project below `tree`, and returns its files. Stores the changed files
+  // in `files`.
   TReport Preview(const fs::path& tree, const std::string& mode, const std::string& project,
                   std::map<std::string, std::string>* files = nullptr, bool isCompleted = false,
                   mig::TFindingDetail detail = mig::TFindingDetail::Whole) {

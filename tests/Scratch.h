@@ -1,5 +1,5 @@
-// A tree that is drive C: and also contains the user's settings, as the text of the file TScratch::kSettings. All
-// of it is gone afterwards.
+// A tree that is drive C: and also contains the user's settings, as the text of the file TScratch::kSettings.
+// All of it is gone afterwards.
 #pragma once
 
 #ifdef _WIN32

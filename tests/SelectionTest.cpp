@@ -1,4 +1,5 @@
-// Runs of a part of what could be changed: the list to choose from, and that what is left out keeps every byte.
+// Runs of a part of what could be changed: the list to choose from, and that what is left out keeps every
+// byte.
 #include <gtest/gtest.h>
 
 #include "MigWizard/passes/FormFile.h"

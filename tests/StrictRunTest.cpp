@@ -90,8 +90,8 @@ TEST_F(StrictRunTest, WhateverFailsEveryByteComesBack) {
   }
 }
 
-// An editor saves a file before each operation of a run. If it keeps size and time of the file, only the contents
-// tell, which are compared while the time is recent.
+// An editor saves a file before each operation of a run. If it keeps size and time of the file, only the
+// contents tell, which are compared while the time is recent.
 TEST_F(StrictRunTest, AnEditIsNeverLost) {
   const TFiles before = Sources();
   const std::string unit = FTree.HostPath("src/A.pas");

@@ -35,9 +35,9 @@ bool MakeLink(const std::string& text, const std::string& path);
 // Returns whether this machine has a shell of POSIX and git, to apply patches.
 bool HasGit();
 
-// Runs kvamigrate in `folder`, with its temporary files in `temporary`, standard output in out.txt and standard
-// error in err.txt. `arguments` is a piece of a command line for sh: words, some of them in '...', and
-// redirections. Returns the exit status.
+// Runs kvamigrate in `folder`, with its temporary files in `temporary`, standard output in out.txt and
+// standard error in err.txt. `arguments` is a piece of a command line for sh: words, some of them in '...',
+// and redirections. Returns the exit status.
 int RunProgram(const std::string& folder, const std::string& temporary, const std::string& arguments);
 
 }  // namespace tests

@@ -40,8 +40,8 @@ struct TUnitToComplete {
   const TClassMap& Classes;
   const TTextEdits& Edits;                    // of the conversion
   const std::vector<std::string>& FormFiles;  // full names of the forms that it names
-  // Reads and converts those forms, and passes each to `look`, without a list of its conversions and without references to
-  // connections. Forms that cannot be read are left out.
+  // Reads and converts those forms, and passes each to `look`, without a list of its conversions and without
+  // references to connections. Forms that cannot be read are left out.
   std::function<void(const TFormLook& look)> LookAtForms;
 };
 
@@ -70,8 +70,8 @@ class IFileCompletion {
   // Return the whole text after conversion and completion. May raise. CompleteForm adds its edits to those of
   // the form. A unit is completed before its forms.
   virtual TCompletedUnit CompleteUnit(const TUnitToComplete& unit) const = 0;
-  // Called for a unit that is not written, after its completion if there was one. Its forms get nothing that needs
-  // a changed unit.
+  // Called for a unit that is not written, after its completion if there was one. Its forms get nothing that
+  // needs a changed unit.
   virtual void OnUnitKept(const std::vector<std::string>& formFiles) const = 0;
   virtual std::string CompleteForm(TFormToComplete& form, TFormParser& parser) const = 0;
   // Returns True if objects under `inherited` and `inline` are converted.

@@ -76,8 +76,8 @@ class TFileConverter {
   // Returns the reference that replaces a form's database alias, as a name of the run (ComponentNames.h), or
   // an empty string if there is none. `alias` is working text in `encoding`.
   std::function<std::string(std::string_view alias, const qrl::TEncoding& encoding)> OnGetDatabase;
-  // The same for the component that declares the alias and is not converted because it is inherited. Only findings
-  // ask for it. May be unset.
+  // The same for the component that declares the alias and is not converted because it is inherited. Only
+  // findings ask for it. May be unset.
   std::function<std::string(std::string_view alias, const qrl::TEncoding& encoding)> OnGetInheritedDatabase;
   // Returns the bytes of a form that a unit names, for the completion of the unit. Raises an exception if it
   // cannot be read. Unset if no form can be read.

@@ -19,8 +19,8 @@ struct TFileFindings {
   std::vector<TConvertedClass> Converted;  // of a form
   size_t MappedObjects = 0;                // of a form: objects of classes of the map
   std::optional<TUnitOutline> Outline;     // of a unit
-  // The interface section of a unit whose declarations are not in the outline, and otherwise empty. A run reads it
-  // only if a name of another unit has to be resolved.
+  // The interface section of a unit whose declarations are not in the outline, and otherwise empty. A run
+  // reads it only if a name of another unit has to be resolved.
   std::string Interface;
   const qrl::TEncoding* InterfaceEncoding = nullptr;
   std::vector<TTextPlace> FormPlaces;  // of a unit: places of the names of its form files, in their order

@@ -1,5 +1,5 @@
-// The objects of a form, as the conversion comes to them in its scan of the form's text. Findings use them, so that
-// the text need not be scanned again.
+// The objects of a form, as the conversion comes to them in its scan of the form's text. Findings use them,
+// so that the text need not be scanned again.
 #pragma once
 
 #include <cstddef>
@@ -23,8 +23,8 @@ struct TObjectHeader {
   bool IsObject = false;  // the keyword is `object`
 };
 
-// Reads the header that begins with `keyword`, a view into `text`, and sets the rest of `header`. Returns False if
-// no name follows, so that the word has another meaning there.
+// Reads the header that begins with `keyword`, a view into `text`, and sets the rest of `header`. Returns
+// False if no name follows, so that the word has another meaning there.
 [[nodiscard]] bool ReadObjectHeader(std::string_view text, const qrl::TEncoding& encoding,
                                     std::string_view keyword, TObjectHeader& header);
 
@@ -37,8 +37,8 @@ class TFormOutline {
     int32_t Parent = -1;  // index of the object around it, or -1
   };
 
-  // With `classes`, unless null, takes the objects without their nesting, and the caller leaves out most of those
-  // of other classes. `classes` must outlive the outline.
+  // With `classes`, unless null, takes the objects without their nesting, and the caller leaves out most of
+  // those of other classes. `classes` must outlive the outline.
   explicit TFormOutline(const TNameTable* classes = nullptr) : FClasses(classes) {}
 
   // Returns True if the outline takes all objects.
@@ -48,8 +48,8 @@ class TFormOutline {
     return FClasses == nullptr || FClasses->Find(className) != 0;
   }
 
-  // Call these in the order of the text for each word. `keyword` is a view into `text`, the form's text. They ignore
-  // a word that is the name or the value of a property.
+  // Call these in the order of the text for each word. `keyword` is a view into `text`, the form's text. They
+  // ignore a word that is the name or the value of a property.
   void OpenObject(std::string_view text, const qrl::TEncoding& encoding, std::string_view keyword,
                   bool isObject);
   void OpenItem(std::string_view text, std::string_view keyword);
@@ -59,8 +59,8 @@ class TFormOutline {
 
   // Returns the objects in the order of the text, without those in skipped text.
   const std::vector<TObject>& Objects() const { return FObjects; }
-  // Returns the names of an object and of those around it, the outermost first: "DM.QMembers". Not for an outline
-  // of classes.
+  // Returns the names of an object and of those around it, the outermost first: "DM.QMembers". Not for an
+  // outline of classes.
   std::string PathOf(int32_t object) const;
 
  private:

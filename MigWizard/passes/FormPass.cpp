@@ -70,8 +70,8 @@ class TFormPass {
     }
   }
 
-  // Adds the current object to an outline of certain classes if its name or its class, which is the current token, is
-  // one of them. An object without a name has its class there.
+  // Adds the current object to an outline of certain classes if its name or its class, which is the current
+  // token, is one of them. An object without a name has its class there.
   void AddReported() {
     constexpr size_t kKeywordSize = 6;
     if (FOutline != nullptr && !FOutline->TakesAll() && FOutline->Takes(FLexem))

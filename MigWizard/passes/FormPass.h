@@ -34,7 +34,8 @@ struct TObjectConversion {
   std::string_view OldClass;              // as spelled
   const std::string* NewClass = nullptr;  // of the class map
   std::vector<TSourceProperty> Properties;
-  // Of the printed properties: MasterSource, and those with the root of a property that was not printed itself.
+  // Of the printed properties: MasterSource, and those with the root of a property that was not printed
+  // itself.
   std::vector<std::string_view> NewNames;
   size_t End = 0;           // the offset after the object, or 0 if it is not known
   std::string_view Nested;  // if End is known: the text from the first nested object on
@@ -81,8 +82,9 @@ struct TDeclaredDatabase {
   bool IsInherited = false;  // the TDatabase is under `inherited` or `inline`
 };
 
-// Calls found for each alias that the form declares, in the order of the text. The root is the first object under
-// `object`. It is the form's first object for an inherited TDatabase, and for all of them if `takesInherited` is True.
+// Calls found for each alias that the form declares, in the order of the text. The root is the first object
+// under `object`. It is the form's first object for an inherited TDatabase, and for all of them if
+// `takesInherited` is True.
 void FindDatabaseNames(std::string_view text, const qrl::TEncoding& encoding, bool takesInherited,
                        const std::function<void(const TDeclaredDatabase&)>& found);
 

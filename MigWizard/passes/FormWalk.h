@@ -1,6 +1,7 @@
-// Walks over an object of a form and reports the objects in it and their properties, without converting anything.
-// The text need not be well-formed: the walk skips what it cannot parse. For that reason it uses the tokens of the
-// passes, and neither rtl::TFormTextScanner, which raises, nor the grammar, which matches whole objects.
+// Walks over an object of a form and reports the objects in it and their properties, without converting
+// anything. The text need not be well-formed: the walk skips what it cannot parse. For that reason it uses
+// the tokens of the passes, and neither rtl::TFormTextScanner, which raises, nor the grammar, which matches
+// whole objects.
 //
 //   class TPrinter : public TFormWalk { void OnObject(const TObjectHeader& object) override { ... } };
 //   TPrinter(text, encoding).Run(offsetOfObject);
@@ -31,8 +32,8 @@ class TFormWalk {
   TFormWalk(const TFormWalk&) = delete;
   TFormWalk& operator=(const TFormWalk&) = delete;
 
-  // Walks over the first object from `start` on, to its end, and returns the offset after it. An object without an
-  // end of its own ends with the text.
+  // Walks over the first object from `start` on, to its end, and returns the offset after it. An object
+  // without an end of its own ends with the text.
   size_t Run(size_t start);
 
  protected:

@@ -1,5 +1,5 @@
-// A table of identifiers, ignoring the case of ASCII letters. It is looked up for every identifier of a unit, and
-// rejects nearly all that it does not have by a few bits.
+// A table of identifiers, ignoring the case of ASCII letters. It is looked up for every identifier of a unit,
+// and rejects nearly all that it does not have by a few bits.
 #pragma once
 
 #include <bitset>

@@ -159,7 +159,8 @@ bool TNameUses::UsesUnitOf(const TOldName& old) const {
   });
 }
 
-// Returns the new class if the class, as it is spelled, is replaced by more than one line, and otherwise null.
+// Returns the new class if the class, as it is spelled, is replaced by more than one line, and otherwise
+// null.
 const std::string* TNameUses::ClassWithLine(std::string_view name) const {
   const std::string* const newClass = FInput.Rules.Classes.Find(name);
   const bool addsLine =

@@ -23,7 +23,8 @@ struct TOldName {
 class TOldNames {
  public:
   // `Declared` names are not reported; they only show that a unit is still needed.
-  // `Base` names are classes of the run-time library whose descendants inherit no member with the name of an Object.
+  // `Base` names are classes of the run-time library whose descendants inherit no member with the name of an
+  // Object.
   enum TKind { Unit, Scope, Class, Call, Prefix, Object, Value, Connection, Declared, DeclaredPrefix, Base };
 
   void Add(TKind kind, const TOldName& name);

@@ -46,9 +46,9 @@ class TPieceWalk {
   bool FIsCode = false, FIsAfterBlank = true, FIsAfterPlus = false, FIsInText = false;
 };
 
-// Counts the bytes from `begin` to before `end` for which isCounted(byte before, byte, byte after) is not 0. Both
-// neighbours of the range must be bytes of the text. Without a branch on bytes, so that compilers make a loop over
-// vectors of it: the count of a block fits into a byte.
+// Counts the bytes from `begin` to before `end` for which isCounted(byte before, byte, byte after) is not 0.
+// Both neighbours of the range must be bytes of the text. Without a branch on bytes, so that compilers make a
+// loop over vectors of it: the count of a block fits into a byte.
 template <typename TTest>
 size_t CountBytes(std::string_view text, size_t begin, size_t end, TTest isCounted) {
   constexpr size_t kBlock = 240;

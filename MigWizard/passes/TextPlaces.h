@@ -1,4 +1,5 @@
-// Converts offsets in a working text to lines and columns. Ascending offsets are converted in one pass over the text.
+// Converts offsets in a working text to lines and columns. Ascending offsets are converted in one pass over
+// the text.
 #pragma once
 
 #include <cstddef>
@@ -21,8 +22,8 @@ class TTextPlaces {
   // `text` is working text in `encoding` and must outlive the object. Lines end in CR LF, LF or CR.
   TTextPlaces(std::string_view text, const qrl::TEncoding& encoding);
 
-  // Returns the place of the character at `offset`, in bytes from 0. An offset past the end means the end. The
-  // time is proportional to the distance from the offset of the last call, and to the column.
+  // Returns the place of the character at `offset`, in bytes from 0. An offset past the end means the end.
+  // The time is proportional to the distance from the offset of the last call, and to the column.
   TTextPlace At(size_t offset) const;
   // Returns the line that contains `offset`, without its line end.
   std::string_view LineAt(size_t offset) const;

@@ -28,7 +28,8 @@ struct TUnitFindingInput {
 struct TUnitFindings {
   std::vector<TFinding> Findings;  // with offsets, in working text
   TUnitOutline Outline;
-  // If not 0, the outline lacks the declarations of the interface section, which is the text before that offset.
+  // If not 0, the outline lacks the declarations of the interface section, which is the text before that
+  // offset.
   size_t UnreadInterface = 0;
 };
 

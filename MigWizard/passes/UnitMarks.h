@@ -22,10 +22,11 @@ struct TUnitParts {
   std::vector<size_t> LinesInBodies;
 };
 
-// `size` is the length of the unit's text. Keeps the uses clauses if one names an old or a new unit, and the interface
-// section if something is said about it or if `readsInterface` is set. Of the rest, keeps the routines, and of their
-// bodies `begin` and `end`, and everything between them where a name may be a use of an old component. If there is no
-// such name in the whole unit, also leaves out routines and declarations that nothing is said about.
+// `size` is the length of the unit's text. Keeps the uses clauses if one names an old or a new unit, and the
+// interface section if something is said about it or if `readsInterface` is set. Of the rest, keeps the
+// routines, and of their bodies `begin` and `end`, and everything between them where a name may be a use of
+// an old component. If there is no such name in the whole unit, also leaves out routines and declarations
+// that nothing is said about.
 TUnitParts PartsToRead(size_t size, const TUnitResult& unit, bool readsInterface);
 
 }  // namespace mig

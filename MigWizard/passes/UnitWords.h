@@ -86,8 +86,8 @@ struct TTextRange {
 // Returns the table of all words, whose flags are their TWord.
 const TNameTable& UnitWords();
 
-// Returns the tokens that begin in one of `ranges`, which are in the order of the text and begin and end between
-// tokens. Names get their flags in `names`, the table of a unit's names (UnitMarks.h).
+// Returns the tokens that begin in one of `ranges`, which are in the order of the text and begin and end
+// between tokens. Names get their flags in `names`, the table of a unit's names (UnitMarks.h).
 std::vector<TUnitToken> ReadUnitTokens(std::string_view text, const qrl::TEncoding& encoding,
                                        const TNameTable& names, const std::vector<TTextRange>& ranges);
 

@@ -12,8 +12,8 @@ namespace {
 constexpr size_t kBlock = 3;  // bytes
 constexpr int kIndexBits = 14;
 
-// Returns the index of a block in the table of steps. It is the same for both cases of a letter. The order of bytes
-// in the host's integers does not matter.
+// Returns the index of a block in the table of steps. It is the same for both cases of a letter. The order of
+// bytes in the host's integers does not matter.
 size_t IndexOf(const char* block) {
   uint16_t pair = 0;
   std::memcpy(&pair, block, sizeof pair);
@@ -22,7 +22,8 @@ size_t IndexOf(const char* block) {
   return folded * 0x9E3779B1U >> (32 - kIndexBits);
 }
 
-// Returns the same value for both cases of a letter. The number of values is that of TWordSearch::FBeginnings.
+// Returns the same value for both cases of a letter. The number of values is that of
+// TWordSearch::FBeginnings.
 size_t HashOf(std::string_view bytes) {
   size_t hash = 0;
   for (const char c : bytes) hash = hash * 31 + (static_cast<uint8_t>(c) | 0x20U);

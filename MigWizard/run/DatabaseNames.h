@@ -12,12 +12,13 @@ namespace mig {
 
 class TDatabaseNames {
  public:
-  // Reads a form file and adds its databases; those under `inherited` or `inline` only if `takesInherited` is True.
-  // Passes on exceptions of opening, reading and decoding it.
+  // Reads a form file and adds its databases; those under `inherited` or `inline` only if `takesInherited` is
+  // True. Passes on exceptions of opening, reading and decoding it.
   void Collect(const std::string& fileName, bool takesInherited);
 
   // Returns the component of an alias, "Root.Component", or an empty string. `encoding` is that of the form
-  // that refers to the alias. Several threads may call Find and FindInherited at a time, but not together with Collect.
+  // that refers to the alias. Several threads may call Find and FindInherited at a time, but not together
+  // with Collect.
   std::string Find(std::string_view alias, const qrl::TEncoding& encoding);
   // The same for the databases that Collect did not add because they are inherited.
   std::string FindInherited(std::string_view alias, const qrl::TEncoding& encoding);

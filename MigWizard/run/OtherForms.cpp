@@ -28,8 +28,8 @@ std::vector<std::string> FormsBeside(const rtl::TStringList& files) {
   return forms;
 }
 
-// Returns the names of `listed` that no file of the run has, where only the case of the extension may differ. These
-// are nearly all of the names that FindOtherForms leaves out.
+// Returns the names of `listed` that no file of the run has, where only the case of the extension may differ.
+// These are nearly all of the names that FindOtherForms leaves out.
 std::vector<std::string> FormsSpelledOtherwise(const std::vector<std::string>& listed,
                                                const rtl::TStringList& files) {
   std::vector<std::string> forms;

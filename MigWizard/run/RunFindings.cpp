@@ -298,8 +298,8 @@ std::string TRunFindings::ConvertedClassOf(const std::string& type, const std::s
   return {};
 }
 
-// Removes findings about units and classes that the run's own units declare under old names. `ownUnits` are the
-// names of these units in lower case.
+// Removes findings about units and classes that the run's own units declare under old names. `ownUnits` are
+// the names of these units in lower case.
 void TRunFindings::RemoveFindingsOfOwnNames(TFileReport& file,
                                             const std::unordered_set<std::string>& ownUnits) const {
   const auto isOwn = [&](const TFinding& finding) {

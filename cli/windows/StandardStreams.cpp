@@ -76,8 +76,8 @@ int WriteConsoleText(HANDLE console, std::string_view bytes) noexcept {
   return 0;
 }
 
-// Reads a byte of standard input, on a thread of its own: not every console ends the reading at Ctrl-C. Returns
-// whether there was one.
+// Reads a byte of standard input, on a thread of its own: not every console ends the reading at Ctrl-C.
+// Returns whether there was one.
 DWORD WINAPI ReadByte(void* byte) {
   DWORD count = 0;
   return ReadFile(GetStdHandle(STD_INPUT_HANDLE), byte, 1, &count, nullptr) && count == 1;

@@ -1,4 +1,5 @@
-// The command line program with links that lead nowhere, streams that cannot be used, and a script as the wizard.
+// The command line program with links that lead nowhere, streams that cannot be used, and a script as the
+// wizard.
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sstream>

@@ -239,8 +239,8 @@ TEST(WinFaultsTest, OnlyTemporaryFilesWithoutAnOwnerAreDeleted) {
   EXPECT_EQ(run.Tree.Names().size(), all.size() - 1);
 }
 
-// A process is killed at each call of an exchange, with and without an edit of the target before that call. The
-// next one deletes what it left, but no edit.
+// A process is killed at each call of an exchange, with and without an edit of the target before that call.
+// The next one deletes what it left, but no edit.
 TEST(WinFaultsTest, OnlyExchangedFilesWithKnownContentsAreDeleted) {
   size_t kept = 0;
   for (const bool isEdited : {false, true}) {

@@ -1,6 +1,6 @@
-// Runs a program with the console as its standard streams, for tests: onconsole EVENT PROGRAM [ARGUMENT]... Presses
-// Ctrl-C when the event of that name is set. Returns the program's exit status. The system gives these streams to a
-// program whose starter has others only where it starts the console.
+// Runs a program with the console as its standard streams, for tests: onconsole EVENT PROGRAM [ARGUMENT]...
+// Presses Ctrl-C when the event of that name is set. Returns the program's exit status. The system gives
+// these streams to a program whose starter has others only where it starts the console.
 #include <string>
 #include <windows.h>
 

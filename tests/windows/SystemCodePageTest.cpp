@@ -1,5 +1,5 @@
-// The code pages of Windows, held against the tables that the program has on other systems, which the build for those
-// generates from ICU.
+// The code pages of Windows, held against the tables that the program has on other systems, which the build
+// for those generates from ICU.
 #include <gtest/gtest.h>
 #include <ostream>
 #include <vector>
@@ -21,8 +21,8 @@ struct TDifference {
   }
 };
 
-// What Wine and ICU see differently: the micro sign of 437, and bytes to which one of them gives no character, a control
-// or a character for private use.
+// What Wine and ICU see differently: the micro sign of 437, and bytes to which one of them gives no
+// character, a control or a character for private use.
 const std::vector<TDifference> kKnown = {
     {437, 0xE6, 0x00B5, 0x03BC},  {852, 0xAA, 0x00AC, 0xFFFD}, {874, 0xDB, 0xFFFD, 0xF8C1},
     {874, 0xDC, 0xFFFD, 0xF8C2},  {874, 0xDD, 0xFFFD, 0xF8C3}, {874, 0xDE, 0xFFFD, 0xF8C4},

@@ -1,4 +1,5 @@
-// Loads a wizard module in the host, opens a project, and uses the wizard with the default button of every form.
+// Loads a wizard module in the host, opens a project, and uses the wizard with the default button of every
+// form.
 //
 //   useexpert MODULE PROJECT
 //

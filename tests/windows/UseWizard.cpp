@@ -2,9 +2,9 @@
 //
 //   usewizard CAPTION ACT [CAPTION ACT]...
 //
-// For each pair, waits for an enabled dialog with that caption and does the act in it: a click on the button of
-// that text, or with "=TEXT" the input of a text into the first field. Prints the caption, the texts of the
-// dialog and the act. Exits with 1, after printing what is there instead, if a dialog does not come.
+// For each pair, waits for an enabled dialog with that caption and does the act in it: a click on the button
+// of that text, or with "=TEXT" the input of a text into the first field. Prints the caption, the texts of
+// the dialog and the act. Exits with 1, after printing what is there instead, if a dialog does not come.
 #include <algorithm>
 #include <cstdio>
 #include <string>

@@ -1,5 +1,5 @@
-// The program on a console: text of all scripts, colours, questions and Ctrl-C. The console is a pseudo console, which
-// Windows 10 and Wine have.
+// The program on a console: text of all scripts, colours, questions and Ctrl-C. The console is a pseudo
+// console, which Windows 10 and Wine have.
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <regex>
@@ -86,8 +86,8 @@ class WindowsConsoleTest : public testing::Test {
     FTree.Write("src/B.pas", "unit B;\r\nvar T: TTable;\r\n");
   }
 
-  // Runs the program. Types the next of `answers` when it asks, or presses Ctrl-C for "\x03", which Wine does not
-  // take from a terminal. Returns "STATUS|output", with <dir> for the tree.
+  // Runs the program. Types the next of `answers` when it asks, or presses Ctrl-C for "\x03", which Wine does
+  // not take from a terminal. Returns "STATUS|output", with <dir> for the tree.
   std::string Run(const std::string& arguments, std::vector<std::string> answers = {}, short columns = 200) {
     TPseudoConsole console(columns);
     const std::wstring folder = win::ToWideOrReplaced(FTree.HostPath());

@@ -1,4 +1,5 @@
-// The file functions on what only Windows has: attributes, sharing, access lists, short names, kinds of paths.
+// The file functions on what only Windows has: attributes, sharing, access lists, short names, kinds of
+// paths.
 #include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>

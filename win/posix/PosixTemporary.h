@@ -28,9 +28,9 @@ class TTemporaryFile {
   // an extension that no run looks for.
   bool Create(mode_t mode, struct stat& info);
 
-  // Renames the file `source`, on the same volume and with the stamp `own`, so that RenameToUnchanged, with the same
-  // `expected`, gives it the target's name. On failure returns false, with errno, and `source` is unchanged.
-  // Always fails on hosts that cannot rename without replacing another file.
+  // Renames the file `source`, on the same volume and with the stamp `own`, so that RenameToUnchanged, with
+  // the same `expected`, gives it the target's name. On failure returns false, with errno, and `source` is
+  // unchanged. Always fails on hosts that cannot rename without replacing another file.
   bool Adopt(const THostPath& source, const TFileStamp& own, const TFileStamp& expected);
 
   int Fd() const { return FFd.Get(); }

@@ -16,8 +16,8 @@ namespace win {
 // TFileSystem::CreateFileA. `written` must outlive the result.
 std::unique_ptr<TFileHandle> OpenFile(TWrittenFiles& written, std::string_view path, TFileMode mode);
 
-// Opens the file at a full path for reading, and describes it. Returns a handle that is not open, with the last error
-// set, on failure.
+// Opens the file at a full path for reading, and describes it. Returns a handle that is not open, with the
+// last error set, on failure.
 THandle OpenForReading(const std::wstring& full, TFileFacts& facts);
 
 // TFileSystem::GetFileStamp.

@@ -25,8 +25,8 @@ uint32_t AttributesBehindLink(const std::wstring& full) {
 
 // The folder's identity is the name of an object of the system, which lives as long as a process has it
 // open: so the lock of a process that was killed is free at once, and nobody else's access to the folder is
-// affected. Other computers do not see the object. A folder of a network drive has a file in it, too, that the
-// system deletes when the process closes it or ends.
+// affected. Other computers do not see the object. A folder of a network drive has a file in it, too, that
+// the system deletes when the process closes it or ends.
 class TWindowsLock : public TFileLock {
  public:
   TWindowsLock(THandle object, THandle file) : FObject(std::move(object)), FFile(std::move(file)) {}
@@ -40,8 +40,8 @@ bool IsOnNetwork(const std::wstring& full) {
   return root.starts_with(LR"(\\)") || GetDriveTypeW(root.c_str()) == DRIVE_REMOTE;
 }
 
-// Opens the file that locks a folder among computers. Returns false if another one has it open. Where no file can
-// be created, `file` remains closed.
+// Opens the file that locks a folder among computers. Returns false if another one has it open. Where no file
+// can be created, `file` remains closed.
 bool OpenLockFile(const std::wstring& folder, THandle& file) {
   constexpr DWORD kFlags = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE;
   const std::wstring name = folder + (folder.ends_with(L'\\') ? L"" : L"\\") + L"~kvalock.$$$";

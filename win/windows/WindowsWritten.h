@@ -25,8 +25,8 @@ class TWrittenFiles {
   // to be flushed: flush it instead before it becomes read-only.
   void Note(const std::wstring& full);
 
-  // The same for a file at a full path that is open for writing, until Closed is called before the handle is closed. While
-  // others may not write to it, the file can be flushed through this handle only.
+  // The same for a file at a full path that is open for writing, until Closed is called before the handle is
+  // closed. While others may not write to it, the file can be flushed through this handle only.
   void NoteOpen(HANDLE file, const std::wstring& full);
   // Records that the handle is about to be closed, and notes its file if NoteOpen was called since the last
   // Flush.
