@@ -39,8 +39,7 @@ class TCensus {
   TCensus& operator=(const TCensus&) = delete;
 
   // Counts the objects in the forms of these units, full Windows paths, in place of an earlier count that has
-  // not ended.
-  // Forms that cannot be read or converted do not count.
+  // not ended. Forms that cannot be read or converted do not count.
   void Start(std::vector<std::string> units);
   bool IsIdle() const { return !FIsCounting; }
 
