@@ -53,6 +53,12 @@ bool IsUnchanged(const std::string& fileName, const TFileVersion& version) {
   return hash && (*hash == *version.Hash || Differs());
 }
 
+bool IsSameVersion(const std::string& fileName, const TFileVersion& earlier, const TFileVersion& later) {
+  if (earlier.Stamp != later.Stamp) return false;
+  if (!earlier.Hash) return true;
+  return later.Hash ? *earlier.Hash == *later.Hash : IsUnchanged(fileName, earlier);
+}
+
 bool IsTrueBackup(const std::string& fileName, const std::string& backupName, const TFileVersion& version) {
   const std::optional<win::TFileStamp> stamp = win::FileSystem().GetFileStamp(backupName);
   if (!stamp) return false;

@@ -27,6 +27,9 @@ TFileVersion VersionOf(rtl::TFileStream& file, std::string_view bytes);
 // win::GetLastError, which is ERROR_FILE_INVALID if the file can be read and differs.
 bool IsUnchanged(const std::string& fileName, const TFileVersion& version);
 
+// Returns True if a file had the same contents each time it was read. `earlier` was read before `later`.
+bool IsSameVersion(const std::string& fileName, const TFileVersion& earlier, const TFileVersion& later);
+
 // Returns True if `backupName` holds the bytes that were read from `fileName`: by size and time or, where
 // these do not decide, by the bytes. Otherwise False, as IsUnchanged.
 bool IsTrueBackup(const std::string& fileName, const std::string& backupName, const TFileVersion& version);

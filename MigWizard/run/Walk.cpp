@@ -12,6 +12,7 @@
 #include "rtl/text/Streams.h"
 #include "rtl/text/SysUtils.h"
 #include "win/FileApi.h"
+#include "win/paths/FileNames.h"
 
 namespace mig {
 namespace {
@@ -44,9 +45,7 @@ TWalk::TWalk(const TRunContext& context, TChangedFiles& changed, TBackups& backu
     converter->OnGetInheritedDatabase = [this](std::string_view alias, const qrl::TEncoding& encoding) {
       return FDatabases.FindInherited(alias, encoding);
     };
-    converter->OnReadForm = [](const std::string& fileName) {
-      return rtl::TFileStream(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone).ReadToEnd();
-    };
+    converter->OnReadForm = [this](const std::string& fileName) { return ReadForUnit(fileName); };
     if (FSelection != nullptr)
       converter->OnGetSelection = [this](const std::string& fileName) { return FSelection->Find(fileName); };
     converter->ListEdits(FPlan != nullptr);
@@ -183,6 +182,7 @@ void TWalk::ProcessFile(const std::string& fileName, TFilesAhead& files, const s
     return LeaveOut(fileName, error.what());
   }
   if (FSelection != nullptr) FSelection->RequireSame(fileName, files.Version());
+  RequireSameForUnit(fileName, files.Version());
   if (const auto unread = FUnreadForms.find(fileName); unread != FUnreadForms.end())
     return LeaveOut(fileName, unread->second);
   try {
@@ -202,6 +202,26 @@ void TWalk::ProcessFile(const std::string& fileName, TFilesAhead& files, const s
   if (isChanged && !FIsPreview && !policy.Strict) (void)win::FileSystem().CopyPermissions(fileName, target);
   if (FPlan != nullptr) FPlan->Add(fileName, files.Version(), *conversion, isChanged);
   if (FHooks.OnConverted) FHooks.OnConverted(fileName, *conversion, isChanged);
+}
+
+// Called by both threads.
+std::string TWalk::ReadForUnit(const std::string& formFile) {
+  rtl::TFileStream file(formFile, rtl::fmOpenRead | rtl::fmShareDenyNone);
+  std::string bytes = file.ReadToEnd();
+  const TFileVersion version = VersionOf(file, bytes);
+  const std::lock_guard lock(FVersionsLock);
+  FVersionsForUnits[win::UpperFileName(formFile)].push_back(version);
+  return bytes;
+}
+
+void TWalk::RequireSameForUnit(const std::string& formFile, const TFileVersion& version) {
+  const std::lock_guard lock(FVersionsLock);
+  const auto versions = FVersionsForUnits.find(win::UpperFileName(formFile));
+  if (versions == FVersionsForUnits.end()) return;
+  for (const TFileVersion& earlier : versions->second) {
+    if (!IsSameVersion(formFile, earlier, version))
+      throw EFileEdited(rtl::Format("\"%s\" was changed during the run. No file was replaced.", {formFile}));
+  }
 }
 
 void TWalk::ProcessUnit(const TFileConversion& unit, const std::string& sourceFile,

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <map>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "MigWizard/run/Backups.h"
 #include "MigWizard/run/ChangedFiles.h"
 #include "MigWizard/run/DatabaseNames.h"
+#include "MigWizard/run/FileVersion.h"
 #include "MigWizard/run/FilesAhead.h"
 #include "MigWizard/run/NameClashes.h"
 #include "MigWizard/run/RunContext.h"
@@ -50,6 +52,10 @@ class TWalk {
 
   void ProcessEntry(const std::string& fileName, TFilesAhead& files, const std::string& tempDir);
   void ProcessFile(const std::string& fileName, TFilesAhead& files, const std::string& targetDir);
+  // ReadForUnit returns the bytes of a form that the completion of its unit depends on. RequireSameForUnit
+  // raises EFileEdited if the form, which is read again to be converted, has changed since.
+  std::string ReadForUnit(const std::string& formFile);
+  void RequireSameForUnit(const std::string& formFile, const TFileVersion& version);
   void ProcessUnit(const TFileConversion& unit, const std::string& sourceFile, const std::string& targetFile);
   void ProcessForm(const TFileConversion& form, const std::string& sourceFile, const std::string& targetFile);
   void AddForm(const std::string& form);
@@ -76,6 +82,8 @@ class TWalk {
   bool FIsPreview = false;
   TDatabaseNames FDatabases;
   std::map<std::string, std::string> FUnreadForms;  // whose databases are unknown, with the reason
+  std::map<std::string, std::vector<TFileVersion>> FVersionsForUnits;  // by upper-cased full name
+  std::mutex FVersionsLock;
   TNameClashes FNameClashes;
   TFolderMaker FTempFolders;
 };
