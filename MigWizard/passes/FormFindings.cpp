@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
 
 #include "MigWizard/form/LoginParameters.h"
 #include "MigWizard/form/PropertyRules.h"
 #include "MigWizard/passes/FindingRules.h"
 #include "MigWizard/passes/FormWalk.h"
+#include "MigWizard/passes/StopFinder.h"
 #include "rtl/text/ClassRegistry.h"
 #include "rtl/text/SysUtils.h"
 
@@ -50,90 +49,6 @@ std::string_view Unquoted(std::string_view value) {
 std::string_view TrimmedStart(std::string_view value) {
   return value.substr(std::min(value.find_first_not_of(kBlanks), value.size()));
 }
-
-// The place and the reason where a conversion stopped.
-struct TStop {
-  size_t Offset = 0;
-  std::string What;
-};
-
-// Finds the reason why objects cannot be parsed, by parsing their parts. An object nested in several others
-// is parsed only once.
-class TStopFinder {
- public:
-  TStopFinder(std::string_view text, TFormParser& parser) : FText(text), FParser(parser) {}
-
-  const TStop& Find(size_t start) {
-    // The innermost object of a chain stops all the others: descend to it, and report it for each of them.
-    std::vector<size_t> chain;
-    for (size_t object = start;;) {
-      TStop stop;
-      size_t nested = std::string_view::npos;
-      if (const auto known = FStops.find(object); known != FStops.end()) {
-        stop = known->second;
-      } else {
-        chain.push_back(object);
-        nested = Look(object, stop);
-      }
-      if (nested == std::string_view::npos) {
-        for (const size_t each : chain) FStops.emplace(each, stop);
-        return FStops.at(start);
-      }
-      object = nested;
-    }
-  }
-
- private:
-  bool Parse(std::string_view rule, size_t& place) {
-    auto position = static_cast<int64_t>(place) + 1;
-    if (FUnparsable.contains(static_cast<int32_t>(position)) && rule == "<object>") return false;
-    if (!FParser.Parse(FText, rule, position)) {
-      FUnparsable.insert(FParser.FailedObjects().begin(), FParser.FailedObjects().end());
-      return false;
-    }
-    place = static_cast<size_t>(position) - 1;
-    return true;
-  }
-
-  size_t SkipBlanks(size_t place) const {
-    return std::min(FText.find_first_not_of(kBlanks, place), FText.size());
-  }
-
-  // Returns the nested object that stops the object at `start`. If something else does, sets `stop` and
-  // returns npos.
-  size_t Look(size_t start, TStop& stop) {
-    size_t place = start;
-    stop = {start, "header"};
-    if (!Parse("<obj_header>", place) || SkipBlanks(place) == place) return std::string_view::npos;
-    place = SkipBlanks(place);
-    if (FText.substr(place).starts_with('[')) return std::string_view::npos;
-    for (;;) {
-      place = SkipBlanks(place);
-      const std::string_view rest = FText.substr(place);
-      const size_t length = std::min(rest.find_first_of("\t\n\r =:"), rest.size());
-      const std::string_view word = rest.substr(0, length);
-      stop = {place, word.empty() ? "text" : "property " + std::string(word)};
-      size_t nested = place;
-      if (Parse("<object>", nested)) {
-        place = nested;
-        continue;
-      }
-      if (rtl::SameText(word, "end") || word.empty()) {
-        stop.What = "end";
-        return std::string_view::npos;
-      }
-      const bool isNested =
-          rtl::SameText(word, "object") || rtl::SameText(word, "inherited") || rtl::SameText(word, "inline");
-      if (isNested && (rest.size() == length || rest[length] != '=')) return place;
-      if (!Parse("<prop>", place)) return std::string_view::npos;
-    }
-  }
-
-  const std::string_view FText;
-  TFormParser& FParser;
-  std::unordered_map<size_t, TStop> FStops;
-  std::unordered_set<int32_t> FUnparsable;  // positions from 1 where no object can be parsed
-};
 
 // Adds the findings object by object. Most objects have none, and most converted ones are known without a
 // walk; the text is walked again only where an inherited object has properties to look at, or where a
