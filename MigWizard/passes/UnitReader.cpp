@@ -29,6 +29,18 @@ bool IsDirective(const TUnitToken& token) {
                       [&token](std::string_view word) { return rtl::SameText(word, token.Lexem); }));
 }
 
+// Returns Type, Var or Const for the first word of such a section; else None.
+TWord SectionOf(TWord word) {
+  if (word == ThreadVar) return Var;
+  if (word == ResourceString) return Const;
+  return word == Type || word == Var || word == Const ? word : None;
+}
+
+bool BeginsRoutine(TWord word) {
+  return word == Procedure || word == Function || word == Constructor || word == Destructor ||
+         word == Operator;
+}
+
 }  // namespace
 
 // Checks the current token and moves to the next one. Visits every token of code once.
@@ -60,8 +72,8 @@ void TUnitReader::SkipStatement(TNameSpot spot, int nesting) {
 
 // Reads to the end of the unit or, within a routine, past its body.
 void TUnitReader::ReadDeclarations(int nesting) {
-  enum class TMode { None, Types, Variables, Constants } mode = TMode::None;
   const bool isUnit = nesting == 0;
+  TWord section = None;
   while (!AtEnd()) {
     switch (Word()) {
       case Unit:
@@ -77,37 +89,15 @@ void TUnitReader::ReadDeclarations(int nesting) {
         if (!isUnit) return;
         FIsInterface = Word() == Interface;
         if (!FIsInterface) FOutline.InterfaceNames = FOutline.Names.size();
-        mode = TMode::None;
+        section = None;
         Next();
         break;
       case Uses:
         ReadUses();
         break;
-      case Type:
-        mode = TMode::Types;
-        Next();
-        break;
-      case Var:
-      case ThreadVar:
-        mode = TMode::Variables;
-        Next();
-        break;
-      case Const:
-      case ResourceString:
-        mode = TMode::Constants;
-        Next();
-        break;
       case Label:
       case Exports:
         SkipStatement(TNameSpot::Expression, nesting);
-        break;
-      case Procedure:
-      case Function:
-      case Constructor:
-      case Destructor:
-      case Operator:
-        mode = TMode::None;
-        ReadRoutine(nesting);
         break;
       case Begin:
       case Asm:
@@ -121,20 +111,33 @@ void TUnitReader::ReadDeclarations(int nesting) {
         ReadStatements();
         break;
       default:
-        if (!Token().IsName) {
+        if (BeginsRoutine(Word())) {
+          section = None;
+          ReadRoutine(nesting);
+        } else if (const TWord begun = SectionOf(Word()); begun != None) {
+          section = begun;
           Next();
-        } else if (mode == TMode::Types && (Token(1).Lexem == "=" || Token(1).Lexem == "<")) {
-          ReadType(nesting);
-        } else if (mode == TMode::Variables) {
-          ReadVariables(TNameSpot::Variable, Declared(), nesting);
-        } else if (mode == TMode::Constants) {
-          Declare(Declared(), {}, Token());
-          SkipStatement(TNameSpot::Variable, nesting);
         } else {
-          Next();
+          ReadDeclaration(section, nesting);
         }
         break;
     }
+  }
+}
+
+// Reads one declaration of `section`, or moves past a token that begins none.
+void TUnitReader::ReadDeclaration(TWord section, int nesting) {
+  if (!Token().IsName) {
+    Next();
+  } else if (section == Type && (Token(1).Lexem == "=" || Token(1).Lexem == "<")) {
+    ReadType(nesting);
+  } else if (section == Var) {
+    ReadVariables(TNameSpot::Variable, Declared(), nesting);
+  } else if (section == Const) {
+    Declare(Declared(), {}, Token());
+    SkipStatement(TNameSpot::Variable, nesting);
+  } else {
+    Next();
   }
 }
 

@@ -80,6 +80,7 @@ class TUnitReader {
 
   // --- Declarations ---
   void ReadDeclarations(int nesting);
+  void ReadDeclaration(TWord section, int nesting);
   std::vector<TDeclaration>& Declared();
   void Declare(std::vector<TDeclaration>& list, std::string_view type, const TUnitToken& name);
   std::string ReadDottedName();
