@@ -112,13 +112,17 @@ TTransactionNames TCompletion::TransactionsOf(std::string_view formFile) const {
 
 void TCompletion::CompleteUses(const mig::TUnitToComplete& unit, mig::TCompletedUnit& completed) const {
   completed.SettlesUses = true;
-  const TUsesRules rules = {FRules.OldUnit, FRules.NewUnits,
+  const TUsesRules rules = {FRules.OldUnit,
+                            FRules.NewUnits,
                             [&](std::string_view identifier) { return unit.Classes.IsNewClass(identifier); },
                             [&](std::string_view name) {
                               return FRules.OldNames.FindUnit(name) && FRules.OldNames.HasNamesOf(name);
                             },
                             [&](std::string_view identifier, std::string_view name) {
                               return FRules.OldNames.Declares(name, identifier);
+                            },
+                            [&](std::string_view identifier, std::string_view name) {
+                              return FRules.OldNames.MayDeclare(name, identifier);
                             }};
   completed.Text = completion::CompleteUses(
       completed.Text, unit.Encoding, rules,

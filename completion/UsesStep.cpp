@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "MigWizard/engine/PasParser.h"
+#include "completion/DeclaredNames.h"
 #include "completion/UsesClauses.h"
 #include "completion/UsesEditor.h"
 #include "rtl/text/SysUtils.h"
@@ -105,9 +106,10 @@ class TUsesStep {
 
   void ReadIdentifiers() {
     const size_t implementation = FClauses->Implementation ? FClauses->Implementation->Begin : FText.size();
-    for (const TUnitToken& token : FTokens) {
+    for (size_t i = 0; i < FTokens.size(); ++i) {
+      const TUnitToken& token = FTokens[i];
       if (token.Code != qrl::kIdentifier || IsInClause(token.Offset)) continue;
-      FIdentifiers.insert(rtl::LowerCase(token.Lexem));
+      (IsMember(FTokens, i) ? FMembers : FIdentifiers).insert(rtl::LowerCase(token.Lexem));
       if (!FRules.IsNewClass(token.Lexem)) continue;
       (token.Offset < implementation ? FNeedsInterface : FNeedsImplementation) = true;
     }
@@ -118,11 +120,16 @@ class TUsesStep {
                        [&](const std::string& name) { return rtl::SameText(name, item.Name); });
   }
 
-  // Whether an old unit is no longer needed: nothing that it declares is named, nor the unit itself.
-  bool IsFree(const TUsesItem& item) const {
-    if (FIdentifiers.contains(rtl::LowerCase(item.BareName()))) return false;
-    return std::none_of(FIdentifiers.begin(), FIdentifiers.end(),
-                        [&](const std::string& name) { return FRules.Declares(name, item.Name); });
+  // Whether an old unit is no longer needed: nothing that it declares or may declare is named, nor the unit
+  // itself.
+  bool IsFree(const TUsesItem& item) {
+    const std::string unit = rtl::LowerCase(item.BareName());
+    if (FIdentifiers.contains(unit) || FMembers.contains(unit)) return false;
+    if (!FDeclared) FDeclared = FindDeclaredNames(FTokens);
+    return std::none_of(FIdentifiers.begin(), FIdentifiers.end(), [&](const std::string& name) {
+      return FRules.Declares(name, item.Name) ||
+             (FRules.MayDeclare(name, item.Name) && !FDeclared->contains(name));
+    });
   }
 
   void MarkItems() {
@@ -286,7 +293,9 @@ class TUsesStep {
   const std::vector<std::string> FNewUnits;
   std::optional<TUsesClauses> FClauses;
   std::vector<const TUsesClause*> FSections;
-  std::unordered_set<std::string> FIdentifiers;  // outside of uses clauses, in lower case
+  // Outside of uses clauses, in lower case. A member follows a full stop.
+  std::unordered_set<std::string> FIdentifiers, FMembers;
+  std::optional<std::unordered_set<std::string>> FDeclared;  // by the text itself
   bool FNeedsInterface = false;
   bool FNeedsImplementation = false;
   std::vector<std::pair<const TUsesClause*, const TUsesItem*>> FOldItems;

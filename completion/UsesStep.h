@@ -20,6 +20,8 @@ struct TUsesRules {
   // identifiers are known, and whether it declares an identifier.
   std::function<bool(std::string_view unit)> IsOldUnit;
   std::function<bool(std::string_view identifier, std::string_view unit)> Declares;
+  // Whether it may declare an identifier that the text does not declare, judging by the beginning of its name.
+  std::function<bool(std::string_view identifier, std::string_view unit)> MayDeclare;
 };
 
 enum class TUsesRefusal {
@@ -40,7 +42,8 @@ struct TUsesCallbacks {
 //   interface's clause if a new class is named there, else in the clause of the old unit, else in that of the
 //   implementation. A missing clause is added;
 // - new units that only the implementation lists move to the interface if a new class is named there;
-// - units of the old families are removed if the unit names none of their identifiers;
+// - units of the old families are removed if the unit names none of their identifiers, and none that they may
+//   declare;
 // - no new unit is listed twice.
 // Clauses keep their layout, one a line or several, and their comments. The comments of a removed clause get
 // lines of their own. A text that is complete is returned unchanged.

@@ -25,7 +25,7 @@ constexpr TKindRow kKinds[] = {
     {"prefix", TOldNames::Prefix},     {"object", TOldNames::Object},
     {"value", TOldNames::Value},       {"connection", TOldNames::Connection},
     {"declares", TOldNames::Declared}, {"declares-prefix", TOldNames::DeclaredPrefix},
-    {"base", TOldNames::Base},
+    {"family", TOldNames::Family},     {"base", TOldNames::Base},
 };
 constexpr std::string_view kMember = "member";
 

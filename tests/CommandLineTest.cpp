@@ -183,15 +183,16 @@ TEST_F(CommandLineTest, AProjectWithTwoSelectedUnits) {
   EXPECT_EQ(FTree.Read("src/old/B.pas"), kUnit);
 }
 
+// An inherited connection declares the alias, too, if it is converted.
 TEST_F(CommandLineTest, AnAliasIsOneNameInEveryEncoding) {
   FTree.Write("src/P.dpr", "program P;\r\nuses A in 'A.pas' {A}, C in 'C.pas' {C};\r\nend.\r\n");
   FTree.Write("src/C.pas", kUnit);
   FTree.Write("src/A.dfm",
-              "object A: TForm\r\n object Db: TDatabase\r\n DatabaseName = 'Caf\xE9'\r\n end\r\nend\r\n");
+              "inherited A: TA\r\n inherited Db: TDatabase\r\n DatabaseName = 'Caf\xE9'\r\n end\r\nend");
   FTree.Write(
       "src/C.dfm",
       "\xEF\xBB\xBFobject C: TForm\r\n object Q: TQuery\r\n DatabaseName = 'CAF\xC3\xA9'\r\n end\r\nend\r\n");
-  EXPECT_EQ(Run("replace --mode bde --project src/P.dpr")[0], '0');
+  EXPECT_EQ(Run("replace --mode bde --project src/P.dpr --complete inherited")[0], '0');
   EXPECT_NE(FTree.Read("src/C.dfm").find("Connection = A.Db"), std::string::npos) << FTree.Read("src/C.dfm");
 }
 

@@ -132,7 +132,7 @@ TEST_F(FindingsTest, Forms) {
       {"  object Q: TQuery\r\n    DatabaseName = 'Known'\r\n  end\r\n  object R: TQuery\r\n    DatabaseName "
        "= "
        "'Lost'\r\n    DatabaseName = 'Lost'\r\n  end",
-       "6:5 error lost-connection: F.R has lost its connection: no database of the run declares the alias "
+       "6:5 error lost-connection: F.R has lost its connection: the run found no database of the alias "
        "\"Lost\"\n"},
       {"  object Q: TQuery\r\n    DatabaseName = 'Far'\r\n  end",
        "3:5 error lost-connection: F.Q has lost its connection: the form's encoding lacks the name of the "
@@ -188,10 +188,9 @@ TEST_F(FindingsTest, Forms) {
   for (const TRow& row : rows) EXPECT_EQ(FindInObject(row.Source), row.Findings) << row.Source;
   // A later run does not know the alias.
   FConverter->OnGetDatabase = [](std::string_view, const qrl::TEncoding&) { return std::string(); };
-  EXPECT_EQ(
-      FindInObject("object Q: TQuery DatabaseName = 'Far' end"),
-      "2:18 error lost-connection: F.Q has lost its connection: no database of the run declares the alias "
-      "\"Far\"\n");
+  EXPECT_EQ(FindInObject("object Q: TQuery DatabaseName = 'Far' end"),
+            "2:18 error lost-connection: F.Q has lost its connection: the run found no database of the alias "
+            "\"Far\"\n");
 }
 
 TEST_F(FindingsTest, ValuesThatCouldBeSecretsAreWithheld) {

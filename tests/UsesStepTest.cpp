@@ -11,14 +11,17 @@ namespace {
 
 using completion::TUsesRefusal;
 
-// Two old units. Bde declares "dbinit".
+// Two old units. Bde declares "dbinit", and may declare what begins with "xlt".
 std::string CompleteUses(const std::string& text, std::string* told = nullptr) {
   const completion::TUsesRules rules = {
-      "DBTables", ", New1, New2", [](std::string_view name) { return name == "TNew"; },
+      "DBTables",
+      ", New1, New2",
+      [](std::string_view name) { return name == "TNew"; },
       [](std::string_view unit) { return unit == "DBTables" || unit == "Bde" || unit == "Data.Bde"; },
       [](std::string_view name, std::string_view unit) {
         return unit == "DBTables" ? name == "tquery" || name == "tsession" : name == "dbinit";
-      }};
+      },
+      [](std::string_view name, std::string_view unit) { return unit == "Bde" && name.starts_with("xlt"); }};
   const auto tell = [&](TUsesRefusal refusal, size_t offset, std::string_view unit) {
     if (told != nullptr)
       *told += (refusal == TUsesRefusal::Source  ? "source"
@@ -44,14 +47,19 @@ TEST(UsesStepTest, Table) {
   const TClauseRow rows[] = {
       {"the old unit gives its place", Unit("uses A, DBTables, New1, New2, B;\r\nvar x: TNew;", ""),
        Unit("uses A, New1, New2, B;\r\nvar x: TNew;", "")},
-      {"it stays where something of it is left, and the new ones follow it",
-       Unit("uses A, DBTables, New1, New2, B;\r\nvar x: TNew; s: TSession;", ""),
-       Unit("uses A, DBTables, New1, New2, B;\r\nvar x: TNew; s: TSession;", "")},
-      {"or is named itself", Unit("uses DBTables, New1, New2;\r\nvar x: DBTables.TNew;", ""),
-       Unit("uses DBTables, New1, New2;\r\nvar x: DBTables.TNew;", "")},
+      {"it stays where something of it is left, or is named itself",
+       Unit("uses A, DBTables, New1, New2, B, Bde;\r\nvar x: TNew; s: TSession; b: Data.Bde.X;", ""),
+       Unit("uses A, DBTables, New1, New2, B, Bde;\r\nvar x: TNew; s: TSession; b: Data.Bde.X;", "")},
       {"what strings and comments name does not count",
        Unit("uses DBTables, New1, New2;\r\nvar x: TNew = 'TQuery'; // TSession", ""),
        Unit("uses New1, New2;\r\nvar x: TNew = 'TQuery'; // TSession", "")},
+      {"a name that is not in the list; a label", Unit("uses Bde, New1;", "begin y := xltA; xltB: x end;"),
+       Unit("uses Bde, New1;", "begin y := xltA; xltB: x end;")},
+      {"names that the unit declares, and members",
+       Unit("uses Bde, New1;\r\ntype xltT = class xltA, xltB: T; procedure xltC(xltD: xltT); end;",
+            "procedure xltT.xltC; var xltE: T; begin case xltE of 1..2: M.DbInit := xltA end end;"),
+       Unit("uses New1;\r\ntype xltT = class xltA, xltB: T; procedure xltC(xltD: xltT); end;",
+            "procedure xltT.xltC; var xltE: T; begin case xltE of 1..2: M.DbInit := xltA end end;")},
       {"no old unit: at the end of the clause", Unit("uses A, B;\r\nvar x: TNew;", ""),
        Unit("uses A, B, New1, New2;\r\nvar x: TNew;", "")},
       {"one a line stays one a line",

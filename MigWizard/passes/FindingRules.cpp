@@ -33,9 +33,9 @@ constexpr TRule kRules[] = {
      "object Database1: TDatabase\n  Params.Strings = (\n    'LANGDRIVER=DBWINWE0')"},
     {LostConnection, "lost-connection", Error,
      "{object} has lost its connection: {detail}",
-     "Set its Connection property. In a project run, the form that declares the alias has to belong to the project.",
-     "A data set whose DatabaseName names an alias that no TDatabase of the run declares. Folder runs do not look "
-     "for aliases, so all data sets with a DatabaseName are listed.",
+     "Set its Connection property. Only a run over a project looks for aliases, on the forms of that project.",
+     "A data set whose DatabaseName names an alias for which the run found no TDatabase. A run over a folder looks "
+     "for none, so all data sets with a DatabaseName are listed.",
      "object Query1: TQuery\n  DatabaseName = 'Sales'"},
     {OrderBecameDetail, "order-became-detail", Warning,
      "IndexFieldNames of {object} became DetailFields, but the data set has no master: {value}",

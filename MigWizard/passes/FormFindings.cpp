@@ -301,7 +301,7 @@ class TFormFindings : public TFormWalk {
       finding.Advice =
           "Convert " + inherited + " by hand or with --complete inherited, and set the Connection property.";
     } else {
-      finding.Detail = "no database of the run declares the alias " + quoted;
+      finding.Detail = "the run found no database of the alias " + quoted;
     }
   }
 

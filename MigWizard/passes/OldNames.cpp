@@ -20,8 +20,9 @@ bool IsInList(std::string_view list, std::string_view name) {
 }  // namespace
 
 void TOldNames::Add(TKind kind, const TOldName& name) {
-  FNames[kind].emplace(rtl::LowerCase(name.Name), name);
-  if (kind == Prefix || kind == DeclaredPrefix) {
+  const auto [place, isNew] = FNames[kind].emplace(rtl::LowerCase(name.Name), name);
+  if (!isNew && !name.Unit.empty()) place->second.Unit += "," + name.Unit;
+  if (kind == Prefix || kind == DeclaredPrefix || kind == Family) {
     FKinds.AddPrefix(name.Name, BitOf(kind));
   } else {
     FKinds.Add(name.Name, BitOf(kind));
@@ -90,15 +91,24 @@ bool TOldNames::Declares(std::string_view usedName, std::string_view identifier)
     const TOldName* const name = Find(kind, identifier);
     if (name != nullptr && IsInList(name->Unit, unit->Name)) return true;
   }
-  // Prefixes match in any case, because keeping a unit that is not needed does no harm.
-  for (const TKind kind : {Prefix, DeclaredPrefix}) {
-    const auto prefixes = FNames.find(kind);
-    if (prefixes == FNames.end()) continue;
-    for (const auto& [lower, entry] : prefixes->second)
-      if (rtl::SameText(identifier.substr(0, lower.size()), lower) && IsInList(entry.Unit, unit->Name))
-        return true;
-  }
-  return false;
+  return HasPrefixOf(Prefix, unit->Name, identifier) || HasPrefixOf(DeclaredPrefix, unit->Name, identifier);
+}
+
+bool TOldNames::MayDeclare(std::string_view usedName, std::string_view identifier) const {
+  constexpr uint32_t kKnown = 1U << Class | 1U << Call | 1U << Object | 1U << Declared;
+  const TOldName* const unit = FindUnit(usedName);
+  return unit != nullptr && (FKinds.Find(identifier) & kKnown) == 0 &&
+         HasPrefixOf(Family, unit->Name, identifier);
+}
+
+// Ignores case, because keeping a unit that is not needed does no harm.
+bool TOldNames::HasPrefixOf(TKind kind, std::string_view unit, std::string_view identifier) const {
+  const auto prefixes = FNames.find(kind);
+  if (prefixes == FNames.end()) return false;
+  return std::any_of(prefixes->second.begin(), prefixes->second.end(), [&](const auto& prefix) {
+    return rtl::SameText(identifier.substr(0, prefix.first.size()), prefix.first) &&
+           IsInList(prefix.second.Unit, unit);
+  });
 }
 
 }  // namespace mig

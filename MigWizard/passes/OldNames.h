@@ -25,8 +25,23 @@ class TOldNames {
   // `Declared` names are not reported; they only show that a unit is still needed.
   // `Base` names are classes of the run-time library whose descendants inherit no member with the name of an
   // Object.
-  enum TKind { Unit, Scope, Class, Call, Prefix, Object, Value, Connection, Declared, DeclaredPrefix, Base };
+  // `Family` names are beginnings of names that units may declare although the list does not have them.
+  enum TKind {
+    Unit,
+    Scope,
+    Class,
+    Call,
+    Prefix,
+    Object,
+    Value,
+    Connection,
+    Declared,
+    DeclaredPrefix,
+    Base,
+    Family
+  };
 
+  // A name that is added again keeps its first advice and belongs to the units of both.
   void Add(TKind kind, const TOldName& name);
   // Adds a member of an old class that its new class lacks.
   void AddMember(std::string_view oldClass, const TOldName& member);
@@ -46,9 +61,12 @@ class TOldNames {
   // they include `identifier`. `usedName` is as for FindUnit.
   bool HasNamesOf(std::string_view usedName) const;
   bool Declares(std::string_view usedName, std::string_view identifier) const;
+  // Returns True if the list does not have `identifier`, but it begins as names of the unit's family do.
+  bool MayDeclare(std::string_view usedName, std::string_view identifier) const;
 
  private:
   static constexpr uint32_t kMemberBit = 0x10000;
+  bool HasPrefixOf(TKind kind, std::string_view unit, std::string_view identifier) const;
   static uint32_t BitOf(TKind kind) { return 1U << kind; }
 
   TNameTable FKinds;                                                     // bits of the kinds of each name
