@@ -70,21 +70,8 @@ int TParser::GetNext(std::string_view& lexem) {
       while (next != end && FTables.FStart[static_cast<uint8_t>(*next)] == TTokenStart::Blank) ++next;
       code = kWhiteSpace;
       break;
-    case TTokenStart::Name: {
-      if (FDoubleByte) {
-        SkipDoubleByteName();
-        next = FText.data() + FPos;
-      } else {
-        while (next != end && FTables.FNamePart[static_cast<uint8_t>(*next)]) ++next;
-      }
-      const auto length = static_cast<size_t>(next - begin);
-      code = kIdentifier;
-      if (length < 32 && (FTables.FKeywordLengths[first] >> length & 1) != 0) {
-        const int keyword = FTables.FKeywords->Lookup({begin, length});
-        if (keyword != 0) code = keyword;
-      }
-      break;
-    }
+    case TTokenStart::Name:
+      return ScanName(lexem);
     case TTokenStart::Number:
       while (next != end && FTables.FNumberPart[static_cast<uint8_t>(*next)]) ++next;
       code = kNumber;
@@ -114,11 +101,31 @@ int TParser::GetNextWord(std::string_view& lexem) {
     const char* const end = FText.data() + FText.size();
     while (next != end && FTables.FIsPassed[static_cast<uint8_t>(*next)]) ++next;
     FPos = static_cast<size_t>(next - FText.data());
-    const bool isWord =
-        next == end || FTables.FStart[static_cast<uint8_t>(*next)] == TScannerTables::TTokenStart::Name;
+    if (next != end && FTables.FStart[static_cast<uint8_t>(*next)] == TScannerTables::TTokenStart::Name) {
+      FPrevPos = FPos;
+      return ScanName(lexem);
+    }
     const int code = GetNext(lexem);
-    if (isWord || code == kComment) return code;
+    if (code == kComment || code == kEndOfText) return code;
   }
+}
+
+// Scans the identifier or keyword at the present position, which is the first byte of a name.
+int TParser::ScanName(std::string_view& lexem) {
+  const char* const begin = FText.data() + FPos;
+  if (FDoubleByte) {
+    SkipDoubleByteName();
+  } else {
+    const char* const end = FText.data() + FText.size();
+    const char* next = begin + 1;
+    while (next != end && FTables.FNamePart[static_cast<uint8_t>(*next)]) ++next;
+    FPos = static_cast<size_t>(next - FText.data());
+  }
+  lexem = FText.substr(FPrevPos, FPos - FPrevPos);
+  const bool mayBeKeyword =
+      lexem.size() < 32 && (FTables.FKeywordLengths[static_cast<uint8_t>(*begin)] >> lexem.size() & 1) != 0;
+  const int keyword = mayBeKeyword ? FTables.FKeywords->Lookup(lexem) : 0;
+  return keyword != 0 ? keyword : kIdentifier;
 }
 
 // Returns True if a double-byte character begins at `position`.

@@ -78,6 +78,7 @@ class TParser {
   }
   bool IsPair(size_t position) const;
   bool SkipComment();
+  int ScanName(std::string_view& lexem);
   int ScanString(std::string_view& lexem);
   void SkipBraces();
   void SkipDoubleByteName();
