@@ -7,6 +7,7 @@
 #include "cli/Console.h"
 #include "cli/StandardStreams.h"
 #include "win/Diagnostics.h"
+#include "win/paths/Drives.h"
 
 namespace cli {
 namespace {
@@ -33,7 +34,8 @@ void ShowProgress(int done, int known, std::string_view fileName) {
   if (!Shown.empty() && now - lastShown < kInterval) return;
   std::string line = "[" + std::to_string(done) + "/" + std::to_string(known) + "] ";
   const size_t width = TerminalWidth(TStream::Error);
-  if (width > line.size() + 1) line.append(Tail(win::PrintableName(fileName), width - line.size() - 1));
+  if (width > line.size() + 1)
+    line.append(Tail(win::PrintableName(win::ToHostName(fileName)), width - line.size() - 1));
   if (line == Shown) return;
   (void)WriteStream(TStream::Error, "\r" + line + "\x1b[K");
   Shown = std::move(line);

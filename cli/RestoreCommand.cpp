@@ -26,16 +26,17 @@ using mig::TRestoreVerdict;
 
 // Returns the undo files to restore from, the latest run first.
 std::vector<std::string> UndoFiles(const TCommandLine& line) {
-  const std::string path = WindowsPath(line.Arguments[0]);
+  const std::string& typed = line.Arguments[0];
+  const std::string path = WindowsPath(typed);
   RequireReachable(path);
   if (rtl::FileExists(path)) {
     if (line.All) throw EUsage("--all takes a folder, not an undo file.");
     return {path};
   }
-  if (!rtl::DirectoryExists(path)) throw EUsage("There is no undo file or folder \"" + path + "\".");
+  if (!rtl::DirectoryExists(path)) throw EUsage("There is no undo file or folder \"" + typed + "\".");
   std::vector<std::string> files = mig::FindUndoFiles(path);
   if (files.empty())
-    throw EUsage("There is no undo file in \"" + path + "\" or in a backup folder below it.");
+    throw EUsage("There is no undo file in \"" + typed + "\" or in a backup folder below it.");
   if (!line.All && files.size() > 1) {
     Note(std::string(line.List ? "The last run is" : "Undoing the last run,") + " of \"" + files[0] +
          "\". With --all, earlier runs are " + (line.List ? "listed" : "undone") + ", too.");

@@ -76,13 +76,13 @@ TScope SetScope(const TCommandLine& line, host::THost& host, mig::TReplaceOption
   const bool isFolder = rtl::DirectoryExists(path);
   const bool isFile = !isFolder && rtl::FileExists(path);
   if (!line.Folder.empty() && isFile)
-    throw EUsage("\"" + path + "\" is a file. Give its folder, or a project with --project.");
-  if (!line.Folder.empty() && !isFolder) throw EUsage(rtl::Format(mig::STargetDirNotExist, {path}));
+    throw EUsage("\"" + typed + "\" is a file. Give its folder, or a project with --project.");
+  if (!line.Folder.empty() && !isFolder) throw EUsage(rtl::Format(mig::STargetDirNotExist, {typed}));
   if (!line.Project.empty() && !isFolder && !isFile)
-    throw EUsage("The project \"" + path + "\" does not exist.");
-  if (!isFolder && !isFile) throw EUsage("There is no folder or project \"" + path + "\".");
+    throw EUsage("The project \"" + typed + "\" does not exist.");
+  if (!isFolder && !isFile) throw EUsage("There is no folder or project \"" + typed + "\".");
   if (isFile && host::ProjectKindOf(path) == host::TProjectKind::None)
-    throw EUsage("\"" + path + "\" is no project. Give a folder, or a project file such as Orders.dproj.");
+    throw EUsage("\"" + typed + "\" is no project. Give a folder, or a project file such as Orders.dproj.");
 
   if (line.Project.empty() && isFolder) {
     if (!line.Units.empty() || !line.ActiveProject.empty())

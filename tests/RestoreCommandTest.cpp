@@ -95,7 +95,7 @@ TEST_F(RestoreCommandTest, RestoreThroughALinkAndFromAJournal) {
   EXPECT_EQ(FTree.Read("src/A.pas"), kUnit);
   EXPECT_EQ(FTree.Names("src/RBackup"), (std::vector<std::string>{"A.~DFM", "A.~pas"}));
   EXPECT_EQ(Run("restore link"),
-            "2||kvamigrate: There is no undo file in \"<dir>\\link\" or in a backup folder below it.\n");
+            "2||kvamigrate: There is no undo file in \"link\" or in a backup folder below it.\n");
 }
 
 TEST_F(RestoreCommandTest, SeveralRunsAreTakenBackLastFirst) {

@@ -76,8 +76,6 @@ TEST(UsesStepTest, Table) {
        "unit U;\r\ninterface\r\n\r\nuses\r\n  New1, New2;\r\nvar x: TNew;\r\nimplementation\r\n\r\nend.\r\n"},
       {"the last one of a clause goes, and the clause", Unit("uses A,\r\n  Bde;", "uses DBTables;\r\nbegin"),
        Unit("uses A;", "uses New1, New2;\r\nbegin")},
-      {"an empty clause goes with its line", Unit("uses New1, New2;\r\nvar x: TNew;", "uses Bde;\r\nbegin"),
-       Unit("uses New1, New2;\r\nvar x: TNew;", "begin")},
       {"old units with a line of their own",
        Unit("uses\r\n  Bde,\r\n  A,  // a\r\n  Data.Bde {x},\r\n  B;", ""),
        Unit("uses\r\n  A,  // a\r\n   {x}\r\n  B;", "")},
