@@ -26,7 +26,7 @@ int Rank(host::TProjectKind kind) {
 
 // Returns the only project in a folder. Group files are ignored, and the files of one project, such as
 // Orders.dpr and Orders.dproj, count as one.
-std::string ProjectIn(const std::string& folder) {
+std::string ProjectIn(const std::string& folder, const std::string& typed) {
   std::map<std::string, std::string> projects;  // upper-cased name without extension -> file name
   rtl::TFolderEntries entries(folder);
   while (entries.Next()) {
@@ -35,11 +35,11 @@ std::string ProjectIn(const std::string& folder) {
     std::string& known = projects[win::UpperFileName(rtl::ChangeFileExt(entries.Name(), ""))];
     if (known.empty() || Rank(kind) < Rank(host::ProjectKindOf(known))) known = entries.Name();
   }
-  if (projects.empty()) throw EUsage("There is no project in the folder \"" + folder + "\".");
+  if (projects.empty()) throw EUsage("There is no project in the folder \"" + typed + "\".");
   if (projects.size() == 1) return mig::JoinPath(folder, projects.begin()->second);
   std::string list;
   for (const auto& [key, name] : projects) list.append(list.empty() ? "" : ", ").append(name);
-  throw EUsage("There is more than one project in the folder \"" + folder + "\": " + list + ".");
+  throw EUsage("There is more than one project in the folder \"" + typed + "\": " + list + ".");
 }
 
 TScope SetFolder(const std::string& folder, bool subFolders, mig::TReplaceOptions& options) {
@@ -91,7 +91,7 @@ TScope SetScope(const TCommandLine& line, host::THost& host, mig::TReplaceOption
     return SetFolder(path, line.SubFolders, options);
   }
   if (line.SubFolders) throw EUsage("--subfolders cannot be used with a project.");
-  return SetProject(line, isFolder ? ProjectIn(path) : path, host, options);
+  return SetProject(line, isFolder ? ProjectIn(path, typed) : path, host, options);
 }
 
 }  // namespace cli
