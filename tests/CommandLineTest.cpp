@@ -172,27 +172,18 @@ TEST_F(CommandLineTest, BackupFolders) {
   EXPECT_FALSE(FTree.Exists("src/RBackup"));
 }
 
-TEST_F(CommandLineTest, AProjectWithTwoSelectedUnits) {
-  FTree.Write("src/P.dpr",
-              "program P;\r\nuses A in 'A.pas' {A}, B in 'old\\B.pas' {B}, C in 'C.pas';\r\nend.\r\n");
-  FTree.Write("src/C.pas", kUnit);
-  EXPECT_EQ(Run("replace --mode bde --project src/P.dpr --unit a.PAS --unit C.pas"),
-            "0|Replace procedure was performed sucessfully.\n|");
-  EXPECT_NE(FTree.Read("src/A.pas"), kUnit);
-  EXPECT_NE(FTree.Read("src/C.pas"), kUnit);
-  EXPECT_EQ(FTree.Read("src/old/B.pas"), kUnit);
-}
-
 // An inherited connection declares the alias, too, if it is converted.
 TEST_F(CommandLineTest, AnAliasIsOneNameInEveryEncoding) {
-  FTree.Write("src/P.dpr", "program P;\r\nuses A in 'A.pas' {A}, C in 'C.pas' {C};\r\nend.\r\n");
+  FTree.Write("src/P.dpr", "program P; uses A in 'A.pas' {A}, B in 'old\\B.pas' {B}, C in 'C.pas' {C}; end.");
   FTree.Write("src/C.pas", kUnit);
   FTree.Write("src/A.dfm",
               "inherited A: TA\r\n inherited Db: TDatabase\r\n DatabaseName = 'Caf\xE9'\r\n end\r\nend");
   FTree.Write(
       "src/C.dfm",
       "\xEF\xBB\xBFobject C: TForm\r\n object Q: TQuery\r\n DatabaseName = 'CAF\xC3\xA9'\r\n end\r\nend\r\n");
-  EXPECT_EQ(Run("replace --mode bde --project src/P.dpr --complete inherited")[0], '0');
+  EXPECT_EQ(Run("replace --mode bde --project src/P.dpr --unit a.PAS --unit C.pas --complete inherited")[0],
+            '0');
+  EXPECT_EQ(FTree.Read("src/old/B.pas"), kUnit);
   EXPECT_NE(FTree.Read("src/C.dfm").find("Connection = A.Db"), std::string::npos) << FTree.Read("src/C.dfm");
 }
 
@@ -236,8 +227,7 @@ TEST_F(CommandLineTest, WrongCommandLines) {
        "The option -q takes no value; short options are given one by one.\nSee \"kvamigrate help replace\"."},
       {"replace --complete use",
        "--complete takes uses, inherited, transactions, layout, marks, or all, with commas between them, and "
-       "not "
-       "\"use\". Did you mean uses?\nSee \"kvamigrate help replace\"."},
+       "not \"use\". Did you mean uses?\nSee \"kvamigrate help replace\"."},
       {"replace --mode", "The option --mode needs a value: bde|ibx.\nSee \"kvamigrate help replace\"."},
       {"replace --folder --no-log",
        "The option --folder needs a value: DIR.\nSee \"kvamigrate help replace\"."},

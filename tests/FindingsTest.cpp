@@ -111,59 +111,46 @@ TEST_F(FindingsTest, Forms) {
        "publish it\n"},
       {"  object D: TDatabase\r\n    DatabaseName = 'Known'\r\n  end",
        "3:5 warning dropped-property: the property DatabaseName of F.D is dropped, because TKVAConnection "
-       "does not "
-       "publish it\n"},
+       "does not publish it\n"},
       {"  object D: TDatabase\r\n    Params.Strings = (\r\n      'USER NAME=u'\r\n      'LANGDRIVER=x'\r\n   "
-       "   "
-       "'user name=v'\r\n      'PASSWORD=tiger'\r\n      'odd')\r\n  end",
+       "   'user name=v'\r\n      'PASSWORD=tiger'\r\n      'odd')\r\n  end",
        "5:7 warning dropped-login-entry: the login entry LANGDRIVER of F.D is dropped, because "
-       "TKVAConnection has no "
-       "property for it\n"
+       "TKVAConnection has no property for it\n"
        "6:7 warning dropped-login-entry: the login entry user name of F.D is dropped, because TKVAConnection "
-       "has no "
-       "property for it\n"
+       "has no property for it\n"
        "8:7 warning dropped-login-entry: the login entry (no name) of F.D is dropped, because TKVAConnection "
-       "has no "
-       "property for it\n"},
+       "has no property for it\n"},
       {"  object D: tdatabase\r\n    Params.Strings = ('PASSWORD=tiger')\r\n  end",
        "3:23 warning dropped-login-entry: the login entry PASSWORD of F.D is dropped, because TKVAConnection "
-       "has no "
-       "property for it\n"},
+       "has no property for it\n"},
       {"  object Q: TQuery\r\n    DatabaseName = 'Known'\r\n  end\r\n  object R: TQuery\r\n    DatabaseName "
-       "= "
-       "'Lost'\r\n    DatabaseName = 'Lost'\r\n  end",
+       "= 'Lost'\r\n    DatabaseName = 'Lost'\r\n  end",
        "6:5 error lost-connection: F.R has lost its connection: the run found no database of the alias "
        "\"Lost\"\n"},
       {"  object Q: TQuery\r\n    DatabaseName = 'Far'\r\n  end",
        "3:5 error lost-connection: F.Q has lost its connection: the form's encoding lacks the name of the "
-       "database of "
-       "the alias \"Far\"\n"},
+       "database of the alias \"Far\"\n"},
       {"  object Q: TQuery\r\n    DatabaseName = 'Above'\r\n  end",
        "3:5 error lost-connection: F.Q has lost its connection: Base.D, which declares the alias \"Above\", "
-       "is "
-       "inherited and keeps its class\n"},
+       "is inherited and keeps its class\n"},
       {"  object T: TTable\r\n    IndexFieldNames = 'A;B'\r\n  end\r\n  object U: TTable\r\n    "
-       "IndexFieldNames = "
-       "'A'\r\n    MasterSource = S\r\n  end",
+       "IndexFieldNames = 'A'\r\n    MasterSource = S\r\n  end",
        "3:5 warning order-became-detail: IndexFieldNames of F.T became DetailFields, but the data set has no "
-       "master: "
-       "'A;B'\n"},
+       "master: 'A;B'\n"},
       {"  object T: TIBTransaction\r\n    DefaultAction = TARollback\r\n  end",
        "3:5 error old-value: DefaultAction of F.T has the value TARollback, which TKVATransaction does not "
        "know\n"},
       {"  object Q: TQuery\r\n    Tag = 1\r\n    Color = $FF\r\n  end",
        "4:5 error unparsed-object: F.Q is not converted, because its property Color cannot be read\n"},
       {"  object Q: TQuery [1]\r\n  end",
-       "2:3 error unparsed-object: F.Q is not converted, because its header cannot be "
-       "read\n"},
+       "2:3 error unparsed-object: F.Q is not converted, because its header cannot be read\n"},
       {"  object Q: TQuery\r\n    object N: TX\r\n      A = 1end\r\n    end\r\n  end",
        "4:7 error unparsed-object: F.Q is not converted, because its property A cannot be read\n"},
       {"  inherited Q: TQuery\r\n    Tag = 1\r\n  end\r\n  inline R: TQuery\r\n    SessionName = 'S'\r\n    "
        "DataSource = D\r\n    object X: TQuery\r\n    end\r\n  end",
        "2:3 warning inherited-object: F.Q is declared with \"inherited\" and keeps its class TQuery\n"
        "5:3 error inherited-object: F.R is declared with \"inline\" and keeps its class TQuery; TKVAQuery "
-       "does not "
-       "publish SessionName, DataSource\n"},
+       "does not publish SessionName, DataSource\n"},
       {"  object Q: TQuery\r\n    object R: TQuery\r\n      SessionName = 'S'\r\n    end\r\n    inherited S: "
        "TTable\r\n    end\r\n  end",
        "3:5 error nested-object: F.Q.R lies in a converted object and keeps its class TQuery\n"
@@ -178,11 +165,9 @@ TEST_F(FindingsTest, Forms) {
       {"  object L: TLabel\r\n    Caption = 'object Q: TQuery'\r\n    Hint = 'it''s' \r\n      + ' end'\r\n  "
        "  Tag = -1\r\n    "
        "Font.Style = [fsBold, fsItalic]\r\n    Lines.Strings = (\r\n      'a)'\r\n      'end')\r\n    Item = "
-       "1\r\n    X.End = 2\r\n    Items "
-       "= <\r\n     "
+       "1\r\n    X.End = 2\r\n    Items = <\r\n     "
        " item\r\n        A = <\r\n          item\r\n            B = 1.5e+3\r\n          end>\r\n      "
-       "end>\r\n  "
-       "end\r\n  inherited Q: TQuery\r\n  end",
+       "end>\r\n  end\r\n  inherited Q: TQuery\r\n  end",
        "21:3 warning inherited-object: F.Q is declared with \"inherited\" and keeps its class TQuery\n"},
   };
   for (const TRow& row : rows) EXPECT_EQ(FindInObject(row.Source), row.Findings) << row.Source;
@@ -214,8 +199,7 @@ TEST_F(FindingsTest, PlacesCountCharactersOfTheFile) {
       "object F: TForm\r\n  Caption = 'ß' {я} object Q: TQuery SessionName = 'ü' end\r\nend";
   const std::string findings =
       "2:38 warning dropped-property: the property SessionName of F.Q is dropped, because TKVAQuery does not "
-      "publish "
-      "it\n";
+      "publish it\n";
   EXPECT_EQ(Find("A.dfm", "\xFF\xFE" + qrl::TEncoding::Unicode().GetBytes(utf8)), findings);
   EXPECT_EQ(Find("A.dfm", "\xEF\xBB\xBF" + utf8),
             "1:1 warning lost-mark: the file is written without its UTF-8 byte order mark\n" + findings);
@@ -255,34 +239,25 @@ TEST_F(FindingsTest, Units) {
        "5:8 note transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
        "component field\n"
        "6:8 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
-       "class that has a "
-       "member of that name already\n"
+       "class that has a member of that name already\n"
        "8:15 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
        "class heading\n"
        "9:17 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
-       "property "
-       "declaration\n"
+       "property declaration\n"
        "12:11 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
-       "class that has "
-       "a member of that name already\n"
+       "class that has a member of that name already\n"
        "13:20 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
-       "parameter "
-       "list\n"
+       "parameter list\n"
        "16:18 warning transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
-       "field of a "
-       "record\n"
+       "field of a record\n"
        "17:13 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in the "
-       "result of a "
-       "function\n"
+       "result of a function\n"
        "19:22 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
-       "parameter "
-       "list\n"
+       "parameter list\n"
        "20:8 warning transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
-       "variable "
-       "declaration\n"
+       "variable declaration\n"
        "22:8 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
-       "constructor "
-       "call\n"
+       "constructor call\n"
        "23:10 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in an "
        "expression\n"},
       // Routines without such a class are not read.
@@ -293,14 +268,11 @@ TEST_F(FindingsTest, Units) {
        "procedure R; asm end;\r\ninitialization\r\n  X(TDatabase);\r\nend.",
        "4:6 warning second-conversion: the unit used New before the run\n"
        "10:8 warning transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
-       "variable "
-       "declaration\n"
+       "variable declaration\n"
        "12:18 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
-       "parameter "
-       "list\n"
+       "parameter list\n"
        "14:8 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
-       "constructor "
-       "call\n"
+       "constructor call\n"
        "18:5 error transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in an "
        "expression\n"},
       {"\xEF\xBB\xBFunit A;\nuses New;\nvar D: TDatabase;\nend.",
@@ -309,8 +281,7 @@ TEST_F(FindingsTest, Units) {
        "LF\n"
        "2:6 warning second-conversion: the unit used New before the run\n"
        "3:8 warning transaction-line: TDatabase brings a line \"Transaction: TKVATransaction\" here, in a "
-       "variable "
-       "declaration\n"},
+       "variable declaration\n"},
   };
   for (const TRow& row : rows) EXPECT_EQ(Find("A.pas", row.Source), row.Findings) << row.Source;
 }

@@ -111,8 +111,7 @@ TEST(UsesStepTest, Table) {
        Unit("uses New1;\r\nvar x: TNew;", "uses New2;")},
       {"lines that end with CR",
        "unit U;\rinterface\ruses\r  A, // a\r  Bde,\r  DBTables, New1, New2,\r  B;\rvar x: "
-       "TNew;\rimplementation\ruses "
-       "// b\r  Bde;\rend.\r",
+       "TNew;\rimplementation\ruses // b\r  Bde;\rend.\r",
        "unit U;\rinterface\ruses\r  A, // a\r  New1,\r  New2,\r  B;\rvar x: TNew;\rimplementation\r// "
        "b\rend.\r"},
       {"lines that end with CR CR LF",
