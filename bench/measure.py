@@ -52,7 +52,6 @@ CLASSES = {  # what perl renames: the classes of the family bde
 MECHANISMS = {  # by the end of the name of the program without it
     "thread": "the second thread", "ahead": "reading files ahead", "search": "the word search before the scanner",
     "move": "moving changed files into place", "trust": "10 ms of trust in a listing", "cache": "listings kept by own changes",
-    "held": "folders held open",
 }
 
 

@@ -206,9 +206,8 @@ class TFileSystem {
   // Returns the path with each component spelled as on disk. Components that do not exist stay as given.
   [[nodiscard]] virtual std::string GetLongPathNameA(std::string_view path) = 0;
 
-  // While on, folders may be kept open between operations, for speed. Initially off. Switching it off
-  // closes them and discards the list of files that FlushWritten would flush.
-  virtual void HoldFolders(bool /*hold*/) {}
+  // Discards the list of what FlushWritten would flush. Call it when nobody will flush what was written.
+  virtual void ForgetWritten() {}
 
   // Flushes everything that was written, copied or renamed since the last call to the disk, including the
   // names: through this object, and on the host through any other. No thread may be writing during the

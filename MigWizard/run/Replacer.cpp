@@ -3,13 +3,13 @@
 #include <new>
 
 #include "MigWizard/run/Finally.h"
-#include "MigWizard/run/HeldFolders.h"
 #include "MigWizard/run/RExpertRes.h"
 #include "MigWizard/run/Restore.h"
 #include "MigWizard/run/Run.h"
 #include "MigWizard/run/UnitList.h"
 #include "qrl/QrlVcl.h"
 #include "rtl/text/SysUtils.h"
+#include "win/FileSystem.h"
 #include "win/Shell.h"
 
 namespace mig {
@@ -56,7 +56,7 @@ bool TComponentReplacer::Replace() {
 
 bool TComponentReplacer::ReplaceFiles() {
   const std::string logName = LogFileName();
-  const THeldFolders held;
+  const TFinally forgetWritten([] { win::FileSystem().ForgetWritten(); });
   FLeftOut.clear();
   TRunLock runLock(FOptions);
   if (FOptions.WriteLog) FLog.Open(logName);
@@ -76,7 +76,6 @@ bool TComponentReplacer::ReplaceFiles() {
 }
 
 void TComponentReplacer::Preview(TRunPlan* plan) {
-  const THeldFolders held;
   qrl::StartWait();
   const TFinally stopWait([] { qrl::StopWait(); });
   FLeftOut.clear();

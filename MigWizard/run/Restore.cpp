@@ -5,7 +5,7 @@
 #include <unordered_map>
 
 #include "MigWizard/run/FileUtils.h"
-#include "MigWizard/run/HeldFolders.h"
+#include "MigWizard/run/Finally.h"
 #include "MigWizard/run/RExpertRes.h"
 #include "MigWizard/run/WorkQueue.h"
 #include "rtl/text/Streams.h"
@@ -166,7 +166,7 @@ bool TRestorePlan::Execute(const TProgress& onProgress, const TWarning& onWarnin
                      {line.Text}));
     return false;
   }
-  const THeldFolders held;
+  const TFinally forgetWritten([] { win::FileSystem().ForgetWritten(); });
   return CopyAll(onProgress, warn) && Flush(warn, onFlushing) && DeleteJournals(warn);
 }
 

@@ -108,7 +108,6 @@ void TWorkQueue::Work() {
   std::unique_ptr<win::TFileSystem> files;
   try {
     files = win::AnotherHostFileSystem();
-    files->HoldFolders(true);
   } catch (const std::bad_alloc&) {
     return;  // the creating thread does every task
   }

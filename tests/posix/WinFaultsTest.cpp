@@ -144,7 +144,7 @@ TEST(WinFaultsTest, AFailureIsReportedWithItsReasonAndLeavesTheTarget) {
           EXPECT_EQ(ContentsOf(run.Tree, operation.Target), succeeded ? "new" : before);
           EXPECT_FALSE(HasTemporaryFile(run.Tree));
         }
-        run.Files.HoldFolders(false);  // discards the list of files to flush
+        run.Files.ForgetWritten();
       }
     }
   }

@@ -18,7 +18,6 @@ using TNames = std::vector<std::string>;
 
 class WinFilesTest : public testing::Test {
  protected:
-  WinFilesTest() { FFiles.HoldFolders(true); }
   ~WinFilesTest() override { ResetDrives(); }
 
   // Returns the contents of `name`, spelled as in the program, or "error N".

@@ -29,7 +29,6 @@ bool SetOwner(int fd, const struct stat& wanted, const struct stat& own) {
 #ifdef __linux__
 // Returns the path of the file for the calls that take no open folder; empty if there is none.
 std::string PathOf(const THostPath& place) {
-  if (!place.FullPath.empty()) return place.FullPath;
   return place.Base == AT_FDCWD ? place.Path : std::string();
 }
 

@@ -34,7 +34,6 @@ int64_t CopyInSystem([[maybe_unused]] int from, [[maybe_unused]] int to, [[maybe
 // Replaces `place`, a link, by the target of the link, following further links. Sets `exists` to whether
 // the target exists.
 bool FollowLinks(THostPath& place, struct stat& info, bool& exists) {
-  place.ResetBase();
   for (int i = 0; i < kMostLinks; ++i) {
     std::string text(256, '\0');
     ssize_t length = 0;
@@ -111,9 +110,7 @@ bool TPosixCopier::Replace(const TTarget& target, mode_t mode, bool onlyIfFree, 
 }
 
 void TPosixCopier::SweepOnce(const THostPath& target) {
-  const bool isWhole = target.Base == AT_FDCWD || !target.FullPath.empty();
-  const std::string_view path = target.FullPath.empty() ? target.Path : target.FullPath;
-  if (isWhole && FSwept.emplace(path.substr(0, path.rfind('/') + 1)).second) SweepTemporaryFiles(target);
+  if (target.Base == AT_FDCWD && FSwept.emplace(target.Folder()).second) SweepTemporaryFiles(target);
 }
 
 bool TPosixCopier::Copy(std::string_view source, std::string_view target, TOverwriting rule,

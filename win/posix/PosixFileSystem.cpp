@@ -169,14 +169,12 @@ std::string TPosixFileSystem::GetLongPathNameA(std::string_view path) {
   if (!FPlaces.Locate(path, TPathKind::Folder, place) || place.Base != AT_FDCWD) return std::string(path);
   const std::string given = place.Path;
   const bool isThere = FPlaces.StatAt(place, info) == 0;
-  place.ResetBase();
   if (isThere) FPlaces.SpellAsOnDisk(place, info.st_dev);
   return place.Path == given ? std::string(path) : RespelledPath(path, place.Path);
 }
 
-void TPosixFileSystem::HoldFolders(bool hold) {
-  FPlaces.Folders().HoldFolders(hold);
-  if (!hold) FWritten.Discard();
+void TPosixFileSystem::ForgetWritten() {
+  FWritten.Discard();
 }
 
 std::unique_ptr<TFileLock> TPosixFileSystem::LockFolder(std::string_view path) {

@@ -46,7 +46,6 @@ std::unique_ptr<TFindHandle> FindFirst(TPosixPlaces& places, std::unordered_set<
   TUniqueFd fd(places.AtPlace(
       place, [](const THostPath& at) { return Retry<openat>(at.Base, at.Path.c_str(), kOpenFolder); }));
   const int failure = errno;
-  place.ResetBase();
   if (!fd.IsOpen()) {
     struct stat info {};
     const bool isFile = failure == ENOTDIR && Retry<fstatat>(place.Base, place.Path.c_str(), &info, 0) == 0;

@@ -24,8 +24,6 @@ constexpr int64_t kReadingTimes = 30;
 constexpr int64_t kTrustTime = 10 * kMillisecond;
 // The maximum number of paths of folders in the cache.
 constexpr size_t kMostPaths = 10000;
-// The maximum number of folders that are held open.
-constexpr size_t kMostFolders = 16;
 // The maximum number of names in the cache, in all folders.
 constexpr size_t kMostNames = 1000000;
 
@@ -177,42 +175,14 @@ TFolderCache::TRecent TFolderCache::LookUpRecent(THostPath& place) {
   const int64_t now = Now();
   if (now - listing.FSeenAt >= kTrustTime || !IsAlive(listing, now)) return TRecent::Unknown;
   const std::string* const found = listing.Find(given);
-  std::string name(found ? std::string_view(*found) : given);
+  const std::string_view name = found ? std::string_view(*found) : given;
   place.Listing = &listing;
-  Open(known->second);
-  place.BaseOwner = known->second.Folder;
-  if (place.BaseOwner) {
-    place.Base = place.BaseOwner->Get();
-    place.FullPath = known->second.Spelled + name;
-    place.Path = std::move(name);
-  } else {
-    place.Path = known->second.Spelled + name;
-  }
+  place.Path = std::string(known->second.Spelled).append(name);
   return found ? TRecent::Present : TRecent::Absent;
-}
-
-void TFolderCache::Open(TKnownPath& known) {
-  if (known.Folder || !FHolds) return;
-  if (FOpenFolders == kMostFolders) CloseFolders();
-  TUniqueFd folder(Retry<openat>(AT_FDCWD, OrCurrent(known.Spelled).c_str(), kPassThrough));
-  if (!folder.IsOpen()) return;
-  known.Folder = std::make_shared<const TUniqueFd>(std::move(folder));
-  ++FOpenFolders;
-}
-
-void TFolderCache::CloseFolders() {
-  for (auto& [path, known] : FPaths) known.Folder.reset();
-  FOpenFolders = 0;
-}
-
-void TFolderCache::HoldFolders(bool hold) {
-  FHolds = hold;
-  if (!hold) CloseFolders();
 }
 
 void TFolderCache::ForgetPaths() {
   FPaths.clear();
-  FOpenFolders = 0;
 }
 
 // Caches the listing of the folder of `place`, which is spelled as on disk and was passed as `givenFolder`.
@@ -221,10 +191,9 @@ void TFolderCache::NotePath(const THostPath& place, TFolderListing* listing, std
   if (FPaths.size() >= kMostPaths) ForgetPaths();
   const auto known = FPaths.find(givenFolder);
   if (known == FPaths.end()) {
-    FPaths.emplace(givenFolder, TKnownPath{std::string(place.Folder()), listing, nullptr});
+    FPaths.emplace(givenFolder, TKnownPath{std::string(place.Folder()), listing});
   } else if (known->second.Listing != listing || known->second.Spelled != place.Folder()) {
-    if (known->second.Folder) --FOpenFolders;
-    known->second = {std::string(place.Folder()), listing, nullptr};
+    known->second = {std::string(place.Folder()), listing};
   }
 }
 

@@ -102,8 +102,7 @@ class TFolderCache {
     Absent    // the listing lacks the name; the folder of `place` is spelled as on disk, the name is as given
   };
 
-  // Spells `place` by a listing that was valid within the last 10 ms, without a call of the system. Makes it
-  // relative to the open folder if that is held open, which saves the system the walk to it.
+  // Spells `place` by a listing that was valid within the last 10 ms, without a call of the system.
   TRecent LookUpRecent(THostPath& place);
 
   // Spells `place`, which exists, as on disk, on a host that itself ignores case. Components that cannot be
@@ -114,9 +113,6 @@ class TFolderCache {
   void Forget(const THostPath& place);
   // Forgets which listing belongs to which path. Call it after a folder was removed or renamed.
   void ForgetPaths();
-
-  // See TFileSystem.
-  void HoldFolders(bool hold);
 
   // Returns how many folders were read so far, for measurements.
   size_t Readings() const { return FReadings; }
@@ -131,14 +127,11 @@ class TFolderCache {
   struct TKnownPath {
     std::string Spelled;  // the folder as on disk, with a separator at its end
     TFolderListing* Listing;
-    std::shared_ptr<const TUniqueFd> Folder;  // open from the second look-up on
   };
 
   TFolderListing* Current(int base, const std::string& folder, const TFolderStamp& stamp);
   TFolderListing* Held(const TFolderStamp& stamp);
   static bool IsAlive(const TFolderListing& listing, int64_t now);
-  void Open(TKnownPath& known);
-  void CloseFolders();
   void NotePath(const THostPath& place, TFolderListing* listing, std::string_view givenFolder);
   bool Read(int base, const std::string& folder, TFolderListing& listing);
 
@@ -149,8 +142,6 @@ class TFolderCache {
   };
   std::unordered_map<std::pair<dev_t, ino_t>, TFolderListing, TKeyHash> FListings;
   std::unordered_map<std::string, TKnownPath, TPathHash, std::equal_to<>> FPaths;  // by the folder as given
-  bool FHolds = false;
-  size_t FOpenFolders = 0;
   size_t FTotal = 0;  // names in all listings, roughly
   size_t FReadings = 0;
 };

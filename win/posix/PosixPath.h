@@ -6,7 +6,6 @@
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
-#include <utility>
 
 #include "win/FileSystem.h"
 #include "win/posix/PosixFd.h"
@@ -40,19 +39,10 @@ class TFolderListing;
 struct THostPath {
   int Base = AT_FDCWD;
   std::string Path;
-  // Keeps `Base` open if it is a folder opened for this path: an intermediate folder of a path that is too
-  // long for the system, or the folder that contains the name.
+  // Keeps `Base` open if it is an intermediate folder of a path that is too long for the system.
   std::shared_ptr<const TUniqueFd> BaseOwner;
-  std::string FullPath;  // in the latter case, the whole path relative to the process's folder
   // The listing of the folder if it was just found to be valid, else null. It lives until the next look-up.
   TFolderListing* Listing = nullptr;
-
-  // Makes the path relative to the process's folder again if `Base` is the folder that contains the name.
-  void ResetBase() {
-    if (FullPath.empty()) return;
-    Base = AT_FDCWD;
-    Path = std::exchange(FullPath, {});
-  }
 
   // Returns the part up to and including the last separator; empty for a name in `Base` itself.
   std::string_view Folder() const { return std::string_view(Path).substr(0, LeafStart()); }

@@ -89,7 +89,6 @@ bool TPosixPlaces::FoldsCase(const THostPath& place, dev_t device) {
 
 void TPosixPlaces::SpellAsOnDisk(THostPath& place, dev_t device) {
   if (!FoldsCase(place, device)) return;
-  place.ResetBase();
   FFolders.SpellAll(place);
 }
 

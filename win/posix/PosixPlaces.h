@@ -83,7 +83,6 @@ int TPosixPlaces::AtPlace(THostPath& place, const TOperation& operation, TAbsenc
   for (int attempt = 1;; ++attempt) {
     place.Base = base;
     place.Path = given;
-    place.FullPath.clear();
     switch (FFolders.Respell(place)) {
       case TFolderCache::TOutcome::Found:
         break;

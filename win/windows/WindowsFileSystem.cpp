@@ -157,8 +157,8 @@ std::string TWindowsFileSystem::GetLongPathNameA(std::string_view path) {
   return ToUtf8(WithoutPrefix(SpelledPath(full))).value_or(std::string(path));
 }
 
-void TWindowsFileSystem::HoldFolders(bool hold) {
-  if (!hold) FWritten.Discard();
+void TWindowsFileSystem::ForgetWritten() {
+  FWritten.Discard();
 }
 
 std::unique_ptr<TFileLock> TWindowsFileSystem::LockFolder(std::string_view path) {

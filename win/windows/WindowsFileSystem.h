@@ -33,7 +33,7 @@ class TWindowsFileSystem : public TFileSystem {
   bool CopyPermissions(std::string_view source, std::string_view target) override;
   std::string GetTempPathA() override;
   std::string GetLongPathNameA(std::string_view path) override;
-  void HoldFolders(bool hold) override;
+  void ForgetWritten() override;
   bool FlushWritten() override;
   bool FlushFolder(std::string_view path) override;
 
