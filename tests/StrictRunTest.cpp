@@ -334,7 +334,7 @@ TEST_F(StrictRunTest, ChoosesTheFirstFreeBackupFolder) {
 TEST_F(StrictRunTest, BackupsInTheFolderOfTheRun) {
   const TFiles before = Sources();
   for (const char* backupDir :
-       {"src", "src\\", "SRC\\.", "src\\Sub\\..", ".\\other\\..\\src", "src\\Sub\\.\\"}) {
+       {"src", "src\\", "SRC\\.", "src\\Sub\\..", ".\\other\\..\\src", "src\\Sub\\.\\", "src. "}) {
     SCOPED_TRACE(backupDir);
     FMigration.Options().BackupDir = JoinPath(FTree.WindowsPath(), backupDir);
     EXPECT_TRUE(Replacer().Replace());

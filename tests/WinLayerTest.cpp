@@ -85,6 +85,7 @@ TEST_F(WinLayerTest, Errors) {
       {"flush nothing", [&] { return Outcome(files.FlushFolder(Path("None"))); }, ERROR_PATH_NOT_FOUND},
       {"not a name", [&] { return Open(std::string_view("a\0b", 3), TFileMode::OpenRead); },
        ERROR_INVALID_NAME},
+      {"dots and blanks", [&] { return Open(". .", TFileMode::Create); }, ERROR_INVALID_NAME},
   };
   for (const auto& [name, operation, error] : rows) EXPECT_EQ(operation(), error) << name;
   EXPECT_EQ(FTree.Names(), (std::vector<std::string>{"FILE2.pas", "File.pas", "Folder", "Locked.pas"}));
@@ -95,12 +96,13 @@ TEST_F(WinLayerTest, Errors) {
 TEST_F(WinLayerTest, NamesIgnoreCaseAndKeepTheirSpelling) {
   FTree.Write("Src/Unit.pas", "old");
   FTree.Write("new.tmp", "new");
-  EXPECT_EQ(FFiles->GetLongPathNameA(Path("SRC\\uNIT.PAS")), Path("Src\\Unit.pas"));
-  EXPECT_TRUE(FFiles->CopyFileA(Path("NEW.tmp"), Path("src\\UNIT.pas"), false));
+  for (const char* const name : {"SRC\\uNIT.PAS", "src.\\Unit.pas", "Src . \\.\\unit.pas. "})
+    EXPECT_EQ(FFiles->GetLongPathNameA(Path(name)), Path("Src\\Unit.pas")) << name;
+  EXPECT_TRUE(FFiles->CopyFileA(Path("NEW.tmp"), Path("src.\\UNIT.pas "), false));
   EXPECT_TRUE(FFiles->ReplaceFileContents(Path("NEW.TMP"), "newer"));
   EXPECT_EQ(FTree.Names("Src"), std::vector<std::string>{"Unit.pas"});
   EXPECT_EQ(FTree.Read("Src/Unit.pas") + FTree.Read("new.tmp"), "newnewer");
-  EXPECT_TRUE(FFiles->ReplaceFileContents(Path("Öl.pas"), ""));
+  EXPECT_TRUE(FFiles->ReplaceFileContents(Path("Öl.pas."), ""));
   EXPECT_EQ(FFiles->GetLongPathNameA(Path("öL.PAS")), Path("Öl.pas"));
 }
 

@@ -84,6 +84,7 @@ TEST_F(WinFilesTest, CopyTakesContentsTimeAndPermissions) {
 
 TEST_F(WinFilesTest, Drives) {
   FTree.MakeFolder("checkout/Sub");
+  FTree.MakeFolder("checkout/End.");
   ASSERT_TRUE(MapDrive('c', FTree.HostPath("checkout/")));
   EXPECT_FALSE(MapDrive('1', FTree.HostPath()));
   EXPECT_FALSE(MapDrive('D', FTree.HostPath("none")));
@@ -113,6 +114,8 @@ TEST_F(WinFilesTest, Drives) {
                                       {"/tmp/\xE4", ""},
                                       {"/tmp/a:b", ""},
                                       {"Z:\\a:b", ""},
+                                      {"c:.\\Dot. \\Sub. ", "C:\\Dot\\Sub"},
+                                      {checkout + "/End./Sub.", "C:\\End.\\Sub"},
                                       {"D:\\x", ""},
                                       {"", ""}};
   for (const auto& [typed, path] : toWindows) EXPECT_EQ(ToWindowsPath(typed), path) << typed;

@@ -147,6 +147,17 @@ TEST_F(WindowsLayerTest, ShortNamesAreTheFileOfTheLongOne) {
   EXPECT_EQ(FTree.Read("A very long name.pas"), "new");
 }
 
+// Other systems create them, and the system's own functions with the prefix "\\?\".
+TEST_F(WindowsLayerTest, NamesThatEndInADotAreSkipped) {
+  const std::string path = Path("") + "\\Sub.";
+  ASSERT_TRUE(CreateDirectoryW((LR"(\\?\)" + ToWideOrReplaced(path)).c_str(), nullptr));
+  TFindData data;
+  const auto walk = FFiles->FindFirstFileA(Path("") + "\\*.*", data);
+  ASSERT_TRUE(walk && walk->Unnamed().size() == 1);
+  EXPECT_EQ(walk->Unnamed()[0].Message, "Skipped, because no Windows path can name it: " + path);
+  RemoveDirectoryW((LR"(\\?\)" + ToWideOrReplaced(path)).c_str());
+}
+
 TEST_F(WindowsLayerTest, NamesThatDifferInNormalisationAreTwoFiles) {
   EXPECT_TRUE(FFiles->ReplaceFileContents(Path("\u00E9.pas"), "one character"));
   EXPECT_TRUE(FFiles->ReplaceFileContents(Path("e\u0301.pas"), "two"));
@@ -223,6 +234,8 @@ TEST(WindowsPathTest, FullPaths) {
       {R"(\\?\C:\Src\Unit1.pas)", LR"(\\?\C:\Src\Unit1.pas)"},
       {R"(C:\Src\con.pas)", LR"(\\?\C:\Src\con.pas)"},
       {R"(C:\Src\AUX)", LR"(\\?\C:\Src\AUX)"},
+      {R"(C:\Src. .\con. )", LR"(\\?\C:\Src\con)"},
+      {R"(\\?\C:\Src\Unit1.pas )", LR"(\\?\C:\Src\Unit1.pas )"},
       {R"(\Unit1.pas)", LR"(\\?\C:\Unit1.pas)"},
       {R"(Unit1.pas)", LR"(\\?\C:\windows\Unit1.pas)"},
       {R"(C:Unit1.pas)", LR"(\\?\C:\windows\Unit1.pas)"},

@@ -29,11 +29,13 @@ void ResetDrives();
 
 // Returns whether a Windows path can contain the name of a host's file or folder: it is UTF-8 and has no
 // backslash, no colon (which separates the drive) and no control character but tab (others would break the
-// lines of an undo file).
+// lines of an undo file). On Windows itself, further characters are not part of names, nor are dots and blanks
+// at the end.
 [[nodiscard]] bool IsWindowsName(std::string_view name);
 
 // Returns the full Windows path for a path that a user typed: a host path or a Windows path, relative or
-// full, with either separator. Resolves "." and ".." in the text. The drive is that of the deepest mapped
+// full, with either separator. Resolves "." and ".." in the text. Removes dots and blanks at the ends of names,
+// unless the host has an entry of exactly that name. The drive is that of the deepest mapped
 // folder that contains the path. Returns an empty string if a component below that folder is no Windows name,
 // or if the drive is not mapped. If the host has a file of exactly the typed name, a backslash in it is no
 // separator.

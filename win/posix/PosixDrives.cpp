@@ -151,7 +151,12 @@ std::string ToWindowsPath(std::string_view typed) {
   if (HasDrive(typed)) {
     std::string below;
     AppendComponents(below, 0, typed.substr(2), kWindowsSeparators);
-    if (!IsWindowsName(below) || !FolderOfDrive(typed)) return {};
+    const std::string* const folder = FolderOfDrive(typed);
+    if (!IsWindowsName(below) || !folder) return {};
+    const size_t root = folder->size() + 1;
+    below = *folder + '/' + below;
+    if (!TrimComponents(below, root, kHostSeparators, IsTaken)) return {};
+    below.erase(0, root);
     std::replace(below.begin(), below.end(), '/', '\\');
     return DriveRoot(DriveIndex(typed[0])) + below;
   }
@@ -159,7 +164,8 @@ std::string ToWindowsPath(std::string_view typed) {
   // A host file whose name contains a backslash has no Windows path.
   struct stat info {};
   if (typed.find('\\') != std::string_view::npos && lstat(std::string(typed).c_str(), &info) == 0) return {};
-  return OnDeepestDrive(FullHostPath(typed, true));
+  std::string full = FullHostPath(typed, true);
+  return TrimComponents(full, 0, kHostSeparators, IsTaken) ? OnDeepestDrive(full) : std::string();
 }
 
 }  // namespace win

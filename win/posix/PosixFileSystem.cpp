@@ -167,7 +167,7 @@ std::string TPosixFileSystem::GetLongPathNameA(std::string_view path) {
   THostPath place;
   struct stat info {};
   if (!FPlaces.Locate(path, TPathKind::Folder, place) || place.Base != AT_FDCWD) return std::string(path);
-  const std::string given = place.Path;
+  const std::string given = ToHostName(path);
   const bool isThere = FPlaces.StatAt(place, info) == 0;
   if (isThere) FPlaces.SpellAsOnDisk(place, info.st_dev);
   return place.Path == given ? std::string(path) : RespelledPath(path, place.Path);

@@ -27,6 +27,12 @@ inline bool IsSeparator(char c) {
   return c == '\\' || c == '/';
 }
 
+// Returns whether the host has an entry of exactly that name, relative to the process's folder.
+inline bool IsTaken(const std::string& name) {
+  struct stat info {};
+  return Retry<lstat>(name.c_str(), &info) == 0 || errno != ENOENT;
+}
+
 // Returns whether both describe the same file.
 inline bool IsSameFile(const struct stat& left, const struct stat& right) {
   return left.st_dev == right.st_dev && left.st_ino == right.st_ino;

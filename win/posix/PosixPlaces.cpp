@@ -10,6 +10,7 @@
 
 #include "win/Errors.h"
 #include "win/paths/Drives.h"
+#include "win/paths/PathComponents.h"
 #include "win/posix/PosixErrors.h"
 
 namespace win {
@@ -25,6 +26,7 @@ bool TPosixPlaces::Locate(std::string_view path, TPathKind kind, THostPath& plac
   place.Path = ToHostName(path);
   if (place.Path.empty()) return Fail(ERROR_PATH_NOT_FOUND);
   if (kind == TPathKind::File && IsSeparator(path.back())) return Fail(ERROR_INVALID_NAME);
+  if (!TrimComponents(place.Path, 0, kHostSeparators, IsTaken)) return Fail(ERROR_INVALID_NAME);
   return place.Path.size() <= kLongestPath || Shorten(place);
 }
 

@@ -34,7 +34,8 @@ enum class TAbsence {
 // For one thread.
 class TPosixPlaces {
  public:
-  // Finds the host path for a Windows path, spelled as given. On failure returns false, with the last error
+  // Finds the host path for a Windows path, spelled as given, except that names lose the dots and blanks at
+  // their end if there is no such entry. On failure returns false, with the last error
   // set.
   bool Locate(std::string_view path, TPathKind kind, THostPath& place);
 

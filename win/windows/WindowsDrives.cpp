@@ -31,7 +31,9 @@ bool IsWindowsName(std::string_view name) {
     return static_cast<unsigned char>(c) < 32 ||
            std::string_view(R"(\/:*?"<>|)").find(c) != std::string_view::npos;
   };
-  return std::none_of(name.begin(), name.end(), isBad) && IsValidUtf8(name);
+  // Other systems can create names that end in a dot or blank.
+  return std::none_of(name.begin(), name.end(), isBad) && !name.ends_with('.') && !name.ends_with(' ') &&
+         IsValidUtf8(name);
 }
 
 std::string ToWindowsPath(std::string_view typed) {

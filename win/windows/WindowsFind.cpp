@@ -5,6 +5,7 @@
 #include "win/Errors.h"
 #include "win/FolderEntries.h"
 #include "win/paths/CodePage.h"
+#include "win/paths/Drives.h"
 #include "win/windows/WindowsPath.h"
 #include "win/windows/WindowsText.h"
 
@@ -44,11 +45,13 @@ std::unique_ptr<TFindHandle> FindFirst(std::unordered_set<std::string>& reported
   uint32_t failure = search == INVALID_HANDLE_VALUE ? ::GetLastError() : ERROR_SUCCESS;
   while (failure == ERROR_SUCCESS) {
     const std::wstring_view name = found.cFileName;
-    if (std::optional<std::string> utf8 = ToUtf8(name); !utf8) {
+    if (name == L"." || name == L"..") {
+      // which the walk adds itself
+    } else if (std::optional<std::string> utf8 = ToUtf8(name); utf8 && IsWindowsName(*utf8)) {
+      entries.Add(*std::move(utf8), AttributesOf(found));
+    } else {
       entries.AddUnnamed(ToUtf8OrReplaced(name), AttributesOf(found) == FILE_ATTRIBUTE_DIRECTORY,
                          ToUtf8OrReplaced(WithoutPrefix(folder + std::wstring(name))));
-    } else if (name != L"." && name != L"..") {
-      entries.Add(*std::move(utf8), AttributesOf(found));
     }
     if (!FindNextFileW(search, &found)) failure = ::GetLastError();
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "win/paths/PathComponents.h"
 #include "win/windows/WindowsAccess.h"
 #include "win/windows/WindowsText.h"
 
@@ -52,7 +53,11 @@ bool AppendFullFolder(const std::wstring& folder, std::wstring& full) {
 bool FullPath(std::string_view path, TPathKind kind, std::wstring& full) {
   full.clear();
   if (path.empty()) return Fail(ERROR_PATH_NOT_FOUND);
-  std::optional<std::wstring> wide = ToWide(path);
+  std::string trimmed(path);
+  if (!path.starts_with(R"(\\?\)") &&
+      !TrimComponents(trimmed, 0, kWindowsSeparators, [](const std::string&) { return false; }))
+    return Fail(ERROR_INVALID_NAME);
+  std::optional<std::wstring> wide = ToWide(trimmed);
   if (!wide || wide->find(L'\0') != std::wstring::npos) return Fail(ERROR_INVALID_NAME);
   std::replace(wide->begin(), wide->end(), L'/', L'\\');
   if (kind == TPathKind::File && wide->back() == L'\\') return Fail(ERROR_INVALID_NAME);

@@ -14,8 +14,9 @@ enum class TPathKind { File, Folder };
 
 // Sets `full` to the full path of a Windows path, in the form that has no limit of 260 characters and in
 // which a name such as "con.pas" is a file's and not a device's: "\\?\C:\Src\Unit1.pas",
-// "\\?\UNC\server\share\Unit1.pas". It has no separator at its end unless it is a drive's root. On failure
-// returns false, with the last error set.
+// "\\?\UNC\server\share\Unit1.pas". It has no separator at its end unless it is a drive's root. Dots and blanks
+// at the end of a name are removed, unless the path is in that form already. On failure returns false, with
+// the last error set.
 [[nodiscard]] bool FullPath(std::string_view path, TPathKind kind, std::wstring& full);
 
 // Returns the path without the prefix of FullPath: "C:\Src\Unit1.pas".
