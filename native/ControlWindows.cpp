@@ -62,14 +62,17 @@ const TKindRow& KindOf(const rtl::TControl& control) {
                        [&](const TKindRow& row) { return row.Kind == control.Kind(); });
 }
 
-// Returns the style that makes the arrow keys move between radio buttons, and between buttons, that follow
-// each other: the first one of them starts a group, and so does every other control.
+// Returns the style that makes the arrow keys move between the radio buttons of a page, and between buttons
+// that follow each other: the first one of them starts a group, and so does every other control.
 DWORD GroupStyle(const rtl::TControl& control) {
   const auto& siblings =
       control.Parent() != nullptr ? control.Parent()->Controls() : control.Form().Controls();
   const auto self = std::find(siblings.begin(), siblings.end(), &control);
-  const bool groups = control.Kind() == TControlKind::RadioButton || control.Kind() == TControlKind::Button;
-  const bool follows = groups && self != siblings.begin() && (*std::prev(self))->Kind() == control.Kind();
+  const auto isSame = [&](const rtl::TControl* sibling) { return sibling->Kind() == control.Kind(); };
+  if (control.Kind() == TControlKind::RadioButton)
+    return std::any_of(siblings.begin(), self, isSame) ? 0 : WS_GROUP;
+  const bool follows =
+      control.Kind() == TControlKind::Button && self != siblings.begin() && isSame(*std::prev(self));
   return follows ? 0 : WS_GROUP;
 }
 
@@ -239,9 +242,12 @@ class TCheckListWindow : public TControlWindow {
   }
   void SetMetrics(const TMetrics& metrics) override {
     TControlWindow::SetMetrics(metrics);
-    // The system draws the check marks when the style is set, for the resolution of that moment.
+    // The system draws the check marks when the style is set, for the resolution of that moment. It clears
+    // all of them, which is no input of the user.
+    FSetsStyle = true;
     ListView_SetExtendedListViewStyle(Window(), 0);
     ListView_SetExtendedListViewStyle(Window(), LVS_EX_CHECKBOXES | LVS_EX_DOUBLEBUFFER);
+    FSetsStyle = false;
     Show(rtl::TChange::Checked);
   }
   SIZE Measure(const TMetrics& metrics, int width) const override {
@@ -253,7 +259,7 @@ class TCheckListWindow : public TControlWindow {
     ListView_SetColumnWidth(Window(), 0, LVSCW_AUTOSIZE_USEHEADER);
   }
   void Notify(const NMHDR& header) override {
-    if (header.code != LVN_ITEMCHANGED || IsShowing()) return;
+    if (header.code != LVN_ITEMCHANGED || IsShowing() || FSetsStyle) return;
     const auto& change = reinterpret_cast<const NMLISTVIEW&>(header);
     if (((change.uOldState ^ change.uNewState) & LVIS_STATEIMAGEMASK) == 0 || change.iItem < 0) return;
     FList.SetChecked(change.iItem, ListView_GetCheckState(Window(), change.iItem) != 0);
@@ -283,6 +289,7 @@ class TCheckListWindow : public TControlWindow {
 
  private:
   rtl::TCheckListBox& FList;
+  bool FSetsStyle = false;
 };
 
 class TImageWindow : public TControlWindow {

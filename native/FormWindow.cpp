@@ -1,5 +1,7 @@
 #include "native/FormWindow.h"
 
+#include <algorithm>
+
 #include "native/DialogTemplate.h"
 #include "native/FormLayout.h"
 #include "native/ModalLoop.h"
@@ -49,7 +51,13 @@ TFormWindow::~TFormWindow() {
   DestroyWindow(FDialog);
 }
 
-void TFormWindow::AddControls(const std::vector<rtl::TControl*>& controls) {
+void TFormWindow::AddControls(std::vector<rtl::TControl*> controls) {
+  // Radio buttons with other controls between them become neighbours in tab order: as the system has it, only
+  // the selected one is reached by Tab, and the others from it by arrow keys, within a group.
+  const auto isRadio = [](const rtl::TControl* control) {
+    return control->Kind() == rtl::TControlKind::RadioButton;
+  };
+  std::stable_partition(std::find_if(controls.begin(), controls.end(), isRadio), controls.end(), isRadio);
   for (rtl::TControl* control : controls) {
     const int identifier = kFirstIdentifier + static_cast<int>(FOrder.size());
     FOrder.push_back(control);

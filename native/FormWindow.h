@@ -41,7 +41,7 @@ class TFormWindow : public rtl::IFormView {
   bool Handle(UINT message, WPARAM wParam, LPARAM lParam);
   void Command(int identifier, int code);
 
-  void AddControls(const std::vector<rtl::TControl*>& controls);
+  void AddControls(std::vector<rtl::TControl*> controls);
   TControlWindow& WindowOf(const rtl::TControl& control) const { return *FWindows.at(&control); }
   void ShowPages();
   void SetDpi(int dpi);

@@ -85,8 +85,12 @@ INT_PTR CALLBACK TProgressWindow::DialogProc(HWND dialog, UINT message, WPARAM w
   return self != nullptr && self->Handle(message, wParam, lParam) ? TRUE : FALSE;
 }
 
-bool TProgressWindow::Handle(UINT message, WPARAM wParam, LPARAM) {
+bool TProgressWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_DPICHANGED) {
+    // Anywhere else the window could lie on the other monitor again.
+    const auto& place = *reinterpret_cast<const RECT*>(lParam);
+    SetWindowPos(FWindow, nullptr, static_cast<int>(place.left), static_cast<int>(place.top), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     SetDpi(HIWORD(wParam));
     return true;
   }
