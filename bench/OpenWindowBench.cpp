@@ -3,18 +3,16 @@
 // also the longest step of scrolling through it.
 //
 //   QT_QPA_PLATFORM=offscreen OpenWindowBench PROJECT [FILE]...
-#include <QApplication>
+#include <QCoreApplication>
 #include <QPixmap>
 #include <QScrollBar>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <exception>
 
-#include "desktop/FrontEnd.h"
+#include "WindowBench.h"
 #include "desktop/HostWindow.h"
-#include "desktop/QtText.h"
 #include "desktop/SourceEditor.h"
 #include "win/paths/Drives.h"
 
@@ -55,9 +53,7 @@ double LongestScroll(desktop::THostWindow& window) {
   return longest;
 }
 
-int Measure(int argc, char** argv) {
-  QApplication application(argc, argv);
-  desktop::TFrontEnd frontEnd("Benchmark");
+void Measure(desktop::TFrontEnd& frontEnd, int argc, char** argv) {
   desktop::THostWindow window(frontEnd);
   window.show();
   const auto path = [&](int i) { return win::ToWindowsPath(argv[i]); };
@@ -70,16 +66,11 @@ int Measure(int argc, char** argv) {
         window, [&] { window.OpenFile(path(i)); }, blocked);
     std::printf("%.3f %.3f %.3f %s\n", file, blocked, LongestScroll(window), argv[i]);
   }
-  return 0;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
-    return Measure(argc, argv);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "OpenWindowBench: %s\n", error.what());
-    return 1;
-  }
+  return bench::Run("OpenWindowBench", argc, argv,
+                    [&](desktop::TFrontEnd& frontEnd) { Measure(frontEnd, argc, argv); });
 }

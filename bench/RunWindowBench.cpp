@@ -1,8 +1,9 @@
-// Opens a project in the window, previews its migration, converts it and undoes that, then does so again and
-// keeps the result. Prints a line for each step, in seconds: the longest time that an event of the window
-// waited for its turn, and the time until the step had ended.
+// Opens a project in the window, previews its migration, converts it and undoes that, converts it with the
+// wizard, and opens it in another window with the findings of that run. Prints a line for each step, in
+// seconds: the longest time that an event of the window waited for its turn, and the time until the step had
+// ended.
 //
-//   QT_QPA_PLATFORM=offscreen RunWindowBench PROJECT
+//   QT_QPA_PLATFORM=offscreen RunWindowBench PROJECT MODULE    the wizard's module: kvaexpert.so
 #include <QApplication>
 #include <QPushButton>
 #include <QTimer>
@@ -10,14 +11,15 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <exception>
 #include <functional>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "WindowBench.h"
 #include "desktop/FrontEnd.h"
 #include "desktop/HostWindow.h"
+#include "desktop/MenuBinding.h"
 #include "desktop/MigrationPage.h"
 #include "desktop/ReviewPage.h"
 #include "win/paths/Drives.h"
@@ -72,7 +74,7 @@ class TPulse {
   std::thread FThread;
 };
 
-// Clicks these buttons, by name, each as soon as a question shows it.
+// Clicks these buttons, by name, each as soon as a window offers it.
 class TAnswers {
  public:
   explicit TAnswers(std::vector<const char*> buttons) : FButtons(std::move(buttons)) {
@@ -85,7 +87,7 @@ class TAnswers {
     QWidget* const window = QApplication::activeModalWidget();
     if (window == nullptr || FNext == FButtons.size()) return;
     auto* const button = window->findChild<QPushButton*>(FButtons[FNext]);
-    if (button == nullptr) return;
+    if (button == nullptr || !button->isVisible() || !button->isEnabled()) return;
     ++FNext;
     button->click();
   }
@@ -95,44 +97,62 @@ class TAnswers {
   QTimer FTimer;
 };
 
-int Measure(int argc, char** argv) {
-  QApplication application(argc, argv);
-  desktop::TFrontEnd frontEnd("Benchmark");
-  desktop::THostWindow window(frontEnd);
-  window.show();
-  TPulse pulse;
-  const auto isIdle = [&] {
+// A session: a window with a project, whose steps are measured.
+class TSession {
+ public:
+  TSession(desktop::TFrontEnd& frontEnd, const char* module) : FWindow(frontEnd) {
+    FWindow.show();
+    FWindow.LoadWizard(win::ToWindowsPath(module));
+  }
+
+  void Open(const char* name, const char* project) {
+    Measure(name, {}, [&] { FWindow.OpenProject(win::ToWindowsPath(project)); });
+  }
+  // Clicks a button of the page for the migration, and then those of the windows that appear.
+  void Click(const char* name, const char* button, std::vector<const char*> answers = {}) {
+    Measure(name, std::move(answers),
+            [&] { FWindow.findChild<QWidget*>("MigrationPage")->findChild<QPushButton*>(button)->click(); });
+  }
+  void UseWizard(const char* name, std::vector<const char*> buttons) {
+    Measure(name, std::move(buttons), [&] {
+      FWindow.Menu().ActionOf(*FWindow.Host().MainMenu().FindItem("RExpertItemBDE_IBXKORVA"))->trigger();
+    });
+  }
+
+ private:
+  void Measure(const char* name, std::vector<const char*> answers, const std::function<void()>& step) {
+    const TAnswers clicks(std::move(answers));
+    FPulse.Measure(name, step, [this] { return IsIdle(); });
+  }
+  bool IsIdle() const {
     const auto* const page =
-        static_cast<desktop::TMigrationPage*>(window.findChild<QWidget*>("MigrationPage"));
-    const auto* const review = static_cast<desktop::TReviewPage*>(window.findChild<QWidget*>("ReviewPage"));
-    return window.IsIdle() && page->IsIdle() && (review == nullptr || review->IsIdle());
-  };
-  const auto click = [&](const char* name) {
-    window.findChild<QWidget*>("MigrationPage")->findChild<QPushButton*>(name)->click();
-  };
-  const auto convert = [&](const char* name, std::vector<const char*> buttons) {
-    const TAnswers answers(std::move(buttons));
-    pulse.Measure(
-        name, [&] { click("ConvertTicked"); }, isIdle);
-  };
-  pulse.Measure(
-      "open", [&] { window.OpenProject(win::ToWindowsPath(argv[1])); }, isIdle);
-  pulse.Measure(
-      "preview", [&] { click("PreviewBDE"); }, isIdle);
-  convert("convert and undo", {"Convert", "UndoThisRun", "OKBtn", "Close"});
-  pulse.Measure(
-      "preview again", [&] { click("PreviewBDE"); }, isIdle);
-  convert("convert", {"Convert", "Close"});
-  return 0;
+        static_cast<desktop::TMigrationPage*>(FWindow.findChild<QWidget*>("MigrationPage"));
+    const auto* const review = static_cast<desktop::TReviewPage*>(FWindow.findChild<QWidget*>("ReviewPage"));
+    return FWindow.IsIdle() && page->IsIdle() && (review == nullptr || review->IsIdle());
+  }
+
+  desktop::THostWindow FWindow;
+  TPulse FPulse;
+};
+
+void Measure(desktop::TFrontEnd& frontEnd, const char* project, const char* module) {
+  {
+    TSession session(frontEnd, module);
+    session.Open("open", project);
+    session.Click("preview", "PreviewBDE");
+    session.Click("convert and undo", "ConvertTicked", {"Convert", "UndoThisRun", "OKBtn", "Close"});
+    session.Click("preview again", "PreviewBDE");
+    session.UseWizard("unit list", {"btNext", "btNext", "btDeselect", "btSelect", "btCancel"});
+    session.UseWizard("wizard",
+                      {"btNext", "btNext", "btNext", "btNext", "btFinish", "NewFolder", "OKBtn", "Close"});
+  }
+  TSession(frontEnd, module).Open("open with findings", project);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
-    return Measure(argc, argv);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "RunWindowBench: %s\n", error.what());
-    return 1;
-  }
+  return bench::Run("RunWindowBench", argc, argv, [&](desktop::TFrontEnd& frontEnd) {
+    if (argc == 3) Measure(frontEnd, argv[1], argv[2]);
+  });
 }

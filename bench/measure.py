@@ -375,7 +375,8 @@ class Benchmarks:
         longest = {}
         for _ in range(3):
             self.fresh(tree)
-            printed = subprocess.run([os.path.join(self.bin, "RunWindowBench"), os.path.join(self.work, "Window.dpr")],
+            printed = subprocess.run([os.path.join(self.bin, "RunWindowBench"), os.path.join(self.work, "Window.dpr"),
+                                      os.path.join(os.path.dirname(self.bin), "target", "kvaexpert.so")],
                                      env=os.environ | {"TMPDIR": self.folder}, check=True, capture_output=True,
                                      text=True).stdout
             for line in printed.splitlines():

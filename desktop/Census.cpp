@@ -46,7 +46,7 @@ TCensus::TCensus()
     FConverters[i] = std::make_unique<mig::TFileConverter>(
         *FMaps[i], kOldUnit, std::string_view(),
         std::make_unique<target::TKVAFormParser>(mig::ParseStateClass<mig::TFormParseState>()));
-    FConverters[i]->CollectFindings(FOldNames[i]);
+    FConverters[i]->CollectFindings(FOldNames[i], mig::TFindingDetail::Counts);
   }
   FThread.setMaxThreadCount(1);
   QObject::connect(&FWatcher, &QFutureWatcherBase::finished, &FWatcher, [this] {

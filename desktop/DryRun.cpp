@@ -73,7 +73,7 @@ void TDryRun::Preview(TFamily family) {
   auto plan = std::make_shared<mig::TRunPlan>();
   replacer.Preview(plan.get());
   const std::string folder = rtl::ExtractFileDir(FHost.ActiveProject()->FileName());
-  FReport = ReportOf({family == TFamily::BDE ? "bde" : "ibx", false, folder, {}, collector.Finish()},
+  FReport = ReportOf({family == TFamily::BDE ? "bde" : "ibx", false, folder, {}, {}}, collector.Finish(),
                      /*isPreview=*/true);
   FFiles = std::make_shared<TReviewSet>(std::move(files), folder);
   FPlan = std::move(plan);

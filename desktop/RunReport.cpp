@@ -170,17 +170,17 @@ bool WritePrivate(const std::string& fileName, const QByteArray& bytes) {
 
 }  // namespace
 
-TReportPtr ReportOf(mig::TRunResult result, bool isPreview) {
+TReportPtr ReportOf(const mig::TRunResult& result, std::vector<mig::TFileReport> files, bool isPreview) {
   auto report = std::make_shared<report::TReport>();
   report->Run.Version = KVA_VERSION;
-  report->Run.Mode = std::move(result.Mode);
+  report->Run.Mode = result.Mode;
   report->Run.Scope = result.IsFolder ? "folder" : "project";
   report->Run.Path = win::ToHostName(result.Folder);
-  report->Run.Folder = std::move(result.Folder);
+  report->Run.Folder = result.Folder;
   report->Run.Time = FromQt(QDateTime::currentDateTimeUtc().toString("yyyy-MM-ddTHH:mm:ssZ"));
   report->Run.IsPreview = isPreview;
   if (!result.BackupDir.empty()) report->Run.BackupFolder = win::ToHostName(result.BackupDir);
-  report->Files = std::move(result.Files);
+  report->Files = std::move(files);
   return report;
 }
 

@@ -1,7 +1,7 @@
 // The report of a run, as the pages show it. It is kept in a file beside the run's undo file, so that it is
 // there again when the run is looked at later.
 //
-//   const TReportPtr report = ReportOf(result, /*isPreview=*/false);
+//   const TReportPtr report = ReportOf(result, collector.Finish(), /*isPreview=*/true);
 //   KeepReport(*report, undoFile);
 //   ... ReadKeptReport(undoFile) ...
 //
@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "MigWizard/run/FindingsCollector.h"
 #include "report/Report.h"
@@ -19,7 +20,8 @@ namespace desktop {
 // Shared by the pages that show it.
 using TReportPtr = std::shared_ptr<const report::TReport>;
 
-TReportPtr ReportOf(mig::TRunResult result, bool isPreview);
+// `files` are those of the result, whose own list is not used.
+TReportPtr ReportOf(const mig::TRunResult& result, std::vector<mig::TFileReport> files, bool isPreview);
 
 inline constexpr char kKeptReportName[] = "Findings.json";
 

@@ -81,7 +81,7 @@ void TRunReview::ShowMigration() {
 // --- The last run ---
 
 void TRunReview::NoteResult(const mig::TRunResult& result) {
-  FNoted = ReportOf(result, /*isPreview=*/false);
+  FNoted = ReportOf(result, {result.Files.begin(), result.Files.end()}, /*isPreview=*/false);
   FNotedBackupDir = result.BackupDir;
 }
 

@@ -107,7 +107,10 @@ void TProgressWindow::ShowState(const mig::TRunProgress& progress, bool canStop)
   SendMessageW(FBar, PBM_SETPOS, static_cast<WPARAM>(progress.PhaseDone), 0);
   ShowText(FPhase, mig::NameOf(progress.Phase));
   ShowText(FFileName, progress.FileName);
-  ShowText(FCount, std::to_string(progress.PhaseDone) + " of " + std::to_string(progress.PhaseTotal));
+  const bool isCounted = progress.PhaseTotal > 0;
+  ShowText(FCount, isCounted
+                       ? std::to_string(progress.PhaseDone) + " of " + std::to_string(progress.PhaseTotal)
+                       : std::string());
   if (!canStop) EnableWindow(FStop, FALSE);
   HandlePending(FWindow);
 }

@@ -183,14 +183,15 @@ TEST_F(DataLossTest, ASecondRunKeepsTheUndoFileOfTheFirst) {
 
   // One that the user stops.
   QTimer stop;
-  stop.callOnTimeout([] {
+  stop.callOnTimeout([&stop] {
     QWidget* const window = QApplication::activeModalWidget();
-    if (window != nullptr && window->objectName() == "ProgressWindow") Click("Stop")(*window);
+    if (window == nullptr || window->objectName() != "ProgressWindow") return;
+    Click("Stop")(*window);
+    stop.stop();
   });
   stop.start(0);
   EXPECT_EQ(Choose(kWizardItem, RunWith({Click("Overwrite"), Press(Qt::Key_Return), Press(Qt::Key_Return)})),
             (TTexts{found, "The run was stopped."}));
-  stop.stop();
   EXPECT_EQ(Tree(), before);
   EXPECT_EQ(Tree("RBackup"), backups);
 
@@ -246,7 +247,7 @@ TEST(ProgressTest, MovesInEveryPhase) {
   };
   ASSERT_TRUE(migration.BDE().Replace());
   EXPECT_EQ(phases, (TTexts{"Converting units", "Converting forms", "Writing to the disk",
-                            "Replacing original files", "Writing to the disk"}));
+                            "Replacing original files", "Writing to the disk", "Removing temporary files"}));
   EXPECT_GT(replacing, 1);
 }
 

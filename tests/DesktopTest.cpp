@@ -157,6 +157,9 @@ TEST_F(DesktopTest, ARunCanBeStoppedBetweenTwoFiles) {
     }
   };
   EXPECT_TRUE(QTest::qWaitFor(stops, 30000));
+  FMigration.BDE().OnReplacing(mig::TRunPhase::Removing, 0, 0);
+  EXPECT_EQ(window->findChild<QLabel*>("Phase")->text(), "Removing temporary files");
+  progress.Close();
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 

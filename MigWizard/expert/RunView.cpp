@@ -24,10 +24,7 @@ void TRunView::Report(const std::string& title, const TRunProgress& progress) {
   FPhase = progress.Phase;
   ShowState(progress, canStop);
   FShown = std::chrono::steady_clock::now();
-  if (FIsStopped && canStop) {
-    Close();
-    throw rtl::EAbort("Stopped by the user.");
-  }
+  if (FIsStopped && canStop) throw rtl::EAbort("Stopped by the user.");
 }
 
 void TRunView::Close() {

@@ -157,15 +157,6 @@ bool DeleteFolder(std::string_view dir) {
   return rtl::RemoveDir(dir);
 }
 
-bool DeleteTempFolder(const std::string& dir, TWorkQueue& queue) {
-  rtl::TFolderEntries entries(dir);
-  while (entries.Next()) {
-    if (entries.IsFolder() && !entries.IsLink()) queue.Push([path = entries.Path()] { EmptyFolder(path); });
-  }
-  queue.Wait();
-  return DeleteFolder(dir);
-}
-
 TCopyFailures CopyFolder(const std::string& source, const std::string& target, const TCopyFile& copy,
                          TWorkQueue& queue, const std::function<void()>& onIdle) {
   TCopies copies(copy, queue);

@@ -43,8 +43,6 @@ bool ForceFolders(std::string_view path);
 // Deletes a folder with everything in it. Returns False if something could not be deleted; everything else is
 // deleted then. Deletes links to folders without following them. `dir` must not be empty.
 bool DeleteFolder(std::string_view dir);
-// The same, as tasks of a queue that has no other tasks.
-bool DeleteTempFolder(const std::string& dir, TWorkQueue& queue);
 
 // Full names of files or folders, each with the reason for its failure, a sentence.
 using TCopyFailures = std::vector<std::pair<std::string, std::string>>;

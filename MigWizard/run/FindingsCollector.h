@@ -5,6 +5,7 @@
 //   const std::vector<TFileReport> files = collector.Finish();
 #pragma once
 
+#include <span>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -44,7 +45,7 @@ struct TRunResult {
   bool IsFolder = false;  // a run over a folder, not a project
   std::string Folder;     // full Windows path of the folder of the run
   std::string BackupDir;  // full Windows path; empty without backups
-  std::vector<TFileReport> Files;
+  std::span<const TFileReport> Files;
 };
 
 // Implemented by the services of a host that shows the results of a loaded module's run.

@@ -27,7 +27,7 @@ void CreateBackupFolder(const TReplaceOptions& options, const TRunHooks& hooks) 
 }
 
 TTempFolder::TTempFolder(const TReplaceOptions& options, const TRunHooks& hooks, TWorkQueue& queue)
-    : FQueue(queue) {
+    : FHooks(hooks), FQueue(queue) {
   std::vector<std::string> taken;
   const bool isStrict = options.Policy.Strict;
   FPath = isStrict ? CreateTempFolder(kTempPrefix, 1, taken) : CreateTempFolder(kTempPrefix, 1);
@@ -48,7 +48,9 @@ TTempFolder::TTempFolder(const TReplaceOptions& options, const TRunHooks& hooks,
 TTempFolder::~TTempFolder() {
   try {
     FQueue.Cancel();
-    DeleteTempFolder(FPath, FQueue);
+    const auto report = [this] { FHooks.ReportReplacing(TRunPhase::Removing, 0, 0); };
+    report();
+    FQueue.RunOnWorker([this] { DeleteFolder(FPath); }, report);
   } catch (...) {  // the rest of the folder remains
   }
 }

@@ -25,10 +25,10 @@ void CreateBackupFolder(const TReplaceOptions& options, const TRunHooks& hooks);
 class TTempFolder {
  public:
   // On failure reports the reason with OnWarning and raises rtl::EFCreateError. A strict run also reports the
-  // folders of killed runs that it skips. `queue` must outlive the object, because both of its threads delete
-  // the folder.
+  // folders of killed runs that it skips. `hooks` and `queue` must outlive the object.
   TTempFolder(const TReplaceOptions& options, const TRunHooks& hooks, TWorkQueue& queue);
-  // Cancels the queue and deletes the folder with everything in it, as far as possible.
+  // Cancels the queue and deletes the folder with everything in it, as far as possible. The folder may be on
+  // a slow file system, so the worker deletes it, and this thread reports TRunPhase::Removing meanwhile.
   ~TTempFolder();
   TTempFolder(const TTempFolder&) = delete;
   TTempFolder& operator=(const TTempFolder&) = delete;
@@ -37,6 +37,7 @@ class TTempFolder {
   const std::string& Path() const { return FPath; }
 
  private:
+  const TRunHooks& FHooks;
   TWorkQueue& FQueue;
   std::string FPath;
   std::unique_ptr<win::TFileLock> FLock;  // shows other runs that this one is active

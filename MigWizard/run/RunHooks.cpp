@@ -14,6 +14,8 @@ const char* NameOf(TRunPhase phase) {
       return "Writing to the disk";
     case TRunPhase::Replacing:
       return "Replacing original files";
+    case TRunPhase::Removing:
+      return "Removing temporary files";
     case TRunPhase::Restoring:
       break;
   }

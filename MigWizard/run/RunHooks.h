@@ -19,6 +19,7 @@ enum class TRunPhase {
   Forms,      // converts forms
   Flushing,   // writes the changed files and the backups to the disk
   Replacing,  // copies the changed files over the originals
+  Removing,   // deletes the temporary folder, also if the run has failed or was stopped
   Restoring,  // copies backups over the originals; the only phase of a restore
 };
 
@@ -50,8 +51,8 @@ class TRunHooks {
  public:
   // Called before each file of a run, and before the originals are replaced. An exception stops the run.
   std::function<void(const TRunProgress&)> OnProgress;
-  // Called before Flushing and Replacing, and about 20 times a second or more often while originals are
-  // replaced, with the number of files done. Must not raise.
+  // Called before Flushing and Replacing, and about 20 times a second or more often from then on, with the
+  // number of files done. For Removing, whose files are not counted, both numbers are 0. Must not raise.
   std::function<void(TRunPhase phase, int done, int total)> OnReplacing;
   // Called with a line for the user about a problem that does not stop the run. An exception stops the run.
   std::function<void(std::string_view message)> OnWarning;
