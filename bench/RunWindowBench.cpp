@@ -12,6 +12,7 @@
 #include <chrono>
 #include <cstdio>
 #include <functional>
+#include <stdexcept>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -118,6 +119,7 @@ class TSession {
       FWindow.Menu().ActionOf(*FWindow.Host().MainMenu().FindItem("RExpertItemBDE_IBXKORVA"))->trigger();
     });
   }
+  bool Has(const char* page) const { return FWindow.findChild<QWidget*>(page) != nullptr; }
 
  private:
   void Measure(const char* name, std::vector<const char*> answers, const std::function<void()>& step) {
@@ -146,7 +148,9 @@ void Measure(desktop::TFrontEnd& frontEnd, const char* project, const char* modu
     session.UseWizard("wizard",
                       {"btNext", "btNext", "btNext", "btNext", "btFinish", "NewFolder", "OKBtn", "Close"});
   }
-  TSession(frontEnd, module).Open("open with findings", project);
+  TSession later(frontEnd, module);
+  later.Open("open with findings", project);
+  if (!later.Has("FindingsPage")) throw std::runtime_error("the findings of the last run are not shown");
 }
 
 }  // namespace

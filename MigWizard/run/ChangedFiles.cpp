@@ -53,6 +53,7 @@ bool TChangedFiles::Replace(const std::string& tempDir, const TReplaceOptions& o
       files.emplace_back(JoinPath(tempDir, rtl::ExtractFileName(name)), name);
     failures = CopyFiles(files, copy, queue, report);
   }
+  if (!FNames.empty()) report();
   for (const auto& [fileName, reason] : failures)
     hooks.Warn(rtl::Format("\"%s\" could not be replaced. %s", {fileName, reason}));
   if (!failures.empty()) ReportOthers(failures, hooks);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <thread>
 
 #include "MigWizard/run/WorkQueue.h"
 #include "rtl/text/Files.h"
@@ -41,10 +42,11 @@ void EmptyFolder(std::string_view dir) {
   }
 }
 
-// Copies files, as tasks of a queue.
+// Copies files, as tasks of a queue. Calls `onIdle` after each file that the creating thread has copied.
 class TCopies {
  public:
-  TCopies(const TCopyFile& copy, TWorkQueue& queue) : FCopy(copy), FQueue(queue) {}
+  TCopies(const TCopyFile& copy, TWorkQueue& queue, const std::function<void()>& onIdle)
+      : FCopy(copy), FQueue(queue), FOnIdle(onIdle) {}
   ~TCopies() { FQueue.Cancel(); }
 
   // Pushes one task for each folder.
@@ -54,8 +56,8 @@ class TCopies {
   void AddFile(const std::string& source, const std::string& target) {
     FQueue.Push([this, source, target] { (void)CopyOneFile(source, target); });
   }
-  TCopyFailures Wait(const std::function<void()>& onIdle) {
-    FQueue.Wait(onIdle);
+  TCopyFailures Wait() {
+    FQueue.Wait(FOnIdle);
     std::sort(FFailures.begin(), FFailures.end());
     return std::move(FFailures);
   }
@@ -78,6 +80,7 @@ class TCopies {
   }
   bool CopyOneFile(const std::string& source, const std::string& target) {
     const std::string reason = FCopy(source, target);
+    if (FOnIdle && std::this_thread::get_id() == FCreator) FOnIdle();
     return reason.empty() || Fail(target, reason);
   }
   bool Fail(const std::string& name, const std::string& reason) {
@@ -88,6 +91,8 @@ class TCopies {
 
   const TCopyFile& FCopy;
   TWorkQueue& FQueue;
+  const std::function<void()>& FOnIdle;
+  const std::thread::id FCreator = std::this_thread::get_id();
   std::mutex FMutex;
   TCopyFailures FFailures;
 };
@@ -159,16 +164,16 @@ bool DeleteFolder(std::string_view dir) {
 
 TCopyFailures CopyFolder(const std::string& source, const std::string& target, const TCopyFile& copy,
                          TWorkQueue& queue, const std::function<void()>& onIdle) {
-  TCopies copies(copy, queue);
+  TCopies copies(copy, queue, onIdle);
   copies.AddFolder(source, target);
-  return copies.Wait(onIdle);
+  return copies.Wait();
 }
 
 TCopyFailures CopyFiles(const std::vector<std::pair<std::string, std::string>>& files, const TCopyFile& copy,
                         TWorkQueue& queue, const std::function<void()>& onIdle) {
-  TCopies copies(copy, queue);
+  TCopies copies(copy, queue, onIdle);
   for (const auto& [source, target] : files) copies.AddFile(source, target);
-  return copies.Wait(onIdle);
+  return copies.Wait();
 }
 
 TLogWriter::TLogWriter() = default;

@@ -52,14 +52,14 @@ using TCopyFile = std::function<std::string(const std::string& source, const std
 
 // Copies the contents of `source` into the existing folder `target` by `copy`, as tasks of a queue that has
 // no other tasks. Deletes nothing in `target`. A failure ends the walk of the entry's own folder only.
-// Calls `onIdle`, if set, as TWorkQueue::Wait does. Returns the entries that failed, sorted by name.
+// Calls `onIdle`, if set, as TWorkQueue::Wait does, and after each file that this thread has copied. Returns
+// the entries that failed, sorted by name.
 [[nodiscard]] TCopyFailures CopyFolder(const std::string& source, const std::string& target,
                                        const TCopyFile& copy, TWorkQueue& queue,
                                        const std::function<void()>& onIdle = {});
 
 // Copies pairs of source and target by `copy`, as tasks of a queue that has no other tasks. Continues after
-// failures. Calls `onIdle`, if set, as TWorkQueue::Wait does. Returns the targets that failed, sorted by
-// name.
+// failures. Calls `onIdle` as CopyFolder does. Returns the targets that failed, sorted by name.
 [[nodiscard]] TCopyFailures CopyFiles(const std::vector<std::pair<std::string, std::string>>& files,
                                       const TCopyFile& copy, TWorkQueue& queue,
                                       const std::function<void()>& onIdle = {});
