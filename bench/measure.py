@@ -42,7 +42,7 @@ GROUPS = {  # by name: the title of its table, and what its rows mean
              "backups and changed files are on the disk before the first original is replaced."),
 }
 REPETITIONS = 5  # of the grammar and the scanner
-CLASSES = {  # what perl renames: the classes of the family bde
+CLASSES = {  # the classes that perl renames, those of the family bde
     "TDatabase": "TKVAConnection", "TQuery": "TKVAQuery", "TwwQuery": "TKVAQuery", "TTable": "TKVATable",
     "TwwTable": "TKVATable", "TStoredProc": "TKVAStoredProc", "TwwStoredProc": "TKVAStoredProc",
     "TUpdateSQL": "TKVAUpdateSQL", "EDBEngineError": "EKVAError", "TBatchMove": "THXBatchMove",

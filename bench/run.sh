@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds what is measured, runs all benchmarks, and writes docs/benchmarks.md.
+# Builds the program and its benchmarks, runs them, and writes docs/benchmarks.md.
 #
 #   ./bench/run.sh [--quick] [--only GROUP]...
 #
@@ -7,7 +7,7 @@
 #           window, disk
 # --quick   shows in a few minutes whether all of it runs; the tables are printed and not written
 #
-# The build folder is build/bench, or what KVA_BUILD names. Exit status 1: a target was missed.
+# The build folder is build/bench, or the one that KVA_BUILD names. Exit status 1: a target was missed.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/packages.sh

@@ -7,8 +7,8 @@
 
 namespace cli {
 
-// Returns the catalogue in the file `typed`, or the built-in one if that is empty. Raises what TFileStream
-// and the catalogue raise.
+// Returns the catalogue in the file `typed`, or the built-in one if that is empty. Raises the exceptions of
+// TFileStream and of the catalogue.
 target::TCatalogue LoadCatalogue(const std::string& typed);
 
 }  // namespace cli

@@ -36,7 +36,7 @@ class TCodePageChoice : public QFrame {
   void SetProject(const host::TProject* project);
   // Returns whether no such task runs.
   bool IsIdle() const { return !FIsGuessing; }
-  // Shows the choice for the page in front, and what its file or the project seems to be in.
+  // Shows the choice for the page in front, and the code page that its file or the project seems to use.
   void ShowState();
 
   // Called with each change, after the editors have read their files again.

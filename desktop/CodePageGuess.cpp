@@ -44,7 +44,7 @@ constexpr TPage kPages[] = {
     {win::kUtf8CodePage, "UTF-8"},
 };
 
-// What the detector calls the pages. An ISO page stands for the Windows page of the same script.
+// The detector's names of the pages. An ISO page stands for the Windows page of the same script.
 struct TDetected {
   std::string_view Name;
   uint32_t Page;

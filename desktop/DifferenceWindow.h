@@ -1,4 +1,4 @@
-// Shows what differs between two versions of one file, side by side, in a window of its own.
+// Shows the differences between two versions of one file, side by side, in a window of its own.
 //
 //   TDifferenceWindow("Main.pas", "in the editor", "on the disk", compare, parent).exec();
 #pragma once

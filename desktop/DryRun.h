@@ -1,4 +1,4 @@
-// A dry run over the active project of a host, and the run of what the user selected from it.
+// A dry run over the active project of a host, and the run of the changes that the user selected in it.
 //
 //   TDryRun dryRun(host);
 //   dryRun.Preview(TFamily::BDE);
@@ -26,8 +26,8 @@ class TDryRun {
   explicit TDryRun(host::THost& host);
 
   // Converts all units of the active project in memory; writes nothing. Files that cannot be converted are
-  // left out and listed in LeftOut. Raises what mig::TComponentReplacer::Preview raises; there is no preview
-  // then.
+  // left out and listed in LeftOut. Raises the exceptions of mig::TComponentReplacer::Preview; there is no
+  // preview then.
   void Preview(TFamily family);
   bool HasPreview() const { return FPlan != nullptr; }
   // Forgets the preview.
@@ -43,7 +43,7 @@ class TDryRun {
   std::string BackupDir() const;
   // Runs the replacement of the files and edits that have a tick in `ticks`, a model that shows Files and
   // Rows. Everything else keeps every byte. Calls `onReplaced` if the run succeeded, and tells the outcome.
-  // Raises what mig::ReplaceInteractively does.
+  // Raises the exceptions of mig::ReplaceInteractively.
   void Convert(const TReviewModel& ticks, const std::function<void()>& onReplaced);
 
   // Called before each file of a preview. An exception stops it.

@@ -48,8 +48,8 @@ class TEditorPages : public QTabWidget {
 
   // Returns the full Windows paths of the files on the pages, the one in front last.
   std::vector<std::string> FileNames() const;
-  // Sets what is shown while there are no pages, as HTML. OnLink is called with the target of a link that the
-  // user clicks.
+  // Sets the text, as HTML, that is shown while there are no pages. OnLink is called with the target of a
+  // link that the user clicks.
   void SetHint(const QString& html);
   std::function<void(const QString& target)> OnLink;
 

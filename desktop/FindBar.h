@@ -21,7 +21,7 @@ class TFindBar : public QWidget {
   // Shows the bar, with or without the row for replacing, and takes the selected text as what is searched
   // for.
   void Open(bool withReplace);
-  // Finds again what was searched for. Opens the bar if that is nothing.
+  // Repeats the last search. Opens the bar if there was none.
   void FindAgain(bool forward);
 
  protected:

@@ -1,5 +1,5 @@
-// The page of what a run left to be done by hand: a table of findings with filter, sorting and groups, and
-// the advice for the selected one.
+// The page of the work that a run left to do by hand: a table of findings with filter, sorting and groups,
+// and the advice for the selected one.
 #pragma once
 
 #include <QWidget>

@@ -1,5 +1,5 @@
 // The page from which a project is migrated: which components it uses, a preview of the changes with a tick
-// for each, and the conversion of what is ticked.
+// for each, and the conversion of the ticked ones.
 #pragma once
 
 #include <QWidget>
@@ -28,7 +28,7 @@ class TMigrationPage : public QWidget {
   void ShowProject();
   // Runs the project dry and shows the result. Raises the exceptions of TDryRun::Preview.
   void Preview(TFamily family);
-  // Converts what is ticked, after a question. Raises the exceptions of TDryRun::Convert.
+  // Converts the ticked changes, after a question. Raises the exceptions of TDryRun::Convert.
   void Convert();
   bool IsIdle() const;
 

@@ -12,8 +12,8 @@ namespace desktop {
 
 class TQuestionWindow : public QDialog {
  public:
-  // Copies what it needs of `question`. The object name of the window is "Question"; that of each button is
-  // its caption without accelerator mark and spaces.
+  // Copies the parts of `question` that it needs. The object name of the window is "Question"; that of each
+  // button is its caption without accelerator mark and spaces.
   TQuestionWindow(const rtl::TQuestion& question, QWidget* parent);
 
   // Shows the window until the user has chosen a button, and returns its index.

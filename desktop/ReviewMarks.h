@@ -1,5 +1,5 @@
-// What the user has reviewed and done after a run. The marks are in a file beside the undo file, so that they
-// are there again when the run is looked at later.
+// The ticks of reviewed files and of findings that are done. The marks are in a file beside the undo file, so
+// that they are there again when the run is looked at later.
 //
 //   TReviewMarks marks(mig::JoinPath(backupDir, kReviewMarksName));
 //   marks.Set(TReviewMarks::TKind::Reviewed, "Main.pas", true);

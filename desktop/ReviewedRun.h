@@ -1,4 +1,4 @@
-// Reads what the review shows of a run: after the run itself, and at any later time from its undo file.
+// Reads the data of a run's review: after the run itself, and at any later time from its undo file.
 //
 //   const TReviewedRun run = ReadEarlierRun("C:\\App\\RBackup\\RExpert.reu");
 //   if (run.Failure.empty()) Show(*run.Set, *run.Marks);

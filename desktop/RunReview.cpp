@@ -118,7 +118,7 @@ void TRunReview::ShowRead(const TReviewedRun& run) {
   if (!FRun.Set->Files().empty()) ShowChanges();
 }
 
-// After a restore, what the run before it left no longer applies.
+// After a restore, the findings of the run before it no longer apply.
 void TRunReview::ShowReport() {
   if (FRun.Report || FRun.IsEarlier) {
     AddFindingsPage();
@@ -160,7 +160,7 @@ void TRunReview::AddFindingsPage() {
 }
 
 void TRunReview::ShowChanges() {
-  if (FIsReading) return;  // what is being read is shown as soon as it is there
+  if (FIsReading) return;  // the result is shown as soon as it is read
   if (!FRun.Set && !FRun.UndoFile.empty()) ShowEarlierRun(FRun.UndoFile);
   if (!FRun.Set) return;
   if (!FChanges) AddChangesPage();

@@ -1,4 +1,4 @@
-// What the host's window shows while no page is open.
+// The text in the host's window while no page is open.
 #pragma once
 
 #include <QString>

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Tries faults on the program as it is released: kills, power cuts, failing calls, full disks, second runs,
-# edits, lack of memory. Prints a table of what was tried and how much of it was harmful. Exit status 1 if
+# edits, lack of memory. Prints a table of the points tried and how many were harmful. Exit status 1 if
 # anything was.
 #
 #   faults/run.sh [--quick] [OPTION...]      --quick tries every 8th point; options: faults.py --help

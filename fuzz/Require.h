@@ -1,4 +1,4 @@
-// What must hold for every input of a fuzz target.
+// Checks that must hold for every input of a fuzz target.
 #pragma once
 
 #include <cstdio>

@@ -35,7 +35,7 @@ class TFileBuffer {
   const std::string& Bytes();
   // Returns whether Bytes needs no access to the disk.
   bool IsLoaded() const { return FOnDisk || FChanged || FMake; }
-  // Loads the buffer with what ReadContents has returned. It must not have been loaded yet.
+  // Loads the buffer with the result of ReadContents. It must not have been loaded yet.
   void SetContents(TContents contents);
   // Marks the buffer as modified. `make` returns its bytes; it is called when they are needed, once unless it
   // raises an exception. It must stay callable until the buffer changes in another way.
@@ -62,7 +62,7 @@ class TFileBuffer {
   // Reads the file again and discards the changes in memory. Returns false if the file cannot be read; the
   // buffer is then as before. A buffer that was not loaded yet is not loaded.
   [[nodiscard]] bool Reload();
-  // Discards the changes in memory and takes what ReadContents has returned for the file.
+  // Discards the changes in memory and takes the result of ReadContents for the file.
   void Reload(TContents contents);
 
   // The code page in which people read the file, if it has no byte order mark; 0 for the source code page.

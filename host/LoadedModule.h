@@ -14,7 +14,7 @@ class TLoadedModule {
   TLoadedModule(const TLoadedModule&) = delete;
   TLoadedModule& operator=(const TLoadedModule&) = delete;
 
-  // Returns the address of what the module exports as `name`, or null.
+  // Returns the address of the module's export `name`, or null if there is none.
   void* Find(const char* name) const;
 
  private:

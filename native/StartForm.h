@@ -1,4 +1,4 @@
-// What to migrate, asked when the program is started without a project.
+// Asks for the project or folder to migrate when the program is started without one.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// Reports for people and programs: what a run did, and what it left to do.
+// Reports for people and programs about the changes of a run and the work that it left.
 //
 //   report::TReport data{info, findings.Finish()};
 //   const std::string text = report::MakeReport(data, "out.json");

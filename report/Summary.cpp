@@ -60,7 +60,7 @@ std::string FilesRow(const TReport& report, const TSummary& summary) {
          (report.Run.IsPreview ? " to change" : " changed");
 }
 
-// Appends what is left to do, by rule, the most frequent first.
+// Appends the number of findings of each rule, the most frequent first.
 void AddRules(const TSummary& summary, std::string_view label, TSummaryRows& rows) {
   std::vector<std::pair<mig::TRuleId, size_t>> rules(summary.Rules.begin(), summary.Rules.end());
   std::erase_if(rules, [](const auto& each) {

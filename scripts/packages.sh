@@ -26,7 +26,7 @@ install_packages() {
   rm -f "$log"
 }
 
-# build_quietly DIR TARGET...: what it prints is shown only when it fails.
+# build_quietly DIR TARGET...: shows the output only if the build fails.
 build_quietly() {
   local dir=$1 log
   shift

@@ -65,7 +65,7 @@ class TFileHandle {
   // time of opening.
   [[nodiscard]] virtual int64_t Size() = 0;
   // Returns the file's stamp, or nullopt on failure. For a file open for reading this is the stamp at the
-  // time of opening, so it never describes a state later than what was read.
+  // time of opening, so it never describes a state later than the contents read.
   [[nodiscard]] virtual std::optional<TFileStamp> Stamp() = 0;
   // Flushes the file's contents and its name to the disk. On failure it is unknown how much was written.
   [[nodiscard]] virtual bool Flush() = 0;

@@ -64,8 +64,8 @@
 
 namespace mig {
 
-// More hooks are open, one inside the other, than there is room for. The message names what was being parsed,
-// and the line.
+// More hooks are open, one inside the other, than there is room for. The message names the rule that was
+// being parsed, and the line.
 class ENestingTooDeep : public rtl::Exception {
   using rtl::Exception::Exception;
 };

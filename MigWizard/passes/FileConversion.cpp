@@ -228,7 +228,7 @@ const TFormClasses& TFileConverter::ReportedClasses() {
   return reported;
 }
 
-// Returns the selection of the form's edits, and sets what it leaves out.
+// Returns the selected edits of the form, and sets those that it leaves out.
 const TEditSelection* TFileConverter::SelectIn(TFormToComplete& form) const {
   const TEditSelection* const selection =
       OnGetSelection ? OnGetSelection(std::string(form.FileName)) : nullptr;

@@ -42,7 +42,7 @@ class TPrintedFile {
   explicit TPrintedFile(std::string bytes) : FBytes(std::move(bytes)) {}
 
   bool IsBinary() const { return !FBytes.empty(); }
-  // Prints the form at the first call. Raises what ObjectBinaryToText raises.
+  // Prints the form at the first call. Raises the exceptions of ObjectBinaryToText.
   const std::string& Text();
 
  private:

@@ -124,7 +124,7 @@ class TFormFindings : public TFormWalk {
     FOpen.push_back(std::move(open));
   }
 
-  // Adds what is to be said of an object without a conversion. Returns True for an inherited one of the map,
+  // Adds the findings of an object that is not converted. Returns True for an inherited one of the map,
   // whose properties matter.
   bool AddOther(const TObjectHeader& object) {
     const std::string* const newClass = FInput.Classes.Find(object.ClassName);

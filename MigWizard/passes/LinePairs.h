@@ -15,7 +15,7 @@ class TLinePairs {
   // Both are working text in `encoding`, and must outlive the object.
   TLinePairs(std::string_view before, std::string_view after, const qrl::TEncoding& encoding);
 
-  // Returns what takes the place of the lines that have bytes of `before` from `begin` to before `end`,
+  // Returns the replacement of the lines that have bytes of `before` from `begin` to before `end`,
   // without the last line end. It is empty if they were removed.
   std::string After(size_t begin, size_t end) const;
 

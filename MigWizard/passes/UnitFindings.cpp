@@ -52,7 +52,7 @@ const TUnitMark* FirstNewClass(const TUnitFindingInput& input, const TNameUses& 
   return mark == marks.end() ? nullptr : &*mark;
 }
 
-// Adds what the completion left as it is.
+// Adds the findings about the places that the completion left as they were.
 void AddRefusals(const TUnitFindingInput& input, TNameUses& names) {
   if (input.Completed == nullptr) return;
   for (const TRefusal& refusal : input.Completed->Refusals) {
@@ -75,7 +75,7 @@ std::string NewClassAt(const TUnitFindingInput& input, size_t offset) {
   return newClass != nullptr ? *newClass : std::string(name);
 }
 
-// Adds what is to be said of the units in the uses clauses.
+// Adds the findings about the units in the uses clauses.
 void AddUnits(const TUnitFindingInput& input, TNameUses& names) {
   const std::vector<std::string> newUnits = NamesOf(input.Rules.NewUnits);
   std::vector<int> counts(newUnits.size());  // of the new units after the run

@@ -65,8 +65,8 @@ class TComponentReplacer : public TRunHooks {
 
   // Does everything that Replace does before it replaces the first original, in memory, without creating or
   // changing a file or folder. Calls OnConverted with the new bytes of every file. `plan`, unless null, gets
-  // the files and their edits, as a list to select from; it must be empty. Raises what Replace raises for
-  // sources.
+  // the files and their edits, as a list to select from; it must be empty. Raises the exceptions of Replace
+  // for sources.
   void Preview(TRunPlan* plan = nullptr);
 
   // Limits all following runs to a selection; null: to none. Files and edits that are left out keep every

@@ -17,7 +17,7 @@ class TRun {
   TRun(const TRun&) = delete;
   TRun& operator=(const TRun&) = delete;
 
-  // Runs the replacement. Call once. Returns and raises what TComponentReplacer::Replace does.
+  // Runs the replacement. Call once. Result and exceptions are those of TComponentReplacer::Replace.
   [[nodiscard]] bool Execute();
 
   // Runs everything before the last step, and writes nothing. Call once. The hooks get the results of the

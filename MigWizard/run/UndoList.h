@@ -19,8 +19,8 @@ class TUndoList {
   // Writes the undo file, a full Windows path. Raises the exceptions of rtl::TFileStream.
   void Save(const std::string& undoFile) const { FLines.SaveToFile(undoFile); }
 
-  // Writes the undo file in one step and flushes it to the disk. Does not write through a link. Raises what
-  // Save raises; an existing file is unchanged then.
+  // Writes the undo file in one step and flushes it to the disk. Does not write through a link. Raises the
+  // exceptions of Save; an existing file is unchanged then.
   void SaveToDisk(const std::string& undoFile) const;
 
   // Returns the first line that a restore cannot split into the two names, or an empty string.

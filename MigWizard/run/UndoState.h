@@ -23,7 +23,7 @@ namespace mig {
 
 enum class TUndoState { None, UndoFile, Journal };
 
-// Returns what the backup folder, a full Windows path, holds. A journal takes precedence over an undo file;
+// Returns the state of the backup folder, a full Windows path. A journal takes precedence over an undo file;
 // an empty undo file is ignored. Raises rtl::EFOpenError if one of them cannot be inspected.
 TUndoState FindUndoState(std::string_view backupDir);
 
@@ -70,7 +70,7 @@ class TRunLock {
   TRunLock(const TRunLock&) = delete;
   TRunLock& operator=(const TRunLock&) = delete;
 
-  // Locks the backup folder after its creation. Raises what the constructor raises.
+  // Locks the backup folder after its creation. Raises the exceptions of the constructor.
   void LockBackupFolder();
 
  private:

@@ -40,7 +40,7 @@ class TWizardForm : public rtl::TForm {
  public:
   explicit TWizardForm(const rtl::TFormResource& derived = {});
 
-  // Returns what to do after Finish: the index of the replacer to run, or kRestoreIndex.
+  // Returns the choice made with Finish: the index of the replacer to run, or kRestoreIndex.
   virtual int GetReplacerIndex() const;
   virtual void SetWelcomeText(std::string_view sourceName, std::string_view productName);
 

@@ -93,7 +93,7 @@ class TApplication {
   void SetFrontEnd(IFrontEnd* frontEnd) { FFrontEnd = frontEnd; }
 
   void MessageBox(std::string_view text, std::string_view caption, unsigned flags);
-  // Returns nullopt if the front end cannot ask. The caller then chooses what loses nothing.
+  // Returns nullopt if the front end cannot ask. The caller then chooses the answer that loses nothing.
   [[nodiscard]] std::optional<int> Ask(const TQuestion& question);
   // Shows the message of an exception and returns; EAbort is silent. Without a front end, the message goes
   // to standard error.

@@ -18,8 +18,8 @@ namespace rtl {
 // Returns the text of `bytes`, a value of `kind`: vaExtended, vaSingle, vaDate or vaDouble.
 std::string FormatFloatBits(TValueType kind, std::string_view bytes);
 
-// Reads what FormatFloatBits has written: sets `kind` and `bytes`. Returns false for any other text, that of
-// values which have a decimal text included.
+// Reads a text that FormatFloatBits has written: sets `kind` and `bytes`. Returns false for any other text,
+// that of values which have a decimal text included.
 [[nodiscard]] bool ParseFloatBits(std::string_view text, TValueType& kind, std::string& bytes);
 
 }  // namespace rtl

@@ -55,7 +55,7 @@ class TStringList {
   void SetValue(std::string_view name, std::string_view value);
 
   // Writes and reads the text as Text and SetText have it, without a byte order mark. `fileName` is a Windows
-  // path. Raises what TFileStream raises.
+  // path. Raises the exceptions of TFileStream.
   void SaveToFile(std::string_view fileName) const;
   void LoadFromFile(std::string_view fileName);
 

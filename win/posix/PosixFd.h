@@ -36,7 +36,7 @@ class TUniqueFd {
   int Get() const { return FFd; }
   bool IsOpen() const { return FFd >= 0; }
   int Release() { return std::exchange(FFd, -1); }
-  // Closes the file. Returns false, with errno, if what was written could not be stored, which some file
+  // Closes the file. Returns false, with errno, if written bytes could not be stored, which some file
   // systems report only then. Without an open file returns true. A signal is no failure, because the file is
   // closed anyway.
   bool Close() { return FFd < 0 || close(std::exchange(FFd, -1)) == 0 || errno == EINTR; }

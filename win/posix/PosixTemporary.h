@@ -35,7 +35,7 @@ class TTemporaryFile {
 
   int Fd() const { return FFd.Get(); }
 
-  // Returns false, with errno, if what was written could not be stored. Some file systems report that only
+  // Returns false, with errno, if written bytes could not be stored. Some file systems report that only
   // when a descriptor is closed.
   bool Finish();
 

@@ -16,7 +16,7 @@ constexpr uint32_t kCopiedAttributes = 0x01 /* read-only */ | 0x02 /* hidden */ 
 // Opening a file in a way that keeps nobody else from reading, writing, renaming or deleting it.
 inline constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-// What a copy takes over from its source.
+// The parts of a file's security that a copy takes over from its source.
 struct TFileFacts {
   TFileStamp Stamp;
   uint32_t Attributes = 0;  // the system's

@@ -38,7 +38,7 @@ class TWindowsCopier {
   };
   bool FindTarget(std::string_view path, TOverwriting rule, TTarget& target);
   bool CopyContents(HANDLE from, HANDLE to);
-  // What the new file gets besides its contents.
+  // The attributes and times that the new file gets.
   struct TNewFile {
     std::wstring AccessOf;    // full path of the file whose access list it gets; empty for the folder's
     uint32_t Attributes = 0;  // the system's
