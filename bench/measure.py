@@ -52,6 +52,7 @@ CLASSES = {  # the classes that perl renames, those of the family bde
 MECHANISMS = {  # by the end of the name of the program without it
     "thread": "the second thread", "ahead": "reading files ahead", "search": "the word search before the scanner",
     "move": "moving changed files into place", "trust": "10 ms of trust in a listing", "cache": "listings kept by own changes",
+    "memory": "keeping freed memory",
 }
 
 
