@@ -94,12 +94,24 @@ bool TProgressWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     SetDpi(HIWORD(wParam));
     return true;
   }
+  if (message == WM_QUERYENDSESSION) {
+    // Stops the run, and refuses because the system would end the process in the middle of it. The system
+    // shows the user the reason, and ends the session when the window is gone or the user insists.
+    ShutdownBlockReasonCreate(FWindow, L"The run is being stopped. Wait until it has ended.");
+    StopRun();
+    SetWindowLongPtrW(FWindow, DWLP_MSGRESULT, FALSE);
+    return true;
+  }
   // Only the button stops the run: the Enter and Escape keys that led here must not.
   if (message != WM_COMMAND || LOWORD(wParam) != kStopIdentifier || HIWORD(wParam) != BN_CLICKED)
     return message == WM_COMMAND || message == WM_CLOSE;
+  StopRun();
+  return true;
+}
+
+void TProgressWindow::StopRun() {
   Stop();
   EnableWindow(FStop, FALSE);
-  return true;
 }
 
 void TProgressWindow::ShowState(const mig::TRunProgress& progress, bool canStop) {

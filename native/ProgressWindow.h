@@ -25,6 +25,7 @@ class TProgressWindow : public mig::TRunView {
   bool Handle(UINT message, WPARAM wParam, LPARAM lParam);
   HWND AddControl(const wchar_t* windowClass, const wchar_t* text, DWORD style, int identifier);
   void SetDpi(int dpi);
+  void StopRun();
 
   std::function<HWND()> FOwnerOf;
   HWND FOwner = nullptr;
