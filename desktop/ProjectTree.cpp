@@ -53,6 +53,7 @@ TProjectTree::TProjectTree(host::THost& host, QWidget* parent)
   FFilter->setPlaceholderText("Filter units");
   FFilter->setClearButtonEnabled(true);
   FCount->setObjectName("TreeCount");
+  FCount->setContentsMargins(6, 2, 6, 4);
   FView->setObjectName("ProjectTree");
   FView->setModel(&FModel);
   FView->setHeaderHidden(true);
