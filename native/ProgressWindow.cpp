@@ -95,8 +95,8 @@ bool TProgressWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     return true;
   }
   if (message == WM_QUERYENDSESSION) {
-    // Stops the run, and refuses because the system would end the process in the middle of it. The system
-    // shows the user the reason, and ends the session when the window is gone or the user insists.
+    // Stops the run, and refuses until it has ended, because the system would end the process in the middle of
+    // it. The system shows the reason, and the user can insist.
     ShutdownBlockReasonCreate(FWindow, L"The run is being stopped. Wait until it has ended.");
     StopRun();
     SetWindowLongPtrW(FWindow, DWLP_MSGRESULT, FALSE);
