@@ -3,8 +3,13 @@
 #include <QDir>
 #include <QDropEvent>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QTimer>
+#include <QUrl>
+#include <algorithm>
+#include <utility>
 
 #include "MigWizard/run/UndoFiles.h"
 #include "desktop/EditorPages.h"
@@ -152,19 +157,31 @@ void TFileCommands::OpenFiles(const std::vector<std::string>& fileNames) {
 }
 
 bool TFileCommands::eventFilter(QObject* object, QEvent* event) {
-  if (event->type() == QEvent::DragEnter) {
-    auto* const drag = static_cast<QDragEnterEvent*>(event);
-    drag->setAccepted(drag->mimeData()->hasUrls());
-    return true;
+  const QEvent::Type type = event->type();
+  if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop)
+    return QObject::eventFilter(object, event);
+  auto* const drop = static_cast<QDropEvent*>(event);
+  // After a move, the program that the files come from may delete them.
+  drop->setDropAction(Qt::CopyAction);
+  drop->setAccepted(drop->mimeData()->hasUrls() && drop->dropAction() != Qt::MoveAction);
+  if (type == QEvent::Drop && drop->isAccepted()) {
+    // That program waits for the end of the event, and opening may ask the user.
+    QTimer::singleShot(0, this, [this, urls = drop->mimeData()->urls()] { OpenDropped(urls); });
   }
-  if (event->type() != QEvent::Drop) return QObject::eventFilter(object, event);
-  const QList<QUrl> urls = static_cast<QDropEvent*>(event)->mimeData()->urls();
-  OnRun([&] {
-    for (const QUrl& url : urls) {
-      if (url.isLocalFile()) OpenAny(url.toLocalFile());
-    }
-  });
   return true;
+}
+
+// Opens projects first, because they close what was open before. A file that fails does not keep the others
+// from being opened.
+void TFileCommands::OpenDropped(QList<QUrl> urls) {
+  urls.removeIf([](const QUrl& url) { return !url.isLocalFile(); });
+  const auto isSource = [](const QUrl& url) {
+    const QString path = url.toLocalFile();
+    return !QFileInfo(path).isDir() && host::ProjectKindOf(FromQt(path)) == host::TProjectKind::None;
+  };
+  std::stable_sort(urls.begin(), urls.end(),
+                   [&](const QUrl& left, const QUrl& right) { return isSource(left) < isSource(right); });
+  for (const QUrl& url : std::as_const(urls)) OnRun([&] { OpenAny(url.toLocalFile()); });
 }
 
 // --- Saving and closing ---

@@ -6,7 +6,9 @@
 //   files.OpenProject("C:\\App\\App.dpr");
 #pragma once
 
+#include <QList>
 #include <QObject>
+#include <QUrl>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -67,6 +69,7 @@ class TFileCommands : public QObject {
 
  private:
   void OpenAny(const QString& hostPath);
+  void OpenDropped(QList<QUrl> urls);
   void AskRun();
   void ShowRecent();
   void Save();

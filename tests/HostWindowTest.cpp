@@ -199,35 +199,68 @@ TEST_F(HostWindowTest, TheTreeHasAMenu) {
   EXPECT_NE(Text("About.pas"), about);
 }
 
-// What the user drops on the window is opened; over an editor too.
+// What the user drops is opened, wherever it is dropped, and never moved or inserted as text.
 TEST_F(HostWindowTest, FilesAreDropped) {
   FScratch.Write("App/Two/A.dpr", "program A; end.");
   FScratch.Write("App/Two/B.dpr", "program B; end.");
   FWindow.show();
-  const auto drop = [&](const char* name) {
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(ToQt(FScratch.HostPath(name)))});
-    QWidget* const target = FWindow.CurrentEditor() ? FWindow.CurrentEditor()->viewport() : &FWindow;
-    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(target, &enter);
-    EXPECT_TRUE(enter.isAccepted());
-    QDropEvent dropped({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(target, &dropped);
-    const host::TProjectGroup* const group = FWindow.Host().Group();
-    return group ? group->FileName().empty() ? (*group)[0].FileName() : group->FileName() : std::string();
+  const TAct cancel = [](QWidget& window) { window.close(); };
+  struct TRow {
+    std::vector<const char*> Files;
+    std::string Project;  // that is open then
+    const char* InFront;  // the file of the current editor; nullptr: none
+    std::vector<std::string> Messages = {};
+    TActs Acts = {};
   };
-  EXPECT_EQ(drop("App/LendDesk.dproj"), "C:\\App\\LendDesk.dproj");
-  EXPECT_EQ(drop("App"), kGroup);
-  EXPECT_EQ(drop("App/About.dfm"), kGroup);
-  EXPECT_EQ(Shown(), OnDisk("About.dfm"));
-  EXPECT_EQ(drop("App/About.pas"), kGroup);
-  EXPECT_EQ(Shown(), OnDisk("About.pas"));
-  EXPECT_FALSE(IsModified());
-  Do([&] { EXPECT_EQ(drop("App/Two"), kGroup) << "the user chooses one of two"; }, {[](QWidget& window) {
-       const auto& dialog = dynamic_cast<QFileDialog&>(window);
-       EXPECT_TRUE(dialog.directory().path().endsWith("App/Two"));
-       window.close();
-     }});
+  const std::string lendDesk = "C:\\App\\LendDesk.dproj";
+  const TRow rows[] = {
+      {{"LendDesk.dproj"}, lendDesk, nullptr},
+      {{""}, kGroup, nullptr},
+      {{"About.dfm"}, kGroup, "About.dfm"},
+      {{"About.pas", "Gone.pas", "Main.pas"},
+       kGroup,
+       "Main.pas",
+       {"C:\\App\\Gone.pas: this file does not exist."},
+       {Press(Qt::Key_Return)}},
+      {{"Gone.dpr"},
+       kGroup,
+       "Main.pas",
+       {"Cannot open file \"C:\\App\\Gone.dpr\". The system cannot find the file specified."},
+       {Press(Qt::Key_Return)}},
+      {{"Two"}, kGroup, "Main.pas", {}, {cancel}},  // the user chooses one of two
+      {{"DataMod.pas", "LendDesk.dproj"}, lendDesk, "DataMod.pas"},
+  };
+  for (const TRow& row : rows) {
+    SCOPED_TRACE(row.Files.front());
+    FMessages.clear();
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const char* const name : row.Files)
+      urls += QUrl::fromLocalFile(ToQt(FScratch.HostPath(std::string("App/") + name)));
+    data.setUrls(urls);
+    QWidget* const target = FWindow.CurrentEditor() ? FWindow.CurrentEditor()->viewport() : &FWindow;
+    const QPoint place = target->mapTo(&FWindow, target->rect().center());
+    const auto send = [&](auto event) {
+      QApplication::sendEvent(FWindow.windowHandle(), &event);
+      EXPECT_TRUE(event.isAccepted());
+      EXPECT_EQ(event.dropAction(), Qt::CopyAction);
+    };
+    Do(
+        [&] {
+          const Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
+          send(QDragEnterEvent(place, actions, &data, Qt::LeftButton, Qt::ShiftModifier));
+          send(QDropEvent(place, actions, &data, Qt::LeftButton, Qt::ShiftModifier));
+          QApplication::processEvents();
+        },
+        row.Acts);
+    const host::TProjectGroup& group = *FWindow.Host().Group();
+    EXPECT_EQ(group.FileName().empty() ? group[0].FileName() : group.FileName(), row.Project);
+    EXPECT_EQ(FMessages, row.Messages);
+    ASSERT_EQ(FWindow.CurrentEditor() != nullptr, row.InFront != nullptr);
+    if (row.InFront == nullptr) continue;
+    EXPECT_EQ(Shown(), OnDisk(row.InFront));
+    EXPECT_FALSE(IsModified());
+  }
 }
 
 TEST_F(HostWindowTest, KeysStartTheWizard) {
