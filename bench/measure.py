@@ -107,7 +107,7 @@ def pairs(rounds, first, second):
     one, two = (min(cost.seconds for cost in side) for side in zip(*costs))
     cpu = [min(cost.cpu for cost in side) for side in zip(*costs)]
     ratios = sorted(a.seconds / b.seconds for a, b in costs)
-    words = (f"{one:.3f} s to {two:.3f} s, pairs {ratios[0]:.2f} to {ratios[-1]:.2f}, median "
+    words = (f"{one:.3f} s to {two:.3f} s, {rounds} pairs {ratios[0]:.2f} to {ratios[-1]:.2f}, median "
              f"{statistics.median(ratios):.2f}; processor time {cpu[0] / max(cpu[1], 1e-3):.2f}")
     return one / two, words
 
@@ -118,7 +118,7 @@ def size_of(tree):
 
 def fewer(rounds):
     """Of the rows that take longer: the large forms, and the runs on the disk."""
-    return max(3, rounds // 2)
+    return max(3, rounds // 5)
 
 
 class Benchmarks:
@@ -399,7 +399,7 @@ def processor():
 def introduction(rounds):
     return (
         "# Benchmarks\n\n"
-        "Written by `./bench/run.sh`, which takes about half an hour; do not edit. `./bench/run.sh --only dense` measures one "
+        "Written by `./bench/run.sh`, which takes about 40 minutes; do not edit. `./bench/run.sh --only dense` measures one "
         f"group ({', '.join(GROUPS)}) and replaces its table. `--quick` shows in a few minutes whether all of it runs, and "
         "writes nothing.\n\n"
         "Each row but those of the window is a ratio within one run on one machine, so it says something about other "
@@ -443,7 +443,7 @@ def main():
     parser.add_argument("--only", action="append", default=[], metavar="GROUP",
                         choices=list(GROUPS))
     arguments = parser.parse_args()
-    rounds, units = (3, 300) if arguments.quick else (7, 3000)
+    rounds, units = (3, 300) if arguments.quick else (15, 3000)
     missed = False
 
     def measure(parent, groups):

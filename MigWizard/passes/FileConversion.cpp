@@ -43,8 +43,8 @@ void AddTextFindings(std::string_view text, const qrl::TEncoding& encoding, cons
     finding.Level = RuleOf(rule).Level;
     return *findings.insert(findings.begin(), std::move(finding));
   };
-  if (writesLines && places.OtherLineEnds() > 0)
-    add(TRuleId::MixedLineEnds).Value = std::to_string(places.OtherLineEnds());
+  const size_t otherLineEnds = writesLines ? places.OtherLineEnds() : 0;
+  if (otherLineEnds > 0) add(TRuleId::MixedLineEnds).Value = std::to_string(otherLineEnds);
   if (encoding == qrl::TEncoding::UTF8() && !keepsMark) {
     const bool isAscii =
         std::all_of(text.begin(), text.end(), [](char c) { return static_cast<uint8_t>(c) < 0x80; });
