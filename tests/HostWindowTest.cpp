@@ -204,7 +204,10 @@ TEST_F(HostWindowTest, FilesAreDropped) {
   FScratch.Write("App/Two/A.dpr", "program A; end.");
   FScratch.Write("App/Two/B.dpr", "program B; end.");
   FWindow.show();
-  const TAct cancel = [](QWidget& window) { window.close(); };
+  const TAct cancel = [](QWidget& window) {
+    EXPECT_TRUE(dynamic_cast<QFileDialog&>(window).directory().path().endsWith("App/Two"));
+    window.close();
+  };
   struct TRow {
     std::vector<const char*> Files;
     std::string Project;  // that is open then
