@@ -66,7 +66,7 @@ std::optional<std::string> Show(IFileOpenDialog& dialog, HWND owner, DWORD optio
   return result;
 }
 
-// The dialog before Windows 6. `start` is ignored.
+// The dialog before Windows 6, which takes no start folder.
 std::optional<std::string> BrowseForFolder(HWND owner, const std::wstring& caption) {
   BROWSEINFOW browse{};
   browse.hwndOwner = owner;
