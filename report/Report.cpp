@@ -45,13 +45,13 @@ TSummary Summarize(const TReport& report) {
     summary.FilesChanged += file.IsChanged ? 1 : 0;
     for (const mig::TConvertedClass& converted : file.Converted) AddConverted(summary, converted);
     for (const mig::TFinding& finding : file.Findings) {
-      ++summary.Rules[finding.Rule];
-      ++summary.Levels[finding.Level];
-      if (finding.Rule == mig::TRuleId::LostConnection) ++aliases[finding.Value];
+      summary.Rules[finding.Rule] += finding.Count;
+      summary.Levels[finding.Level] += finding.Count;
+      if (finding.Rule == mig::TRuleId::LostConnection) aliases[finding.Value] += finding.Count;
       if (finding.Rule != mig::TRuleId::DroppedProperty) continue;
-      ++summary.PropertiesDropped;
-      summary.EventsDropped += finding.IsEvent ? 1 : 0;
-      ++dropped[finding.Subject];
+      summary.PropertiesDropped += finding.Count;
+      summary.EventsDropped += finding.IsEvent ? finding.Count : 0;
+      dropped[finding.Subject] += finding.Count;
     }
   }
   std::stable_sort(summary.Converted.begin(), summary.Converted.end(),

@@ -334,7 +334,7 @@ void TFileConverter::FindInFormFile(std::string_view text, const TFormFile& form
   findings->MappedObjects = conversions.size();
   for (const TFinding& finding : findings->Findings) {
     const bool isOther = finding.Rule == TRuleId::InheritedObject || finding.Rule == TRuleId::NestedObject;
-    findings->MappedObjects += isOther ? 1 : 0;
+    findings->MappedObjects += isOther ? finding.Count : 0;
   }
   findings->IsBinary = form.IsBinary;
   findings->Encoding = EncodingName(*form.Encoding);

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace mig {
 
@@ -43,7 +44,9 @@ enum class TRuleId : uint8_t {
 
 // How much of findings is collected.
 enum class TFindingDetail : uint8_t {
-  Counts,  // only what a summary counts: rule, level, kind of property, and the names by which it counts
+  // Only what a summary counts: rule, level, kind of property, and the names by which it counts. A finding
+  // can stand for several.
+  Counts,
   Whole,
 };
 
@@ -63,6 +66,7 @@ struct TFinding {
   // The source line before and after the run, shortened as values are; empty if the line was removed.
   std::string Before, After;
   bool IsEvent = false;  // the property is an event handler
+  size_t Count = 1;      // how many findings it stands for; more than 1 only in TFindingDetail::Counts
 };
 
 // The number of converted objects of one class in a form.
@@ -70,5 +74,9 @@ struct TConvertedClass {
   std::string OldClass, NewClass;
   size_t Count = 0;
 };
+
+// Merges each finding from the index `first` on with an equal one near before it, if there is one. Equal ones
+// count alike. For findings in TFindingDetail::Counts.
+void MergeEqual(std::vector<TFinding>& findings, size_t first);
 
 }  // namespace mig

@@ -60,8 +60,8 @@ class TFormFindings : public TFormWalk {
 
   std::vector<TFinding> Find() {
     size_t walked = 0;
-    FFindings.reserve(2 * FInput.Conversions.size() +
-                      4);  // so many are rare, and unused memory costs nothing
+    // So many are rare, and unused memory costs nothing.
+    if (IsWhole()) FFindings.reserve(2 * FInput.Conversions.size() + 4);
     const std::vector<TFormOutline::TObject>& objects = FInput.Outline.Objects();
     for (FObject = 0; FObject < static_cast<int32_t>(objects.size()); ++FObject) {
       const TFormOutline::TObject& object = objects[static_cast<size_t>(FObject)];
@@ -239,6 +239,12 @@ class TFormFindings : public TFormWalk {
   }
 
   void AddConverted(const TObjectConversion& conversion) {
+    const size_t first = FFindings.size();
+    AddProperties(conversion);
+    if (!IsWhole()) MergeEqual(FFindings, first);
+  }
+
+  void AddProperties(const TObjectConversion& conversion) {
     std::vector<std::string_view> newRoots;
     newRoots.reserve(conversion.NewNames.size());
     for (const std::string_view name : conversion.NewNames) newRoots.push_back(RootOf(name));
@@ -271,8 +277,10 @@ class TFormFindings : public TFormWalk {
     if (property.Rule != nullptr && property.Name == "IndexFieldNames" && !Holds(newRoots, "MasterSource")) {
       TFinding& finding = Add(TRuleId::OrderBecameDetail, property.Name, conversion);
       finding.Subject = property.Name;
-      finding.Value = ShownValue(property.Name, property.Value);
-      finding.After = "DetailFields = " + finding.Value;
+      if (IsWhole()) {
+        finding.Value = ShownValue(property.Name, property.Value);
+        finding.After = "DetailFields = " + finding.Value;
+      }
     }
     if (const TOldName* old = FInput.OldNames.Find(TOldNames::Value, property.Value)) {
       TFinding& finding = Add(TRuleId::OldValue, property.Name, conversion);

@@ -28,7 +28,7 @@ void TNameTable::Add(std::string_view name, uint32_t flags) {
   }
   FEntries.push_back({rtl::LowerCase(name), flags});
   FSlots[slot] = static_cast<uint16_t>(FEntries.size());
-  FShapes.set(ShapeOf(name));
+  FShapes.set(ShapeOf(KeyOf(name)));
   if (FEntries.size() * kSlotsPerEntry > FSlots.size()) Grow();
 }
 
@@ -47,7 +47,7 @@ void TNameTable::Grow() {
 // Returns the slot of the name, or the empty one where it has to be added.
 size_t TNameTable::SlotOf(std::string_view name) const {
   const size_t mask = FSlots.size() - 1;
-  const size_t key = StartOf(name) << 15 | ShapeOf(name);
+  const size_t key = KeyOf(name);
   size_t slot = (key ^ key >> 11) * 0x9E3779B1U >> 7 & mask;
   for (; FSlots[slot] != 0; slot = (slot + 1) & mask) {
     const std::string& known = FEntries[FSlots[slot] - 1U].Name;

@@ -25,7 +25,7 @@ class TNameTable {
     if (name.empty()) return 0;
     const bool mayHavePrefix = (FPrefixLetters >> Fold(name[0]) & 1U) != 0 && FPrefixStarts[StartOf(name)];
     uint32_t flags = mayHavePrefix ? FindPrefix(name) : 0;
-    if (FShapes[ShapeOf(name)]) flags |= Search(name);
+    if (FShapes[ShapeOf(KeyOf(name))]) flags |= Search(name);
     return flags;
   }
 
@@ -40,10 +40,12 @@ class TNameTable {
   static size_t StartOf(std::string_view name) {
     return Fold(name[0]) << 5 | (name.size() > 1 ? Fold(name[1]) : 0);
   }
-  // The first and the last byte, and the length.
-  static size_t ShapeOf(std::string_view name) {
-    return Fold(name[0]) << 10 | Fold(name.back()) << 5 | (name.size() & 0x1FU);
+  // The first two bytes, the last one, and the length.
+  static size_t KeyOf(std::string_view name) {
+    return StartOf(name) << 10 | Fold(name.back()) << 5 | (name.size() & 0x1FU);
   }
+  // A hash of the key. Names in programs resemble each other, and their keys alone would leave too many.
+  static size_t ShapeOf(size_t key) { return key * 0x9E3779B1U >> 12 & 0x7FFFU; }
   size_t SlotOf(std::string_view name) const;
   uint32_t Search(std::string_view name) const;
   uint32_t FindPrefix(std::string_view name) const;

@@ -149,6 +149,8 @@ TUnitFindings FindInUnit(const TUnitFindingInput& input, const TTextPlaces& plac
     for (TFinding& finding : findings) names.ShowLine(finding.Offset, finding.Before, finding.After);
     std::stable_sort(findings.begin(), findings.end(),
                      [](const TFinding& left, const TFinding& right) { return left.Offset < right.Offset; });
+  } else {
+    MergeEqual(findings, 0);
   }
   return {std::move(findings), std::move(outline), parts.UnreadInterface};
 }
