@@ -7,41 +7,10 @@
 #include <span>
 #include <utility>
 
+#include "MigWizard/engine/LL1Trie.h"
+
 namespace mig {
 namespace {
-
-// A step of a rule's tree before its nodes are numbered. Literals are single characters here, so that
-// alternatives can diverge within a literal.
-struct TTrieNode {
-  TLL1Step Step;
-  std::vector<std::unique_ptr<TTrieNode>> Children;  // in trying order
-  bool EndsRule = false;                             // after the children have been tried, the rule is done
-};
-
-// Moves `place` to its child for that step. Only the last child is shared, because alternatives between two
-// equal beginnings must be tried between them.
-void AddStep(TTrieNode*& place, TLL1StepKind kind, std::string_view text, bool mayShare) {
-  const bool isShared = mayShare && !place->Children.empty() && place->Children.back()->Step.Kind == kind &&
-                        place->Children.back()->Step.Text == text;
-  if (!isShared)
-    place->Children.push_back(std::make_unique<TTrieNode>(TTrieNode{{kind, std::string(text)}, {}, false}));
-  place = place->Children.back().get();
-}
-
-using TSteps = std::vector<TLL1Step>;
-
-void AddAlternative(TTrieNode& root, const TSteps& steps, bool mayShare) {
-  TTrieNode* place = &root;
-  for (const TLL1Step& step : steps) {
-    if (place->EndsRule) return;  // an earlier alternative always matches before this one is reached
-    if (step.Kind == TLL1StepKind::Literal) {
-      for (const char& c : step.Text) AddStep(place, step.Kind, {&c, 1}, mayShare);
-    } else {
-      AddStep(place, step.Kind, step.Text, mayShare);
-    }
-  }
-  place->EndsRule = true;
-}
 
 // The longest rule that is inlined, in steps.
 constexpr size_t kMostInlinedSteps = 8;
@@ -82,23 +51,23 @@ class TLL1Program::TBuilder {
   void Build();
 
  private:
-  using TTrieNodes = std::span<const std::unique_ptr<TTrieNode>>;
+  using TLL1TrieNodes = std::span<const std::unique_ptr<TLL1TrieNode>>;
 
   // A rule that is inlined where it is referred to.
   struct TInlined {
-    bool IsKnown = false;         // also while the rule itself is being looked at
-    std::optional<TSteps> Steps;  // none if it is not inlined
+    bool IsKnown = false;            // also while the rule itself is being looked at
+    std::optional<TLL1Steps> Steps;  // none if it is not inlined
   };
 
-  std::vector<TSteps> AlternativesOf(size_t rule);
-  TSteps WithInlined(const TSteps& steps);
-  const std::optional<TSteps>& Inlined(size_t rule);
+  std::vector<TLL1Steps> AlternativesOf(size_t rule);
+  TLL1Steps WithInlined(const TLL1Steps& steps);
+  const std::optional<TLL1Steps>& Inlined(size_t rule);
   bool IsHook(const std::string& name) const;
-  bool IsOptionalRun(const TSteps& longer, const TSteps& shorter);
-  int32_t AddNodes(TTrieNodes list, bool endsRule);
+  bool IsOptionalRun(const TLL1Steps& longer, const TLL1Steps& shorter);
+  int32_t AddNodes(TLL1TrieNodes list, bool endsRule);
   int32_t AddNode(TLL1NodeKind kind);
-  const TTrieNode* FillNode(TLL1Node& node, const TTrieNode& source);
-  void FillLiteral(TLL1Node& node, const TTrieNode*& last);
+  const TLL1TrieNode* FillNode(TLL1Node& node, const TLL1TrieNode& source);
+  void FillLiteral(TLL1Node& node, const TLL1TrieNode*& last);
   void FillNonterminal(TLL1Node& node, const std::string& name);
   void FillTerminal(TLL1Node& node, const std::string& name);
   int32_t NameIndex(const std::string& name);
@@ -125,8 +94,8 @@ void TLL1Program::TBuilder::Build() {
   FProgram.FRules.resize(FGrammar.Rules().size());
   FInlined.resize(FGrammar.Rules().size());
   for (size_t i = 0; i < FProgram.FRules.size(); ++i) {
-    TTrieNode root;
-    for (const TSteps& steps : AlternativesOf(i)) AddAlternative(root, steps, !FHooks.IsEverything);
+    TLL1TrieNode root;
+    for (const TLL1Steps& steps : AlternativesOf(i)) AddAlternative(root, steps, !FHooks.IsEverything);
     FProgram.FRules[i].Entry = AddNodes(root.Children, root.EndsRule);
     FNodeEnds.push_back(FProgram.FNodes.size());
   }
@@ -135,22 +104,22 @@ void TLL1Program::TBuilder::Build() {
 }
 
 // Returns the steps of the rule's alternatives, with other rules inlined.
-std::vector<TSteps> TLL1Program::TBuilder::AlternativesOf(size_t rule) {
-  const std::vector<TSteps>& alternatives = FGrammar.Rules()[rule].Steps;
+std::vector<TLL1Steps> TLL1Program::TBuilder::AlternativesOf(size_t rule) {
+  const std::vector<TLL1Steps>& alternatives = FGrammar.Rules()[rule].Steps;
   if (FHooks.IsEverything) return alternatives;
-  if (const std::optional<TSteps>& steps = Inlined(rule)) return {*steps};
-  std::vector<TSteps> result;
+  if (const std::optional<TLL1Steps>& steps = Inlined(rule)) return {*steps};
+  std::vector<TLL1Steps> result;
   result.reserve(alternatives.size());
-  for (const TSteps& steps : alternatives) result.push_back(WithInlined(steps));
+  for (const TLL1Steps& steps : alternatives) result.push_back(WithInlined(steps));
   return result;
 }
 
-TSteps TLL1Program::TBuilder::WithInlined(const TSteps& steps) {
-  TSteps result;
+TLL1Steps TLL1Program::TBuilder::WithInlined(const TLL1Steps& steps) {
+  TLL1Steps result;
   for (const TLL1Step& step : steps) {
     const int rule =
         step.Kind == TLL1StepKind::Nonterminal && !IsHook(step.Text) ? FGrammar.Find(step.Text) : -1;
-    const std::optional<TSteps> inlined = rule < 0 ? std::nullopt : Inlined(static_cast<size_t>(rule));
+    const std::optional<TLL1Steps> inlined = rule < 0 ? std::nullopt : Inlined(static_cast<size_t>(rule));
     if (inlined) {
       result.insert(result.end(), inlined->begin(), inlined->end());
     } else {
@@ -162,11 +131,11 @@ TSteps TLL1Program::TBuilder::WithInlined(const TSteps& steps) {
 
 // Returns the steps of the rule if it is inlined: if it refers to no rule that is not inlined itself, and has
 // one alternative, so that matching it leaves no choice open.
-const std::optional<TSteps>& TLL1Program::TBuilder::Inlined(size_t rule) {
+const std::optional<TLL1Steps>& TLL1Program::TBuilder::Inlined(size_t rule) {
   TInlined& known = FInlined[rule];
   if (std::exchange(known.IsKnown, true)) return known.Steps;
-  std::vector<TSteps> alternatives;
-  for (const TSteps& steps : FGrammar.Rules()[rule].Steps) alternatives.push_back(WithInlined(steps));
+  std::vector<TLL1Steps> alternatives;
+  for (const TLL1Steps& steps : FGrammar.Rules()[rule].Steps) alternatives.push_back(WithInlined(steps));
   if (alternatives.size() == 2 && IsOptionalRun(alternatives[0], alternatives[1])) {
     alternatives[0].back().Kind = TLL1StepKind::OptionalRun;
     alternatives.pop_back();
@@ -179,7 +148,7 @@ const std::optional<TSteps>& TLL1Program::TBuilder::Inlined(size_t rule) {
 }
 
 // Returns whether `longer`, which is tried first, is `shorter` with a run after it.
-bool TLL1Program::TBuilder::IsOptionalRun(const TSteps& longer, const TSteps& shorter) {
+bool TLL1Program::TBuilder::IsOptionalRun(const TLL1Steps& longer, const TLL1Steps& shorter) {
   return longer.size() == shorter.size() + 1 && longer.back().Kind == TLL1StepKind::Terminal &&
          std::equal(shorter.begin(), shorter.end(), longer.begin(), IsEqual) &&
          !FProgram.FTerminals[static_cast<size_t>(TerminalIndex(longer.back().Text))].IsSingle;
@@ -192,11 +161,11 @@ bool TLL1Program::TBuilder::IsHook(const std::string& name) const {
 
 // Adds the nodes of a list of siblings and of all that follows them. Returns the first of the siblings. Nodes
 // come before their children and their further siblings.
-int32_t TLL1Program::TBuilder::AddNodes(TTrieNodes list, bool endsRule) {
+int32_t TLL1Program::TBuilder::AddNodes(TLL1TrieNodes list, bool endsRule) {
   if (list.empty()) return endsRule ? AddNode(TLL1NodeKind::Done) : TLL1Node::kNone;
   const int32_t index = AddNode(TLL1NodeKind::Done);
   TLL1Node node;
-  const TTrieNode* last = FillNode(node, *list.front());
+  const TLL1TrieNode* last = FillNode(node, *list.front());
   node.Child = AddNodes(last->Children, last->EndsRule);
   node.CannotFail = last->EndsRule;
   node.IsTail = node.Kind == TLL1NodeKind::Rule && last->EndsRule && last->Children.empty();
@@ -212,8 +181,8 @@ int32_t TLL1Program::TBuilder::AddNode(TLL1NodeKind kind) {
 
 // Fills `node` from `source` and from the steps after it that continue the same literal. Returns the last of
 // these.
-const TTrieNode* TLL1Program::TBuilder::FillNode(TLL1Node& node, const TTrieNode& source) {
-  const TTrieNode* last = &source;
+const TLL1TrieNode* TLL1Program::TBuilder::FillNode(TLL1Node& node, const TLL1TrieNode& source) {
+  const TLL1TrieNode* last = &source;
   switch (source.Step.Kind) {
     case TLL1StepKind::Literal:
       FillLiteral(node, last);
@@ -235,7 +204,7 @@ const TTrieNode* TLL1Program::TBuilder::FillNode(TLL1Node& node, const TTrieNode
   return last;
 }
 
-void TLL1Program::TBuilder::FillLiteral(TLL1Node& node, const TTrieNode*& last) {
+void TLL1Program::TBuilder::FillLiteral(TLL1Node& node, const TLL1TrieNode*& last) {
   node.Kind = TLL1NodeKind::Literal;
   node.Argument = static_cast<int32_t>(FProgram.FLiterals.size());
   FProgram.FLiterals += last->Step.Text;

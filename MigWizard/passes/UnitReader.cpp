@@ -1,7 +1,5 @@
 #include "MigWizard/passes/UnitReader.h"
 
-#include <algorithm>
-#include <iterator>
 #include <utility>
 
 #include "rtl/text/SysUtils.h"
@@ -14,45 +12,7 @@ using enum TWord;
 // The maximum nesting of routines and types; deeper ones are ignored.
 constexpr int kMostNesting = 200;
 
-// Directives after the heading of a routine. Each ends with ";", some after an argument.
-constexpr std::string_view kDirectives[] = {
-    "abstract", "assembler", "cdecl",  "default",  "deprecated",  "dispid",   "dynamic",  "experimental",
-    "export",   "far",       "final",  "inline",   "message",     "name",     "near",     "noreturn",
-    "overload", "override",  "pascal", "platform", "reintroduce", "register", "safecall", "static",
-    "stdcall",  "stored",    "unsafe", "varargs",  "virtual",     "winapi",
-};
-
-bool IsDirective(const TUnitToken& token) {
-  return token.Word == Forward || token.Word == External ||
-         (token.IsName &&
-          std::any_of(std::begin(kDirectives), std::end(kDirectives),
-                      [&token](std::string_view word) { return rtl::SameText(word, token.Lexem); }));
-}
-
-// Returns Type, Var or Const for the first word of such a section; else None.
-TWord SectionOf(TWord word) {
-  if (word == ThreadVar) return Var;
-  if (word == ResourceString) return Const;
-  return word == Type || word == Var || word == Const ? word : None;
-}
-
-bool BeginsRoutine(TWord word) {
-  return word == Procedure || word == Function || word == Constructor || word == Destructor ||
-         word == Operator;
-}
-
 }  // namespace
-
-// Checks the current token and moves to the next one. Visits every token of code once.
-void TUnitReader::Next(TNameSpot spot) {
-  if (AtEnd()) return;
-  if (Token().IsName) OnName(spot);
-  ++FAt;
-}
-
-void TUnitReader::SkipSymbol(std::string_view symbol) {
-  if (Is(symbol)) Next();
-}
 
 // Moves past the next ";" outside of parentheses. Stops before a word that cannot be part of a declaration.
 void TUnitReader::SkipStatement(TNameSpot spot, int nesting) {
@@ -150,17 +110,6 @@ void TUnitReader::Declare(std::vector<TDeclaration>& list, std::string_view type
                   FPlaces != nullptr ? FPlaces->At(name.Offset) : TTextPlace()});
 }
 
-std::string TUnitReader::ReadDottedName() {
-  std::string name(Token().Lexem);
-  Next();
-  while (Is(".")) {
-    Next();
-    name.append(".").append(Token().Lexem);
-    Next();
-  }
-  return name;
-}
-
 void TUnitReader::ReadUses() {
   constexpr size_t kUsual = 16;  // units in a clause
   FUsedUnits.reserve(FUsedUnits.size() + kUsual);
@@ -169,19 +118,19 @@ void TUnitReader::ReadUses() {
     if (Token().IsName) {
       const size_t offset = Token().Offset;
       std::string name(Token().Lexem);
-      ++FAt;  // unit names are checked below
+      Skip();  // unit names are checked below
       while (Is(".")) {
         name.append(".").append(Token(1).Lexem);
-        FAt += 2;
+        Skip(2);
       }
       const bool hasPath = rtl::SameText(Token().Lexem, "in");
       FUsedUnits.push_back({std::move(name), offset, hasPath});
     } else if (Word() == End || Word() == Implementation) {
       return;
     } else {
-      ++FAt;
+      Skip();
     }
-    if (rtl::SameText(Token().Lexem, "in")) ++FAt;
+    if (rtl::SameText(Token().Lexem, "in")) Skip();
   }
   SkipSymbol(";");
 }
@@ -219,10 +168,7 @@ void TUnitReader::ReadType(int nesting) {
   const TUnitToken name = Token();
   Declare(Declared(), {}, name);
   Next();
-  if (Is("<")) {
-    while (!AtEnd() && !Is(">") && !Is(";")) Next();
-    SkipSymbol(">");
-  }
+  SkipTypeParameters();
   SkipSymbol("=");
   while (Word() == Packed || Is("[")) {
     if (Is("[")) {
@@ -347,10 +293,7 @@ TUnitReader::THeading TUnitReader::ReadHeading(int nesting) {
     heading.Owner = last;
     last = Token().Lexem;
     Next();
-    if (Is("<")) {
-      while (!AtEnd() && !Is(">") && !Is(";")) Next();
-      SkipSymbol(">");
-    }
+    SkipTypeParameters();
     if (!Is(".")) break;
     Next();
   }
@@ -443,7 +386,7 @@ void TUnitReader::PassStatementToken() {
 void TUnitReader::AddInnerNames() {
   if (FRoutines.empty()) return;
   std::vector<TDeclaration>& locals = FRoutines.back().Locals;
-  for (size_t ahead = 1; FAt + ahead < FCode.size(); ++ahead) {
+  for (size_t ahead = 1; !AtEnd(ahead); ++ahead) {
     const TUnitToken& token = Token(ahead);
     if (token.Lexem == ")" || token.Lexem == ":=" || token.Word == Begin) break;
     if (Word() == Var && (token.Lexem == ":" || token.Lexem == ";")) break;

@@ -10,14 +10,11 @@
 #include <vector>
 
 #include "MigWizard/passes/TextPlaces.h"
+#include "MigWizard/passes/TokenCursor.h"
 #include "MigWizard/passes/UnitOutline.h"
-#include "MigWizard/passes/UnitWords.h"
 #include "MigWizard/passes/WithStatements.h"
 
 namespace mig {
-
-// The context of a name.
-enum class TNameSpot { Expression, ClassHeading, Parameters, Variable, Field, RecordField, Property, Result };
 
 struct TUsedUnit {
   std::string Name;  // with its scope
@@ -25,14 +22,11 @@ struct TUsedUnit {
   bool HasPath;
 };
 
-class TUnitReader {
+class TUnitReader : public TTokenCursor {
  public:
   // The arguments must outlive the object. Without `places`, declarations have no places.
   TUnitReader(const std::vector<TUnitToken>& code, const TTextPlaces* places)
-      : FCode(code), FPlaces(places) {}
-  virtual ~TUnitReader() = default;
-  TUnitReader(const TUnitReader&) = delete;
-  TUnitReader& operator=(const TUnitReader&) = delete;
+      : TTokenCursor(code), FPlaces(places) {}
 
   // Reads the whole unit. Call once.
   void ReadUnit() { ReadDeclarations(0); }
@@ -46,8 +40,6 @@ class TUnitReader {
     std::vector<TDeclaration> Locals;  // including parameters
   };
 
-  // Called once for each name of the code, which is the current token, except those in uses clauses.
-  virtual void OnName(TNameSpot spot) = 0;
   // Called before and after the members of a class, which may contain other classes.
   virtual void BeforeMembers() = 0;
   virtual void AfterMembers(const TClassOutline& outline) = 0;
@@ -55,27 +47,11 @@ class TUnitReader {
   // Returns True if the change of the name at `offset` is left out by choice.
   virtual bool IsLeftOut(size_t offset) const = 0;
 
-  // Returns the token `ahead` tokens after the current one, or `back` tokens before it; an empty one outside
-  // of the unit.
-  const TUnitToken& Token(size_t ahead = 0) const {
-    static const TUnitToken none;
-    return FAt + ahead < FCode.size() ? FCode[FAt + ahead] : none;
-  }
-  const TUnitToken& Before(size_t back) const {
-    static const TUnitToken none;
-    return back <= FAt ? FCode[FAt - back] : none;
-  }
   // Returns the open routines, the outermost first.
   const std::vector<TRoutine>& Routines() const { return FRoutines; }
   bool IsInWith() const { return FWiths.Any(); }
 
  private:
-  // --- Tokens ---
-  bool AtEnd() const { return FAt >= FCode.size(); }
-  TWord Word() const { return Token().Word; }
-  bool Is(std::string_view symbol) const { return Token().Lexem == symbol; }
-  void Next(TNameSpot spot = TNameSpot::Expression);
-  void SkipSymbol(std::string_view symbol);
   void SkipStatement(TNameSpot spot, int nesting);
 
   // --- Declarations ---
@@ -83,7 +59,6 @@ class TUnitReader {
   void ReadDeclaration(TWord section, int nesting);
   std::vector<TDeclaration>& Declared();
   void Declare(std::vector<TDeclaration>& list, std::string_view type, const TUnitToken& name);
-  std::string ReadDottedName();
   void ReadUses();
   void ReadVariables(TNameSpot spot, std::vector<TDeclaration>& list, int nesting);
   std::string PlainType() const;
@@ -109,9 +84,7 @@ class TUnitReader {
   void PassStatementToken();
   void AddInnerNames();
 
-  const std::vector<TUnitToken>& FCode;
   const TTextPlaces* FPlaces;
-  size_t FAt = 0;  // index of the current token
   TUnitOutline FOutline;
   bool FIsInterface = false;
   std::vector<TRoutine> FRoutines;

@@ -1,6 +1,10 @@
 #include "MigWizard/passes/UnitWords.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "MigWizard/engine/PasParser.h"
+#include "rtl/text/SysUtils.h"
 
 namespace mig {
 namespace {
@@ -60,6 +64,14 @@ constexpr TWordRow kWords[] = {
     {"with", With},
 };
 
+// Directives after the heading of a routine. Each ends with ";", some after an argument.
+constexpr std::string_view kDirectives[] = {
+    "abstract", "assembler", "cdecl",  "default",  "deprecated",  "dispid",   "dynamic",  "experimental",
+    "export",   "far",       "final",  "inline",   "message",     "name",     "near",     "noreturn",
+    "overload", "override",  "pascal", "platform", "reintroduce", "register", "safecall", "static",
+    "stdcall",  "stored",    "unsafe", "varargs",  "virtual",     "winapi",
+};
+
 }  // namespace
 
 const TNameTable& UnitWords() {
@@ -96,6 +108,24 @@ std::vector<TUnitToken> ReadUnitTokens(std::string_view text, const qrl::TEncodi
     }
   }
   return code;
+}
+
+bool IsDirective(const TUnitToken& token) {
+  return token.Word == Forward || token.Word == External ||
+         (token.IsName &&
+          std::any_of(std::begin(kDirectives), std::end(kDirectives),
+                      [&token](std::string_view word) { return rtl::SameText(word, token.Lexem); }));
+}
+
+TWord SectionOf(TWord word) {
+  if (word == ThreadVar) return Var;
+  if (word == ResourceString) return Const;
+  return word == Type || word == Var || word == Const ? word : None;
+}
+
+bool BeginsRoutine(TWord word) {
+  return word == Procedure || word == Function || word == Constructor || word == Destructor ||
+         word == Operator;
 }
 
 }  // namespace mig

@@ -86,6 +86,13 @@ struct TTextRange {
 // Returns the table of all words, whose flags are their TWord.
 const TNameTable& UnitWords();
 
+// Returns True for a directive after the heading of a routine, such as `stdcall` or `external`.
+bool IsDirective(const TUnitToken& token);
+// Returns Type, Var or Const for the first word of such a section, and otherwise None.
+TWord SectionOf(TWord word);
+// Returns True for `procedure`, `constructor` and the like.
+bool BeginsRoutine(TWord word);
+
 // Returns the tokens that begin in one of `ranges`, which are in the order of the text and begin and end
 // between tokens. Names get their flags in `names`, the table of a unit's names (UnitMarks.h).
 std::vector<TUnitToken> ReadUnitTokens(std::string_view text, const qrl::TEncoding& encoding,
