@@ -17,8 +17,7 @@ constexpr char kData[] = "'TPF0' 06 'TForm1' 05 'Form1' 07 'Caption' 06 04 'It' 
 constexpr char kHeader[] = "FF 0A 00 'TFORM1' 00 30 10 21 00 00 00";
 
 mig::TFormFile Read(std::string bytes) {
-  rtl::TMemoryStream stream(std::move(bytes));
-  return mig::ReadFormFile(stream);
+  return mig::DecodeFormFile(std::move(bytes));
 }
 std::string Write(const mig::TFormFile& form, std::string_view output) {
   rtl::TMemoryStream stream;

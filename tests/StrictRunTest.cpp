@@ -186,22 +186,30 @@ TEST_F(StrictRunTest, WhatIsRefused) {
   }
 }
 
-// The completion of a unit looks at its form, which is read once more for its own conversion.
-TEST_F(StrictRunTest, AFormThatChangesAfterItsUnitStopsTheRun) {
-  FMigration.Complete({.Transactions = true});
-  FTree.Write("src/A.pas", "unit A; type TA = class(TForm) D: TDatabase; end; {$R *.dfm}");
-  FTree.Write("src/A.dfm", "object A: TA\r\n  object D: TDatabase\r\n  end\r\nend\r\n");
-  const auto time = fs::last_write_time(FTree.HostPath("src/A.dfm"));
-  tests::TRecordingFileSystem files(win::FileSystem());
-  int opened = 0;
-  files.OnCall = [&](const std::string& call) {
-    if (Shown(call) != "Open <dir>\\src\\A.DFM" || ++opened < 2) return win::ERROR_SUCCESS;
-    FTree.Write("src/A.dfm", "object A: TA\r\n  object E: TDatabase\r\n  end\r\nend\r\n");
-    fs::last_write_time(FTree.HostPath("src/A.dfm"), time);
-    return win::ERROR_SUCCESS;
-  };
-  EXPECT_EQ(Outcome(files), "\"<dir>\\src\\A.DFM\" was changed during the run. No file was replaced.");
-  EXPECT_NE(Read("src/A.pas").find("D: TDatabase"), std::string::npos);
+// The completion of a unit looks at its form, and the forms of a project refer to its databases. The form is
+// read once more for its own conversion.
+TEST_F(StrictRunTest, AFormThatChangesAfterOthersDependOnItStopsTheRun) {
+  for (const bool isProject : {false, true}) {
+    SCOPED_TRACE(isProject);
+    FMigration.Complete({.Transactions = !isProject});
+    if (isProject) {
+      FMigration.Options().Dest = sdProject;
+      FMigration.Options().UnitNames = FTree.WindowsPath("src/A.pas") + "\r\n";
+    }
+    FTree.Write("src/A.pas", "unit A; type TA = class(TForm) D: TDatabase; end; {$R *.dfm}");
+    FTree.Write("src/A.dfm", "object A: TA\r\n  object D: TDatabase\r\n  end\r\nend\r\n");
+    const auto time = fs::last_write_time(FTree.HostPath("src/A.dfm"));
+    tests::TRecordingFileSystem files(win::FileSystem());
+    int opened = 0;
+    files.OnCall = [&](const std::string& call) {
+      if (Shown(call) != "Open <dir>\\src\\A.DFM" || ++opened < 2) return win::ERROR_SUCCESS;
+      FTree.Write("src/A.dfm", "object A: TA\r\n  object E: TDatabase\r\n  end\r\nend\r\n");
+      fs::last_write_time(FTree.HostPath("src/A.dfm"), time);
+      return win::ERROR_SUCCESS;
+    };
+    EXPECT_EQ(Outcome(files), "\"<dir>\\src\\A.DFM\" was changed during the run. No file was replaced.");
+    EXPECT_NE(Read("src/A.pas").find("D: TDatabase"), std::string::npos);
+  }
 }
 
 // Files that cannot be read are left out, with the actual reason, and the rest is converted.

@@ -73,10 +73,6 @@ std::string FormHeader(const TRCData& rcData) {
   return header.append(size, sizeof size);
 }
 
-TFormFile ReadFormFile(rtl::TStream& stream) {
-  return DecodeFormFile(stream.ReadToEnd());
-}
-
 TFormFile DecodeFormFile(std::string bytes) {
   TFormFile form;
   form.IsBinary = IsBinaryForm(bytes);

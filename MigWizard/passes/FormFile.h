@@ -44,10 +44,8 @@ std::string_view ReadFormHeader(std::string_view file, TRCData& rcData);
 // Returns the header for the name and the size in `rcData`.
 std::string FormHeader(const TRCData& rcData);
 
-// Reads from the stream's position to its end. Raises rtl::EFilerError, with the offset from that position,
-// for damaged binary data, and rtl::EConvertError for UTF-16 with an odd number of bytes.
-TFormFile ReadFormFile(rtl::TStream& stream);
-// The same for the contents of a whole file.
+// Reads the contents of a form file. Raises rtl::EFilerError, with the offset from their beginning, for
+// damaged binary data, and rtl::EConvertError for UTF-16 with an odd number of bytes.
 TFormFile DecodeFormFile(std::string bytes);
 
 // Writes a file of the same kind as `form` at the stream's position. `output` is the form's text in

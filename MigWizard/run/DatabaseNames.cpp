@@ -1,9 +1,10 @@
 #include "MigWizard/run/DatabaseNames.h"
 
+#include <utility>
+
 #include "MigWizard/passes/FormFile.h"
 #include "MigWizard/passes/FormPass.h"
 #include "MigWizard/run/RunErrors.h"
-#include "rtl/text/Streams.h"
 #include "win/paths/CodePage.h"
 
 namespace mig {
@@ -16,10 +17,9 @@ std::string AliasKey(std::string_view alias, const qrl::TEncoding& encoding) {
 
 }  // namespace
 
-void TDatabaseNames::Collect(const std::string& fileName, bool takesInherited) {
-  rtl::TFileStream file(fileName, rtl::fmOpenRead | rtl::fmShareDenyNone);
+void TDatabaseNames::Collect(const std::string& fileName, std::string bytes, bool takesInherited) {
   WithFileInErrors(fileName, [&] {
-    const TFormFile form = ReadFormFile(file);
+    const TFormFile form = DecodeFormFile(std::move(bytes));
     const std::string_view text = form.Text;
     FindDatabaseNames(text.substr(0, text.find('\0')), *form.Encoding, takesInherited,
                       [&](const TDeclaredDatabase& database) {

@@ -12,9 +12,9 @@ namespace mig {
 
 class TDatabaseNames {
  public:
-  // Reads a form file and adds its databases; those under `inherited` or `inline` only if `takesInherited` is
-  // True. Passes on exceptions of opening, reading and decoding it.
-  void Collect(const std::string& fileName, bool takesInherited);
+  // Adds the databases of a form file with the contents `bytes`; those under `inherited` or `inline` only if
+  // `takesInherited` is True. Passes on exceptions of decoding it.
+  void Collect(const std::string& fileName, std::string bytes, bool takesInherited);
 
   // Returns the component of an alias, "Root.Component", or an empty string. `encoding` is that of the form
   // that refers to the alias. Several threads may call Find and FindInherited at a time, but not together

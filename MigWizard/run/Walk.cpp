@@ -45,7 +45,7 @@ TWalk::TWalk(const TRunContext& context, TChangedFiles& changed, TBackups& backu
     converter->OnGetInheritedDatabase = [this](std::string_view alias, const qrl::TEncoding& encoding) {
       return FDatabases.FindInherited(alias, encoding);
     };
-    converter->OnReadForm = [this](const std::string& fileName) { return ReadForUnit(fileName); };
+    converter->OnReadForm = [this](const std::string& fileName) { return ReadEarly(fileName); };
     if (FSelection != nullptr)
       converter->OnGetSelection = [this](const std::string& fileName) { return FSelection->Find(fileName); };
     converter->ListEdits(FPlan != nullptr);
@@ -118,7 +118,7 @@ void TWalk::CollectDatabaseNames(int firstForm) {
     FHooks.Report({firstForm, FUnits.Count(), FUnits[i], TRunPhase::Reading, i - firstForm,
                    FUnits.Count() - firstForm});
     try {
-      FDatabases.Collect(FUnits[i], FConverter.ConvertsInherited());
+      FDatabases.Collect(FUnits[i], ReadEarly(FUnits[i]), FConverter.ConvertsInherited());
     } catch (const rtl::EStreamError& error) {
       if (!policy.Strict) throw;
       FUnreadForms.emplace(FUnits[i], error.what());
@@ -182,7 +182,7 @@ void TWalk::ProcessFile(const std::string& fileName, TFilesAhead& files, const s
     return LeaveOut(fileName, error.what());
   }
   if (FSelection != nullptr) FSelection->RequireSame(fileName, files.Version());
-  RequireSameForUnit(fileName, files.Version());
+  RequireSameAsEarly(fileName, files.Version());
   if (const auto unread = FUnreadForms.find(fileName); unread != FUnreadForms.end())
     return LeaveOut(fileName, unread->second);
   try {
@@ -205,19 +205,20 @@ void TWalk::ProcessFile(const std::string& fileName, TFilesAhead& files, const s
 }
 
 // Called by both threads.
-std::string TWalk::ReadForUnit(const std::string& formFile) {
+std::string TWalk::ReadEarly(const std::string& formFile) {
   rtl::TFileStream file(formFile, rtl::fmOpenRead | rtl::fmShareDenyNone);
   std::string bytes = file.ReadToEnd();
+  if (!FOptions.Policy.Strict) return bytes;
   const TFileVersion version = VersionOf(file, bytes);
   const std::lock_guard lock(FVersionsLock);
-  FVersionsForUnits[win::UpperFileName(formFile)].push_back(version);
+  FEarlyVersions[win::UpperFileName(formFile)].push_back(version);
   return bytes;
 }
 
-void TWalk::RequireSameForUnit(const std::string& formFile, const TFileVersion& version) {
+void TWalk::RequireSameAsEarly(const std::string& formFile, const TFileVersion& version) {
   const std::lock_guard lock(FVersionsLock);
-  const auto versions = FVersionsForUnits.find(win::UpperFileName(formFile));
-  if (versions == FVersionsForUnits.end()) return;
+  const auto versions = FEarlyVersions.find(win::UpperFileName(formFile));
+  if (versions == FEarlyVersions.end()) return;
   for (const TFileVersion& earlier : versions->second) {
     if (!IsSameVersion(formFile, earlier, version))
       throw EFileEdited(rtl::Format("\"%s\" was changed during the run. No file was replaced.", {formFile}));

@@ -52,10 +52,11 @@ class TWalk {
 
   void ProcessEntry(const std::string& fileName, TFilesAhead& files, const std::string& tempDir);
   void ProcessFile(const std::string& fileName, TFilesAhead& files, const std::string& targetDir);
-  // ReadForUnit returns the bytes of a form that the completion of its unit depends on. RequireSameForUnit
-  // raises EFileEdited if the form, which is read again to be converted, has changed since.
-  std::string ReadForUnit(const std::string& formFile);
-  void RequireSameForUnit(const std::string& formFile, const TFileVersion& version);
+  // ReadEarly returns the bytes of a form on which other files depend: the forms that refer to its databases,
+  // or the completion of its unit. In a strict run, RequireSameAsEarly raises EFileEdited if the form has
+  // changed when it is read again to be converted.
+  std::string ReadEarly(const std::string& formFile);
+  void RequireSameAsEarly(const std::string& formFile, const TFileVersion& version);
   void ProcessUnit(const TFileConversion& unit, const std::string& sourceFile, const std::string& targetFile);
   void ProcessForm(const TFileConversion& form, const std::string& sourceFile, const std::string& targetFile);
   void AddForm(const std::string& form);
@@ -82,7 +83,7 @@ class TWalk {
   bool FIsPreview = false;
   TDatabaseNames FDatabases;
   std::map<std::string, std::string> FUnreadForms;  // whose databases are unknown, with the reason
-  std::map<std::string, std::vector<TFileVersion>> FVersionsForUnits;  // by upper-cased full name
+  std::map<std::string, std::vector<TFileVersion>> FEarlyVersions;  // by upper-cased full name
   std::mutex FVersionsLock;
   TNameClashes FNameClashes;
   TFolderMaker FTempFolders;
