@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Uses the wizard for Windows to its end by Wine, once its dialog and once its loadable module, and holds the files that
-# are left against those of the command line: converted files, backups, undo file, log.
+# are left against those of the command line: converted files, backups, undo file, log. Then lets the session end in the
+# middle of a run, which must stop and leave every source as it was.
 #
 #   tests/wizard-windows.sh [WINDOWS]
 #
@@ -63,3 +64,55 @@ said() { tr -d '\r' <"$scratch/$1.out"; }
   { said module; fail "the module has said something else"; }
 said dialog | tac | sed '/^\[/q' | grep -qxF "  $outcome" || { said dialog; fail "the dialogs have said something else"; }
 echo "wizard-windows: dialog and module agree with the command line"
+
+# A project whose run takes so long that the session can end in the middle of it.
+large=$WINEPREFIX/drive_c/Large
+# The dollar sign belongs to a directive of Pascal.
+# shellcheck disable=SC2016
+make_large() {
+  local count=1500 lines i
+  rm -rf "$large"
+  mkdir "$large"
+  lines=$(for ((i = 0; i < 400; ++i)); do printf "  object Q%d: TQuery\r\n    SQL.Strings = (\r\n      'select %d')\r\n  end\r\n" $i $i; done)
+  {
+    printf 'program Large;\r\nuses\r\n'
+    for ((i = 1; i < count; ++i)); do printf "  U%d in 'U%d.pas',\r\n" $i $i; done
+    printf "  U%d in 'U%d.pas';\r\nbegin\r\nend.\r\n" $count $count
+  } >"$large/Large.dpr"
+  for ((i = 1; i <= count; ++i)); do
+    printf 'unit U%d;\r\ninterface\r\ntype TF%d = class(TForm) Q0: TQuery; end;\r\nimplementation\r\n{$R *.dfm}\r\nend.\r\n' \
+      $i $i >"$large/U$i.pas"
+    printf 'object F%d: TF%d\r\n%s\r\nend\r\n' $i $i "$lines" >"$large/U$i.dfm"
+  done
+}
+# Uses the wizard on the large project, and sets `status` to its exit status. The arguments are acts of usewizard while
+# the run is in progress.
+use_large() {
+  wine "$programs/kvawizard.exe" 'C:\Large\Large.dpr' &
+  local program=$!
+  timeout 300 wine "$programs/usewizard.exe" "$title 1 of 5" "Next >" "$title 2 of 5" "Next >" \
+    "$title 3 of 5" "Next >" "$title 4 of 5" "Next >" "$title 5 of 5" "Finish" \
+    "BDE/IBX Migration Wizard" "Yes" "$@" "BDE/IBX Migration Wizard" "Close" >"$scratch/large.out" ||
+    { cat "$scratch/large.out"; fail "a dialog did not come"; }
+  status=0
+  wait "$program" || status=$?
+}
+# Fails unless the dialogs have shown the line.
+shown() {
+  tr -d '\r' <"$scratch/large.out" | grep -qx "  $1" || { grep -v '[.]pas$' "$scratch/large.out"; fail "not shown: $1"; }
+}
+sources() { (cd "$large" && find . -maxdepth 1 -name '[UL]*' -type f -print0 | sort -z | xargs -0 sha256sum); }
+
+make_large
+sources >"$scratch/before"
+use_large "BDE/IBX Migration Wizard" "!Stop"
+[ "$status" -eq 130 ] || fail "the wizard has ended with $status after a stopped run"
+shown "the session must not end"
+shown "The run was stopped."
+sources | cmp - "$scratch/before" || fail "a stopped run has changed sources"
+[ ! -f "$large/RBackup/RExpert.reu" ] || fail "a stopped run has left an undo file"
+# The same without the end of the session.
+use_large
+[ "$status" -eq 0 ] || fail "the wizard has ended with $status"
+[ "$(sources | diff - "$scratch/before" | grep -c '^<')" -ge 3000 ] || fail "the run has not converted the project"
+echo "wizard-windows: the end of the session stops a run"

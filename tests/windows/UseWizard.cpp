@@ -3,8 +3,10 @@
 //   usewizard CAPTION ACT [CAPTION ACT]...
 //
 // For each pair, waits for an enabled dialog with that caption and does the act in it: a click on the button
-// of that text, or with "=TEXT" the input of a text into the first field. Prints the caption, the texts of
-// the dialog and the act. Exits with 1, after printing what is there instead, if a dialog does not come.
+// of that text, with "=TEXT" the input of a text into the first field, or with "!TEXT" the question of the
+// system, while that button is there, whether the session may end. Prints the caption, the texts of the dialog
+// and the act, with the answer to the question. Exits with 1, after printing what is there instead, if a
+// dialog does not come.
 #include <algorithm>
 #include <cstdio>
 #include <string>
@@ -62,7 +64,9 @@ HWND FindControl(HWND dialog, const std::wstring& act) {
     if (IsWindowEnabled(control) == FALSE) continue;
     const bool isField = act.starts_with(L'=');
     const std::wstring kind = ClassOf(control);
-    if (isField ? kind == L"Edit" : kind == L"Button" && WithoutMarks(TextOf(control)) == act) return control;
+    const std::wstring button = act.starts_with(L'!') ? act.substr(1) : act;
+    if (isField ? kind == L"Edit" : kind == L"Button" && WithoutMarks(TextOf(control)) == button)
+      return control;
   }
   return nullptr;
 }
@@ -82,6 +86,14 @@ void PrintTexts(HWND dialog) {
   }
 }
 
+// Asks as the system does before it ends the session, and returns the answer.
+std::wstring AskForEndOfSession(HWND window) {
+  constexpr UINT kWait = 60000;  // milliseconds
+  DWORD_PTR answer = 0;
+  const LRESULT done = SendMessageTimeoutW(window, WM_QUERYENDSESSION, 0, 0, SMTO_NORMAL, kWait, &answer);
+  return done == 0 ? L"no answer" : answer == 0 ? L"the session must not end" : L"the session may end";
+}
+
 bool Do(const std::wstring& caption, const std::wstring& act) {
   for (int i = 0; i < kPatience; ++i, Sleep(kPause)) {
     for (const HWND dialog : Dialogs()) {
@@ -92,6 +104,8 @@ bool Do(const std::wstring& caption, const std::wstring& act) {
       Print(L"  > " + act);
       if (act.starts_with(L'=')) {
         SendMessageW(control, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(act.c_str() + 1));
+      } else if (act.starts_with(L'!')) {
+        Print(L"  " + AskForEndOfSession(dialog));
       } else {
         PostMessageW(control, BM_CLICK, 0, 0);  // does not wait for what the click starts
       }
