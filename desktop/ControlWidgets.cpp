@@ -14,6 +14,7 @@
 #include <QStyle>
 #include <cstdlib>
 
+#include "desktop/PathLine.h"
 #include "desktop/PicturePixmap.h"
 #include "desktop/QtText.h"
 #include "rtl/forms/Application.h"
@@ -93,7 +94,7 @@ class TClickWidget : public TControlWidget {
 class TEditWidget : public TControlWidget {
  public:
   TEditWidget(rtl::TEdit& edit, QWidget* parent, const TEventRunner& run)
-      : TEditWidget(edit, new QLineEdit(parent), run) {}
+      : TEditWidget(edit, new TPathLine(parent), run) {}
 
  protected:
   // `widget` is the line itself, or the widget that contains it.
@@ -139,6 +140,7 @@ class TComboWidget : public TEditWidget {
   static QComboBox* NewView(QWidget* parent) {
     auto* const view = new QComboBox(parent);
     view->setEditable(true);
+    view->setLineEdit(new TPathLine);
     view->setInsertPolicy(QComboBox::NoInsert);
     view->setCompleter(nullptr);
     view->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);

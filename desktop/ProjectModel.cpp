@@ -5,6 +5,7 @@
 #include <QStyle>
 
 #include "desktop/FormSummary.h"
+#include "desktop/KindIcons.h"
 #include "desktop/QtText.h"
 #include "host/Host.h"
 #include "rtl/text/SysUtils.h"
@@ -53,8 +54,8 @@ TProjectModel::TProjectModel(host::THost& host)
       FRoot(std::make_unique<TNode>()),
       FGroupIcon(QApplication::style()->standardIcon(QStyle::SP_DirHomeIcon)),
       FProjectIcon(QApplication::style()->standardIcon(QStyle::SP_DirIcon)),
-      FUnitIcon(QApplication::style()->standardIcon(QStyle::SP_FileIcon)),
-      FFormIcon(QApplication::style()->standardIcon(QStyle::SP_FileDialogDetailedView)) {
+      FUnitIcon(UnitIcon()),
+      FFormIcon(FormIcon()) {
   FBold.setBold(true);
 }
 

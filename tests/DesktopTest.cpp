@@ -10,6 +10,7 @@
 #include <QScrollArea>
 #include <QTabWidget>
 #include <QTreeView>
+#include <QUrl>
 #include <map>
 
 #include "MigWizard/wizard/Wizard.h"
@@ -17,6 +18,7 @@
 #include "desktop/HostWindow.h"
 #include "desktop/MenuBinding.h"
 #include "desktop/ProgressWindow.h"
+#include "desktop/QtText.h"
 #include "desktop/SourceEditor.h"
 #include "desktop/TickStyle.h"
 #include "host/Host.h"
@@ -92,6 +94,26 @@ TEST_F(DesktopTest, FolderRoadWithAPathOfTheHost) {
   EXPECT_NE(Tree(), FOriginal);
   EXPECT_TRUE(fs::exists(FScratch.HostPath("Old/RExpert.reu")));
   EXPECT_FALSE(fs::exists(FScratch.HostPath("App/Wiz_Log.txt")));
+}
+
+TEST_F(DesktopTest, ADroppedFileReplacesThePath) {
+  const auto drop = [this](const std::string& path) {
+    return [=, this](QWidget& window) {
+      auto* line = window.findChild<QLineEdit*>("edUndoFile");
+      if (!line->isVisible()) line = window.findChild<QComboBox*>("cbDirectory")->lineEdit();
+      Drop(*line,
+           {QUrl("https://example.com/"), QUrl::fromLocalFile(desktop::ToQt(FScratch.HostPath(path)))});
+      EXPECT_EQ(desktop::FromQt(line->text()), FScratch.HostPath(path));
+    };
+  };
+  FScratch.Write("App/My Units/A.pas", "");
+  FScratch.Write("App/RBackup/RExpert.reu", "");
+  Use({Click("btNext"), Press(Qt::Key_Return), Type("cbDirectory", "C:\\Other"), drop("App/My Units"),
+       Click("btNext"), Check([](auto& form) { EXPECT_EQ(form.cbDirectory.Text(), "C:\\App\\My Units"); }),
+       Click("btCancel")});
+  Use({Click("rbModeRestore"), Click("btNext"), drop("App/RBackup/RExpert.reu"), Click("btNext"),
+       Check([](auto& form) { EXPECT_EQ(form.edUndoFile.Text(), "C:\\App\\RBackup\\RExpert.reu"); }),
+       Click("btCancel")});
 }
 
 TEST_F(DesktopTest, RelativePathsAreMadeFull) {

@@ -4,12 +4,10 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QDockWidget>
-#include <QDropEvent>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QTextBrowser>
 #include <QTreeView>
@@ -236,23 +234,13 @@ TEST_F(HostWindowTest, FilesAreDropped) {
   for (const TRow& row : rows) {
     SCOPED_TRACE(row.Files.front());
     FMessages.clear();
-    QMimeData data;
     QList<QUrl> urls;
     for (const char* const name : row.Files)
       urls += QUrl::fromLocalFile(ToQt(FScratch.HostPath(std::string("App/") + name)));
-    data.setUrls(urls);
     QWidget* const target = FWindow.CurrentEditor() ? FWindow.CurrentEditor()->viewport() : &FWindow;
-    const QPoint place = target->mapTo(&FWindow, target->rect().center());
-    const auto send = [&](auto event) {
-      QApplication::sendEvent(FWindow.windowHandle(), &event);
-      EXPECT_TRUE(event.isAccepted());
-      EXPECT_EQ(event.dropAction(), Qt::CopyAction);
-    };
     Do(
         [&] {
-          const Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
-          send(QDragEnterEvent(place, actions, &data, Qt::LeftButton, Qt::ShiftModifier));
-          send(QDropEvent(place, actions, &data, Qt::LeftButton, Qt::ShiftModifier));
+          Drop(*target, urls);
           QApplication::processEvents();
         },
         row.Acts);

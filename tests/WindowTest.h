@@ -4,10 +4,14 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDropEvent>
 #include <QLabel>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QTest>
 #include <QTimer>
+#include <QUrl>
+#include <QWindow>
 #include <deque>
 #include <functional>
 
@@ -70,6 +74,21 @@ class TWindowTest : public testing::Test {
     EXPECT_TRUE(acts.empty() && patience < 100) << "what was expected did not come";
   }
   virtual void BeforeAct(QWidget&) {}
+
+  // Drops the files on the middle of a visible widget. They must be accepted as a copy.
+  static void Drop(QWidget& target, const QList<QUrl>& urls) {
+    QMimeData data;
+    data.setUrls(urls);
+    const QPoint place = target.mapTo(target.window(), target.rect().center());
+    const auto send = [&](auto event) {
+      QApplication::sendEvent(target.window()->windowHandle(), &event);
+      EXPECT_TRUE(event.isAccepted());
+      EXPECT_EQ(event.dropAction(), Qt::CopyAction);
+    };
+    const Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
+    send(QDragEnterEvent(place, actions, &data, Qt::LeftButton, Qt::ShiftModifier));
+    send(QDropEvent(place, actions, &data, Qt::LeftButton, Qt::ShiftModifier));
+  }
 
   // Waits within an act until `condition` holds, and performs no other act meanwhile. Returns whether it
   // does.
