@@ -51,7 +51,7 @@ class TLL1Program::TBuilder {
   void Build();
 
  private:
-  using TLL1TrieNodes = std::span<const std::unique_ptr<TLL1TrieNode>>;
+  using TTrieNodes = std::span<const std::unique_ptr<TLL1TrieNode>>;
 
   // A rule that is inlined where it is referred to.
   struct TInlined {
@@ -64,7 +64,7 @@ class TLL1Program::TBuilder {
   const std::optional<TLL1Steps>& Inlined(size_t rule);
   bool IsHook(const std::string& name) const;
   bool IsOptionalRun(const TLL1Steps& longer, const TLL1Steps& shorter);
-  int32_t AddNodes(TLL1TrieNodes list, bool endsRule);
+  int32_t AddNodes(TTrieNodes list, bool endsRule);
   int32_t AddNode(TLL1NodeKind kind);
   const TLL1TrieNode* FillNode(TLL1Node& node, const TLL1TrieNode& source);
   void FillLiteral(TLL1Node& node, const TLL1TrieNode*& last);
@@ -161,7 +161,7 @@ bool TLL1Program::TBuilder::IsHook(const std::string& name) const {
 
 // Adds the nodes of a list of siblings and of all that follows them. Returns the first of the siblings. Nodes
 // come before their children and their further siblings.
-int32_t TLL1Program::TBuilder::AddNodes(TLL1TrieNodes list, bool endsRule) {
+int32_t TLL1Program::TBuilder::AddNodes(TTrieNodes list, bool endsRule) {
   if (list.empty()) return endsRule ? AddNode(TLL1NodeKind::Done) : TLL1Node::kNone;
   const int32_t index = AddNode(TLL1NodeKind::Done);
   TLL1Node node;
